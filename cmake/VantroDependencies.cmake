@@ -1,0 +1,23 @@
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(fmt REQUIRED)
+find_package(spdlog REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(PNG REQUIRED)
+pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
+
+pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
+pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
+  libavformat libavcodec libavutil libswscale)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
+  xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res)
+pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)
+pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
+
+if(VANTRO_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+if(VANTRO_BENCH)
+  find_package(benchmark REQUIRED)
+endif()

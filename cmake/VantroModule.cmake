@@ -1,0 +1,37 @@
+# One interface target carries the language level, warnings and sanitizers for everything we write.
+add_library(vantro_flags INTERFACE)
+target_compile_features(vantro_flags INTERFACE cxx_std_23)
+target_compile_options(vantro_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+  -Woverloaded-virtual -Werror
+  # Comparisons with NaN are relied upon: arithmetic stays strict IEEE.
+  -fno-fast-math -ffp-contract=off)
+target_include_directories(vantro_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(VANTRO_SANITIZE)
+  target_compile_options(vantro_flags INTERFACE
+    -fsanitize=${VANTRO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(vantro_flags INTERFACE -fsanitize=${VANTRO_SANITIZE})
+endif()
+
+# vantro_module(NAME SOURCES ... [PUBLIC targets] [PRIVATE targets])
+# A layer of the architecture: the static library vantro_NAME. PUBLIC lists the layers whose headers
+# ours include; PRIVATE the libraries that stay behind our headers.
+function(vantro_module name)
+  cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(vantro_${name} STATIC ${arg_SOURCES})
+  target_link_libraries(vantro_${name} PUBLIC vantro_flags ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+endfunction()
+
+# vantro_test(NAME SOURCES ... LINK targets ... [LABELS labels])
+# The test program NAME_tests; each of its cases becomes a CTest test.
+function(vantro_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS;PROPERTIES" ${ARGN})
+  add_executable(${name}_tests ${arg_SOURCES})
+  target_link_libraries(${name}_tests PRIVATE vantro_flags ${arg_LINK} GTest::gmock_main)
+  target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ${arg_PROPERTIES})
+endfunction()

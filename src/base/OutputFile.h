@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+
+namespace vantro {
+
+/// A file that appears under its name only when it is whole.
+///
+/// Writers fill `temporaryPath()`, which lies beside the target; `commit` syncs it to disk and
+/// renames it over the target. Destruction without `commit` removes the temporary file, so a
+/// failed or cancelled writer leaves the earlier file untouched. Errors are std::filesystem_error
+/// with the target's path. Any one thread.
+class OutputFile {
+  public:
+    explicit OutputFile(std::filesystem::path target);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    const std::filesystem::path& target() const { return m_target; }
+    const std::filesystem::path& temporaryPath() const { return m_temporary; }
+    void commit();
+
+  private:
+    std::filesystem::path m_target;
+    std::filesystem::path m_temporary;
+    bool m_committed = false;
+};
+
+/// Writes `bytes` as the whole new content of `target`, through an OutputFile.
+void writeWholeFile(const std::filesystem::path& target, std::span<const char> bytes);
+
+} // namespace vantro

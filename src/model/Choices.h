@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace vantro {
+
+/// The corner that the webcam picture stands in.
+enum class WebcamPosition { topLeft, topRight, bottomLeft, bottomRight };
+
+/// What a recording captures.
+enum class CaptureMode { screen, window, area };
+
+/// The JSON and command-line form: the case's own name.
+std::string_view rawValue(WebcamPosition position);
+std::string_view rawValue(CaptureMode mode);
+std::optional<WebcamPosition> webcamPositionFrom(std::string_view rawValue);
+std::optional<CaptureMode> captureModeFrom(std::string_view rawValue);
+
+} // namespace vantro

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "media/VideoComposition.h"
+#include "model/Background.h"
+#include "model/RecordingMetadata.h"
+#include "render/Renderer.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace vantro {
+
+/// Composes each output frame: maps the output time to source time, asks the animator for the
+/// camera, lays the recording out, and has the renderer draw.
+///
+/// Configured through the setters before frames are asked for; then used from one thread. An
+/// unchanged picture is handed out again without being drawn.
+class ZoomCompositor : public VideoCompositor {
+  public:
+    using TimeMapper = std::function<double(double outputSeconds)>;
+
+    /// Without a renderer every frame that must be drawn fails with "Metal renderer unavailable".
+    explicit ZoomCompositor(std::unique_ptr<Renderer> renderer);
+    ~ZoomCompositor() override;
+
+    void setAnimator(std::shared_ptr<const ZoomAnimator> animator);
+    /// Loads an image background. A picture that cannot be read is left out with one log line.
+    void setBackgroundSettings(std::optional<BackgroundSettings> settings);
+    /// Without one, output time is source time.
+    void setTimeMapper(TimeMapper mapper);
+    /// Positions in points, ascending in time; they are multiplied by `displayScaleFactor`.
+    void setCursor(const std::vector<CursorPosition>& positions, double displayScaleFactor,
+                   double cursorScale);
+
+    std::shared_ptr<const PixelBuffer> compose(const CompositionRequest& request) override;
+
+  private:
+    RenderParams parametersFor(const CompositionRequest& request, const ZoomKeyframe& keyframe,
+                               double sourceTime);
+
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+/// The pointer at `t` seconds, between samples by straight lines, sticking to the first and last;
+/// nothing without samples.
+std::optional<Point> interpolatedCursor(const std::vector<CursorPosition>& positions, double t);
+
+} // namespace vantro
