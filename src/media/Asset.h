@@ -15,12 +15,12 @@ enum class MediaType { video, audio };
 struct AssetTrack {
     int id = 0; ///< position in the file's list of streams
     MediaType type = MediaType::video;
-    std::string codec;              ///< the codec's short name, for example h264
-    MediaTimeRange timeRange;       ///< where the track stands on the file's time line
-    Size naturalSize;               ///< video: displayed pixels, after rotation and sample aspect
-    double nominalFrameRate = 0;    ///< video: average frames per second, 0 when unknown
-    int sampleRate = 0;             ///< audio
-    int channelCount = 0;           ///< audio
+    std::string codec;           ///< the codec's short name, for example h264
+    MediaTimeRange timeRange;    ///< where the track stands on the file's time line
+    Size naturalSize;            ///< video: displayed pixels, after rotation and sample aspect
+    double nominalFrameRate = 0; ///< video: average frames per second, 0 when unknown
+    int sampleRate = 0;          ///< audio
+    int channelCount = 0;        ///< audio
 };
 
 /// A media file that has been opened once to read what it holds. Immutable; any thread.

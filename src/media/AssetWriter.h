@@ -27,10 +27,10 @@ struct VideoSettings {
 
 /// Encodes and writes one movie file.
 ///
-/// Lifecycle: constructed → startWriting → startSession → append … → finish or cancel. Encoding runs
-/// on a thread of the writer's own behind a queue of 8 frames. A write or encode that fails makes
-/// the writer failed: append then returns false and finish throws the reason. One thread appends; the
-/// others calls come from any one thread.
+/// Lifecycle: constructed → startWriting → startSession → append … → finish or cancel. Encoding
+/// runs on a thread of the writer's own behind a queue of 8 frames. A write or encode that fails
+/// makes the writer failed: append then returns false and finish throws the reason. One thread
+/// appends; the others calls come from any one thread.
 ///
 /// An mpeg4 file appears under its name when finished, whole and synced; a quickTimeMovie grows
 /// under its own name, because a recording under way must survive the program.
@@ -47,6 +47,9 @@ class AssetWriter {
 
     /// Whether `append` would take a frame without waiting.
     bool isReadyForMoreMediaData() const;
+    /// Whether a write or an encode has failed, so that nothing can be appended any more; `finish`
+    /// tells the reason.
+    bool hasFailed() const;
     /// Queues a frame, either bgra or i420 of the writer's size; presentation times ascend. Same
     /// pixels as the frame before are encoded again without converting. False when the frame was
     /// refused: real-time and not ready, or failed.

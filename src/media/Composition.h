@@ -2,7 +2,6 @@
 
 #include "media/Asset.h"
 
-
 #include <deque>
 #include <optional>
 #include <vector>
@@ -19,7 +18,8 @@ struct CompositionSegment {
 /// One track of a composition: segments in order, back to back.
 class CompositionTrack {
   public:
-    CompositionTrack(int id, MediaType type) : m_id(id), m_type(type) {}
+    CompositionTrack(int id, MediaType type, MediaTime assetDuration)
+        : m_id(id), m_type(type), m_assetDuration(assetDuration) {}
 
     int id() const { return m_id; }
     MediaType type() const { return m_type; }
@@ -28,17 +28,20 @@ class CompositionTrack {
     MediaTime duration() const;
 
     /// Appends `range` of `source` at `at`, which is the track's end; anything else is fatal, as is
-    /// a second source. Throws MediaError for a range that lies outside of the source track's asset.
+    /// a second source. Throws MediaError for a range that leaves the asset by a boundary tick or
+    /// more; where the source track is shorter than its asset, its last picture stays.
     void insert(MediaTimeRange range, const AssetTrack& source, MediaTime at);
-    /// Gives the segment that stands exactly at `range` a new length.
+    /// Gives the segment that stands exactly at `range` a new length; later ones move along.
     void scale(MediaTimeRange range, MediaTime newDuration);
 
-    /// Where `t` of the composition lies in the source; nothing outside of all segments.
+    /// Where `t` of the composition lies in the source; nothing outside of all segments. Exact
+    /// wherever a 32-bit timescale can express it, else to the nanosecond.
     std::optional<MediaTime> sourceTime(MediaTime t) const;
 
   private:
     int m_id;
     MediaType m_type;
+    MediaTime m_assetDuration;
     AssetTrack m_source;
     std::vector<CompositionSegment> m_segments;
 };

@@ -50,10 +50,11 @@ std::shared_ptr<PixelBuffer> PixelBuffer::allocate(PixelFormat format, int width
     return buffer;
 }
 
-std::shared_ptr<const PixelBuffer>
-PixelBuffer::wrap(PixelFormat format, int width, int height,
-                  const std::uint8_t* const planes[maxPlanes], const int strides[maxPlanes],
-                  ColorDescription color, std::shared_ptr<const void> owner) {
+std::shared_ptr<const PixelBuffer> PixelBuffer::wrap(PixelFormat format, int width, int height,
+                                                     const std::uint8_t* const planes[maxPlanes],
+                                                     const int strides[maxPlanes],
+                                                     ColorDescription color,
+                                                     std::shared_ptr<const void> owner) {
     std::shared_ptr<PixelBuffer> buffer(new PixelBuffer);
     buffer->m_format = format;
     buffer->m_width = width;
@@ -72,8 +73,11 @@ struct PixelBufferPool::Store {
 };
 
 PixelBufferPool::PixelBufferPool(PixelFormat format, int width, int height, ColorDescription color)
-    : m_format(format), m_width(width), m_height(height), m_color(color),
-      m_store(std::make_shared<Store>()) {}
+    : m_format(format)
+    , m_width(width)
+    , m_height(height)
+    , m_color(color)
+    , m_store(std::make_shared<Store>()) {}
 
 std::shared_ptr<PixelBuffer> PixelBufferPool::take() {
     auto buffer = m_store->idle.with([](auto& idle) -> std::shared_ptr<PixelBuffer> {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -10,6 +11,12 @@ enum class WebcamPosition { topLeft, topRight, bottomLeft, bottomRight };
 
 /// What a recording captures.
 enum class CaptureMode { screen, window, area };
+
+inline constexpr std::array allWebcamPositions{WebcamPosition::topLeft, WebcamPosition::topRight,
+                                               WebcamPosition::bottomLeft,
+                                               WebcamPosition::bottomRight};
+inline constexpr std::array allCaptureModes{CaptureMode::screen, CaptureMode::window,
+                                            CaptureMode::area};
 
 /// The JSON and command-line form: the case's own name.
 std::string_view rawValue(WebcamPosition position);

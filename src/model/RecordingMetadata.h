@@ -21,12 +21,12 @@ struct RecordingMetadata {
     /// A rectangle in points with the JSON keys x, y, width, height.
     using CodableRect = Rect;
 
-    double startTime = 0; ///< seconds
-    double endTime = 0;   ///< seconds; taken as the recording's length
-    CodableRect captureRect;         ///< global points, top-left origin
+    double startTime = 0;    ///< seconds
+    double endTime = 0;      ///< seconds; taken as the recording's length
+    CodableRect captureRect; ///< global points, top-left origin
     std::uint32_t displayID = 0;
     std::int64_t frameRate = 60;
-    double displayScaleFactor = 1; ///< pixels per point
+    double displayScaleFactor = 1;               ///< pixels per point
     std::vector<CursorPosition> cursorPositions; ///< in time order
     std::vector<ClickEvent> clickEvents;         ///< in time order
     bool hasSystemAudio = false;

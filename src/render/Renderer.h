@@ -56,13 +56,13 @@ struct ShadowCacheKey {
 /// Everything that one output frame depends on. Equal parameters give equal pixels.
 struct RenderParams {
     std::shared_ptr<const PixelBuffer> source; ///< the recording's frame, bgra or i420
-    int canvasWidth = 0; ///< output size, pixels
+    int canvasWidth = 0;                       ///< output size, pixels
     int canvasHeight = 0;
     ZoomKeyframe keyframe; ///< centre in source pixels
     std::optional<RenderColor> bgColor;
     ImagePointer backgroundImage; ///< stretched over the canvas; wins over the colour
-    float insetX = 0; ///< where the recording stands, canvas pixels
-    float insetY = 0; ///< from the bottom
+    float insetX = 0;             ///< where the recording stands, canvas pixels
+    float insetY = 0;             ///< from the bottom
     float insetW = 0;
     float insetH = 0;
     float cornerRadius = 0; ///< canvas pixels

@@ -35,7 +35,7 @@ class SegmentTimeMap {
 
 /// "2x", "1.5x".
 std::string speedLabel(double speed);
-/// Minutes and seconds, "01:15"; minutes run past 60.
+/// Minutes and whole seconds, "01:15"; minutes run past 60. What is not finite gives "00:00".
 std::string timeLabel(double seconds);
 
 } // namespace vantro

@@ -2,6 +2,7 @@
 
 #include "media/VideoComposition.h"
 #include "model/Background.h"
+#include "model/Choices.h"
 #include "model/RecordingMetadata.h"
 #include "render/Renderer.h"
 
@@ -20,6 +21,9 @@ namespace vantro {
 class ZoomCompositor : public VideoCompositor {
   public:
     using TimeMapper = std::function<double(double outputSeconds)>;
+    /// The webcam's picture at a source time, opaque bgra or i420; nothing when there is none. The
+    /// same pointer is the same picture. Called from `compose`, in any order of times.
+    using WebcamFrames = std::function<std::shared_ptr<const PixelBuffer>(double sourceSeconds)>;
 
     /// Without a renderer every frame that must be drawn fails with "Metal renderer unavailable".
     explicit ZoomCompositor(std::unique_ptr<Renderer> renderer);
@@ -34,12 +38,15 @@ class ZoomCompositor : public VideoCompositor {
     void setCursor(const std::vector<CursorPosition>& positions, double displayScaleFactor,
                    double cursorScale);
 
+    /// Turns the webcam on. `sizeFraction` is its square's side as a share of the canvas width.
+    void setWebcam(WebcamFrames frames, WebcamPosition position, double sizeFraction);
+
+    /// Throws VantroError (exportFailed) with "No zoom animator configured", "Missing source
+    /// frame", "Failed to create output buffer", or "Metal renderer unavailable", the last also
+    /// when the renderer's device failed.
     std::shared_ptr<const PixelBuffer> compose(const CompositionRequest& request) override;
 
   private:
-    RenderParams parametersFor(const CompositionRequest& request, const ZoomKeyframe& keyframe,
-                               double sourceTime);
-
     struct State;
     std::unique_ptr<State> m_state;
 };

@@ -1,0 +1,63 @@
+#include "app/cli/CommandLine.h"
+
+#include "app/cli/Commands.h"
+#include "app/cli/Interrupt.h"
+#include "base/Log.h"
+#include "model/VantroError.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+void report(const VantroError& error) {
+    fmt::print(stderr, "vantro: {}\n", error.what());
+    if (!error.recoverySuggestion().empty())
+        fmt::print(stderr, "{}\n", error.recoverySuggestion());
+}
+
+int runAction(const CommandAction& action) try {
+    return action();
+} catch (const VantroError& error) {
+    report(error);
+    return exitFailure;
+} catch (const CLI::ParseError& error) {
+    fmt::print(stderr, "vantro: {}\n", error.what());
+    return exitUsage;
+} catch (const std::bad_alloc&) {
+    fmt::print(stderr, "vantro: out of memory\n");
+    return exitFailure;
+} catch (const std::exception& error) {
+    fmt::print(stderr, "vantro: {}\n", error.what());
+    return exitFailure;
+}
+
+} // namespace
+
+int runCommandLine(int argc, const char* const* argv) {
+    const InterruptWatcher interrupts;
+    CLI::App app{"Vantro records the screen and zooms into every click.", "vantro"};
+    app.require_subcommand(1);
+    app.fallthrough(); // --verbose may stand after the sub-command too
+    app.set_version_flag("--version", VANTRO_VERSION);
+    bool verbose = false;
+    app.add_flag("--verbose", verbose, "Say more on standard error");
+
+    CommandAction action;
+    addDisplaysCommand(app, action);
+    addWindowsCommand(app, action);
+    addRecordCommand(app, action, interrupts.token());
+    addExportCommand(app, action, interrupts.token());
+    addFrameCommand(app, action);
+    addInspectCommand(app, action);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? exitSuccess : exitUsage;
+    }
+    configureLog(verbose ? LogLevel::info : LogLevel::error);
+    return runAction(action);
+}
+
+} // namespace vantro

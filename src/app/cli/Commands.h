@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/cli/CommandLine.h"
+
+#include <CLI/App.hpp>
+#include <stop_token>
+
+/// The sub-commands. Each function adds one to the parser and sets `action` when it is chosen.
+namespace vantro {
+
+void addDisplaysCommand(CLI::App& app, CommandAction& action);
+void addWindowsCommand(CLI::App& app, CommandAction& action);
+void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
+void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
+void addFrameCommand(CLI::App& app, CommandAction& action);
+void addInspectCommand(CLI::App& app, CommandAction& action);
+
+} // namespace vantro

@@ -1,0 +1,101 @@
+#include "app/cli/CommonOptions.h"
+
+#include "app/ProjectPackage.h"
+#include "model/Validation.h"
+#include "model/VantroError.h"
+#include "render/RendererFactory.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace vantro {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void failExport(std::string_view message) {
+    throw VantroError(VantroError::Kind::exportFailed, message);
+}
+
+[[noreturn]] void failOpen(std::string_view message) {
+    throw VantroError(VantroError::Kind::projectOpenFailed, message);
+}
+
+} // namespace
+
+LoadedProject loadProject(const fs::path& packageURL) {
+    auto project = readProjectFile(packageURL);
+    if (const auto problems = validationProblems(project, 1); !problems.empty())
+        failOpen(fmt::format("{}: {}", (packageURL / package::projectFile).string(), problems.front()));
+    const auto movie = packageURL / package::recordingFile;
+    std::error_code error;
+    if (!fs::exists(movie, error))
+        failOpen(fmt::format("{}: no such file", movie.string()));
+    auto recording = editedRecording(project, movie);
+    return {std::move(project), std::move(recording)};
+}
+
+void addProjectArgument(CLI::App& command, fs::path& target) {
+    command.add_option("project", target, "The project, PROJECT.vantro")
+        ->required()
+        ->type_name("PROJECT");
+}
+
+void addResolutionOption(CLI::App& command, ExportResolution& target) {
+    command
+        .add_option_function<std::string>(
+            "--resolution",
+            [&target](const std::string& name) { target = *exportResolutionFrom(name); },
+            "Size of the output before the canvas aspect (default: original)")
+        ->type_name("original|4k|1080p|720p")
+        ->check([](const std::string& name) {
+            return exportResolutionFrom(name) ? std::string{}
+                                              : name + " is none of original, 4k, 1080p, 720p";
+        });
+}
+
+void addRendererOption(CLI::App& command, std::string& target) {
+    command.add_option("--renderer", target, "What draws the frames (default: auto)")
+        ->type_name("auto|software|gpu")
+        ->check(CLI::IsMember({"auto", "software", "gpu"}));
+}
+
+std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name) {
+    const auto choice = name == "gpu"        ? RendererChoice::gpu
+                        : name == "software" ? RendererChoice::software
+                                             : RendererChoice::automatic;
+    std::string why;
+    auto renderer = makeRenderer(choice, &why);
+    if (!renderer)
+        failExport(why);
+    return renderer;
+}
+
+std::function<std::string(const std::string&)> endsIn(std::string extension) {
+    return [extension = std::move(extension)](const std::string& file) {
+        return fs::path(file).extension() == extension
+                   ? std::string{}
+                   : file + ": the name must end in " + extension;
+    };
+}
+
+void requireWritableOutput(const fs::path& output, bool replace) {
+    std::error_code error;
+    const auto folder = fs::absolute(output).parent_path();
+    if (!fs::is_directory(folder, error))
+        failExport(fmt::format("{}: no such folder", folder.string()));
+    if (fs::is_directory(output, error))
+        failExport(fmt::format("{} is a folder", output.string()));
+    if (!replace && fs::exists(output, error))
+        failExport(fmt::format("{} exists; use --force to replace it", output.string()));
+    if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        failExport(
+            fmt::format("{}: {}", output.string(), std::generic_category().message(errno)));
+}
+
+} // namespace vantro

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/cli/CommandLine.h"
+#include "export/ComposedMovie.h"
+#include "model/ProjectData.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <CLI/App.hpp>
+
+namespace vantro {
+
+/// A project named on the command line, read and found sound.
+struct LoadedProject {
+    ProjectData data;
+    EditedRecording recording;
+};
+
+/// Reads the package and checks every value that work depends on. Throws VantroError
+/// projectOpenFailed.
+LoadedProject loadProject(const std::filesystem::path& packageURL);
+
+/// The positional argument PROJECT.vantro.
+void addProjectArgument(CLI::App& command, std::filesystem::path& target);
+/// --resolution original|4k|1080p|720p.
+void addResolutionOption(CLI::App& command, ExportResolution& target);
+/// --renderer auto|software|gpu.
+void addRendererOption(CLI::App& command, std::string& target);
+
+/// The renderer that --renderer names. Throws VantroError exportFailed where there is none.
+std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name);
+
+/// The option check that a file name ends in `extension`.
+std::function<std::string(const std::string&)> endsIn(std::string extension);
+
+/// Throws VantroError exportFailed, before any work is done, when `output` cannot be written or
+/// exists and must not be replaced.
+void requireWritableOutput(const std::filesystem::path& output, bool replace);
+
+} // namespace vantro

@@ -1,0 +1,88 @@
+#include "app/Desktop.h"
+#include "app/cli/Commands.h"
+
+#include <iostream>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace vantro {
+namespace {
+
+using nlohmann::ordered_json;
+
+ordered_json toJson(const Rect& rect) {
+    return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
+}
+
+ordered_json toJson(const ShareableDisplay& display) {
+    return {{"id", display.displayID},
+            {"name", display.name},
+            {"frame", toJson(display.frame)},
+            {"scale", display.backingScaleFactor},
+            {"isMain", display.isMain}};
+}
+
+ordered_json toJson(const ShareableWindow& window) {
+    return {{"id", window.windowID},
+            {"title", window.title},
+            {"applicationName", window.applicationName},
+            {"bundleIdentifier", window.bundleIdentifier},
+            {"frame", toJson(window.frame)},
+            {"isOnScreen", window.isOnScreen}};
+}
+
+std::string placeText(const Rect& frame) {
+    return fmt::format("{}x{}{:+}{:+}", frame.width, frame.height, frame.x, frame.y);
+}
+
+void print(const ShareableDisplay& display) {
+    fmt::print("{:>10}  {:<12} {:<20} scale {}{}\n", display.displayID, display.name,
+               placeText(display.frame), display.backingScaleFactor,
+               display.isMain ? "  main" : "");
+}
+
+void print(const ShareableWindow& window) {
+    fmt::print("{:>10}  {:<20} {:<18} {}{}\n", window.windowID, placeText(window.frame),
+               window.applicationName, window.title, window.isOnScreen ? "" : "  (hidden)");
+}
+
+template <typename Records>
+int list(const Records& records, bool json) {
+    if (!json) {
+        for (const auto& record : records)
+            print(record);
+        return exitSuccess;
+    }
+    auto document = ordered_json::array();
+    for (const auto& record : records)
+        document.push_back(toJson(record));
+    std::cout << document.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
+    return exitSuccess;
+}
+
+/// Adds a sub-command that lists what `select` picks from the shareable content.
+template <typename Select>
+void addListCommand(CLI::App& app, CommandAction& action, const char* name, const char* purpose,
+                    Select select) {
+    auto json = std::make_shared<bool>(false);
+    auto* command = app.add_subcommand(name, purpose);
+    command->add_flag("--json", *json, "Print JSON");
+    command->callback([json, &action, select] {
+        action = [json, select] { return list(select(shareableContent(*connectDesktop())), *json); };
+    });
+}
+
+} // namespace
+
+void addDisplaysCommand(CLI::App& app, CommandAction& action) {
+    addListCommand(app, action, "displays", "List the displays that can be recorded",
+                   [](const ShareableContent& content) { return content.displays; });
+}
+
+void addWindowsCommand(CLI::App& app, CommandAction& action) {
+    addListCommand(app, action, "windows", "List the windows that can be recorded, front-most first",
+                   [](const ShareableContent& content) { return content.windows; });
+}
+
+} // namespace vantro

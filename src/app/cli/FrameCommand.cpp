@@ -1,0 +1,46 @@
+#include "app/cli/Commands.h"
+#include "app/cli/CommonOptions.h"
+#include "export/StillFrame.h"
+#include "render/ImageFile.h"
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+struct Options {
+    std::filesystem::path project;
+    std::filesystem::path output;
+    double time = 0;
+    ExportResolution resolution = ExportResolution::original;
+    std::string renderer = "auto";
+    bool force = false;
+};
+
+int runFrame(const Options& options) {
+    requireWritableOutput(options.output, options.force);
+    const auto project = loadProject(options.project);
+    const auto pixels = composeStillFrame(project.recording, options.resolution, options.time,
+                                          makeRequestedRenderer(options.renderer));
+    writePng(options.output, *pixels);
+    return exitSuccess;
+}
+
+} // namespace
+
+void addFrameCommand(CLI::App& app, CommandAction& action) {
+    auto options = std::make_shared<Options>();
+    auto* command = app.add_subcommand("frame", "Write one composed frame as a PNG picture");
+    addProjectArgument(*command, options->project);
+    command->add_option("--time,-t", options->time, "Output second of the frame")->required();
+    command->add_option("--output,-o", options->output, "The picture to write, FILE.png")
+        ->required()
+        ->type_name("FILE")
+        ->check(endsIn(".png"));
+    addResolutionOption(*command, options->resolution);
+    addRendererOption(*command, options->renderer);
+    command->add_flag("--force", options->force, "Replace an existing file");
+    command->callback([options, &action] { action = [options] { return runFrame(*options); }; });
+}
+
+} // namespace vantro

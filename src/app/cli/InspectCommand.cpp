@@ -1,0 +1,126 @@
+#include "app/cli/Commands.h"
+#include "app/cli/CommonOptions.h"
+#include "export/Inspection.h"
+
+#include <iostream>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace vantro {
+namespace {
+
+using nlohmann::ordered_json;
+
+struct Options {
+    std::filesystem::path project;
+    bool json = false;
+    int keyframesPerSecond = 0;
+};
+
+ordered_json numberOrNull(const std::optional<double>& value) {
+    return value ? ordered_json(*value) : ordered_json(nullptr);
+}
+
+ordered_json toJson(const KeyframeSample& sample) {
+    return {{"outputTime", sample.outputTime},
+            {"sourceTime", sample.sourceTime},
+            {"scale", sample.keyframe.scale},
+            {"centerX", sample.keyframe.centerX},
+            {"centerY", sample.keyframe.centerY},
+            {"cursorX", numberOrNull(sample.cursorX)},
+            {"cursorY", numberOrNull(sample.cursorY)}};
+}
+
+ordered_json toJson(const TimelineSegment& segment) {
+    return {{"id", segment.id.toString()},
+            {"startFraction", segment.startFraction},
+            {"endFraction", segment.endFraction},
+            {"speed", segment.speed}};
+}
+
+ordered_json toJson(const ClickEvent& click) {
+    return {{"id", click.id.toString()},       {"x", click.x},
+            {"y", click.y},                    {"timestamp", click.timestamp},
+            {"isRightClick", click.isRightClick}, {"startOffset", click.startOffset},
+            {"endOffset", click.endOffset},    {"zoomLevel", click.zoomLevel}};
+}
+
+template <typename Records>
+ordered_json toJsonList(const Records& records) {
+    auto list = ordered_json::array();
+    for (const auto& record : records)
+        list.push_back(toJson(record));
+    return list;
+}
+
+void printJson(const Inspection& found, bool withKeyframes) {
+    ordered_json document{{"sourceDuration", found.sourceDuration},
+                          {"outputDuration", found.outputDuration},
+                          {"videoWidth", found.videoSize.width},
+                          {"videoHeight", found.videoSize.height},
+                          {"canvasWidth", found.canvasSize.width},
+                          {"canvasHeight", found.canvasSize.height},
+                          {"segments", toJsonList(found.segments)},
+                          {"clickEvents", toJsonList(found.clickEvents)}};
+    if (withKeyframes)
+        document["keyframes"] = toJsonList(found.keyframes);
+    std::cout << document.dump(2) << '\n';
+}
+
+void printText(const Inspection& found, bool withKeyframes) {
+    fmt::print("Recording  {:.3f} s, {}x{}\n", found.sourceDuration, found.videoSize.width,
+               found.videoSize.height);
+    fmt::print("Output     {:.3f} s, {}x{}\n", found.outputDuration, found.canvasSize.width,
+               found.canvasSize.height);
+    fmt::print("Segments\n");
+    for (const auto& segment : found.segments)
+        fmt::print("  {:8.3f} s to {:8.3f} s at {}\n", segment.startFraction * found.sourceDuration,
+                   segment.endFraction * found.sourceDuration, speedLabel(segment.speed));
+    fmt::print("Zooms\n");
+    for (const auto& click : found.clickEvents)
+        fmt::print("  {:8.3f} s  {:>5} click at ({:.0f}, {:.0f})  {}\n", click.timestamp,
+                   click.isRightClick ? "right" : "left", click.x, click.y,
+                   isSilenced(click) ? std::string("merged into an earlier one")
+                                     : fmt::format("{:.2f}x from -{:.2f} s to +{:.2f} s",
+                                                   click.zoomLevel, click.startOffset,
+                                                   click.endOffset));
+    if (!withKeyframes)
+        return;
+    fmt::print("Keyframes\n    output    source   scale        centre          cursor\n");
+    for (const auto& sample : found.keyframes)
+        fmt::print("  {:8.3f}  {:8.3f}  {:6.3f}  {:7.1f},{:7.1f}  {}\n", sample.outputTime,
+                   sample.sourceTime, sample.keyframe.scale, sample.keyframe.centerX,
+                   sample.keyframe.centerY,
+                   sample.cursorX ? fmt::format("{:7.1f},{:7.1f}", *sample.cursorX, *sample.cursorY)
+                                  : std::string("none"));
+}
+
+int runInspect(const Options& options) {
+    const auto project = loadProject(options.project);
+    const auto found = inspect(project.recording, options.keyframesPerSecond);
+    const bool withKeyframes = options.keyframesPerSecond > 0;
+    if (options.json)
+        printJson(found, withKeyframes);
+    else
+        printText(found, withKeyframes);
+    return exitSuccess;
+}
+
+} // namespace
+
+void addInspectCommand(CLI::App& app, CommandAction& action) {
+    constexpr int mostKeyframesPerSecond = 1000;
+    auto options = std::make_shared<Options>();
+    auto* command = app.add_subcommand("inspect", "Tell what a project holds");
+    addProjectArgument(*command, options->project);
+    command->add_flag("--json", options->json, "Print JSON");
+    command
+        ->add_option("--keyframes", options->keyframesPerSecond,
+                     "Also sample the camera, N times a second of output")
+        ->type_name("N")
+        ->check(CLI::Range(1, mostKeyframesPerSecond));
+    command->callback([options, &action] { action = [options] { return runInspect(*options); }; });
+}
+
+} // namespace vantro

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantro {
+
+/// One line on standard error that is written over again and again. Does nothing where standard
+/// error is no terminal. One thread.
+class StatusLine {
+  public:
+    StatusLine();
+    /// Removes the line, so that what follows starts on a clean one.
+    ~StatusLine();
+    StatusLine(const StatusLine&) = delete;
+    StatusLine& operator=(const StatusLine&) = delete;
+
+    bool isVisible() const { return m_visible; }
+    void show(std::string_view text);
+    void clear();
+
+  private:
+    bool m_visible;
+    bool m_written = false;
+};
+
+/// "[#######-----]", `width` characters between the brackets.
+std::string progressBar(double fraction, int width);
+/// "0:07", "12:30", "1:02:30".
+std::string clockText(double seconds);
+/// "812 bytes", "3.4 MB".
+std::string sizeText(double bytes);
+
+} // namespace vantro

@@ -1,0 +1,100 @@
+#include "app/state/ExportFlow.h"
+
+#include "app/state/ErrorText.h"
+
+#include <algorithm>
+
+namespace vantro {
+
+ExportFlow::ExportFlow(AppState& state, FilePanels& panels, TaskRunner& tasks, ExportRunner runner)
+    : m_state(state), m_panels(panels), m_tasks(tasks), m_runner(std::move(runner)) {
+    connect(&m_state, &AppState::phaseChanged, this, [this] {
+        const auto phase = m_state.phase().kind;
+        if (m_running && phase != AppPhase::Kind::previewing && phase != AppPhase::Kind::exporting)
+            cancel();
+    });
+}
+
+ExportFlow::~ExportFlow() {
+    m_cancel.request_stop();
+}
+
+void ExportFlow::exportRecording(ExportFormat format, ExportResolution resolution) {
+    if (m_asking || m_running)
+        return;
+    const auto project = m_state.projectData();
+    if (!project || !m_state.recordingURL())
+        return m_state.setError({}, VantroError::Kind::noRecordingData);
+    ExportJob job{.recording = editedRecording(*project, *m_state.recordingURL()),
+                  .format = format,
+                  .resolution = resolution,
+                  .output = {}};
+    const bool movie = format == ExportFormat::mp4;
+    m_asking = true;
+    m_panels.ask(movie ? PanelKind::saveMovie : PanelKind::saveGif,
+                 m_state.recordingName() + (movie ? ".mp4" : ".gif"),
+                 [this, job = std::move(job)](const auto& output) mutable {
+                     m_asking = false;
+                     if (!output || m_state.phase() != AppPhase::previewing())
+                         return;
+                     job.output = *output;
+                     start(std::move(job));
+                 });
+}
+
+void ExportFlow::start(ExportJob job) {
+    const int request = ++m_request;
+    m_cancel = std::stop_source();
+    setRunning(true);
+    m_tasks.run([this, request, job = std::move(job), runner = m_runner,
+                 cancelled = m_cancel.get_token()]() -> TaskRunner::Continuation {
+        std::string failure;
+        const auto progress = [this, request](double fraction) {
+            m_tasks.onMain([this, request, fraction] { progressed(request, fraction); });
+        };
+        try {
+            runner(job, progress, cancelled);
+        } catch (const std::exception& error) {
+            failure = failureText(error, VantroError::Kind::exportFailed);
+        }
+        if (cancelled.stop_requested())
+            failure.clear();
+        return [this, request, failure, output = job.output] { ended(request, failure, output); };
+    });
+}
+
+void ExportFlow::progressed(int request, double fraction) {
+    if (request == m_request)
+        m_state.setPhase(AppPhase::exporting(std::clamp(fraction, 0.0, 1.0)));
+}
+
+void ExportFlow::ended(int request, const std::string& failure,
+                       const std::filesystem::path& output) {
+    if (request != m_request)
+        return;
+    setRunning(false);
+    if (!failure.empty())
+        m_state.setError(failure, VantroError::Kind::exportFailed);
+    m_state.setPhase(AppPhase::previewing());
+    if (failure.empty())
+        Q_EMIT exported(QString::fromStdString(output.string()));
+}
+
+void ExportFlow::cancel() {
+    if (!m_running)
+        return;
+    m_cancel.request_stop();
+    ++m_request;
+    setRunning(false);
+    if (m_state.phase().kind == AppPhase::Kind::exporting)
+        m_state.setPhase(AppPhase::previewing());
+}
+
+void ExportFlow::setRunning(bool running) {
+    if (m_running == running)
+        return;
+    m_running = running;
+    Q_EMIT runningChanged();
+}
+
+} // namespace vantro

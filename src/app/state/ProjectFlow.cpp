@@ -1,0 +1,127 @@
+#include "app/state/ProjectFlow.h"
+
+#include "app/ProjectPackage.h"
+#include "app/state/ErrorText.h"
+
+#include <expected>
+
+namespace vantro {
+namespace {
+
+constexpr auto saveFailed = VantroError::Kind::projectSaveFailed;
+constexpr auto openFailed = VantroError::Kind::projectOpenFailed;
+
+std::string trySave(const std::filesystem::path& packageURL,
+                    const std::filesystem::path& recordingURL, const ProjectData& project) {
+    try {
+        saveProject(packageURL, recordingURL, project);
+        return {};
+    } catch (const std::exception& failure) {
+        return failureText(failure, saveFailed);
+    }
+}
+
+std::expected<ProjectData, std::string> tryRead(const std::filesystem::path& packageURL) {
+    try {
+        return readProjectFile(packageURL);
+    } catch (const std::exception& failure) {
+        return std::unexpected(failureText(failure, openFailed));
+    }
+}
+
+} // namespace
+
+ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks)
+    : m_state(state), m_panels(panels), m_tasks(tasks) {}
+
+void ProjectFlow::saveProject() {
+    if (m_busy)
+        return;
+    if (!m_state.metadata() || !m_state.recordingURL())
+        return m_state.setError("No recording metadata available", saveFailed);
+    setBusy(true);
+    m_panels.ask(PanelKind::saveProject, m_state.recordingName() + package::extension,
+                 [this](const auto& packageURL) {
+                     if (packageURL && m_state.metadata() && m_state.recordingURL())
+                         write(*packageURL);
+                     else
+                         setBusy(false);
+                 });
+}
+
+void ProjectFlow::write(const std::filesystem::path& packageURL) {
+    m_tasks.run([this, packageURL, recordingURL = *m_state.recordingURL(),
+                 project = *m_state.projectData()]() -> TaskRunner::Continuation {
+        const auto failure = trySave(packageURL, recordingURL, project);
+        return
+            [this, packageURL, recordingURL, failure] { wrote(packageURL, recordingURL, failure); };
+    });
+}
+
+void ProjectFlow::wrote(const std::filesystem::path& packageURL,
+                        const std::filesystem::path& sourceURL, const std::string& failure) {
+    setBusy(false);
+    if (!failure.empty())
+        return m_state.setError(failure, saveFailed);
+    Q_EMIT saved(QString::fromStdString(packageURL.string()));
+    if (m_state.recordingURL() != sourceURL)
+        return; // another recording has taken its place meanwhile
+    m_state.setRecordingURL(packageURL / package::recordingFile);
+    m_state.setProjectURL(packageURL);
+}
+
+bool ProjectFlow::mayOpen() const {
+    return !m_busy &&
+           (m_state.phase() == AppPhase::idle() || m_state.phase() == AppPhase::previewing());
+}
+
+void ProjectFlow::openProject() {
+    if (!mayOpen())
+        return;
+    setBusy(true);
+    m_panels.ask(PanelKind::openProject, {}, [this](const auto& packageURL) {
+        setBusy(false);
+        if (packageURL)
+            openPackage(*packageURL);
+    });
+}
+
+void ProjectFlow::openPackage(const std::filesystem::path& packageURL) {
+    if (!mayOpen())
+        return;
+    setBusy(true);
+    m_tasks.run([this, packageURL]() -> TaskRunner::Continuation {
+        return [this, packageURL, project = tryRead(packageURL)]() mutable {
+            setBusy(false);
+            if (!project)
+                m_state.setError(project.error(), openFailed);
+            else if (mayOpen())
+                show(packageURL, std::move(*project));
+        };
+    });
+}
+
+void ProjectFlow::show(const std::filesystem::path& packageURL, ProjectData project) {
+    m_state.setRecordingURL(packageURL / package::recordingFile);
+    m_state.setMetadata(std::move(project.metadata));
+    m_state.setEditableClickEvents(std::move(project.editableClickEvents));
+    m_state.setSegments(std::move(project.segments));
+    m_state.setBackgroundSettings(std::move(project.backgroundSettings));
+    m_state.setCanvasAspectRatio(project.canvasAspectRatio);
+    m_state.setCursorScale(project.cursorScale);
+    m_state.setWebcamPosition(project.webcamPosition);
+    m_state.setWebcamSize(project.webcamSize);
+    m_state.setRecordingName(std::move(project.recordingName));
+    m_state.setProjectURL(packageURL);
+    m_state.setPhase(AppPhase::previewing());
+    Q_EMIT opened(QString::fromStdString(packageURL.string()));
+}
+
+void ProjectFlow::setBusy(bool busy) {
+    if (m_busy == busy)
+        return;
+    m_busy = busy;
+    Q_EMIT busyChanged();
+}
+
+} // namespace vantro

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/state/AppState.h"
+#include "app/state/FilePanels.h"
+#include "app/state/TaskRunner.h"
+
+namespace vantro {
+
+/// Saves the edit as a project package and opens one. Files are read, linked and written on the
+/// worker thread of `tasks`, since a package on another file system takes a copy of the movie.
+/// One operation at a time; what is asked for meanwhile does nothing. Main thread.
+class ProjectFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks);
+
+    void saveProject();
+    void openProject();
+    /// openProject without its panel.
+    void openPackage(const std::filesystem::path& packageURL);
+
+    bool isBusy() const { return m_busy; }
+
+  Q_SIGNALS:
+    void busyChanged();
+    void saved(const QString& path);
+    void opened(const QString& path);
+
+  private:
+    bool mayOpen() const;
+    void write(const std::filesystem::path& packageURL);
+    void wrote(const std::filesystem::path& packageURL, const std::filesystem::path& sourceURL,
+               const std::string& failure);
+    void show(const std::filesystem::path& packageURL, ProjectData project);
+    void setBusy(bool busy);
+
+    AppState& m_state;
+    FilePanels& m_panels;
+    TaskRunner& m_tasks;
+    bool m_busy = false;
+};
+
+} // namespace vantro

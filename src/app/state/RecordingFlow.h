@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/FinishedRecording.h"
+#include "app/state/AppState.h"
+#include "app/state/AreaOverlay.h"
+#include "app/state/MainTimers.h"
+#include "app/state/Recorder.h"
+#include "app/state/TaskRunner.h"
+
+namespace vantro {
+
+/// What the recording flow works with; all of it outlives the flow. `tasks` is the flow's own.
+struct RecordingServices {
+    RecordingPlatform& platform;
+    AreaOverlays& overlays;
+    MainTimers& timers;
+    TaskRunner& tasks;
+};
+
+/// From the record button to the editor: chooses the target by the capture mode, runs the recorder,
+/// counts the seconds, and puts what it recorded into the state.
+///
+/// The recorder starts and stops on the worker thread of `tasks`, one call after the other; what
+/// comes back from a recording that has failed meanwhile is dropped. Main thread.
+class RecordingFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    RecordingFlow(AppState& state, RecordingServices services);
+    ~RecordingFlow() override;
+
+    /// The record button. Does nothing unless the application is idle.
+    void beginCapture();
+    void windowSelected(const ShareableWindow& window);
+    void windowPickerCancelled();
+    void areaSelected(std::uint32_t displayID, Rect rect);
+    void areaCancelled();
+    void startRecording();
+    /// Does nothing unless a recording is under way and not yet stopping.
+    void stopRecording();
+
+    /// Whole seconds to count down before a recording starts; 0 starts it at once.
+    void setCountdown(int seconds) { m_countdown = seconds; }
+    /// What is left of a countdown under way, else 0.
+    int countdownRemaining() const { return m_countdownRemaining; }
+    void cancelCountdown();
+
+    double elapsedSeconds() const { return m_elapsedSeconds; }
+    bool isWindowPickerShown() const { return m_windowPickerShown; }
+    bool isStopping() const { return m_stopping; }
+    /// Of the recording under way, as of the last second.
+    const RecorderStatus& recorderStatus() const { return m_recorderStatus; }
+
+  Q_SIGNALS:
+    void elapsedSecondsChanged();
+    void windowPickerShownChanged();
+    void stoppingChanged();
+    void recorderStatusChanged();
+    void countdownRemainingChanged();
+
+  private:
+    void captureScreen();
+    void captureArea();
+    void targetChosen();
+    void tickCountdown();
+    void tickSecond();
+    void startFailed(int request, const std::string& message);
+    void stopFailed(int request, const std::string& message);
+    void recordingFinished(int request, FinishedRecording finished);
+    void setElapsedSeconds(double seconds);
+    void setWindowPickerShown(bool shown);
+    void setStopping(bool stopping);
+    void setRecorderStatus(const RecorderStatus& status);
+    void setCountdownRemaining(int seconds);
+
+    AppState& m_state;
+    RecordingServices m_services;
+    int m_request = 0; ///< tells apart what comes back from different recordings
+    int m_countdown = 0;
+    int m_countdownRemaining = 0;
+    double m_elapsedSeconds = 0;
+    bool m_windowPickerShown = false;
+    bool m_stopping = false;
+    RecorderStatus m_recorderStatus;
+    std::filesystem::path m_outputURL;
+    std::unique_ptr<MainTimer> m_secondTimer;
+    std::unique_ptr<MainTimer> m_countdownTimer;
+};
+
+} // namespace vantro

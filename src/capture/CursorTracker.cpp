@@ -1,0 +1,102 @@
+#include "capture/CursorTracker.h"
+
+#include "base/Fatal.h"
+
+#include <chrono>
+
+#include <sys/prctl.h>
+
+namespace vantro {
+namespace {
+
+// About 62.5 samples a second: one for each frame of the movie. Longer shows as a jerky pointer in
+// the edited movie; shorter only makes the list longer.
+constexpr HostDuration sampleInterval = std::chrono::milliseconds(16);
+
+} // namespace
+
+CursorTracker::CursorTracker(Rect captureRect, double screenHeight,
+                             std::shared_ptr<PointerSource> pointer, CaptureClock& clock)
+    : m_captureRect(captureRect)
+    , m_screenHeight(screenHeight)
+    , m_pointer(std::move(pointer))
+    , m_clock(clock)
+    , m_startTime(clock.now()) {}
+
+CursorTracker::~CursorTracker() {
+    stop();
+}
+
+void CursorTracker::start() {
+    m_timer = std::jthread([this](const std::stop_token& stop) { runTimer(stop); });
+    m_clickMonitor = monitorClicks(MouseButton::left);
+    m_rightClickMonitor = monitorClicks(MouseButton::right);
+}
+
+void CursorTracker::stop() {
+    if (m_timer.joinable()) {
+        m_timer.request_stop();
+        m_timer.join();
+    }
+    m_clickMonitor.reset();
+    m_rightClickMonitor.reset();
+}
+
+std::vector<CursorPosition> CursorTracker::positions() {
+    return m_queue.sync([this] { return _positions; });
+}
+
+std::vector<ClickEvent> CursorTracker::clicks() {
+    return m_queue.sync([this] { return _clicks; });
+}
+
+void CursorTracker::runTimer(const std::stop_token& stop) {
+    setThreadName("cursor.timer");
+    prctl(PR_SET_TIMERSLACK, 1UL); // nanoseconds: exact firing, where the default is 50 µs late
+    HostTime deadline = m_clock.now();
+    while (!stop.stop_requested()) {
+        m_queue.sync([this] { appendPosition(); });
+        // Ticks that the machine slept through are left out, never caught up in a burst.
+        do {
+            deadline += sampleInterval;
+        } while (deadline <= m_clock.now());
+        m_clock.sleepUntil(deadline, stop);
+    }
+}
+
+void CursorTracker::appendPosition() {
+    const Point point = pointerInCaptureRect();
+    _positions.push_back({.x = point.x, .y = point.y, .timestamp = elapsedSeconds()});
+}
+
+void CursorTracker::appendClick(bool isRightClick) {
+    const Point point = pointerInCaptureRect();
+    ClickEvent click;
+    click.x = point.x;
+    click.y = point.y;
+    click.timestamp = elapsedSeconds();
+    click.isRightClick = isRightClick;
+    _clicks.push_back(click);
+}
+
+double CursorTracker::elapsedSeconds() {
+    HostDuration::rep elapsed = 0;
+    const bool overflow = __builtin_sub_overflow(m_clock.now().time_since_epoch().count(),
+                                                 m_startTime.time_since_epoch().count(), &elapsed);
+    require(!overflow && elapsed >= 0, "the host clock ran backwards");
+    return inSeconds(HostDuration(elapsed));
+}
+
+Point CursorTracker::pointerInCaptureRect() {
+    const Point mouse = m_pointer->location();
+    return {.x = mouse.x - m_captureRect.x, .y = m_screenHeight - mouse.y - m_captureRect.y};
+}
+
+std::unique_ptr<ClickMonitor> CursorTracker::monitorClicks(MouseButton button) {
+    const bool isRightClick = button == MouseButton::right;
+    return m_pointer->monitorPresses(button, [this, isRightClick] {
+        m_queue.async([this, isRightClick] { appendClick(isRightClick); });
+    });
+}
+
+} // namespace vantro

@@ -1,0 +1,74 @@
+#include "capture/RecordingTarget.h"
+
+#include "base/Fatal.h"
+#include "model/VantroError.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vantro {
+namespace {
+
+constexpr HostDuration frameInterval{1'000'000'000 / 60}; // 60 frames a second at most
+
+[[noreturn]] void failStart(std::string_view message) {
+    throw VantroError(VantroError::Kind::captureStartFailed, message);
+}
+
+/// Whole points times whole pixels per point, rounded down to even.
+int evenPixels(double points, std::int64_t scale) {
+    const auto pixels = checkedMultiply(truncatedToInteger(points), scale);
+    require(pixels >= 0 && pixels <= std::numeric_limits<int>::max(), "picture size out of range");
+    return static_cast<int>(pixels) & ~1;
+}
+
+std::vector<std::uint32_t> ownWindows(const ShareableContent& content) {
+    std::vector<std::uint32_t> own;
+    for (const auto& window : content.windows)
+        if (window.bundleIdentifier == ownBundleIdentifier)
+            own.push_back(window.windowID);
+    return own;
+}
+
+} // namespace
+
+RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content) {
+    const auto display =
+        std::ranges::find(content.displays, choice.displayID, &ShareableDisplay::displayID);
+    if (display == content.displays.end())
+        failStart("Display not found");
+    RecordingTarget target;
+    target.display = *display;
+    target.filter.displayID = choice.displayID;
+    target.stream.minimumFrameInterval = frameInterval;
+    const Rect frame = display->frame;
+    Size size{.width = frame.width, .height = frame.height};
+    switch (choice.captureMode) {
+    case CaptureMode::screen:
+        target.filter.excludedWindows = ownWindows(content);
+        break;
+    case CaptureMode::area: {
+        const Rect area = choice.captureRect;
+        target.filter.excludedWindows = ownWindows(content);
+        target.stream.sourceRect = Rect{.x = area.x - frame.x,
+                                        .y = area.y - frame.y,
+                                        .width = area.width,
+                                        .height = area.height};
+        size = {.width = area.width, .height = area.height};
+        break;
+    }
+    case CaptureMode::window:
+        if (!choice.selectedWindow)
+            failStart("No window selected");
+        target.filter.window = choice.selectedWindow->windowID;
+        size = {.width = choice.selectedWindow->frame.width,
+                .height = choice.selectedWindow->frame.height};
+        break;
+    }
+    const auto scale = truncatedToInteger(display->backingScaleFactor);
+    target.stream.width = evenPixels(size.width, scale);
+    target.stream.height = evenPixels(size.height, scale);
+    return target;
+}
+
+} // namespace vantro

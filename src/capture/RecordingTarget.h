@@ -1,0 +1,33 @@
+#pragma once
+
+#include "capture/ScreenStream.h"
+#include "capture/ShareableContent.h"
+#include "model/Choices.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace vantro {
+
+/// What the user chose to record.
+struct RecordingChoice {
+    CaptureMode captureMode = CaptureMode::screen;
+    std::uint32_t displayID = 0;
+    Rect captureRect; ///< global points, top-left origin
+    std::optional<ShareableWindow> selectedWindow;
+};
+
+/// How a choice is captured: what the stream shows, at which size.
+struct RecordingTarget {
+    ShareableDisplay display;
+    ContentFilter filter;
+    ScreenStreamConfiguration stream;
+};
+
+/// The windows of the application with this identifier are never recorded: it is our own.
+inline constexpr const char* ownBundleIdentifier = "com.vantro.app";
+
+/// Throws VantroError captureStartFailed: "Display not found", "No window selected".
+RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content);
+
+} // namespace vantro

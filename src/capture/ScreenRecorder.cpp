@@ -1,0 +1,236 @@
+#include "capture/ScreenRecorder.h"
+
+#include "base/Log.h"
+#include "media/MediaError.h"
+#include "model/VantroError.h"
+
+namespace vantro {
+namespace {
+
+// Far above what a screen needs at 60 frames a second: the editor works on this movie, so what is
+// lost here shows in every export.
+constexpr std::int64_t videoBitRate = 50'000'000;
+constexpr double expectedFrameRate = 60;
+constexpr std::int64_t metadataFrameRate = 60;
+
+// What the log tells of a writer's end.
+enum class WriterStatus { none = -1, completed = 2, failed = 3 };
+
+MediaTime toMediaTime(HostTime time) {
+    return {.value = time.time_since_epoch().count(), .timescale = 1'000'000'000};
+}
+
+[[noreturn]] void failStart(std::string_view message) {
+    throw VantroError(VantroError::Kind::captureStartFailed, message);
+}
+
+[[noreturn]] void failWriter(std::string_view message) {
+    throw VantroError(VantroError::Kind::assetWriterFailed, message);
+}
+
+void logTarget(const ScreenRecorder::Configuration& configuration, const RecordingTarget& target) {
+    const auto& choice = configuration.choice;
+    logInfo("Capturing {}: {}x{}, systemAudio: {}, mic: {}", rawValue(choice.captureMode),
+            target.stream.width, target.stream.height, configuration.systemAudioEnabled,
+            configuration.microphoneAudioEnabled);
+    logInfo("Display: {:.0f}x{:.0f}, captureRect: ({}, {}, {}, {})", target.display.frame.width,
+            target.display.frame.height, choice.captureRect.x, choice.captureRect.y,
+            choice.captureRect.width, choice.captureRect.height);
+}
+
+void logLeftOutSources(const ScreenRecorder::Configuration& configuration) {
+    if (configuration.systemAudioEnabled)
+        logWarning("System audio is not available, skipping system audio recording");
+    if (configuration.microphoneAudioEnabled)
+        logWarning("Microphone is not available, skipping mic recording");
+    if (configuration.webcamEnabled)
+        logWarning("No camera available, skipping webcam recording");
+}
+
+} // namespace
+
+ScreenRecorder::ScreenRecorder(Configuration configuration, CapturePlatform& platform)
+    : m_configuration(std::move(configuration)), m_platform(platform) {}
+
+ScreenRecorder::~ScreenRecorder() {
+    abandon();
+}
+
+void ScreenRecorder::start() {
+    auto content = m_platform.shareableContent();
+    if (!content)
+        failStart(content.error());
+    const RecordingTarget target = resolveTarget(m_configuration.choice, *content);
+    m_displayScaleFactor = target.display.backingScaleFactor;
+    logTarget(m_configuration, target);
+    logLeftOutSources(m_configuration);
+    try {
+        prepareStream(target);
+        prepareWriter(target);
+        auto pointer = m_platform.makePointerSource();
+        if (!pointer)
+            failStart(pointer.error());
+        startTracker(target, std::move(*pointer));
+        m_stateQueue.sync([this] { _isWriting = true; });
+        startCapture();
+    } catch (...) {
+        abandon();
+        throw;
+    }
+    logInfo("Capture started");
+}
+
+void ScreenRecorder::prepareStream(const RecordingTarget& target) {
+    auto stream = m_platform.makeScreenStream(target.filter, target.stream);
+    if (!stream)
+        failStart(stream.error());
+    m_stream = std::move(*stream);
+}
+
+void ScreenRecorder::prepareWriter(const RecordingTarget& target) {
+    const VideoSettings settings{.width = target.stream.width,
+                                 .height = target.stream.height,
+                                 .averageBitRate = videoBitRate,
+                                 .expectedFrameRate = expectedFrameRate,
+                                 .expectsRealTime = true};
+    try {
+        m_assetWriter = std::make_unique<AssetWriter>(m_configuration.outputURL,
+                                                      FileType::quickTimeMovie, settings);
+    } catch (const MediaError& error) {
+        failWriter(fmt::format("Failed to create writer: {}", error.what()));
+    }
+    try {
+        m_assetWriter->startWriting();
+    } catch (const MediaError& error) {
+        failWriter(error.what());
+    }
+}
+
+void ScreenRecorder::startTracker(const RecordingTarget& target,
+                                  std::shared_ptr<PointerSource> pointer) {
+    m_cursorTracker = std::make_unique<CursorTracker>(
+        m_configuration.choice.captureRect, target.display.frame.height, std::move(pointer));
+    m_cursorTracker->start();
+}
+
+void ScreenRecorder::startCapture() {
+    try {
+        m_stream->startCapture(*this);
+    } catch (const std::runtime_error& error) {
+        failStart(error.what());
+    }
+}
+
+void ScreenRecorder::abandon() {
+    m_stateQueue.sync([this] { _isWriting = false; });
+    m_stream.reset();
+    m_cursorTracker.reset();
+    m_assetWriter.reset();
+}
+
+SampleDisposition ScreenRecorder::screenSample(const ScreenSample& sample) {
+    struct State {
+        bool isWriting;
+        bool hasFirstSample;
+    };
+    const auto state =
+        m_stateQueue.sync([this] { return State{_isWriting, _firstSampleTime.has_value()}; });
+    if (!state.isWriting || sample.status != FrameStatus::complete || !sample.pixels)
+        return SampleDisposition::taken;
+    const VideoFrame frame{.pixels = sample.pixels,
+                           .presentationTime = toMediaTime(sample.presentationTime),
+                           .duration = {}};
+    return append(frame, !state.hasFirstSample);
+}
+
+SampleDisposition ScreenRecorder::append(const VideoFrame& frame, bool isFirst) {
+    if (isFirst) {
+        m_assetWriter->startSession(frame.presentationTime);
+        m_stateQueue.sync([&] { _firstSampleTime = frame.presentationTime; });
+        logInfo("First frame at {:f}", frame.presentationTime.seconds());
+    }
+    const bool isAppended =
+        m_assetWriter->isReadyForMoreMediaData() && m_assetWriter->append(frame);
+    const bool hasFailed = !isAppended && m_assetWriter->hasFailed();
+    m_stateQueue.sync([&] {
+        ++(isAppended ? _frameCount : _droppedCount);
+        if (hasFailed)
+            _condition = RecordingCondition::writerFailed;
+    });
+    // A failed writer never takes anything again: offering the picture once more would be in vain.
+    return isAppended || hasFailed ? SampleDisposition::taken : SampleDisposition::refused;
+}
+
+void ScreenRecorder::streamStopped(const std::string& error) {
+    logError("Stream stopped with error: {}", error);
+    m_stateQueue.sync([this] {
+        if (_condition == RecordingCondition::recording)
+            _condition = RecordingCondition::streamStopped;
+    });
+}
+
+RecordingMetadata ScreenRecorder::stop() {
+    HostTime stopTime;
+    const auto frameCount = m_stateQueue.sync([&] {
+        _isWriting = false;
+        stopTime = hostNow();
+        return _frameCount;
+    });
+    logInfo("Stopping capture, {} frames written", frameCount);
+    if (m_cursorTracker)
+        m_cursorTracker->stop();
+    if (m_stream)
+        m_stream->stopCapture();
+    m_stream.reset();
+    const bool hasFrames = m_stateQueue.sync([this] { return _firstSampleTime.has_value(); });
+    finishWriter(hasFrames, stopTime);
+    return makeMetadata();
+}
+
+void ScreenRecorder::finishWriter(bool hasFrames, HostTime stopTime) {
+    const auto writer = std::move(m_assetWriter);
+    if (!hasFrames) {
+        logError("No frames were captured");
+        if (writer)
+            writer->cancel();
+        return;
+    }
+    WriterStatus status = WriterStatus::none;
+    std::string failure;
+    try {
+        if (writer) {
+            writer->finish(toMediaTime(stopTime));
+            status = WriterStatus::completed;
+        }
+    } catch (const MediaError& error) {
+        status = WriterStatus::failed;
+        failure = error.what();
+    }
+    logInfo("Asset writer finished, status: {}", static_cast<int>(status));
+    if (status != WriterStatus::failed)
+        return;
+    logError("Asset writer error: {}", failure);
+    failWriter(failure);
+}
+
+RecordingMetadata ScreenRecorder::makeMetadata() {
+    RecordingMetadata metadata;
+    metadata.captureRect = m_configuration.choice.captureRect;
+    metadata.displayID = m_configuration.choice.displayID;
+    metadata.frameRate = metadataFrameRate;
+    metadata.displayScaleFactor = m_displayScaleFactor;
+    if (m_cursorTracker) {
+        metadata.cursorPositions = m_cursorTracker->positions();
+        metadata.clickEvents = m_cursorTracker->clicks();
+    }
+    if (!metadata.cursorPositions.empty())
+        metadata.endTime = metadata.cursorPositions.back().timestamp;
+    return metadata;
+}
+
+RecordingStatistics ScreenRecorder::statistics() {
+    return m_stateQueue.sync(
+        [this] { return RecordingStatistics{_frameCount, _droppedCount, _condition}; });
+}
+
+} // namespace vantro

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/Geometry.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vantro {
+
+/// A monitor that can be recorded.
+struct ShareableDisplay {
+    /// The same in every run as long as the monitor keeps its name.
+    std::uint32_t displayID = 0;
+    std::string name;
+    Rect frame; ///< global points, top-left origin
+    /// Pixels per point, a whole number from 1; 2 where the platform cannot tell.
+    double backingScaleFactor = 2.0;
+    bool isMain = false;
+};
+
+/// A window that can be recorded.
+struct ShareableWindow {
+    std::uint32_t windowID = 0;
+    std::string title;
+    std::string applicationName;
+    /// What tells applications apart: the name that the application gives its windows, else the
+    /// path of its executable.
+    std::string bundleIdentifier;
+    Rect frame; ///< with its title bar and borders; global points, top-left origin
+    bool isOnScreen = false;
+};
+
+/// What can be recorded at one moment. A plain record.
+struct ShareableContent {
+    std::vector<ShareableDisplay> displays; ///< the main one first
+    std::vector<ShareableWindow> windows;   ///< in stacking order, the front-most first
+};
+
+} // namespace vantro

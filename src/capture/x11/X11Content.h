@@ -1,0 +1,40 @@
+#pragma once
+
+#include "capture/ShareableContent.h"
+#include "capture/x11/X11Connection.h"
+#include "media/ColorConversion.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vantro {
+
+/// A monitor in the pixels of the X screen.
+struct X11Monitor {
+    std::uint32_t id = 0; ///< a hash of the monitor's name
+    std::string name;
+    PixelRect rect;
+};
+
+/// How the X screen's pixels become global points, whose origin is the main monitor's top-left
+/// corner.
+struct X11Geometry {
+    std::vector<X11Monitor> monitors; ///< the main one first; never empty
+    int scale = 1;                    ///< pixels per point
+
+    const X11Monitor& main() const { return monitors.front(); }
+    const X11Monitor* find(std::uint32_t id) const;
+    Rect toPoints(PixelRect rect) const;
+};
+
+/// The monitors that RandR tells of; where it tells of none, the whole X screen as one monitor.
+X11Geometry queryGeometry(const X11Connection& connection);
+
+std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry);
+
+/// The windows that the window manager manages; where none runs, the root's children.
+std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
+                                              const X11Geometry& geometry);
+
+} // namespace vantro

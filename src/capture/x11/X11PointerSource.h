@@ -1,0 +1,27 @@
+#pragma once
+
+#include "capture/PointerSource.h"
+#include "capture/x11/X11Content.h"
+
+#include <string>
+
+namespace vantro {
+
+/// The pointer of one X server, asked on a connection of its own. Click monitors open theirs.
+class X11PointerSource final : public PointerSource {
+  public:
+    X11PointerSource(X11Connection connection, std::string display, const X11Geometry& geometry);
+
+    Point location() override;
+    std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
+                                                 std::function<void()> handler) override;
+
+  private:
+    X11Connection m_connection;
+    std::string m_display;
+    PixelRect m_mainScreen;
+    double m_scale;
+    Point m_lastLocation;
+};
+
+} // namespace vantro

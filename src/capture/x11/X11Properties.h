@@ -1,0 +1,23 @@
+#pragma once
+
+#include "capture/x11/X11Connection.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantro {
+
+/// The server's number for a name; 0 when no client has ever used it.
+xcb_atom_t findAtom(const X11Connection& connection, std::string_view name);
+
+/// A window's property as bytes; empty when it has none.
+std::string textProperty(const X11Connection& connection, xcb_window_t window,
+                         std::string_view name);
+
+/// A window's property as 32-bit numbers; empty when it has none of that shape.
+std::vector<std::uint32_t> numbersProperty(const X11Connection& connection, xcb_window_t window,
+                                           std::string_view name);
+
+} // namespace vantro

@@ -1,0 +1,30 @@
+#include "capture/x11/X11ScreenStream.h"
+
+#include "base/SerialQueue.h"
+
+namespace vantro {
+
+X11ScreenStream::X11ScreenStream(X11Connection connection, PixelRect area,
+                                 HostDuration minimumFrameInterval)
+    : m_loop(std::move(connection), area, minimumFrameInterval) {}
+
+X11ScreenStream::~X11ScreenStream() {
+    stopCapture();
+}
+
+void X11ScreenStream::startCapture(ScreenStreamOutput& output) {
+    m_thread = std::jthread([this, &output](const std::stop_token& stop) {
+        setThreadName("com.vantro.capture");
+        m_loop.run(stop, m_wakeUp, output);
+    });
+}
+
+void X11ScreenStream::stopCapture() {
+    if (!m_thread.joinable())
+        return;
+    m_thread.request_stop();
+    m_wakeUp.ring();
+    m_thread.join();
+}
+
+} // namespace vantro

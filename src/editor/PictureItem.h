@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QImage>
+#include <QQuickItem>
+
+namespace vantro {
+
+/// Shows an image in the middle of itself, as large as fits.
+class PictureItem : public QQuickItem {
+    Q_OBJECT
+    Q_PROPERTY(QImage picture READ picture WRITE setPicture NOTIFY pictureChanged)
+
+  public:
+    PictureItem();
+
+    const QImage& picture() const { return m_picture; }
+    void setPicture(const QImage& picture);
+
+  Q_SIGNALS:
+    void pictureChanged();
+
+  protected:
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+
+  private:
+    QRectF pictureRect() const;
+
+    QImage m_picture;
+    bool m_textureIsStale = false;
+};
+
+} // namespace vantro

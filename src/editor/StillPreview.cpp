@@ -1,0 +1,96 @@
+#include "editor/StillPreview.h"
+
+#include "media/PixelBuffer.h"
+
+#include <algorithm>
+
+namespace vantro {
+namespace {
+
+/// The pixels as an image, without a copy.
+QImage imageOf(const std::shared_ptr<const PixelBuffer>& pixels) {
+    auto owner = std::make_unique<std::shared_ptr<const PixelBuffer>>(pixels);
+    return {pixels->plane(0),
+            pixels->width(),
+            pixels->height(),
+            pixels->stride(0),
+            QImage::Format_RGB32,
+            [](void* held) { delete static_cast<std::shared_ptr<const PixelBuffer>*>(held); },
+            owner.release()};
+}
+
+} // namespace
+
+StillPreview::StillPreview(TaskRunner& tasks, PreviewSource source)
+    : m_tasks(tasks)
+    , m_source(std::move(source)) {}
+
+void StillPreview::setRecording(std::optional<EditedRecording> recording) {
+    // Saving moves the movie into a package: what tells recordings apart is what was recorded.
+    const bool sameMovie =
+        recording && m_recording && recording->metadata == m_recording->metadata;
+    m_recording = std::move(recording);
+    ++m_edit;
+    if (!sameMovie) {
+        m_picture = {};
+        m_problem.clear();
+        m_duration = 0;
+        m_position = 0;
+        Q_EMIT durationChanged();
+        Q_EMIT positionChanged();
+        Q_EMIT pictureChanged();
+    }
+    if (m_recording)
+        draw();
+}
+
+void StillPreview::setPosition(double seconds) {
+    const double clamped = std::clamp(seconds, 0.0, m_duration);
+    if (clamped == m_position || !m_recording)
+        return;
+    m_position = clamped;
+    Q_EMIT positionChanged();
+    draw();
+}
+
+void StillPreview::draw() {
+    if (m_drawing) {
+        m_drawAgain = true;
+        return;
+    }
+    m_drawing = true;
+    m_drawAgain = false;
+    m_tasks.run([this, edit = m_edit, source = m_source, recording = *m_recording,
+                 position = m_position]() -> TaskRunner::Continuation {
+        return [this, edit, result = work(source, recording, position)] { drawn(edit, result); };
+    });
+}
+
+StillPreview::Drawn StillPreview::work(const PreviewSource& source,
+                                       const EditedRecording& recording, double position) {
+    Drawn result;
+    try {
+        result.duration = source.duration(recording);
+        result.pixels = source.picture(recording, std::clamp(position, 0.0, result.duration));
+    } catch (const std::exception& failure) {
+        result.problem = failure.what();
+    }
+    return result;
+}
+
+void StillPreview::drawn(int edit, const Drawn& result) {
+    m_drawing = false;
+    if (edit == m_edit) {
+        if (m_duration != result.duration) {
+            m_duration = result.duration;
+            Q_EMIT durationChanged();
+        }
+        m_picture = result.pixels != nullptr ? imageOf(result.pixels) : QImage();
+        m_problem = QString::fromStdString(result.problem);
+        Q_EMIT pictureChanged();
+    }
+    if (m_drawAgain && m_recording)
+        draw();
+}
+
+} // namespace vantro

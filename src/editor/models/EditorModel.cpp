@@ -1,0 +1,137 @@
+#include "editor/models/EditorModel.h"
+
+#include "app/state/ExportFlow.h"
+#include "app/state/ProjectFlow.h"
+#include "editor/models/TimeText.h"
+
+#include <QFileInfo>
+
+namespace vantro {
+
+EditorModel::EditorModel(AppState& state, StillPreview& preview, Flows flows)
+    : m_state(state)
+    , m_preview(preview)
+    , m_flows(flows) {
+    connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
+    connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
+    connect(&preview, &StillPreview::durationChanged, this, &EditorModel::durationChanged);
+    followState();
+    followFlows();
+}
+
+void EditorModel::followState() {
+    connect(&m_state, &AppState::recordingNameChanged, this, &EditorModel::recordingNameChanged);
+    connect(&m_state, &AppState::phaseChanged, this, &EditorModel::exportChanged);
+    for (const auto changed :
+         {&AppState::recordingURLChanged, &AppState::metadataChanged,
+          &AppState::editableClickEventsChanged, &AppState::segmentsChanged,
+          &AppState::backgroundSettingsChanged, &AppState::canvasAspectRatioChanged,
+          &AppState::cursorScaleChanged, &AppState::webcamPositionChanged,
+          &AppState::webcamSizeChanged, &AppState::phaseChanged})
+        connect(&m_state, changed, this, [this, changed] {
+            const bool export_ = changed == &AppState::phaseChanged &&
+                                 m_state.phase().kind == AppPhase::Kind::exporting;
+            // Opening a project writes field after field: one picture follows from all of them.
+            if (m_refreshScheduled || export_)
+                return;
+            m_refreshScheduled = true;
+            QMetaObject::invokeMethod(this, &EditorModel::refreshPreview, Qt::QueuedConnection);
+        });
+}
+
+void EditorModel::followFlows() {
+    connect(&m_flows.exports, &ExportFlow::runningChanged, this, &EditorModel::exportChanged);
+    connect(&m_flows.exports, &ExportFlow::exported, this, [this](const QString& path) {
+        setNotice(QStringLiteral("Exported %1").arg(QFileInfo(path).fileName()));
+    });
+    connect(&m_flows.projects, &ProjectFlow::busyChanged, this, &EditorModel::busyChanged);
+    connect(&m_flows.projects, &ProjectFlow::saved, this, [this](const QString& path) {
+        setNotice(QStringLiteral("Saved %1").arg(QFileInfo(path).fileName()));
+    });
+    connect(&m_state, &AppState::metadataChanged, this, [this] { setNotice({}); });
+}
+
+void EditorModel::refreshPreview() {
+    m_refreshScheduled = false;
+    const auto project = m_state.projectData();
+    const bool shown = m_state.phase().kind == AppPhase::Kind::previewing ||
+                       m_state.phase().kind == AppPhase::Kind::exporting;
+    if (shown && project && m_state.recordingURL())
+        m_preview.setRecording(editedRecording(*project, *m_state.recordingURL()));
+    else
+        m_preview.setRecording({});
+}
+
+void EditorModel::setRecordingName(const QString& name) {
+    m_state.setRecordingName(name.toStdString());
+}
+
+QString EditorModel::pictureText() const {
+    if (!m_preview.picture().isNull())
+        return {};
+    return m_preview.problem().isEmpty() ? QStringLiteral("Loading preview...")
+                                         : m_preview.problem();
+}
+
+QString EditorModel::positionLabel() const {
+    return positionText(position());
+}
+
+QString EditorModel::durationLabel() const {
+    return positionText(duration());
+}
+
+QStringList EditorModel::formats() const {
+    return {QStringLiteral("MP4 video"), QStringLiteral("Animated GIF")};
+}
+
+QStringList EditorModel::resolutions() const {
+    QStringList labels;
+    for (const auto resolution : allExportResolutions)
+        labels.append(QString::fromStdString(std::string(label(resolution))));
+    return labels;
+}
+
+bool EditorModel::exporting() const {
+    return m_flows.exports.isRunning();
+}
+
+QString EditorModel::progressText() const {
+    return QString::asprintf("%.0f%%", progress() * 100);
+}
+
+bool EditorModel::busy() const {
+    return m_flows.projects.isBusy();
+}
+
+void EditorModel::exportRecording(int format, int resolution) {
+    setNotice({});
+    m_flows.exports.exportRecording(allExportFormats.at(static_cast<std::size_t>(format)),
+                                    allExportResolutions.at(static_cast<std::size_t>(resolution)));
+}
+
+void EditorModel::cancelExport() {
+    m_flows.exports.cancel();
+}
+
+void EditorModel::newRecording() {
+    m_state.reset();
+}
+
+void EditorModel::openProject() {
+    m_flows.projects.openProject();
+}
+
+void EditorModel::saveProject() {
+    setNotice({});
+    m_flows.projects.saveProject();
+}
+
+void EditorModel::setNotice(const QString& notice) {
+    if (m_notice == notice)
+        return;
+    m_notice = notice;
+    Q_EMIT noticeChanged();
+}
+
+} // namespace vantro

@@ -1,0 +1,148 @@
+#include "editor/models/MainModel.h"
+
+#include "app/state/ExportFlow.h"
+#include "app/state/PermissionService.h"
+#include "app/state/ProjectFlow.h"
+#include "editor/models/TimeText.h"
+
+namespace vantro {
+
+MainModel::MainModel(AppState& state, PermissionService& permission, Flows flows)
+    : m_state(state)
+    , m_permission(permission)
+    , m_flows(flows) {
+    connectState();
+    connectFlows();
+}
+
+void MainModel::connectState() {
+    connect(&m_state, &AppState::phaseChanged, this, &MainModel::phaseChanged);
+    connect(&m_state, &AppState::recordingURLChanged, this, &MainModel::screenChanged);
+    connect(&m_state, &AppState::metadataChanged, this, &MainModel::screenChanged);
+    connect(&m_state, &AppState::captureModeChanged, this, &MainModel::captureModeChanged);
+    for (const auto changed :
+         {&AppState::systemAudioEnabledChanged, &AppState::microphoneAudioEnabledChanged,
+          &AppState::webcamEnabledChanged})
+        connect(&m_state, changed, this, &MainModel::sourcesChanged);
+    connect(&m_state, &AppState::showErrorChanged, this, &MainModel::alertChanged);
+    connect(&m_state, &AppState::errorChanged, this, &MainModel::alertChanged);
+    connect(&m_permission, &PermissionService::screenRecordingGrantedChanged, this,
+            &MainModel::screenChanged);
+}
+
+void MainModel::connectFlows() {
+    auto& recording = m_flows.recording;
+    connect(&recording, &RecordingFlow::windowPickerShownChanged, this, &MainModel::screenChanged);
+    connect(&recording, &RecordingFlow::countdownRemainingChanged, this, [this] {
+        Q_EMIT screenChanged();
+        Q_EMIT countdownChanged();
+    });
+    for (const auto changed :
+         {&RecordingFlow::elapsedSecondsChanged, &RecordingFlow::stoppingChanged,
+          &RecordingFlow::recorderStatusChanged})
+        connect(&recording, changed, this, &MainModel::recordingChanged);
+    connect(&m_flows.projects, &ProjectFlow::busyChanged, this, &MainModel::busyChanged);
+}
+
+void MainModel::phaseChanged() {
+    Q_EMIT screenChanged();
+    if (m_state.phase() == AppPhase::recording())
+        return;
+    setQuitAsked(false);
+    // A recording that could not be finished is an error that the user must see.
+    if (std::exchange(m_quitAfterStop, false) && m_state.phase() == AppPhase::previewing())
+        Q_EMIT quitReady();
+}
+
+QString MainModel::screen() const {
+    switch (m_state.phase().kind) {
+    case AppPhase::Kind::selecting:
+        return countdown() > 0 ? QStringLiteral("countdown") : QStringLiteral("selecting");
+    case AppPhase::Kind::recording:
+        return QStringLiteral("recording");
+    case AppPhase::Kind::previewing:
+    case AppPhase::Kind::exporting:
+        return m_state.recordingURL() && m_state.metadata() ? QStringLiteral("editor")
+                                                            : QStringLiteral("empty");
+    case AppPhase::Kind::idle:
+        break;
+    }
+    if (!m_permission.screenRecordingGranted())
+        return QStringLiteral("waiting");
+    if (m_flows.recording.isWindowPickerShown())
+        return QStringLiteral("picker");
+    return countdown() > 0 ? QStringLiteral("countdown") : QStringLiteral("controls");
+}
+
+int MainModel::captureMode() const {
+    return static_cast<int>(m_state.captureMode());
+}
+
+void MainModel::setCaptureMode(int mode) {
+    if (mode >= 0 && mode < static_cast<int>(allCaptureModes.size()))
+        m_state.setCaptureMode(allCaptureModes[static_cast<std::size_t>(mode)]);
+}
+
+QString MainModel::elapsed() const {
+    return elapsedText(m_flows.recording.elapsedSeconds());
+}
+
+QString MainModel::recordingNote() const {
+    const auto& status = m_flows.recording.recorderStatus();
+    if (!status.isCapturing)
+        return QStringLiteral("Capture has ended. Stop to keep what was recorded.");
+    if (status.framesDropped > 0)
+        return QStringLiteral("%1 frames dropped").arg(status.framesDropped);
+    return {};
+}
+
+QString MainModel::alertText() const {
+    return m_state.error() ? QString::fromStdString(m_state.error()->description()) : QString();
+}
+
+QString MainModel::alertSuggestion() const {
+    if (!m_state.error())
+        return {};
+    const auto text = m_state.error()->recoverySuggestion();
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+bool MainModel::busy() const {
+    return m_flows.projects.isBusy();
+}
+
+void MainModel::openProject() {
+    m_flows.projects.openProject();
+}
+
+bool MainModel::mayClose() {
+    if (m_state.phase() != AppPhase::recording()) {
+        m_flows.recording.areaCancelled();
+        m_flows.exports.cancel();
+        return true;
+    }
+    if (stopping())
+        m_quitAfterStop = true;
+    else
+        setQuitAsked(true);
+    return false;
+}
+
+void MainModel::keepRecording() {
+    setQuitAsked(false);
+}
+
+void MainModel::stopAndQuit() {
+    setQuitAsked(false);
+    m_quitAfterStop = true;
+    m_flows.recording.stopRecording();
+}
+
+void MainModel::setQuitAsked(bool asked) {
+    if (m_quitAsked == asked)
+        return;
+    m_quitAsked = asked;
+    Q_EMIT quitAskedChanged();
+}
+
+} // namespace vantro

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/state/MainTimers.h"
+#include "app/state/TaskRunner.h"
+#include "capture/ShareableContent.h"
+
+#include <QAbstractListModel>
+#include <expected>
+#include <functional>
+#include <string>
+
+namespace vantro {
+
+/// The windows that may be offered, in their order: on screen, of other applications, not tiny, and
+/// with something to call them by.
+std::vector<ShareableWindow> offeredWindows(const std::vector<ShareableWindow>& windows,
+                                            const std::string& ownBundleIdentifier);
+
+/// The list of windows to choose from, asked for on the worker thread and refreshed while it is
+/// shown, since windows come and go. An unchanged list tells nobody. Main thread.
+class WindowPickerModel : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(bool loading READ isLoading NOTIFY statusChanged)
+    Q_PROPERTY(QString loadError READ loadError NOTIFY statusChanged)
+    Q_PROPERTY(int count READ rowCount NOTIFY statusChanged)
+
+  public:
+    /// Lists the windows or tells why not. Called on the worker thread.
+    using Lister = std::function<std::expected<ShareableContent, std::string>()>;
+    enum Role { applicationName = Qt::UserRole, title, bundleIdentifier };
+
+    WindowPickerModel(TaskRunner& tasks, MainTimers& timers, Lister lister);
+
+    /// Begins with an empty list; while shown it is kept up to date.
+    void setShown(bool shown);
+    /// Nothing for a row that is not there.
+    std::optional<ShareableWindow> window(int row) const;
+
+    /// True until the first list or failure has come.
+    bool isLoading() const { return m_loading; }
+    const QString& loadError() const { return m_loadError; }
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+  Q_SIGNALS:
+    void statusChanged();
+
+  private:
+    using Listing = std::expected<ShareableContent, std::string>;
+
+    void refresh();
+    void listed(int request, const Listing& listing);
+    void setWindows(std::vector<ShareableWindow> windows);
+
+    TaskRunner& m_tasks;
+    MainTimers& m_timers;
+    Lister m_lister;
+    int m_request = 0;
+    bool m_asking = false;
+    bool m_loading = false;
+    QString m_loadError;
+    std::vector<ShareableWindow> m_windows;
+    std::unique_ptr<MainTimer> m_refreshTimer;
+};
+
+} // namespace vantro

@@ -1,0 +1,59 @@
+#include "editor/platform/OptionsMenu.h"
+
+#include "editor/Preferences.h"
+
+#include <QActionGroup>
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+
+namespace vantro {
+namespace {
+
+void addRecentProjects(QMenu& menu, const Preferences& preferences,
+                       const std::function<void(const QString&)>& open) {
+    auto* recent = menu.addMenu(QStringLiteral("Recent Projects"));
+    for (const auto& path : preferences.recentProjects()) {
+        if (!QDir(path).exists())
+            continue;
+        auto* action = recent->addAction(QFileInfo(path).completeBaseName());
+        action->setToolTip(path);
+        QObject::connect(action, &QAction::triggered, [open, path] { open(path); });
+    }
+    recent->setToolTipsVisible(true);
+    recent->setEnabled(!recent->isEmpty());
+}
+
+void addThemes(QMenu& menu, Preferences& preferences) {
+    auto* themes = menu.addMenu(QStringLiteral("Appearance"));
+    auto* group = new QActionGroup(themes);
+    for (const auto& [choice, label] :
+         {std::pair{ThemeChoice::system, QStringLiteral("Follow the Desktop")},
+          std::pair{ThemeChoice::light, QStringLiteral("Light")},
+          std::pair{ThemeChoice::dark, QStringLiteral("Dark")}}) {
+        auto* action = themes->addAction(label);
+        action->setCheckable(true);
+        action->setChecked(preferences.theme() == choice);
+        group->addAction(action);
+        QObject::connect(action, &QAction::triggered, &preferences,
+                         [&preferences, choice = choice] { preferences.setTheme(choice); });
+    }
+}
+
+} // namespace
+
+void showOptionsMenu(Preferences& preferences, QPoint globalPosition,
+                     const std::function<void(const QString&)>& open) {
+    auto* menu = new QMenu;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addRecentProjects(*menu, preferences, open);
+    menu->addSeparator();
+    auto* countdown = menu->addAction(QStringLiteral("Count Down Before Recording"));
+    countdown->setCheckable(true);
+    countdown->setChecked(preferences.countdown());
+    QObject::connect(countdown, &QAction::toggled, &preferences, &Preferences::setCountdown);
+    addThemes(*menu, preferences);
+    menu->popup(globalPosition);
+}
+
+} // namespace vantro

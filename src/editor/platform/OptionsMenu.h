@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QPoint>
+#include <functional>
+
+namespace vantro {
+
+class Preferences;
+
+/// Shows the menu with what is not needed every day: recent projects, countdown, theme. A native
+/// menu, since the window may be smaller than it. `open` is called with a chosen project's path.
+/// Main thread.
+void showOptionsMenu(Preferences& preferences, QPoint globalPosition,
+                     const std::function<void(const QString&)>& open);
+
+} // namespace vantro

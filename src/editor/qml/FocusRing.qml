@@ -1,0 +1,15 @@
+import QtQuick
+
+// Drawn around the control that has the keyboard.
+Rectangle {
+    required property Item control
+    property real cornerRadius: Theme.radius
+
+    anchors.fill: parent
+    anchors.margins: -3
+    radius: cornerRadius + 3
+    color: "transparent"
+    border.width: 2
+    border.color: Theme.focusRing
+    visible: control.visualFocus
+}

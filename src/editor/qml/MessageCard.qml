@@ -1,0 +1,92 @@
+import QtQuick
+
+// A message over everything else, with one or two answers. Escape gives the second where there is
+// one; nothing behind it can be reached.
+FocusScope {
+    id: card
+
+    required property string title
+    required property string text
+    property string detail: ""
+    required property string accept
+    property string reject: ""
+    signal accepted()
+    signal rejected()
+
+    readonly property size wanted: Qt.size(Math.max(340, box.width + 32), box.height + 32)
+
+    anchors.fill: parent
+    onVisibleChanged: if (visible) acceptButton.forceActiveFocus(Qt.TabFocusReason)
+    Component.onCompleted: if (visible) acceptButton.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onEscapePressed: reject === "" ? accepted() : rejected()
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+    }
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.scrim
+    }
+    Rectangle {
+        id: box
+        anchors.centerIn: parent
+        width: 348
+        height: column.height + 2 * Theme.margin
+        radius: Theme.radius + 4
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.border
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: card.title
+        Accessible.description: card.text
+
+        Column {
+            id: column
+            x: Theme.margin
+            y: Theme.margin
+            width: box.width - 2 * Theme.margin
+            spacing: Theme.gap
+            Label {
+                text: card.title
+                font.pixelSize: Theme.headline
+                font.weight: Font.DemiBold
+            }
+            Label {
+                width: parent.width
+                text: card.text
+                wrapMode: Text.Wrap
+                maximumLineCount: 8
+                elide: Text.ElideRight
+            }
+            Label {
+                visible: text !== ""
+                width: parent.width
+                text: card.detail
+                wrapMode: Text.Wrap
+                color: Theme.secondaryText
+            }
+            Item { width: 1; height: Theme.tight }
+            Row {
+                anchors.right: parent.right
+                spacing: Theme.gap
+                PushButton {
+                    visible: card.reject !== ""
+                    text: card.reject
+                    KeyNavigation.tab: acceptButton
+                    onClicked: card.rejected()
+                }
+                PushButton {
+                    id: acceptButton
+                    objectName: "acceptButton"
+                    focus: true
+                    prominent: true
+                    text: card.accept
+                    KeyNavigation.tab: card.reject !== "" ? null : acceptButton
+                    onClicked: card.accepted()
+                }
+            }
+        }
+    }
+}

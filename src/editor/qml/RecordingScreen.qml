@@ -1,0 +1,60 @@
+import QtQuick
+
+// A recording under way: small, since it stands beside what is being recorded.
+Item {
+    id: screen
+
+    required property QtObject app
+
+    implicitWidth: Math.max(220, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
+    implicitHeight: note.visible ? 78 : 54
+
+    Row {
+        id: row
+        x: Theme.margin
+        height: 54
+        spacing: Theme.wide
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 10
+            height: 10
+            radius: 5
+            color: screen.app.captureEnded ? Theme.warning : Theme.record
+            opacity: screen.app.stopping ? 0.4 : 1
+        }
+        Label {
+            objectName: "elapsed"
+            anchors.verticalCenter: parent.verticalCenter
+            text: screen.app.stopping ? "Finishing..." : screen.app.elapsed
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+        }
+    }
+    PushButton {
+        objectName: "stop"
+        anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
+        focus: true
+        prominent: true
+        fill: Theme.record
+        fillHover: Theme.recordHover
+        fillPressed: Theme.recordPressed
+        ink: "#ffffff"
+        symbol: "stop.fill"
+        text: "Stop"
+        help: "Stop (Ctrl+S)"
+        enabled: !screen.app.stopping
+        onClicked: screen.app.stop()
+    }
+    Label {
+        id: note
+        anchors { horizontalCenter: parent.horizontalCenter; top: row.bottom }
+        visible: text !== "" && !screen.app.stopping
+        text: screen.app.recordingNote
+        font.pixelSize: Theme.caption
+        color: screen.app.captureEnded ? Theme.warning : Theme.secondaryText
+    }
+    Shortcut {
+        sequence: "Ctrl+S"
+        onActivated: screen.app.stop()
+    }
+}

@@ -1,0 +1,16 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.ScrollBar {
+    id: bar
+
+    implicitWidth: 8
+    minimumSize: 0.1
+    visible: size < 1
+    contentItem: Rectangle {
+        implicitWidth: 6
+        radius: 3
+        color: Theme.secondaryText
+        opacity: bar.pressed ? 0.8 : bar.hovered ? 0.6 : 0.35
+    }
+}

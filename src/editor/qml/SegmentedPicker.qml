@@ -1,0 +1,97 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// One choice out of a few, side by side. Arrow keys move it.
+FocusScope {
+    id: picker
+
+    // List of { label, symbol }.
+    required property var choices
+    required property int current
+    property string help: ""
+    signal picked(int index)
+
+    implicitHeight: 32
+    implicitWidth: choices.length * 96
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: help
+
+    function step(by) {
+        const next = current + by
+        if (next < 0 || next >= choices.length)
+            return
+        picked(next)
+        segments.itemAt(next).forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radius + 1
+        color: Theme.sunken
+    }
+    Rectangle {
+        readonly property real segmentWidth: (picker.width - 4) / picker.choices.length
+        x: 2 + picker.current * segmentWidth
+        y: 2
+        width: segmentWidth
+        height: parent.height - 4
+        radius: Theme.radius - 1
+        color: Theme.dark ? "#47474b" : Theme.surface
+        border.width: 1
+        border.color: Theme.border
+        Behavior on x { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic } }
+    }
+    Row {
+        anchors.fill: parent
+        anchors.margins: 2
+        Repeater {
+            id: segments
+            model: picker.choices
+            T.Button {
+                id: segment
+                required property var modelData
+                required property int index
+                readonly property bool isCurrent: index === picker.current
+
+                width: (picker.width - 4) / picker.choices.length
+                height: picker.height - 4
+                focus: isCurrent
+                focusPolicy: isCurrent ? Qt.StrongFocus : Qt.ClickFocus
+                hoverEnabled: true
+                Accessible.name: modelData.label
+                Accessible.role: Accessible.RadioButton
+                Accessible.checkable: true
+                Accessible.checked: isCurrent
+                onClicked: picker.picked(index)
+                Keys.onLeftPressed: picker.step(-1)
+                Keys.onRightPressed: picker.step(1)
+                contentItem: Item {
+                    Row {
+                        anchors.centerIn: parent
+                        spacing: 6
+                        Symbol {
+                            anchors.verticalCenter: parent.verticalCenter
+                            name: segment.modelData.symbol
+                            size: 16
+                            color: label.color
+                        }
+                        Label {
+                            id: label
+                            text: segment.modelData.label
+                            color: segment.isCurrent || segment.hovered ? Theme.text : Theme.secondaryText
+                            font.weight: Font.Medium
+                            Accessible.ignored: true
+                        }
+                    }
+                }
+                background: Item {
+                    FocusRing {
+                        control: segment
+                        anchors.margins: -1
+                        cornerRadius: Theme.radius - 3
+                    }
+                }
+            }
+        }
+    }
+}

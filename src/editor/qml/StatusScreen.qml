@@ -1,0 +1,39 @@
+import QtQuick
+
+// One line of text, with a button where there is something to do about it.
+Item {
+    id: screen
+
+    property string text: ""
+    property string action: ""
+    property bool large: false
+    signal triggered()
+
+    implicitWidth: 340
+    implicitHeight: 120
+
+    Column {
+        anchors.centerIn: parent
+        spacing: Theme.wide
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: screen.text
+            color: screen.large ? Theme.text : Theme.secondaryText
+            font.pixelSize: screen.large ? Theme.display : Theme.body
+            font.weight: screen.large ? Font.DemiBold : Font.Normal
+        }
+        PushButton {
+            objectName: "statusAction"
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: screen.action !== ""
+            focus: visible
+            text: screen.action
+            onClicked: screen.triggered()
+        }
+    }
+    Shortcut {
+        sequence: "Escape"
+        enabled: screen.action !== ""
+        onActivated: screen.triggered()
+    }
+}

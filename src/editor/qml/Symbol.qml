@@ -1,0 +1,16 @@
+import QtQuick
+import QtQuick.Window
+
+// One of the program's own symbols, by name, in any colour.
+Image {
+    required property string name
+    property color color: Theme.text
+    property real size: 18
+
+    width: size
+    height: size
+    sourceSize: Qt.size(Math.round(size * Screen.devicePixelRatio), Math.round(size * Screen.devicePixelRatio))
+    source: "image://symbol/" + name + "/" + color.toString().slice(-6)
+    opacity: color.a
+    asynchronous: false
+}

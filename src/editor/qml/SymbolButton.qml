@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A plain button that is only a symbol; its help text is also its accessible name.
+T.Button {
+    id: control
+
+    required property string symbol
+    required property string help
+    property color ink: Theme.text
+    property real symbolSize: 18
+
+    implicitWidth: 34
+    implicitHeight: 34
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    Accessible.name: help
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: control.symbol
+            size: control.symbolSize
+            color: control.enabled ? control.ink : Theme.disabledText
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radius
+        color: control.down ? Theme.pressed : control.hovered ? Theme.hover : "transparent"
+        FocusRing { control: control }
+    }
+    HelpTip {
+        text: control.help
+        wanted: control.hovered
+    }
+}

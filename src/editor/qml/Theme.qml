@@ -1,0 +1,42 @@
+pragma Singleton
+import QtQuick
+
+// Colours, type and spacing of the whole program. `dark` is set by the main window.
+QtObject {
+    property bool dark: false
+
+    readonly property color window: dark ? "#1e1e20" : "#f6f6f7"
+    readonly property color surface: dark ? "#2b2b2e" : "#ffffff"
+    readonly property color sunken: dark ? "#161618" : "#e9e9ec"
+    readonly property color stage: dark ? "#121213" : "#dededf"
+    readonly property color border: dark ? "#3d3d41" : "#d6d6da"
+    readonly property color text: dark ? "#ececee" : "#1d1d1f"
+    readonly property color secondaryText: dark ? "#a0a0a6" : "#65656b"
+    readonly property color disabledText: dark ? "#5f5f64" : "#a9a9ae"
+    readonly property color hover: dark ? "#18ffffff" : "#0d000000"
+    readonly property color pressed: dark ? "#28ffffff" : "#1a000000"
+    readonly property color accent: dark ? "#2bb88a" : "#157f5c"
+    readonly property color accentHover: dark ? "#37c497" : "#1a8f68"
+    readonly property color accentPressed: dark ? "#239a73" : "#106a4c"
+    readonly property color onAccent: dark ? "#06241a" : "#ffffff"
+    readonly property color focusRing: dark ? "#2bb88a" : "#157f5c"
+    readonly property color record: dark ? "#f2555a" : "#dc3d43"
+    readonly property color recordHover: dark ? "#ff6b6f" : "#e5484d"
+    readonly property color recordPressed: dark ? "#d63f45" : "#c03036"
+    readonly property color warning: dark ? "#f0b429" : "#9a6200"
+    readonly property color scrim: dark ? "#99000000" : "#66000000"
+
+    readonly property int caption: 11
+    readonly property int body: 13
+    readonly property int headline: 15
+    readonly property int display: 40
+
+    readonly property int tight: 4
+    readonly property int gap: 8
+    readonly property int wide: 12
+    readonly property int margin: 16
+
+    readonly property int radius: 7
+    readonly property int controlHeight: 30
+    readonly property int quick: 90 // ms; colours follow the pointer without flicker
+}

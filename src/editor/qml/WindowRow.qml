@@ -1,0 +1,57 @@
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+
+// One window of the picker: icon, application, title.
+T.ItemDelegate {
+    id: row
+
+    required property int index
+    required property string applicationName
+    required property string title
+    required property string bundleIdentifier
+    property bool isCurrent: false
+
+    height: 48
+    hoverEnabled: true
+    focusPolicy: Qt.NoFocus
+    Accessible.name: applicationName + (title !== "" ? ", " + title : "")
+    Accessible.role: Accessible.ListItem
+
+    contentItem: Item {
+        Image {
+            id: icon
+            anchors { left: parent.left; leftMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+            width: 32
+            height: 32
+            sourceSize: Qt.size(32 * Screen.devicePixelRatio, 32 * Screen.devicePixelRatio)
+            source: "image://application/" + encodeURIComponent(row.bundleIdentifier) + "/" + encodeURIComponent(row.applicationName)
+        }
+        Column {
+            anchors { left: icon.right; leftMargin: Theme.wide; right: parent.right; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+            spacing: 1
+            Label {
+                width: parent.width
+                text: row.applicationName
+                elide: Text.ElideRight
+                font.weight: Font.Medium
+                Accessible.ignored: true
+            }
+            Label {
+                width: parent.width
+                visible: text !== ""
+                text: row.title
+                elide: Text.ElideMiddle
+                font.pixelSize: Theme.caption
+                color: Theme.secondaryText
+                Accessible.ignored: true
+            }
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radius
+        color: row.down ? Theme.pressed : row.hovered ? Theme.hover : "transparent"
+        border.width: row.isCurrent ? 2 : 0
+        border.color: Theme.focusRing
+    }
+}

@@ -1,0 +1,85 @@
+#include "export/ComposedMovie.h"
+
+#include "media/MediaError.h"
+#include "model/VantroError.h"
+#include "render/CompositionBuilder.h"
+#include "render/ZoomCompositor.h"
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+/// Beyond this side length encoders and memory give out long before a viewer could show it.
+constexpr double largestCanvasSide = 16384;
+
+[[noreturn]] void fail(std::string_view message) {
+    throw VantroError(VantroError::Kind::exportFailed, message);
+}
+
+AssetTrack firstVideoTrack(const Asset& asset) {
+    auto tracks = asset.tracks(MediaType::video);
+    if (tracks.empty())
+        fail("No video track found");
+    return tracks.front();
+}
+
+/// Records hold points; the animator and the renderer work in video pixels.
+std::vector<ClickEvent> inPixels(std::vector<ClickEvent> clicks, double pixelsPerPoint) {
+    for (auto& click : clicks) {
+        click.x *= pixelsPerPoint;
+        click.y *= pixelsPerPoint;
+    }
+    return clicks;
+}
+
+} // namespace
+
+EditedRecording editedRecording(const ProjectData& project, std::filesystem::path videoURL) {
+    return {.videoURL = std::move(videoURL),
+            .metadata = project.metadata,
+            .backgroundSettings = project.backgroundSettings,
+            .canvasAspectRatio = project.canvasAspectRatio,
+            .segments = project.segments,
+            .clickEvents = project.editableClickEvents,
+            .cursorPositions = project.metadata.cursorPositions,
+            .cursorScale = project.cursorScale,
+            .webcamPosition = project.webcamPosition,
+            .webcamSize = project.webcamSize};
+}
+
+OpenedRecording openRecording(const EditedRecording& recording) try {
+    auto asset = Asset::open(recording.videoURL);
+    auto track = firstVideoTrack(asset);
+    SegmentTimeMap timeMap(recording.segments, asset.duration().seconds());
+    auto animator = std::make_shared<const ZoomAnimator>(
+        inPixels(recording.clickEvents, recording.metadata.displayScaleFactor), track.naturalSize);
+    return {std::move(asset), std::move(track), std::move(timeMap), std::move(animator)};
+} catch (const MediaError& error) {
+    fail(error.what());
+}
+
+Size renderSize(const EditedRecording& recording, Size baseSize) {
+    const auto size = canvasSize(recording.canvasAspectRatio, baseSize);
+    const bool drawable = size.width >= 2 && size.height >= 2 && size.width <= largestCanvasSide &&
+                          size.height <= largestCanvasSide;
+    if (!drawable)
+        fail(fmt::format("A canvas of {}x{} pixels cannot be drawn", size.width, size.height));
+    return size;
+}
+
+ComposedMovie composeMovie(const EditedRecording& recording, const OpenedRecording& opened,
+                           Size renderSize, int frameRate, std::unique_ptr<Renderer> renderer) {
+    auto composition = buildComposition(opened.asset, opened.videoTrack, recording.segments);
+    auto compositor = std::make_shared<ZoomCompositor>(std::move(renderer));
+    compositor->setAnimator(opened.animator);
+    compositor->setBackgroundSettings(recording.backgroundSettings);
+    compositor->setTimeMapper([map = opened.timeMap](double t) { return map.sourceTime(t); });
+    compositor->setCursor(recording.cursorPositions, recording.metadata.displayScaleFactor,
+                          recording.cursorScale);
+    auto video = buildVideoComposition(composition, frameRate, static_cast<int>(renderSize.width),
+                                       static_cast<int>(renderSize.height), std::move(compositor));
+    return {std::move(composition), std::move(video)};
+}
+
+} // namespace vantro

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "export/ComposedMovie.h"
+
+#include <optional>
+#include <vector>
+
+namespace vantro {
+
+/// The camera and the cursor at one output time; positions in video pixels.
+struct KeyframeSample {
+    double outputTime = 0;
+    double sourceTime = 0;
+    ZoomKeyframe keyframe;
+    std::optional<double> cursorX;
+    std::optional<double> cursorY;
+};
+
+/// What a project comes to: lengths in seconds, sizes in pixels (canvas at the original resolution).
+struct Inspection {
+    double sourceDuration = 0;
+    double outputDuration = 0;
+    Size videoSize;
+    Size canvasSize;
+    std::vector<TimelineSegment> segments;
+    std::vector<ClickEvent> clickEvents;
+    std::vector<KeyframeSample> keyframes;
+};
+
+/// `keyframesPerSecond` 0 takes no samples. Throws VantroError as an export would.
+Inspection inspect(const EditedRecording& recording, int keyframesPerSecond);
+
+} // namespace vantro

@@ -1,0 +1,53 @@
+#include "export/StillFrame.h"
+
+#include "media/FrameSource.h"
+#include "media/MediaError.h"
+#include "model/VantroError.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+/// Fine enough that any frame rate's k-th frame is met exactly.
+constexpr std::int32_t stillTimescale = 705'600'000;
+
+[[noreturn]] void fail(std::string_view message) {
+    throw VantroError(VantroError::Kind::exportFailed, message);
+}
+
+} // namespace
+
+std::shared_ptr<const PixelBuffer> composeStillFrame(const EditedRecording& recording,
+                                                     ExportResolution resolution, double time,
+                                                     std::unique_ptr<Renderer> renderer) try {
+    const auto opened = openRecording(recording);
+    const auto size = renderSize(recording, baseSize(resolution, opened.videoSize()));
+    const auto movie =
+        composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
+                     std::move(renderer));
+    const double duration = movie.composition.duration().seconds();
+    if (!std::isfinite(time) || time < 0 || time > duration)
+        fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, duration));
+
+    const auto& track = movie.composition.tracks().front();
+    const auto requested = MediaTime::fromSeconds(time, stillTimescale);
+    const auto lastFrame = std::max(MediaTime{}, track.duration() - MediaTime{1, stillTimescale});
+    const auto composed = std::min(requested, lastFrame);
+    FrameSource source(movie.composition.asset(), track.source().id);
+    auto frame = source.frameAt(track.sourceTime(composed).value_or(MediaTime{}));
+    if (!frame)
+        fail("No video track found");
+    return movie.video.compositor->compose({.compositionTime = composed,
+                                            .sourceFrame = std::move(*frame),
+                                            .width = movie.video.renderWidth,
+                                            .height = movie.video.renderHeight,
+                                            .outputFormat = PixelFormat::bgra});
+} catch (const MediaError& error) {
+    fail(error.what());
+}
+
+} // namespace vantro

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "export/gif/ColorMatcher.h"
+#include "export/gif/FrameCanvas.h"
+#include "media/PixelBuffer.h"
+
+#include <optional>
+#include <vector>
+
+namespace vantro::gif {
+
+/// Decides with which palette a frame's changes are drawn: the global one, made from the first
+/// frame, the latest local one, or a new local one where neither is good enough.
+/// One thread.
+class PaletteChooser {
+  public:
+    struct Choice {
+        ColorMatcher* matcher = nullptr; ///< stays the chooser's, until the next choice
+        bool isGlobal = false;
+        bool isOther = false; ///< than at the choice before
+    };
+
+    /// For the changes that `canvas` found last in `bgra`; at least one.
+    Choice choose(const PixelBuffer& bgra, const FrameCanvas& canvas);
+    /// After the first choice.
+    const Palette& globalPalette() const { return m_global->palette(); }
+
+  private:
+    ColorMatcher& best(const PixelBuffer& bgra, const FrameCanvas& canvas);
+    double errorOf(ColorMatcher& matcher) const;
+    void takeSample(const PixelBuffer& bgra, const FrameCanvas& canvas);
+
+    std::vector<Color> m_sample; ///< of the changed pixels
+    std::optional<ColorMatcher> m_global;
+    std::optional<ColorMatcher> m_local;
+    const ColorMatcher* m_latest = nullptr;
+    double m_attainable = 0; ///< the mean error of the latest palette on what it was made for
+};
+
+} // namespace vantro::gif

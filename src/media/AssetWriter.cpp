@@ -1,0 +1,132 @@
+#include "media/AssetWriter.h"
+
+#include "base/Fatal.h"
+#include "base/OutputFile.h"
+#include "media/MediaError.h"
+#include "media/VideoWriterInput.h"
+#include "media/av/Libraries.h"
+#include "media/av/MovieMuxer.h"
+
+#include <system_error>
+
+namespace vantro {
+namespace {
+
+/// created → writing → inSession → finished
+///     └────────┴──────────┴─────→ cancelled
+enum class State { created, writing, inSession, finished, cancelled };
+
+template <typename Function>
+auto reportingAsMediaError(const std::filesystem::path& path, Function&& function) {
+    try {
+        return function();
+    } catch (const std::filesystem::filesystem_error& error) {
+        av::fail("Cannot write", path, error.code().message());
+    }
+}
+
+} // namespace
+
+/// A movie under way. Later members use earlier ones and go first.
+struct AssetWriter::Implementation {
+    std::filesystem::path output;
+    FileType type;
+    State state = State::created;
+    std::optional<OutputFile> replacement; ///< for the type that appears when finished
+    std::optional<av::MovieMuxer> muxer;
+    std::optional<VideoWriterInput> video;
+
+    Implementation(std::filesystem::path path, FileType fileType, const VideoSettings& settings)
+        : output(std::move(path)), type(fileType) {
+        if (settings.width < 2 || settings.height < 2 || settings.width % 2 != 0 ||
+            settings.height % 2 != 0 || !(settings.expectedFrameRate > 0))
+            av::fail("Cannot write", output, "The picture size must be even and the rate positive");
+        if (type == FileType::mpeg4)
+            reportingAsMediaError(output, [this] { replacement.emplace(output); });
+        muxer.emplace(replacement ? replacement->temporaryPath() : output, output, type);
+        video.emplace(settings, *muxer);
+    }
+
+    void advance(State from, State to) {
+        require(state == from, "asset writer used out of order");
+        state = to;
+    }
+
+    std::int64_t framesWritten = 0; ///< once the input is gone
+
+    void closeFile() {
+        framesWritten = video ? video->frameCount() : framesWritten;
+        video.reset();
+        muxer.reset();
+        replacement.reset();
+    }
+
+    void removeFile() {
+        closeFile();
+        std::error_code ignored; // it may be gone already
+        if (type == FileType::quickTimeMovie && std::filesystem::is_regular_file(output, ignored))
+            std::filesystem::remove(output, ignored);
+    }
+};
+
+AssetWriter::AssetWriter(std::filesystem::path output, FileType type, const VideoSettings& video)
+    : m_implementation(std::make_unique<Implementation>(std::move(output), type, video)) {}
+
+AssetWriter::~AssetWriter() {
+    cancel();
+}
+
+void AssetWriter::startWriting() {
+    m_implementation->advance(State::created, State::writing);
+    m_implementation->muxer->begin();
+}
+
+void AssetWriter::startSession(MediaTime sourceTime) {
+    m_implementation->advance(State::writing, State::inSession);
+    m_implementation->video->start(sourceTime);
+}
+
+bool AssetWriter::isReadyForMoreMediaData() const {
+    return m_implementation->state == State::inSession && m_implementation->video->isReady();
+}
+
+bool AssetWriter::hasFailed() const {
+    return m_implementation->video && m_implementation->video->hasFailed();
+}
+
+bool AssetWriter::append(const VideoFrame& frame) {
+    require(m_implementation->state == State::inSession, "frame appended outside of a session");
+    return m_implementation->video->append(frame);
+}
+
+void AssetWriter::finish(std::optional<MediaTime> endTime) {
+    auto& self = *m_implementation;
+    self.advance(State::inSession, State::finished);
+    try {
+        self.video->finish(endTime);
+        self.muxer->finish();
+        if (self.replacement)
+            reportingAsMediaError(self.output, [&self] { self.replacement->commit(); });
+    } catch (...) {
+        self.closeFile(); // a recording's file stays: what was written may be all there is
+        if (self.framesWritten == 0)
+            self.removeFile();
+        throw;
+    }
+    self.closeFile();
+}
+
+void AssetWriter::cancel() {
+    auto& self = *m_implementation;
+    if (self.state == State::finished || self.state == State::cancelled)
+        return;
+    self.state = State::cancelled;
+    self.removeFile();
+}
+
+std::int64_t AssetWriter::frameCount() const {
+    const auto& self = *m_implementation;
+    return self.video ? self.video->frameCount() : self.framesWritten;
+}
+
+} // namespace vantro

@@ -1,0 +1,18 @@
+#include "media/VideoComposition.h"
+
+#include "base/Fatal.h"
+#include "media/Fraction.h"
+
+#include <limits>
+
+namespace vantro {
+
+std::int64_t VideoComposition::frameCount(MediaTime duration) const {
+    if (duration <= MediaTime{})
+        return 0;
+    const WideInteger count = (Fraction(duration) / Fraction(frameDuration)).ceiling();
+    require(count <= std::numeric_limits<std::int64_t>::max(), "too many frames");
+    return static_cast<std::int64_t>(count);
+}
+
+} // namespace vantro

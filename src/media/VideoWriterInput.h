@@ -1,0 +1,71 @@
+#pragma once
+
+#include "base/BoundedQueue.h"
+#include "base/Guarded.h"
+#include "media/AssetWriter.h"
+#include "media/av/MovieMuxer.h"
+#include "media/av/VideoEncoder.h"
+
+#include <atomic>
+#include <exception>
+#include <optional>
+#include <thread>
+
+namespace vantro {
+
+/// The pictures' way into a movie: a queue, and a thread that converts, encodes and writes.
+///
+/// One thread appends; `start`, `finish` and `cancel` come from any one thread, in this order.
+class VideoWriterInput {
+  public:
+    /// Adds its track to `muxer`, which outlives it. Throws MediaError.
+    VideoWriterInput(const VideoSettings& settings, av::MovieMuxer& muxer);
+    ~VideoWriterInput();
+
+    /// Begins to work; `sessionStart` becomes time zero.
+    void start(MediaTime sessionStart);
+    bool hasFailed() const { return m_failed; }
+    bool isReady() const { return !m_failed && !m_queue.isFull(); }
+    bool append(const VideoFrame& frame);
+    /// Waits until everything is written, the last picture staying until `endTime`. Throws what
+    /// went wrong, be it long ago.
+    void finish(std::optional<MediaTime> endTime);
+    /// Drops what waits and ends.
+    void cancel();
+
+    std::int64_t frameCount() const { return m_frameCount; }
+
+  private:
+    void run();
+    void encode(const VideoFrame& frame);
+    std::shared_ptr<const PixelBuffer> encodable(const std::shared_ptr<const PixelBuffer>& pixels);
+    std::int64_t ticks(MediaTime presentationTime) const;
+    std::int64_t nominalDuration(const VideoFrame& frame) const;
+    void take(AVPacket& packet);
+    void finishTrack();
+
+    const VideoSettings m_settings;
+    av::MovieMuxer& m_muxer;
+    av::VideoEncoder m_encoder;
+    int m_track;
+    BoundedQueue<VideoFrame> m_queue;
+    std::thread m_thread;
+    MediaTime m_sessionStart;
+    std::optional<MediaTime> m_lastAppended; ///< the appending thread only
+    std::optional<MediaTime> m_endTime;      ///< set before the queue closes
+    std::atomic<bool> m_failed = false;
+    std::atomic<bool> m_cancelled = false;
+    std::atomic<std::int64_t> m_frameCount = 0;
+    Guarded<std::exception_ptr> m_failure;
+
+    // The encoding thread only.
+    PixelBufferPool m_pictures;
+    std::shared_ptr<const PixelBuffer> m_lastPixels;  ///< as appended
+    std::shared_ptr<const PixelBuffer> m_lastPicture; ///< what became of them
+    std::int64_t m_lastTicks = -1;
+    std::int64_t m_lastDuration = 0;
+    /// The newest packet waits for the next one, or the end: only then its duration is known.
+    av::PacketHandle m_held;
+};
+
+} // namespace vantro

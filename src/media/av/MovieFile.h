@@ -1,0 +1,52 @@
+#pragma once
+
+#include "media/av/Handles.h"
+#include "media/av/StreamClock.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+namespace vantro::av {
+
+/// How a picture must be turned to stand upright: shown (x, y) = matrix × stored (x, y).
+struct Orientation {
+    int xx = 1;
+    int xy = 0;
+    int yx = 0;
+    int yy = 1;
+    bool isUpright() const { return xx == 1 && yy == 1; }
+    bool swapsSides() const { return xx == 0; }
+};
+
+struct PictureSize {
+    int width = 0;
+    int height = 0;
+};
+
+/// A media file open for reading. One thread.
+class MovieFile {
+  public:
+    /// Throws MediaError with path and reason for anything that is not a readable media file.
+    explicit MovieFile(const std::filesystem::path& path);
+
+    const std::filesystem::path& path() const { return m_path; }
+    AVFormatContext& context() const { return *m_context; }
+    /// Sound and picture streams, without cover art.
+    std::vector<AVStream*> mediaStreams() const;
+    StreamClock clock(const AVStream& stream) const;
+    /// How long the stream goes on after time zero; zero when the file does not tell.
+    MediaTime endTime(const AVStream& stream) const;
+
+  private:
+    std::filesystem::path m_path;
+    InputHandle m_context;
+    std::int64_t m_zero = 0; ///< microseconds
+};
+
+Orientation orientation(const AVStream& stream);
+/// The stored picture with its pixels made square: the width is stretched by the sample aspect
+/// ratio. Not yet turned upright.
+PictureSize squarePixelSize(const AVStream& stream);
+
+} // namespace vantro::av

@@ -1,0 +1,85 @@
+#include "media/av/MovieMuxer.h"
+
+#include "media/av/Libraries.h"
+
+#include <new>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+namespace vantro::av {
+namespace {
+
+// Divides every usual track timescale, so that the movie's length is as exact as the tracks'.
+constexpr int movieTimescale = 60'000;
+
+OutputHandle makeContext(FileType type, const std::string& url) {
+    AVFormatContext* context = nullptr;
+    const char* format = type == FileType::quickTimeMovie ? "mov" : "mp4";
+    if (avformat_alloc_output_context2(&context, nullptr, format, url.c_str()) < 0)
+        throw std::bad_alloc();
+    return OutputHandle(context);
+}
+
+} // namespace
+
+MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath,
+                       FileType type)
+    : m_shownPath(std::move(shownPath)), m_type(type) {
+    prepareLibraries();
+    const std::string url = fileUrl(file);
+    AVIOContext* io = nullptr;
+    check(avio_open(&io, url.c_str(), AVIO_FLAG_WRITE));
+    m_file.reset(io);
+    m_context = makeContext(type, url);
+    m_context->pb = io;
+    if (type == FileType::quickTimeMovie) // what was recorded is to survive the program
+        m_context->flags |= AVFMT_FLAG_FLUSH_PACKETS;
+}
+
+int MovieMuxer::addTrack(const AVCodecContext& encoder) {
+    AVStream* stream = avformat_new_stream(m_context.get(), nullptr);
+    if (stream == nullptr || avcodec_parameters_from_context(stream->codecpar, &encoder) < 0)
+        throw std::bad_alloc();
+    stream->time_base = encoder.time_base;
+    stream->avg_frame_rate = encoder.framerate;
+    m_timeBases.push_back(encoder.time_base);
+    return stream->index;
+}
+
+void MovieMuxer::begin() {
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "movie_timescale", movieTimescale, 0);
+    const bool reordered = m_type == FileType::mpeg4; // the index moves to the front at the end
+    av_dict_set(&options, "movflags", reordered ? "+write_colr+faststart" : "+write_colr", 0);
+    const int result = avformat_write_header(m_context.get(), &options);
+    av_dict_free(&options);
+    check(result);
+}
+
+void MovieMuxer::write(int track, AVPacket& packet) {
+    const AVStream& stream = *m_context->streams[track];
+    packet.stream_index = track;
+    av_packet_rescale_ts(&packet, m_timeBases[static_cast<std::size_t>(track)], stream.time_base);
+    check(av_interleaved_write_frame(m_context.get(), &packet));
+}
+
+void MovieMuxer::finish() {
+    check(av_write_trailer(m_context.get()));
+    avio_flush(m_file.get());
+    check(0);
+    m_context->pb = nullptr;
+    AVIOContext* io = m_file.release();
+    check(avio_closep(&io));
+}
+
+/// The file's own error says more than the muxer's, and reaches some muxers' results late.
+void MovieMuxer::check(int result) const {
+    if (m_file && m_file->error < 0)
+        fail("Cannot write", m_shownPath, errorText(m_file->error));
+    if (result < 0)
+        fail("Cannot write", m_shownPath, errorText(result));
+}
+
+} // namespace vantro::av

@@ -1,0 +1,217 @@
+#include "media/av/VideoDecoder.h"
+
+#include "media/MediaError.h"
+#include "media/av/Libraries.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace vantro::av {
+namespace {
+
+// More threads decode no 60 Hz movie better, and each holds a frame.
+constexpr unsigned mostThreads = 8;
+
+/// Errors after which the picture shows garbage, in contrast to references that an open group of
+/// pictures leaves out after a jump.
+constexpr int visibleDamage = FF_DECODE_ERROR_INVALID_BITSTREAM |
+                              FF_DECODE_ERROR_CONCEALMENT_ACTIVE | FF_DECODE_ERROR_DECODE_SLICES;
+
+AVStream* findVideoStream(const MovieFile& file, int index) {
+    for (AVStream* stream : file.mediaStreams()) {
+        if (stream->index == index && stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO)
+            return stream;
+    }
+    throw MediaError("No video track found");
+}
+
+} // namespace
+
+VideoDecoder::VideoDecoder(const std::filesystem::path& path, int streamIndex)
+    : m_file(path)
+    , m_stream(findVideoStream(m_file, streamIndex))
+    , m_clock(m_file.clock(*m_stream))
+    , m_packet(makePacket())
+    , m_sought(m_clock.zero()) {
+    AVFormatContext& context = m_file.context();
+    for (unsigned i = 0; i < context.nb_streams; ++i)
+        context.streams[i]->discard =
+            context.streams[i] == m_stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    openCodec();
+}
+
+void VideoDecoder::openCodec() {
+    const AVCodec* codec = avcodec_find_decoder(m_stream->codecpar->codec_id);
+    if (codec == nullptr)
+        fail("Cannot decode", m_file.path(),
+             fmt::format("No decoder for {}", avcodec_get_name(m_stream->codecpar->codec_id)));
+    m_codec.reset(avcodec_alloc_context3(codec));
+    if (!m_codec || avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar) < 0)
+        throw std::bad_alloc();
+    m_codec->pkt_timebase = m_stream->time_base;
+    m_codec->thread_count =
+        static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
+    m_codec->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    if (const int result = avcodec_open2(m_codec.get(), codec, nullptr); result < 0)
+        fail("Cannot decode", m_file.path(), errorText(result));
+}
+
+std::optional<DecodedFrame> VideoDecoder::next() {
+    return m_peeked ? std::exchange(m_peeked, {}) : decodeNext();
+}
+
+std::optional<DecodedFrame> VideoDecoder::decodeNext() {
+    auto frame = makeFrame();
+    for (;;) {
+        const int result = avcodec_receive_frame(m_codec.get(), frame.get());
+        if (result == 0) {
+            if (auto accepted = accept(std::move(frame)))
+                return accepted;
+            frame = makeFrame();
+        } else if (result == AVERROR(EAGAIN)) {
+            feed();
+        } else if (result == AVERROR_EOF) {
+            if (!m_inputFault.empty())
+                breakOff(m_inputEnd.value_or(m_sought), m_inputFault);
+            if (!m_lastTicks && !m_decodeFault.empty())
+                breakOff(m_sought, m_decodeFault);
+            return {};
+        } else if (m_lastTicks) {
+            breakOff(*m_lastTicks, errorText(result));
+        } else {
+            m_decodeFault = errorText(result);
+        }
+    }
+}
+
+/// Nothing for pictures that are not to be shown.
+std::optional<DecodedFrame> VideoDecoder::accept(FrameHandle frame) {
+    std::int64_t ticks = frame->best_effort_timestamp;
+    if (ticks == AV_NOPTS_VALUE)
+        ticks = m_lastTicks ? *m_lastTicks + std::max<std::int64_t>(frame->pkt_duration, 1)
+                            : m_clock.zero();
+    const bool isIncomplete = m_hasJumped && m_start && ticks < m_start->shown;
+    if (isIncomplete || (m_lastTicks && ticks <= *m_lastTicks))
+        return {};
+    if (m_lastTicks && (frame->decode_error_flags & visibleDamage) != 0)
+        breakOff(*m_lastTicks, errorText(AVERROR_INVALIDDATA));
+    m_lastTicks = ticks;
+    return DecodedFrame{std::move(frame), m_clock.time(ticks)};
+}
+
+/// Gives the codec one more packet, or tells it that there are no more.
+void VideoDecoder::feed() {
+    av_packet_unref(m_packet.get());
+    const int result = av_read_frame(&m_file.context(), m_packet.get());
+    if (result == AVERROR_EOF)
+        return endInput(endsEarly() ? errorText(AVERROR_INVALIDDATA) : std::string());
+    if (result < 0)
+        return endInput(errorText(result));
+    const bool isKeyframe = (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
+    if (m_packet->stream_index != m_stream->index || (m_hasJumped && !m_start && !isKeyframe))
+        return;
+    if ((m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
+        return endInput(errorText(AVERROR_INVALIDDATA));
+    noteProgress(*m_packet);
+    const int sent = avcodec_send_packet(m_codec.get(), m_packet.get());
+    if (sent >= 0)
+        return;
+    // What cannot be decoded before the first picture is passed over, as players do: a stream cut
+    // out of a broadcast starts in the middle.
+    if (m_lastTicks)
+        breakOff(*m_lastTicks, errorText(sent));
+    m_decodeFault = errorText(sent);
+}
+
+void VideoDecoder::noteProgress(const AVPacket& packet) {
+    const auto shown = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+    if (shown == AV_NOPTS_VALUE)
+        return;
+    const auto end = std::max(shown, packet.dts) + std::max<std::int64_t>(packet.duration, 0);
+    m_inputEnd = std::max(m_inputEnd.value_or(end), end);
+    if (!m_start)
+        m_start = {shown, packet.dts != AV_NOPTS_VALUE ? packet.dts : shown};
+}
+
+void VideoDecoder::endInput(std::string fault) {
+    m_inputFault = std::move(fault);
+    avcodec_send_packet(m_codec.get(), nullptr);
+}
+
+/// Whether the packets ran out before the file should end: its index tells of more, or its format
+/// knows how long it ought to be (Matroska does, and only logs it).
+bool VideoDecoder::endsEarly() const {
+    if (takeLastErrorLine().find("ended prematurely") != std::string::npos)
+        return true;
+    const int count = avformat_index_get_entries_count(m_stream);
+    const AVIndexEntry* last = count > 0 ? avformat_index_get_entry(m_stream, count - 1) : nullptr;
+    return last != nullptr && m_inputEnd && last->timestamp > *m_inputEnd;
+}
+
+void VideoDecoder::seek(MediaTime t) {
+    const auto wanted = m_clock.ticksAtOrBefore(t);
+    const auto second = m_clock.ticksAtOrBefore({1, 1}) - m_clock.zero();
+    // Where even a file with decoding times before zero has nothing more.
+    const auto farBack =
+        (m_stream->start_time == AV_NOPTS_VALUE ? m_clock.zero() : m_stream->start_time) -
+        10 * second;
+    std::optional<std::int64_t> tried; // the keyframe of the attempt before, in decoding order
+    auto target = wanted;
+    auto step = second / 2 + 1;
+    for (;;) {
+        jumpTo(target);
+        m_sought = wanted;
+        m_peeked = decodeNext();
+        if ((m_peeked && *m_lastTicks <= wanted) || target < farBack)
+            return;
+        // Indexes count in decoding order, so the keyframe may be shown after `t`: take the one
+        // before. Files without an index need larger steps.
+        const bool isNew = m_start && (!tried || m_start->decoded < *tried);
+        tried = isNew ? m_start->decoded : tried;
+        target = isNew ? std::min(target, m_start->decoded - 1) : target - step;
+        step *= isNew ? 1 : 2;
+    }
+}
+
+void VideoDecoder::jumpTo(std::int64_t ticks) {
+    m_peeked.reset();
+    m_inputFault.clear();
+    m_decodeFault.clear();
+    m_start.reset();
+    m_inputEnd.reset();
+    m_lastTicks.reset();
+    m_hasJumped = true;
+    AVFormatContext* context = &m_file.context();
+    int result = avformat_seek_file(context, m_stream->index, INT64_MIN, ticks, ticks, 0);
+    if (result < 0) // before the first keyframe
+        result = avformat_seek_file(context, m_stream->index, INT64_MIN, INT64_MIN, INT64_MAX, 0);
+    if (result < 0)
+        fail("Cannot search", m_file.path(), errorText(result));
+    avcodec_flush_buffers(m_codec.get());
+}
+
+bool VideoDecoder::hasKeyframeBetween(MediaTime from, MediaTime to) const {
+    const auto after = m_clock.ticksAtOrBefore(from);
+    const AVIndexEntry* entry = avformat_index_get_entry_from_timestamp(
+        m_stream, m_clock.ticksAtOrBefore(to), AVSEEK_FLAG_BACKWARD);
+    if (entry != nullptr && entry->timestamp > after)
+        return true;
+    // Some indexes only know what was read already. A jump may then lead back to where decoding
+    // stands, which costs most when the way is short.
+    constexpr double farAhead = 4; // seconds
+    const int count = avformat_index_get_entries_count(m_stream);
+    const AVIndexEntry* last = count > 0 ? avformat_index_get_entry(m_stream, count - 1) : nullptr;
+    const bool reachesFurther = last != nullptr && last->timestamp > after;
+    return !reachesFurther && to.seconds() - from.seconds() > farAhead;
+}
+
+void VideoDecoder::breakOff(std::int64_t ticks, const std::string& reason) const {
+    throw MediaError(fmt::format("{} breaks off at {:.2f} s of {:.2f} s: {}",
+                                 m_file.path().string(), m_clock.time(ticks).seconds(),
+                                 endTime().seconds(), reason));
+}
+
+} // namespace vantro::av

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "media/MediaTime.h"
+#include "media/av/MovieFile.h"
+
+#include <optional>
+#include <string>
+
+namespace vantro::av {
+
+/// A decoded picture, not yet converted, and when it is to be shown.
+struct DecodedFrame {
+    FrameHandle frame;
+    MediaTime time;
+};
+
+/// Decodes one video stream of a file in presentation order. One thread at a time; decodes on a few
+/// threads of its own.
+class VideoDecoder {
+  public:
+    /// Throws MediaError, with "No video track found" when the file has no such stream.
+    VideoDecoder(const std::filesystem::path& path, int streamIndex);
+
+    const AVStream& stream() const { return *m_stream; }
+    /// When the stream ends by the file's own account; zero when it does not tell.
+    MediaTime endTime() const { return m_file.endTime(*m_stream); }
+
+    /// The next picture; nothing after the last. Throws MediaError where the movie breaks off or is
+    /// damaged, after every picture before that place has been given.
+    std::optional<DecodedFrame> next();
+    /// Goes on from a keyframe that lets `next` give the picture shown at `t`: its first answer is
+    /// not after `t`, unless it is the stream's first picture.
+    void seek(MediaTime t);
+    /// Whether a keyframe lies after `from` and not after `to`, as far as the file's index tells.
+    bool hasKeyframeBetween(MediaTime from, MediaTime to) const;
+
+  private:
+    void openCodec();
+    std::optional<DecodedFrame> decodeNext();
+    std::optional<DecodedFrame> accept(FrameHandle frame);
+    void feed();
+    void noteProgress(const AVPacket& packet);
+    void endInput(std::string fault);
+    bool endsEarly() const;
+    void jumpTo(std::int64_t ticks);
+    [[noreturn]] void breakOff(std::int64_t ticks, const std::string& reason) const;
+
+    MovieFile m_file;
+    AVStream* m_stream = nullptr;
+    StreamClock m_clock;
+    CodecHandle m_codec;
+    PacketHandle m_packet;
+    std::optional<DecodedFrame> m_peeked; ///< decoded by seek, not yet given
+    std::string m_inputFault;             ///< why the packets ended early
+    std::string m_decodeFault;            ///< before the first picture; told when none follows
+    std::int64_t m_sought;                ///< where the last jump wanted to go, ticks
+
+    /// How the first packet since the last jump, a keyframe, stands, ticks. Pictures shown before
+    /// it need some that the jump passed over.
+    struct Start {
+        std::int64_t shown;
+        std::int64_t decoded;
+    };
+    std::optional<Start> m_start;
+    bool m_hasJumped = false;
+    std::optional<std::int64_t> m_inputEnd;  ///< how far the packets since the jump reach, ticks
+    std::optional<std::int64_t> m_lastTicks; ///< of the last picture given
+};
+
+} // namespace vantro::av

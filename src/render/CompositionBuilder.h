@@ -1,0 +1,23 @@
+#pragma once
+
+#include "media/Composition.h"
+#include "media/VideoComposition.h"
+#include "model/TimelineSegment.h"
+
+#include <memory>
+#include <span>
+
+namespace vantro {
+
+/// The kept ranges of `asset` back to back, each stretched or squeezed to its speed; track 0 of the
+/// result is the video, audio tracks follow. Range bounds are rounded to 1/600 s. Throws
+/// VantroError when nothing can be composed.
+Composition buildComposition(const Asset& asset, const AssetTrack& videoTrack,
+                             std::span<const TimelineSegment> segments);
+
+/// The video of `composition` at `frameRate` frames a second, drawn by `compositor`.
+VideoComposition buildVideoComposition(const Composition& composition, int frameRate,
+                                       int renderWidth, int renderHeight,
+                                       std::shared_ptr<VideoCompositor> compositor);
+
+} // namespace vantro

@@ -1,0 +1,289 @@
+#include "render/ZoomCompositor.h"
+
+#include "media/ColorConversion.h"
+#include "model/VantroError.h"
+#include "render/CursorImage.h"
+#include "render/FrameLayout.h"
+#include "render/ImageFile.h"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <utility>
+
+namespace vantro {
+namespace {
+
+constexpr int largestSide = 32768; // pixels; what a PixelBuffer can hold
+
+[[noreturn]] void fail(std::string_view message) {
+    throw VantroError(VantroError::Kind::exportFailed, message);
+}
+
+/// Output buffers of the shape that was asked for last.
+class OutputBuffers {
+  public:
+    std::shared_ptr<PixelBuffer> take(const CompositionRequest& request) {
+        if (request.width < 1 || request.height < 1 || request.width > largestSide ||
+            request.height > largestSide)
+            fail("Failed to create output buffer");
+        const Shape shape{request.outputFormat, request.width, request.height};
+        if (!m_pool || !(shape == m_shape)) {
+            m_pool.emplace(shape.format, shape.width, shape.height);
+            m_shape = shape;
+        }
+        try {
+            return m_pool->take();
+        } catch (const std::bad_alloc&) {
+            fail("Failed to create output buffer");
+        }
+    }
+
+  private:
+    struct Shape {
+        PixelFormat format = PixelFormat::bgra;
+        int width = 0;
+        int height = 0;
+        bool operator==(const Shape&) const = default;
+    };
+
+    Shape m_shape;
+    std::optional<PixelBufferPool> m_pool;
+};
+
+/// A background picture, and the same at a size that suits the canvas: a picture much larger than
+/// the canvas would flicker with detail if it were sampled as it is.
+class BackgroundPicture {
+  public:
+    void load(const std::filesystem::path& url) {
+        if (m_url && *m_url == url)
+            return;
+        m_url = url;
+        m_original = loadImage(url);
+        m_fitted = nullptr;
+    }
+    void clear() { *this = BackgroundPicture(); }
+
+    const ImagePointer& fittedTo(int width, int height) {
+        const std::pair canvas(width, height);
+        if (!m_original || (m_fitted && m_canvas == canvas))
+            return m_fitted;
+        m_canvas = canvas;
+        m_fitted = m_original;
+        while (m_fitted->width() / 2 >= width && m_fitted->height() / 2 >= height)
+            m_fitted = halved(*m_fitted);
+        return m_fitted;
+    }
+
+  private:
+    std::optional<std::filesystem::path> m_url;
+    ImagePointer m_original;
+    ImagePointer m_fitted;
+    std::pair<int, int> m_canvas;
+};
+
+struct Webcam {
+    ZoomCompositor::WebcamFrames frames;
+    WebcamPosition position = WebcamPosition::bottomRight;
+    double sizeFraction = 0;
+    std::shared_ptr<const PixelBuffer> lastFrame;
+    ImagePointer lastImage; // lastFrame as bgra
+
+    ImagePointer imageAt(double t) {
+        auto frame = frames(t);
+        if (frame != lastFrame) {
+            lastFrame = std::move(frame);
+            lastImage = lastFrame;
+            if (lastFrame && lastFrame->format() == PixelFormat::i420) {
+                auto image = PixelBuffer::allocate(PixelFormat::bgra, lastFrame->width(),
+                                                   lastFrame->height());
+                convertI420ToBgra(*lastFrame, *image);
+                lastImage = std::move(image);
+            }
+        }
+        return lastImage;
+    }
+};
+
+Size sizeOf(const PixelBuffer& picture) {
+    return {static_cast<double>(picture.width()), static_cast<double>(picture.height())};
+}
+
+void setInset(RenderParams& params, const RecordingInset& inset) {
+    params.insetX = static_cast<float>(inset.rect.x);
+    params.insetY = static_cast<float>(inset.rect.y);
+    params.insetW = static_cast<float>(inset.rect.width);
+    params.insetH = static_cast<float>(inset.rect.height);
+    params.cornerRadius = static_cast<float>(inset.cornerRadius);
+}
+
+} // namespace
+
+struct ZoomCompositor::State {
+    std::unique_ptr<Renderer> renderer;
+    std::shared_ptr<const ZoomAnimator> animator;
+    TimeMapper timeMapper;
+    std::optional<BackgroundSettings> background;
+    BackgroundPicture backgroundPicture;
+    std::vector<CursorPosition> cursorPositions; // source pixels
+    double cursorScale = 1;
+    std::optional<Webcam> webcam;
+    OutputBuffers buffers;
+    RenderParams lastParams;
+    std::shared_ptr<const PixelBuffer> lastOutput;
+
+    RenderParams parametersFor(const CompositionRequest& request, const ZoomKeyframe& keyframe,
+                               double t);
+    std::shared_ptr<const PixelBuffer> untouched(const CompositionRequest& request);
+    std::shared_ptr<const PixelBuffer> drawn(const RenderParams& params,
+                                             const CompositionRequest& request);
+};
+
+RenderParams ZoomCompositor::State::parametersFor(const CompositionRequest& request,
+                                                  const ZoomKeyframe& keyframe, double t) {
+    const Size canvas{static_cast<double>(request.width), static_cast<double>(request.height)};
+    RenderParams params;
+    params.source = request.sourceFrame.pixels;
+    params.canvasWidth = request.width;
+    params.canvasHeight = request.height;
+    params.keyframe = keyframe;
+    params.hasBackground = background.has_value();
+    setInset(params, recordingInset(canvas, sizeOf(*params.source), background));
+    if (background) {
+        if (const auto* color = std::get_if<BackgroundColor>(&background->type))
+            params.bgColor =
+                RenderColor{static_cast<float>(color->red), static_cast<float>(color->green),
+                            static_cast<float>(color->blue), 1};
+        params.backgroundImage = backgroundPicture.fittedTo(request.width, request.height);
+    }
+    if (const auto cursor = interpolatedCursor(cursorPositions, t)) {
+        params.cursorX = static_cast<float>(cursor->x);
+        params.cursorY = static_cast<float>(cursor->y);
+    }
+    params.cursorScale = static_cast<float>(cursorScale);
+    if (webcam)
+        params.webcam = webcam->imageAt(t);
+    if (params.webcam) {
+        const auto placement = webcamPlacement(canvas, sizeOf(*params.webcam), webcam->position,
+                                               webcam->sizeFraction, keyframe.scale);
+        params.webcamRect = placement.square;
+        params.webcamDrawRect = placement.drawRect;
+        params.webcamCornerRadius = placement.cornerRadius;
+    }
+    return params;
+}
+
+/// The source frame as it is, in the size and format that were asked for.
+std::shared_ptr<const PixelBuffer>
+ZoomCompositor::State::untouched(const CompositionRequest& request) {
+    const auto& source = request.sourceFrame.pixels;
+    const bool sameSize = source->width() == request.width && source->height() == request.height;
+    const bool readable =
+        source->format() == PixelFormat::bgra || source->color() == ColorDescription{};
+    if (sameSize && source->format() == request.outputFormat && readable)
+        return source;
+    // A recording that covers the whole canvas of a frame with a background is drawn stretched
+    // over it, with nothing else to be seen.
+    RenderParams params;
+    params.source = source;
+    params.canvasWidth = request.width;
+    params.canvasHeight = request.height;
+    params.hasBackground = true;
+    setInset(params, recordingInset(
+                         {static_cast<double>(request.width), static_cast<double>(request.height)},
+                         sizeOf(*source), std::nullopt));
+    return drawn(params, request);
+}
+
+std::shared_ptr<const PixelBuffer> ZoomCompositor::State::drawn(const RenderParams& params,
+                                                                const CompositionRequest& request) {
+    if (lastOutput && lastOutput->format() == request.outputFormat && params == lastParams)
+        return lastOutput;
+    auto output = buffers.take(request);
+    if (!renderer || !renderer->render(params, *output))
+        fail("Metal renderer unavailable");
+    lastParams = params;
+    lastOutput = std::move(output);
+    return lastOutput;
+}
+
+ZoomCompositor::ZoomCompositor(std::unique_ptr<Renderer> renderer)
+    : m_state(std::make_unique<State>()) {
+    m_state->renderer = std::move(renderer);
+}
+
+ZoomCompositor::~ZoomCompositor() = default;
+
+void ZoomCompositor::setAnimator(std::shared_ptr<const ZoomAnimator> animator) {
+    m_state->animator = std::move(animator);
+}
+
+void ZoomCompositor::setBackgroundSettings(std::optional<BackgroundSettings> settings) {
+    m_state->background = std::move(settings);
+    const auto* image = m_state->background
+                            ? std::get_if<BackgroundImageSource>(&m_state->background->type)
+                            : nullptr;
+    if (image != nullptr)
+        m_state->backgroundPicture.load(image->url);
+    else
+        m_state->backgroundPicture.clear();
+}
+
+void ZoomCompositor::setTimeMapper(TimeMapper mapper) {
+    m_state->timeMapper = std::move(mapper);
+}
+
+void ZoomCompositor::setCursor(const std::vector<CursorPosition>& positions,
+                               double displayScaleFactor, double cursorScale) {
+    m_state->cursorPositions = positions;
+    for (CursorPosition& position : m_state->cursorPositions) {
+        position.x *= displayScaleFactor;
+        position.y *= displayScaleFactor;
+    }
+    m_state->cursorScale = cursorScale;
+}
+
+void ZoomCompositor::setWebcam(WebcamFrames frames, WebcamPosition position, double sizeFraction) {
+    m_state->webcam.emplace();
+    m_state->webcam->frames = std::move(frames);
+    m_state->webcam->position = position;
+    m_state->webcam->sizeFraction = sizeFraction;
+}
+
+std::shared_ptr<const PixelBuffer> ZoomCompositor::compose(const CompositionRequest& request) {
+    State& state = *m_state;
+    if (!state.animator)
+        fail("No zoom animator configured");
+    if (!request.sourceFrame.pixels)
+        fail("Missing source frame");
+    const double outputTime = request.compositionTime.seconds();
+    const double t = state.timeMapper ? state.timeMapper(outputTime) : outputTime;
+    const ZoomKeyframe keyframe = state.animator->keyframe(t);
+    if (!state.background && !keyframe.isZoomed() && !state.webcam && state.cursorPositions.empty())
+        return state.untouched(request);
+    const RenderParams params = state.parametersFor(request, keyframe, t);
+    if (!state.background && !keyframe.isZoomed() && !params.cursorX && !params.webcam)
+        return state.untouched(request);
+    return state.drawn(params, request);
+}
+
+std::optional<Point> interpolatedCursor(const std::vector<CursorPosition>& positions, double t) {
+    if (positions.empty())
+        return {};
+    const CursorPosition& first = positions.front();
+    const CursorPosition& last = positions.back();
+    if (!(t > first.timestamp))
+        return Point{first.x, first.y};
+    if (t >= last.timestamp)
+        return Point{last.x, last.y};
+    const auto next = std::upper_bound(
+        positions.begin(), positions.end(), t,
+        [](double time, const CursorPosition& position) { return time < position.timestamp; });
+    const CursorPosition& high = *next;
+    const CursorPosition& low = *std::prev(next);
+    const double span = high.timestamp - low.timestamp;
+    const double share = span > 0 ? (t - low.timestamp) / span : 0;
+    return Point{low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
+}
+
+} // namespace vantro

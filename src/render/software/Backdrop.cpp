@@ -1,0 +1,88 @@
+#include "render/software/Backdrop.h"
+
+#include "media/ColorConversion.h"
+#include "render/software/BilinearRows.h"
+#include "render/software/SourceRows.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace vantro {
+namespace {
+
+/// Rows that a worker takes at once.
+constexpr int bandHeight = 32;
+
+/// The colour over black, as an opaque pixel.
+std::uint32_t opaquePixel(const RenderColor& color) {
+    const auto channel = [&](float value) {
+        const double shown = std::clamp(double{value} * color.alpha, 0.0, 1.0);
+        return static_cast<std::uint32_t>(std::lround(shown * 255));
+    };
+    return 0xFF000000U | channel(color.red) << 16U | channel(color.green) << 8U |
+           channel(color.blue);
+}
+
+void drawColor(const RenderColor& color, PixelSpan rows, PixelBuffer& out) {
+    const std::uint32_t pixel = opaquePixel(color);
+    for (int y = rows.begin; y < rows.end; ++y)
+        for (int x = 0; x < out.width(); ++x)
+            std::memcpy(out.mutableRow(0, y) + std::ptrdiff_t{x} * 4, &pixel, sizeof pixel);
+}
+
+void drawImage(const PixelBuffer& image, PixelSpan rows, PixelBuffer& out) {
+    const auto columns = SampleAxis::stretched(image.width(), 0, image.width(), 0, out.width());
+    const auto lines = SampleAxis::stretched(image.height(), 0, image.height(), 0, out.height());
+    BilinearRows stretched;
+    SourceRows source;
+    stretched.prepare(columns, lines, {0, out.width()});
+    source.prepare(image, stretched.texelColumns(), lines.taps(rows));
+    stretched.setInput([&source](int y) { return source.row(y); });
+    for (int y = rows.begin; y < rows.end; ++y) {
+        std::uint8_t* row = out.mutableRow(0, y);
+        stretched.write(y, row);
+        for (int x = 0; x < out.width(); ++x) // premultiplied colour over black is itself
+            row[std::ptrdiff_t{x} * 4 + 3] = 255;
+    }
+}
+
+} // namespace
+
+void Backdrop::update(const RenderParams& params, WorkerPool& workers) {
+    Key key{params.bgColor, params.backgroundImage, shadowKey(params)};
+    if (m_bgra && key == m_key)
+        return;
+    m_key = std::move(key);
+    m_i420IsCurrent = false;
+    if (!m_bgra || m_bgra->width() != params.canvasWidth ||
+        m_bgra->height() != params.canvasHeight) {
+        m_bgra = PixelBuffer::allocate(PixelFormat::bgra, params.canvasWidth, params.canvasHeight);
+        m_i420.reset();
+    }
+    const AlphaImage& shadow = *m_shadow.imageFor(m_key.shadow);
+    const int height = params.canvasHeight;
+    const int bands = (height + bandHeight - 1) / bandHeight;
+    workers.forEach(static_cast<std::size_t>(bands), [&](std::size_t band, unsigned) {
+        const int begin = static_cast<int>(band) * bandHeight;
+        const PixelSpan rows{begin, std::min(begin + bandHeight, height)};
+        if (params.backgroundImage)
+            drawImage(*params.backgroundImage, rows, *m_bgra);
+        else
+            drawColor(params.bgColor.value_or(RenderColor{}), rows, *m_bgra);
+        for (int y = rows.begin; y < rows.end; ++y)
+            darken(shadow.row(y), params.canvasWidth, m_bgra->mutableRow(0, y));
+    });
+}
+
+const PixelBuffer& Backdrop::as(PixelFormat format) {
+    if (format == PixelFormat::bgra)
+        return *m_bgra;
+    if (!m_i420)
+        m_i420 = PixelBuffer::allocate(PixelFormat::i420, m_bgra->width(), m_bgra->height());
+    if (!m_i420IsCurrent)
+        convertBgraToI420(*m_bgra, *m_i420);
+    m_i420IsCurrent = true;
+    return *m_i420;
+}
+
+} // namespace vantro

@@ -1,0 +1,106 @@
+#include "render/software/TilePainter.h"
+
+#include "media/ColorConversion.h"
+
+#include <cstring>
+
+namespace vantro {
+namespace {
+
+void copyTile(const PixelBuffer& from, const Tile& tile, PixelBuffer& to) {
+    const int pixelBytes = from.format() == PixelFormat::bgra ? 4 : 1;
+    for (int plane = 0; plane < from.planeCount(); ++plane) {
+        const int shift = plane == 0 ? 0 : 1;
+        const int left = (tile.columns.begin >> shift) * pixelBytes;
+        const int right = ((tile.columns.end + shift) >> shift) * pixelBytes;
+        const int bottom = (tile.rows.end + shift) >> shift;
+        for (int y = tile.rows.begin >> shift; y < bottom; ++y)
+            std::memcpy(to.mutableRow(plane, y) + left, from.row(plane, y) + left,
+                        static_cast<std::size_t>(right - left));
+    }
+}
+
+void resizeRow(std::vector<std::uint8_t>& row, int pixels) {
+    row.resize((static_cast<std::size_t>(pixels) + columnOverread) * 4);
+}
+
+} // namespace
+
+void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Tile& tile,
+                        PixelBuffer& output) {
+    const Tile live = grounds.still != nullptr ? plan.livePart(tile) : tile;
+    const bool isPartial =
+        live.columns.length() < tile.columns.length() || live.rows.length() < tile.rows.length();
+    if (isPartial)
+        copyTile(*grounds.still, tile, output);
+    if (live.isEmpty())
+        return;
+    m_backdrop = grounds.backdrop;
+    prepare(plan, live);
+    if (output.format() == PixelFormat::bgra)
+        writeBgra(output);
+    else
+        writeI420(output);
+}
+
+void TilePainter::prepare(const FramePlan& plan, const Tile& part) {
+    m_plan = &plan;
+    m_part = part;
+    Tile scene = part;
+    if (plan.zoomX) {
+        m_zoom.prepare(*plan.zoomX, *plan.zoomY, part.columns);
+        scene = {m_zoom.texelColumns(), plan.zoomY->taps(part.rows)};
+        resizeRow(m_sceneRow, scene.columns.length());
+        m_zoom.setInput([this](int row) {
+            writeSceneRow(row, m_sceneRow.data());
+            return m_sceneRow.data();
+        });
+    }
+    m_sceneColumns = scene.columns;
+    m_recording.prepare(plan.recording, scene);
+    if (plan.cursor)
+        m_cursor.prepare(*plan.cursor, scene);
+    if (plan.webcam)
+        m_webcam.prepare(*plan.webcam, part);
+}
+
+void TilePainter::writeSceneRow(int row, std::uint8_t* out) {
+    const std::uint8_t* under =
+        m_backdrop != nullptr ? m_backdrop->row(0, row) + std::ptrdiff_t{m_sceneColumns.begin} * 4
+                              : nullptr;
+    m_recording.write(row, under, out);
+    if (m_plan->cursor)
+        m_cursor.blend(row, out);
+}
+
+void TilePainter::writeOutputRow(int row, std::uint8_t* out) {
+    if (m_plan->zoomX)
+        m_zoom.write(row, out);
+    else
+        writeSceneRow(row, out);
+    if (m_plan->webcam)
+        m_webcam.blend(row, out);
+}
+
+void TilePainter::writeBgra(PixelBuffer& output) {
+    for (int row = m_part.rows.begin; row < m_part.rows.end; ++row)
+        writeOutputRow(row, output.mutableRow(0, row) + std::ptrdiff_t{m_part.columns.begin} * 4);
+}
+
+void TilePainter::writeI420(PixelBuffer& output) {
+    const int left = m_part.columns.begin;
+    for (auto& row : m_outputRows)
+        resizeRow(row, m_part.columns.length());
+    for (int row = m_part.rows.begin; row < m_part.rows.end; row += 2) {
+        const int next = row + 1 < m_part.rows.end ? 1 : 0; // a last odd row stands for its pair
+        for (int i = 0; i <= next; ++i)
+            writeOutputRow(row + i, m_outputRows[static_cast<std::size_t>(i)].data());
+        bgraRowsToI420(m_outputRows[0].data(), m_outputRows[static_cast<std::size_t>(next)].data(),
+                       m_part.columns.length(), output.mutableRow(0, row) + left,
+                       output.mutableRow(0, row + next) + left,
+                       output.mutableRow(1, row / 2) + left / 2,
+                       output.mutableRow(2, row / 2) + left / 2);
+    }
+}
+
+} // namespace vantro

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "resources/backgrounds/FloatMath.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <vector>
+
+namespace vantro::backgrounds {
+
+/// Linear-light red, green, blue; 1 is the brightest that a screen shows.
+using Rgb = Vec3;
+
+/// The colour that `0xRRGGBB` names in sRGB.
+Rgb colour(std::uint32_t hex);
+float luminance(Rgb rgb);
+/// The sRGB code value, 0 to 1, of a linear component.
+float encoded(float linear);
+
+/// Lightness and two colour axes in OKLab, where equal steps look equal.
+struct Lab {
+    float lightness = 0;
+    float a = 0;
+    float b = 0;
+};
+Lab toLab(Rgb rgb);
+Rgb toRgb(Lab lab);
+/// `rgb` with its OKLab lightness and saturation multiplied.
+Rgb adjusted(Rgb rgb, float lightness, float saturation);
+
+/// A smooth curve through colours, looked up in a table; places beyond its ends take the end's
+/// colour.
+class Gradient {
+  public:
+    struct Stop {
+        float place;
+        std::uint32_t hex;
+    };
+    /// `stops` in ascending order, at least two.
+    Gradient(std::initializer_list<Stop> stops);
+
+    Rgb operator()(float place) const;
+
+  private:
+    std::vector<Rgb> m_table;
+    float m_first;
+    float m_scale;
+};
+
+/// Film's response: linear in the shadows, a soft shoulder for light beyond what a screen shows.
+Rgb developed(Rgb light);
+
+} // namespace vantro::backgrounds

@@ -1,0 +1,78 @@
+#include "base/BoundedQueue.h"
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+TEST(BoundedQueue, RefusesItemsBeyondItsCapacityAndLeavesThemWithTheCaller) {
+    BoundedQueue<std::unique_ptr<int>> queue(2);
+    EXPECT_TRUE(queue.tryPush(std::make_unique<int>(1)));
+    EXPECT_FALSE(queue.isFull());
+    EXPECT_TRUE(queue.tryPush(std::make_unique<int>(2)));
+    EXPECT_TRUE(queue.isFull());
+    auto third = std::make_unique<int>(3);
+    EXPECT_FALSE(queue.tryPush(std::move(third)));
+    ASSERT_NE(third, nullptr); // NOLINT(bugprone-use-after-move): a refused item is not moved from
+    EXPECT_EQ(**queue.pop(), 1);
+    EXPECT_TRUE(queue.tryPush(std::move(third)));
+    EXPECT_EQ(**queue.pop(), 2);
+    EXPECT_EQ(**queue.pop(), 3);
+}
+
+TEST(BoundedQueue, HandsOutWhatIsLeftAfterClosingAndThenNothing) {
+    BoundedQueue<int> queue(4);
+    queue.push(1);
+    queue.push(2);
+    queue.close();
+    EXPECT_FALSE(queue.push(3));
+    EXPECT_FALSE(queue.tryPush(3));
+    EXPECT_EQ(queue.pop(), 1);
+    EXPECT_EQ(queue.pop(), 2);
+    EXPECT_EQ(queue.pop(), std::nullopt);
+}
+
+TEST(BoundedQueue, ThrowsAwayWhatIsLeftWhenAbandoned) {
+    BoundedQueue<int> queue(4);
+    queue.push(1);
+    queue.abandon();
+    EXPECT_FALSE(queue.push(2));
+    EXPECT_EQ(queue.pop(), std::nullopt);
+}
+
+TEST(BoundedQueue, KeepsTheOrderWhileProducerAndConsumerWaitForEachOther) {
+    constexpr int count = 10'000;
+    BoundedQueue<int> queue(3);
+    std::jthread producer([&] {
+        for (int i = 0; i < count; ++i)
+            queue.push(i);
+        queue.close();
+    });
+    int expected = 0;
+    while (const auto item = queue.pop())
+        ASSERT_EQ(*item, expected++);
+    EXPECT_EQ(expected, count);
+}
+
+TEST(BoundedQueue, ReleasesThoseWhoWaitWhenItIsClosed) {
+    BoundedQueue<int> full(1);
+    full.push(0);
+    BoundedQueue<int> empty(1);
+    bool pushed = true;
+    std::optional<int> popped = 1;
+    {
+        std::jthread producer([&] { pushed = full.push(1); });
+        std::jthread consumer([&] { popped = empty.pop(); });
+        full.close();
+        empty.close();
+    }
+    EXPECT_FALSE(pushed);
+    EXPECT_EQ(popped, std::nullopt);
+}
+
+} // namespace
+} // namespace vantro

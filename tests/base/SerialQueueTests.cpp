@@ -1,0 +1,82 @@
+#include "base/SerialQueue.h"
+
+#include <array>
+#include <numeric>
+#include <semaphore>
+#include <stdexcept>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+namespace vantro {
+namespace {
+
+TEST(SerialQueue, RunsTasksOfSeveralThreadsOneAtATimeAndEachThreadsInOrder) {
+    constexpr int threads = 4;
+    constexpr int perThread = 2'000;
+    std::array<std::vector<int>, threads> seen; // unguarded: the queue is the guard
+    int inside = 0;
+    bool overlapped = false;
+    {
+        SerialQueue queue("com.vantro.test");
+        {
+            std::vector<std::jthread> submitters;
+            for (std::size_t thread = 0; thread < threads; ++thread) {
+                submitters.emplace_back([&, thread] {
+                    for (int i = 0; i < perThread; ++i) {
+                        queue.async([&, thread, i] {
+                            overlapped = overlapped || ++inside != 1;
+                            seen[thread].push_back(i);
+                            --inside;
+                        });
+                    }
+                });
+            }
+        }
+    } // destruction runs what is queued
+    std::vector<int> inOrder(perThread);
+    std::iota(inOrder.begin(), inOrder.end(), 0);
+    for (const auto& list : seen)
+        EXPECT_EQ(list, inOrder);
+    EXPECT_FALSE(overlapped);
+}
+
+TEST(SerialQueue, SyncWaitsForEarlierTasksAndReturnsTheResult) {
+    SerialQueue queue("com.vantro.test");
+    std::binary_semaphore gate(0);
+    int value = 0;
+    queue.async([&] {
+        gate.acquire();
+        value = 20;
+    });
+    queue.async([&] { value += 1; });
+    std::jthread opener([&] { gate.release(); });
+    EXPECT_EQ(queue.sync([&] { return value * 2; }), 42);
+}
+
+TEST(SerialQueue, SyncHandsAnExceptionToTheCallerAndGoesOn) {
+    SerialQueue queue("com.vantro.test");
+    EXPECT_THROW(queue.sync([] { throw std::runtime_error("no device"); }), std::runtime_error);
+    EXPECT_EQ(queue.sync([] { return 1; }), 1);
+}
+
+TEST(SerialQueue, NamesItsThreadByTheEndOfTheLabel) {
+    SerialQueue queue("com.vantro.recorder.state");
+    std::array<char, 16> name{};
+    queue.sync([&] { pthread_getname_np(pthread_self(), name.data(), name.size()); });
+    EXPECT_STREQ(name.data(), ".recorder.state");
+}
+
+TEST(SerialQueueDeathTest, SyncFromItsOwnThreadIsFatalInsteadOfADeadlock) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            SerialQueue queue("com.vantro.test");
+            queue.sync([&] { queue.sync([] {}); });
+        },
+        "own thread");
+}
+
+} // namespace
+} // namespace vantro

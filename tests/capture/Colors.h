@@ -1,0 +1,35 @@
+#pragma once
+
+#include "media/PixelBuffer.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+namespace vantro::test {
+
+struct Yuv {
+    double y;
+    double u;
+    double v;
+};
+
+/// BT.709 limited range, from the standard's definition. `color` is 0xRRGGBB.
+inline Yuv yuvOf(std::uint32_t color) {
+    const double red = ((color >> 16) & 255) / 255.0;
+    const double green = ((color >> 8) & 255) / 255.0;
+    const double blue = (color & 255) / 255.0;
+    const double luma = 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    return {16 + 219 * luma, 128 + 224 * (blue - luma) / 1.8556, 128 + 224 * (red - luma) / 1.5748};
+}
+
+/// Whether an i420 picture has this colour at a pixel, give or take `tolerance` of 255 levels.
+inline bool hasColor(const PixelBuffer& picture, int x, int y, std::uint32_t color,
+                     double tolerance = 1.5) {
+    const Yuv wanted = yuvOf(color);
+    return std::abs(picture.row(0, y)[x] - wanted.y) <= tolerance &&
+           std::abs(picture.row(1, y / 2)[x / 2] - wanted.u) <= tolerance &&
+           std::abs(picture.row(2, y / 2)[x / 2] - wanted.v) <= tolerance;
+}
+
+} // namespace vantro::test

@@ -1,0 +1,84 @@
+#include "capture/RecordingTarget.h"
+#include "model/VantroError.h"
+
+#include <gmock/gmock.h>
+
+namespace vantro {
+namespace {
+
+using testing::ElementsAre;
+
+ShareableWindow window(std::uint32_t id, std::string bundleIdentifier) {
+    ShareableWindow made;
+    made.windowID = id;
+    made.bundleIdentifier = std::move(bundleIdentifier);
+    return made;
+}
+
+const ShareableContent content{.displays = {{7, "main", {0, 0, 683.5, 384}, 2.0, true},
+                                            {9, "side", {1000, -20, 301, 201}, 1.75, false}},
+                               .windows = {window(1, "org.example.editor"),
+                                           window(2, "com.vantro.app"),
+                                           window(3, "com.vantro.app")}};
+
+RecordingChoice choice(CaptureMode mode, std::uint32_t displayID, Rect captureRect = {}) {
+    return {.captureMode = mode,
+            .displayID = displayID,
+            .captureRect = captureRect,
+            .selectedWindow = {}};
+}
+
+std::string failure(const RecordingChoice& wrong) {
+    try {
+        resolveTarget(wrong, content);
+    } catch (const VantroError& error) {
+        EXPECT_EQ(error.kind(), VantroError::Kind::captureStartFailed);
+        return error.message();
+    }
+    return {};
+}
+
+TEST(RecordingTarget, TakesEveryPixelOfADisplayAndRoundsOddSizesDown) {
+    const auto main = resolveTarget(choice(CaptureMode::screen, 7), content);
+    EXPECT_EQ(main.stream.width, 1366);
+    EXPECT_EQ(main.stream.height, 768);
+    EXPECT_EQ(main.stream.minimumFrameInterval, HostDuration(16'666'666));
+    EXPECT_FALSE(main.stream.sourceRect);
+    const auto side = resolveTarget(choice(CaptureMode::screen, 9), content);
+    EXPECT_EQ(side.stream.width, 300) << "the scale counts in whole numbers";
+    EXPECT_EQ(side.stream.height, 200);
+}
+
+TEST(RecordingTarget, PlacesAnAreaRelativeToItsDisplay) {
+    const auto target =
+        resolveTarget(choice(CaptureMode::area, 9, {1010, 0, 101.9, 51.2}), content);
+    EXPECT_EQ(target.stream.sourceRect, (Rect{10, 20, 101.9, 51.2}));
+    EXPECT_EQ(target.stream.width, 100);
+    EXPECT_EQ(target.stream.height, 50);
+}
+
+TEST(RecordingTarget, LeavesOutOwnWindowsButNotFromAWindowRecording) {
+    EXPECT_THAT(resolveTarget(choice(CaptureMode::screen, 7), content).filter.excludedWindows,
+                ElementsAre(2, 3));
+    RecordingChoice chosen = choice(CaptureMode::window, 7);
+    chosen.selectedWindow = window(1, {});
+    chosen.selectedWindow->frame = {5, 5, 321.7, 99};
+    const auto target = resolveTarget(chosen, content);
+    EXPECT_EQ(target.filter.window, 1U);
+    EXPECT_TRUE(target.filter.excludedWindows.empty());
+    EXPECT_EQ(target.stream.width, 642);
+    EXPECT_EQ(target.stream.height, 198);
+}
+
+TEST(RecordingTarget, TellsWhatIsMissing) {
+    EXPECT_EQ(failure(choice(CaptureMode::screen, 8)), "Display not found");
+    EXPECT_EQ(failure(choice(CaptureMode::window, 7)), "No window selected");
+}
+
+TEST(RecordingTarget, AnAreaTooLargeToCountIsFatal) {
+    EXPECT_DEATH(resolveTarget(choice(CaptureMode::area, 7, {0, 0, 1e300, 10}), content),
+                 "too large");
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,223 @@
+#include "base/Log.h"
+#include "capture/MovieFrames.h"
+#include "capture/ScratchFolder.h"
+#include "capture/ScreenRecorder.h"
+#include "capture/ScriptedPlatform.h"
+#include "model/VantroError.h"
+#include "support/Eventually.h"
+
+#include <csignal>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+namespace vantro {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+std::shared_ptr<const PixelBuffer> flatPicture(std::uint8_t luma) {
+    auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+    for (int plane = 0; plane < 3; ++plane)
+        for (int y = 0; y < picture->planeHeight(plane); ++y)
+            std::fill_n(picture->mutableRow(plane, y), plane == 0 ? 320 : 160,
+                        plane == 0 ? luma : std::uint8_t{128});
+    return picture;
+}
+
+std::shared_ptr<const PixelBuffer> noisyPicture(unsigned seed) {
+    std::mt19937 random(seed);
+    auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+    for (int plane = 0; plane < 3; ++plane)
+        for (int y = 0; y < picture->planeHeight(plane); ++y)
+            for (int x = 0; x < (plane == 0 ? 320 : 160); ++x)
+                picture->mutableRow(plane, y)[x] = static_cast<std::uint8_t>(random());
+    return picture;
+}
+
+class ScreenRecorderTest : public testing::Test {
+  protected:
+    ScreenRecorder::Configuration configuration() const {
+        return {.outputURL = movie,
+                .choice = {.captureMode = CaptureMode::screen,
+                           .displayID = test::ScriptedPlatform::displayID,
+                           .captureRect = {0, 0, 320, 240},
+                           .selectedWindow = {}}};
+    }
+
+    SampleDisposition deliver(std::shared_ptr<const PixelBuffer> picture,
+                              FrameStatus status = FrameStatus::complete) {
+        return platform.output->screenSample(
+            {.status = status, .presentationTime = hostNow(), .pixels = std::move(picture)});
+    }
+
+    /// What start throws.
+    VantroError startFailure(const ScreenRecorder::Configuration& wrong) {
+        ScreenRecorder recorder(wrong, platform);
+        try {
+            recorder.start();
+        } catch (const VantroError& error) {
+            return error;
+        }
+        ADD_FAILURE() << "start succeeded";
+        return VantroError(VantroError::Kind::noRecordingData);
+    }
+
+    test::ScratchFolder folder;
+    std::filesystem::path movie = folder.path() / "recording.mov";
+    test::ScriptedPlatform platform;
+};
+
+TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) {
+    ScreenRecorder recorder(configuration(), platform);
+    recorder.start();
+    for (const auto status : {FrameStatus::started, FrameStatus::idle, FrameStatus::blank})
+        EXPECT_EQ(deliver(flatPicture(200), status), SampleDisposition::taken);
+    deliver(flatPicture(60));
+    const auto afterSecond = hostNow() + 100ms;
+    ASSERT_TRUE(test::eventually([&] { return hostNow() > afterSecond; }));
+    deliver(flatPicture(180));
+    deliver(flatPicture(20), FrameStatus::suspended);
+    const auto end = hostNow() + 100ms;
+    ASSERT_TRUE(test::eventually([&] { return hostNow() > end; }));
+    const auto metadata = recorder.stop();
+    EXPECT_EQ(recorder.statistics().framesCaptured, 2);
+    EXPECT_EQ(recorder.statistics().framesDropped, 0);
+
+    const auto frames = test::framesOf(movie);
+    ASSERT_EQ(frames.size(), 2);
+    EXPECT_EQ(frames[0].presentationTime, MediaTime{});
+    EXPECT_NEAR(frames[0].pixels->row(0, 100)[100], 60, 2);
+    EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
+    EXPECT_NEAR(frames[1].presentationTime.seconds(), 0.1, 0.05);
+    const double length = Asset::open(movie).duration().seconds();
+    EXPECT_NEAR(length, metadata.endTime, 0.05) << "the still end is part of the movie";
+    EXPECT_GE(length, frames[1].presentationTime.seconds() + 0.099);
+}
+
+TEST_F(ScreenRecorderTest, FillsTheMetadata) {
+    ScreenRecorder recorder(configuration(), platform);
+    recorder.start();
+    deliver(flatPicture(60));
+    const auto metadata = recorder.stop();
+    EXPECT_EQ(metadata.startTime, 0);
+    EXPECT_EQ(metadata.captureRect, (Rect{0, 0, 320, 240}));
+    EXPECT_EQ(metadata.displayID, test::ScriptedPlatform::displayID);
+    EXPECT_EQ(metadata.frameRate, 60);
+    EXPECT_EQ(metadata.displayScaleFactor, 1.0);
+    ASSERT_FALSE(metadata.cursorPositions.empty());
+    EXPECT_EQ(metadata.cursorPositions.front().x, 10);
+    EXPECT_EQ(metadata.cursorPositions.front().y, 220);
+    EXPECT_EQ(metadata.endTime, metadata.cursorPositions.back().timestamp);
+    EXPECT_FALSE(metadata.hasSystemAudio || metadata.hasMicrophoneAudio || metadata.hasWebcam);
+}
+
+TEST_F(ScreenRecorderTest, LeavesNoMovieWithoutFramesButStillTellsThePointersPath) {
+    ScreenRecorder recorder(configuration(), platform);
+    recorder.start();
+    deliver(nullptr, FrameStatus::idle);
+    const auto metadata = recorder.stop();
+    EXPECT_FALSE(std::filesystem::exists(movie));
+    EXPECT_FALSE(metadata.cursorPositions.empty());
+}
+
+TEST_F(ScreenRecorderTest, RefusesAndCountsFramesThatTheEncoderHasNotCaughtUpWith) {
+    ScreenRecorder recorder(configuration(), platform);
+    recorder.start();
+    int refused = 0;
+    constexpr int offered = 60;
+    const auto picture = noisyPicture(1);
+    for (int index = 0; index < offered; ++index)
+        refused += deliver(picture) == SampleDisposition::refused ? 1 : 0;
+    const auto statistics = recorder.statistics();
+    EXPECT_GT(refused, 0) << "a burst without a pause outruns any encoder";
+    EXPECT_EQ(statistics.framesDropped, refused);
+    EXPECT_EQ(statistics.framesCaptured, offered - refused);
+    EXPECT_EQ(statistics.condition, RecordingCondition::recording);
+    recorder.stop();
+}
+
+TEST_F(ScreenRecorderTest, AStartThatFailsTellsWhyAndLeavesNothing) {
+    platform.startFailure = "the stream is tired";
+    EXPECT_EQ(startFailure(configuration()).description(),
+              "Failed to start screen capture: the stream is tired");
+    EXPECT_FALSE(std::filesystem::exists(movie));
+
+    auto elsewhere = configuration();
+    elsewhere.choice.displayID = 6;
+    EXPECT_EQ(startFailure(elsewhere).description(),
+              "Failed to start screen capture: Display not found");
+
+    auto noFolder = configuration();
+    noFolder.outputURL = folder.path() / "missing" / "recording.mov";
+    const auto error = startFailure(noFolder);
+    EXPECT_EQ(error.kind(), VantroError::Kind::assetWriterFailed);
+    EXPECT_THAT(error.message(), HasSubstr("Failed to create writer"));
+    EXPECT_THAT(error.message(), HasSubstr("No such file or directory"));
+}
+
+/// Lets files grow to `bytes` at most, as a disk that fills up does.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+  private:
+    rlimit m_before{};
+};
+
+TEST_F(ScreenRecorderTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReason) {
+    const FileSizeLimit limit(200'000);
+    ScreenRecorder recorder(configuration(), platform);
+    recorder.start();
+    unsigned seed = 0;
+    ASSERT_TRUE(test::eventually([&] {
+        deliver(noisyPicture(++seed));
+        return recorder.statistics().condition == RecordingCondition::writerFailed;
+    }));
+    EXPECT_EQ(deliver(noisyPicture(0)), SampleDisposition::taken) << "offering it again is in vain";
+    try {
+        recorder.stop();
+        FAIL() << "stop succeeded";
+    } catch (const VantroError& error) {
+        EXPECT_EQ(error.kind(), VantroError::Kind::assetWriterFailed);
+        EXPECT_THAT(error.message(), HasSubstr(movie.string()));
+        EXPECT_THAT(error.message(), HasSubstr("File too large"));
+    }
+    EXPECT_EQ(platform.output, nullptr) << "the stream has stopped";
+}
+
+TEST_F(ScreenRecorderTest, LogsTheStepsOfARecording) {
+    configureLog(LogLevel::info);
+    testing::internal::CaptureStderr();
+    auto wishes = configuration();
+    wishes.systemAudioEnabled = true;
+    ScreenRecorder recorder(wishes, platform);
+    recorder.start();
+    deliver(flatPicture(60));
+    platform.output->streamStopped("the screen went away");
+    EXPECT_EQ(recorder.statistics().condition, RecordingCondition::streamStopped);
+    recorder.stop();
+    configureLog(LogLevel::warning);
+    const std::string log = testing::internal::GetCapturedStderr();
+    std::size_t at = 0;
+    for (const std::string line :
+         {"Capturing screen: 320x240, systemAudio: true, mic: false\n",
+          "Display: 320x240, captureRect: (0, 0, 320, 240)\n", "Capture started\n",
+          "First frame at ", "Stream stopped with error: the screen went away\n",
+          "Stopping capture, 1 frames written\n", "Asset writer finished, status: 2\n"}) {
+        at = log.find(line, at);
+        ASSERT_NE(at, std::string::npos) << line << " is missing or out of order in\n" << log;
+    }
+}
+
+} // namespace
+} // namespace vantro

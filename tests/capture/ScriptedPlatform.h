@@ -1,0 +1,51 @@
+#pragma once
+
+#include "capture/CapturePlatform.h"
+
+#include <stdexcept>
+
+namespace vantro::test {
+
+/// A desktop with one display of 320 × 240 points whose stream does what the test tells it to.
+class ScriptedPlatform final : public CapturePlatform {
+  public:
+    static constexpr std::uint32_t displayID = 5;
+
+    std::expected<ShareableContent, std::string> shareableContent() override {
+        return ShareableContent{.displays = {{displayID, "scripted", {0, 0, 320, 240}, 1.0, true}},
+                                .windows = {}};
+    }
+
+    std::expected<std::unique_ptr<ScreenStream>, std::string>
+    makeScreenStream(const ContentFilter&, const ScreenStreamConfiguration&) override {
+        return std::make_unique<Stream>(*this);
+    }
+
+    std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() override {
+        return std::make_shared<RestingPointer>();
+    }
+
+    ScreenStreamOutput* output = nullptr; ///< while the stream runs
+    std::string startFailure;
+
+  private:
+    struct Stream final : ScreenStream {
+        explicit Stream(ScriptedPlatform& owner) : platform(owner) {}
+        void startCapture(ScreenStreamOutput& receiver) override {
+            if (!platform.startFailure.empty())
+                throw std::runtime_error(platform.startFailure);
+            platform.output = &receiver;
+        }
+        void stopCapture() override { platform.output = nullptr; }
+        ScriptedPlatform& platform;
+    };
+
+    struct RestingPointer final : PointerSource {
+        Point location() override { return {.x = 10, .y = 20}; }
+        std::unique_ptr<ClickMonitor> monitorPresses(MouseButton, std::function<void()>) override {
+            return nullptr;
+        }
+    };
+};
+
+} // namespace vantro::test

@@ -1,0 +1,122 @@
+#include "export/RecordingFixture.h"
+
+#include "media/AssetWriter.h"
+#include "media/ColorConversion.h"
+#include "model/Uuid.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+namespace vantro::testing {
+
+TemporaryFolder::TemporaryFolder()
+    : m_path(std::filesystem::temp_directory_path() / ("vantro-test-" + Uuid::random().toString())) {
+    std::filesystem::create_directories(m_path);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::shared_ptr<const PixelBuffer> asBgra(std::shared_ptr<const PixelBuffer> pixels) {
+    if (pixels->format() == PixelFormat::bgra)
+        return pixels;
+    auto bgra = PixelBuffer::allocate(PixelFormat::bgra, pixels->width(), pixels->height());
+    convertI420ToBgra(*pixels, *bgra);
+    return bgra;
+}
+
+Rgb meanColor(const PixelBuffer& bgra, int x, int y) {
+    constexpr int reach = 3;
+    long sums[3]{};
+    int count = 0;
+    for (int row = std::max(0, y - reach); row <= std::min(bgra.height() - 1, y + reach); ++row)
+        for (int column = std::max(0, x - reach); column <= std::min(bgra.width() - 1, x + reach);
+             ++column) {
+            const auto* pixel = bgra.row(0, row) + column * 4;
+            for (int channel = 0; channel < 3; ++channel)
+                sums[channel] += pixel[channel];
+            ++count;
+        }
+    return {static_cast<int>(sums[2] / count), static_cast<int>(sums[1] / count),
+            static_cast<int>(sums[0] / count)};
+}
+
+int distance(Rgb a, Rgb b) {
+    return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
+}
+
+void fill(PixelBuffer& bgra, Rgb color) {
+    for (int y = 0; y < bgra.height(); ++y) {
+        auto* pixel = bgra.mutableRow(0, y);
+        for (int x = 0; x < bgra.width(); ++x, pixel += 4) {
+            pixel[0] = static_cast<std::uint8_t>(color.blue);
+            pixel[1] = static_cast<std::uint8_t>(color.green);
+            pixel[2] = static_cast<std::uint8_t>(color.red);
+            pixel[3] = 255;
+        }
+    }
+}
+
+void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
+                int frameCount, const FramePainter& paint) {
+    AssetWriter writer(path, FileType::quickTimeMovie,
+                       {.width = width,
+                        .height = height,
+                        .expectedFrameRate = static_cast<double>(frameRate),
+                        .keyframeInterval = 0.5});
+    writer.startWriting();
+    writer.startSession({0, frameRate});
+    for (int index = 0; index < frameCount; ++index) {
+        auto pixels = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+        paint(*pixels, index);
+        writer.append({pixels, {index, frameRate}, {1, frameRate}});
+    }
+    writer.finish(MediaTime{frameCount, frameRate});
+}
+
+Rgb colorOfSecond(int second) {
+    constexpr Rgb colors[]{{200, 30, 30}, {30, 180, 30}, {30, 30, 200}, {230, 230, 230}};
+    return colors[second % 4];
+}
+
+void writeColorClock(const std::filesystem::path& path, int width, int height, int frameRate,
+                     int seconds) {
+    writeMovie(path, width, height, frameRate, seconds * frameRate,
+               [frameRate](PixelBuffer& bgra, int frame) {
+                   fill(bgra, colorOfSecond(frame / frameRate));
+               });
+}
+
+EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
+    EditedRecording edit;
+    edit.videoURL = movie;
+    edit.metadata.frameRate = frameRate;
+    edit.metadata.displayScaleFactor = 1;
+    edit.backgroundSettings = BackgroundSettings{.type = BackgroundColor{}, .padding = 0,
+                                                 .cornerRadius = 0};
+    edit.segments = fullLengthTimeline();
+    return edit;
+}
+
+nlohmann::json probe(const std::filesystem::path& file) {
+    const auto command = fmt::format("ffprobe -v error -count_frames -select_streams v:0 -of json "
+                                     "-show_streams -show_format '{}'",
+                                     file.string());
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
+    if (!pipe)
+        throw std::runtime_error("ffprobe cannot be run");
+    std::string output;
+    char chunk[4096];
+    while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe.get()))
+        output.append(chunk, count);
+    return nlohmann::json::parse(output);
+}
+
+} // namespace vantro::testing

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "export/ComposedMovie.h"
+#include "media/PixelBuffer.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace vantro::testing {
+
+/// A folder for one test's files, removed with everything in it.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    const std::filesystem::path& path() const { return m_path; }
+    bool isEmpty() const { return std::filesystem::is_empty(m_path); }
+
+  private:
+    std::filesystem::path m_path;
+};
+
+struct Rgb {
+    int red = 0;
+    int green = 0;
+    int blue = 0;
+};
+
+/// The same picture as bgra.
+std::shared_ptr<const PixelBuffer> asBgra(std::shared_ptr<const PixelBuffer> pixels);
+
+/// The mean colour of a small square round (x, y).
+Rgb meanColor(const PixelBuffer& bgra, int x, int y);
+/// Largest difference of any channel.
+int distance(Rgb a, Rgb b);
+
+using FramePainter = std::function<void(PixelBuffer& bgra, int frame)>;
+
+/// Writes a real H.264 movie at a constant rate, as a recording would be.
+void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
+                int frameCount, const FramePainter& paint);
+
+/// One flat colour over the whole frame.
+void fill(PixelBuffer& bgra, Rgb color);
+
+/// A movie whose colour tells the source second: red, green, blue, white, then again.
+Rgb colorOfSecond(int second);
+void writeColorClock(const std::filesystem::path& path, int width, int height, int frameRate,
+                     int seconds);
+
+/// An edit without padding, corners, cursor or zooms: output pixels are the recording's own.
+EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate);
+
+/// What an independent reader (ffprobe) says of a file's first video stream and format.
+nlohmann::json probe(const std::filesystem::path& file);
+
+} // namespace vantro::testing

@@ -1,0 +1,179 @@
+#include "TestMovies.h"
+#include "media/Asset.h"
+#include "media/FrameSource.h"
+#include "media/MediaError.h"
+
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using test::colorAt;
+using test::numberIn;
+using test::runFfmpeg;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+constexpr int width = 240;
+constexpr int height = 136;
+
+auto failsToOpen(const std::filesystem::path& path, const std::string& reason) {
+    return ThrowsMessage<MediaError>(AllOf(HasSubstr(path.string()), HasSubstr(reason)));
+}
+
+TEST(Asset, tellsPathAndReasonOfWhatCannotBeOpened) {
+    const test::TemporaryFolder folder;
+    const auto garbage = folder / "garbage.mov";
+    std::ofstream(garbage) << std::string(4000, 'x');
+    std::ofstream(folder / "empty.mov").flush();
+    EXPECT_THAT([&] { Asset::open(garbage); }, failsToOpen(garbage, "no movie"));
+    EXPECT_THAT([&] { Asset::open(folder / "empty.mov"); },
+                failsToOpen(folder / "empty.mov", "empty"));
+    EXPECT_THAT([&] { Asset::open(folder / "none.mov"); },
+                failsToOpen(folder / "none.mov", "No such file or directory"));
+    EXPECT_THAT([&] { Asset::open(folder / "."); }, failsToOpen(folder / ".", "Is a directory"));
+}
+
+TEST(Asset, tellsThatAMovieWasNeverFinished) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / "cut.mov";
+    runFfmpeg("-f lavfi -i testsrc2=s=320x180:d=2 -c:v libx264", movie);
+    std::filesystem::resize_file(movie, std::filesystem::file_size(movie) / 2);
+    EXPECT_THAT([&] { Asset::open(movie); }, failsToOpen(movie, "never finished"));
+}
+
+TEST(Asset, describesItsTracks) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / "a b:c'd.mov"; // a name that looks like a protocol's
+    runFfmpeg("-f lavfi -i testsrc2=s=322x182:r=30:d=2 -f lavfi -i sine=r=44100:d=1 -c:v libx264 "
+              "-c:a aac -ac 2",
+              folder / "plain.mov");
+    std::filesystem::rename(folder / "plain.mov", movie);
+    const auto asset = Asset::open(movie);
+    const auto video = asset.tracks(MediaType::video);
+    const auto audio = asset.tracks(MediaType::audio);
+    ASSERT_EQ(video.size(), 1U);
+    ASSERT_EQ(audio.size(), 1U);
+    EXPECT_EQ(video[0].codec, "h264");
+    EXPECT_EQ(video[0].naturalSize.width, 322);
+    EXPECT_EQ(video[0].naturalSize.height, 182);
+    EXPECT_EQ(video[0].nominalFrameRate, 30);
+    EXPECT_EQ(video[0].timeRange, (MediaTimeRange{{0, 1}, {2, 1}}));
+    EXPECT_EQ(audio[0].codec, "aac");
+    EXPECT_EQ(audio[0].sampleRate, 44'100);
+    EXPECT_EQ(audio[0].channelCount, 2);
+    EXPECT_EQ(asset.duration(), (MediaTime{2, 1}));
+}
+
+/// One way to store painted pictures.
+struct Storage {
+    const char* name;
+    const char* extension;
+    const char* arguments;
+    int tolerance = 6; ///< of colours, for lossy coding
+};
+
+void PrintTo(const Storage& storage, std::ostream* stream) {
+    *stream << storage.name;
+}
+
+class StoredPictures : public testing::TestWithParam<Storage> {};
+
+TEST_P(StoredPictures, showTheirNumbersAndColors) {
+    const test::TemporaryFolder folder;
+    test::writeRawPictures(folder / "raw", 20, width, height);
+    const auto movie = folder / (std::string("movie.") + GetParam().extension);
+    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw " +
+                  std::string(GetParam().arguments),
+              movie);
+    const auto asset = Asset::open(movie);
+    FrameSource source(asset, asset.tracks(MediaType::video).at(0).id);
+    for (const int number : {0, 7, 19, 3}) {
+        const auto frame = source.frameAt({2LL * number + 1, 40});
+        ASSERT_TRUE(frame);
+        EXPECT_NEAR(frame->presentationTime.seconds(), number / 20.0, 0.0006);
+        EXPECT_EQ(frame->pixels->width(), width);
+        EXPECT_EQ(frame->pixels->height(), height);
+        EXPECT_EQ(numberIn(*frame->pixels), number);
+        const auto color = colorAt(*frame->pixels, 121, 99);
+        const test::Rgb painted{30, 120, 200};
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            EXPECT_NEAR(color[channel], painted[channel], GetParam().tolerance);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, StoredPictures,
+    testing::Values(
+        Storage{"h264Bt601", "mp4", "-c:v libx264 -bf 3 -pix_fmt yuv420p"},
+        Storage{"h264Bt709", "mkv",
+                "-vf scale=out_color_matrix=bt709 -colorspace bt709 -c:v libx264 "
+                "-pix_fmt yuv420p"},
+        Storage{"h264TenBit", "mp4", "-c:v libx264 -pix_fmt yuv420p10le"},
+        Storage{"h264FullChroma", "mov", "-c:v libx264 -pix_fmt yuv444p"},
+        Storage{"vp9", "webm", "-c:v libvpx-vp9 -deadline realtime -b:v 2M -pix_fmt yuv420p"},
+        Storage{"motionJpegFullRange", "mov", "-c:v mjpeg -q:v 2 -pix_fmt yuvj420p"},
+        Storage{"proRes", "mov", "-c:v prores_ks"},
+        Storage{"pngWithAlpha", "mov", "-c:v png -pix_fmt rgba", 0},
+        Storage{"transportStreamFromAnyTime", "ts", "-c:v libx264 -bf 2 -pix_fmt yuv420p"},
+        Storage{"sampleAspect", "mp4",
+                "-vf scale=120:136,setsar=2/1 -c:v libx264 -qp 4 -pix_fmt yuv420p", 8}),
+    [](const auto& storage) { return storage.param.name; });
+
+TEST(Asset, showsRotatedMoviesUpright) {
+    const test::TemporaryFolder folder;
+    runFfmpeg("-f lavfi -i color=blue:s=160x96:r=10:d=0.5 -vf drawbox=w=80:h=48:c=red:t=fill,"
+              "drawbox=x=80:w=80:h=48:c=lime:t=fill -c:v libx264 -qp 4 -pix_fmt yuv420p",
+              folder / "flat.mp4");
+    for (const int rotation : {0, 90, 180, 270}) {
+        SCOPED_TRACE(rotation);
+        const auto movie = folder / "turned.mp4";
+        runFfmpeg("-i flat.mp4 -c copy -metadata:s:v rotate=" + std::to_string(rotation), movie);
+        const auto asset = Asset::open(movie);
+        const bool turned = rotation % 180 != 0;
+        EXPECT_EQ(asset.tracks().at(0).naturalSize.width, turned ? 96 : 160);
+        const auto frame = FrameSource(asset, 0).frameAt({0, 1});
+        ASSERT_TRUE(frame);
+        ASSERT_EQ(frame->pixels->width(), turned ? 96 : 160);
+
+        // Another player turns it by itself.
+        runFfmpeg("-i turned.mp4 -frames:v 1 -f rawvideo -pix_fmt rgb24", folder / "upright");
+        std::ifstream file(folder / "upright", std::ios::binary);
+        const std::string upright(std::istreambuf_iterator<char>(file), {});
+        ASSERT_EQ(upright.size(), 160U * 96 * 3);
+        for (const auto& [x, y] : {std::pair{20, 20}, {75, 20}, {20, 75}, {75, 75}}) {
+            const auto color = colorAt(*frame->pixels, x, y);
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                const auto at = (static_cast<std::size_t>(y) * frame->pixels->width() + x) * 3;
+                EXPECT_NEAR(color[channel], static_cast<unsigned char>(upright[at + channel]), 8)
+                    << x << "," << y;
+            }
+        }
+    }
+}
+
+TEST(Asset, startsWhereAPlayerStarts) {
+    const test::TemporaryFolder folder;
+    test::writeRawPictures(folder / "raw", 40, width, height);
+    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw -c:v libx264 -g 40 "
+              "-pix_fmt yuv420p",
+              folder / "whole.mp4");
+    // An edit list that begins between keyframes, without encoding again.
+    const auto movie = folder / "trimmed.mp4";
+    runFfmpeg("-ss 0.5 -i whole.mp4 -c copy", movie);
+    const auto asset = Asset::open(movie);
+    FrameSource source(asset, 0);
+    const auto first = source.frameAt({0, 1});
+    ASSERT_TRUE(first);
+    EXPECT_EQ(numberIn(*first->pixels), 10);
+    EXPECT_EQ(first->presentationTime, (MediaTime{0, 1}));
+    EXPECT_EQ(numberIn(*source.frameAt({1, 1})->pixels), 30);
+    EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,270 @@
+#include "TestMovies.h"
+#include "media/Asset.h"
+#include "media/AssetWriter.h"
+#include "media/FrameSource.h"
+#include "media/MediaError.h"
+
+#include <csignal>
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+namespace vantro {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr test::Rgb painted{200, 60, 90};
+
+VideoSettings settings(int width, int height, bool realTime) {
+    return {width, height, 20'000'000, 60, 0.5, realTime};
+}
+
+/// Opens, and starts a session at time zero.
+std::unique_ptr<AssetWriter> startedWriter(const std::filesystem::path& path, FileType type,
+                                           const VideoSettings& video) {
+    auto writer = std::make_unique<AssetWriter>(path, type, video);
+    writer->startWriting();
+    writer->startSession({0, 1});
+    return writer;
+}
+
+void appendWaiting(AssetWriter& writer, const VideoFrame& frame) {
+    while (!writer.append(frame))
+        ASSERT_FALSE(writer.isReadyForMoreMediaData()) << "refused for another reason";
+}
+
+std::shared_ptr<PixelBuffer> noise(int width, int height, unsigned seed) {
+    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+    std::mt19937 random(seed);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width * 4; ++x)
+            picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(random());
+    return picture;
+}
+
+TEST(AssetWriter, writesAnExportAsAnyPlayerExpectsIt) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / "export.mp4";
+    auto writer = startedWriter(movie, FileType::mpeg4, settings(480, 270, false));
+    for (int number = 0; number < 90; ++number)
+        ASSERT_TRUE(writer->append(
+            {test::paintedNumber(number, 480, 270, painted), {number, 60}, {1, 60}}));
+    EXPECT_EQ(folder.names().size(), 1U);
+    EXPECT_NE(folder.names().front(), "export.mp4"); // not before it is whole
+    writer->finish();
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"export.mp4"});
+    EXPECT_EQ(writer->frameCount(), 90);
+
+    const auto stream = test::probe(movie, "streams").at(0);
+    EXPECT_EQ(stream.at("codec_name"), "h264");
+    EXPECT_EQ(stream.at("profile"), "High");
+    EXPECT_EQ(stream.at("pix_fmt"), "yuv420p");
+    EXPECT_EQ(stream.at("nb_frames"), "90");
+    EXPECT_EQ(stream.at("r_frame_rate"), "60/1");
+    EXPECT_EQ(stream.at("start_pts"), 0);
+    EXPECT_EQ(stream.at("time_base"), "1/60000");
+    EXPECT_EQ(stream.at("duration_ts"), 90'000);
+    EXPECT_EQ(stream.at("color_range"), "tv");
+    for (const char* tag : {"color_space", "color_transfer", "color_primaries"})
+        EXPECT_EQ(stream.at(tag), "bt709") << tag;
+    std::ifstream file(movie, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    EXPECT_NE(bytes.find(std::string("colrnclx\0\1\0\1\0\1", 14)), std::string::npos);
+    EXPECT_LT(bytes.find("moov"), bytes.find("mdat")); // starts to play before it is loaded
+
+    const auto asset = Asset::open(movie);
+    EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
+    FrameSource source(asset, 0);
+    for (int number = 0; number < 90; number += 13) {
+        const auto frame = source.frameAt({number, 60});
+        EXPECT_EQ(frame->presentationTime, (MediaTime{number, 60}));
+        EXPECT_EQ(test::numberIn(*frame->pixels), number);
+        const auto color = test::colorAt(*frame->pixels, 300, 200);
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            EXPECT_NEAR(color[channel], painted[channel], 3);
+    }
+}
+
+TEST(AssetWriter, keepsTheTimesOfALiveSourceToTheTickAndItsEnd) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / "recording.mov";
+    AssetWriter writer(movie, FileType::quickTimeMovie, settings(320, 180, true));
+    writer.startWriting();
+    constexpr std::int64_t start = 86'400'123'456'789; // nanoseconds of a host clock
+    writer.startSession({start, 1'000'000'000});
+    EXPECT_TRUE(std::filesystem::exists(movie)); // it grows under its own name
+    std::vector<std::int64_t> times{0, 7'000'001, 16'683'350, 900'000'000, 3'400'000'000};
+    for (int extra = 1; extra <= 60; ++extra)
+        times.push_back(3'400'000'000 + extra * 16'666'667LL);
+    for (std::size_t i = 0; i < times.size(); ++i)
+        appendWaiting(writer, {test::paintedNumber(static_cast<int>(i), 320, 180),
+                               {start + times[i], 1'000'000'000},
+                               {}});
+    writer.finish(MediaTime{start + 9'000'000'000, 1'000'000'000});
+
+    const auto frames = test::probe(movie, "frames");
+    ASSERT_EQ(frames.size(), times.size());
+    std::int64_t lastKeyframe = 0;
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        const std::int64_t pts = frames[i].at("pts");
+        EXPECT_EQ(pts, std::llround(static_cast<double>(times[i]) * 60'000 / 1e9));
+        const bool due = i == 0 || pts - lastKeyframe >= 30'000;
+        EXPECT_EQ(frames[i].at("key_frame"), due ? 1 : 0) << i;
+        if (due)
+            lastKeyframe = pts;
+    }
+    const auto stream = test::probe(movie, "streams").at(0);
+    EXPECT_EQ(stream.at("profile"), "High");
+    EXPECT_EQ(stream.at("has_b_frames"), 0);
+    EXPECT_EQ(stream.at("duration_ts"), 540'000);
+    const auto asset = Asset::open(movie);
+    EXPECT_EQ(asset.duration(), (MediaTime{9, 1}));
+    FrameSource source(asset, 0);
+    EXPECT_EQ(test::numberIn(*source.frameAt({3, 1})->pixels), 3);
+    const auto last = source.frameAt({9, 1});
+    EXPECT_EQ(last->presentationTime + last->duration, (MediaTime{9, 1}));
+}
+
+TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
+    const test::TemporaryFolder folder;
+    auto writer = startedWriter(folder / "m.mp4", FileType::mpeg4, settings(64, 64, false));
+    const ColorDescription fullRange601{ColorMatrix::bt601, true};
+    auto i420 = PixelBuffer::allocate(PixelFormat::i420, 64, 64, fullRange601);
+    const std::uint8_t samples[]{100, 90, 180};
+    for (int plane = 0; plane < 3; ++plane)
+        for (int y = 0; y < i420->planeHeight(plane); ++y)
+            std::fill_n(i420->mutableRow(plane, y), i420->stride(plane), samples[plane]);
+    for (int index = 0; index < 10; ++index)
+        ASSERT_TRUE(writer->append({i420, {index, 60}, {1, 60}}));
+    writer->finish();
+    FrameSource source(Asset::open(folder / "m.mp4"), 0);
+    for (const int index : {0, 9}) {
+        const auto written = test::colorAt(*source.frameAt({index, 60})->pixels, 32, 32);
+        const auto original = test::colorAt(*i420, 32, 32);
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            EXPECT_NEAR(written[channel], original[channel], 3);
+    }
+}
+
+TEST(AssetWriter, refusesLiveFramesWhileItsQueueIsFullAndTimesThatDoNotAscend) {
+    const test::TemporaryFolder folder;
+    auto writer =
+        startedWriter(folder / "m.mov", FileType::quickTimeMovie, settings(1920, 1080, true));
+    const auto first = noise(1920, 1080, 1);
+    const auto second = noise(1920, 1080, 2);
+    int taken = 0;
+    bool wasFull = false;
+    for (int index = 0; index < 100; ++index) {
+        wasFull = wasFull || !writer->isReadyForMoreMediaData();
+        taken += writer->append({index % 2 == 0 ? first : second, {index, 60}, {}}) ? 1 : 0;
+    }
+    EXPECT_TRUE(wasFull);
+    EXPECT_GE(taken, 8);
+    EXPECT_LT(taken, 90); // noise takes far longer to encode than to append
+    EXPECT_FALSE(writer->append({first, {0, 60}, {}}));
+    writer->finish();
+    EXPECT_EQ(writer->frameCount(), taken);
+    EXPECT_EQ(test::probe(folder / "m.mov", "streams").at(0).at("nb_frames"),
+              std::to_string(taken));
+}
+
+TEST(AssetWriter, reportsAFullDisk) {
+    const test::TemporaryFolder folder;
+    const auto path = folder / "full.mov";
+    std::filesystem::create_symlink("/dev/full", path);
+    AssetWriter writer(path, FileType::quickTimeMovie, settings(640, 360, false));
+    const auto record = [&] {
+        writer.startWriting();
+        writer.startSession({0, 1});
+        const auto picture = noise(640, 360, 1);
+        int index = 0;
+        while (index < 500 && writer.append({picture, {index, 60}, {}}))
+            ++index;
+        EXPECT_LT(index, 500);
+        writer.finish();
+    };
+    EXPECT_THAT(record, testing::ThrowsMessage<MediaError>(
+                            AllOf(HasSubstr(path.string()), HasSubstr("No space left on device"))));
+    EXPECT_TRUE(std::filesystem::exists("/dev/full"));
+}
+
+/// Limits how large files of this process may grow, as a quota does.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        m_handler = std::signal(SIGXFSZ, SIG_IGN); // makes the write fail instead
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit m_before{};
+    void (*m_handler)(int) = nullptr;
+};
+
+TEST(AssetWriter, aFailedExportLeavesTheEarlierFile) {
+    const test::TemporaryFolder folder;
+    const auto path = folder / "movie.mp4";
+    std::ofstream(path) << "earlier";
+    auto writer = startedWriter(path, FileType::mpeg4, settings(640, 360, false));
+    {
+        const FileSizeLimit limit(300'000);
+        bool taken = true;
+        for (int index = 0; index < 300 && taken; ++index)
+            taken = writer->append({noise(640, 360, index), {index, 60}, {1, 60}});
+        EXPECT_FALSE(taken); // failed, so it no longer takes frames
+        EXPECT_FALSE(writer->isReadyForMoreMediaData());
+        EXPECT_THAT([&] { writer->finish(); },
+                    testing::ThrowsMessage<MediaError>(
+                        AllOf(HasSubstr(path.string()), HasSubstr("File too large"))));
+    }
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"movie.mp4"});
+    EXPECT_EQ(std::filesystem::file_size(path), 7U);
+}
+
+TEST(AssetWriter, cancelRemovesItsOwnFileAndNoOther) {
+    const test::TemporaryFolder folder;
+    std::ofstream(folder / "movie.mp4") << "earlier";
+    {
+        auto exported =
+            startedWriter(folder / "movie.mp4", FileType::mpeg4, settings(64, 64, false));
+        auto recorded = startedWriter(folder / "recording.mov", FileType::quickTimeMovie,
+                                      settings(64, 64, true));
+        for (int index = 0; index < 5; ++index) {
+            exported->append({test::paintedNumber(index, 64, 64), {index, 60}, {}});
+            recorded->append({test::paintedNumber(index, 64, 64), {index, 60}, {}});
+        }
+        recorded->cancel();
+        recorded->cancel(); // twice does no harm
+    } // the other one is cancelled by its destructor
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"movie.mp4"});
+    EXPECT_EQ(std::filesystem::file_size(folder / "movie.mp4"), 7U);
+}
+
+TEST(AssetWriter, refusesWhatCannotBecomeAMovie) {
+    const test::TemporaryFolder folder;
+    const auto missing = folder / "none/movie.mp4";
+    EXPECT_THAT([&] { AssetWriter(missing, FileType::mpeg4, settings(64, 64, false)); },
+                testing::ThrowsMessage<MediaError>(
+                    AllOf(HasSubstr(missing.string()), HasSubstr("No such file or directory"))));
+    EXPECT_THROW(AssetWriter(folder / "odd.mov", FileType::quickTimeMovie, settings(63, 64, true)),
+                 MediaError);
+    auto empty = startedWriter(folder / "e.mov", FileType::quickTimeMovie, settings(64, 64, true));
+    EXPECT_THROW(empty->finish(), MediaError);
+    EXPECT_TRUE(folder.names().empty());
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,226 @@
+#include "media/ColorConversion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <hwy/highway.h>
+
+namespace vantro {
+namespace {
+
+/// Runs a check with each instruction set that this processor has and the code was built for.
+template <typename Check>
+void withEachInstructionSet(const Check& check) {
+    for (const std::int64_t target : {HWY_EMU128, HWY_SSSE3, HWY_SSE4, HWY_AVX2, HWY_AVX3}) {
+        const bool isPortable = target == HWY_EMU128;
+        if (!isPortable && (hwy::SupportedTargets() & target) == 0)
+            continue;
+        SCOPED_TRACE(hwy::TargetName(target));
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().DeInit();
+        check();
+        hwy::SetSupportedTargetsForTest(0);
+        hwy::GetChosenTarget().DeInit();
+    }
+}
+
+void fillWithNoise(PixelBuffer& picture, unsigned seed) {
+    std::mt19937 random(seed);
+    for (int plane = 0; plane < picture.planeCount(); ++plane)
+        for (int y = 0; y < picture.planeHeight(plane); ++y)
+            std::generate_n(picture.mutableRow(plane, y), picture.stride(plane),
+                            [&] { return static_cast<std::uint8_t>(random()); });
+}
+
+struct Yuv {
+    double y;
+    double u;
+    double v;
+};
+
+/// BT.709 limited range, straight from the standard's definition.
+Yuv exactYuv(double red, double green, double blue) {
+    const double luma = 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    return {16 + luma * 219 / 255, 128 + (blue - luma) / 1.8556 * 224 / 255,
+            128 + (red - luma) / 1.5748 * 224 / 255};
+}
+
+/// The exact colour of the mean of a block of pixels, cut off at the picture's edges.
+Yuv exactBlock(const PixelBuffer& bgra, int x, int y, int side) {
+    double sums[3]{};
+    int count = 0;
+    for (int row = y; row < std::min(y + side, bgra.height()); ++row) {
+        for (int column = x; column < std::min(x + side, bgra.width()); ++column, ++count) {
+            for (int channel = 0; channel < 3; ++channel)
+                sums[channel] += bgra.row(0, row)[column * 4 + channel];
+        }
+    }
+    return exactYuv(sums[2] / count, sums[1] / count, sums[0] / count);
+}
+
+double worstI420Error(const PixelBuffer& bgra, const PixelBuffer& i420) {
+    double worst = 0;
+    for (int y = 0; y < bgra.height(); ++y) {
+        for (int x = 0; x < bgra.width(); ++x) {
+            worst = std::max(worst, std::abs(exactBlock(bgra, x, y, 1).y - i420.row(0, y)[x]));
+            const Yuv block = exactBlock(bgra, x & ~1, y & ~1, 2);
+            worst = std::max(worst, std::abs(block.u - i420.row(1, y / 2)[x / 2]));
+            worst = std::max(worst, std::abs(block.v - i420.row(2, y / 2)[x / 2]));
+        }
+    }
+    return worst;
+}
+
+/// Chroma at a pixel's centre, bilinear between block centres, the edge samples reaching outwards.
+double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
+    const int columns = (i420.width() + 1) / 2;
+    const int rows = (i420.height() + 1) / 2;
+    const double cx = (x - 0.5) / 2;
+    const double cy = (y - 0.5) / 2;
+    const int left = static_cast<int>(std::floor(cx));
+    const int top = static_cast<int>(std::floor(cy));
+    const auto sample = [&](int column, int row) -> double {
+        return i420.row(plane, std::clamp(row, 0, rows - 1))[std::clamp(column, 0, columns - 1)];
+    };
+    const double fx = cx - left;
+    const double fy = cy - top;
+    return (sample(left, top) * (1 - fx) + sample(left + 1, top) * fx) * (1 - fy) +
+           (sample(left, top + 1) * (1 - fx) + sample(left + 1, top + 1) * fx) * fy;
+}
+
+double worstBgraError(const PixelBuffer& i420, PixelRect rect, const std::uint8_t* bgra,
+                      std::ptrdiff_t stride) {
+    const auto color = i420.color();
+    const double kr = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double kb = color.matrix == ColorMatrix::bt709 ? 0.0722 : 0.114;
+    double worst = 0;
+    for (int y = 0; y < rect.height; ++y) {
+        for (int x = 0; x < rect.width; ++x) {
+            const double sample = i420.row(0, rect.y + y)[rect.x + x];
+            const double luma = color.fullRange ? sample : (sample - 16) * 255 / 219;
+            const double scale = color.fullRange ? 1 : 255.0 / 224;
+            const double u = (exactChroma(i420, 1, rect.x + x, rect.y + y) - 128) * scale;
+            const double v = (exactChroma(i420, 2, rect.x + x, rect.y + y) - 128) * scale;
+            const double red = luma + 2 * (1 - kr) * v;
+            const double blue = luma + 2 * (1 - kb) * u;
+            const double green =
+                luma - (2 * kr * (1 - kr) * v + 2 * kb * (1 - kb) * u) / (1 - kr - kb);
+            const std::uint8_t* pixel = bgra + y * stride + x * 4;
+            const double exact[]{blue, green, red, 255};
+            for (int channel = 0; channel < 4; ++channel)
+                worst = std::max(worst,
+                                 std::abs(std::clamp(exact[channel], 0.0, 255.0) - pixel[channel]));
+        }
+    }
+    return worst;
+}
+
+// Half a unit is what rounding costs; the rest is room for fixed-point factors.
+constexpr double roundingError = 0.58;
+
+TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
+    withEachInstructionSet([] {
+        for (const auto& [width, height] :
+             {std::pair{1, 1}, {2, 2}, {3, 5}, {31, 7}, {64, 4}, {97, 33}, {129, 2}, {258, 6}}) {
+            SCOPED_TRACE(testing::Message() << width << "x" << height);
+            const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+            const auto i420 = PixelBuffer::allocate(PixelFormat::i420, width, height);
+            fillWithNoise(*bgra, static_cast<unsigned>(width));
+            convertBgraToI420(*bgra, *i420);
+            EXPECT_LT(worstI420Error(*bgra, *i420), roundingError);
+        }
+    });
+}
+
+TEST(ColorConversion, aRectangleChangesOnlyItsOwnPixels) {
+    withEachInstructionSet([] {
+        const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 201, 51);
+        const auto whole = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
+        fillWithNoise(*bgra, 7);
+        convertBgraToI420(*bgra, *whole);
+        for (const PixelRect rect : {PixelRect{0, 0, 2, 2},
+                                     {38, 6, 90, 30},
+                                     {100, 50, 101, 1},
+                                     {200, 0, 1, 51},
+                                     {4, 4, 0, 0}}) {
+            const auto part = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
+            for (int plane = 0; plane < 3; ++plane)
+                for (int y = 0; y < part->planeHeight(plane); ++y)
+                    std::fill_n(part->mutableRow(plane, y), part->stride(plane), 77);
+            convertBgraRectToI420(bgra->row(0, rect.y) + rect.x * 4, bgra->stride(0), rect, *part);
+            for (int plane = 0; plane < 3; ++plane) {
+                const int step = plane == 0 ? 1 : 2;
+                for (int y = 0; y < part->planeHeight(plane); ++y) {
+                    for (int x = 0; x < (201 + step - 1) / step; ++x) {
+                        const bool inside = x * step >= rect.x && x * step < rect.x + rect.width &&
+                                            y * step >= rect.y && y * step < rect.y + rect.height;
+                        ASSERT_EQ(part->row(plane, y)[x], inside ? whole->row(plane, y)[x] : 77)
+                            << "plane " << plane << " at " << x << "," << y;
+                    }
+                }
+            }
+        }
+    });
+}
+
+TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
+    withEachInstructionSet([] {
+        for (const ColorDescription color : {ColorDescription{ColorMatrix::bt709, false},
+                                             {ColorMatrix::bt709, true},
+                                             {ColorMatrix::bt601, false},
+                                             {ColorMatrix::bt601, true}}) {
+            const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 601, 21, color);
+            fillWithNoise(*i420, 3);
+            for (const PixelRect rect : {PixelRect{0, 0, 601, 21},
+                                         {1, 0, 1, 1},
+                                         {255, 3, 3, 4},
+                                         {37, 5, 530, 9},
+                                         {600, 20, 1, 1},
+                                         {511, 0, 90, 2}}) {
+                constexpr int margin = 8;
+                const std::ptrdiff_t stride = rect.width * 4 + margin;
+                std::vector<std::uint8_t> bgra(static_cast<std::size_t>(stride * rect.height), 99);
+                i420RegionToBgra(*i420, rect, bgra.data(), stride);
+                EXPECT_LT(worstBgraError(*i420, rect, bgra.data(), stride), roundingError)
+                    << rect.x << "," << rect.y;
+                for (int y = 0; y < rect.height; ++y)
+                    EXPECT_EQ(std::count(bgra.begin() + y * stride + rect.width * 4L,
+                                         bgra.begin() + (y + 1) * stride, 99),
+                              margin);
+            }
+        }
+    });
+}
+
+TEST(ColorConversion, grayStaysGrayThereAndBack) {
+    const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 256, 2);
+    const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 256, 2);
+    const auto back = PixelBuffer::allocate(PixelFormat::bgra, 256, 2);
+    for (int y = 0; y < 2; ++y)
+        for (int x = 0; x < 256; ++x)
+            std::fill_n(bgra->mutableRow(0, y) + x * 4, 4, static_cast<std::uint8_t>(x));
+    convertBgraToI420(*bgra, *i420);
+    EXPECT_EQ(i420->row(0, 0)[0], 16);
+    EXPECT_EQ(i420->row(0, 0)[255], 235);
+    convertI420ToBgra(*i420, *back);
+    for (int x = 0; x < 256; ++x) {
+        const std::uint8_t* pixel = back->row(0, 1) + x * 4;
+        EXPECT_EQ(pixel[0], pixel[1]);
+        EXPECT_EQ(pixel[1], pixel[2]);
+        EXPECT_NEAR(pixel[1], x, 1);
+    }
+}
+
+TEST(ColorConversionDeathTest, refusesRectanglesThatCutChromaBlocks) {
+    const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 20, 20);
+    const std::vector<std::uint8_t> bgra(4 * 20 * 20);
+    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {1, 0, 4, 4}, *i420), "chroma blocks");
+    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {0, 0, 4, 3}, *i420), "chroma blocks");
+    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {10, 0, 12, 4}, *i420), "leaves");
+}
+
+} // namespace
+} // namespace vantro

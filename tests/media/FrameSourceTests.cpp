@@ -1,0 +1,138 @@
+#include "TestMovies.h"
+#include "media/FrameSource.h"
+#include "media/MediaError.h"
+
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+constexpr int frameCount = 120;
+
+/// When picture `number` of the test movies is shown: irregular, in ticks of 1/90000 s.
+std::int64_t ticksOf(int number) {
+    return number * 1500LL + number * number * 37 % 11 * 100;
+}
+
+/// Painted pictures at irregular times, with reordered frames and open groups of pictures.
+void makeMovie(const std::filesystem::path& movie, const std::string& options) {
+    test::writeRawPictures(movie.parent_path() / "raw", frameCount, 160, 90);
+    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 160x90 -r 60 -i raw "
+                    "-vf \"settb=1/90000,setpts='N*1500+mod(N*N*37,11)*100'\" -vsync passthrough "
+                    "-enc_time_base 1:90000 -c:v libx264 -pix_fmt yuv420p " +
+                        options,
+                    movie);
+}
+
+int numberShownAt(FrameSource& source, std::int64_t ticks) {
+    const auto frame = source.frameAt({ticks, 90'000});
+    return frame ? test::numberIn(*frame->pixels) : -1;
+}
+
+class FrameSourceOfMovie : public testing::TestWithParam<std::pair<const char*, const char*>> {};
+
+TEST_P(FrameSourceOfMovie, findsTheLatestPictureNotAfterAnyTimeInAnyOrder) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / GetParam().first;
+    makeMovie(movie, GetParam().second);
+    const auto asset = Asset::open(movie);
+    FrameSource source(asset, 0);
+    for (int number = 0; number < frameCount; ++number) {
+        ASSERT_EQ(numberShownAt(source, ticksOf(number)), number);
+        ASSERT_EQ(numberShownAt(source, ticksOf(number + 1) - 1), number);
+    }
+    std::mt19937 random(5);
+    for (int i = 0; i < 60; ++i) {
+        const int number = static_cast<int>(random() % frameCount);
+        ASSERT_EQ(numberShownAt(source, ticksOf(number)), number) << "after " << i << " jumps";
+        if (number > 0) {
+            ASSERT_EQ(numberShownAt(source, ticksOf(number) - 1), number - 1);
+        }
+    }
+    EXPECT_EQ(numberShownAt(source, -90'000), 0);
+    EXPECT_EQ(numberShownAt(source, ticksOf(frameCount) * 10), frameCount - 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, FrameSourceOfMovie,
+    testing::Values(std::pair{"shortGroups.mov", "-bf 3 -g 12 -video_track_timescale 90000"},
+                    std::pair{"openGroups.mp4", "-bf 3 -g 30 -flags -cgop -x264-params "
+                                                "open-gop=1:b-pyramid=normal "
+                                                "-video_track_timescale 90000"},
+                    std::pair{"oneGroup.mov", "-bf 2 -g 1000 -video_track_timescale 90000"},
+                    std::pair{"broadcast.ts", "-bf 2 -g 20"}));
+
+TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 2 -g 30 -video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    const auto frame = source.frameAt({ticksOf(50), 90'000});
+    const auto again = source.frameAt({ticksOf(51) - 1, 90'000});
+    const auto next = source.frameAt({ticksOf(51), 90'000});
+    const auto back = source.frameAt({ticksOf(50), 90'000});
+    EXPECT_EQ(frame->pixels, again->pixels);
+    EXPECT_NE(frame->pixels, next->pixels);
+    EXPECT_EQ(frame->pixels, back->pixels);
+    EXPECT_EQ(frame->presentationTime, (MediaTime{ticksOf(50), 90'000}));
+    EXPECT_EQ(frame->duration, (MediaTime{ticksOf(51) - ticksOf(50), 90'000}));
+}
+
+TEST(FrameSource, needsAVideoTrack) {
+    const test::TemporaryFolder folder;
+    test::runFfmpeg("-f lavfi -i sine=d=1", folder / "sound.wav");
+    const auto asset = Asset::open(folder / "sound.wav");
+    EXPECT_THAT([&] { FrameSource(asset, 0); },
+                testing::ThrowsMessage<MediaError>("No video track found"));
+}
+
+/// Reads a movie of which the part from `from` seconds on is spoilt.
+void expectBreak(const std::filesystem::path& movie, double from, double to) {
+    FrameSource source(Asset::open(movie), 0);
+    constexpr int margin = 200; // ticks: some containers round to milliseconds
+    int number = 0;
+    try {
+        for (; number < frameCount; ++number)
+            ASSERT_EQ(numberShownAt(source, ticksOf(number) + margin), number);
+        FAIL() << "the break went unnoticed";
+    } catch (const MediaError& error) {
+        const std::string text = error.what();
+        const auto prefix = movie.string() + " breaks off at ";
+        ASSERT_THAT(text, testing::StartsWith(prefix));
+        EXPECT_THAT(text, testing::HasSubstr(" of 2.0"));
+        EXPECT_THAT(text, testing::HasSubstr("Invalid data"));
+        const double told = std::stod(text.substr(prefix.size()));
+        EXPECT_GE(told, from);
+        EXPECT_LE(told, to);
+        EXPECT_NEAR(told, number / 60.0, 0.1); // everything before it was shown
+    }
+}
+
+TEST(FrameSource, tellsWhereATruncatedMovieBreaksOff) {
+    const test::TemporaryFolder folder;
+    for (const std::string name : {"cut.mp4", "cut.mkv"}) {
+        SCOPED_TRACE(name);
+        const auto movie = folder / name;
+        makeMovie(movie, "-bf 2 -g 15 -x264-params keyint=15 -movflags faststart");
+        std::filesystem::resize_file(movie, std::filesystem::file_size(movie) * 6 / 10);
+        expectBreak(movie, 0.5, 1.9);
+    }
+}
+
+TEST(FrameSource, tellsWhereADamagedMovieBreaksOff) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / "damaged.mov";
+    makeMovie(movie, "-bf 2 -g 15");
+    const auto packet = test::probe(movie, "packets").at(60);
+    std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(std::stol(packet.at("pos").get<std::string>()));
+    file << std::string(std::stoul(packet.at("size").get<std::string>()), '\x5a');
+    file.close();
+    expectBreak(movie, 0.9, 1.05);
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,121 @@
+#include "TestMovies.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace vantro::test {
+namespace {
+
+constexpr int blocks = 12;
+
+/// The blocks stand in the upper quarter, leaving the rest to the picture's colour.
+int blockSide(int width) {
+    return width / blocks;
+}
+
+std::string quoted(const std::filesystem::path& path) {
+    return "'" + path.string() + "'";
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() {
+    auto pattern = (std::filesystem::temp_directory_path() / "media-test-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("no temporary folder");
+    m_path = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::vector<std::string> TemporaryFolder::names() const {
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        found.push_back(entry.path().filename());
+    std::ranges::sort(found);
+    return found;
+}
+
+std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height, Rgb color) {
+    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+    const int side = blockSide(width);
+    for (int y = 0; y < height; ++y) {
+        std::uint8_t* pixel = picture->mutableRow(0, y);
+        for (int x = 0; x < width; ++x, pixel += 4) {
+            const bool inBlocks = y < side && x / side < blocks;
+            const int block = (number >> (x / side)) % 2 == 0 ? 0 : 255;
+            for (int channel = 0; channel < 3; ++channel)
+                pixel[channel] = static_cast<std::uint8_t>(inBlocks ? block : color[2 - channel]);
+            pixel[3] = 255;
+        }
+    }
+    return picture;
+}
+
+int numberIn(const PixelBuffer& picture) {
+    const int side = blockSide(picture.width());
+    int number = 0;
+    for (int block = 0; block < blocks; ++block) {
+        const int x = block * side + side / 2;
+        if (colorAt(picture, x, side / 2)[1] > 127)
+            number |= 1 << block;
+    }
+    return number;
+}
+
+Rgb colorAt(const PixelBuffer& picture, int x, int y) {
+    if (picture.format() == PixelFormat::bgra) {
+        const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
+        return {pixel[2], pixel[1], pixel[0]};
+    }
+    const auto color = picture.color();
+    const double kr = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double kb = color.matrix == ColorMatrix::bt709 ? 0.0722 : 0.114;
+    const double luma =
+        color.fullRange ? picture.row(0, y)[x] / 255.0 : (picture.row(0, y)[x] - 16) / 219.0;
+    const double chromaScale = color.fullRange ? 255.0 : 224.0;
+    const double u = (picture.row(1, y / 2)[x / 2] - 128) / chromaScale;
+    const double v = (picture.row(2, y / 2)[x / 2] - 128) / chromaScale;
+    const double red = luma + 2 * (1 - kr) * v;
+    const double blue = luma + 2 * (1 - kb) * u;
+    const double green = (luma - kr * red - kb * blue) / (1 - kr - kb);
+    const auto byte = [](double value) {
+        return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
+    };
+    return {byte(red), byte(green), byte(blue)};
+}
+
+void writeRawPictures(const std::filesystem::path& path, int count, int width, int height) {
+    std::ofstream file(path, std::ios::binary);
+    for (int number = 0; number < count; ++number) {
+        const auto picture = paintedNumber(number, width, height);
+        for (int y = 0; y < height; ++y)
+            file.write(reinterpret_cast<const char*>(picture->row(0, y)),
+                       std::streamsize{width} * 4);
+    }
+}
+
+void runFfmpeg(const std::string& arguments, const std::filesystem::path& output) {
+    const std::string command = "cd " + quoted(output.parent_path()) +
+                                " && ffmpeg -nostdin -v error -y " + arguments + " " +
+                                quoted(output);
+    ASSERT_EQ(std::system(command.c_str()), 0) << command; // NOLINT(concurrency-mt-unsafe)
+}
+
+nlohmann::json probe(const std::filesystem::path& movie, const std::string& section) {
+    const std::string command =
+        "ffprobe -v error -of json -select_streams v:0 -show_" + section + " " + quoted(movie);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
+                                                               ::pclose);
+    return nlohmann::json::parse(pipe.get()).at(section);
+}
+
+} // namespace vantro::test

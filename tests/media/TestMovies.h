@@ -1,0 +1,50 @@
+#pragma once
+
+#include "media/VideoFrame.h"
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace vantro::test {
+
+/// A folder that goes away with its contents.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    std::vector<std::string> names() const;
+
+  private:
+    std::filesystem::path m_path;
+};
+
+using Rgb = std::array<int, 3>;
+
+/// A picture of one colour that shows `number` (below 4096) as a row of black and white blocks,
+/// which survive lossy coding, scaling and any colour space.
+std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height,
+                                           Rgb color = {30, 120, 200});
+/// The number painted into the picture.
+int numberIn(const PixelBuffer& picture);
+/// The picture's colour at a place, by floating-point arithmetic of our own.
+Rgb colorAt(const PixelBuffer& picture, int x, int y);
+
+/// Painted numbers from 0 on, as a file of raw bgra pictures.
+void writeRawPictures(const std::filesystem::path& path, int count, int width, int height);
+
+/// Runs `ffmpeg -y <arguments>` in the folder of `output`, quoting as in a shell, and fails the
+/// test when that fails.
+void runFfmpeg(const std::string& arguments, const std::filesystem::path& output);
+/// What ffprobe reports with `-show_<section>` for the first video stream.
+nlohmann::json probe(const std::filesystem::path& movie, const std::string& section);
+
+} // namespace vantro::test

@@ -1,0 +1,130 @@
+#include "render/CursorImage.h"
+#include "render/CursorThemeFile.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+const std::uint8_t* pixel(const PixelBuffer& picture, double x, double y) {
+    return picture.row(0, static_cast<int>(y)) + static_cast<std::ptrdiff_t>(x) * 4;
+}
+
+TEST(BuiltInCursor, IsABlackArrowWithAWhiteRimWhoseTipIsTheHotSpot) {
+    const CursorImage arrow = standardCursor(CursorStyle::builtIn);
+    EXPECT_FLOAT_EQ(arrow.height, 24);
+    EXPECT_GE(arrow.pixels->height(), 200);
+    const double scale = arrow.pixels->height() / arrow.height;
+    const auto at = [&](double right, double down) {
+        return pixel(*arrow.pixels, (arrow.hotSpotX + right) * scale,
+                     (arrow.hotSpotY + down) * scale);
+    };
+    const auto* inside = at(2, 6);
+    EXPECT_EQ(inside[0] + inside[1] + inside[2], 0);
+    EXPECT_EQ(inside[3], 255);
+    const auto* rim = at(-0.8, 6);
+    EXPECT_EQ(rim[0] + rim[1] + rim[2] + rim[3], 4 * 255);
+    EXPECT_LT(at(-3, 6)[3], 10);
+    EXPECT_LT(at(1, -2.2)[3], 10);
+}
+
+TEST(BuiltInCursor, IsPremultiplied) {
+    const CursorImage arrow = standardCursor(CursorStyle::builtIn);
+    for (int y = 0; y < arrow.pixels->height(); ++y)
+        for (int x = 0; x < arrow.pixels->width(); ++x) {
+            const auto* p = pixel(*arrow.pixels, x, y);
+            ASSERT_LE(std::max({p[0], p[1], p[2]}), p[3]);
+        }
+}
+
+/// A directory of cursor themes made for one test.
+class ThemeDirectory {
+  public:
+    ThemeDirectory() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "themes.XXXXXX").string();
+        m_path = ::mkdtemp(pattern.data());
+        std::filesystem::create_directories(m_path / "test" / "cursors");
+        ::setenv("XCURSOR_PATH", m_path.c_str(), 1);
+        ::setenv("XCURSOR_THEME", "test", 1);
+    }
+    ~ThemeDirectory() { std::filesystem::remove_all(m_path); }
+
+    std::filesystem::path arrowFile() const { return m_path / "test" / "cursors" / "left_ptr"; }
+
+  private:
+    std::filesystem::path m_path;
+};
+
+TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
+    const ThemeDirectory themes;
+    ASSERT_TRUE(test::writeCursorFile(themes.arrowFile(), {24, 96, 48}));
+    const CursorImage cursor = standardCursor(CursorStyle::theme);
+    ASSERT_EQ(cursor.pixels->width(), 144);
+    EXPECT_FLOAT_EQ(cursor.width, 36);
+    EXPECT_FLOAT_EQ(cursor.height, 36);
+    EXPECT_FLOAT_EQ(cursor.hotSpotX, 6);
+    EXPECT_FLOAT_EQ(cursor.hotSpotY, 3);
+    const auto* p = pixel(*cursor.pixels, 70, 70);
+    EXPECT_EQ((std::array{p[0], p[1], p[2], p[3]}),
+              (std::array<std::uint8_t, 4>{0x10 + 96, 0x20, 0x40, 0x80}));
+}
+
+TEST(ThemeCursor, FallsBackToTheBuiltInArrowWithoutATheme) {
+    const ThemeDirectory empty;
+    EXPECT_EQ(standardCursor(CursorStyle::theme).pixels->height(),
+              standardCursor(CursorStyle::builtIn).pixels->height());
+}
+
+TEST(CursorTextures, ChoosesTheSmallestLevelThatIsAtLeastAsWideAsDrawn) {
+    const CursorTextures textures(standardCursor(CursorStyle::builtIn));
+    const int finest = textures.image().pixels->width();
+    for (double width = 1; width < 2.0 * finest; width *= 1.07) {
+        const auto& texture = textures.textureFor(width);
+        const bool isSmallest = texture->width() < 2 * width || texture->width() < 40;
+        EXPECT_TRUE(isSmallest) << width << " from " << texture->width();
+        EXPECT_TRUE(texture->width() >= width || texture->width() == finest) << width;
+        EXPECT_EQ(texture, textures.textureFor(width));
+    }
+}
+
+TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
+    const CursorImage plain = standardCursor(CursorStyle::builtIn);
+    const CursorTextures textures(plain);
+    const CursorImage& image = textures.image();
+    const double unit = plain.width / plain.pixels->width();
+    EXPECT_NEAR(image.width / image.pixels->width(), unit, 1e-6);
+    EXPECT_NEAR(image.height / image.pixels->height(), unit, 1e-6);
+    for (double width = 10; width < 300; width *= 1.9) {
+        const PixelBuffer& level = *textures.textureFor(width);
+        const double scale = level.width() / image.width;
+        EXPECT_NEAR(level.height() / image.height, scale, 1e-4);
+        const auto* body = pixel(level, (image.hotSpotX + 2) * scale, (image.hotSpotY + 7) * scale);
+        EXPECT_LT(body[1], 60);
+        EXPECT_GT(body[3], 230);
+        for (int y = 0; y < level.height(); ++y)
+            EXPECT_EQ(pixel(level, 0, y)[3] + pixel(level, level.width() - 1, y)[3], 0);
+        for (int x = 0; x < level.width(); ++x)
+            EXPECT_EQ(pixel(level, x, 0)[3] + pixel(level, x, level.height() - 1)[3], 0);
+    }
+}
+
+TEST(HalvedPicture, AveragesBlocksAndRepeatsTheLastOddRowAndColumn) {
+    auto picture = PixelBuffer::allocate(PixelFormat::bgra, 3, 3);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 12; ++x)
+            picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(x / 4 * 10 + y * 60);
+    const auto half = halved(*picture);
+    ASSERT_EQ(half->width(), 2);
+    ASSERT_EQ(half->height(), 2);
+    EXPECT_EQ(half->row(0, 0)[0], (0 + 10 + 60 + 70) / 4);
+    EXPECT_EQ(half->row(0, 0)[4], (20 + 80) / 2);
+    EXPECT_EQ(half->row(0, 1)[0], (120 + 130) / 2);
+    EXPECT_EQ(half->row(0, 1)[4], 140);
+}
+
+} // namespace
+} // namespace vantro

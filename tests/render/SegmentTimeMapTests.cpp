@@ -1,0 +1,106 @@
+#include "render/SegmentTimeMap.h"
+
+#include <limits>
+#include <random>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+TimelineSegment segment(double start, double end, double speed) {
+    return {.id = Uuid::random(), .startFraction = start, .endFraction = end, .speed = speed};
+}
+
+TEST(SegmentTimeMap, IsTheIdentityForAFreshRecording) {
+    const SegmentTimeMap map(fullLengthTimeline(), 12.5);
+    EXPECT_EQ(map.totalDuration(), 12.5);
+    for (const double t : {0.0, 0.1, 6.25, 12.5}) {
+        EXPECT_NEAR(map.sourceTime(t), t, 1e-12);
+        EXPECT_NEAR(map.outputTime(t), t, 1e-12);
+    }
+    EXPECT_EQ(map.sourceTime(13), 12.5);
+    EXPECT_EQ(map.outputTime(13), 12.5);
+}
+
+TEST(SegmentTimeMap, FollowsTheSpeeds) {
+    const SegmentTimeMap map({segment(0, 0.5, 2), segment(0.5, 1, 1)}, 10);
+    EXPECT_EQ(map.totalDuration(), 7.5);
+    EXPECT_EQ(map.sourceTime(2.5), 5);
+    EXPECT_EQ(map.sourceTime(3), 5.5);
+    EXPECT_EQ(map.outputTime(7.5), 5);
+}
+
+TEST(SegmentTimeMap, MapsCutsToTheInstantOfTheCut) {
+    const SegmentTimeMap map({segment(0.1, 0.3, 1), segment(0.6, 0.8, 4)}, 10);
+    EXPECT_DOUBLE_EQ(map.totalDuration(), 2.5);
+    EXPECT_EQ(map.outputTime(0.5), 0);
+    EXPECT_DOUBLE_EQ(map.outputTime(4), 2);
+    EXPECT_DOUBLE_EQ(map.outputTime(9), 2.5);
+    EXPECT_EQ(map.sourceTime(0), 1);
+    EXPECT_EQ(map.sourceTime(99), 8);
+}
+
+TEST(SegmentTimeMap, AnswersZeroWithoutSegmentsOrLength) {
+    const SegmentTimeMap empty({}, 10);
+    EXPECT_EQ(empty.totalDuration(), 0);
+    EXPECT_EQ(empty.sourceTime(3), 0);
+    EXPECT_EQ(empty.outputTime(3), 0);
+    EXPECT_EQ(empty.segmentAt(0.5), nullptr);
+    EXPECT_EQ(SegmentTimeMap(fullLengthTimeline(), 0).outputTime(3), 0);
+}
+
+TEST(SegmentTimeMap, ComesBackToWhereItStartedForAnyTimeline) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution anyWidth(0.01, 0.1);
+    std::uniform_real_distribution anySpeed(0.25, 8.0);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<TimelineSegment> segments;
+        double kept = 0;
+        for (double at = anyWidth(random); at < 0.9; at += round % 2 == 0 ? anyWidth(random) : 0) {
+            const auto end = at + anyWidth(random);
+            segments.push_back(segment(at, end, anySpeed(random)));
+            kept += (end - at) * 100 / segments.back().speed;
+            at = end;
+        }
+        const SegmentTimeMap map(segments, 100);
+        EXPECT_NEAR(map.totalDuration(), kept, 1e-9);
+        double previous = -1;
+        for (int step = 0; step <= 200; ++step) {
+            const auto output = map.totalDuration() * step / 200;
+            const auto source = map.sourceTime(output);
+            EXPECT_GT(source, previous);
+            EXPECT_NEAR(map.outputTime(source), output, 1e-9);
+            previous = source;
+        }
+    }
+}
+
+TEST(SegmentTimeMap, FindsSegmentsWithALittleToleranceAndTheEarlierOneAtASharedBound) {
+    const SegmentTimeMap map({segment(0.1, 0.5, 1), segment(0.5, 0.8, 2)}, 10);
+    const auto* first = &map.segments()[0];
+    const auto* second = &map.segments()[1];
+    EXPECT_EQ(map.segmentAt(0.0996), first);
+    EXPECT_EQ(map.segmentAt(0.0994), nullptr);
+    EXPECT_EQ(map.segmentAt(0.5), first);
+    EXPECT_EQ(map.segmentAt(0.5004), first);
+    EXPECT_EQ(map.segmentAt(0.5006), second);
+    EXPECT_EQ(map.segmentAt(0.8004), second);
+    EXPECT_EQ(map.segmentAt(0.8006), nullptr);
+}
+
+TEST(TimelineLabels, SayWhatPeopleExpect) {
+    EXPECT_EQ(speedLabel(1), "1x");
+    EXPECT_EQ(speedLabel(2), "2x");
+    EXPECT_EQ(speedLabel(1.5), "1.5x");
+    EXPECT_EQ(speedLabel(0.25), "0.2x");
+    EXPECT_EQ(timeLabel(0), "00:00");
+    EXPECT_EQ(timeLabel(75.9), "01:15");
+    EXPECT_EQ(timeLabel(3600), "60:00");
+    EXPECT_EQ(timeLabel(360'000), "6000:00");
+    EXPECT_EQ(timeLabel(std::numeric_limits<double>::quiet_NaN()), "00:00");
+    EXPECT_EQ(timeLabel(1e300), "00:00");
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,163 @@
+#include "render/CursorImage.h"
+#include "render/gpu/CheckedGpu.h"
+#include "render/gpu/MetalRenderer.h"
+#include "render/gpu/TestPictures.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+namespace vantro {
+namespace {
+
+using Pixel = std::array<int, 4>;
+
+Pixel pixelAt(const PixelBuffer& picture, int x, int y) {
+    const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
+    return {pixel[0], pixel[1], pixel[2], pixel[3]};
+}
+
+std::shared_ptr<PixelBuffer> filled(PixelFormat format, int width, int height,
+                                    std::array<std::uint8_t, 4> samples,
+                                    ColorDescription color = {}) {
+    auto picture = PixelBuffer::allocate(format, width, height, color);
+    for (int plane = 0; plane < picture->planeCount(); ++plane)
+        for (int y = 0; y < picture->planeHeight(plane); ++y)
+            for (int i = 0; i < picture->stride(plane); ++i)
+                picture->mutableRow(plane, y)[i] =
+                    samples[static_cast<std::size_t>(format == PixelFormat::bgra ? i % 4 : plane)];
+    return picture;
+}
+
+/// Parameters under which the output is the source, pixel for pixel.
+RenderParams copyOf(std::shared_ptr<const PixelBuffer> source) {
+    RenderParams params;
+    params.canvasWidth = source->width();
+    params.canvasHeight = source->height();
+    params.insetW = static_cast<float>(source->width());
+    params.insetH = static_cast<float>(source->height());
+    params.cursorX = 0.0F; // a cursor of no size
+    params.cursorY = 0.0F;
+    params.cursorScale = 0;
+    params.source = std::move(source);
+    return params;
+}
+
+bool samePixels(const PixelBuffer& a, const PixelBuffer& b) {
+    for (int y = 0; y < a.height(); ++y)
+        if (std::memcmp(a.row(0, y), b.row(0, y), static_cast<std::size_t>(a.width()) * 4) != 0)
+            return false;
+    return a.width() == b.width() && a.height() == b.height();
+}
+
+class MetalRendererTest : public CheckedGpu {
+  protected:
+    std::shared_ptr<PixelBuffer> draw(const RenderParams& params,
+                                      PixelFormat format = PixelFormat::bgra) {
+        auto output = PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
+        EXPECT_TRUE(gpu->render(params, *output));
+        return output;
+    }
+};
+
+TEST_F(MetalRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
+    const auto first = screenPicture(PixelFormat::bgra, 61, 40, 1);
+    const auto second = screenPicture(PixelFormat::bgra, 61, 40, 2);
+    const auto larger = screenPicture(PixelFormat::bgra, 130, 77, 3);
+    const auto planar = filled(PixelFormat::i420, 61, 40, {126, 128, 128, 0});
+    EXPECT_TRUE(samePixels(*draw(copyOf(first)), *first));
+    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
+    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 30, 20), (Pixel{128, 128, 128, 255}));
+    EXPECT_TRUE(samePixels(*draw(copyOf(larger)), *larger));
+    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
+    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 60, 39), (Pixel{128, 128, 128, 255}));
+}
+
+TEST_F(MetalRendererTest, doesNotSendTheSamePictureTwice) {
+    for (const PixelFormat format : {PixelFormat::bgra, PixelFormat::i420}) {
+        const auto source = filled(format, 32, 32, {126, 128, 128, 255});
+        const auto before = draw(copyOf(source));
+        for (int y = 0; y < 32; ++y) // a change that only a new upload would see
+            std::memset(source->mutableRow(0, y), 0, 32);
+        EXPECT_TRUE(samePixels(*draw(copyOf(source)), *before));
+    }
+}
+
+TEST_F(MetalRendererTest, takesRecordingsAsOpaque) {
+    const auto output = draw(copyOf(filled(PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
+    EXPECT_EQ(pixelAt(*output, 2, 2), (Pixel{10, 20, 30, 255}));
+}
+
+TEST_F(MetalRendererTest, drawsNothingWhereNothingIsAskedFor) {
+    RenderParams params = copyOf(screenPicture(PixelFormat::bgra, 8, 8, 1));
+    params.cursorX.reset();
+    const auto output = filled(PixelFormat::bgra, 8, 8, {1, 2, 3, 4});
+    EXPECT_TRUE(gpu->render(params, *output));
+    EXPECT_EQ(pixelAt(*output, 7, 7), (Pixel{1, 2, 3, 4}));
+}
+
+TEST_F(MetalRendererTest, convertsKnownColoursBothWays) {
+    struct Known {
+        ColorDescription color;
+        std::array<std::uint8_t, 4> planes;
+    };
+    // Pure red as each standard writes it.
+    const std::array reds{
+        Known{{ColorMatrix::bt709, false}, {63, 102, 240, 0}},
+        Known{{ColorMatrix::bt601, false}, {81, 90, 240, 0}},
+        Known{{ColorMatrix::bt709, true}, {54, 99, 255, 0}},
+        Known{{ColorMatrix::bt601, true}, {76, 85, 255, 0}},
+    };
+    for (const Known& red : reds) {
+        const auto source = filled(PixelFormat::i420, 7, 5, red.planes, red.color);
+        const Pixel pixel = pixelAt(*draw(copyOf(source)), 6, 4);
+        EXPECT_NEAR(pixel[0], 0, 2);
+        EXPECT_NEAR(pixel[1], 0, 2);
+        EXPECT_NEAR(pixel[2], 255, 2);
+    }
+    const auto output =
+        draw(copyOf(filled(PixelFormat::bgra, 7, 5, {0, 0, 255, 255})), PixelFormat::i420);
+    for (int plane = 0; plane < 3; ++plane)
+        for (const int column : {0, plane == 0 ? 6 : 3})
+            EXPECT_EQ(output->row(plane, output->planeHeight(plane) - 1)[column],
+                      reds[0].planes[static_cast<std::size_t>(plane)]);
+}
+
+TEST_F(MetalRendererTest, givesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
+    const auto source = screenPicture(PixelFormat::bgra, 8, 8, 1);
+    RenderParams huge = copyOf(source);
+    huge.canvasWidth = 32768;
+    huge.canvasHeight = 1;
+    const auto output = PixelBuffer::allocate(PixelFormat::bgra, 32768, 1);
+    testing::internal::CaptureStderr();
+    const bool drewHuge = gpu->render(huge, *output);
+    const bool drewAgain = gpu->render(huge, *output);
+    const std::string logged = testing::internal::GetCapturedStderr();
+    if (drewHuge)
+        GTEST_SKIP() << "this device holds pictures of any size that we have";
+    EXPECT_FALSE(drewAgain);
+    EXPECT_THAT(logged, testing::HasSubstr("32768 × 1 is too large"));
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+}
+
+TEST(MakeMetalRenderer, leavesSoftwareDriversAloneUnlessTold) {
+    const auto made = makeMetalRenderer(standardCursor(CursorStyle::builtIn));
+    if (made)
+        GTEST_SKIP() << "a real GPU is here: " << (*made)->description();
+    EXPECT_THAT(made.error(), testing::StartsWith("only software Vulkan (llvmpipe"));
+}
+
+TEST(MakeMetalRenderer, saysSoWhereThereIsNoDriver) {
+    const char* set = std::getenv("VK_ICD_FILENAMES"); // NOLINT(concurrency-mt-unsafe)
+    const std::string before = set == nullptr ? "" : set;
+    setenv("VK_ICD_FILENAMES", "/nonexistent.json", 1); // NOLINT(concurrency-mt-unsafe)
+    const auto made = makeMetalRenderer(standardCursor(CursorStyle::builtIn));
+    setenv("VK_ICD_FILENAMES", before.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    ASSERT_FALSE(made.has_value());
+    EXPECT_EQ(made.error(), "no Vulkan driver");
+}
+
+} // namespace
+} // namespace vantro

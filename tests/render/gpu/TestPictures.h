@@ -1,0 +1,18 @@
+#pragma once
+
+#include "media/PixelBuffer.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace vantro {
+
+/// A picture like a screen's: soft gradients, hard-edged blocks and fine lines; `seed` varies it.
+/// Planar ones hold the same kind of content, of the given colour description.
+std::shared_ptr<PixelBuffer> screenPicture(PixelFormat format, int width, int height,
+                                           std::uint32_t seed, ColorDescription color = {});
+
+/// A bgra picture with soft transparency, its colour multiplied by alpha.
+std::shared_ptr<PixelBuffer> translucentPicture(int width, int height, std::uint32_t seed);
+
+} // namespace vantro

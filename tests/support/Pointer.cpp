@@ -1,0 +1,37 @@
+#include "support/Pointer.h"
+
+#include "support/XConnection.h"
+
+#include <xcb/xtest.h>
+
+namespace vantro::test {
+
+struct Pointer::Implementation {
+    XConnection connection;
+
+    void fake(std::uint8_t type, int detail, int x = 0, int y = 0) const {
+        xcb_test_fake_input(connection.get(), type, static_cast<std::uint8_t>(detail), 0,
+                            screenOf(connection).root, static_cast<std::int16_t>(x),
+                            static_cast<std::int16_t>(y), 0);
+    }
+};
+
+Pointer::Pointer(const XServer& server)
+    : m_implementation(new Implementation{connectTo(server.display())}) {}
+
+Pointer::~Pointer() = default;
+
+void Pointer::moveTo(int x, int y) {
+    m_implementation->fake(XCB_MOTION_NOTIFY, 0, x, y);
+    roundTrip(m_implementation->connection);
+}
+
+HostTime Pointer::click(int button) {
+    const HostTime before = hostNow();
+    m_implementation->fake(XCB_BUTTON_PRESS, button);
+    m_implementation->fake(XCB_BUTTON_RELEASE, button);
+    roundTrip(m_implementation->connection);
+    return before;
+}
+
+} // namespace vantro::test

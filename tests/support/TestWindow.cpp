@@ -1,0 +1,103 @@
+#include "support/TestWindow.h"
+
+#include "support/XConnection.h"
+
+#include <cstdlib>
+#include <thread>
+
+namespace vantro::test {
+namespace {
+
+void fillRect(const XConnection& connection, xcb_window_t window, PixelRect rect,
+              std::uint32_t color) {
+    const xcb_gcontext_t context = xcb_generate_id(connection.get());
+    xcb_create_gc(connection.get(), context, window, XCB_GC_FOREGROUND, &color);
+    const xcb_rectangle_t area{static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+                               static_cast<std::uint16_t>(rect.width),
+                               static_cast<std::uint16_t>(rect.height)};
+    xcb_poly_fill_rectangle(connection.get(), window, context, 1, &area);
+    xcb_free_gc(connection.get(), context);
+    roundTrip(connection);
+}
+
+void setText(const XConnection& connection, xcb_window_t window, xcb_atom_t property,
+             const std::string& text) {
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_STRING,
+                        8, static_cast<std::uint32_t>(text.size()), text.data());
+}
+
+} // namespace
+
+struct TestWindow::Implementation {
+    XConnection connection;
+    std::string display;
+    PixelRect rect;
+    xcb_window_t window = 0;
+    std::jthread clicks;
+
+    /// Each press is answered on a connection of its own, which ends with the window.
+    void answerPresses(std::uint32_t color, int side) {
+        XConnection own = connectTo(display);
+        const std::uint32_t mask = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(own.get(), window, XCB_CW_EVENT_MASK, &mask);
+        roundTrip(own);
+        clicks = std::jthread([own = std::move(own), target = window, color, side] {
+            while (xcb_generic_event_t* event = xcb_wait_for_event(own.get())) {
+                const int type = event->response_type & 0x7f;
+                const auto press = *reinterpret_cast<xcb_button_press_event_t*>(event);
+                std::free(event);
+                if (type == XCB_DESTROY_NOTIFY)
+                    return;
+                if (type == XCB_BUTTON_PRESS)
+                    fillRect(own, target,
+                             {press.event_x - side / 2, press.event_y - side / 2, side, side},
+                             color);
+            }
+        });
+    }
+};
+
+TestWindow::TestWindow(const XServer& server, PixelRect rect, std::uint32_t color,
+                       const Names& names)
+    : m_implementation(
+          new Implementation{connectTo(server.display()), server.display(), rect, 0, {}}) {
+    auto& self = *m_implementation;
+    self.window = xcb_generate_id(self.connection.get());
+    const std::uint32_t values[] = {color, 1};
+    xcb_create_window(self.connection.get(), XCB_COPY_FROM_PARENT, self.window,
+                      screenOf(self.connection).root, static_cast<std::int16_t>(rect.x),
+                      static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
+                      static_cast<std::uint16_t>(rect.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    if (!names.title.empty())
+        setText(self.connection, self.window, XCB_ATOM_WM_NAME, names.title);
+    if (!names.applicationClass.empty())
+        setText(self.connection, self.window, XCB_ATOM_WM_CLASS,
+                "instance" + std::string(1, '\0') + names.applicationClass + '\0');
+    xcb_map_window(self.connection.get(), self.window);
+    roundTrip(self.connection);
+}
+
+TestWindow::~TestWindow() {
+    auto& self = *m_implementation;
+    xcb_destroy_window(self.connection.get(), self.window);
+    roundTrip(self.connection);
+}
+
+std::uint32_t TestWindow::id() const {
+    return m_implementation->window;
+}
+
+void TestWindow::fill(std::uint32_t color) {
+    fill({0, 0, m_implementation->rect.width, m_implementation->rect.height}, color);
+}
+
+void TestWindow::fill(PixelRect rect, std::uint32_t color) {
+    fillRect(m_implementation->connection, m_implementation->window, rect, color);
+}
+
+void TestWindow::flashOnClick(std::uint32_t color, int side) {
+    m_implementation->answerPresses(color, side);
+}
+
+} // namespace vantro::test

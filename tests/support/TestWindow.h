@@ -1,0 +1,39 @@
+#pragma once
+
+#include "media/ColorConversion.h"
+#include "support/XServer.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace vantro::test {
+
+/// A plain window that no window manager touches, for a test to draw in. 0xRRGGBB colours. What is
+/// drawn is on the screen when a call returns.
+class TestWindow {
+  public:
+    struct Names {
+        std::string title;
+        std::string applicationClass;
+    };
+
+    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names = {});
+    ~TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    std::uint32_t id() const;
+    void fill(std::uint32_t color);
+    /// `rect` in pixels of the window.
+    void fill(PixelRect rect, std::uint32_t color);
+
+    /// From now on fills a square of `side` pixels around each press, as soon as it arrives.
+    void flashOnClick(std::uint32_t color, int side);
+
+  private:
+    struct Implementation;
+    std::unique_ptr<Implementation> m_implementation;
+};
+
+} // namespace vantro::test

@@ -1,0 +1,129 @@
+#include "support/XServer.h"
+
+#include "support/XConnection.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/randr.h>
+
+namespace vantro::test {
+namespace {
+
+constexpr int displayNumberFd = 8; // the server's end of the pipe that tells its number
+
+std::vector<std::string> arguments(const XServer::Options& options) {
+    std::vector<std::string> list{"Xvfb",
+                                  "-displayfd",
+                                  std::to_string(displayNumberFd),
+                                  "-screen",
+                                  "0",
+                                  std::to_string(options.width) + "x" +
+                                      std::to_string(options.height) + "x" +
+                                      std::to_string(options.depth),
+                                  "-nolisten",
+                                  "tcp",
+                                  "-noreset"};
+    for (const auto& extension : options.missingExtensions)
+        list.insert(list.end(), {"-extension", extension});
+    return list;
+}
+
+pid_t spawn(std::vector<std::string> list, int numberPipe) {
+    std::vector<char*> pointers;
+    for (auto& argument : list)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, numberPipe, displayNumberFd);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t process = -1;
+    const int error =
+        posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        throw std::runtime_error("cannot start Xvfb");
+    return process;
+}
+
+/// The server writes its number when it accepts connections; nothing is written when it fails.
+std::string readNumber(int pipe) {
+    std::string number;
+    char character = 0;
+    while (read(pipe, &character, 1) == 1 && character != '\n')
+        number += character;
+    return number;
+}
+
+} // namespace
+
+XServer::XServer(const Options& options) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("cannot make a pipe");
+    m_process = spawn(arguments(options), ends[1]);
+    close(ends[1]);
+    const std::string number = readNumber(ends[0]);
+    close(ends[0]);
+    if (number.empty()) {
+        crash();
+        throw std::runtime_error("Xvfb did not start");
+    }
+    m_display = ":" + number;
+}
+
+XServer::~XServer() {
+    if (m_process <= 0)
+        return;
+    kill(m_process, SIGTERM); // lets it remove its socket and lock
+    waitpid(m_process, nullptr, 0);
+}
+
+void XServer::crash() {
+    kill(m_process, SIGKILL);
+    waitpid(m_process, nullptr, 0);
+    m_process = -1;
+}
+
+double XServer::processorSeconds() const {
+    std::ifstream file("/proc/" + std::to_string(m_process) + "/schedstat");
+    double nanoseconds = 0;
+    file >> nanoseconds;
+    return nanoseconds / 1e9;
+}
+
+void setRootProperty(const XServer& server, const std::string& name, const std::string& value) {
+    const XConnection connection = connectTo(server.display());
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, screenOf(connection).root,
+                        atom(connection, name), XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(value.size()), value.data());
+    roundTrip(connection);
+}
+
+void addMonitor(const XServer& server, const std::string& name, int x, int y, int width, int height,
+                bool isPrimary) {
+    const XConnection connection = connectTo(server.display());
+    std::free(xcb_randr_query_version_reply(
+        connection.get(), xcb_randr_query_version(connection.get(), 1, 5), nullptr));
+    xcb_randr_monitor_info_t monitor{};
+    monitor.name = atom(connection, name);
+    monitor.primary = isPrimary ? 1 : 0;
+    monitor.x = static_cast<std::int16_t>(x);
+    monitor.y = static_cast<std::int16_t>(y);
+    monitor.width = static_cast<std::uint16_t>(width);
+    monitor.height = static_cast<std::uint16_t>(height);
+    monitor.width_in_millimeters = 100;
+    monitor.height_in_millimeters = 100;
+    xcb_randr_set_monitor(connection.get(), screenOf(connection).root, &monitor);
+    roundTrip(connection);
+}
+
+} // namespace vantro::test

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace vantro::test {
+
+/// A private Xvfb on a free display number, ready when constructed, gone when destroyed.
+class XServer {
+  public:
+    struct Options {
+        int width = 640;
+        int height = 480;
+        int depth = 24;
+        std::vector<std::string> missingExtensions; ///< for example "MIT-SHM"
+    };
+
+    /// Throws std::runtime_error when Xvfb does not start.
+    explicit XServer(const Options& options);
+    XServer() : XServer(Options{}) {}
+    ~XServer();
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+
+    /// For example ":12".
+    const std::string& display() const { return m_display; }
+    /// Ends the server as a crash would; returns when it is gone.
+    void crash();
+    /// Processor seconds that the server has used.
+    double processorSeconds() const;
+
+  private:
+    pid_t m_process = -1;
+    std::string m_display;
+};
+
+/// Puts a property of text on the root window, as xrdb does with RESOURCE_MANAGER.
+void setRootProperty(const XServer& server, const std::string& name, const std::string& value);
+
+/// Adds a monitor to the X screen, in its pixels, without an output of its own.
+void addMonitor(const XServer& server, const std::string& name, int x, int y, int width, int height,
+                bool isPrimary);
+
+} // namespace vantro::test
