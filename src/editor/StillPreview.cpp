@@ -22,13 +22,11 @@ QImage imageOf(const std::shared_ptr<const PixelBuffer>& pixels) {
 } // namespace
 
 StillPreview::StillPreview(TaskRunner& tasks, PreviewSource source)
-    : m_tasks(tasks)
-    , m_source(std::move(source)) {}
+    : m_tasks(tasks), m_source(std::move(source)) {}
 
 void StillPreview::setRecording(std::optional<EditedRecording> recording) {
     // Saving moves the movie into a package: what tells recordings apart is what was recorded.
-    const bool sameMovie =
-        recording && m_recording && recording->metadata == m_recording->metadata;
+    const bool sameMovie = recording && m_recording && recording->metadata == m_recording->metadata;
     m_recording = std::move(recording);
     ++m_edit;
     if (!sameMovie) {

@@ -35,8 +35,8 @@ TEST(X11Content, NamesMonitorsTheSameInEveryRun) {
 
 TEST(X11Content, PutsThePrimaryMonitorFirstAndItsCornerAtTheOrigin) {
     const XServer server({.width = 1000, .height = 600});
-    addMonitor(server, "left", 0, 0, 400, 500, false);
-    addMonitor(server, "right", 400, 100, 600, 500, true);
+    addMonitor(server, "left", {0, 0, 400, 500}, false);
+    addMonitor(server, "right", {400, 100, 600, 500}, true);
     setRootProperty(server, "RESOURCE_MANAGER", "Xcursor.size:\t48\nXft.dpi:\t200\n");
     const auto displays = contentOf(server).displays;
     const auto left = std::ranges::find(displays, "left", &ShareableDisplay::name);
@@ -86,7 +86,7 @@ TEST(X11Content, TellsWhyADisplayCannotBeRecorded) {
 
 TEST(X11PointerSource, CountsPointsFromTheMainScreensBottomLeftCorner) {
     XServer server({.width = 1000, .height = 600});
-    addMonitor(server, "main", 200, 100, 800, 400, true);
+    addMonitor(server, "main", {200, 100, 800, 400}, true);
     setRootProperty(server, "RESOURCE_MANAGER", "Xft.dpi: 192");
     const auto pointer = connectX11(server.display()).value()->makePointerSource().value();
     test::Pointer hand(server);

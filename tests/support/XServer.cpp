@@ -12,7 +12,6 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <xcb/randr.h>
 
 namespace vantro::test {
 namespace {
@@ -36,22 +35,39 @@ std::vector<std::string> arguments(const XServer::Options& options) {
     return list;
 }
 
-pid_t spawn(std::vector<std::string> list, int numberPipe) {
+/// Starts a program of the search path; its standard error goes nowhere.
+pid_t spawn(std::vector<std::string> list, posix_spawn_file_actions_t& actions) {
     std::vector<char*> pointers;
     for (auto& argument : list)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, numberPipe, displayNumberFd);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     pid_t process = -1;
     const int error =
         posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
-        throw std::runtime_error("cannot start Xvfb");
+        throw std::runtime_error("cannot start " + list.front());
     return process;
+}
+
+pid_t startServer(const XServer::Options& options, int numberPipe) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, numberPipe, displayNumberFd);
+    const pid_t process = spawn(arguments(options), actions);
+    posix_spawn_file_actions_destroy(&actions);
+    return process;
+}
+
+void runToItsEnd(const std::vector<std::string>& list) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const pid_t process = spawn(list, actions);
+    posix_spawn_file_actions_destroy(&actions);
+    int status = 0;
+    waitpid(process, &status, 0);
+    if (status != 0)
+        throw std::runtime_error(list.front() + " failed");
 }
 
 /// The server writes its number when it accepts connections; nothing is written when it fails.
@@ -69,7 +85,7 @@ XServer::XServer(const Options& options) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("cannot make a pipe");
-    m_process = spawn(arguments(options), ends[1]);
+    m_process = startServer(options, ends[1]);
     close(ends[1]);
     const std::string number = readNumber(ends[0]);
     close(ends[0]);
@@ -108,22 +124,13 @@ void setRootProperty(const XServer& server, const std::string& name, const std::
     roundTrip(connection);
 }
 
-void addMonitor(const XServer& server, const std::string& name, int x, int y, int width, int height,
-                bool isPrimary) {
-    const XConnection connection = connectTo(server.display());
-    std::free(xcb_randr_query_version_reply(
-        connection.get(), xcb_randr_query_version(connection.get(), 1, 5), nullptr));
-    xcb_randr_monitor_info_t monitor{};
-    monitor.name = atom(connection, name);
-    monitor.primary = isPrimary ? 1 : 0;
-    monitor.x = static_cast<std::int16_t>(x);
-    monitor.y = static_cast<std::int16_t>(y);
-    monitor.width = static_cast<std::uint16_t>(width);
-    monitor.height = static_cast<std::uint16_t>(height);
-    monitor.width_in_millimeters = 100;
-    monitor.height_in_millimeters = 100;
-    xcb_randr_set_monitor(connection.get(), screenOf(connection).root, &monitor);
-    roundTrip(connection);
+// Through xrandr, because libxcb 1.15 gets the length of this request wrong.
+void addMonitor(const XServer& server, const std::string& name, PixelRect rect, bool isPrimary) {
+    const auto text = [](int value) { return std::to_string(value); };
+    const std::string geometry = text(rect.width) + "/100x" + text(rect.height) + "/100+" +
+                                 text(rect.x) + "+" + text(rect.y);
+    runToItsEnd({"xrandr", "--display", server.display(), "--setmonitor",
+                 (isPrimary ? "*" : "") + name, geometry, "none"});
 }
 
 } // namespace vantro::test

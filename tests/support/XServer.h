@@ -1,5 +1,7 @@
 #pragma once
 
+#include "media/ColorConversion.h"
+
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ class XServer {
         int width = 640;
         int height = 480;
         int depth = 24;
-        std::vector<std::string> missingExtensions; ///< for example "MIT-SHM"
+        std::vector<std::string> missingExtensions = {}; ///< for example "MIT-SHM"
     };
 
     /// Throws std::runtime_error when Xvfb does not start.
@@ -40,7 +42,6 @@ class XServer {
 void setRootProperty(const XServer& server, const std::string& name, const std::string& value);
 
 /// Adds a monitor to the X screen, in its pixels, without an output of its own.
-void addMonitor(const XServer& server, const std::string& name, int x, int y, int width, int height,
-                bool isPrimary);
+void addMonitor(const XServer& server, const std::string& name, PixelRect rect, bool isPrimary);
 
 } // namespace vantro::test

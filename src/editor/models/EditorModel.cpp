@@ -9,9 +9,7 @@
 namespace vantro {
 
 EditorModel::EditorModel(AppState& state, StillPreview& preview, Flows flows)
-    : m_state(state)
-    , m_preview(preview)
-    , m_flows(flows) {
+    : m_state(state), m_preview(preview), m_flows(flows) {
     connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
     connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
     connect(&preview, &StillPreview::durationChanged, this, &EditorModel::durationChanged);

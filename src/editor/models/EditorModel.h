@@ -12,8 +12,8 @@ namespace vantro {
 /// thread.
 class EditorModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString recordingName READ recordingName WRITE setRecordingName NOTIFY
-                   recordingNameChanged)
+    Q_PROPERTY(
+        QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
     Q_PROPERTY(QImage picture READ picture NOTIFY pictureChanged)
     Q_PROPERTY(QString pictureText READ pictureText NOTIFY pictureChanged)
     Q_PROPERTY(double position READ position WRITE setPosition NOTIFY positionChanged)

@@ -3,14 +3,15 @@
 #include "app/state/ExportFlow.h"
 #include "app/state/PermissionService.h"
 #include "app/state/ProjectFlow.h"
+#include "app/state/RecoveryFlow.h"
 #include "editor/models/TimeText.h"
+#include "editor/picker/WindowPickerModel.h"
 
 namespace vantro {
 
-MainModel::MainModel(AppState& state, PermissionService& permission, Flows flows)
-    : m_state(state)
-    , m_permission(permission)
-    , m_flows(flows) {
+MainModel::MainModel(AppState& state, PermissionService& permission, WindowPickerModel& windows,
+                     Flows flows)
+    : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows) {
     connectState();
     connectFlows();
 }
@@ -32,7 +33,10 @@ void MainModel::connectState() {
 
 void MainModel::connectFlows() {
     auto& recording = m_flows.recording;
-    connect(&recording, &RecordingFlow::windowPickerShownChanged, this, &MainModel::screenChanged);
+    connect(&recording, &RecordingFlow::windowPickerShownChanged, this, [this] {
+        m_windows.setShown(m_flows.recording.isWindowPickerShown());
+        Q_EMIT screenChanged();
+    });
     connect(&recording, &RecordingFlow::countdownRemainingChanged, this, [this] {
         Q_EMIT screenChanged();
         Q_EMIT countdownChanged();
@@ -42,6 +46,8 @@ void MainModel::connectFlows() {
           &RecordingFlow::recorderStatusChanged})
         connect(&recording, changed, this, &MainModel::recordingChanged);
     connect(&m_flows.projects, &ProjectFlow::busyChanged, this, &MainModel::busyChanged);
+    connect(&m_flows.recovery, &RecoveryFlow::offeredChanged, this,
+            &MainModel::recoveryOfferedChanged);
 }
 
 void MainModel::phaseChanged() {
@@ -113,6 +119,23 @@ bool MainModel::busy() const {
 
 void MainModel::openProject() {
     m_flows.projects.openProject();
+}
+
+void MainModel::pickWindow(int row) {
+    if (const auto window = m_windows.window(row))
+        m_flows.recording.windowSelected(*window);
+}
+
+bool MainModel::recoveryOffered() const {
+    return m_flows.recovery.isOffered();
+}
+
+void MainModel::recover() {
+    m_flows.recovery.recover();
+}
+
+void MainModel::dismissRecovery() {
+    m_flows.recovery.dismiss();
 }
 
 bool MainModel::mayClose() {

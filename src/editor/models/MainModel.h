@@ -9,14 +9,16 @@ namespace vantro {
 
 class ExportFlow;
 class PermissionService;
-class Preferences;
 class ProjectFlow;
+class RecoveryFlow;
+class WindowPickerModel;
 
 /// The flows that the window drives; all of it outlives the models.
 struct Flows {
     RecordingFlow& recording;
     ExportFlow& exports;
     ProjectFlow& projects;
+    RecoveryFlow& recovery;
 };
 
 /// What the main window shows and does outside of the editor. Holds no truth but whether the
@@ -38,10 +40,12 @@ class MainModel : public QObject {
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
     Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
     Q_PROPERTY(bool quitAsked READ quitAsked NOTIFY quitAskedChanged)
+    Q_PROPERTY(bool recoveryOffered READ recoveryOffered NOTIFY recoveryOfferedChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
   public:
-    MainModel(AppState& state, PermissionService& permission, Flows flows);
+    MainModel(AppState& state, PermissionService& permission, WindowPickerModel& windows,
+              Flows flows);
 
     QString screen() const;
     int captureMode() const;
@@ -61,14 +65,19 @@ class MainModel : public QObject {
     QString alertText() const;
     QString alertSuggestion() const;
     bool quitAsked() const { return m_quitAsked; }
+    bool recoveryOffered() const;
     bool busy() const;
 
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
     Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
     Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelCountdown(); }
+    /// A row of the window picker's list; one that is gone by now does nothing.
+    Q_INVOKABLE void pickWindow(int row);
     Q_INVOKABLE void cancelPicker() { m_flows.recording.windowPickerCancelled(); }
     Q_INVOKABLE void openProject();
+    Q_INVOKABLE void recover();
+    Q_INVOKABLE void dismissRecovery();
     Q_INVOKABLE void dismissAlert() { m_state.setShowError(false); }
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }
@@ -88,6 +97,7 @@ class MainModel : public QObject {
     void countdownChanged();
     void alertChanged();
     void quitAskedChanged();
+    void recoveryOfferedChanged();
     void busyChanged();
     void optionsWanted(double x, double y);
     void quitReady();
@@ -100,6 +110,7 @@ class MainModel : public QObject {
 
     AppState& m_state;
     PermissionService& m_permission;
+    WindowPickerModel& m_windows;
     Flows m_flows;
     bool m_quitAsked = false;
     bool m_quitAfterStop = false;

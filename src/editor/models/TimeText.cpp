@@ -17,10 +17,9 @@ constexpr double rounding = 1e-6;
 
 QString elapsedText(double seconds) {
     const auto whole = static_cast<long>(std::max(seconds, 0.0));
-    const auto text = whole >= hour
-                          ? fmt::format("{}:{:02}:{:02}", whole / hour, whole % hour / minute,
-                                        whole % minute)
-                          : fmt::format("{:02}:{:02}", whole / minute, whole % minute);
+    const auto text = whole >= hour ? fmt::format("{}:{:02}:{:02}", whole / hour,
+                                                  whole % hour / minute, whole % minute)
+                                    : fmt::format("{:02}:{:02}", whole / minute, whole % minute);
     return QString::fromStdString(text);
 }
 

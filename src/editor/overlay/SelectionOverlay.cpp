@@ -27,9 +27,7 @@ QFont labelFont() {
 
 SelectionOverlay::SelectionOverlay(QScreen* screen, QImage backdrop, OverlayScale scale,
                                    AreaOverlayCallbacks callbacks)
-    : m_backdrop(std::move(backdrop))
-    , m_scale(scale)
-    , m_callbacks(std::move(callbacks)) {
+    : m_backdrop(std::move(backdrop)), m_scale(scale), m_callbacks(std::move(callbacks)) {
     setScreen(screen);
     setGeometry(screen->geometry());
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |

@@ -32,9 +32,7 @@ std::vector<ShareableWindow> offeredWindows(const std::vector<ShareableWindow>& 
 }
 
 WindowPickerModel::WindowPickerModel(TaskRunner& tasks, MainTimers& timers, Lister lister)
-    : m_tasks(tasks)
-    , m_timers(timers)
-    , m_lister(std::move(lister)) {}
+    : m_tasks(tasks), m_timers(timers), m_lister(std::move(lister)) {}
 
 void WindowPickerModel::setShown(bool shown) {
     ++m_request;
@@ -74,7 +72,8 @@ void WindowPickerModel::setWindows(std::vector<ShareableWindow> windows) {
     // The stacking order changes with every click elsewhere: windows that stay keep their rows, so
     // that the list does not move under the pointer.
     std::ranges::stable_sort(windows, {}, [this](const auto& window) {
-        const auto known = std::ranges::find(m_windows, window.windowID, &ShareableWindow::windowID);
+        const auto known =
+            std::ranges::find(m_windows, window.windowID, &ShareableWindow::windowID);
         return known - m_windows.begin();
     });
     const bool same = std::ranges::equal(windows, m_windows, sameWindow);

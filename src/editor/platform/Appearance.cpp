@@ -41,8 +41,7 @@ QPalette nativePalette(bool dark) {
 } // namespace
 
 Appearance::Appearance(const Preferences& preferences)
-    : m_preferences(preferences)
-    , m_desktopIsDark(vantro::isDark(QGuiApplication::palette())) {
+    : m_preferences(preferences), m_desktopIsDark(vantro::isDark(QGuiApplication::palette())) {
     connect(&preferences, &Preferences::themeChanged, this, &Appearance::update);
     askPortal();
     update();
@@ -61,8 +60,7 @@ void Appearance::askPortal() {
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (reply.isValid()) // the value lies in two variants, one in the other
-            setDesktopColorScheme(
-                reply.value().variant().value<QDBusVariant>().variant().toUInt());
+            setDesktopColorScheme(reply.value().variant().value<QDBusVariant>().variant().toUInt());
         watcher->deleteLater();
     });
 }

@@ -41,8 +41,7 @@ QString startFolder() {
 
 /// The native panels pass a typed name on without a suffix.
 std::filesystem::path withSuffix(const QString& path, const QString& suffix) {
-    const bool complete =
-        suffix.isEmpty() || path.endsWith(u'.' + suffix, Qt::CaseInsensitive);
+    const bool complete = suffix.isEmpty() || path.endsWith(u'.' + suffix, Qt::CaseInsensitive);
     return (complete ? path : path + u'.' + suffix).toStdString();
 }
 

@@ -42,8 +42,8 @@ void TrayIcon::update() {
                                  m_flow.stopRecording();
                          });
     }
-    m_icon->setToolTip(QStringLiteral("Recording %1 (click to stop)")
-                           .arg(elapsedText(m_flow.elapsedSeconds())));
+    m_icon->setToolTip(
+        QStringLiteral("Recording %1 (click to stop)").arg(elapsedText(m_flow.elapsedSeconds())));
     m_icon->show();
 }
 

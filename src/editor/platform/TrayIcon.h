@@ -10,8 +10,8 @@ namespace vantro {
 class AppState;
 class RecordingFlow;
 
-/// An icon in the desktop's tray while a recording runs, with Stop; where there is no tray, nothing.
-/// Main thread.
+/// An icon in the desktop's tray while a recording runs, with Stop; where there is no tray,
+/// nothing. Main thread.
 class TrayIcon {
   public:
     TrayIcon(AppState& state, RecordingFlow& flow);

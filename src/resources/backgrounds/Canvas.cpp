@@ -134,11 +134,16 @@ Rgb Canvas::interpolated(float column, float row) const {
                row - static_cast<float>(y));
 }
 
+Rgb Canvas::sampled(Vec2 p) const {
+    const auto height = static_cast<float>(m_frame.height);
+    return interpolated(p.x * height - 0.5F, p.y * height - 0.5F);
+}
+
 void Canvas::addBloom(float share, float radius, WorkerPool& pool) {
     // The glow is soft: an eighth of the resolution holds it.
     const int factor = std::clamp(m_frame.height / 135, 1, 8);
-    Canvas glow = reduced({std::max(1, m_frame.width / factor), std::max(1, m_frame.height / factor)},
-                          pool);
+    Canvas glow =
+        reduced({std::max(1, m_frame.width / factor), std::max(1, m_frame.height / factor)}, pool);
     const float pixels = radius * static_cast<float>(glow.m_frame.height);
     glow.blur(std::max(1, static_cast<int>(pixels / 3 + 0.5F)), pool);
     const float scaleX = static_cast<float>(glow.m_frame.width) / static_cast<float>(m_frame.width);
@@ -182,14 +187,15 @@ Canvas Canvas::reduced(Frame frame, WorkerPool& pool) const {
     Canvas result(frame);
     // Integer bounds: each pixel takes the whole pixels that begin inside it.
     result.forEachRow(pool, [&](int row) {
-        const int top = static_cast<int>(static_cast<std::int64_t>(row) * m_frame.height / frame.height);
+        const int top =
+            static_cast<int>(static_cast<std::int64_t>(row) * m_frame.height / frame.height);
         const int bottom =
             static_cast<int>(static_cast<std::int64_t>(row + 1) * m_frame.height / frame.height);
         for (int column = 0; column < frame.width; ++column) {
             const int left =
                 static_cast<int>(static_cast<std::int64_t>(column) * m_frame.width / frame.width);
-            const int right =
-                static_cast<int>(static_cast<std::int64_t>(column + 1) * m_frame.width / frame.width);
+            const int right = static_cast<int>(static_cast<std::int64_t>(column + 1) *
+                                               m_frame.width / frame.width);
             Rgb sum{};
             for (int y = top; y < bottom; ++y)
                 for (int x = left; x < right; ++x)

@@ -43,6 +43,9 @@ class Canvas {
     const Frame& frame() const { return m_frame; }
     Rgb at(int column, int row) const { return m_pixels[index(column, row)]; }
 
+    /// The light at a place of the picture, blended from the pixels around it.
+    Rgb sampled(Vec2 p) const;
+
     void paint(const Painter& painter, WorkerPool& pool);
     /// Lets light spill softly around bright places, as lenses do. `share` of the light takes
     /// part, and `radius` is how far it gets, in picture heights.
@@ -67,7 +70,8 @@ class Canvas {
     void forEachRow(WorkerPool& pool, const std::function<void(int)>& work) const;
     void blur(int radius, WorkerPool& pool);
     Rgb interpolated(float column, float row) const;
-    Rgb onCurve(int column, int row, const std::array<float, 4>& x, const std::array<float, 4>& y) const;
+    Rgb onCurve(int column, int row, const std::array<float, 4>& x,
+                const std::array<float, 4>& y) const;
 
     Frame m_frame;
     std::vector<Rgb> m_pixels;

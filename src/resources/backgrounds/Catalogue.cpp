@@ -52,7 +52,9 @@ Canvas painted(const Entry& entry, const Frame& frame, WorkerPool& pool) {
 
 } // namespace
 
-std::span<const Entry> catalogue() { return entries; }
+std::span<const Entry> catalogue() {
+    return entries;
+}
 
 Canvas paint(const Entry& entry, const Frame& frame, WorkerPool& pool) {
     Canvas canvas = painted(entry, frame, pool);

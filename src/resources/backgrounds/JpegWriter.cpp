@@ -11,8 +11,8 @@
 namespace vantro::backgrounds {
 namespace {
 
-/// Compresses into memory, where only a lack of memory can fail; libjpeg's own handler then ends the
-/// program.
+/// Compresses into memory, where only a lack of memory can fail; libjpeg's own handler then ends
+/// the program.
 class Compressor {
   public:
     Compressor() {

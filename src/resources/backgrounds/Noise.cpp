@@ -23,8 +23,12 @@ Words hashed(Words h) {
     return h ^ (h >> 13);
 }
 
-Floats faded(Floats t) { return t * t * t * (t * (t * 6 - 15) + 10); }
-Floats fadedSlope(Floats t) { return 30 * t * t * (t * (t - 2) + 1); }
+Floats faded(Floats t) {
+    return t * t * t * (t * (t * 6 - 15) + 10);
+}
+Floats fadedSlope(Floats t) {
+    return 30 * t * t * (t * (t - 2) + 1);
+}
 
 struct Gradients {
     Floats x;
@@ -40,7 +44,9 @@ struct Sample {
     Floats slopeY;
 };
 
-Floats between(Floats a, Floats b, Floats t) { return a + t * (b - a); }
+Floats between(Floats a, Floats b, Floats t) {
+    return a + t * (b - a);
+}
 
 /// Inlined, so that what a caller does not use is not computed.
 inline Sample gradientNoise(Floats x, Floats y, Words seed) {
@@ -143,6 +149,15 @@ float noise(Vec2 p, std::uint32_t seed) {
     return gradientNoise(x, y, Words{hashOf(seed), 0, 0, 0}).value[0];
 }
 
+float lineNoise(float x, std::uint32_t seed) {
+    const float cell = floorOf(x);
+    const auto index = static_cast<std::int32_t>(cell);
+    const float t = x - cell;
+    return 2 * mix(unitOf(hashOf(index, 1, seed)), unitOf(hashOf(index + 1, 1, seed)),
+                   t * t * (3 - 2 * t)) -
+           1;
+}
+
 float fbm(Vec2 p, const Fractal& fractal) {
     return summed(p, fractal, [](float value) { return value; }) * 1.4F;
 }
@@ -163,7 +178,8 @@ float eroded(Vec2 p, const Fractal& fractal) {
     float sum = 0;
     float amplitude = 0.5F;
     Vec2 slope{};
-    float left = std::min(fractal.visible, static_cast<float>(std::min(fractal.octaves, maxOctaves)));
+    float left =
+        std::min(fractal.visible, static_cast<float>(std::min(fractal.octaves, maxOctaves)));
     for (std::size_t group = 0; left > 0; ++group) {
         const Sample sample = octaves(p, table[group], seed);
         // Slopes in the picture's axes, but each octave's in its own unit of length.

@@ -14,8 +14,12 @@ float decoded(std::uint32_t byte) {
     return value <= 0.04045F ? value / 12.92F : power((value + 0.055F) / 1.055F, 2.4F);
 }
 
-Lab operator+(Lab a, Lab b) { return {a.lightness + b.lightness, a.a + b.a, a.b + b.b}; }
-Lab operator*(Lab a, float s) { return {a.lightness * s, a.a * s, a.b * s}; }
+Lab operator+(Lab a, Lab b) {
+    return {a.lightness + b.lightness, a.a + b.a, a.b + b.b};
+}
+Lab operator*(Lab a, float s) {
+    return {a.lightness * s, a.a * s, a.b * s};
+}
 
 struct LabStop {
     float place;
@@ -52,7 +56,9 @@ Rgb colour(std::uint32_t hex) {
     return {decoded(hex >> 16 & 255U), decoded(hex >> 8 & 255U), decoded(hex & 255U)};
 }
 
-float luminance(Rgb rgb) { return dot(rgb, Rgb{0.2126F, 0.7152F, 0.0722F}); }
+float luminance(Rgb rgb) {
+    return dot(rgb, Rgb{0.2126F, 0.7152F, 0.0722F});
+}
 
 float encoded(float linear) {
     linear = saturate(linear);
@@ -105,6 +111,8 @@ Rgb Gradient::operator()(float place) const {
     return mix(m_table[index], m_table[index + 1], position - static_cast<float>(index));
 }
 
-Rgb developed(Rgb light) { return {shoulder(light.x), shoulder(light.y), shoulder(light.z)}; }
+Rgb developed(Rgb light) {
+    return {shoulder(light.x), shoulder(light.y), shoulder(light.z)};
+}
 
 } // namespace vantro::backgrounds

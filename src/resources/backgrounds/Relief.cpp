@@ -6,8 +6,10 @@
 namespace vantro::backgrounds {
 namespace {
 
-constexpr int gridColumns = 1536;
-constexpr int gridRows = 1536;
+// Pixels to a cell of the grid, before its margin: coarse enough to be cheap, fine enough for the
+// edges of shadows.
+constexpr float pixelsPerCell = 2.2F;
+constexpr int leastCells = 64;
 // How much wider than the picture the grid is: ground outside it casts shadows into it.
 constexpr float gridMargin = 1.5F;
 
@@ -15,15 +17,15 @@ constexpr float gridMargin = 1.5F;
 class Column {
   public:
     explicit Column(std::span<Relief::Hit> hits)
-        : m_hits(hits)
-        , m_top(static_cast<float>(hits.size()))
-        , m_previousRow(m_top) {}
+        : m_hits(hits), m_top(static_cast<float>(hits.size())), m_previousRow(m_top) {}
 
     /// The highest point filled so far, as a row.
     float top() const { return m_top; }
 
     /// Whether the ground was in sight so far and falls out of it towards `row`.
-    bool endsInCrest(float row) const { return m_visible > 0 && m_previousRow <= m_top && row > m_top; }
+    bool endsInCrest(float row) const {
+        return m_visible > 0 && m_previousRow <= m_top && row > m_top;
+    }
 
     /// The ground at `distance` appears at `row`; distances ascend.
     void add(float row, float distance) {
@@ -74,34 +76,41 @@ Relief::Relief(const Frame& frame, const Camera& camera, HeightField height, Wor
     : m_frame(frame)
     , m_camera(camera)
     , m_height(std::move(height))
-    , m_grid(static_cast<std::size_t>(gridColumns) * gridRows)
+    , m_gridColumns(leastCells + static_cast<int>(static_cast<float>(frame.width) / pixelsPerCell))
+    , m_gridRows(leastCells + static_cast<int>(static_cast<float>(frame.height) / pixelsPerCell))
+    , m_grid(static_cast<std::size_t>(m_gridColumns) * static_cast<std::size_t>(m_gridRows))
     , m_gridSide(gridMargin * frame.aspect() / 2 / camera.focal)
-    , m_gridRowScale((gridRows - 1) / log2Of(camera.farthest / camera.nearest))
+    , m_gridRowScale(static_cast<float>(m_gridRows - 1) / log2Of(camera.farthest / camera.nearest))
     , m_hits(static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height)) {
-    pool.forEach(gridRows, [this](std::size_t row, unsigned) { fillGridRow(row); });
+    pool.forEach(static_cast<std::size_t>(m_gridRows),
+                 [this](std::size_t row, unsigned) { fillGridRow(row); });
     pool.forEach(static_cast<std::size_t>(frame.width),
                  [this](std::size_t column, unsigned) { castColumn(static_cast<int>(column)); });
 }
 
 void Relief::fillGridRow(std::size_t row) {
     const float distance = m_camera.nearest * exp2Of(static_cast<float>(row) / m_gridRowScale);
-    const float cell = 2 * m_gridSide * distance / (gridColumns - 1);
-    for (int column = 0; column < gridColumns; ++column) {
-        const float x = (static_cast<float>(column) - (gridColumns - 1) / 2.F) * cell;
-        m_grid[row * gridColumns + static_cast<std::size_t>(column)] = m_height({x, distance}, cell);
+    const auto last = static_cast<float>(m_gridColumns - 1);
+    const float cell = 2 * m_gridSide * distance / last;
+    float* heights = &m_grid[row * static_cast<std::size_t>(m_gridColumns)];
+    for (int column = 0; column < m_gridColumns; ++column) {
+        const float x = (static_cast<float>(column) - last / 2) * cell;
+        heights[column] = m_height({x, distance}, cell);
     }
 }
 
 float Relief::roughHeight(Vec2 place) const {
     const float distance = std::max(place.y, m_camera.nearest);
     const float side = clamp(place.x / distance / m_gridSide, -1, 1);
-    const float x = (side * 0.5F + 0.5F) * (gridColumns - 1.001F);
-    const float y = clamp(log2Of(distance / m_camera.nearest) * m_gridRowScale, 0, gridRows - 1.01F);
+    const float x = (side * 0.5F + 0.5F) * (static_cast<float>(m_gridColumns) - 1.001F);
+    const float y = clamp(log2Of(distance / m_camera.nearest) * m_gridRowScale, 0,
+                          static_cast<float>(m_gridRows) - 1.01F);
     const auto column = static_cast<std::size_t>(x);
     const auto row = static_cast<std::size_t>(y);
-    const float* cell = &m_grid[row * gridColumns + column];
+    const auto width = static_cast<std::size_t>(m_gridColumns);
+    const float* cell = &m_grid[row * width + column];
     const float fx = x - static_cast<float>(column);
-    return mix(mix(cell[0], cell[1], fx), mix(cell[gridColumns], cell[gridColumns + 1], fx),
+    return mix(mix(cell[0], cell[1], fx), mix(cell[width], cell[width + 1], fx),
                y - static_cast<float>(row));
 }
 
@@ -165,11 +174,11 @@ Vec2 Relief::ground(Vec2 p, float distance) const {
     return {(p.x - m_frame.aspect() / 2) / m_camera.focal * distance, distance};
 }
 
-Vec3 Relief::normal(Vec2 place, float step) const {
+Relief::Surface Relief::surface(Vec2 place, float step) const {
     const float here = m_height(place, step);
     const float east = m_height(place + Vec2{step, 0}, step);
     const float north = m_height(place + Vec2{0, step}, step);
-    return normalized({here - east, here - north, step});
+    return {.height = here, .normal = normalized({here - east, here - north, step})};
 }
 
 Vec3 Relief::broadNormal(Vec2 place, float step) const {
@@ -183,9 +192,9 @@ float Relief::sunlight(Vec2 place, Vec3 toSun, float reach, float softness) cons
     const Vec2 direction{toSun.x / level, toSun.y / level};
     const float rise = toSun.z / level;
     const float start = roughHeight(place);
-    const float cell = 2 * m_gridSide * place.y / gridColumns;
+    const float cell = 2 * m_gridSide * place.y / static_cast<float>(m_gridColumns);
     float clear = 1;
-    constexpr int steps = 20;
+    constexpr int steps = 16;
     // Steps grow with the distance: near ground casts the sharp shadows.
     for (int i = 1; i <= steps; ++i) {
         const float along = cell + reach * square(static_cast<float>(i) / steps);

@@ -43,13 +43,22 @@ class Relief {
     Vec2 ground(Vec2 p, float distance) const;
     /// The size on the ground of a pixel at `distance`.
     float footprint(float distance) const { return distance * m_frame.pixel() / m_camera.focal; }
-    /// Upward unit normal, from heights `step` apart.
-    Vec3 normal(Vec2 place, float step) const;
-    /// The same from the coarse grid that shadows use: quick, and smooth over several pixels.
+    /// The ground at `place`, its slope measured over `step`.
+    struct Surface {
+        float height;
+        Vec3 normal; ///< upward, of length 1
+    };
+    Surface surface(Vec2 place, float step) const;
+    /// The normal from the coarse grid that shadows use: quick, and smooth over several pixels.
     Vec3 broadNormal(Vec2 place, float step) const;
     /// The share of the sun that gets past the ground, 0 to 1. `reach` is how far to look,
     /// `softness` the sun's apparent width as a slope.
     float sunlight(Vec2 place, Vec3 toSun, float reach, float softness) const;
+    /// The sun's light on ground of that `normal`, in its own or the land's shadow or out of it.
+    float sunOn(Vec2 place, Vec3 normal, Vec3 toSun, float reach, float softness) const {
+        const float facing = dot(normal, toSun);
+        return facing > 0 ? facing * sunlight(place, toSun, reach, softness) : 0;
+    }
     /// The height at `place` from the coarse grid.
     float roughHeight(Vec2 place) const;
 
@@ -65,9 +74,11 @@ class Relief {
     HeightField m_height;
     // Heights over the directions (columns) and the logarithm of the distance (rows): cells of
     // about the same size on the picture, some pixels wide.
+    int m_gridColumns;
+    int m_gridRows;
     std::vector<float> m_grid;
-    float m_gridSide;     // the steepest direction on the grid, sideways per forward
-    float m_gridRowScale; // rows per doubling of the distance
+    float m_gridSide;        // the steepest direction on the grid, sideways per forward
+    float m_gridRowScale;    // rows per doubling of the distance
     std::vector<Hit> m_hits; // column by column, so that each is filled in one piece of memory
 };
 

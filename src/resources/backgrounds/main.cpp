@@ -1,5 +1,4 @@
-#include "resources/backgrounds/Catalogue.h"
-#include "resources/backgrounds/JpegWriter.h"
+#include "resources/backgrounds/Generator.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,42 +20,34 @@ struct Options {
     unsigned threads = 0;
 };
 
-constexpr int thumbnailShare = 10;
-constexpr int thumbnailQuality = 90;
+constexpr int largestSide = 16384;
 
-Frame parsedSize(const std::string& text) {
-    Frame frame;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%dx%d%c", &frame.width, &frame.height, &rest) != 2 || // NOLINT
-        std::min(frame.width, frame.height) < thumbnailShare ||
-        std::max(frame.width, frame.height) > 16384)
-        throw CLI::ValidationError("--size", "expected WIDTHxHEIGHT, 10x10 to 16384x16384");
-    return frame;
+int parsedSide(const std::string& text) {
+    const bool digits = !text.empty() && text.size() <= 5 &&
+                        text.find_first_not_of("0123456789") == std::string::npos;
+    const int side = digits ? std::stoi(text) : 0;
+    if (side < thumbnailShare || side > largestSide)
+        throw CLI::ValidationError("--size", "expected WIDTHxHEIGHT, each 10 to 16384");
+    return side;
 }
 
-void write(const Entry& entry, const Frame& frame, const std::filesystem::path& directory,
-           WorkerPool& pool) {
-    const auto file = std::string(entry.name) + ".jpeg";
-    const Canvas canvas = paint(entry, frame, pool);
-    writeJpeg(directory / file, canvas.toBytes(entry.finish.grain, pool), entry.finish.quality);
-    const Frame small{frame.width / thumbnailShare, frame.height / thumbnailShare};
-    writeJpeg(directory / "Thumbnails" / file, canvas.reduced(small, pool).toBytes(0, pool),
-              thumbnailQuality);
+Frame parsedSize(const std::string& text) {
+    const auto cross = std::min(text.find('x'), text.size());
+    return {parsedSide(text.substr(0, cross)),
+            parsedSide(text.substr(std::min(cross + 1, text.size())))};
 }
 
 void run(const Options& options) {
     const Frame frame = parsedSize(options.size);
-    const auto directory = options.directory / "Backgrounds";
-    std::filesystem::create_directories(directory / "Thumbnails");
     WorkerPool pool(options.threads);
-    int written = 0;
+    bool found = false;
     for (const auto& entry : catalogue()) {
         if (!options.only.empty() && options.only != entry.name)
             continue;
-        write(entry, frame, directory, pool);
-        ++written;
+        writeBackground(entry, frame, options.directory / "Backgrounds", pool);
+        found = true;
     }
-    if (written == 0)
+    if (!found)
         throw CLI::ValidationError("--only", "no background is named " + options.only);
 }
 

@@ -94,7 +94,7 @@ void Commands::upload(const MappedBuffer& from, std::size_t offset, const Image&
     VkImageMemoryBarrier after = layoutChange(to, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
                                               VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
     after.srcAccessMask = VK_ACCESS_TRANSFER_WRITE_BIT;
-    
+    after.dstAccessMask = VK_ACCESS_SHADER_READ_BIT;
     vkCmdPipelineBarrier(m_buffer, VK_PIPELINE_STAGE_TRANSFER_BIT,
                          VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, 0, 0, nullptr, 0, nullptr, 1,
                          &after);

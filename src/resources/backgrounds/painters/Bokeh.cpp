@@ -8,9 +8,9 @@ namespace vantro::backgrounds {
 namespace {
 
 struct Lights {
-    float cell;       ///< one light a cell, in picture heights
+    float cell; ///< one light a cell, in picture heights
     float radius;
-    float softness;   ///< of the rim, as a share of the radius
+    float softness; ///< of the rim, as a share of the radius
     float brightness;
     float chance;
     std::uint32_t seed;
@@ -59,12 +59,15 @@ Rgb lightsAt(const Lights& layer, const Gradient& tints, Vec2 p) {
 
 Painter paintBokeh(const Frame&, WorkerPool&) {
     struct Palettes {
-        Gradient night{{0, 0x070b1a}, {0.4F, 0x131735}, {0.66F, 0x3a2346}, {0.85F, 0x1a1430}, {1, 0x090a18}};
-        Gradient tints{{0, 0xff6a3a}, {0.3F, 0xffb35a}, {0.55F, 0xffd9a0}, {0.72F, 0xff5f8a}, {0.86F, 0x6fa8ff}, {1, 0x5fe0d8}};
+        Gradient night{
+            {0, 0x070b1a}, {0.4F, 0x131735}, {0.66F, 0x3a2346}, {0.85F, 0x1a1430}, {1, 0x090a18}};
+        Gradient tints{{0, 0xff6a3a},     {0.3F, 0xffb35a},  {0.55F, 0xffd9a0},
+                       {0.72F, 0xff5f8a}, {0.86F, 0x6fa8ff}, {1, 0x5fe0d8}};
     };
     return [palettes = Palettes{}](Vec2 p) {
         Rgb result = palettes.night(p.y + 0.06F * noise(p * 1.2F, 610));
-        result = result + colour(0xff8a4a) * (0.09F * bell(p.y - 0.64F, 0.12F) * (1 + 0.5F * noise(p * 1.7F, 611)));
+        result = result + colour(0xff8a4a) * (0.09F * bell(p.y - 0.64F, 0.12F) *
+                                              (1 + 0.5F * noise(p * 1.7F, 611)));
         for (const auto& layer : layers)
             result = result + lightsAt(layer, palettes.tints, p);
         return result;

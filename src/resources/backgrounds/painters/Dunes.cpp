@@ -22,7 +22,8 @@ float section(float phase) {
 
 float duneHeight(Vec2 p, float footprint) {
     const Vec2 q = p * 0.05F + Vec2{1.7F, 3.1F};
-    const Vec2 bend = warp(Vec2{q.x * 0.5F, q.y * 0.9F}, {.octaves = 2, .gain = 0.35F, .seed = 111});
+    const Vec2 bend =
+        warp(Vec2{q.x * 0.5F, q.y * 0.9F}, {.octaves = 2, .gain = 0.35F, .seed = 111});
     const float size = smoothstep(-0.7F, 0.6F, noise(q * 0.7F, 112));
     const float main = section(q.x * 0.85F + q.y * 0.42F + bend.x * 1.25F);
     const float cross = section(q.x * 1.1F - q.y * 1.7F + bend.y * 1.1F + 0.4F);
@@ -42,7 +43,8 @@ Vec2 ripples(Vec2 p, float footprint) {
 }
 
 Rgb skyAt(Vec2 p) {
-    static const Gradient gradient{{0, 0x5f86b8}, {0.22F, 0xa3b4c8}, {0.4F, 0xe9cfae}, {0.5F, 0xf6c58c}};
+    static const Gradient gradient{
+        {0, 0x5f86b8}, {0.22F, 0xa3b4c8}, {0.4F, 0xe9cfae}, {0.5F, 0xf6c58c}};
     const Vec2 toSun = p - Vec2{0.05F, 0.34F};
     const float glow = exponential(-length(toSun) * 2.2F);
     return gradient(p.y) + colour(0xffb469) * (0.55F * glow);
@@ -54,13 +56,14 @@ Rgb duneAt(const Relief& relief, Vec2 p, float distance) {
     const Vec3 toSun = normalized({-0.86F, 0.10F, 0.36F});
     const Vec2 place = relief.ground(p, distance);
     const float detail = relief.footprint(distance);
-    const Vec3 smooth = relief.normal(place, std::max(detail, 0.04F));
+    const Vec3 smooth = relief.surface(place, std::max(detail, 0.04F)).normal;
     const Vec2 ripple = ripples(place, detail);
     const Vec3 normal = normalized(smooth + Vec3{ripple.x, ripple.y, 0});
-    const float sun = saturate(dot(normal, toSun)) * relief.sunlight(place, toSun, 26, 0.12F);
+    const float sun = relief.sunOn(place, normal, toSun, 26, 0.12F);
     const float open = 0.55F + 0.45F * normal.z;
-    const float mottle = 1 + 0.06F * fbm(place * 0.3F, {.octaves = 4, .seed = 116}) +
-                         0.10F * fbm(place * 14, resolved({.octaves = 3, .seed = 117}, detail * 14));
+    const float mottle =
+        1 + 0.06F * fbm(place * 0.3F, {.octaves = 4, .seed = 116}) +
+        0.10F * fbm(place * 14, resolved({.octaves = 3, .seed = 117}, detail * 14));
     const Rgb sand = colour(0xe0a066) * mottle;
     const Rgb light = colour(0xffc58a) * (2.1F * sun) + colour(0x8f9cc9) * (0.34F * open) +
                       colour(0xc98a5a) * (0.16F * (1 - normal.z));
@@ -71,7 +74,8 @@ Rgb duneAt(const Relief& relief, Vec2 p, float distance) {
 } // namespace
 
 Painter paintDunes(const Frame& frame, WorkerPool& pool) {
-    const Camera camera{.height = 8.5F, .horizon = 0.30F, .focal = 1.25F, .nearest = 3, .farthest = 400};
+    const Camera camera{
+        .height = 8.5F, .horizon = 0.30F, .focal = 1.25F, .nearest = 3, .farthest = 400};
     const auto relief = std::make_shared<Relief>(frame, camera, duneHeight, pool);
     return [relief](Vec2 p) {
         return seen(*relief, p, [&](Vec2 place, float d) { return duneAt(*relief, place, d); });

@@ -38,8 +38,8 @@ Rgb silkAt(const Silk& silk, Vec2 p) {
     const float lit = saturate(0.5F + 0.5F * dot(normal, light));
     const Vec3 half = normalized(light + Vec3{0, 0, 1});
     const float gloss = power(saturate(dot(normal, half)), 26);
-    const float place = 0.16F + 0.36F * p.x + 0.16F * (1 - p.y) + 0.85F * height +
-                        0.13F * noise(p * 1.3F, 14);
+    const float place =
+        0.16F + 0.36F * p.x + 0.16F * (1 - p.y) + 0.85F * height + 0.13F * noise(p * 1.3F, 14);
     const Rgb cloth = silk.cloth(place);
     return cloth * mix(silk.shade, 1.12F, lit * lit) + silk.sheen * (gloss * silk.sheenStrength);
 }
@@ -51,16 +51,24 @@ Painter makeSilk(Silk silk) {
 } // namespace
 
 Painter paintFoldsDark(const Frame&, WorkerPool&) {
-    return makeSilk({.cloth = {{0, 0x0b1033}, {0.25F, 0x1c1a5e}, {0.45F, 0x4a2290}, {0.65F, 0x9c2f86},
-                               {0.82F, 0xe0566a}, {1, 0xffa25c}},
+    return makeSilk({.cloth = {{0, 0x0b1033},
+                               {0.25F, 0x1c1a5e},
+                               {0.45F, 0x4a2290},
+                               {0.65F, 0x9c2f86},
+                               {0.82F, 0xe0566a},
+                               {1, 0xffa25c}},
                      .sheen = colour(0xc9a2ff),
                      .shade = 0.06F,
                      .sheenStrength = 0.10F});
 }
 
 Painter paintFoldsLight(const Frame&, WorkerPool&) {
-    return makeSilk({.cloth = {{0, 0xc3d4ff}, {0.25F, 0xd6d0ff}, {0.45F, 0xecd3fb}, {0.65F, 0xffd3e2},
-                               {0.82F, 0xffdccb}, {1, 0xfff0d6}},
+    return makeSilk({.cloth = {{0, 0xc3d4ff},
+                               {0.25F, 0xd6d0ff},
+                               {0.45F, 0xecd3fb},
+                               {0.65F, 0xffd3e2},
+                               {0.82F, 0xffdccb},
+                               {1, 0xfff0d6}},
                      .sheen = colour(0xffffff),
                      .shade = 0.52F,
                      .sheenStrength = 0.16F});

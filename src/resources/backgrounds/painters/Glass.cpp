@@ -33,9 +33,10 @@ Rgb glassAt(const GlassPalette& palette, Vec2 p, float aspect) {
     const float light = glowAt(behind);
     const float edge = square(s * s * s);
     const float shading = 1 - palette.shade * edge;
-    const float glint = palette.glint * (bell(s + 0.62F, 0.10F) * 0.6F + bell(s - 0.80F, 0.05F)) *
-                        (0.15F + light);
-    return palette.glow(light + glint * 0.35F + 0.03F * s) * shading + colour(0xffffff) * (glint * 0.06F);
+    const float glint =
+        palette.glint * (bell(s + 0.62F, 0.10F) * 0.6F + bell(s - 0.80F, 0.05F)) * (0.15F + light);
+    return palette.glow(light + glint * 0.35F + 0.03F * s) * shading +
+           colour(0xffffff) * (glint * 0.06F);
 }
 
 Painter makeGlass(GlassPalette palette, const Frame& frame) {
@@ -47,16 +48,24 @@ Painter makeGlass(GlassPalette palette, const Frame& frame) {
 } // namespace
 
 Painter paintGlassDark(const Frame& frame, WorkerPool&) {
-    return makeGlass({.glow = {{0, 0x07070d}, {0.25F, 0x1a0f2e}, {0.45F, 0x5c1640}, {0.65F, 0xc23a2c},
-                               {0.85F, 0xf58a3a}, {1, 0xffd79a}},
+    return makeGlass({.glow = {{0, 0x07070d},
+                               {0.25F, 0x1a0f2e},
+                               {0.45F, 0x5c1640},
+                               {0.65F, 0xc23a2c},
+                               {0.85F, 0xf58a3a},
+                               {1, 0xffd79a}},
                       .shade = 0.45F,
                       .glint = 0.5F},
                      frame);
 }
 
 Painter paintGlassLight(const Frame& frame, WorkerPool&) {
-    return makeGlass({.glow = {{0, 0xf4f1ec}, {0.25F, 0xeee6f4}, {0.45F, 0xcfd9fb}, {0.65F, 0xa9d4f2},
-                               {0.85F, 0xc8eadb}, {1, 0xfdf6c9}},
+    return makeGlass({.glow = {{0, 0xf4f1ec},
+                               {0.25F, 0xeee6f4},
+                               {0.45F, 0xcfd9fb},
+                               {0.65F, 0xa9d4f2},
+                               {0.85F, 0xc8eadb},
+                               {1, 0xfdf6c9}},
                       .shade = 0.10F,
                       .glint = 0.6F},
                      frame);

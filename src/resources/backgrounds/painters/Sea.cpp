@@ -12,7 +12,8 @@ constexpr float horizon = 0.46F;
 constexpr float sunX = 0.62F;
 
 struct Palettes {
-    Gradient sky{{0, 0x1b2550}, {0.16F, 0x3d3c74}, {0.28F, 0x8a5a86}, {0.38F, 0xe08a78}, {0.46F, 0xffc37e}};
+    Gradient sky{
+        {0, 0x1b2550}, {0.16F, 0x3d3c74}, {0.28F, 0x8a5a86}, {0.38F, 0xe08a78}, {0.46F, 0xffc37e}};
 };
 
 Rgb skyAt(const Palettes& palettes, Vec2 p) {
@@ -33,11 +34,13 @@ Vec2 slopeAt(Vec2 place, float footprint) {
     const auto wave = [&](Vec2 p) {
         const float swell = 0.40F * sine(p.y * 0.8F + p.x * 0.2F + 2 * noise(p * 0.12F, 303));
         const Vec2 q{p.x * 0.42F, p.y * 1.0F};
-        return swell + 0.62F * fbm(q * 0.8F, resolved({.octaves = 7, .gain = 0.46F, .seed = 304}, footprint * 0.8F));
+        return swell + 0.62F * fbm(q * 0.8F, resolved({.octaves = 7, .gain = 0.46F, .seed = 304},
+                                                      footprint * 0.8F));
     };
     const float step = std::max(footprint * 0.5F, 0.01F);
     const float here = wave(place);
-    return {(wave(place + Vec2{step, 0}) - here) / step, (wave(place + Vec2{0, step}) - here) / step};
+    return {(wave(place + Vec2{step, 0}) - here) / step,
+            (wave(place + Vec2{0, step}) - here) / step};
 }
 
 Rgb seaAt(const Palettes& palettes, Vec2 p, const Frame& frame) {
@@ -51,8 +54,11 @@ Rgb seaAt(const Palettes& palettes, Vec2 p, const Frame& frame) {
     const float fresnel = 0.03F + 0.97F * power(1 - facing, 5);
     const float upward = std::abs(down * 1.0F + slope.y * 0.55F) + 0.012F;
     const Vec2 mirrored{p.x + slope.x * 0.35F, std::max(0.F, horizon - upward)};
-    const Rgb reflected = palettes.sky(mirrored.y) +
-                          colour(0xff9a4a) * (1.25F * exponential(-length(Vec2{(mirrored.x - sunX) * 1.5F, (horizon - mirrored.y) * 0.9F}) * 6.F));
+    const Rgb reflected =
+        palettes.sky(mirrored.y) +
+        colour(0xff9a4a) * (1.25F * exponential(-length(Vec2{(mirrored.x - sunX) * 1.5F,
+                                                             (horizon - mirrored.y) * 0.9F}) *
+                                                6.F));
     const Rgb deep = mix(colour(0x0a2036), colour(0x1e4258), saturate(0.4F + slope.y));
     const Rgb water = mix(deep, reflected, saturate(fresnel));
     const float haze = exponential(-down * 55);

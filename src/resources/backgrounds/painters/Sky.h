@@ -14,6 +14,8 @@ Rgb starsAt(Vec2 p, float density, float pixel, std::uint32_t seed);
 float skyline(float x, int octaves, std::uint32_t seed);
 
 /// How much of a pixel lies below an edge; `depth` is how far its middle does.
-constexpr float coverage(float depth, float pixel) { return saturate(depth / pixel + 0.5F); }
+constexpr float coverage(float depth, float pixel) {
+    return saturate(depth / pixel + 0.5F);
+}
 
 } // namespace vantro::backgrounds

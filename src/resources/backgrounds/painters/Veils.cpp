@@ -48,7 +48,8 @@ Rgb veilsAt(const VeilPalette& palette, Vec2 p, float pixel) {
         const float thin = 0.5F + 0.5F * s;
         const float alpha =
             saturate(palette.opacity * (0.18F + 0.82F * thin * thin) * (0.55F + dense * 0.6F));
-        const float glow = 0.78F + palette.lift * (0.5F * thin + 0.35F * dense) + palette.edge * rim;
+        const float glow =
+            0.78F + palette.lift * (0.5F * thin + 0.35F * dense) + palette.edge * rim;
         const Rgb shade = palette.veil(t + 0.22F * (s * 0.5F) + 0.16F * (p.x - 0.89F));
         result = mix(result, shade * glow, alpha * inside);
     }

@@ -20,17 +20,20 @@ float rippleAt(Vec2 p) {
     const float join = noise(Vec2{p.x * 1.5F, p.y * 1.1F}, 994) + 0.5F * noise(p * 2.9F, 998);
     const float phase = p.y * 31 + p.x * 5 + 13 * bend.x + 3.6F * join;
     const float wave = sine(phase + 0.35F * sine(phase + 0.9F));
-    const float strength = 0.30F + 0.70F * smoothstep(-0.5F, 0.5F, noise(p * 0.8F + bend * 0.6F, 995));
+    const float strength =
+        0.30F + 0.70F * smoothstep(-0.5F, 0.5F, noise(p * 0.8F + bend * 0.6F, 995));
     return wave * strength + 0.18F * sine(phase * 0.5F + 3 * bend.y);
 }
 
 float surfaceAt(Vec2 p, float footprint) {
     return 0.0145F * rippleAt(p) + 0.060F * bedAt(p) +
-           0.0022F * fbm(p * 11, resolved({.octaves = 6, .gain = 0.62F, .seed = 996}, footprint * 11));
+           0.0022F *
+               fbm(p * 11, resolved({.octaves = 6, .gain = 0.62F, .seed = 996}, footprint * 11));
 }
 
 Rgb reflectedSky(float x, float height) {
-    static const Gradient gradient{{0, 0xffc48c}, {0.16F, 0xf7a78f}, {0.36F, 0xc48fae}, {0.62F, 0x7f86bd}, {1, 0x4f6aa6}};
+    static const Gradient gradient{
+        {0, 0xffc48c}, {0.16F, 0xf7a78f}, {0.36F, 0xc48fae}, {0.62F, 0x7f86bd}, {1, 0x4f6aa6}};
     const float cloud = fbm(Vec2{x * 0.9F, height * 2.6F}, {.octaves = 4, .seed = 997});
     return gradient(height + 0.05F * cloud) * (1 + 0.22F * cloud);
 }
@@ -50,9 +53,12 @@ Rgb sandAt(Vec2 p, const Frame& frame) {
     const float sun = saturate(dot(normal, toSun));
     const float above = height - water;
     const float wet = smoothstep(0.040F, 0.0F, above);
-    const float speckle = 1 + 0.10F * fbm(place * 34, resolved({.octaves = 3, .gain = 0.8F, .seed = 998}, footprint * 34));
+    const float speckle =
+        1 + 0.10F * fbm(place * 34,
+                        resolved({.octaves = 3, .gain = 0.8F, .seed = 998}, footprint * 34));
     const Rgb body = mix(colour(0xc4ab98), colour(0x77655f), wet) * speckle;
-    const Rgb light = colour(0xffc8a0) * (1.25F * sun) + colour(0x95a3d6) * (0.36F + 0.1F * normal.z);
+    const Rgb light =
+        colour(0xffc8a0) * (1.25F * sun) + colour(0x95a3d6) * (0.36F + 0.1F * normal.z);
     // A wet grain surface mirrors the sky where it tilts towards the light.
     const float tilt = saturate(0.26F + 0.5F * p.y - 1.0F * slope.y);
     const float facing = saturate(0.30F + 0.30F * p.y - 1.1F * slope.y);

@@ -1,0 +1,86 @@
+#include "app/state/RecoveryFlow.h"
+
+#include "app/ProjectPackage.h"
+#include "app/state/ErrorText.h"
+#include "model/Json.h"
+
+#include <fstream>
+#include <sstream>
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+constexpr auto openFailed = VantroError::Kind::projectOpenFailed;
+
+} // namespace
+
+FinishedRecording readFinishedRecording(const std::filesystem::path& recordingURL) {
+    FinishedRecording finished;
+    finished.recordingURL = recordingURL;
+    finished.metadataURL = recordingURL.parent_path() / package::metadataFile;
+    std::ifstream file(finished.metadataURL, std::ios::binary);
+    std::ostringstream json;
+    json << file.rdbuf();
+    if (!file)
+        throw VantroError(openFailed,
+                          fmt::format("{}: cannot be read", finished.metadataURL.string()));
+    finished.metadata = decodeMetadata(json.view());
+    finished.editableClickEvents = finished.metadata.clickEvents;
+    normalizeClickEvents(finished.editableClickEvents, finished.metadata.endTime);
+    finished.segments = fullLengthTimeline();
+    return finished;
+}
+
+RecoveryFlow::RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer)
+    : m_state(state), m_tasks(tasks), m_recoverer(std::move(recoverer)) {}
+
+void RecoveryFlow::offer(const std::filesystem::path& recordingURL) {
+    std::error_code error;
+    if (recordingURL.empty() || !std::filesystem::is_regular_file(recordingURL, error))
+        return;
+    m_recordingURL = recordingURL;
+    Q_EMIT offeredChanged();
+}
+
+void RecoveryFlow::recover() {
+    if (!isOffered())
+        return;
+    m_tasks.run([this, recoverer = m_recoverer,
+                 recordingURL = m_recordingURL]() -> TaskRunner::Continuation {
+        try {
+            return [this, finished = recoverer(recordingURL)] { show(finished); };
+        } catch (const std::exception& failure) {
+            return [this, text = failureText(failure, openFailed)] {
+                m_state.setError(text, openFailed);
+            };
+        }
+    });
+    withdraw();
+}
+
+void RecoveryFlow::show(FinishedRecording finished) {
+    if (m_state.phase() != AppPhase::idle())
+        return;
+    m_state.setRecordingURL(std::move(finished.recordingURL));
+    m_state.setMetadataURL(std::move(finished.metadataURL));
+    m_state.setMetadata(std::move(finished.metadata));
+    m_state.setEditableClickEvents(std::move(finished.editableClickEvents));
+    m_state.setSegments(std::move(finished.segments));
+    m_state.setPhase(AppPhase::previewing());
+}
+
+void RecoveryFlow::dismiss() {
+    if (!isOffered())
+        return;
+    withdraw();
+    Q_EMIT dismissed();
+}
+
+void RecoveryFlow::withdraw() {
+    m_recordingURL.clear();
+    Q_EMIT offeredChanged();
+}
+
+} // namespace vantro

@@ -1,0 +1,168 @@
+// The file as a whole: pace, length, loop, what failures leave behind.
+
+#include "export/gif/GifFixture.h"
+#include "model/VantroError.h"
+
+#include <csignal>
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+namespace vantro::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::shared_ptr<PixelBuffer> flat(int width, int height, int color) {
+    return picture(width, height, [&](int, int) { return color; });
+}
+
+std::shared_ptr<PixelBuffer> noise(int width, int height, unsigned seed) {
+    std::minstd_rand random(seed);
+    return picture(width, height, [&](int, int) { return random() & 0xFFFFFF; });
+}
+
+void writeText(const std::filesystem::path& path, const std::string& text) {
+    std::ofstream(path) << text;
+}
+
+std::string readText(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator(file), {}};
+}
+
+template <typename Action>
+std::string exportError(Action action) {
+    try {
+        action();
+    } catch (const VantroError& error) {
+        EXPECT_EQ(error.kind(), VantroError::Kind::exportFailed);
+        return error.message();
+    }
+    return "no error";
+}
+
+/// No file may grow past `bytes` while this lives, as on a disk that is full.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+using GifFile = GifTest;
+
+TEST_F(GifFile, keepsTimeWhateverTheRoundingOfSingleFrames) {
+    GifWriter writer(m_target, 4, 4, twelfth);
+    for (int frame = 0; frame < 100; ++frame)
+        writer.append(*flat(4, 4, frame % 2 == 0 ? 0xFFFFFF : 0x203040));
+    writer.finish();
+    const auto gif = decodeGif(m_target);
+    ASSERT_EQ(gif.images.size(), 100U);
+    EXPECT_TRUE(gif.loopsForEver);
+    int shownUntil = 0;
+    for (int frame = 0; frame < 100; ++frame) {
+        shownUntil += gif.images[static_cast<std::size_t>(frame)].delay;
+        EXPECT_NEAR(shownUntil, (frame + 1) * 100 / 12.0, 0.5) << frame;
+    }
+}
+
+TEST_F(GifFile, stillPicturesOnlyLengthenTheOneBefore) {
+    const auto still = noise(320, 180, 1);
+    const auto stillAgain = noise(320, 180, 1);
+    const auto lastOne = flat(320, 180, 0x336699);
+    std::uintmax_t bytesOfOne = 0;
+    for (const int repetitions : {1, 300}) {
+        GifWriter writer(m_target, 320, 180, twelfth);
+        for (int frame = 0; frame < repetitions; ++frame)
+            writer.append(frame % 2 == 0 ? *still : *stillAgain);
+        writer.append(*lastOne);
+        writer.finish();
+        const auto gif = decodeGif(m_target);
+        ASSERT_EQ(gif.images.size(), 2U);
+        EXPECT_NEAR(gif.images[0].delay, repetitions * 100 / 12.0, 0.5);
+        EXPECT_NEAR(gif.totalDelay(), (repetitions + 1) * 100 / 12.0, 0.5);
+        if (repetitions == 1)
+            bytesOfOne = gif.bytes;
+        else
+            EXPECT_EQ(gif.bytes, bytesOfOne);
+    }
+}
+
+TEST_F(GifFile, pausesLongerThanADelayCanSayAreKept) {
+    constexpr int frames = 12 * 60 * 25; // 25 minutes
+    GifWriter writer(m_target, 3, 2, twelfth);
+    const auto still = flat(3, 2, 0x8899AA);
+    for (int frame = 0; frame < frames; ++frame)
+        writer.append(*still);
+    writer.append(*flat(3, 2, 0x000000));
+    writer.finish();
+    const auto gif = decodeGif(m_target);
+    EXPECT_EQ(gif.totalDelay(), 25 * 60 * 100 + 8);
+    EXPECT_EQ(largestError(gif.at(25 * 60 * 100 - 1), *still), 0);
+    EXPECT_EQ(largestError(gif.at(25 * 60 * 100), *flat(3, 2, 0)), 0);
+}
+
+TEST_F(GifFile, fullDiskLeavesTheEarlierFileAndSaysWhatHappened) {
+    writeText(m_target, "earlier");
+    const auto message = exportError([&] {
+        GifWriter writer(m_target, 320, 180, twelfth);
+        const FileSizeLimit limit(100'000);
+        for (unsigned frame = 0; frame < 20; ++frame)
+            writer.append(*noise(320, 180, frame));
+        writer.finish();
+    });
+    EXPECT_THAT(message, AllOf(StartsWith("Failed to finalize GIF"), HasSubstr(m_target.string()),
+                               HasSubstr("File too large")));
+    EXPECT_EQ(readText(m_target), "earlier");
+    EXPECT_EQ(filesInFolder(), 1);
+}
+
+TEST_F(GifFile, placeThatCannotBeWrittenFailsAtOnce) {
+    const auto target = m_folder / "missing" / "movie.gif";
+    const auto message = exportError([&] { const GifWriter writer(target, 8, 8, twelfth); });
+    EXPECT_THAT(message, AllOf(StartsWith("Failed to create GIF destination"),
+                               HasSubstr(target.string()), HasSubstr("No such file or directory")));
+}
+
+TEST_F(GifFile, appearsOnlyWhenFinished) {
+    writeText(m_target, "earlier");
+    {
+        GifWriter cancelled(m_target, 64, 64, twelfth);
+        cancelled.append(*noise(64, 64, 1));
+        cancelled.append(*noise(64, 64, 2));
+        cancelled.cancel();
+        EXPECT_EQ(filesInFolder(), 1);
+        GifWriter dropped(m_target, 64, 64, twelfth);
+        dropped.append(*noise(64, 64, 1));
+    }
+    EXPECT_EQ(filesInFolder(), 1);
+    GifWriter empty(m_target, 64, 64, twelfth);
+    EXPECT_THAT(exportError([&] { empty.finish(); }), StartsWith("Failed to finalize GIF"));
+    EXPECT_EQ(readText(m_target), "earlier");
+
+    GifWriter writer(m_target, 64, 64, twelfth);
+    writer.append(*noise(64, 64, 1));
+    EXPECT_EQ(readText(m_target), "earlier");
+    writer.finish();
+    EXPECT_EQ(decodeGif(m_target).images.size(), 1U);
+}
+
+} // namespace
+} // namespace vantro::test
