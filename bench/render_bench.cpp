@@ -66,7 +66,7 @@ void drawFrames(benchmark::State& state, const Scene& scene, PixelFormat sourceF
     const RenderParams params = frame(scene, sourceFormat, width, height);
     const auto output = PixelBuffer::allocate(outputFormat, width, height);
     renderer->render(params, *output); // draws backdrop and shadow, which frames share
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         renderer->render(params, *output);
         benchmark::DoNotOptimize(output->row(0, 0));
     }
@@ -81,7 +81,7 @@ void drawShadowOnce(benchmark::State& state, int width, int height, float radius
                              static_cast<float>(width) * 0.84F,
                              static_cast<float>(height) * 0.84F,
                              radius};
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(drawShadow(key));
 }
 

@@ -14,9 +14,11 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res)
 pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widgets)
 
 if(VANTRO_TESTS)
   find_package(GTest REQUIRED)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 endif()
 if(VANTRO_BENCH)
   find_package(benchmark REQUIRED)

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <numbers>
 #include <stdexcept>
 #include <thread>
 
@@ -24,6 +25,7 @@ using Seconds = std::chrono::duration<double>;
 using Instant = std::chrono::time_point<std::chrono::steady_clock, Seconds>;
 
 constexpr Seconds stepInterval{1.0 / 120}; // two positions for each recorded frame
+constexpr double bend = 0.06;              // of the distance: how far a path swings out
 constexpr Seconds holdTime{0.08};          // from a press to its release, as a finger does
 
 struct Disconnect {
@@ -53,13 +55,12 @@ class Hand {
     void operator()(const Move& move) {
         const auto [startX, startY] = location();
         const Instant start = m_time;
-        const double bend = 0.06;
         for (double share = 0; share < 1;) {
             sleepFor(stepInterval);
             share = move.seconds > 0 ? (m_time - start).count() / move.seconds : 1;
             share = std::min(share, 1.0);
             const double along = share * share * share * (share * (6 * share - 15) + 10);
-            const double aside = bend * std::sin(3.14159265358979 * along);
+            const double aside = bend * std::sin(std::numbers::pi * along);
             fake(XCB_MOTION_NOTIFY, 0,
                  startX + (move.x - startX) * along + (move.y - startY) * aside,
                  startY + (move.y - startY) * along - (move.x - startX) * aside);

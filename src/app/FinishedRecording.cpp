@@ -16,7 +16,7 @@ FinishedRecording finishRecording(const std::filesystem::path& recordingURL,
                                .segments = fullLengthTimeline()};
     try {
         writeWholeFile(finished.metadataURL, encodeMetadata(finished.metadata));
-    } catch (const std::filesystem::filesystem_error& error) {
+    } catch (const std::runtime_error& error) { // the file, or a number that JSON cannot hold
         throw VantroError(VantroError::Kind::assetWriterFailed, error.what());
     }
     finished.editableClickEvents = finished.metadata.clickEvents;

@@ -95,6 +95,8 @@ void writeProjectFile(const fs::path& packageURL, const ProjectData& project) tr
     writeWholeFile(packageURL / package::projectFile, encodeProject(project));
 } catch (const fs::filesystem_error& error) {
     failSave(error.what());
+} catch (const EncodingError& error) {
+    failSave(error.what());
 }
 
 ProjectData readProjectFile(const fs::path& packageURL) {

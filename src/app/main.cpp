@@ -1,5 +1,6 @@
 #include "app/cli/CommandLine.h"
+#include "editor/Application.h"
 
 int main(int argc, char** argv) {
-    return vantro::runCommandLine(argc, argv);
+    return argc > 1 ? vantro::runCommandLine(argc, argv) : vantro::runApplication(argc, argv);
 }

@@ -102,19 +102,17 @@ void Program::followPreferences() {
 
 /// Remembers which recording would be lost from sight if the program ended now.
 void Program::followRecordings() {
-    QObject::connect(&m_state, &AppState::recordingURLChanged, [this] {
-        if (m_state.recordingURL() && !m_state.projectURL())
+    QObject::connect(&m_state, &AppState::phaseChanged, [this] {
+        if (m_state.phase() == AppPhase::previewing() && m_state.recordingURL() &&
+            !m_state.projectURL())
             m_preferences.setUnsavedRecording(
                 QString::fromStdString(m_state.recordingURL()->string()));
-        else if (m_state.phase() != AppPhase::recording())
-            m_preferences.setUnsavedRecording({});
     });
-    const auto inProject = [this](const QString& path) {
-        m_preferences.addRecentProject(path);
-        m_preferences.setUnsavedRecording({});
-    };
-    QObject::connect(&m_projects, &ProjectFlow::saved, inProject);
-    QObject::connect(&m_projects, &ProjectFlow::opened, inProject);
+    const auto used = [this](const QString& path) { m_preferences.addRecentProject(path); };
+    QObject::connect(&m_projects, &ProjectFlow::saved, used);
+    QObject::connect(&m_projects, &ProjectFlow::opened, used);
+    QObject::connect(&m_projects, &ProjectFlow::saved,
+                     [this] { m_preferences.setUnsavedRecording({}); });
     QObject::connect(&m_recovery, &RecoveryFlow::dismissed,
                      [this] { m_preferences.setUnsavedRecording({}); });
 }

@@ -2,6 +2,7 @@
 
 #include <QQuickWindow>
 #include <QSGSimpleTextureNode>
+#include <cmath>
 
 namespace vantro {
 
@@ -18,13 +19,25 @@ void PictureItem::setPicture(const QImage& picture) {
 
 void PictureItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
+    m_textureIsStale = true;
     update();
 }
 
 QRectF PictureItem::pictureRect() const {
-    const auto fitted = QSizeF(m_picture.size()).scaled(size(), Qt::KeepAspectRatio);
-    return {(width() - fitted.width()) / 2, (height() - fitted.height()) / 2, fitted.width(),
-            fitted.height()};
+    const auto natural = QSizeF(m_picture.size()) / window()->effectiveDevicePixelRatio();
+    const auto fitted = natural.width() <= width() && natural.height() <= height()
+                            ? natural
+                            : natural.scaled(size(), Qt::KeepAspectRatio);
+    return {std::round((width() - fitted.width()) / 2),
+            std::round((height() - fitted.height()) / 2), fitted.width(), fitted.height()};
+}
+
+QImage PictureItem::fittedPicture() const {
+    const auto pixels =
+        (pictureRect().size() * window()->effectiveDevicePixelRatio()).toSize().expandedTo({1, 1});
+    return pixels == m_picture.size()
+               ? m_picture
+               : m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
@@ -36,12 +49,11 @@ QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     if (texture == nullptr) {
         texture = new QSGSimpleTextureNode; // owned by the scene graph
         texture->setOwnsTexture(true);
-        texture->setFiltering(QSGTexture::Linear);
         m_textureIsStale = true;
     }
     if (m_textureIsStale)
         texture->setTexture(
-            window()->createTextureFromImage(m_picture, QQuickWindow::TextureIsOpaque));
+            window()->createTextureFromImage(fittedPicture(), QQuickWindow::TextureIsOpaque));
     m_textureIsStale = false;
     texture->setRect(pictureRect());
     return texture;

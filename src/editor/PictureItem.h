@@ -5,7 +5,8 @@
 
 namespace vantro {
 
-/// Shows an image in the middle of itself, as large as fits.
+/// Shows an image in the middle of itself, as large as fits but never enlarged. The image is scaled
+/// here and smoothly: scene graphs scale coarsely, which spoils text.
 class PictureItem : public QQuickItem {
     Q_OBJECT
     Q_PROPERTY(QImage picture READ picture WRITE setPicture NOTIFY pictureChanged)
@@ -25,8 +26,9 @@ class PictureItem : public QQuickItem {
 
   private:
     QRectF pictureRect() const;
+    QImage fittedPicture() const;
 
-    QImage m_picture;
+    QImage m_picture; ///< its own pixels, whatever ratio it names
     bool m_textureIsStale = false;
 };
 

@@ -9,7 +9,7 @@ __extension__ typedef __int128 WideInteger; // NOLINT(modernize-use-using): need
 /// An exact fraction in lowest terms, wide enough for products of times. Overflow is fatal.
 class Fraction {
   public:
-    Fraction(MediaTime time); // NOLINT(google-explicit-constructor): every time is a fraction
+    Fraction(MediaTime time); // not explicit: every time is a fraction
     Fraction(WideInteger numerator, WideInteger denominator);
 
     WideInteger numerator() const { return m_numerator; }

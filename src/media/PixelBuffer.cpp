@@ -72,6 +72,16 @@ struct PixelBufferPool::Store {
     Guarded<std::vector<std::shared_ptr<PixelBuffer>>> idle;
 };
 
+/// A buffer in use. It keeps the store alive, not the pool.
+struct PixelBufferPool::Loan {
+    std::shared_ptr<PixelBuffer> buffer;
+    std::shared_ptr<Store> store;
+
+    ~Loan() {
+        store->idle.with([this](auto& idle) { idle.push_back(std::move(buffer)); });
+    }
+};
+
 PixelBufferPool::PixelBufferPool(PixelFormat format, int width, int height, ColorDescription color)
     : m_format(format)
     , m_width(width)
@@ -89,11 +99,9 @@ std::shared_ptr<PixelBuffer> PixelBufferPool::take() {
     });
     if (!buffer)
         buffer = PixelBuffer::allocate(m_format, m_width, m_height, m_color);
-    // The handle's deleter puts the buffer back; it keeps the store alive, not the pool.
     auto* pixels = buffer.get();
-    return {pixels, [buffer = std::move(buffer), store = m_store](PixelBuffer*) mutable {
-                store->idle.with([&](auto& idle) { idle.push_back(std::move(buffer)); });
-            }};
+    auto loan = std::make_shared<Loan>(std::move(buffer), m_store);
+    return {std::move(loan), pixels};
 }
 
 } // namespace vantro

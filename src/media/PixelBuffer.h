@@ -82,6 +82,7 @@ class PixelBufferPool {
 
   private:
     struct Store;
+    struct Loan;
     PixelFormat m_format;
     int m_width;
     int m_height;

@@ -123,20 +123,26 @@ std::int64_t VideoWriterInput::nominalDuration(const VideoFrame& frame) const {
 }
 
 void VideoWriterInput::take(AVPacket& packet) {
-    if (m_held->data != nullptr) {
-        m_held->duration = packet.dts - m_held->dts;
-        m_muxer.write(m_track, *m_held);
-    }
+    if (m_held->data != nullptr)
+        writeHeld(packet.dts - m_held->dts);
     av_packet_move_ref(m_held.get(), &packet);
+}
+
+/// In decoding order the last picture is not always the last packet: where both differ, the file's
+/// index takes the track's length from the one and the time line's end from the other.
+void VideoWriterInput::writeHeld(std::int64_t duration) {
+    const bool showsLast = m_finalDuration && m_held->pts == m_lastTicks;
+    m_held->duration = showsLast ? *m_finalDuration : duration;
+    m_muxer.write(m_track, *m_held);
 }
 
 void VideoWriterInput::finishTrack() {
     if (m_lastTicks < 0)
         throw MediaError("No frame was written");
-    m_encoder.drain([this](AVPacket& packet) { take(packet); });
     const auto wanted = m_endTime ? ticks(*m_endTime) - m_lastTicks : m_lastDuration;
-    m_held->duration = std::max<std::int64_t>(wanted, 1);
-    m_muxer.write(m_track, *m_held);
+    m_finalDuration = std::max<std::int64_t>(wanted, 1);
+    m_encoder.drain([this](AVPacket& packet) { take(packet); });
+    writeHeld(*m_finalDuration);
 }
 
 } // namespace vantro

@@ -42,6 +42,7 @@ class VideoWriterInput {
     std::int64_t ticks(MediaTime presentationTime) const;
     std::int64_t nominalDuration(const VideoFrame& frame) const;
     void take(AVPacket& packet);
+    void writeHeld(std::int64_t duration);
     void finishTrack();
 
     const VideoSettings m_settings;
@@ -64,6 +65,7 @@ class VideoWriterInput {
     std::shared_ptr<const PixelBuffer> m_lastPicture; ///< what became of them
     std::int64_t m_lastTicks = -1;
     std::int64_t m_lastDuration = 0;
+    std::optional<std::int64_t> m_finalDuration; ///< the last picture's, once it was appended
     /// The newest packet waits for the next one, or the end: only then its duration is known.
     av::PacketHandle m_held;
 };

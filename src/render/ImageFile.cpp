@@ -137,10 +137,14 @@ Picture readPicture(const std::filesystem::path& path) {
         return std::unexpected(std::generic_category().message(errno));
     std::array<unsigned char, 8> magic{};
     const auto length = std::fread(magic.data(), 1, magic.size(), file.get());
-    std::rewind(file.get());
-    if (length == magic.size() && png_sig_cmp(magic.data(), 0, magic.size()) == 0)
+    if (length < magic.size())
+        return std::unexpected(std::ferror(file.get()) != 0 ? std::generic_category().message(errno)
+                                                            : std::string("neither PNG nor JPEG"));
+    if (std::fseek(file.get(), 0, SEEK_SET) != 0)
+        return std::unexpected(std::generic_category().message(errno));
+    if (png_sig_cmp(magic.data(), 0, magic.size()) == 0)
         return readPng(file.get());
-    if (length > 2 && magic[0] == 0xFF && magic[1] == 0xD8)
+    if (magic[0] == 0xFF && magic[1] == 0xD8)
         return readJpeg(file.get());
     return std::unexpected(std::string("neither PNG nor JPEG"));
 }

@@ -132,6 +132,18 @@ TEST(AssetWriter, keepsTheTimesOfALiveSourceToTheTickAndItsEnd) {
     EXPECT_EQ(last->presentationTime + last->duration, (MediaTime{9, 1}));
 }
 
+TEST(AssetWriter, extendsTheLastPictureOfReorderedOnes) {
+    const test::TemporaryFolder folder;
+    for (const MediaTime end : {MediaTime{3, 1}, {89 * 10 + 1, 600}}) {
+        auto writer = startedWriter(folder / "m.mp4", FileType::mpeg4, settings(320, 180, false));
+        for (int index = 0; index < 90; ++index)
+            ASSERT_TRUE(writer->append({noise(320, 180, index), {index, 60}, {1, 60}}));
+        writer->finish(end);
+        EXPECT_GT(test::probe(folder / "m.mp4", "streams").at(0).at("has_b_frames"), 0);
+        EXPECT_EQ(Asset::open(folder / "m.mp4").duration(), end);
+    }
+}
+
 TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
     const test::TemporaryFolder folder;
     auto writer = startedWriter(folder / "m.mp4", FileType::mpeg4, settings(64, 64, false));

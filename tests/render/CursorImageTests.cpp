@@ -82,7 +82,8 @@ TEST(ThemeCursor, FallsBackToTheBuiltInArrowWithoutATheme) {
 TEST(CursorTextures, ChoosesTheSmallestLevelThatIsAtLeastAsWideAsDrawn) {
     const CursorTextures textures(standardCursor(CursorStyle::builtIn));
     const int finest = textures.image().pixels->width();
-    for (double width = 1; width < 2.0 * finest; width *= 1.07) {
+    for (int tenths = 10; tenths < 20 * finest; tenths += tenths / 10) {
+        const double width = tenths / 10.0;
         const auto& texture = textures.textureFor(width);
         const bool isSmallest = texture->width() < 2 * width || texture->width() < 40;
         EXPECT_TRUE(isSmallest) << width << " from " << texture->width();
@@ -98,7 +99,7 @@ TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
     const double unit = plain.width / plain.pixels->width();
     EXPECT_NEAR(image.width / image.pixels->width(), unit, 1e-6);
     EXPECT_NEAR(image.height / image.pixels->height(), unit, 1e-6);
-    for (double width = 10; width < 300; width *= 1.9) {
+    for (const double width : {10.0, 19.0, 36.5, 70.0, 130.0, 250.0}) {
         const PixelBuffer& level = *textures.textureFor(width);
         const double scale = level.width() / image.width;
         EXPECT_NEAR(level.height() / image.height, scale, 1e-4);

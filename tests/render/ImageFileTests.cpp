@@ -84,7 +84,9 @@ TEST_F(ImageFile, WritesI420PixelsInTheirColours) {
                                                   : plane == 1 ? 102
                                                                : 240));
     writePng(path, *picture);
-    const auto* red = loadImage(path)->row(0, 1) + 8;
+    const auto read = loadImage(path);
+    ASSERT_TRUE(read);
+    const auto* red = read->row(0, 1) + 8;
     EXPECT_NEAR(red[2], 255, 2);
     EXPECT_NEAR(red[1], 0, 2);
     EXPECT_NEAR(red[0], 0, 2);

@@ -82,7 +82,7 @@ TEST(BackgroundNoise, DetailSmallerThanAPixelIsLeftOut) {
         double sum = 0;
         for (int i = 0; i < 4000; ++i) {
             const Vec2 p{static_cast<float>(i) * 0.31F, static_cast<float>(i) * 0.17F};
-            sum += std::abs(fbm(p + Vec2{0.02F, 0}, f) - fbm(p, f));
+            sum += std::abs(fbm(p + Vec2{0.004F, 0}, f) - fbm(p, f));
         }
         return sum / 4000;
     };
@@ -102,7 +102,7 @@ TEST(BackgroundNoise, IsTheSameWithEveryCompiler) {
               sine(p.x), exponential(p.y * 0.1F), power(p.x + 301, 0.7F)})
             sum = hashOf(sum ^ std::bit_cast<std::uint32_t>(value));
     }
-    EXPECT_EQ(sum, 0U);
+    EXPECT_EQ(sum, 3856783623U);
 }
 
 TEST(BackgroundNoise, CellsKnowTheirNearestPoints) {

@@ -35,21 +35,22 @@ ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks)
     : m_state(state), m_panels(panels), m_tasks(tasks) {}
 
 void ProjectFlow::saveProject() {
-    if (m_busy)
+    if (isBusy())
         return;
     if (!m_state.metadata() || !m_state.recordingURL())
         return m_state.setError("No recording metadata available", saveFailed);
-    setBusy(true);
+    setActivity(Activity::asking);
     m_panels.ask(PanelKind::saveProject, m_state.recordingName() + package::extension,
                  [this](const auto& packageURL) {
                      if (packageURL && m_state.metadata() && m_state.recordingURL())
                          write(*packageURL);
                      else
-                         setBusy(false);
+                         setActivity(Activity::none);
                  });
 }
 
 void ProjectFlow::write(const std::filesystem::path& packageURL) {
+    setActivity(Activity::working);
     m_tasks.run([this, packageURL, recordingURL = *m_state.recordingURL(),
                  project = *m_state.projectData()]() -> TaskRunner::Continuation {
         const auto failure = trySave(packageURL, recordingURL, project);
@@ -60,7 +61,7 @@ void ProjectFlow::write(const std::filesystem::path& packageURL) {
 
 void ProjectFlow::wrote(const std::filesystem::path& packageURL,
                         const std::filesystem::path& sourceURL, const std::string& failure) {
-    setBusy(false);
+    setActivity(Activity::none);
     if (!failure.empty())
         return m_state.setError(failure, saveFailed);
     Q_EMIT saved(QString::fromStdString(packageURL.string()));
@@ -71,16 +72,16 @@ void ProjectFlow::wrote(const std::filesystem::path& packageURL,
 }
 
 bool ProjectFlow::mayOpen() const {
-    return !m_busy &&
+    return !isBusy() &&
            (m_state.phase() == AppPhase::idle() || m_state.phase() == AppPhase::previewing());
 }
 
 void ProjectFlow::openProject() {
     if (!mayOpen())
         return;
-    setBusy(true);
+    setActivity(Activity::asking);
     m_panels.ask(PanelKind::openProject, {}, [this](const auto& packageURL) {
-        setBusy(false);
+        setActivity(Activity::none);
         if (packageURL)
             openPackage(*packageURL);
     });
@@ -89,10 +90,10 @@ void ProjectFlow::openProject() {
 void ProjectFlow::openPackage(const std::filesystem::path& packageURL) {
     if (!mayOpen())
         return;
-    setBusy(true);
+    setActivity(Activity::working);
     m_tasks.run([this, packageURL]() -> TaskRunner::Continuation {
         return [this, packageURL, project = tryRead(packageURL)]() mutable {
-            setBusy(false);
+            setActivity(Activity::none);
             if (!project)
                 m_state.setError(project.error(), openFailed);
             else if (mayOpen())
@@ -117,11 +118,11 @@ void ProjectFlow::show(const std::filesystem::path& packageURL, ProjectData proj
     Q_EMIT opened(QString::fromStdString(packageURL.string()));
 }
 
-void ProjectFlow::setBusy(bool busy) {
-    if (m_busy == busy)
+void ProjectFlow::setActivity(Activity activity) {
+    if (m_activity == activity)
         return;
-    m_busy = busy;
-    Q_EMIT busyChanged();
+    m_activity = activity;
+    Q_EMIT activityChanged();
 }
 
 } // namespace vantro

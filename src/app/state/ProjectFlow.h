@@ -13,6 +13,8 @@ class ProjectFlow : public QObject {
     Q_OBJECT
 
   public:
+    enum class Activity { none, asking, working };
+
     ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks);
 
     void saveProject();
@@ -20,10 +22,11 @@ class ProjectFlow : public QObject {
     /// openProject without its panel.
     void openPackage(const std::filesystem::path& packageURL);
 
-    bool isBusy() const { return m_busy; }
+    Activity activity() const { return m_activity; }
+    bool isBusy() const { return m_activity != Activity::none; }
 
   Q_SIGNALS:
-    void busyChanged();
+    void activityChanged();
     void saved(const QString& path);
     void opened(const QString& path);
 
@@ -33,12 +36,12 @@ class ProjectFlow : public QObject {
     void wrote(const std::filesystem::path& packageURL, const std::filesystem::path& sourceURL,
                const std::string& failure);
     void show(const std::filesystem::path& packageURL, ProjectData project);
-    void setBusy(bool busy);
+    void setActivity(Activity activity);
 
     AppState& m_state;
     FilePanels& m_panels;
     TaskRunner& m_tasks;
-    bool m_busy = false;
+    Activity m_activity = Activity::none;
 };
 
 } // namespace vantro

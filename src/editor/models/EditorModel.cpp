@@ -42,7 +42,7 @@ void EditorModel::followFlows() {
     connect(&m_flows.exports, &ExportFlow::exported, this, [this](const QString& path) {
         setNotice(QStringLiteral("Exported %1").arg(QFileInfo(path).fileName()));
     });
-    connect(&m_flows.projects, &ProjectFlow::busyChanged, this, &EditorModel::busyChanged);
+    connect(&m_flows.projects, &ProjectFlow::activityChanged, this, &EditorModel::busyChanged);
     connect(&m_flows.projects, &ProjectFlow::saved, this, [this](const QString& path) {
         setNotice(QStringLiteral("Saved %1").arg(QFileInfo(path).fileName()));
     });
@@ -100,6 +100,10 @@ QString EditorModel::progressText() const {
 
 bool EditorModel::busy() const {
     return m_flows.projects.isBusy();
+}
+
+bool EditorModel::working() const {
+    return m_flows.projects.activity() == ProjectFlow::Activity::working;
 }
 
 void EditorModel::exportRecording(int format, int resolution) {

@@ -26,6 +26,7 @@ class EditorModel : public QObject {
     Q_PROPERTY(double progress READ progress NOTIFY exportChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY exportChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+    Q_PROPERTY(bool working READ working NOTIFY busyChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
   public:
@@ -46,6 +47,7 @@ class EditorModel : public QObject {
     double progress() const { return m_state.phase().progress; }
     QString progressText() const;
     bool busy() const;
+    bool working() const;
     const QString& notice() const { return m_notice; }
 
     /// Indices into formats and resolutions.

@@ -45,7 +45,7 @@ void MainModel::connectFlows() {
          {&RecordingFlow::elapsedSecondsChanged, &RecordingFlow::stoppingChanged,
           &RecordingFlow::recorderStatusChanged})
         connect(&recording, changed, this, &MainModel::recordingChanged);
-    connect(&m_flows.projects, &ProjectFlow::busyChanged, this, &MainModel::busyChanged);
+    connect(&m_flows.projects, &ProjectFlow::activityChanged, this, &MainModel::busyChanged);
     connect(&m_flows.recovery, &RecoveryFlow::offeredChanged, this,
             &MainModel::recoveryOfferedChanged);
 }

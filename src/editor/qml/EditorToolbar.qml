@@ -27,7 +27,7 @@ Rectangle {
         anchors { right: actions.left; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
         width: Math.min(implicitWidth, 200)
         elide: Text.ElideMiddle
-        text: toolbar.editor.busy ? "Working..." : toolbar.editor.notice
+        text: toolbar.editor.working ? "Working..." : toolbar.editor.notice
         color: Theme.secondaryText
         font.pixelSize: Theme.caption
     }

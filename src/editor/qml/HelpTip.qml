@@ -1,13 +1,14 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The help text of the control that it stands in.
+// The help text of the button that it stands in. Once the button has been used it is in the way.
 T.ToolTip {
     id: tip
 
-    property bool wanted: false
+    required property T.AbstractButton button
+    property bool used: false
 
-    visible: wanted && text !== ""
+    visible: button.hovered && !used && text !== ""
     delay: 600
     x: parent ? (parent.width - width) / 2 : 0
     y: parent ? parent.height + Theme.tight : 0
@@ -17,6 +18,12 @@ T.ToolTip {
     rightPadding: Theme.gap
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+
+    Connections {
+        target: tip.button
+        function onPressed() { tip.used = true }
+        function onHoveredChanged() { if (!tip.button.hovered) tip.used = false }
+    }
 
     contentItem: Label {
         text: tip.text

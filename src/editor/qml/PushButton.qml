@@ -9,7 +9,7 @@ T.Button {
     property color fill: prominent ? Theme.accent : Theme.surface
     property color fillHover: prominent ? Theme.accentHover : Theme.surface
     property color fillPressed: prominent ? Theme.accentPressed : Theme.sunken
-    property color ink: prominent ? Theme.onAccent : Theme.text
+    property color ink: prominent ? Theme.accentInk : Theme.text
     property string symbol: ""
     property string help: ""
 
@@ -21,8 +21,8 @@ T.Button {
     hoverEnabled: true
     Accessible.name: text
     Accessible.description: help
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         implicitWidth: row.implicitWidth
@@ -61,6 +61,6 @@ T.Button {
     }
     HelpTip {
         text: control.help
-        wanted: control.hovered
+        button: control
     }
 }

@@ -15,8 +15,8 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.name: help
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Symbol {
@@ -33,6 +33,6 @@ T.Button {
     }
     HelpTip {
         text: control.help
-        wanted: control.hovered
+        button: control
     }
 }

@@ -11,7 +11,7 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     color: Theme.text
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentInk
     placeholderTextColor: Theme.disabledText
     font.pixelSize: Theme.body
     selectByMouse: true

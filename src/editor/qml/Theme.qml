@@ -18,7 +18,7 @@ QtObject {
     readonly property color accent: dark ? "#2bb88a" : "#157f5c"
     readonly property color accentHover: dark ? "#37c497" : "#1a8f68"
     readonly property color accentPressed: dark ? "#239a73" : "#106a4c"
-    readonly property color onAccent: dark ? "#06241a" : "#ffffff"
+    readonly property color accentInk: dark ? "#06241a" : "#ffffff"
     readonly property color focusRing: dark ? "#2bb88a" : "#157f5c"
     readonly property color record: dark ? "#f2555a" : "#dc3d43"
     readonly property color recordHover: dark ? "#ff6b6f" : "#e5484d"

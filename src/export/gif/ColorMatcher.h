@@ -83,7 +83,7 @@ inline constexpr auto ditherThresholds = [] {
 }();
 
 inline std::uint8_t ColorMatcher::threshold(int x, int y) {
-    return ditherThresholds[static_cast<std::size_t>((y & 7) * 8 + (x & 7))];
+    return ditherThresholds[(static_cast<unsigned>(y) & 7) * 8 + (static_cast<unsigned>(x) & 7)];
 }
 
 } // namespace vantro::gif

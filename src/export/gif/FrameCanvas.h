@@ -56,7 +56,7 @@ class FrameCanvas {
     std::vector<std::uint8_t> m_changed;
 };
 
-/// The pixels of a row as colours; alpha is cut off.
+/// A pixel of a bgra row; alpha is cut off.
 inline Color colorAt(const std::uint8_t* row, int x) {
     const auto* pixel = row + static_cast<std::ptrdiff_t>(x) * 4;
     return Color{pixel[2]} << 16 | Color{pixel[1]} << 8 | Color{pixel[0]};

@@ -43,7 +43,7 @@ PaletteChooser::Choice PaletteChooser::choose(const PixelBuffer& bgra, const Fra
     auto& matcher = best(bgra, canvas);
     const bool isOther = before != nullptr && m_latest != &matcher;
     m_latest = &matcher;
-    return {&matcher, &matcher == &*m_global, isOther};
+    return {&matcher, &matcher == m_global.get(), isOther};
 }
 
 ColorMatcher& PaletteChooser::best(const PixelBuffer& bgra, const FrameCanvas& canvas) {
@@ -55,7 +55,7 @@ ColorMatcher& PaletteChooser::best(const PixelBuffer& bgra, const FrameCanvas& c
             return *m_local;
     }
     auto& fresh = m_global ? m_local : m_global;
-    fresh.emplace(makePalette(bgra, canvas));
+    fresh = std::make_unique<ColorMatcher>(makePalette(bgra, canvas));
     m_latest = nullptr;
     m_attainable = errorOf(*fresh);
     return *fresh;

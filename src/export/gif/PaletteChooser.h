@@ -4,7 +4,7 @@
 #include "export/gif/FrameCanvas.h"
 #include "media/PixelBuffer.h"
 
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace vantro::gif {
@@ -31,9 +31,9 @@ class PaletteChooser {
     void takeSample(const PixelBuffer& bgra, const FrameCanvas& canvas);
 
     std::vector<Color> m_sample; ///< of the changed pixels
-    std::optional<ColorMatcher> m_global;
-    std::optional<ColorMatcher> m_local;
-    const ColorMatcher* m_latest = nullptr;
+    std::unique_ptr<ColorMatcher> m_global;
+    std::unique_ptr<ColorMatcher> m_local;
+    const ColorMatcher* m_latest = nullptr; ///< the choice before; none where that is gone
     double m_attainable = 0; ///< the mean error of the latest palette on what it was made for
 };
 

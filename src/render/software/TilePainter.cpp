@@ -28,11 +28,13 @@ void resizeRow(std::vector<std::uint8_t>& row, int pixels) {
 
 void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Tile& tile,
                         PixelBuffer& output) {
-    const Tile live = grounds.still != nullptr ? plan.livePart(tile) : tile;
-    const bool isPartial =
-        live.columns.length() < tile.columns.length() || live.rows.length() < tile.rows.length();
-    if (isPartial)
-        copyTile(*grounds.still, tile, output);
+    Tile live = tile;
+    if (grounds.still != nullptr) {
+        live = plan.livePart(tile);
+        if (live.columns.length() < tile.columns.length() ||
+            live.rows.length() < tile.rows.length())
+            copyTile(*grounds.still, tile, output);
+    }
     if (live.isEmpty())
         return;
     m_backdrop = grounds.backdrop;

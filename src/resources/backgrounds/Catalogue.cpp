@@ -35,7 +35,7 @@ constexpr std::array entries{
     Entry{"builtin-21-mirelune", paintLinen, {.film = true, .vignette = 0.25F}},
     Entry{"builtin-22-mirelune", paintCanyon, {.bloom = 0.08F, .film = true, .vignette = 0.15F}},
     Entry{"builtin-23-mirelune", paintLake, {.bloom = 0.08F, .film = true, .vignette = 0.12F}},
-    Entry{"builtin-24-mirelune", paintClouds, {.bloom = 0.12F, .film = true, .vignette = 0.12F}},
+    Entry{"builtin-24-mirelune", paintClouds, {.bloom = 0.12F, .film = true, .vignette = 0.12F}, 2},
     Entry{"builtin-25-mirelune", paintWetSand, {.bloom = 0.08F, .film = true, .vignette = 0.18F}},
     Entry{"builtin-26-mirelune", paintSnow, {.bloom = 0.08F, .film = true, .vignette = 0.15F}},
 };

@@ -9,11 +9,6 @@ namespace {
 
 constexpr int tableSize = 2048;
 
-float decoded(std::uint32_t byte) {
-    const float value = static_cast<float>(byte) / 255;
-    return value <= 0.04045F ? value / 12.92F : power((value + 0.055F) / 1.055F, 2.4F);
-}
-
 Lab operator+(Lab a, Lab b) {
     return {a.lightness + b.lightness, a.a + b.a, a.b + b.b};
 }
@@ -51,10 +46,6 @@ float shoulder(float x) {
 }
 
 } // namespace
-
-Rgb colour(std::uint32_t hex) {
-    return {decoded(hex >> 16 & 255U), decoded(hex >> 8 & 255U), decoded(hex & 255U)};
-}
 
 float luminance(Rgb rgb) {
     return dot(rgb, Rgb{0.2126F, 0.7152F, 0.0722F});
@@ -95,7 +86,7 @@ Gradient::Gradient(std::initializer_list<Stop> stops) {
     std::vector<LabStop> curve;
     curve.reserve(stops.size());
     for (const auto& stop : stops)
-        curve.push_back({stop.place, toLab(colour(stop.hex))});
+        curve.push_back({stop.place, toLab(decodedHex(stop.hex))});
     m_first = curve.front().place;
     const float range = curve.back().place - m_first;
     m_scale = (tableSize - 1) / range;

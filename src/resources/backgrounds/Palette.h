@@ -11,8 +11,19 @@ namespace vantro::backgrounds {
 /// Linear-light red, green, blue; 1 is the brightest that a screen shows.
 using Rgb = Vec3;
 
+/// The light of an sRGB code value.
+constexpr float decoded(std::uint32_t byte) {
+    const float value = static_cast<float>(byte) / 255;
+    return value <= 0.04045F ? value / 12.92F : power((value + 0.055F) / 1.055F, 2.4F);
+}
 /// The colour that `0xRRGGBB` names in sRGB.
-Rgb colour(std::uint32_t hex);
+constexpr Rgb decodedHex(std::uint32_t hex) {
+    return {decoded(hex >> 16 & 255U), decoded(hex >> 8 & 255U), decoded(hex & 255U)};
+}
+/// The same while compiling: painters name colours for every pixel.
+consteval Rgb colour(std::uint32_t hex) {
+    return decodedHex(hex);
+}
 float luminance(Rgb rgb);
 /// The sRGB code value, 0 to 1, of a linear component.
 float encoded(float linear);

@@ -38,7 +38,8 @@ void draw(const SavedImage& image, const ColorMapObject* globalColors, int trans
                 continue;
             ASSERT_LT(index, colors->ColorCount);
             const auto& color = colors->Colors[index];
-            screen.at(static_cast<std::size_t>((region.Top + y) * width + region.Left + x)) =
+            const auto row = static_cast<std::size_t>(region.Top + y) * width;
+            screen.at(row + region.Left + x) =
                 static_cast<std::uint32_t>(color.Red << 16 | color.Green << 8 | color.Blue);
         }
     }
@@ -49,7 +50,7 @@ void visitErrors(const DecodedGif::Image& image, const PixelBuffer& expected, Vi
     for (int y = 0; y < expected.height(); ++y) {
         for (int x = 0; x < expected.width(); ++x) {
             const auto* wanted = expected.row(0, y) + static_cast<std::ptrdiff_t>(x) * 4;
-            const auto shown = image.shown.at(static_cast<std::size_t>(y * expected.width() + x));
+            const auto shown = image.shown.at(static_cast<std::size_t>(y) * expected.width() + x);
             for (int channel = 0; channel < 3; ++channel)
                 visit(std::abs(wanted[channel] - static_cast<int>(shown >> 8 * channel & 0xFF)));
         }
@@ -85,7 +86,7 @@ DecodedGif decodeGif(const std::filesystem::path& path) {
     decoded.width = file->SWidth;
     decoded.height = file->SHeight;
     decoded.bytes = std::filesystem::file_size(path);
-    std::vector<std::uint32_t> screen(static_cast<std::size_t>(file->SWidth * file->SHeight));
+    std::vector<std::uint32_t> screen(static_cast<std::size_t>(file->SWidth) * file->SHeight);
     for (int i = 0; i < file->ImageCount; ++i) {
         const auto& image = file->SavedImages[i];
         GraphicsControlBlock control{};

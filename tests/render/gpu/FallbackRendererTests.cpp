@@ -1,8 +1,9 @@
 #include "render/gpu/FallbackRenderer.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -47,11 +48,11 @@ TEST(FallbackRenderer, losesNoFrameWhenThePreferredRendererFails) {
     });
     EXPECT_EQ(renderer.description(), "gpu");
     testing::internal::CaptureStderr();
-    std::vector<int> marks;
-    for (int frame = 0; frame < 5; ++frame)
-        marks.push_back(drawOne(renderer));
+    std::array<int, 5> marks{};
+    for (int& mark : marks)
+        mark = drawOne(renderer);
     const std::string logged = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(marks, (std::vector{1, 1, 2, 2, 2}));
+    EXPECT_EQ(marks, (std::array{1, 1, 2, 2, 2}));
     EXPECT_EQ(made, 1);
     EXPECT_EQ(renderer.description(), "software");
     EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;

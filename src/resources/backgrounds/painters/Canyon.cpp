@@ -21,20 +21,26 @@ float canyonHeight(Vec2 p, float footprint) {
     const float middle = smoothstep(0.15F, 0.185F, edge);
     const float upper = smoothstep(0.30F, 0.335F, edge);
     const float rough =
-        fbm(p * 0.7F, resolved({.octaves = 8, .gain = 0.5F, .seed = 904}, footprint * 0.7F));
+        fbm(p * 0.7F, resolved({.octaves = 7, .gain = 0.5F, .seed = 904}, footprint * 0.7F));
     return 2.6F * talus * talus + 3.1F * lower + 2.6F * middle + 3.2F * upper +
            0.35F * rough * (1 - 0.6F * upper) - 0.5F;
 }
 
-Rgb skyAt(Vec2 p) {
+float glowAt(Vec2 p) {
+    return exponential(-length(Vec2{p.x - 0.1F, (p.y - 0.42F) * 1.4F}) * 2.4F);
+}
+
+Rgb clearSkyAt(Vec2 p) {
     static const Gradient gradient{
         {0, 0x3f6aa6}, {0.2F, 0x7fa0c4}, {0.36F, 0xd9c4b4}, {0.46F, 0xffc890}};
+    return gradient(p.y) + colour(0xffa050) * (0.35F * glowAt(p));
+}
+
+Rgb skyAt(Vec2 p) {
     const Vec2 q{p.x * 1.2F, p.y * 6};
     const float cloud =
         fbm(q + warp(q * 0.8F, {.octaves = 3, .seed = 911}) * 0.4F, {.octaves = 7, .seed = 912});
-    const float glow = exponential(-length(Vec2{p.x - 0.1F, (p.y - 0.42F) * 1.4F}) * 2.4F);
-    const Rgb clear = gradient(p.y) + colour(0xffa050) * (0.35F * glow);
-    return mix(clear, colour(0xffdcc0) * (0.85F + 0.4F * glow),
+    return mix(clearSkyAt(p), colour(0xffdcc0) * (0.85F + 0.4F * glowAt(p)),
                0.55F * smoothstep(0.1F, 0.8F, cloud));
 }
 
@@ -69,7 +75,7 @@ Rgb canyonAt(const Relief& relief, Vec2 p, float distance) {
                       colour(0x8193c4) * (0.22F + 0.20F * normal.z) +
                       colour(0xb86a44) * (0.13F * (1 - normal.z));
     const float haze = 1 - exponential(-power(distance / 135, 1.5F));
-    return mix(ground * light, skyAt({p.x * 0.2F + 0.3F, 0.41F}), 0.92F * haze);
+    return mix(ground * light, clearSkyAt({p.x * 0.2F + 0.3F, 0.41F}), 0.92F * haze);
 }
 
 } // namespace

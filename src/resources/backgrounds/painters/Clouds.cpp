@@ -26,16 +26,22 @@ float cloudTop(Vec2 p, float footprint) {
     return 3.2F * swell + (0.8F + 3.0F * towers * room) * (0.55F * heaps + 1.25F * (lumps - 0.3F));
 }
 
-Rgb skyAt(Vec2 p) {
+float awayFromSun(Vec2 p) {
+    return length(Vec2{(p.x - sunPlace.x) * 0.8F, p.y - sunPlace.y});
+}
+
+Rgb clearSkyAt(Vec2 p) {
     static const Gradient gradient{
         {0, 0x34528f}, {0.18F, 0x6c7fb4}, {0.32F, 0xc3a3b4}, {0.41F, 0xf9bf98}, {0.47F, 0xffd8a2}};
-    const float away = length(Vec2{(p.x - sunPlace.x) * 0.8F, p.y - sunPlace.y});
-    const Rgb sun = colour(0xffb060) * (0.85F * exponential(-away * 4.2F));
+    return gradient(p.y) + colour(0xffb060) * (0.85F * exponential(-awayFromSun(p) * 4.2F));
+}
+
+Rgb skyAt(Vec2 p) {
     const Vec2 q{p.x * 0.9F, p.y * 7};
     const float streak =
         fbm(q + warp(q * 0.8F, {.octaves = 3, .seed = 981}) * 0.4F, {.octaves = 7, .seed = 982});
-    const Rgb clear = gradient(p.y) + sun;
-    return mix(clear, colour(0xffc3a0) * (0.8F + 0.5F * exponential(-away * 2.5F)),
+    return mix(clearSkyAt(p),
+               colour(0xffc3a0) * (0.8F + 0.5F * exponential(-awayFromSun(p) * 2.5F)),
                0.5F * smoothstep(0.1F, 0.75F, streak));
 }
 
@@ -61,7 +67,7 @@ Rgb cloudsAt(const Relief& relief, Vec2 p, float distance) {
         mix(colour(0xff9f78), colour(0xffcf98), near) * (1.55F * sun * (0.6F + 0.6F * near)) +
         mix(colour(0x4d63a4), colour(0x99a2d4), hollow) * (0.40F + 0.12F * normal.z);
     const float haze = 1 - exponential(-power(distance / 120, 1.7F));
-    return mix(light * 0.92F, skyAt({p.x, horizon - 0.012F}), haze);
+    return mix(light * 0.92F, clearSkyAt({p.x, horizon - 0.012F}), haze);
 }
 
 } // namespace

@@ -15,9 +15,9 @@ float landHeight(Vec2 p, float footprint) {
     const Vec2 q = p * 0.045F + Vec2{6.1F, 2.4F};
     const Vec2 bent = q + warp(q * 0.8F, {.octaves = 2, .seed = 931}) * 0.25F;
     const float ranges = ridged(
-        bent * 0.6F, resolved({.octaves = 10, .gain = 0.44F, .seed = 932}, footprint * 0.027F));
+        bent * 0.6F, resolved({.octaves = 8, .gain = 0.44F, .seed = 932}, footprint * 0.027F));
     const float worn =
-        eroded(bent * 1.4F, resolved({.octaves = 11, .seed = 933}, footprint * 0.063F));
+        eroded(bent * 1.4F, resolved({.octaves = 8, .seed = 933}, footprint * 0.063F));
     // The valley opens in the middle; its sides rise.
     const float valley = smoothstep(0.0F, 0.75F, std::abs(p.x / p.y + 0.06F));
     const float rise = smoothstep(17, 75, p.y + 26 * valley);
@@ -26,15 +26,21 @@ float landHeight(Vec2 p, float footprint) {
            0.10F * (p.y - 19 + 7 * valley + shoreline) - 0.6F;
 }
 
-Rgb skyAt(Vec2 p) {
+float glowAt(Vec2 p) {
+    return exponential(-length(Vec2{p.x - 1.45F, p.y - 0.5F}) * 2.2F);
+}
+
+Rgb clearSkyAt(Vec2 p) {
     static const Gradient gradient{
         {0, 0x5b8cc0}, {0.25F, 0x98b9d6}, {0.45F, 0xe2d9d3}, {0.585F, 0xffdcb4}};
+    return gradient(p.y) + colour(0xffb878) * (0.35F * glowAt(p));
+}
+
+Rgb skyAt(Vec2 p) {
     const Vec2 q{p.x * 1.4F + 0.3F, p.y * 5};
     const float cloud = fbm(q + warp(q * 0.9F, {.octaves = 3, .seed = 941}) * 0.5F,
                             {.octaves = 8, .gain = 0.52F, .seed = 942});
-    const float glow = exponential(-length(Vec2{p.x - 1.45F, p.y - 0.5F}) * 2.2F);
-    const Rgb clear = gradient(p.y) + colour(0xffb878) * (0.35F * glow);
-    return mix(clear, colour(0xfff0e2) * (0.92F + 0.25F * glow),
+    return mix(clearSkyAt(p), colour(0xfff0e2) * (0.92F + 0.25F * glowAt(p)),
                0.75F * smoothstep(0.05F, 0.7F, cloud));
 }
 
@@ -68,7 +74,7 @@ Rgb landAt(const Relief& relief, Vec2 p, float distance) {
         1 - exponential(-power(distance / 105, 1.4F) * (1.15F - 0.03F * std::min(height, 14.F)));
     const float low =
         exponential(-std::max(height, 0.F) / 0.9F) * smoothstep(16, 45, distance) * 0.5F;
-    return mix(ground * light, skyAt({p.x, 0.52F}), saturate(0.78F * haze + low));
+    return mix(ground * light, clearSkyAt({p.x, 0.52F}), saturate(0.78F * haze + low));
 }
 
 Rgb lakeAt(const Relief& relief, Vec2 p, float distance) {

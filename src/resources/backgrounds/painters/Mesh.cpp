@@ -16,7 +16,7 @@ using Spots = std::vector<std::pair<Spot, Lab>>;
 Spots makeSpots(std::initializer_list<Spot> list) {
     Spots spots;
     for (const auto& spot : list)
-        spots.emplace_back(spot, toLab(colour(spot.hex)));
+        spots.emplace_back(spot, toLab(decodedHex(spot.hex)));
     return spots;
 }
 

@@ -57,10 +57,10 @@ Rgb iceAt(const Gradient& depths, Vec2 p) {
         0.15F, 0.75F, fbm(p * 2.1F - flow * 0.6F, {.octaves = 8, .gain = 0.6F, .seed = 713}));
     result = mix(result, colour(0x9fd3de), 0.30F * cloud);
     // A fracture slopes down into the ice: behind the bright line its face shows, wider and faint.
-    for (int depth = 1; depth <= 3; ++depth) {
+    for (int depth = 1; depth <= 2; ++depth) {
         const auto n = static_cast<float>(depth);
-        const float face = crackAt(p + Vec2{0.006F, 0.010F} * n, 1.5F, 0.004F + 0.004F * n, 720);
-        result = mix(result, colour(0xa6dbe6), (0.20F - 0.04F * n) * face);
+        const float face = crackAt(p + Vec2{0.008F, 0.013F} * n, 1.5F, 0.005F + 0.005F * n, 720);
+        result = mix(result, colour(0xa6dbe6), (0.24F - 0.05F * n) * face);
     }
     const float fine =
         crackAt(p, 4.6F, 0.0011F, 730) * smoothstep(-0.1F, 0.5F, noise(p * 2.3F, 731));

@@ -12,20 +12,24 @@ float mountainHeight(Vec2 p, float footprint) {
     const Vec2 q = p * 0.05F + Vec2{2.3F, 7.9F};
     const Vec2 bent = q + warp(q * 0.8F, {.octaves = 2, .seed = 121}) * 0.22F;
     const float ranges = ridged(
-        bent * 0.62F, resolved({.octaves = 10, .gain = 0.42F, .seed = 122}, footprint * 0.031F));
+        bent * 0.62F, resolved({.octaves = 8, .gain = 0.42F, .seed = 122}, footprint * 0.031F));
     const float worn = eroded(
-        bent * 1.3F, resolved({.octaves = 11, .gain = 0.5F, .seed = 123}, footprint * 0.065F));
+        bent * 1.3F, resolved({.octaves = 8, .gain = 0.5F, .seed = 123}, footprint * 0.065F));
     const float rise = smoothstep(6, 60, p.y) * (0.45F + 0.55F * smoothstep(25, 70, p.y));
     return rise * (24.F * ranges + 6.F * worn * (0.3F + ranges)) + 0.8F * worn - 1.5F;
 }
 
-Rgb skyAt(Vec2 p) {
+Rgb clearSkyAt(float y) {
     static const Gradient gradient{
         {0, 0x27497f}, {0.25F, 0x5d82b5}, {0.45F, 0xb3b9cf}, {0.6F, 0xf3c9b4}};
+    return gradient(y);
+}
+
+Rgb skyAt(Vec2 p) {
     const float cloud = fbm(Vec2{p.x * 1.3F, p.y * 5.5F} + Vec2{1.5F, 0},
                             {.octaves = 6, .gain = 0.5F, .seed = 124});
     const float thin = smoothstep(0.05F, 0.75F, cloud) * 0.5F;
-    return mix(gradient(p.y), colour(0xf6d2c6), thin);
+    return mix(clearSkyAt(p.y), colour(0xf6d2c6), thin);
 }
 
 Rgb snowAt(const Relief& relief, Vec2 p, float distance) {
@@ -45,7 +49,7 @@ Rgb snowAt(const Relief& relief, Vec2 p, float distance) {
     const Rgb light =
         colour(0xffc39a) * (1.75F * sun) + colour(0x6f90d0) * (0.16F + 0.26F * normal.z);
     const float haze = 1 - exponential(-square(distance / 120));
-    return mix(ground * light, skyAt({p.x, 0.52F}), 0.88F * haze);
+    return mix(ground * light, clearSkyAt(0.52F), 0.88F * haze);
 }
 
 } // namespace

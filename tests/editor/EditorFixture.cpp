@@ -1,0 +1,127 @@
+#include "editor/EditorFixture.h"
+
+#include "media/PixelBuffer.h"
+
+#include <QDir>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <algorithm>
+
+namespace vantro::test {
+namespace {
+
+/// A picture with bands of colour, so that scaling and cutting off would show.
+std::shared_ptr<const PixelBuffer> testPicture() {
+    constexpr int width = 640;
+    constexpr int height = 360;
+    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            auto* pixel = picture->mutableRow(0, y) + 4 * x;
+            pixel[0] = static_cast<std::uint8_t>(60 + 120 * y / height);
+            pixel[1] = static_cast<std::uint8_t>(90 + 80 * x / width);
+            pixel[2] = 40;
+            pixel[3] = 255;
+        }
+    return picture;
+}
+
+QQuickItem* findItem(QQuickItem* root, const QString& name) {
+    if (root->objectName() == name && root->isVisible())
+        return root;
+    for (auto* child : root->childItems())
+        if (auto* found = findItem(child, name))
+            return found;
+    return nullptr;
+}
+
+} // namespace
+
+EditorFixture::EditorFixture() {
+    permission.startPolling();
+}
+
+PreviewSource EditorFixture::previewSource() {
+    return {.duration = [this](const EditedRecording&) { return previewDuration; },
+            .picture =
+                [this](const EditedRecording&, double time) {
+                    if (!previewProblem.empty())
+                        throw std::runtime_error(previewProblem);
+                    drawnPositions.push_back(time);
+                    return testPicture();
+                }};
+}
+
+void EditorFixture::showWindow() {
+    m_window = std::make_unique<MainWindow>(MainWindowModels{app, editor, windows, appearance});
+    window().show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    settle();
+}
+
+void EditorFixture::settle() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+void EditorFixture::runTasks() {
+    settle();
+    tasks.runAll();
+    settle();
+}
+
+QQuickItem& EditorFixture::item(const char* name) {
+    auto* found = findItem(window().contentItem(), QString::fromLatin1(name));
+    if (found == nullptr)
+        throw std::logic_error(std::string("nothing visible is named ") + name);
+    return *found;
+}
+
+bool EditorFixture::shows(const char* name) {
+    return findItem(window().contentItem(), QString::fromLatin1(name)) != nullptr;
+}
+
+QString EditorFixture::text(const char* name) {
+    return item(name).property("text").toString();
+}
+
+void EditorFixture::click(const char* name) {
+    auto& target = item(name);
+    const auto middle = target.mapToScene({target.width() / 2, target.height() / 2}).toPoint();
+    QTest::mouseMove(&window(), middle);
+    QTest::mouseClick(&window(), Qt::LeftButton, {}, middle);
+    settle();
+}
+
+void EditorFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(&window(), key, modifiers);
+    settle();
+}
+
+void EditorFixture::record(CaptureMode mode) {
+    state.setCaptureMode(mode);
+    recording.beginCapture();
+    runTasks();
+}
+
+void EditorFixture::showEditor() {
+    RecordingMetadata metadata;
+    metadata.endTime = 20;
+    state.setRecordingURL("/nowhere/recording.mov");
+    state.setMetadata(metadata);
+    state.setRecordingName("demo");
+    state.setPhase(AppPhase::previewing());
+    runTasks();
+}
+
+void EditorFixture::keepPicture(const QString& name) {
+    const QDir folder(QStringLiteral(VANTRO_SCREENSHOTS));
+    folder.mkpath(QStringLiteral("."));
+    settle();
+    ASSERT_TRUE(window().grabWindow().save(folder.filePath(name + QStringLiteral(".png"))));
+}
+
+} // namespace vantro::test

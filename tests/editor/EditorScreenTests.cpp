@@ -1,0 +1,184 @@
+#include "editor/EditorFixture.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace vantro {
+namespace {
+
+using testing::ElementsAre;
+
+class EditorScreenTest : public test::EditorFixture {
+  protected:
+    EditorScreenTest() {
+        showWindow();
+        showEditor();
+    }
+};
+
+TEST_F(EditorScreenTest, ShowsTheComposedPictureAtItsOwnSizeInTheMiddle) {
+    const auto shot = window().grabWindow();
+    auto& picture = item("picture");
+    const auto middle = picture.mapToScene({picture.width() / 2, picture.height() / 2}).toPoint();
+    const QColor center = shot.pixelColor(middle);
+    EXPECT_NEAR(center.blue(), 120, 2);
+    EXPECT_NEAR(center.green(), 130, 2);
+    const QColor right = shot.pixelColor(middle + QPoint(315, 0));
+    EXPECT_NEAR(right.green(), 169, 2);
+    EXPECT_NE(shot.pixelColor(middle + QPoint(325, 0)).red(), 40) << "not enlarged";
+    EXPECT_EQ(text("positionLabel"), "0:00.0");
+    EXPECT_EQ(text("durationLabel"), "0:20.0");
+    EXPECT_FALSE(shows("pictureText") && !text("pictureText").isEmpty());
+}
+
+TEST_F(EditorScreenTest, TheSliderMovesThePositionByMouseAndKeyboard) {
+    auto& slider = item("position");
+    const auto middle = slider.mapToScene({slider.width() / 2, slider.height() / 2}).toPoint();
+    QTest::mouseClick(&window(), Qt::LeftButton, {}, middle);
+    settle();
+    EXPECT_NEAR(editor.position(), 10, 0.1);
+    const double before = editor.position();
+    key(Qt::Key_Right);
+    EXPECT_NEAR(editor.position(), before + 0.1, 1e-9);
+    runTasks();
+    EXPECT_NEAR(drawnPositions.back(), before + 0.1, 1e-9);
+}
+
+TEST_F(EditorScreenTest, APreviewThatCannotBeDrawnSaysWhy) {
+    previewProblem = "Export failed: No video track found";
+    state.setCursorScale(1);
+    runTasks();
+    EXPECT_EQ(text("pictureText"), "Export failed: No video track found");
+}
+
+TEST_F(EditorScreenTest, TheRecordingIsRenamedInPlace) {
+    auto& name = item("recordingName");
+    name.forceActiveFocus();
+    key(Qt::Key_A, Qt::ControlModifier);
+    for (const char letter : {'t', 'o', 'u', 'r'})
+        QTest::keyClick(&window(), letter);
+    EXPECT_EQ(state.recordingName(), "tour");
+}
+
+TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
+    click("export");
+    item("exportFormat").setProperty("currentIndex", 1);
+    item("exportResolution").setProperty("currentIndex", 2);
+    click("exportNow");
+    EXPECT_EQ(panels.kind, PanelKind::saveGif);
+    panels.answer("/tmp/demo.gif");
+    runTasks();
+    ASSERT_EQ(exports.size(), 1U);
+    EXPECT_EQ(exports[0].format, ExportFormat::gif);
+    EXPECT_EQ(exports[0].resolution, ExportResolution::hd1080);
+    EXPECT_EQ(text("notice"), "Exported demo.gif");
+    EXPECT_THAT(editor.resolutions(), ElementsAre("Original", "4K (3840x2160)", "1080p", "720p"));
+}
+
+TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
+    exportScript = [this](const auto& progress) {
+        progress(0.424);
+        tasks.runMain();
+        settle();
+        EXPECT_EQ(text("exportProgress"), "42%");
+        EXPECT_FALSE(shows("export"));
+        EXPECT_FALSE(item("saveProject").isEnabled());
+        click("cancelExport");
+        EXPECT_FALSE(editor.exporting());
+    };
+    key(Qt::Key_E, Qt::ControlModifier);
+    click("exportNow");
+    panels.answer("/tmp/demo.mp4");
+    runTasks();
+    EXPECT_EQ(exports.size(), 1U);
+    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_TRUE(shows("export"));
+    EXPECT_EQ(text("notice"), "");
+}
+
+TEST_F(EditorScreenTest, ProjectActionsReachTheirFlows) {
+    click("saveProject");
+    EXPECT_EQ(panels.kind, PanelKind::saveProject);
+    EXPECT_EQ(panels.proposedName, "demo.vantro");
+    panels.answer({});
+    settle();
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(panels.kind, PanelKind::saveProject);
+    panels.answer({});
+    settle();
+    click("openProject");
+    EXPECT_EQ(panels.kind, PanelKind::openProject);
+    panels.answer({});
+    settle();
+    click("newRecording");
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_TRUE(shows("record"));
+    EXPECT_EQ(window().size(), QSize(340, 120));
+}
+
+TEST_F(EditorScreenTest, WithoutARecordingItSaysSo) {
+    state.setMetadata({});
+    settle();
+    EXPECT_EQ(app.screen(), "empty");
+    click("statusAction");
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+}
+
+class StillPreviewTest : public test::EditorFixture {
+  protected:
+    StillPreviewTest() { showEditor(); }
+};
+
+TEST_F(StillPreviewTest, DrawsOneAtATimeAndThenTheLatestPosition) {
+    EXPECT_THAT(drawnPositions, ElementsAre(0));
+    for (const double position : {3.0, 5.0, 7.0})
+        preview.setPosition(position);
+    EXPECT_EQ(tasks.waitingWork(), 1U);
+    runTasks();
+    EXPECT_THAT(drawnPositions, ElementsAre(0, 3, 7));
+}
+
+TEST_F(StillPreviewTest, AnEditKeepsThePositionAndDropsThePictureOfTheOneBefore) {
+    preview.setPosition(5);
+    int pictures = 0;
+    QObject::connect(&preview, &StillPreview::pictureChanged, [&] { ++pictures; });
+    state.setCursorScale(1.5);
+    settle();
+    tasks.runWork(); // of the edit before
+    tasks.runMain();
+    EXPECT_EQ(pictures, 0);
+    runTasks();
+    EXPECT_EQ(pictures, 1);
+    EXPECT_EQ(preview.position(), 5);
+}
+
+TEST_F(StillPreviewTest, SavingKeepsThePictureAndAnotherRecordingClearsIt) {
+    preview.setPosition(5);
+    runTasks();
+    state.setRecordingURL("/saved.vantro/recording.mov");
+    settle();
+    EXPECT_FALSE(preview.picture().isNull());
+    EXPECT_EQ(preview.position(), 5);
+    RecordingMetadata other;
+    other.endTime = 4;
+    state.setMetadata(other);
+    settle();
+    EXPECT_TRUE(preview.picture().isNull());
+    EXPECT_EQ(preview.position(), 0);
+    state.reset();
+    runTasks();
+    EXPECT_TRUE(preview.picture().isNull()) << "what was being drawn belongs to nothing now";
+}
+
+TEST_F(StillPreviewTest, PositionsStayWithinTheOutput) {
+    preview.setPosition(400);
+    EXPECT_EQ(preview.position(), 20);
+    preview.setPosition(-1);
+    EXPECT_EQ(preview.position(), 0);
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,162 @@
+#include "editor/overlay/SelectionOverlay.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+Rect drag(Point from, Point to) {
+    SelectionGeometry geometry;
+    geometry.press(from);
+    geometry.drag({200, 200});
+    geometry.drag(to);
+    return geometry.release().value_or(Rect{});
+}
+
+TEST(SelectionGeometry, RoundsTheSizeDownToEvenNumbers) {
+    EXPECT_EQ(drag({20, 30}, {321, 231}), (Rect{20, 30, 300, 200}));
+    EXPECT_EQ(drag({20, 30}, {320.75, 229.25}), (Rect{20, 30, 300, 198}));
+}
+
+TEST(SelectionGeometry, TheDirectionOfTheDragDoesNotMatter) {
+    const Rect expected{100, 50, 300, 200};
+    EXPECT_EQ(drag({100, 50}, {400, 250}), expected);
+    EXPECT_EQ(drag({400, 250}, {100, 50}), expected);
+    EXPECT_EQ(drag({400, 50}, {100, 250}), expected);
+}
+
+TEST(SelectionGeometry, ASmallDragIsASlipAndStartsOver) {
+    for (const auto& to : {Point{30, 300}, Point{300, 30}, Point{20, 20}}) {
+        SelectionGeometry geometry;
+        geometry.press({20, 20});
+        geometry.drag(to);
+        EXPECT_FALSE(geometry.release());
+        EXPECT_EQ(geometry.currentRect(), Rect{});
+        geometry.drag({500, 500});
+        EXPECT_FALSE(geometry.hasArea()) << "no button is down";
+    }
+    EXPECT_NE(drag({20, 20}, {31, 31}), Rect{});
+}
+
+TEST(SelectionGeometry, LabelCutsOffFractions) {
+    SelectionGeometry geometry;
+    geometry.press({0, 0});
+    geometry.drag({640.9, 360.5});
+    EXPECT_EQ(geometry.label(), "640 x 360");
+}
+
+/// An overlay over a screen that is white all over.
+class SelectionOverlayTest : public testing::Test {
+  protected:
+    explicit SelectionOverlayTest() { show(1); }
+
+    void show(double pointsPerUnit) {
+        auto* screen = QGuiApplication::primaryScreen();
+        QImage backdrop(screen->size(), QImage::Format_RGB32);
+        backdrop.fill(Qt::white);
+        overlay = std::make_unique<SelectionOverlay>(
+            screen, backdrop, OverlayScale{.pointsPerUnit = pointsPerUnit, .displayID = 9},
+            AreaOverlayCallbacks{.onSelection =
+                                     [this](auto displayID, auto rect) {
+                                         ++answers;
+                                         selectedDisplay = displayID;
+                                         selected = rect;
+                                         overlay.reset();
+                                     },
+                                 .onCancel =
+                                     [this] {
+                                         ++answers;
+                                         cancelled = true;
+                                         overlay.reset();
+                                     }});
+        overlay->showFullScreen();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(overlay.get()));
+    }
+    void dragTo(QPoint from, QPoint to) {
+        QTest::mousePress(overlay.get(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(overlay.get(), to);
+    }
+    QImage picture() {
+        QImage image(overlay->size(), QImage::Format_ARGB32);
+        QPainter painter(&image);
+        overlay->paint(painter);
+        return image;
+    }
+
+    std::unique_ptr<SelectionOverlay> overlay;
+    int answers = 0;
+    bool cancelled = false;
+    std::uint32_t selectedDisplay = 0;
+    std::optional<Rect> selected;
+};
+
+TEST_F(SelectionOverlayTest, DimsTheScreenExceptWhatIsSelected) {
+    EXPECT_EQ(overlay->cursor().shape(), Qt::CrossCursor);
+    const int dimmed = 255 * 7 / 10;
+    EXPECT_NEAR(picture().pixelColor(300, 300).red(), dimmed, 1);
+    dragTo({200, 200}, {500, 400});
+    const auto image = picture();
+    EXPECT_EQ(image.pixelColor(350, 300), QColor(Qt::white));
+    EXPECT_EQ(image.pixelColor(203, 203), QColor(Qt::white));
+    EXPECT_NEAR(image.pixelColor(100, 300).red(), dimmed, 1);
+    const auto border = image.pixelColor(198, 300);
+    EXPECT_LT(border.red(), 140);
+    EXPECT_GT(border.green(), border.red() + 50) << "the accent colour, just outside";
+    const auto label = image.pixelColor(350, 200 - 8 - 1);
+    EXPECT_LT(label.red(), 80) << "the label's plate ends eight points above";
+    EXPECT_NEAR(image.pixelColor(350, 200 - 5).red(), dimmed, 1);
+}
+
+TEST_F(SelectionOverlayTest, ReportsTheAreaOnceAndHides) {
+    dragTo({200, 200}, {501, 401});
+    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {501, 401});
+    EXPECT_FALSE(overlay->isVisible());
+    EXPECT_EQ(answers, 0) << "the answer comes from the event loop";
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(selected, (Rect{200, 200, 300, 200}));
+    EXPECT_EQ(selectedDisplay, 9U);
+}
+
+TEST_F(SelectionOverlayTest, EscapeCancelsEvenDuringADrag) {
+    dragTo({200, 200}, {500, 400});
+    QTest::keyClick(overlay.get(), Qt::Key_Escape);
+    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {500, 400});
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(cancelled);
+    EXPECT_EQ(answers, 1);
+}
+
+TEST_F(SelectionOverlayTest, ASlipLeavesItOpenForTheNextDrag) {
+    dragTo({200, 200}, {210, 400});
+    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {210, 400});
+    EXPECT_TRUE(overlay->isVisible());
+    dragTo({10, 10}, {110, 110});
+    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {110, 110});
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(selected, (Rect{10, 10, 100, 100}));
+}
+
+TEST_F(SelectionOverlayTest, OtherKeysAndButtonsDoNothing) {
+    QTest::keyClick(overlay.get(), Qt::Key_Return);
+    QTest::mouseClick(overlay.get(), Qt::RightButton, {}, {100, 100});
+    EXPECT_TRUE(overlay->isVisible());
+}
+
+TEST_F(SelectionOverlayTest, UnderFractionalScalingTheAreaAndTheLabelAreInPoints) {
+    show(1.5); // a device pixel ratio of 1.5 has points of one pixel
+    dragTo({200, 200}, {400, 300});
+    EXPECT_EQ(picture().pixelColor(390, 290), QColor(Qt::white)) << "drawn where it is dragged";
+    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {400, 300});
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(selected, (Rect{300, 300, 300, 150}));
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,135 @@
+#include "capture/RecordingTarget.h"
+#include "editor/EditorFixture.h"
+
+#include <QQuickItem>
+
+#include <gmock/gmock.h>
+
+namespace vantro {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+ShareableWindow offered(std::uint32_t id, const std::string& title,
+                        const std::string& application) {
+    auto window = test::windowOf(id, title, {0, 0, 400, 300});
+    window.applicationName = application;
+    window.bundleIdentifier = application;
+    window.isOnScreen = true;
+    return window;
+}
+
+std::vector<std::uint32_t> idsOf(const std::vector<ShareableWindow>& windows) {
+    std::vector<std::uint32_t> ids;
+    for (const auto& window : windows)
+        ids.push_back(window.windowID);
+    return ids;
+}
+
+TEST(OfferedWindows, AreOnScreenLargeEnoughNamedAndNotOurOwn) {
+    std::vector<ShareableWindow> windows;
+    for (std::uint32_t id = 1; id <= 7; ++id)
+        windows.push_back(offered(id, "title", "app"));
+    windows[0].frame = {0, 0, 100, 100};
+    windows[1].frame = {0, 0, 99, 300};
+    windows[2].frame = {0, 0, 300, 99.9};
+    windows[3].isOnScreen = false;
+    windows[4].bundleIdentifier = "own";
+    windows[5].title.clear();
+    windows[6].title.clear();
+    windows[6].applicationName.clear();
+    EXPECT_THAT(idsOf(offeredWindows(windows, "own")), ElementsAre(1, 6));
+}
+
+class WindowPickerTest : public test::EditorFixture {
+  protected:
+    WindowPickerTest() {
+        content = ShareableContent{};
+        content->windows = {offered(1, "notes.txt", "Editor"), offered(2, "", "Terminal"),
+                            offered(3, "Inbox", "")};
+        state.setCaptureMode(CaptureMode::window);
+    }
+
+    void openPicker() {
+        showWindow();
+        click("record");
+    }
+    QString row(int index, int role) { return windows.data(windows.index(index), role).toString(); }
+};
+
+TEST_F(WindowPickerTest, ListsTheWindowsOnceTheyAreKnown) {
+    openPicker();
+    EXPECT_TRUE(windows.isLoading());
+    EXPECT_FALSE(shows("pickerMessage"));
+    runTasks();
+    EXPECT_FALSE(windows.isLoading());
+    ASSERT_EQ(item("windowList").property("count").toInt(), 3);
+    EXPECT_EQ(row(0, WindowPickerModel::title), "notes.txt");
+    EXPECT_EQ(row(1, WindowPickerModel::applicationName), "Terminal");
+    EXPECT_EQ(row(2, WindowPickerModel::applicationName), "Unknown App");
+}
+
+TEST_F(WindowPickerTest, AChosenRowIsRecorded) {
+    openPicker();
+    runTasks();
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    ASSERT_TRUE(state.selectedWindow());
+    EXPECT_EQ(state.selectedWindow()->windowID, 2U);
+    EXPECT_EQ(timers.running(), 2U) << "the list is no longer refreshed";
+}
+
+TEST_F(WindowPickerTest, CancelAndEscapeLeadBack) {
+    openPicker();
+    runTasks();
+    click("pickerCancel");
+    EXPECT_TRUE(shows("record"));
+    click("record");
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(shows("record"));
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+}
+
+TEST_F(WindowPickerTest, FailureAndEmptinessAreTold) {
+    content = std::unexpected("cannot open display :9");
+    openPicker();
+    runTasks();
+    EXPECT_EQ(text("pickerMessage"), "Could not list windows");
+    EXPECT_EQ(text("pickerError"), "cannot open display :9");
+    content = ShareableContent{};
+    timers.advance(std::chrono::seconds(1));
+    runTasks();
+    EXPECT_EQ(text("pickerMessage"), "No windows available");
+    EXPECT_FALSE(shows("pickerError"));
+}
+
+TEST_F(WindowPickerTest, FollowsWindowsThatComeAndGoWithoutMovingTheOthers) {
+    openPicker();
+    runTasks();
+    int resets = 0;
+    QObject::connect(&windows, &WindowPickerModel::modelReset, [&] { ++resets; });
+    std::ranges::reverse(content->windows); // somebody clicked another window
+    timers.advance(std::chrono::seconds(1));
+    runTasks();
+    EXPECT_EQ(resets, 0);
+    content->windows.insert(content->windows.begin(), offered(4, "New", "Fourth"));
+    std::erase_if(content->windows, [](const auto& window) { return window.windowID == 1; });
+    timers.advance(std::chrono::seconds(1));
+    runTasks();
+    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(row(0, WindowPickerModel::applicationName), "Terminal");
+    EXPECT_EQ(row(2, WindowPickerModel::title), "New");
+    EXPECT_FALSE(windows.window(3));
+}
+
+TEST_F(WindowPickerTest, AListThatComesAfterTheEndIsDropped) {
+    openPicker();
+    recording.windowPickerCancelled();
+    runTasks();
+    EXPECT_EQ(windows.rowCount(), 0);
+}
+
+} // namespace
+} // namespace vantro
