@@ -22,7 +22,7 @@ function(vantro_module name)
   target_link_libraries(vantro_${name} PUBLIC vantro_flags ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
 endfunction()
 
-# vantro_test(NAME SOURCES ... LINK targets ... [LABELS labels])
+# vantro_test(NAME SOURCES ... LINK targets ... [LABELS labels] [TIMEOUT seconds] [PROPERTIES ...])
 # The test program NAME_tests; each of its cases becomes a CTest test.
 function(vantro_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS;PROPERTIES" ${ARGN})
@@ -32,6 +32,9 @@ function(vantro_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
+  if(arg_LABELS) # an empty one would swallow the property after it
+    list(APPEND arg_PROPERTIES LABELS "${arg_LABELS}")
+  endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ${arg_PROPERTIES})
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
 endfunction()

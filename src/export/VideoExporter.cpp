@@ -1,7 +1,6 @@
 #include "export/VideoExporter.h"
 
-#include "base/SerialQueue.h"
-#include "export/ProgressMailbox.h"
+#include "export/ExportPump.h"
 #include "media/AssetWriter.h"
 #include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
@@ -37,13 +36,10 @@ VideoSettings encoderSettings(const VideoComposition& video) {
 
 /// Moves every composed frame into the writer; runs on the video pump's queue.
 void pumpVideo(VideoCompositionReader& reader, AssetWriter& writer, MediaTime duration,
-               ProgressMailbox& mailbox, const std::stop_token& cancelled) {
+               ProgressMailbox& mailbox) {
     std::shared_ptr<const PixelBuffer> last;
     std::shared_ptr<const PixelBuffer> lastCropped;
-    while (!cancelled.stop_requested()) {
-        auto frame = reader.copyNextFrame();
-        if (!frame)
-            return;
+    while (auto frame = reader.copyNextFrame()) {
         if (frame->pixels != last) { // an unchanged picture stays the same to the encoder
             last = frame->pixels;
             lastCropped = croppedToEven(last);
@@ -78,22 +74,9 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
     writer.startWriting();
     writer.startSession(MediaTime{});
 
-    ProgressMailbox mailbox;
-    std::exception_ptr failure;
-    {
-        SerialQueue videoQueue("com.vantro.export.video");
-        videoQueue.async([&] {
-            try {
-                pumpVideo(reader, writer, duration, mailbox, cancelled);
-            } catch (...) {
-                failure = std::current_exception();
-            }
-            mailbox.close();
-        });
-        mailbox.deliver(progress);
-    }
-    if (failure && !cancelled.stop_requested())
-        std::rethrow_exception(failure);
+    runPump(
+        "com.vantro.export.video",
+        [&](ProgressMailbox& mailbox) { pumpVideo(reader, writer, duration, mailbox); }, progress);
     if (cancelled.stop_requested()) {
         writer.cancel();
         return {.outcome = ExportOutcome::cancelled};

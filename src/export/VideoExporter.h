@@ -1,29 +1,13 @@
 #pragma once
 
 #include "export/ComposedMovie.h"
+#include "export/ExportSummary.h"
 
-#include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <stop_token>
 
 namespace vantro {
-
-enum class ExportOutcome { finished, cancelled };
-
-/// Called with the fraction done, 0 to 1, once for each whole percent, on the thread that called
-/// the exporter.
-using ExportProgress = std::function<void(double fraction)>;
-
-/// What an export wrote, for people and logs.
-struct ExportSummary {
-    ExportOutcome outcome = ExportOutcome::finished;
-    int width = 0;
-    int height = 0;
-    std::int64_t frameCount = 0;
-    double duration = 0; ///< seconds
-};
 
 /// Writes the edited recording as an MPEG-4 file: H.264 High at 20 Mbit/s, constant frame rate.
 ///

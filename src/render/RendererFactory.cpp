@@ -1,17 +1,46 @@
 #include "render/RendererFactory.h"
 
+#include "render/gpu/FallbackRenderer.h"
+#include "render/gpu/MetalRenderer.h"
 #include "render/software/SoftwareRenderer.h"
 
+#include <filesystem>
+
 namespace vantro {
+namespace {
+
+/// Whether the kernel drives any graphics hardware. Asking Vulkan would load its software driver
+/// too, for tens of milliseconds and megabytes at every start.
+bool hasGraphicsDevice() {
+    std::error_code error;
+    return std::filesystem::exists("/dev/dri", error) ||
+           std::filesystem::exists("/dev/nvidiactl", error) ||
+           std::filesystem::exists("/dev/dxg", error);
+}
+
+std::expected<std::unique_ptr<Renderer>, std::string> makeGpuRenderer(const CursorImage& cursor) {
+    if (!hasGraphicsDevice())
+        return std::unexpected("this machine has no graphics device");
+    auto gpu = makeMetalRenderer(cursor);
+    if (!gpu)
+        return gpu;
+    return std::make_unique<FallbackRenderer>(
+        *std::move(gpu), [cursor] { return makeSoftwareRenderer(cursor); });
+}
+
+} // namespace
 
 std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why,
-                                       CursorStyle cursor) {
-    if (choice == RendererChoice::gpu) {
-        if (why != nullptr)
-            *why = "the GPU renderer is not available in this build";
-        return nullptr;
-    }
-    return makeSoftwareRenderer(standardCursor(cursor));
+                                       CursorStyle cursorStyle) {
+    const auto cursor = standardCursor(cursorStyle);
+    if (choice == RendererChoice::software)
+        return makeSoftwareRenderer(cursor);
+    auto gpu = makeGpuRenderer(cursor);
+    if (gpu)
+        return *std::move(gpu);
+    if (why != nullptr)
+        *why = "The GPU renderer is not available: " + gpu.error();
+    return choice == RendererChoice::gpu ? nullptr : makeSoftwareRenderer(cursor);
 }
 
 } // namespace vantro

@@ -15,8 +15,9 @@ enum class RendererChoice {
 };
 
 /// Makes a renderer that draws `cursor` as the pointer. Nothing when the chosen one cannot work
-/// here; `why`, when given, is then filled with the reason. `automatic` and `software` always
-/// succeed. Any thread.
+/// here; `automatic` and `software` always succeed. `why`, when given, is filled with the reason
+/// wherever the GPU was wanted and is not used. A GPU that fails later hands over to the software
+/// renderer by itself. Any thread.
 std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why = nullptr,
                                        CursorStyle cursor = CursorStyle::theme);
 

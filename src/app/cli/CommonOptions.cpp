@@ -5,6 +5,7 @@
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -76,11 +77,12 @@ std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name) {
     return renderer;
 }
 
-std::function<std::string(const std::string&)> endsIn(std::string extension) {
-    return [extension = std::move(extension)](const std::string& file) {
-        return fs::path(file).extension() == extension
+std::function<std::string(const std::string&)> endsIn(std::vector<std::string> extensions) {
+    return [extensions = std::move(extensions)](const std::string& file) {
+        return std::ranges::count(extensions, fs::path(file).extension().string()) > 0
                    ? std::string{}
-                   : file + ": the name must end in " + extension;
+                   : fmt::format("{}: the name must end in {}", file,
+                                 fmt::join(extensions, " or "));
     };
 }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <CLI/App.hpp>
 
@@ -33,8 +34,8 @@ void addRendererOption(CLI::App& command, std::string& target);
 /// The renderer that --renderer names. Throws VantroError exportFailed where there is none.
 std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name);
 
-/// The option check that a file name ends in `extension`.
-std::function<std::string(const std::string&)> endsIn(std::string extension);
+/// The option check that a file name ends in one of `extensions`.
+std::function<std::string(const std::string&)> endsIn(std::vector<std::string> extensions);
 
 /// Throws VantroError exportFailed, before any work is done, when `output` cannot be written or
 /// exists and must not be replaced.

@@ -2,6 +2,7 @@
 #include "app/cli/CommonOptions.h"
 #include "app/cli/StatusLine.h"
 #include "base/HostClock.h"
+#include "export/GIFExporter.h"
 #include "export/VideoExporter.h"
 
 #include <iostream>
@@ -86,11 +87,15 @@ int runExport(const Options& options, const std::stop_token& interrupted) {
     const auto project = loadProject(options.project);
     const auto duration = openRecording(project.recording).timeMap.totalDuration();
 
-    VideoExporter exporter(makeRequestedRenderer(options.renderer));
+    auto renderer = makeRequestedRenderer(options.renderer);
     ProgressDisplay display(duration, options.json);
+    const auto report = [&](double fraction) { display.update(fraction); };
     const auto summary =
-        exporter.run(project.recording, options.resolution, options.output,
-                     [&](double fraction) { display.update(fraction); }, interrupted);
+        options.output.extension() == ".gif"
+            ? GIFExporter(std::move(renderer))
+                  .run(project.recording, options.output, report, interrupted)
+            : VideoExporter(std::move(renderer))
+                  .run(project.recording, options.resolution, options.output, report, interrupted);
     display.clear();
     if (summary.outcome == ExportOutcome::cancelled) {
         if (options.json)
@@ -105,12 +110,12 @@ int runExport(const Options& options, const std::stop_token& interrupted) {
 
 void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("export", "Write a project as an MP4 video");
+    auto* command = app.add_subcommand("export", "Write a project as an MP4 video or an animated GIF");
     addProjectArgument(*command, options->project);
-    command->add_option("--output,-o", options->output, "The file to write, FILE.mp4")
+    command->add_option("--output,-o", options->output, "The file to write, FILE.mp4 or FILE.gif")
         ->required()
         ->type_name("FILE")
-        ->check(endsIn(".mp4"));
+        ->check(endsIn({".mp4", ".gif"}));
     addResolutionOption(*command, options->resolution);
     addRendererOption(*command, options->renderer);
     command->add_flag("--force", options->force, "Replace an existing file");

@@ -36,7 +36,7 @@ void addFrameCommand(CLI::App& app, CommandAction& action) {
     command->add_option("--output,-o", options->output, "The picture to write, FILE.png")
         ->required()
         ->type_name("FILE")
-        ->check(endsIn(".png"));
+        ->check(endsIn({".png"}));
     addResolutionOption(*command, options->resolution);
     addRendererOption(*command, options->renderer);
     command->add_flag("--force", options->force, "Replace an existing file");

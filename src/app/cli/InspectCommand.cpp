@@ -1,6 +1,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "export/Inspection.h"
+#include "render/RendererFactory.h"
 
 #include <iostream>
 
@@ -54,7 +55,19 @@ ordered_json toJsonList(const Records& records) {
     return list;
 }
 
-void printJson(const Inspection& found, bool withKeyframes) {
+/// What would draw an export here, and why not the GPU where it does not.
+struct RendererReport {
+    std::string name;
+    std::string reason;
+};
+
+RendererReport rendererInUse() {
+    RendererReport report;
+    report.name = makeRenderer(RendererChoice::automatic, &report.reason)->description();
+    return report;
+}
+
+void printJson(const Inspection& found, const RendererReport& renderer, bool withKeyframes) {
     ordered_json document{{"sourceDuration", found.sourceDuration},
                           {"outputDuration", found.outputDuration},
                           {"videoWidth", found.videoSize.width},
@@ -62,17 +75,20 @@ void printJson(const Inspection& found, bool withKeyframes) {
                           {"canvasWidth", found.canvasSize.width},
                           {"canvasHeight", found.canvasSize.height},
                           {"segments", toJsonList(found.segments)},
-                          {"clickEvents", toJsonList(found.clickEvents)}};
+                          {"clickEvents", toJsonList(found.clickEvents)},
+                          {"renderer", {{"name", renderer.name}, {"reason", renderer.reason}}}};
     if (withKeyframes)
         document["keyframes"] = toJsonList(found.keyframes);
     std::cout << document.dump(2) << '\n';
 }
 
-void printText(const Inspection& found, bool withKeyframes) {
+void printText(const Inspection& found, const RendererReport& renderer, bool withKeyframes) {
     fmt::print("Recording  {:.3f} s, {}x{}\n", found.sourceDuration, found.videoSize.width,
                found.videoSize.height);
     fmt::print("Output     {:.3f} s, {}x{}\n", found.outputDuration, found.canvasSize.width,
                found.canvasSize.height);
+    fmt::print("Renderer   {}{}{}\n", renderer.name, renderer.reason.empty() ? "" : "; ",
+               renderer.reason);
     fmt::print("Segments\n");
     for (const auto& segment : found.segments)
         fmt::print("  {:8.3f} s to {:8.3f} s at {}\n", segment.startFraction * found.sourceDuration,
@@ -101,9 +117,9 @@ int runInspect(const Options& options) {
     const auto found = inspect(project.recording, options.keyframesPerSecond);
     const bool withKeyframes = options.keyframesPerSecond > 0;
     if (options.json)
-        printJson(found, withKeyframes);
+        printJson(found, rendererInUse(), withKeyframes);
     else
-        printText(found, withKeyframes);
+        printText(found, rendererInUse(), withKeyframes);
     return exitSuccess;
 }
 

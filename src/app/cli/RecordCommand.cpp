@@ -152,7 +152,7 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
         ->required()
         ->type_name("NAME")
-        ->check(endsIn(package::extension));
+        ->check(endsIn({package::extension}));
     command->add_option("--mode", options->mode, "What to record (default: screen)")
         ->type_name("screen")
         ->check(CLI::IsMember({"screen"}));

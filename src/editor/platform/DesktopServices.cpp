@@ -4,6 +4,7 @@
 #include "capture/ScreenRecorder.h"
 #include "export/Inspection.h"
 #include "export/StillFrame.h"
+#include "export/GIFExporter.h"
 #include "export/VideoExporter.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
@@ -111,10 +112,12 @@ std::expected<ShareableContent, std::string> listShareableContent() {
 
 void runExport(const ExportJob& job, const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled) {
+    auto renderer = makeRenderer(RendererChoice::automatic);
     if (job.format == ExportFormat::gif)
-        throw VantroError(VantroError::Kind::exportFailed, "Animated GIF is not available");
-    VideoExporter exporter(makeRenderer(RendererChoice::automatic));
-    exporter.run(job.recording, job.resolution, job.output, progress, cancelled);
+        GIFExporter(std::move(renderer)).run(job.recording, job.output, progress, cancelled);
+    else
+        VideoExporter(std::move(renderer))
+            .run(job.recording, job.resolution, job.output, progress, cancelled);
 }
 
 PreviewSource exportPreview() {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <optional>
 
 class QWindow;
 
@@ -11,7 +12,8 @@ class AppState;
 class Preferences;
 
 /// Where the main window stands: where it last stood, and in a corner of its screen while a
-/// recording runs. A remembered place that is off every screen is not used. Main thread.
+/// recording runs. A remembered place that is off every screen is not used, and a window that grows
+/// with its screen is moved so that all of it can be seen. Main thread.
 class WindowPlacement : public QObject {
   public:
     WindowPlacement(QWindow& window, AppState& state, Preferences& preferences);
@@ -21,14 +23,16 @@ class WindowPlacement : public QObject {
     void remember();
 
   private:
+    void noteHome();
     void phaseChanged();
     void stepAside();
+    void moveOntoScreen();
 
     QWindow& m_window;
     AppState& m_state;
     Preferences& m_preferences;
     bool m_isAside = false;
-    QPoint m_home;
+    std::optional<QPoint> m_home; ///< where the window stands when it is not aside
 };
 
 } // namespace vantro

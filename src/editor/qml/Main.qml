@@ -12,8 +12,9 @@ Window {
 
     readonly property bool resizable: app.screen === "editor"
     readonly property MessageCard card: app.alertShown ? alert.item : app.quitAsked ? quitQuestion.item : app.recoveryOffered && app.screen === "controls" ? recovery.item : null
-    readonly property size wanted: Qt.size(Math.max(screen.implicitWidth, card ? card.wanted.width : 0),
-                                           Math.max(screen.implicitHeight, card ? card.wanted.height : 0))
+    readonly property size wanted: Qt.size(
+        Math.min(Math.max(screen.implicitWidth, card ? card.wanted.width : 0), Screen.desktopAvailableWidth - 16),
+        Math.min(Math.max(screen.implicitHeight, card ? card.wanted.height : 0), Screen.desktopAvailableHeight - 48))
     // The window manager is told all of a size at once: a maximum below the current size is refused.
     onWantedChanged: fit()
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace vantro {
+
+enum class ExportOutcome { finished, cancelled };
+
+/// Called with the fraction done, 0 to 1, once for each whole percent, on the thread that called
+/// the exporter.
+using ExportProgress = std::function<void(double fraction)>;
+
+/// What an export wrote, for people and logs.
+struct ExportSummary {
+    ExportOutcome outcome = ExportOutcome::finished;
+    int width = 0;
+    int height = 0;
+    std::int64_t frameCount = 0;
+    double duration = 0; ///< seconds
+};
+
+} // namespace vantro

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "support/XServer.h"
+
+#include <QProcess>
+#include <QRect>
+#include <QTemporaryDir>
+#include <filesystem>
+#include <memory>
+
+namespace vantro::test {
+
+/// A private desktop (X server and window manager) with the real program on it, in a home of its
+/// own, and a hand for its pointer and keyboard.
+class DesktopSession {
+  public:
+    /// `textResolution` is what the desktop tells about its scaling; 96 is no scaling.
+    explicit DesktopSession(int textResolution = 96);
+    ~DesktopSession();
+
+    void startProgram(const QStringList& arguments = {});
+    QProcess& program() { return *m_program; }
+    const XServer& server() const { return m_server; }
+    std::filesystem::path home() const { return m_home.path().toStdString(); }
+    std::filesystem::path recordings() const { return home() / "Vantro"; }
+
+    /// Where the visible window of that exact title stands, without its frame; null without one.
+    QRect window(const QString& title) const;
+    /// Waits for the main window to have this size, in pixels.
+    bool mainWindowBecomes(QSize size) const;
+    /// A click into the main window, in pixels from its corner.
+    void clickMain(int x, int y);
+    /// For example {"mousemove", "10", "20", "click", "1"}.
+    void xdo(const QStringList& arguments) const;
+    QStringList xdoOutput(const QStringList& arguments) const;
+
+  private:
+    QProcessEnvironment environment() const;
+
+    QTemporaryDir m_home;
+    XServer m_server;
+    std::unique_ptr<QProcess> m_windowManager;
+    std::unique_ptr<QProcess> m_program;
+};
+
+} // namespace vantro::test
