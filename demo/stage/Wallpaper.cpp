@@ -25,7 +25,9 @@ void drawSky(cairo_t* context, Box screen) {
 void drawHills(cairo_t* context, Box screen, double base, double height, double wave,
                unsigned rgb) {
     cairo_move_to(context, 0, screen.height);
-    for (double x = 0; x <= screen.width; x += 4) {
+    constexpr int points = 480;
+    for (int point = 0; point <= points; ++point) {
+        const double x = screen.width * point / points;
         const double at = x / screen.width * wave;
         const double rise = std::sin(at) + 0.4 * std::sin(2.7 * at + wave);
         cairo_line_to(context, x, screen.height * (base - height * rise));

@@ -103,7 +103,7 @@ TEST(X11ScreenStream, GivesAtMostSixtyFramesASecondHoweverFastTheScreenChanges) 
     running.stream->stopCapture();
     const auto samples = running.collector.samples();
     EXPECT_LE(samples.size(), 62);
-    EXPECT_GE(samples.size(), 30) << "the machine is slow, but not that slow";
+    EXPECT_GE(samples.size(), 15) << "the machine is slow, but not that slow";
     for (std::size_t index = 1; index < samples.size(); ++index)
         EXPECT_GE(samples[index].presentationTime - samples[index - 1].presentationTime, 12ms);
 }

@@ -56,12 +56,12 @@ class SelectionOverlayTest : public testing::Test {
   protected:
     explicit SelectionOverlayTest() { show(1); }
 
-    void show(double pointsPerUnit) {
+    void show(double pixelsPerUnit) {
         auto* screen = QGuiApplication::primaryScreen();
         QImage backdrop(screen->size(), QImage::Format_RGB32);
         backdrop.fill(Qt::white);
         overlay = std::make_unique<SelectionOverlay>(
-            screen, backdrop, OverlayScale{.pointsPerUnit = pointsPerUnit, .displayID = 9},
+            screen, backdrop, OverlayScale{.pixelsPerUnit = pixelsPerUnit, .displayID = 9},
             AreaOverlayCallbacks{.onSelection =
                                      [this](auto displayID, auto rect) {
                                          ++answers;

@@ -28,7 +28,8 @@ std::shared_ptr<AreaOverlay> DesktopOverlays::show(AreaOverlayCallbacks callback
     if (screen == nullptr || displays.empty())
         return nullptr;
     const auto& main = displays.front();
-    const OverlayScale scale{.pointsPerUnit = screen->devicePixelRatio() / main.backingScaleFactor,
+    const OverlayScale scale{.pixelsPerUnit = screen->devicePixelRatio(),
+                             .pixelsPerPoint = main.backingScaleFactor,
                              .displayID = main.displayID};
     auto overlay =
         std::make_shared<SelectionOverlay>(screen, pictureOf(screen), scale, std::move(callbacks));

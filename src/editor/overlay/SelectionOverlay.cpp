@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <cmath>
 
 namespace vantro {
 namespace {
@@ -49,11 +50,15 @@ SelectionOverlay::SelectionOverlay(QScreen* screen, QImage backdrop, OverlayScal
 }
 
 Point SelectionOverlay::toPoints(QPointF position) const {
-    return {position.x() * m_scale.pointsPerUnit, position.y() * m_scale.pointsPerUnit};
+    // The pointer stands on whole pixels, which fractional units do not tell exactly.
+    const auto toPoints = [this](double units) {
+        return std::round(units * m_scale.pixelsPerUnit) / m_scale.pixelsPerPoint;
+    };
+    return {toPoints(position.x()), toPoints(position.y())};
 }
 
 QRectF SelectionOverlay::fromPoints(const Rect& rect) const {
-    const double units = m_scale.pointsPerUnit;
+    const double units = m_scale.pointsPerUnit();
     return {rect.x / units, rect.y / units, rect.width / units, rect.height / units};
 }
 
@@ -158,7 +163,7 @@ void SelectionOverlay::finish(std::optional<Rect> selection) {
     m_finished = true;
     hide();
     QMetaObject::invokeMethod(
-        this,
+        qGuiApp,
         [callbacks = m_callbacks, displayID = m_scale.displayID, selection] {
             if (selection)
                 callbacks.onSelection(displayID, *selection);

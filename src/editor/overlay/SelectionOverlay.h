@@ -11,8 +11,11 @@ namespace vantro {
 /// How a screen's logical coordinates become points: a point is a whole number of pixels, a logical
 /// unit may be a fraction of them.
 struct OverlayScale {
-    double pointsPerUnit = 1;
+    double pixelsPerUnit = 1;
+    double pixelsPerPoint = 1;
     std::uint32_t displayID = 0;
+
+    double pointsPerUnit() const { return pixelsPerUnit / pixelsPerPoint; }
 };
 
 /// Covers one screen, shows it dimmed, and lets the user drag out an area of it.

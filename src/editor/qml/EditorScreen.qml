@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // A finished recording: its composed picture at a position, and what can be done with it.
-Item {
+FocusScope {
     id: screen
 
     required property QtObject app

@@ -17,6 +17,8 @@ Window {
         Math.min(Math.max(screen.implicitHeight, card ? card.wanted.height : 0), Screen.desktopAvailableHeight - 48))
     // The window manager is told all of a size at once: a maximum below the current size is refused.
     onWantedChanged: fit()
+    onResizableChanged: fit()
+    onCardChanged: if (!card && screen.item) screen.item.forceActiveFocus()
 
     function fit() {
         const most = 16777215

@@ -1,7 +1,7 @@
 import QtQuick
 
 // What is to be recorded, and the record button.
-Item {
+FocusScope {
     id: screen
 
     required property QtObject app

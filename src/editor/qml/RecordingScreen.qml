@@ -1,7 +1,7 @@
 import QtQuick
 
 // A recording under way: small, since it stands beside what is being recorded.
-Item {
+FocusScope {
     id: screen
 
     required property QtObject app

@@ -10,6 +10,8 @@ FocusScope {
     required property int current
     property string help: ""
     signal picked(int index)
+    property bool used: false // only what the user does is animated
+    onPicked: used = true
 
     implicitHeight: 32
     implicitWidth: choices.length * 96
@@ -39,7 +41,7 @@ FocusScope {
         color: Theme.dark ? "#47474b" : Theme.surface
         border.width: 1
         border.color: Theme.border
-        Behavior on x { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic } }
+        Behavior on x { enabled: picker.used; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic } }
     }
     Row {
         anchors.fill: parent

@@ -1,7 +1,7 @@
 import QtQuick
 
 // One line of text, with a button where there is something to do about it.
-Item {
+FocusScope {
     id: screen
 
     property string text: ""

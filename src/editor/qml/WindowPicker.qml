@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 // The list of windows to record one of.
-Item {
+FocusScope {
     id: screen
 
     required property QtObject app
@@ -31,7 +31,6 @@ Item {
         id: list
         objectName: "windowList"
         anchors { left: parent.left; right: parent.right; top: divider.bottom; bottom: footer.top; margins: Theme.gap }
-        visible: screen.windows.count > 0
         clip: true
         focus: true
         model: screen.windows
@@ -55,7 +54,7 @@ Item {
         anchors.centerIn: list
         width: list.width - 2 * Theme.margin
         spacing: Theme.tight
-        visible: !list.visible
+        visible: screen.windows.count === 0
         Spinner {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: screen.windows.loading

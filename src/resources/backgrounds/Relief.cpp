@@ -13,23 +13,25 @@ constexpr int leastCells = 64;
 // How much wider than the picture the grid is: ground outside it casts shadows into it.
 constexpr float gridMargin = 1.5F;
 
+} // namespace
+
 /// One column of the picture while it fills from the bottom up, nearest ground first.
-class Column {
+class Relief::Column {
   public:
-    explicit Column(std::span<Relief::Hit> hits)
+    explicit Column(std::span<Hit> hits)
         : m_hits(hits), m_top(static_cast<float>(hits.size())), m_previousRow(m_top) {}
 
     /// The highest point filled so far, as a row.
     float top() const { return m_top; }
-
     /// Whether the ground was in sight so far and falls out of it towards `row`.
     bool endsInCrest(float row) const {
         return m_visible > 0 && m_previousRow <= m_top && row > m_top;
     }
 
-    /// The ground at `distance` appears at `row`; distances ascend.
-    void add(float row, float distance) {
-        if (row < m_top) {
+    /// Sights are added with ascending distances; what comes after the column is full is ignored.
+    void add(Sight sight) {
+        const auto [row, distance] = sight;
+        if (row < m_top && m_top > 0) {
             if (m_previousRow > m_top)
                 markOutline(distance);
             fill(row, distance);
@@ -63,14 +65,12 @@ class Column {
         }
     }
 
-    std::span<Relief::Hit> m_hits;
+    std::span<Hit> m_hits;
     float m_top;
     float m_previousRow;  // of the ground looked at last, hidden or not
     float m_previous = 0; // its distance; 0 before the first
     float m_visible = 0;  // distance of the ground at m_top
 };
-
-} // namespace
 
 Relief::Relief(const Frame& frame, const Camera& camera, HeightField height, WorkerPool& pool)
     : m_frame(frame)
@@ -135,29 +135,44 @@ float Relief::crestBetween(float side, float near, float far) const {
     return (near + far) / 2;
 }
 
+/// Adds the ground after `near` up to `far`, halving the way while the two appear more than a row
+/// apart: over a bend such as a crest, rows are not spread evenly over the distance.
+void Relief::addFinely(Column& pixels, float side, Sight near, Sight far, int halvings) const {
+    constexpr float rowsAtOnce = 1.2F;
+    if (halvings > 0 && std::min(near.row, pixels.top()) - far.row > rowsAtOnce) {
+        const float middle = (near.distance + far.distance) / 2;
+        const Sight between{.row = rowAlong(side, middle), .distance = middle};
+        addFinely(pixels, side, near, between, halvings - 1);
+        addFinely(pixels, side, between, far, halvings - 1);
+    } else {
+        pixels.add(far);
+    }
+}
+
 void Relief::castColumn(int column) {
     const auto rows = static_cast<std::size_t>(m_frame.height);
     const float side = (m_frame.place(column, 0).x - m_frame.aspect() / 2) / m_camera.focal;
     Column pixels(std::span<Hit>(m_hits).subspan(static_cast<std::size_t>(column) * rows, rows));
     // Hidden ground need not be known exactly.
     const float margin = 0.006F * static_cast<float>(m_frame.height);
-    float distance = m_camera.nearest;
-    float before = distance;
-    while (distance < m_camera.farthest && pixels.top() > 0) {
+    constexpr int mostHalvings = 6;
+    Sight here{.row = static_cast<float>(rows), .distance = m_camera.nearest};
+    Sight before = here;
+    while (here.distance < m_camera.farthest && pixels.top() > 0) {
         // About a row of level ground a step, within limits that bound the work.
-        const float step = clamp(0.8F * footprint(distance) / m_camera.height, 0.001F, 0.004F);
-        const float next = distance * (1 + step);
-        float row = rowOf(roughHeight({side * next, next}), next);
-        if (row < pixels.top() + margin)
-            row = rowAlong(side, next);
+        const float step = clamp(0.8F * footprint(here.distance) / m_camera.height, 0.001F, 0.004F);
+        Sight next{.row = 0, .distance = here.distance * (1 + step)};
+        next.row = rowOf(roughHeight({side * next.distance, next.distance}), next.distance);
+        if (next.row < pixels.top() + margin)
+            next.row = rowAlong(side, next.distance);
         // A sharp crest between two steps would come out notched from column to column.
-        if (pixels.endsInCrest(row)) {
-            const float crest = crestBetween(side, before, next);
-            pixels.add(rowAlong(side, crest), crest);
+        if (pixels.endsInCrest(next.row)) {
+            const float crest = crestBetween(side, before.distance, next.distance);
+            pixels.add({.row = rowAlong(side, crest), .distance = crest});
         }
-        pixels.add(row, next);
-        before = distance;
-        distance = next;
+        addFinely(pixels, side, here, next, mostHalvings);
+        before = here;
+        here = next;
     }
     pixels.markOutline(sky);
 }
@@ -191,8 +206,9 @@ float Relief::sunlight(Vec2 place, Vec3 toSun, float reach, float softness) cons
     const float level = std::sqrt(square(toSun.x) + square(toSun.y));
     const Vec2 direction{toSun.x / level, toSun.y / level};
     const float rise = toSun.z / level;
-    const float start = roughHeight(place);
     const float cell = 2 * m_gridSide * place.y / static_cast<float>(m_gridColumns);
+    // A little above the ground: the grid cuts crests off by part of a cell.
+    const float start = roughHeight(place) + 0.35F * cell;
     float clear = 1;
     constexpr int steps = 16;
     // Steps grow with the distance: near ground casts the sharp shadows.

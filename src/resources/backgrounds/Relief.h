@@ -63,11 +63,18 @@ class Relief {
     float roughHeight(Vec2 place) const;
 
   private:
+    class Column;
+    /// Ground at `distance` that appears at `row`, whether or not something hides it.
+    struct Sight {
+        float row;
+        float distance;
+    };
     void fillGridRow(std::size_t row);
     void castColumn(int column);
     float rowOf(float height, float distance) const;
     float rowAlong(float side, float distance) const;
     float crestBetween(float side, float near, float far) const;
+    void addFinely(Column& pixels, float side, Sight near, Sight far, int halvings) const;
 
     Frame m_frame;
     Camera m_camera;

@@ -50,19 +50,23 @@ float firAt(Vec2 p, const Fir& fir, float pixel) {
     if (up > 1 || up < -0.3F || away > 0.33F * height)
         return 0;
     const float t = 1 - up;
-    // Boughs: each droops outwards, so its layer is seen as a tooth of the outline.
-    const float boughs = 11 + 7 * unitOf(hashOf(seed + 1));
-    const float droop = away / height * 1.3F;
-    const float layer = (t - droop) * boughs +
-                        0.6F * noise(Vec2{p.x / height * 5, static_cast<float>(seed % 97U)}, 502);
+    const float side = p.x < fir.foot.x + lean * up ? 0.F : 50.F;
+    // Boughs: each droops outwards, so its layer is seen as a tooth of the outline; the two sides
+    // grow out of step.
+    const float boughs = 17 + 9 * unitOf(hashOf(seed + 1));
+    const float droop = away / height * 1.1F;
+    const float sway = lineNoise(side + t * 7, seed + 3);
+    const float layer = (t - droop) * boughs + 0.8F * sway + side;
     const float tooth = fractionOf(layer);
-    const float ragged = noise(p * (46 / height), seed);
-    const float full = 0.155F + 0.07F * unitOf(hashOf(seed + 2));
-    const float width = height * (0.008F + full * t * (1.15F - 0.35F * t)) *
-                        (0.62F + 0.38F * tooth) * (1 + 0.34F * ragged);
-    const float stem = 0.006F * height * (0.3F + t);
+    const float reach = 0.72F + 0.28F * lineNoise(floorOf(layer), seed + 4);
+    const float needles =
+        noise(p * (70 / height), seed) + 0.6F * noise(p * (190 / height), seed + 5);
+    const float full = 0.145F + 0.065F * unitOf(hashOf(seed + 2));
+    const float width = height * full * t * (1.2F - 0.4F * t) * (0.55F + 0.45F * tooth * reach) *
+                        (1 + 0.30F * needles);
+    const float stem = 0.007F * height * t;
     const float edge = std::max(up < 0.02F ? 0 : width, stem) - away;
-    return coverage(edge, std::max(pixel * 1.5F, height * 0.004F));
+    return coverage(edge, std::max(pixel * 1.5F, height * 0.003F));
 }
 
 Row makeRow(int row, const Frame& frame) {

@@ -55,8 +55,10 @@ Rgb landAt(const Relief& relief, Vec2 p, float distance) {
     const float sun = relief.sunOn(place, normal, toSun, 26, 0.12F);
     const float patch =
         fbm(place * 0.9F, resolved({.octaves = 6, .gain = 0.55F, .seed = 951}, detail * 0.9F));
+    // Texture follows the slopes up, or it would be drawn out on them.
+    const Vec2 upslope = place + Vec2{0.6F, 0.8F} * height;
     const float crowns =
-        fbm(place * 7, resolved({.octaves = 3, .gain = 0.6F, .seed = 952}, detail * 7));
+        fbm(upslope * 7, resolved({.octaves = 3, .gain = 0.6F, .seed = 952}, detail * 7));
     const Rgb forest =
         mix(colour(0x16281c), colour(0x3c5330), saturate(0.45F + 0.5F * crowns + 0.25F * patch));
     const Rgb meadow = mix(colour(0x4d5c30), colour(0x83804a), saturate(0.5F + 0.6F * patch));

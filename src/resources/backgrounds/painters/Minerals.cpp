@@ -64,7 +64,9 @@ Rgb iceAt(const Gradient& depths, Vec2 p) {
     }
     const float fine =
         crackAt(p, 4.6F, 0.0011F, 730) * smoothstep(-0.1F, 0.5F, noise(p * 2.3F, 731));
-    const float main = crackAt(p, 1.5F, 0.0022F, 720);
+    const Crack open = crackNear(p, 1.5F, 720);
+    const float main =
+        saturate(veinAt(open, 0.0022F) + 0.45F * exponential(-open.gap / 0.004F) * open.strength);
     result = mix(result, frost, saturate(0.85F * main + 0.5F * fine));
     result = mix(result, frost, saturate(0.5F * bubblesAt(p)));
     const float scratch = ridged(rotated(p, 0.4F) * 3, {.octaves = 8, .gain = 0.7F, .seed = 740});
