@@ -1,5 +1,5 @@
-// A full-screen window for benchmarks: `moving` repaints all of it 60 times a second, as a video or a
-// game would; `typing` changes one small glyph-sized cell about eight times a second.
+// A full-screen window for benchmarks: `moving` repaints all of it 60 times a second, as a video or
+// a game would; `typing` changes one small glyph-sized cell about eight times a second.
 
 #include <array>
 #include <chrono>

@@ -9,7 +9,7 @@ pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
-  libavformat libavcodec libavutil libswscale)
+  libavformat libavcodec libavutil libswscale libswresample)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res)
 pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)

@@ -17,8 +17,8 @@ struct FinishedRecording {
     std::vector<TimelineSegment> segments;       ///< one, of full length
 };
 
-/// Writes "metadata.json" beside the movie and turns the recorded clicks into editable zooms. Throws
-/// VantroError assetWriterFailed when the file cannot be written. Any thread.
+/// Writes "metadata.json" beside the movie and turns the recorded clicks into editable zooms.
+/// Throws VantroError assetWriterFailed when the file cannot be written. Any thread.
 FinishedRecording finishRecording(const std::filesystem::path& recordingURL,
                                   RecordingMetadata metadata);
 

@@ -159,8 +159,8 @@ void saveNewProject(const fs::path& packageURL, const fs::path& recordingURL,
     if (const auto problem = newPackageProblem(packageURL, replace); !problem.empty())
         failSave(problem);
     const auto target = fs::absolute(packageURL);
-    const TemporaryFolder fresh(target.parent_path() /
-                                ("." + target.filename().string() + "." + Uuid::random().toString()));
+    const TemporaryFolder fresh(target.parent_path() / ("." + target.filename().string() + "." +
+                                                        Uuid::random().toString()));
     saveProject(fresh.path, recordingURL, project);
     moveIntoPlace(fresh.path, target, replace);
 } catch (const fs::filesystem_error& error) {

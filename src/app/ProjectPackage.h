@@ -26,9 +26,9 @@ void writeProjectFile(const std::filesystem::path& packageURL, const ProjectData
 ProjectData readProjectFile(const std::filesystem::path& packageURL);
 
 /// Fills the package folder at `packageURL` (made with the folders above it): the recording's files
-/// linked or copied from beside `recordingURL`, the custom background copied, "project.json" written
-/// last. Each file is replaced whole; a failure leaves what was done before it. Throws VantroError
-/// projectSaveFailed.
+/// linked or copied from beside `recordingURL`, the custom background copied, "project.json"
+/// written last. Each file is replaced whole; a failure leaves what was done before it. Throws
+/// VantroError projectSaveFailed.
 void saveProject(const std::filesystem::path& packageURL, const std::filesystem::path& recordingURL,
                  const ProjectData& project);
 

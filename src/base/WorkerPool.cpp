@@ -14,10 +14,10 @@ struct WorkerPool::Shared {
     std::mutex mutex;
     std::condition_variable started;
     std::condition_variable finished;
-    std::size_t round = 0;  // guarded by mutex; a new number is a new loop
-    unsigned working = 0;   // guarded by mutex; threads still inside the loop
-    bool ending = false;    // guarded by mutex
-    std::size_t count = 0;  // written before `round` changes
+    std::size_t round = 0; // guarded by mutex; a new number is a new loop
+    unsigned working = 0;  // guarded by mutex; threads still inside the loop
+    bool ending = false;   // guarded by mutex
+    std::size_t count = 0; // written before `round` changes
     const std::function<void(std::size_t, unsigned)>* function = nullptr;
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;

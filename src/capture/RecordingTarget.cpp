@@ -32,6 +32,28 @@ std::vector<std::uint32_t> ownWindows(const ShareableContent& content) {
 
 } // namespace
 
+Rect clippedArea(Rect area, const ShareableContent& content) {
+    double left = std::numeric_limits<double>::max();
+    double top = left;
+    double right = -left;
+    double bottom = -left;
+    for (const auto& [id, name, frame, scale, isMain] : content.displays) {
+        left = std::min(left, frame.x);
+        top = std::min(top, frame.y);
+        right = std::max(right, frame.x + frame.width);
+        bottom = std::max(bottom, frame.y + frame.height);
+    }
+    left = std::max(left, area.x);
+    top = std::max(top, area.y);
+    const Rect clipped{.x = left,
+                       .y = top,
+                       .width = std::min(right, area.x + area.width) - left,
+                       .height = std::min(bottom, area.y + area.height) - top};
+    if (!(clipped.width > 0 && clipped.height > 0))
+        throw VantroError(VantroError::Kind::invalidSelection);
+    return clipped;
+}
+
 RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content) {
     const auto display =
         std::ranges::find(content.displays, choice.displayID, &ShareableDisplay::displayID);
@@ -68,6 +90,9 @@ RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableCont
     const auto scale = truncatedToInteger(display->backingScaleFactor);
     target.stream.width = evenPixels(size.width, scale);
     target.stream.height = evenPixels(size.height, scale);
+    if (choice.captureMode == CaptureMode::area &&
+        (target.stream.width == 0 || target.stream.height == 0))
+        throw VantroError(VantroError::Kind::invalidSelection);
     return target;
 }
 

@@ -27,7 +27,12 @@ struct RecordingTarget {
 /// The windows of the application with this identifier are never recorded: it is our own.
 inline constexpr const char* ownBundleIdentifier = "com.vantro.app";
 
-/// Throws VantroError captureStartFailed: "Display not found", "No window selected".
+/// The part of an area that lies inside of the smallest rectangle around all displays. Throws
+/// VantroError invalidSelection when nothing is left.
+Rect clippedArea(Rect area, const ShareableContent& content);
+
+/// Throws VantroError captureStartFailed, "Display not found" or "No window selected", and
+/// invalidSelection for an area without pixels.
 RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content);
 
 } // namespace vantro

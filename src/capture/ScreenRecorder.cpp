@@ -163,9 +163,10 @@ SampleDisposition ScreenRecorder::append(const VideoFrame& frame, bool isFirst) 
 
 void ScreenRecorder::streamStopped(const std::string& error) {
     logError("Stream stopped with error: {}", error);
-    m_stateQueue.sync([this] {
+    m_stateQueue.sync([&] {
         if (_condition == RecordingCondition::recording)
             _condition = RecordingCondition::streamStopped;
+        _streamError = error;
     });
 }
 
@@ -230,7 +231,7 @@ RecordingMetadata ScreenRecorder::makeMetadata() {
 
 RecordingStatistics ScreenRecorder::statistics() {
     return m_stateQueue.sync(
-        [this] { return RecordingStatistics{_frameCount, _droppedCount, _condition}; });
+        [this] { return RecordingStatistics{_frameCount, _droppedCount, _condition, _streamError}; });
 }
 
 } // namespace vantro

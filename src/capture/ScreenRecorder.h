@@ -22,6 +22,7 @@ struct RecordingStatistics {
     std::int64_t framesCaptured = 0; ///< handed to the encoder
     std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
     RecordingCondition condition = RecordingCondition::recording;
+    std::string streamError; ///< why the stream stopped, for the user; empty otherwise
 };
 
 /// Records the screen into one movie, with the pointer's path and clicks beside it.
@@ -83,6 +84,7 @@ class ScreenRecorder final : private ScreenStreamOutput {
     std::int64_t _frameCount = 0;
     std::int64_t _droppedCount = 0;
     RecordingCondition _condition = RecordingCondition::recording;
+    std::string _streamError;
 
     SerialQueue m_stateQueue{"com.vantro.recorder.state"};
     std::unique_ptr<ScreenStream> m_stream; // destroyed first: its thread calls the rest

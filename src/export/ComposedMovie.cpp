@@ -3,6 +3,7 @@
 #include "media/MediaError.h"
 #include "model/VantroError.h"
 #include "render/CompositionBuilder.h"
+#include "render/WebcamMovie.h"
 #include "render/ZoomCompositor.h"
 
 #include <fmt/format.h>
@@ -31,6 +32,16 @@ std::vector<ClickEvent> inPixels(std::vector<ClickEvent> clicks, double pixelsPe
         click.y *= pixelsPerPoint;
     }
     return clicks;
+}
+
+/// The webcam's movie lies beside the recording's.
+void configureWebcam(ZoomCompositor& compositor, const EditedRecording& recording) {
+    if (!recording.metadata.hasWebcam)
+        return;
+    const auto movie =
+        std::make_shared<WebcamMovie>(recording.videoURL.parent_path() / "webcam.mov");
+    compositor.setWebcam([movie](double t) { return movie->pictureAt(t); },
+                         recording.webcamPosition, recording.webcamSize);
 }
 
 } // namespace
@@ -77,6 +88,7 @@ ComposedMovie composeMovie(const EditedRecording& recording, const OpenedRecordi
     compositor->setTimeMapper([map = opened.timeMap](double t) { return map.sourceTime(t); });
     compositor->setCursor(recording.cursorPositions, recording.metadata.displayScaleFactor,
                           recording.cursorScale);
+    configureWebcam(*compositor, recording);
     auto video = buildVideoComposition(composition, frameRate, static_cast<int>(renderSize.width),
                                        static_cast<int>(renderSize.height), std::move(compositor));
     return {std::move(composition), std::move(video)};

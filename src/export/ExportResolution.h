@@ -10,9 +10,9 @@ namespace vantro {
 
 enum class ExportResolution { original, fourK, hd1080, hd720 };
 
-inline constexpr std::array allExportResolutions{
-    ExportResolution::original, ExportResolution::fourK, ExportResolution::hd1080,
-    ExportResolution::hd720};
+inline constexpr std::array allExportResolutions{ExportResolution::original,
+                                                 ExportResolution::fourK, ExportResolution::hd1080,
+                                                 ExportResolution::hd720};
 
 /// For pickers: "Original", "4K (3840x2160)", "1080p", "720p".
 std::string_view label(ExportResolution resolution);

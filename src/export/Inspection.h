@@ -16,7 +16,8 @@ struct KeyframeSample {
     std::optional<double> cursorY;
 };
 
-/// What a project comes to: lengths in seconds, sizes in pixels (canvas at the original resolution).
+/// What a project comes to: lengths in seconds, sizes in pixels (canvas at the original
+/// resolution).
 struct Inspection {
     double sourceDuration = 0;
     double outputDuration = 0;

@@ -21,10 +21,10 @@ class ProgressMailbox {
   private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    int m_lastPercent = 0;     // the posting thread's own
-    double m_fraction = 0;     // guarded by m_mutex
-    bool m_hasReport = false;  // guarded by m_mutex
-    bool m_closed = false;     // guarded by m_mutex
+    int m_lastPercent = 0;    // the posting thread's own
+    double m_fraction = 0;    // guarded by m_mutex
+    bool m_hasReport = false; // guarded by m_mutex
+    bool m_closed = false;    // guarded by m_mutex
 };
 
 } // namespace vantro

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::int64_t averageBitRate = 20'000'000; // bit/s
 
-/// 4:2:0 encoders take even sizes only: an odd canvas loses its last column or row. A view, no copy.
+/// 4:2:0 encoders take even sizes only: an odd canvas loses its last column or row. A view, no
+/// copy.
 std::shared_ptr<const PixelBuffer> croppedToEven(std::shared_ptr<const PixelBuffer> pixels) {
     const int width = pixels->width() & ~1;
     const int height = pixels->height() & ~1;
@@ -64,8 +65,9 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
                                  const std::stop_token& cancelled) try {
     const auto opened = openRecording(recording);
     const auto size = renderSize(recording, baseSize(resolution, opened.videoSize()));
-    auto movie = composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
-                              std::move(m_renderer));
+    auto movie =
+        composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
+                     std::move(m_renderer));
     const auto duration = movie.composition.duration();
 
     VideoCompositionReader reader(movie.composition, movie.video, PixelFormat::i420);

@@ -32,9 +32,9 @@ struct AssetWriter::Implementation {
     std::filesystem::path output;
     FileType type;
     State state = State::created;
-    std::optional<OutputFile> replacement; ///< for the type that appears when finished
-    std::optional<av::MovieMuxer> muxer;
-    std::optional<VideoWriterInput> video;
+    std::unique_ptr<OutputFile> replacement; ///< for the type that appears when finished
+    std::unique_ptr<av::MovieMuxer> muxer;
+    std::unique_ptr<VideoWriterInput> video;
 
     Implementation(std::filesystem::path path, FileType fileType, const VideoSettings& settings)
         : output(std::move(path)), type(fileType) {
@@ -42,9 +42,11 @@ struct AssetWriter::Implementation {
             settings.height % 2 != 0 || !(settings.expectedFrameRate > 0))
             av::fail("Cannot write", output, "The picture size must be even and the rate positive");
         if (type == FileType::mpeg4)
-            reportingAsMediaError(output, [this] { replacement.emplace(output); });
-        muxer.emplace(replacement ? replacement->temporaryPath() : output, output, type);
-        video.emplace(settings, *muxer);
+            reportingAsMediaError(output,
+                                  [this] { replacement = std::make_unique<OutputFile>(output); });
+        muxer = std::make_unique<av::MovieMuxer>(
+            replacement ? replacement->temporaryPath() : output, output, type);
+        video = std::make_unique<VideoWriterInput>(settings, *muxer);
     }
 
     void advance(State from, State to) {

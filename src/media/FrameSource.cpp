@@ -70,15 +70,16 @@ struct FrameSource::Implementation {
         }
     }
 
-    VideoFrame frame(std::deque<KeptFrame>::iterator kept) {
-        if (!kept->pixels) {
-            kept->pixels = converter.convert(*kept->decoded.frame);
-            kept->decoded.frame.reset();
+    VideoFrame frame(std::size_t index) {
+        KeptFrame& kept = window[index];
+        if (!kept.pixels) {
+            kept.pixels = converter.convert(*kept.decoded.frame);
+            kept.decoded.frame.reset();
         }
-        const MediaTime start = kept->decoded.time;
-        const auto next = std::next(kept);
-        const MediaTime end = next == window.end() ? decoder.endTime() : next->decoded.time;
-        return {kept->pixels, start, std::max(end - start, MediaTime{})};
+        const MediaTime start = kept.decoded.time;
+        const MediaTime end =
+            index + 1 < window.size() ? window[index + 1].decoded.time : decoder.endTime();
+        return {kept.pixels, start, std::max(end - start, MediaTime{})};
     }
 };
 
@@ -97,7 +98,8 @@ std::optional<VideoFrame> FrameSource::frameAt(MediaTime t) {
         return {};
     const auto after = std::ranges::upper_bound(
         self.window, t, {}, [](const KeptFrame& kept) { return kept.decoded.time; });
-    return self.frame(after == self.window.begin() ? after : std::prev(after));
+    const auto notAfter = static_cast<std::size_t>(after - self.window.begin());
+    return self.frame(notAfter == 0 ? 0 : notAfter - 1);
 }
 
 } // namespace vantro

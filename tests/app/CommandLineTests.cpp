@@ -144,7 +144,8 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     fails("inspect " + path("none.vantro"), "none.vantro");
     fails("export " + path("sample.vantro") + " --output " + path("no/such/out.mp4"),
           "no such folder");
-    fails("frame " + path("sample.vantro") + " --time 99 --output " + path("f.png"), "0 to 2.000 s");
+    fails("frame " + path("sample.vantro") + " --time 99 --output " + path("f.png"),
+          "0 to 2.000 s");
     fails("displays", "display");
     fails("record --seconds 1 --output " + path("new.vantro"), "display");
     EXPECT_FALSE(exists("new.vantro"));

@@ -15,8 +15,8 @@ namespace vantro {
 namespace {
 
 namespace fs = std::filesystem;
-using vantro::testing::TemporaryFolder;
 using ::testing::HasSubstr;
+using vantro::testing::TemporaryFolder;
 
 void write(const fs::path& path, const std::string& content) {
     std::ofstream(path, std::ios::binary) << content;
@@ -132,7 +132,8 @@ TEST(ProjectPackage, AppearsWholeAndReplacesOnlyPackages) {
     fs::create_directory(folder / "photos.vantro");
     write(folder / "photos.vantro" / "holiday.jpg", "precious");
     EXPECT_THAT(failureOf([&] {
-                    saveNewProject(folder / "photos.vantro", folder / "recording.mov", project, true);
+                    saveNewProject(folder / "photos.vantro", folder / "recording.mov", project,
+                                   true);
                 }),
                 HasSubstr("is not a project"));
     EXPECT_EQ(read(folder / "photos.vantro" / "holiday.jpg"), "precious");

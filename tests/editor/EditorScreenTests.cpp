@@ -65,15 +65,22 @@ TEST_F(EditorScreenTest, TheRecordingIsRenamedInPlace) {
 
 TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
     click("export");
-    item("exportFormat").setProperty("currentIndex", 1);
     item("exportResolution").setProperty("currentIndex", 2);
+    click("exportNow");
+    EXPECT_EQ(panels.kind, PanelKind::saveMovie);
+    panels.answer("/tmp/demo.mp4");
+    runTasks();
+    click("export");
+    item("exportFormat").setProperty("currentIndex", 1);
+    EXPECT_FALSE(item("exportResolution").isEnabled()) << "a GIF has a size of its own";
     click("exportNow");
     EXPECT_EQ(panels.kind, PanelKind::saveGif);
     panels.answer("/tmp/demo.gif");
     runTasks();
-    ASSERT_EQ(exports.size(), 1U);
-    EXPECT_EQ(exports[0].format, ExportFormat::gif);
+    ASSERT_EQ(exports.size(), 2U);
+    EXPECT_EQ(exports[0].format, ExportFormat::mp4);
     EXPECT_EQ(exports[0].resolution, ExportResolution::hd1080);
+    EXPECT_EQ(exports[1].format, ExportFormat::gif);
     EXPECT_EQ(text("notice"), "Exported demo.gif");
     EXPECT_THAT(editor.resolutions(), ElementsAre("Original", "4K (3840x2160)", "1080p", "720p"));
 }

@@ -147,6 +147,21 @@ TEST_F(MainWindowTest, EveryErrorIsShownWithItsAdviceUntilItIsDismissed) {
     EXPECT_EQ(window().size(), QSize(340, 120));
 }
 
+TEST_F(MainWindowTest, AFailedStartIsDismissedFromTheKeyboardAndCanBeTriedAgain) {
+    state.setCaptureMode(CaptureMode::screen);
+    platform.next->startFailure = VantroError(VantroError::Kind::captureStartFailed, "gone");
+    showWindow();
+    key(Qt::Key_R, Qt::ControlModifier);
+    runTasks();
+    ASSERT_TRUE(shows("alertCard"));
+    key(Qt::Key_Return);
+    EXPECT_FALSE(state.showError());
+    platform.next->startFailure.reset();
+    key(Qt::Key_R, Qt::ControlModifier);
+    runTasks();
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+}
+
 TEST_F(MainWindowTest, NothingBehindAMessageCanBeUsed) {
     state.setCaptureMode(CaptureMode::screen);
     showWindow();

@@ -116,10 +116,9 @@ TEST_F(SelectionOverlayTest, DimsTheScreenExceptWhatIsSelected) {
 TEST_F(SelectionOverlayTest, ReportsTheAreaOnceAndHides) {
     dragTo({200, 200}, {501, 401});
     QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {501, 401});
-    EXPECT_FALSE(overlay->isVisible());
-    EXPECT_EQ(answers, 0) << "the answer comes from the event loop";
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(answers, 1);
+    EXPECT_EQ(overlay, nullptr) << "its owner may destroy it in the answer";
     EXPECT_EQ(selected, (Rect{200, 200, 300, 200}));
     EXPECT_EQ(selectedDisplay, 9U);
 }
@@ -127,7 +126,6 @@ TEST_F(SelectionOverlayTest, ReportsTheAreaOnceAndHides) {
 TEST_F(SelectionOverlayTest, EscapeCancelsEvenDuringADrag) {
     dragTo({200, 200}, {500, 400});
     QTest::keyClick(overlay.get(), Qt::Key_Escape);
-    QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {500, 400});
     QCoreApplication::sendPostedEvents();
     EXPECT_TRUE(cancelled);
     EXPECT_EQ(answers, 1);

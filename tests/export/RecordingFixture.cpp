@@ -15,7 +15,8 @@
 namespace vantro::testing {
 
 TemporaryFolder::TemporaryFolder()
-    : m_path(std::filesystem::temp_directory_path() / ("vantro-test-" + Uuid::random().toString())) {
+    : m_path(std::filesystem::temp_directory_path() /
+             ("vantro-test-" + Uuid::random().toString())) {
     std::filesystem::create_directories(m_path);
 }
 
@@ -49,7 +50,8 @@ Rgb meanColor(const PixelBuffer& bgra, int x, int y) {
 }
 
 int distance(Rgb a, Rgb b) {
-    return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
+    return std::max(
+        {std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
 }
 
 void fill(PixelBuffer& bgra, Rgb color) {
@@ -99,8 +101,8 @@ EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
     edit.videoURL = movie;
     edit.metadata.frameRate = frameRate;
     edit.metadata.displayScaleFactor = 1;
-    edit.backgroundSettings = BackgroundSettings{.type = BackgroundColor{}, .padding = 0,
-                                                 .cornerRadius = 0};
+    edit.backgroundSettings =
+        BackgroundSettings{.type = BackgroundColor{}, .padding = 0, .cornerRadius = 0};
     edit.segments = fullLengthTimeline();
     return edit;
 }

@@ -52,9 +52,9 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
     const TemporaryFolder folder;
     writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
     std::vector<double> reports;
-    const auto summary = exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30),
-                                  ExportResolution::original,
-                                  [&](double fraction) { reports.push_back(fraction); });
+    const auto summary =
+        exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30),
+                 ExportResolution::original, [&](double fraction) { reports.push_back(fraction); });
 
     EXPECT_EQ(summary.frameCount, 60);
     const auto probed = probe(folder / "out.mp4");
@@ -93,7 +93,8 @@ TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
         int sourceSecond;
     } expected[]{{0.1, 0}, {0.45, 0}, {0.55, 2}, {2.4, 2}, {2.55, 3}, {3.4, 3}};
     for (const auto& [time, second] : expected)
-        EXPECT_LE(distance(colorAt(folder / "out.mp4", time), colorOfSecond(second)), colorTolerance)
+        EXPECT_LE(distance(colorAt(folder / "out.mp4", time), colorOfSecond(second)),
+                  colorTolerance)
             << "at " << time;
 }
 
@@ -144,8 +145,8 @@ TEST(VideoExporter, EncodesTheSamePictureThatAStillFrameShows) {
     });
     auto edit = plainEdit(folder / "recording.mov", 30);
     edit.backgroundSettings = BackgroundSettings{};
-    edit.clickEvents = {{.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1,
-                         .zoomLevel = 2}};
+    edit.clickEvents = {
+        {.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1, .zoomLevel = 2}};
     edit.cursorPositions = {{130, 60, 0}, {130, 60, 2}};
     exportTo(folder / "out.mp4", edit);
 
@@ -166,9 +167,9 @@ TEST(VideoExporter, LeavesNothingBehindWhenCancelled) {
     const TemporaryFolder target;
     std::ofstream(target / "out.mp4") << "the earlier file";
     std::stop_source stop;
-    const auto summary =
-        exportTo(target / "out.mp4", plainEdit(source / "recording.mov", 30),
-                 ExportResolution::fourK, [&](double) { stop.request_stop(); }, stop.get_token());
+    const auto summary = exportTo(
+        target / "out.mp4", plainEdit(source / "recording.mov", 30), ExportResolution::fourK,
+        [&](double) { stop.request_stop(); }, stop.get_token());
 
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
     EXPECT_EQ(std::filesystem::file_size(target / "out.mp4"), 16U);
@@ -194,7 +195,8 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
     writeColorClock(folder / "cut.mov", 320, 180, 30, 2);
     const auto whole = std::filesystem::file_size(folder / "cut.mov");
     const auto faststart = "ffmpeg -v error -i '" + (folder / "cut.mov").string() +
-                           "' -c copy -movflags faststart '" + (folder / "damaged.mov").string() + "'";
+                           "' -c copy -movflags faststart '" + (folder / "damaged.mov").string() +
+                           "'";
     ASSERT_EQ(std::system(faststart.c_str()), 0);
     std::filesystem::resize_file(folder / "damaged.mov", whole / 2);
     EXPECT_THAT(fails("damaged.mov"), HasSubstr("damaged.mov"));

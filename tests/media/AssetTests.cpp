@@ -14,6 +14,7 @@ namespace {
 using test::colorAt;
 using test::numberIn;
 using test::runFfmpeg;
+using test::shownAt;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
@@ -77,6 +78,7 @@ struct Storage {
     int tolerance = 6; ///< of colours, for lossy coding
 };
 
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest looks for this name
 void PrintTo(const Storage& storage, std::ostream* stream) {
     *stream << storage.name;
 }
@@ -93,13 +95,12 @@ TEST_P(StoredPictures, showTheirNumbersAndColors) {
     const auto asset = Asset::open(movie);
     FrameSource source(asset, asset.tracks(MediaType::video).at(0).id);
     for (const int number : {0, 7, 19, 3}) {
-        const auto frame = source.frameAt({2LL * number + 1, 40});
-        ASSERT_TRUE(frame);
-        EXPECT_NEAR(frame->presentationTime.seconds(), number / 20.0, 0.0006);
-        EXPECT_EQ(frame->pixels->width(), width);
-        EXPECT_EQ(frame->pixels->height(), height);
-        EXPECT_EQ(numberIn(*frame->pixels), number);
-        const auto color = colorAt(*frame->pixels, 121, 99);
+        const auto frame = shownAt(source, {2LL * number + 1, 40});
+        EXPECT_NEAR(frame.presentationTime.seconds(), number / 20.0, 0.0006);
+        EXPECT_EQ(frame.pixels->width(), width);
+        EXPECT_EQ(frame.pixels->height(), height);
+        EXPECT_EQ(numberIn(*frame.pixels), number);
+        const auto color = colorAt(*frame.pixels, 121, 99);
         const test::Rgb painted{30, 120, 200};
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_NEAR(color[channel], painted[channel], GetParam().tolerance);
@@ -136,9 +137,9 @@ TEST(Asset, showsRotatedMoviesUpright) {
         const auto asset = Asset::open(movie);
         const bool turned = rotation % 180 != 0;
         EXPECT_EQ(asset.tracks().at(0).naturalSize.width, turned ? 96 : 160);
-        const auto frame = FrameSource(asset, 0).frameAt({0, 1});
-        ASSERT_TRUE(frame);
-        ASSERT_EQ(frame->pixels->width(), turned ? 96 : 160);
+        FrameSource source(asset, 0);
+        const auto frame = shownAt(source, {0, 1});
+        ASSERT_EQ(frame.pixels->width(), turned ? 96 : 160);
 
         // Another player turns it by itself.
         runFfmpeg("-i turned.mp4 -frames:v 1 -f rawvideo -pix_fmt rgb24", folder / "upright");
@@ -146,9 +147,9 @@ TEST(Asset, showsRotatedMoviesUpright) {
         const std::string upright(std::istreambuf_iterator<char>(file), {});
         ASSERT_EQ(upright.size(), 160U * 96 * 3);
         for (const auto& [x, y] : {std::pair{20, 20}, {75, 20}, {20, 75}, {75, 75}}) {
-            const auto color = colorAt(*frame->pixels, x, y);
+            const auto color = colorAt(*frame.pixels, x, y);
             for (std::size_t channel = 0; channel < 3; ++channel) {
-                const auto at = (static_cast<std::size_t>(y) * frame->pixels->width() + x) * 3;
+                const auto at = (static_cast<std::size_t>(y) * frame.pixels->width() + x) * 3;
                 EXPECT_NEAR(color[channel], static_cast<unsigned char>(upright[at + channel]), 8)
                     << x << "," << y;
             }
@@ -167,11 +168,10 @@ TEST(Asset, startsWhereAPlayerStarts) {
     runFfmpeg("-ss 0.5 -i whole.mp4 -c copy", movie);
     const auto asset = Asset::open(movie);
     FrameSource source(asset, 0);
-    const auto first = source.frameAt({0, 1});
-    ASSERT_TRUE(first);
-    EXPECT_EQ(numberIn(*first->pixels), 10);
-    EXPECT_EQ(first->presentationTime, (MediaTime{0, 1}));
-    EXPECT_EQ(numberIn(*source.frameAt({1, 1})->pixels), 30);
+    const auto first = shownAt(source, {0, 1});
+    EXPECT_EQ(numberIn(*first.pixels), 10);
+    EXPECT_EQ(first.presentationTime, (MediaTime{0, 1}));
+    EXPECT_EQ(numberIn(*shownAt(source, {1, 1}).pixels), 30);
     EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
 }
 

@@ -83,10 +83,10 @@ TEST(AssetWriter, writesAnExportAsAnyPlayerExpectsIt) {
     EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
     FrameSource source(asset, 0);
     for (int number = 0; number < 90; number += 13) {
-        const auto frame = source.frameAt({number, 60});
-        EXPECT_EQ(frame->presentationTime, (MediaTime{number, 60}));
-        EXPECT_EQ(test::numberIn(*frame->pixels), number);
-        const auto color = test::colorAt(*frame->pixels, 300, 200);
+        const auto frame = test::shownAt(source, {number, 60});
+        EXPECT_EQ(frame.presentationTime, (MediaTime{number, 60}));
+        EXPECT_EQ(test::numberIn(*frame.pixels), number);
+        const auto color = test::colorAt(*frame.pixels, 300, 200);
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_NEAR(color[channel], painted[channel], 3);
     }
@@ -127,9 +127,9 @@ TEST(AssetWriter, keepsTheTimesOfALiveSourceToTheTickAndItsEnd) {
     const auto asset = Asset::open(movie);
     EXPECT_EQ(asset.duration(), (MediaTime{9, 1}));
     FrameSource source(asset, 0);
-    EXPECT_EQ(test::numberIn(*source.frameAt({3, 1})->pixels), 3);
-    const auto last = source.frameAt({9, 1});
-    EXPECT_EQ(last->presentationTime + last->duration, (MediaTime{9, 1}));
+    EXPECT_EQ(test::numberIn(*test::shownAt(source, {3, 1}).pixels), 3);
+    const auto last = test::shownAt(source, {9, 1});
+    EXPECT_EQ(last.presentationTime + last.duration, (MediaTime{9, 1}));
 }
 
 TEST(AssetWriter, extendsTheLastPictureOfReorderedOnes) {
@@ -158,7 +158,7 @@ TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
     writer->finish();
     FrameSource source(Asset::open(folder / "m.mp4"), 0);
     for (const int index : {0, 9}) {
-        const auto written = test::colorAt(*source.frameAt({index, 60})->pixels, 32, 32);
+        const auto written = test::colorAt(*test::shownAt(source, {index, 60}).pixels, 32, 32);
         const auto original = test::colorAt(*i420, 32, 32);
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_NEAR(written[channel], original[channel], 3);

@@ -55,7 +55,7 @@ Yuv exactBlock(const PixelBuffer& bgra, int x, int y, int side) {
     for (int row = y; row < std::min(y + side, bgra.height()); ++row) {
         for (int column = x; column < std::min(x + side, bgra.width()); ++column, ++count) {
             for (int channel = 0; channel < 3; ++channel)
-                sums[channel] += bgra.row(0, row)[column * 4 + channel];
+                sums[channel] += bgra.row(0, row)[std::ptrdiff_t{column} * 4 + channel];
         }
     }
     return exactYuv(sums[2] / count, sums[1] / count, sums[0] / count);
@@ -67,8 +67,10 @@ double worstI420Error(const PixelBuffer& bgra, const PixelBuffer& i420) {
         for (int x = 0; x < bgra.width(); ++x) {
             worst = std::max(worst, std::abs(exactBlock(bgra, x, y, 1).y - i420.row(0, y)[x]));
             const Yuv block = exactBlock(bgra, x & ~1, y & ~1, 2);
-            worst = std::max(worst, std::abs(block.u - i420.row(1, y / 2)[x / 2]));
-            worst = std::max(worst, std::abs(block.v - i420.row(2, y / 2)[x / 2]));
+            const int row = y / 2;
+            const std::ptrdiff_t column = x / 2;
+            worst = std::max(worst, std::abs(block.u - i420.row(1, row)[column]));
+            worst = std::max(worst, std::abs(block.v - i420.row(2, row)[column]));
         }
     }
     return worst;
@@ -108,7 +110,7 @@ double worstBgraError(const PixelBuffer& i420, PixelRect rect, const std::uint8_
             const double blue = luma + 2 * (1 - kb) * u;
             const double green =
                 luma - (2 * kr * (1 - kr) * v + 2 * kb * (1 - kb) * u) / (1 - kr - kb);
-            const std::uint8_t* pixel = bgra + y * stride + x * 4;
+            const std::uint8_t* pixel = bgra + y * stride + std::ptrdiff_t{x} * 4;
             const double exact[]{blue, green, red, 255};
             for (int channel = 0; channel < 4; ++channel)
                 worst = std::max(worst,
@@ -150,7 +152,8 @@ TEST(ColorConversion, aRectangleChangesOnlyItsOwnPixels) {
             for (int plane = 0; plane < 3; ++plane)
                 for (int y = 0; y < part->planeHeight(plane); ++y)
                     std::fill_n(part->mutableRow(plane, y), part->stride(plane), 77);
-            convertBgraRectToI420(bgra->row(0, rect.y) + rect.x * 4, bgra->stride(0), rect, *part);
+            convertBgraRectToI420(bgra->row(0, rect.y) + std::ptrdiff_t{rect.x} * 4,
+                                  bgra->stride(0), rect, *part);
             for (int plane = 0; plane < 3; ++plane) {
                 const int step = plane == 0 ? 1 : 2;
                 for (int y = 0; y < part->planeHeight(plane); ++y) {
@@ -201,13 +204,14 @@ TEST(ColorConversion, grayStaysGrayThereAndBack) {
     const auto back = PixelBuffer::allocate(PixelFormat::bgra, 256, 2);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 256; ++x)
-            std::fill_n(bgra->mutableRow(0, y) + x * 4, 4, static_cast<std::uint8_t>(x));
+            std::fill_n(bgra->mutableRow(0, y) + std::ptrdiff_t{x} * 4, 4,
+                        static_cast<std::uint8_t>(x));
     convertBgraToI420(*bgra, *i420);
     EXPECT_EQ(i420->row(0, 0)[0], 16);
     EXPECT_EQ(i420->row(0, 0)[255], 235);
     convertI420ToBgra(*i420, *back);
     for (int x = 0; x < 256; ++x) {
-        const std::uint8_t* pixel = back->row(0, 1) + x * 4;
+        const std::uint8_t* pixel = back->row(0, 1) + std::ptrdiff_t{x} * 4;
         EXPECT_EQ(pixel[0], pixel[1]);
         EXPECT_EQ(pixel[1], pixel[2]);
         EXPECT_NEAR(pixel[1], x, 1);
@@ -216,7 +220,7 @@ TEST(ColorConversion, grayStaysGrayThereAndBack) {
 
 TEST(ColorConversionDeathTest, refusesRectanglesThatCutChromaBlocks) {
     const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 20, 20);
-    const std::vector<std::uint8_t> bgra(4 * 20 * 20);
+    const std::vector<std::uint8_t> bgra(1600);
     EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {1, 0, 4, 4}, *i420), "chroma blocks");
     EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {0, 0, 4, 3}, *i420), "chroma blocks");
     EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {10, 0, 12, 4}, *i420), "leaves");

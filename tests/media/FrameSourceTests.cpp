@@ -15,7 +15,7 @@ constexpr int frameCount = 120;
 
 /// When picture `number` of the test movies is shown: irregular, in ticks of 1/90000 s.
 std::int64_t ticksOf(int number) {
-    return number * 1500LL + number * number * 37 % 11 * 100;
+    return number * 1500LL + std::int64_t{number} * number * 37 % 11 * 100;
 }
 
 /// Painted pictures at irregular times, with reordered frames and open groups of pictures.
@@ -70,15 +70,15 @@ TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
     const test::TemporaryFolder folder;
     makeMovie(folder / "m.mov", "-bf 2 -g 30 -video_track_timescale 90000");
     FrameSource source(Asset::open(folder / "m.mov"), 0);
-    const auto frame = source.frameAt({ticksOf(50), 90'000});
-    const auto again = source.frameAt({ticksOf(51) - 1, 90'000});
-    const auto next = source.frameAt({ticksOf(51), 90'000});
-    const auto back = source.frameAt({ticksOf(50), 90'000});
-    EXPECT_EQ(frame->pixels, again->pixels);
-    EXPECT_NE(frame->pixels, next->pixels);
-    EXPECT_EQ(frame->pixels, back->pixels);
-    EXPECT_EQ(frame->presentationTime, (MediaTime{ticksOf(50), 90'000}));
-    EXPECT_EQ(frame->duration, (MediaTime{ticksOf(51) - ticksOf(50), 90'000}));
+    const auto frame = test::shownAt(source, {ticksOf(50), 90'000});
+    const auto again = test::shownAt(source, {ticksOf(51) - 1, 90'000});
+    const auto next = test::shownAt(source, {ticksOf(51), 90'000});
+    const auto back = test::shownAt(source, {ticksOf(50), 90'000});
+    EXPECT_EQ(frame.pixels, again.pixels);
+    EXPECT_NE(frame.pixels, next.pixels);
+    EXPECT_EQ(frame.pixels, back.pixels);
+    EXPECT_EQ(frame.presentationTime, (MediaTime{ticksOf(50), 90'000}));
+    EXPECT_EQ(frame.duration, (MediaTime{ticksOf(51) - ticksOf(50), 90'000}));
 }
 
 TEST(FrameSource, needsAVideoTrack) {

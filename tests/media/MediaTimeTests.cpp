@@ -59,8 +59,8 @@ TEST(VideoComposition, countsFramesThatStartBeforeTheEnd) {
     EXPECT_EQ(video.frameCount({11, 600}), 2); // one tick of 1/600 s into the second frame
     EXPECT_EQ(video.frameCount({0, 1}), 0);
     video.frameDuration = {1001, 30'000};
-    EXPECT_EQ(video.frameCount({1001 * 7, 30'000}), 7);
-    EXPECT_EQ(video.frameCount({1001 * 7 + 1, 30'000}), 8);
+    EXPECT_EQ(video.frameCount({1001 * 7LL, 30'000}), 7);
+    EXPECT_EQ(video.frameCount({1001 * 7LL + 1, 30'000}), 8);
 }
 
 } // namespace

@@ -82,8 +82,10 @@ Rgb colorAt(const PixelBuffer& picture, int x, int y) {
     const double luma =
         color.fullRange ? picture.row(0, y)[x] / 255.0 : (picture.row(0, y)[x] - 16) / 219.0;
     const double chromaScale = color.fullRange ? 255.0 : 224.0;
-    const double u = (picture.row(1, y / 2)[x / 2] - 128) / chromaScale;
-    const double v = (picture.row(2, y / 2)[x / 2] - 128) / chromaScale;
+    const std::ptrdiff_t column = x / 2;
+    const int row = y / 2;
+    const double u = (picture.row(1, row)[column] - 128) / chromaScale;
+    const double v = (picture.row(2, row)[column] - 128) / chromaScale;
     const double red = luma + 2 * (1 - kr) * v;
     const double blue = luma + 2 * (1 - kb) * u;
     const double green = (luma - kr * red - kb * blue) / (1 - kr - kb);
@@ -91,6 +93,13 @@ Rgb colorAt(const PixelBuffer& picture, int x, int y) {
         return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
     };
     return {byte(red), byte(green), byte(blue)};
+}
+
+VideoFrame shownAt(FrameSource& source, MediaTime t) {
+    const auto frame = source.frameAt(t);
+    if (!frame)
+        throw std::runtime_error("no picture is shown");
+    return *frame;
 }
 
 void writeRawPictures(const std::filesystem::path& path, int count, int width, int height) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/VideoFrame.h"
+#include "media/FrameSource.h"
 
 #include <array>
 #include <filesystem>
@@ -37,6 +37,9 @@ std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height,
 int numberIn(const PixelBuffer& picture);
 /// The picture's colour at a place, by floating-point arithmetic of our own.
 Rgb colorAt(const PixelBuffer& picture, int x, int y);
+
+/// The picture that `source` shows at `t`; throws when it shows none.
+VideoFrame shownAt(FrameSource& source, MediaTime t);
 
 /// Painted numbers from 0 on, as a file of raw bgra pictures.
 void writeRawPictures(const std::filesystem::path& path, int count, int width, int height);

@@ -2,6 +2,8 @@
 #include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
 
+#include <numeric>
+
 #include <gtest/gtest.h>
 
 namespace vantro {
@@ -39,7 +41,8 @@ class VideoCompositionReading : public testing::Test {
         auto& track = composition.addTrack(MediaType::video);
         for (const auto& part : parts) {
             const MediaTime at = track.duration();
-            const MediaTimeRange range{{part.firstPicture * 10, 600}, {part.pictures * 10, 600}};
+            const MediaTimeRange range{{part.firstPicture * 10LL, 600},
+                                       {part.pictures * 10LL, 600}};
             track.insert(range, asset.tracks().front(), at);
             track.scale({at, range.duration}, {part.playedTicks, 600});
         }
@@ -63,15 +66,13 @@ TEST_F(VideoCompositionReading, followsCutsJumpsBackAndSpeeds) {
     // Double speed, a jump far ahead, a jump back, half speed.
     const auto composition = compose({{0, 60, 300}, {240, 30, 300}, {100, 20, 200}, {10, 15, 300}});
     VideoCompositionReader reader(composition, at(60), PixelFormat::bgra);
-    std::vector<int> expected;
-    for (int k = 0; k < 30; ++k)
-        expected.push_back(2 * k);
-    for (int k = 0; k < 30; ++k)
-        expected.push_back(240 + k);
-    for (int k = 0; k < 20; ++k)
-        expected.push_back(100 + k);
-    for (int k = 0; k < 30; ++k)
-        expected.push_back(10 + k / 2);
+    std::vector<int> expected(110);
+    for (int k = 0; k < 30; ++k) {
+        expected[k] = 2 * k;
+        expected[30 + k] = 240 + k;
+        expected[80 + k] = 10 + k / 2;
+    }
+    std::iota(expected.begin() + 60, expected.begin() + 80, 100);
     EXPECT_EQ(reader.frameCount(), 110);
     EXPECT_EQ(read(reader), expected);
     EXPECT_FALSE(reader.copyNextFrame());
@@ -88,9 +89,9 @@ TEST_F(VideoCompositionReading, followsCutsJumpsBackAndSpeeds) {
 TEST_F(VideoCompositionReading, keepsItsOwnRateWhateverTheSources) {
     const auto composition = compose({{0, 30, 300}});
     VideoCompositionReader reader(composition, at(25), PixelFormat::bgra);
-    std::vector<int> expected;
-    for (int k = 0; k < 13; ++k) // 12.5 frames begin within half a second
-        expected.push_back(k * 60 / 25);
+    std::vector<int> expected(13); // 12.5 frames begin within half a second
+    for (int k = 0; k < 13; ++k)
+        expected[k] = k * 60 / 25;
     EXPECT_EQ(read(reader), expected);
 }
 

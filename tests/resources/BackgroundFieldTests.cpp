@@ -9,14 +9,16 @@ namespace vantro::backgrounds {
 namespace {
 
 TEST(BackgroundMath, AgreesWithTheLibraryToAFewUlps) {
-    for (float x = -30; x < 30; x += 0.0137F) {
+    for (int i = -2200; i < 2200; ++i) {
+        const float x = static_cast<float>(i) * 0.0137F;
         ASSERT_NEAR(sine(x), std::sin(static_cast<double>(x)), 1e-5) << x;
         ASSERT_NEAR(cosine(x), std::cos(static_cast<double>(x)), 1e-5) << x;
         ASSERT_NEAR(exp2Of(x) / std::exp2(static_cast<double>(x)), 1, 2e-6) << x;
         ASSERT_NEAR(exponential(x) / std::exp(static_cast<double>(x)), 1, 6e-6) << x;
         ASSERT_EQ(floorOf(x), std::floor(x)) << x;
     }
-    for (float x = 1e-6F; x < 1e6F; x *= 1.07F) {
+    for (int i = -200; i < 200; ++i) {
+        const auto x = static_cast<float>(std::pow(1.07, i));
         ASSERT_NEAR(log2Of(x), std::log2(static_cast<double>(x)), 3e-6) << x;
         ASSERT_NEAR(power(x, 0.4F) / std::pow(static_cast<double>(x), 0.4), 1, 6e-6) << x;
     }

@@ -7,8 +7,8 @@ namespace vantro {
 /// Exit codes that scripts rely on.
 enum ExitCode : int {
     exitSuccess = 0,
-    exitFailure = 1,     ///< one message on standard error says what and where
-    exitUsage = 2,       ///< wrong options or arguments
+    exitFailure = 1,       ///< one message on standard error says what and where
+    exitUsage = 2,         ///< wrong options or arguments
     exitInterrupted = 130, ///< cancelled by Ctrl-C
 };
 

@@ -2,8 +2,9 @@
 
 #include "app/cli/CommandLine.h"
 
-#include <CLI/App.hpp>
 #include <stop_token>
+
+#include <CLI/App.hpp>
 
 /// The sub-commands. Each function adds one to the parser and sets `action` when it is chosen.
 namespace vantro {

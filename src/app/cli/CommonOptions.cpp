@@ -32,7 +32,8 @@ namespace fs = std::filesystem;
 LoadedProject loadProject(const fs::path& packageURL) {
     auto project = readProjectFile(packageURL);
     if (const auto problems = validationProblems(project, 1); !problems.empty())
-        failOpen(fmt::format("{}: {}", (packageURL / package::projectFile).string(), problems.front()));
+        failOpen(
+            fmt::format("{}: {}", (packageURL / package::projectFile).string(), problems.front()));
     const auto movie = packageURL / package::recordingFile;
     std::error_code error;
     if (!fs::exists(movie, error))
@@ -96,8 +97,7 @@ void requireWritableOutput(const fs::path& output, bool replace) {
     if (!replace && fs::exists(output, error))
         failExport(fmt::format("{} exists; use --force to replace it", output.string()));
     if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
-        failExport(
-            fmt::format("{}: {}", output.string(), std::generic_category().message(errno)));
+        failExport(fmt::format("{}: {}", output.string(), std::generic_category().message(errno)));
 }
 
 } // namespace vantro

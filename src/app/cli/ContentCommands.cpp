@@ -69,7 +69,9 @@ void addListCommand(CLI::App& app, CommandAction& action, const char* name, cons
     auto* command = app.add_subcommand(name, purpose);
     command->add_flag("--json", *json, "Print JSON");
     command->callback([json, &action, select] {
-        action = [json, select] { return list(select(shareableContent(*connectDesktop())), *json); };
+        action = [json, select] {
+            return list(select(shareableContent(*connectDesktop())), *json);
+        };
     });
 }
 
@@ -81,7 +83,8 @@ void addDisplaysCommand(CLI::App& app, CommandAction& action) {
 }
 
 void addWindowsCommand(CLI::App& app, CommandAction& action) {
-    addListCommand(app, action, "windows", "List the windows that can be recorded, front-most first",
+    addListCommand(app, action, "windows",
+                   "List the windows that can be recorded, front-most first",
                    [](const ShareableContent& content) { return content.windows; });
 }
 

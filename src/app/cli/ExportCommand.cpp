@@ -62,7 +62,8 @@ class ProgressDisplay {
     bool m_json;
 };
 
-void printSummary(const Options& options, const ExportSummary& summary, const ProgressDisplay& display) {
+void printSummary(const Options& options, const ExportSummary& summary,
+                  const ProgressDisplay& display) {
     const auto bytes = std::filesystem::file_size(options.output);
     if (options.json)
         std::cout << ordered_json{{"event", "finished"},
@@ -110,7 +111,8 @@ int runExport(const Options& options, const std::stop_token& interrupted) {
 
 void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("export", "Write a project as an MP4 video or an animated GIF");
+    auto* command =
+        app.add_subcommand("export", "Write a project as an MP4 video or an animated GIF");
     addProjectArgument(*command, options->project);
     command->add_option("--output,-o", options->output, "The file to write, FILE.mp4 or FILE.gif")
         ->required()

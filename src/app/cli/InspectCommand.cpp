@@ -24,12 +24,9 @@ ordered_json numberOrNull(const std::optional<double>& value) {
 }
 
 ordered_json toJson(const KeyframeSample& sample) {
-    return {{"outputTime", sample.outputTime},
-            {"sourceTime", sample.sourceTime},
-            {"scale", sample.keyframe.scale},
-            {"centerX", sample.keyframe.centerX},
-            {"centerY", sample.keyframe.centerY},
-            {"cursorX", numberOrNull(sample.cursorX)},
+    return {{"outputTime", sample.outputTime},        {"sourceTime", sample.sourceTime},
+            {"scale", sample.keyframe.scale},         {"centerX", sample.keyframe.centerX},
+            {"centerY", sample.keyframe.centerY},     {"cursorX", numberOrNull(sample.cursorX)},
             {"cursorY", numberOrNull(sample.cursorY)}};
 }
 
@@ -41,10 +38,14 @@ ordered_json toJson(const TimelineSegment& segment) {
 }
 
 ordered_json toJson(const ClickEvent& click) {
-    return {{"id", click.id.toString()},       {"x", click.x},
-            {"y", click.y},                    {"timestamp", click.timestamp},
-            {"isRightClick", click.isRightClick}, {"startOffset", click.startOffset},
-            {"endOffset", click.endOffset},    {"zoomLevel", click.zoomLevel}};
+    return {{"id", click.id.toString()},
+            {"x", click.x},
+            {"y", click.y},
+            {"timestamp", click.timestamp},
+            {"isRightClick", click.isRightClick},
+            {"startOffset", click.startOffset},
+            {"endOffset", click.endOffset},
+            {"zoomLevel", click.zoomLevel}};
 }
 
 template <typename Records>
@@ -97,10 +98,10 @@ void printText(const Inspection& found, const RendererReport& renderer, bool wit
     for (const auto& click : found.clickEvents)
         fmt::print("  {:8.3f} s  {:>5} click at ({:.0f}, {:.0f})  {}\n", click.timestamp,
                    click.isRightClick ? "right" : "left", click.x, click.y,
-                   isSilenced(click) ? std::string("merged into an earlier one")
-                                     : fmt::format("{:.2f}x from -{:.2f} s to +{:.2f} s",
-                                                   click.zoomLevel, click.startOffset,
-                                                   click.endOffset));
+                   isSilenced(click)
+                       ? std::string("merged into an earlier one")
+                       : fmt::format("{:.2f}x from -{:.2f} s to +{:.2f} s", click.zoomLevel,
+                                     click.startOffset, click.endOffset));
     if (!withKeyframes)
         return;
     fmt::print("Keyframes\n    output    source   scale        centre          cursor\n");

@@ -5,29 +5,33 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
+#include "app/cli/RecordingSelection.h"
 #include "app/cli/StatusLine.h"
 #include "base/HostClock.h"
 #include "capture/ScreenRecorder.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <system_error>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 namespace vantro {
 namespace {
 
 constexpr double longestRecording = 1e6; // seconds, eleven days: a slip of the keyboard beyond
-constexpr double statusPeriod = 0.25; // seconds; also how soon the end of a stream is noticed
+constexpr double longestDelay = 3600; // seconds
+constexpr double statusPeriod = 0.25;    // seconds; also how soon the end of a stream is noticed
 
 struct Options {
     std::filesystem::path output;
-    std::string mode = "screen";
-    std::uint32_t displayID = 0;
+    RecordingSelection selection;
+    double delay = 0; ///< seconds before the start
     double seconds = -1; ///< until interrupted when negative
     bool force = false;
     bool json = false;
@@ -49,17 +53,39 @@ struct RecordingFolder {
     bool isSaved = false;
 };
 
-RecordingChoice chooseScreen(const ShareableContent& content, std::uint32_t displayID) {
-    const auto& displays = content.displays;
-    const auto display = displayID == 0 ? displays.begin()
-                                        : std::ranges::find(displays, displayID,
-                                                            &ShareableDisplay::displayID);
-    if (display == displays.end())
-        throw VantroError(VantroError::Kind::captureStartFailed, "Display not found");
-    return {.captureMode = CaptureMode::screen,
-            .displayID = display->displayID,
-            .captureRect = display->frame,
-            .selectedWindow = {}};
+/// What the process has used and when, to tell what a recording cost.
+struct ProcessorUse {
+    HostTime when = hostNow();
+    double seconds = processorSeconds();
+
+    /// The share of one core since then.
+    double average() const {
+        return (processorSeconds() - seconds) / std::max(inSeconds(hostNow() - when), 1e-3);
+    }
+
+    static double processorSeconds() {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        const auto inSeconds = [](const timeval& time) {
+            return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+        };
+        return inSeconds(usage.ru_utime) + inSeconds(usage.ru_stime);
+    }
+};
+
+/// False when it was interrupted.
+bool waitForStart(double delay, const std::stop_token& interrupted) {
+    StatusLine line;
+    const auto started = hostNow();
+    while (!interrupted.stop_requested()) {
+        const double remaining = delay - inSeconds(hostNow() - started);
+        if (remaining <= 0)
+            return true;
+        line.show(fmt::format("Recording starts in {:.0f} s  (Ctrl-C to cancel)",
+                              std::ceil(remaining)));
+        waitFor(std::min(statusPeriod, remaining), interrupted);
+    }
+    return false;
 }
 
 /// Shows how a recording goes until its time is up, it is interrupted, or it cannot go on.
@@ -76,7 +102,8 @@ void watch(ScreenRecorder& recorder, double seconds, const std::stop_token& inte
         line.show(fmt::format("Recording {}  {} frames, {} dropped  (Ctrl-C to stop)",
                               clockText(elapsed), statistics.framesCaptured,
                               statistics.framesDropped));
-        waitFor(seconds < 0 ? statusPeriod : std::min(statusPeriod, seconds - elapsed), interrupted);
+        waitFor(seconds < 0 ? statusPeriod : std::min(statusPeriod, seconds - elapsed),
+                interrupted);
     }
 }
 
@@ -90,7 +117,7 @@ ProjectData freshProject(const FinishedRecording& finished, std::string name) {
 }
 
 void printSummary(const Options& options, const FinishedRecording& finished,
-                  const RecordingStatistics& statistics) {
+                  const RecordingStatistics& statistics, double processorShare) {
     const auto bytes = std::filesystem::file_size(options.output / package::recordingFile);
     const auto& metadata = finished.metadata;
     if (options.json)
@@ -99,13 +126,14 @@ void printSummary(const Options& options, const FinishedRecording& finished,
                                             {"frames", statistics.framesCaptured},
                                             {"dropped", statistics.framesDropped},
                                             {"clicks", metadata.clickEvents.size()},
-                                            {"bytes", bytes}}
+                                            {"bytes", bytes},
+                                            {"cpuPercent", 100 * processorShare}}
                   << '\n';
     else
-        fmt::print("Recorded {}: {:.1f} s, {} frames, {} dropped, {} clicks, {}\n",
+        fmt::print("Recorded {}: {:.1f} s, {} frames, {} dropped, {} clicks, {}, {:.0f} % CPU\n",
                    options.output.string(), metadata.endTime, statistics.framesCaptured,
                    statistics.framesDropped, metadata.clickEvents.size(),
-                   sizeText(static_cast<double>(bytes)));
+                   sizeText(static_cast<double>(bytes)), 100 * processorShare);
 }
 
 void requireNewPackage(const Options& options) {
@@ -116,16 +144,24 @@ void requireNewPackage(const Options& options) {
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
     const auto platform = connectDesktop();
+    // A mistake is told before the wait; where everything is, only after it.
+    auto choice = chooseRecording(options.selection, shareableContent(*platform));
+    if (options.delay > 0) {
+        if (!waitForStart(options.delay, interrupted)) {
+            fmt::print(stderr, "vantro: cancelled, nothing was recorded\n");
+            return exitInterrupted;
+        }
+        choice = chooseRecording(options.selection, shareableContent(*platform));
+    }
     const auto name = defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / package::recordingFile;
-    ScreenRecorder recorder(
-        {.outputURL = movie,
-         .choice = chooseScreen(shareableContent(*platform), options.displayID)},
-        *platform);
+    ScreenRecorder recorder({.outputURL = movie, .choice = std::move(choice)}, *platform);
+    const ProcessorUse before;
     recorder.start();
     watch(recorder, options.seconds, interrupted);
     auto metadata = recorder.stop();
+    const double processorShare = before.average();
     const auto statistics = recorder.statistics();
     if (!std::filesystem::exists(movie))
         throw VantroError(VantroError::Kind::noRecordingData);
@@ -138,10 +174,40 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
                                                     error.message(), folder.path.string()));
     }
     folder.isSaved = true;
-    printSummary(options, finished, statistics);
+    printSummary(options, finished, statistics, processorShare);
     if (statistics.condition == RecordingCondition::streamStopped)
-        fmt::print(stderr, "vantro: the display went away; the recording holds what it showed\n");
+        fmt::print(stderr, "vantro: {}; the recording holds what it showed until then\n",
+                   statistics.streamError);
     return exitSuccess;
+}
+
+void addSelectionOptions(CLI::App& command, RecordingSelection& selection) {
+    const auto isRect = [](const std::string& text) {
+        return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
+    };
+    auto* mode = command.add_option("--mode", selection.mode, "What to record (default: screen)")
+                     ->type_name("screen|area|window")
+                     ->check(CLI::IsMember({"screen", "area", "window"}));
+    command
+        .add_option("--display", selection.displayID,
+                    "The display to record, by the number that `vantro displays` prints")
+        ->type_name("ID");
+    command.add_option("--rect", selection.rect, "The area to record, in points of the desktop")
+        ->type_name("X,Y,W,H")
+        ->check(isRect)
+        ->needs(mode);
+    auto* window =
+        command
+            .add_option("--window", selection.windowID,
+                        "The window to record, by the number that `vantro windows` prints")
+            ->type_name("ID")
+            ->needs(mode);
+    command
+        .add_option("--window-title", selection.windowTitle,
+                    "The front-most window with this text in its title, in any case")
+        ->type_name("TEXT")
+        ->needs(mode)
+        ->excludes(window);
 }
 
 } // namespace
@@ -153,13 +219,10 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
         ->required()
         ->type_name("NAME")
         ->check(endsIn({package::extension}));
-    command->add_option("--mode", options->mode, "What to record (default: screen)")
-        ->type_name("screen")
-        ->check(CLI::IsMember({"screen"}));
-    command
-        ->add_option("--display", options->displayID,
-                     "The display to record, by the number that `vantro displays` prints")
-        ->type_name("ID");
+    addSelectionOptions(*command, options->selection);
+    command->add_option("--delay", options->delay, "How long to wait before the start")
+        ->type_name("S")
+        ->check(CLI::Range(0.0, longestDelay));
     command->add_option("--seconds", options->seconds, "How long to record (default: until Ctrl-C)")
         ->type_name("S")
         ->check(CLI::Range(0.1, longestRecording));

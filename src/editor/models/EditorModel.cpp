@@ -106,6 +106,10 @@ bool EditorModel::working() const {
     return m_flows.projects.activity() == ProjectFlow::Activity::working;
 }
 
+bool EditorModel::hasFixedSize(int format) const {
+    return format == static_cast<int>(ExportFormat::gif);
+}
+
 void EditorModel::exportRecording(int format, int resolution) {
     setNotice({});
     m_flows.exports.exportRecording(allExportFormats.at(static_cast<std::size_t>(format)),

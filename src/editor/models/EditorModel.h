@@ -50,6 +50,8 @@ class EditorModel : public QObject {
     bool working() const;
     const QString& notice() const { return m_notice; }
 
+    /// Whether this format has a size of its own instead of a chosen resolution.
+    Q_INVOKABLE bool hasFixedSize(int format) const;
     /// Indices into formats and resolutions.
     Q_INVOKABLE void exportRecording(int format, int resolution);
     Q_INVOKABLE void cancelExport();

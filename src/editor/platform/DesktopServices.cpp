@@ -2,9 +2,9 @@
 
 #include "app/Desktop.h"
 #include "capture/ScreenRecorder.h"
+#include "export/GIFExporter.h"
 #include "export/Inspection.h"
 #include "export/StillFrame.h"
-#include "export/GIFExporter.h"
 #include "export/VideoExporter.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
@@ -113,11 +113,15 @@ std::expected<ShareableContent, std::string> listShareableContent() {
 void runExport(const ExportJob& job, const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled) {
     auto renderer = makeRenderer(RendererChoice::automatic);
-    if (job.format == ExportFormat::gif)
-        GIFExporter(std::move(renderer)).run(job.recording, job.output, progress, cancelled);
-    else
+    switch (job.format) {
+    case ExportFormat::mp4:
         VideoExporter(std::move(renderer))
             .run(job.recording, job.resolution, job.output, progress, cancelled);
+        return;
+    case ExportFormat::gif:
+        GIFExporter(std::move(renderer)).run(job.recording, job.output, progress, cancelled);
+        return;
+    }
 }
 
 PreviewSource exportPreview() {

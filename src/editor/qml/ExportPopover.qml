@@ -51,6 +51,8 @@ T.Popup {
                 id: resolution
                 objectName: "exportResolution"
                 help: "Resolution"
+                enabled: !popover.editor.hasFixedSize(format.currentIndex)
+                displayText: enabled ? currentText : "Up to 640 wide"
                 model: popover.editor.resolutions
             }
         }

@@ -56,7 +56,7 @@ Window {
             waiting: waiting, controls: controls, picker: picker, countdown: countdown,
             selecting: selecting, recording: recording, editor: editing, empty: empty
         })[window.app.screen]
-        onLoaded: item.forceActiveFocus()
+        onLoaded: if (!window.card) item.forceActiveFocus()
         enabled: !window.card
     }
     Component {

@@ -8,6 +8,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 #include <libavutil/dict.h>
 #include <libavutil/frame.h>
+#include <libswresample/swresample.h>
 #include <libswscale/swscale.h>
 }
 
@@ -35,6 +36,7 @@ using InputHandle = Handle<AVFormatContext, avformat_close_input>;
 using OutputHandle = Handle<AVFormatContext, avformat_free_context>;
 using IoHandle = Handle<AVIOContext, avio_closep>;
 using ScalerHandle = Handle<SwsContext, sws_freeContext>;
+using ResamplerHandle = Handle<SwrContext, swr_free>;
 using BufferHandle = Handle<AVBufferRef, av_buffer_unref>;
 
 /// A new empty object of a kind that the library allocates; std::bad_alloc when it cannot.

@@ -165,7 +165,7 @@ void VideoDecoder::seek(MediaTime t) {
         jumpTo(target);
         m_sought = wanted;
         m_peeked = decodeNext();
-        if ((m_peeked && *m_lastTicks <= wanted) || target < farBack)
+        if ((m_peeked && m_lastTicks && *m_lastTicks <= wanted) || target < farBack)
             return;
         // Indexes count in decoding order, so the keyframe may be shown after `t`: take the one
         // before. Files without an index need larger steps.

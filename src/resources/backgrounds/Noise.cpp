@@ -167,14 +167,15 @@ template <typename Shape>
 [[gnu::always_inline]] inline float summed(Vec2 p, const Fractal& fractal, Shape shape) {
     const auto& table = groups();
     const std::uint32_t seed = hashOf(fractal.seed);
-    const auto count = static_cast<float>(std::min(fractal.octaves, maxOctaves));
+    const auto octaves = static_cast<std::size_t>(std::clamp(fractal.octaves, 1, maxOctaves));
+    const auto count = static_cast<float>(octaves);
     const float visible = std::min(fractal.visible, count);
     const float gain2 = fractal.gain * fractal.gain;
     Floats amplitudes{1, fractal.gain, gain2, gain2 * fractal.gain};
     Floats sum{};
     Floats total{};
-    float first = 0;
-    for (std::size_t group = 0; first < count; ++group, first += 4) {
+    for (std::size_t group = 0; 4 * group < octaves; ++group) {
+        const auto first = static_cast<float>(4 * group);
         total += amplitudes * countedFrom(first, count);
         if (first < visible) {
             const Floats values = gradientNoise(xIn(table[group], p), yIn(table[group], p),

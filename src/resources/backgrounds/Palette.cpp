@@ -76,11 +76,6 @@ Rgb toRgb(Lab lab) {
             std::max(0.F, dot(cubes, {-0.0041960863F, -0.7034186147F, 1.7076147010F}))};
 }
 
-Rgb adjusted(Rgb rgb, float lightness, float saturation) {
-    const Lab lab = toLab(rgb);
-    return toRgb({lab.lightness * lightness, lab.a * saturation, lab.b * saturation});
-}
-
 Gradient::Gradient(std::initializer_list<Stop> stops) {
     require(stops.size() >= 2, "a gradient needs two colours");
     std::vector<LabStop> curve;

@@ -36,8 +36,6 @@ struct Lab {
 };
 Lab toLab(Rgb rgb);
 Rgb toRgb(Lab lab);
-/// `rgb` with its OKLab lightness and saturation multiplied.
-Rgb adjusted(Rgb rgb, float lightness, float saturation);
 
 /// A smooth curve through colours, looked up in a table; places beyond its ends take the end's
 /// colour.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "media/MediaTime.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace vantro {
+
+/// How sound is kept between decoding and encoding.
+namespace mixFormat {
+
+inline constexpr int sampleRate = 48'000;
+inline constexpr int channelCount = 2;
+
+} // namespace mixFormat
+
+/// A stretch of sound in the mix format: 32-bit float, left and right in turn, full scale ±1.
+struct AudioBuffer {
+    MediaTime presentationTime;
+    std::vector<float> samples;
+
+    std::int64_t frameCount() const {
+        return static_cast<std::int64_t>(samples.size() / mixFormat::channelCount);
+    }
+};
+
+} // namespace vantro

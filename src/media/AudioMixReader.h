@@ -1,0 +1,36 @@
+#pragma once
+
+#include "media/AudioBuffer.h"
+#include "media/Composition.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace vantro {
+
+/// Reads a composition's sound: all its audio tracks mixed to 48 kHz stereo, in order.
+///
+/// Segments at another speed keep their pitch, every segment lasts exactly its length in samples,
+/// cuts fade over a few milliseconds, gaps are silent. Too loud a sum is limited to full scale.
+/// One thread reads; `cancel` may come from any.
+class AudioMixReader {
+  public:
+    /// Opens the movie once for each audio track. Throws MediaError.
+    explicit AudioMixReader(const Composition& composition);
+    ~AudioMixReader();
+
+    /// Samples of the whole composition.
+    std::int64_t frameCount() const;
+    /// The next tenth of a second or what is left; nothing after the end or after `cancel`. Throws
+    /// MediaError where the movie breaks off.
+    std::optional<AudioBuffer> copyNextBuffer();
+    void cancel();
+
+  private:
+    struct Implementation;
+    std::unique_ptr<Implementation> m_implementation;
+};
+
+} // namespace vantro

@@ -1,0 +1,111 @@
+#include "media/AudioTrackReader.h"
+
+#include "media/AudioBuffer.h"
+
+#include <algorithm>
+
+namespace vantro {
+namespace {
+
+constexpr int channels = mixFormat::channelCount;
+// Cuts click without; longer ones swallow what begins right behind a cut.
+constexpr std::int64_t fadeLength = mixFormat::sampleRate * 3 / 1000;
+
+std::int64_t inSamples(MediaTime time) {
+    return time.rescaled(mixFormat::sampleRate).value;
+}
+
+std::int64_t frames(std::span<const float> samples) {
+    return static_cast<std::int64_t>(samples.size()) / channels;
+}
+
+std::span<float> part(std::span<float> samples, std::int64_t from, std::int64_t count) {
+    return samples.subspan(static_cast<std::size_t>(from) * channels,
+                           static_cast<std::size_t>(count) * channels);
+}
+
+} // namespace
+
+AudioTrackReader::AudioTrackReader(const std::filesystem::path& movie, CompositionTrack track)
+    : m_source(movie, track.source().id) {
+    plan(track);
+}
+
+/// The wave goes on unbroken where a segment at its own speed ends and the next begins at the same
+/// place of the source.
+void AudioTrackReader::plan(const CompositionTrack& track) {
+    for (const auto& segment : track.segments()) {
+        Stretch stretch{inSamples(segment.source.start), inSamples(segment.source.end()),
+                        inSamples(segment.target.start), inSamples(segment.target.end())};
+        const bool isFirst = m_stretches.empty();
+        const bool goesOn = !isFirst && !m_stretches.back().isStretched() &&
+                            m_stretches.back().sourceEnd == stretch.sourceStart;
+        stretch.fadesIn = isFirst ? stretch.sourceStart > 0 : !goesOn;
+        stretch.fadesOut = true;
+        if (goesOn)
+            m_stretches.back().fadesOut = false;
+        m_stretches.push_back(stretch);
+    }
+}
+
+void AudioTrackReader::addTo(std::span<float> mix) {
+    while (!mix.empty() && m_current < m_stretches.size()) {
+        const Stretch& stretch = m_stretches[m_current];
+        if (m_position >= stretch.targetEnd) {
+            ++m_current;
+            continue;
+        }
+        if (m_position == stretch.targetStart)
+            begin(stretch);
+        const auto count = std::min(frames(mix), stretch.targetEnd - m_position);
+        m_scratch.resize(static_cast<std::size_t>(count) * channels);
+        fill(stretch, m_scratch);
+        fade(stretch, m_scratch);
+        std::ranges::transform(m_scratch, mix.first(m_scratch.size()), mix.begin(), std::plus<>());
+        m_position += count;
+        mix = mix.subspan(m_scratch.size());
+    }
+}
+
+void AudioTrackReader::begin(const Stretch& stretch) {
+    m_stretcher.reset();
+    if (stretch.isStretched())
+        m_stretcher.emplace(stretch.sourceLength(), stretch.targetLength(),
+                            [this, &stretch](std::int64_t position, std::span<float> samples) {
+                                readWithin(stretch, position, samples);
+                            });
+}
+
+void AudioTrackReader::fill(const Stretch& stretch, std::span<float> samples) {
+    if (m_stretcher)
+        m_stretcher->read(samples);
+    else
+        m_source.read(stretch.sourceStart + m_position - stretch.targetStart, samples);
+}
+
+/// What was cut away stays unheard, also where the stretcher looks beyond the segment.
+void AudioTrackReader::readWithin(const Stretch& stretch, std::int64_t position,
+                                  std::span<float> samples) {
+    std::ranges::fill(samples, 0.0F);
+    const auto from = std::max<std::int64_t>(position, 0);
+    const auto to = std::min(position + frames(samples), stretch.sourceLength());
+    if (from < to)
+        m_source.read(stretch.sourceStart + from, part(samples, from - position, to - from));
+}
+
+void AudioTrackReader::fade(const Stretch& stretch, std::span<float> samples) const {
+    const auto length = std::min(fadeLength, stretch.targetLength() / 2);
+    for (std::int64_t i = 0; i < frames(samples); ++i) {
+        const auto sinceStart = m_position + i - stretch.targetStart;
+        const auto beforeEnd = stretch.targetEnd - 1 - (m_position + i);
+        float weight = 1;
+        if (stretch.fadesIn && sinceStart < length)
+            weight = (static_cast<float>(sinceStart) + 0.5F) / static_cast<float>(length);
+        if (stretch.fadesOut && beforeEnd < length)
+            weight *= (static_cast<float>(beforeEnd) + 0.5F) / static_cast<float>(length);
+        for (auto& sample : part(samples, i, 1))
+            sample *= weight;
+    }
+}
+
+} // namespace vantro
