@@ -19,19 +19,24 @@ struct WebcamMovie::Opened {
     FrameSource frames;
 };
 
-WebcamMovie::WebcamMovie(const std::filesystem::path& movie) try {
+WebcamMovie::WebcamMovie(const std::filesystem::path& movie) {
+    try {
+        m_opened = open(movie);
+    } catch (const MediaError& error) {
+        logWarning("The webcam is left out: {}", error.what());
+    }
+}
+
+std::unique_ptr<WebcamMovie::Opened> WebcamMovie::open(const std::filesystem::path& movie) {
     const auto asset = Asset::open(movie);
     const auto tracks = asset.tracks(MediaType::video);
     if (tracks.empty())
         throw MediaError(movie.string() + ": No video track found");
     FrameSource frames(asset, tracks.front().id);
     const auto first = frames.frameAt(MediaTime{});
-    if (first)
-        m_opened = std::make_unique<Opened>(Opened{first->presentationTime, std::move(frames)});
-    else
-        logWarning("The webcam is left out: {} holds no frame", movie.string());
-} catch (const MediaError& error) {
-    logWarning("The webcam is left out: {}", error.what());
+    if (!first)
+        throw MediaError(movie.string() + ": no frame in it");
+    return std::make_unique<Opened>(Opened{first->presentationTime, std::move(frames)});
 }
 
 WebcamMovie::~WebcamMovie() = default;

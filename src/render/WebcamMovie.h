@@ -25,6 +25,8 @@ class WebcamMovie {
 
   private:
     struct Opened;
+    static std::unique_ptr<Opened> open(const std::filesystem::path& movie);
+
     std::unique_ptr<Opened> m_opened; ///< none where there is nothing to show
 };
 

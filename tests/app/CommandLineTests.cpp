@@ -102,7 +102,7 @@ TEST_F(CommandLine, KeepsExistingFilesUnlessForced) {
 
 TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
     for (const auto* arguments :
-         {"", "dance", "export", "export a.vantro", "export a.vantro --output b.avi",
+         {"dance", "export", "export a.vantro", "export a.vantro --output b.avi",
           "export a.vantro --output b.mp4 --resolution 8k", "inspect a.vantro --keyframes none",
           "frame a.vantro --output b.png", "record --output a.vantro --seconds -3",
           "record --output a.mov"})
@@ -146,6 +146,7 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
           "no such folder");
     fails("frame " + path("sample.vantro") + " --time 99 --output " + path("f.png"),
           "0 to 2.000 s");
+    fails("", "display"); // the window needs one as well
     fails("displays", "display");
     fails("record --seconds 1 --output " + path("new.vantro"), "display");
     EXPECT_FALSE(exists("new.vantro"));
