@@ -6,8 +6,9 @@
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 seconds=${1:-10}
-encoder=(-c:v libx264 -preset ultrafast -profile:v high -b:v 50M -qmin 10 -bf 0
-    -x264-params cabac=1:8x8dct=1:keyint=30 -pix_fmt yuv420p)
+encoder=(-c:v libx264 -preset ultrafast -tune zerolatency -profile:v high -b:v 50M -qmin 10 -bf 0
+    -threads "$(($(nproc) < 4 ? $(nproc) : 4))" -force_key_frames 'expr:gte(t,n_forced*0.5)'
+    -forced-idr 1 -x264-params cabac=1:8x8dct=1:keyint=infinite -pix_fmt yuv420p)
 
 start_display 1920x1080
 xterm -geometry 120x40+300+200 -e sh -c 'exec cat' &
