@@ -24,8 +24,8 @@ std::expected<std::unique_ptr<Renderer>, std::string> makeGpuRenderer(const Curs
     auto gpu = makeMetalRenderer(cursor);
     if (!gpu)
         return gpu;
-    return std::make_unique<FallbackRenderer>(
-        *std::move(gpu), [cursor] { return makeSoftwareRenderer(cursor); });
+    return std::make_unique<FallbackRenderer>(*std::move(gpu),
+                                              [cursor] { return makeSoftwareRenderer(cursor); });
 }
 
 } // namespace

@@ -107,10 +107,10 @@ EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
     return edit;
 }
 
-nlohmann::json probe(const std::filesystem::path& file) {
-    const auto command = fmt::format("ffprobe -v error -count_frames -select_streams v:0 -of json "
-                                     "-show_streams -show_format '{}'",
-                                     file.string());
+namespace {
+
+nlohmann::json ffprobe(const std::string& arguments, const std::filesystem::path& file) {
+    const auto command = fmt::format("ffprobe -v error -of json {} '{}'", arguments, file.string());
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
     if (!pipe)
         throw std::runtime_error("ffprobe cannot be run");
@@ -119,6 +119,20 @@ nlohmann::json probe(const std::filesystem::path& file) {
     while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe.get()))
         output.append(chunk, count);
     return nlohmann::json::parse(output);
+}
+
+} // namespace
+
+nlohmann::json probe(const std::filesystem::path& file) {
+    return ffprobe("-count_frames -select_streams v:0 -show_streams -show_format", file);
+}
+
+nlohmann::json probeStreams(const std::filesystem::path& file) {
+    return ffprobe("-show_streams", file)["streams"];
+}
+
+nlohmann::json probePackets(const std::filesystem::path& file, const std::string& stream) {
+    return ffprobe("-show_packets -select_streams " + stream, file)["packets"];
 }
 
 } // namespace vantro::testing
