@@ -54,14 +54,14 @@ void CursorTracker::runTimer(const std::stop_token& stop) {
     setThreadName("cursor.timer");
     prctl(PR_SET_TIMERSLACK, 1UL); // nanoseconds: exact firing, where the default is 50 µs late
     HostTime deadline = m_clock.now();
-    while (!stop.stop_requested()) {
+    do { // one sample at least, however soon the stop comes
         m_queue.sync([this] { appendPosition(); });
         // Ticks that the machine slept through are left out, never caught up in a burst.
         do {
             deadline += sampleInterval;
         } while (deadline <= m_clock.now());
         m_clock.sleepUntil(deadline, stop);
-    }
+    } while (!stop.stop_requested());
 }
 
 void CursorTracker::appendPosition() {

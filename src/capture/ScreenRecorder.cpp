@@ -230,8 +230,9 @@ RecordingMetadata ScreenRecorder::makeMetadata() {
 }
 
 RecordingStatistics ScreenRecorder::statistics() {
-    return m_stateQueue.sync(
-        [this] { return RecordingStatistics{_frameCount, _droppedCount, _condition, _streamError}; });
+    return m_stateQueue.sync([this] {
+        return RecordingStatistics{_frameCount, _droppedCount, _condition, _streamError};
+    });
 }
 
 } // namespace vantro

@@ -38,8 +38,7 @@ void StillPreview::setRecording(std::optional<EditedRecording> recording) {
         Q_EMIT positionChanged();
         Q_EMIT pictureChanged();
     }
-    if (m_recording)
-        draw();
+    draw();
 }
 
 void StillPreview::setPosition(double seconds) {
@@ -52,6 +51,8 @@ void StillPreview::setPosition(double seconds) {
 }
 
 void StillPreview::draw() {
+    if (!m_recording)
+        return;
     if (m_drawing) {
         m_drawAgain = true;
         return;
@@ -87,7 +88,7 @@ void StillPreview::drawn(int edit, const Drawn& result) {
         m_problem = QString::fromStdString(result.problem);
         Q_EMIT pictureChanged();
     }
-    if (m_drawAgain && m_recording)
+    if (m_drawAgain)
         draw();
 }
 

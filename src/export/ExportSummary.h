@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace vantro {
 
@@ -18,6 +19,8 @@ struct ExportSummary {
     int height = 0;
     std::int64_t frameCount = 0;
     double duration = 0; ///< seconds
+    /// Why the output ends before the edit does; empty when it is whole.
+    std::string damage{}; // NOLINT(readability-redundant-member-init): may be left out
 };
 
 } // namespace vantro

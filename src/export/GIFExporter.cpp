@@ -45,16 +45,14 @@ ExportSummary GIFExporter::run(const EditedRecording& recording,
                           .height = movie.video.renderHeight,
                           .frameCount = 0,
                           .duration = duration.seconds()};
-    runPump(
-        "com.vantro.export.video",
-        [&](ProgressMailbox& mailbox) {
-            while (const auto frame = reader.copyNextFrame()) {
-                writer.append(*frame->pixels);
-                ++summary.frameCount;
-                mailbox.post(frame->presentationTime.seconds() / duration.seconds());
-            }
-        },
-        progress);
+    const auto pump = [&](ProgressMailbox& mailbox) {
+        while (const auto frame = reader.copyNextFrame()) {
+            writer.append(*frame->pixels);
+            ++summary.frameCount;
+            mailbox.post(frame->presentationTime.seconds() / duration.seconds());
+        }
+    };
+    runPumps({{"com.vantro.export.video", pump}}, progress);
     if (cancelled.stop_requested()) {
         writer.cancel();
         return {.outcome = ExportOutcome::cancelled};

@@ -8,8 +8,8 @@ namespace vantro {
 
 /// Carries progress from a working thread to the one that waits for it, one report a whole percent.
 ///
-/// Overflow: a report that was not delivered yet is replaced by a newer one. One thread posts and
-/// closes, another delivers.
+/// Overflow: a report that was not delivered yet is replaced by a newer one. One thread posts,
+/// another delivers, any closes.
 class ProgressMailbox {
   public:
     void post(double fraction);

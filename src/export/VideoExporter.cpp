@@ -2,14 +2,19 @@
 
 #include "export/ExportPump.h"
 #include "media/AssetWriter.h"
+#include "media/AudioMixReader.h"
 #include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
 #include "model/VantroError.h"
+
+#include <algorithm>
+#include <optional>
 
 namespace vantro {
 namespace {
 
 constexpr std::int64_t averageBitRate = 20'000'000; // bit/s
+constexpr AudioSettings audioSettings{.averageBitRate = 128'000};
 
 /// 4:2:0 encoders take even sizes only: an odd canvas loses its last column or row. A view, no
 /// copy.
@@ -35,22 +40,104 @@ VideoSettings encoderSettings(const VideoComposition& video) {
             .expectedFrameRate = 1 / video.frameDuration.seconds()};
 }
 
-/// Moves every composed frame into the writer; runs on the video pump's queue.
-void pumpVideo(VideoCompositionReader& reader, AssetWriter& writer, MediaTime duration,
-               ProgressMailbox& mailbox) {
-    std::shared_ptr<const PixelBuffer> last;
-    std::shared_ptr<const PixelBuffer> lastCropped;
-    while (auto frame = reader.copyNextFrame()) {
-        if (frame->pixels != last) { // an unchanged picture stays the same to the encoder
-            last = frame->pixels;
-            lastCropped = croppedToEven(last);
-        }
-        frame->pixels = lastCropped;
-        if (!writer.append(*frame))
-            return; // finishing the writer tells why
-        mailbox.post(frame->presentationTime.seconds() / duration.seconds());
+/// The readers and the writer of one export, and the pumps between them.
+class Transfer {
+  public:
+    Transfer(const ComposedMovie& movie, const std::filesystem::path& output, bool toleratesDamage)
+        : m_toleratesDamage(toleratesDamage)
+        , m_duration(movie.composition.duration())
+        , m_video(movie.composition, movie.video, PixelFormat::i420)
+        , m_audio(audioReader(movie.composition))
+        , m_writer(output, FileType::mpeg4, encoderSettings(movie.video),
+                   m_audio ? std::vector{audioSettings} : std::vector<AudioSettings>{}) {
+        m_writer.startWriting();
+        m_writer.startSession(MediaTime{});
     }
-}
+
+    AssetWriter& writer() { return m_writer; }
+    /// How much of the composition was written; all of it unless damage was tolerated.
+    MediaTime writtenDuration() const { return m_end; }
+    const std::string& damage() const { return m_damage; }
+
+    void stop() {
+        m_video.cancel();
+        if (m_audio)
+            m_audio->cancel();
+    }
+
+    void run(const ExportProgress& progress) {
+        std::vector<Pump> pumps;
+        pumps.push_back({"com.vantro.export.video",
+                         [this](ProgressMailbox& mailbox) { pumpVideo(mailbox); },
+                         [this] { m_video.cancel(); }});
+        if (m_audio)
+            pumps.push_back({"com.vantro.export.audio",
+                             [this](ProgressMailbox&) { pumpAudio(*m_audio); },
+                             [this] { stop(); }});
+        runPumps(std::move(pumps), progress);
+    }
+
+  private:
+    static std::optional<AudioMixReader> audioReader(const Composition& composition) {
+        const auto isAudio = [](const auto& track) { return track.type() == MediaType::audio; };
+        if (std::ranges::none_of(composition.tracks(), isAudio))
+            return {};
+        return std::optional<AudioMixReader>(std::in_place, composition);
+    }
+
+    /// However the pictures end, the sound must not wait for more of them.
+    void pumpVideo(ProgressMailbox& mailbox) {
+        try {
+            moveFrames(mailbox);
+        } catch (const MediaError& error) {
+            m_writer.markVideoAsFinished(m_end);
+            if (!m_toleratesDamage || m_end == MediaTime{})
+                throw;
+            m_damage = error.what();
+            return;
+        } catch (...) {
+            m_writer.markVideoAsFinished(m_end);
+            throw;
+        }
+        m_writer.markVideoAsFinished(m_end);
+    }
+
+    void moveFrames(ProgressMailbox& mailbox) {
+        std::shared_ptr<const PixelBuffer> last;
+        std::shared_ptr<const PixelBuffer> lastCropped;
+        while (auto frame = m_video.copyNextFrame()) {
+            if (frame->pixels != last) { // an unchanged picture stays the same to the encoder
+                last = frame->pixels;
+                lastCropped = croppedToEven(last);
+            }
+            frame->pixels = lastCropped;
+            if (!m_writer.append(*frame))
+                return; // finishing the writer tells why
+            m_end = std::min(frame->presentationTime + frame->duration, m_duration);
+            mailbox.post(frame->presentationTime.seconds() / m_duration.seconds());
+        }
+    }
+
+    void pumpAudio(AudioMixReader& audio) {
+        try {
+            while (auto buffer = audio.copyNextBuffer()) {
+                if (!m_writer.appendAudio(0, std::move(*buffer)))
+                    return;
+            }
+        } catch (const MediaError&) {
+            if (!m_toleratesDamage) // the rest stays silent
+                throw;
+        }
+    }
+
+    bool m_toleratesDamage;
+    MediaTime m_duration;
+    MediaTime m_end;      ///< the video pump's own while it runs
+    std::string m_damage; ///< the video pump's own while it runs
+    VideoCompositionReader m_video;
+    std::optional<AudioMixReader> m_audio;
+    AssetWriter m_writer;
+};
 
 } // namespace
 
@@ -68,27 +155,21 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
     auto movie =
         composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
                      std::move(m_renderer));
-    const auto duration = movie.composition.duration();
-
-    VideoCompositionReader reader(movie.composition, movie.video, PixelFormat::i420);
-    AssetWriter writer(output, FileType::mpeg4, encoderSettings(movie.video));
-    const std::stop_callback cancelReader(cancelled, [&reader] { reader.cancel(); });
-    writer.startWriting();
-    writer.startSession(MediaTime{});
-
-    runPump(
-        "com.vantro.export.video",
-        [&](ProgressMailbox& mailbox) { pumpVideo(reader, writer, duration, mailbox); }, progress);
+    Transfer transfer(movie, output, m_toleratesDamage);
+    const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
+    transfer.run(progress);
+    AssetWriter& writer = transfer.writer();
     if (cancelled.stop_requested()) {
         writer.cancel();
         return {.outcome = ExportOutcome::cancelled};
     }
-    writer.finish(duration);
+    writer.finish();
     return {.outcome = ExportOutcome::finished,
             .width = movie.video.renderWidth & ~1,
             .height = movie.video.renderHeight & ~1,
             .frameCount = writer.frameCount(),
-            .duration = duration.seconds()};
+            .duration = transfer.writtenDuration().seconds(),
+            .damage = transfer.damage()};
 } catch (const MediaError& error) {
     throw VantroError(VantroError::Kind::exportFailed, error.what());
 } catch (const std::filesystem::filesystem_error& error) {

@@ -9,7 +9,8 @@
 
 namespace vantro {
 
-/// Writes the edited recording as an MPEG-4 file: H.264 High at 20 Mbit/s, constant frame rate.
+/// Writes the edited recording as an MPEG-4 file: H.264 High at 20 Mbit/s, constant frame rate, and
+/// where the recording has sound, all of it mixed as AAC at 128 kbit/s.
 ///
 /// Decoding, composing and encoding run at the same time on threads of their own, joined by bounded
 /// queues. The file appears under `output` only when it is whole; a failed or cancelled export
@@ -19,12 +20,16 @@ class VideoExporter {
     explicit VideoExporter(std::unique_ptr<Renderer> renderer);
     ~VideoExporter();
 
+    /// Whether a movie that breaks off is exported up to there; else it is an error.
+    void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
+
     ExportSummary run(const EditedRecording& recording, ExportResolution resolution,
                       const std::filesystem::path& output, const ExportProgress& progress,
                       const std::stop_token& cancelled);
 
   private:
     std::unique_ptr<Renderer> m_renderer;
+    bool m_toleratesDamage = false;
 };
 
 } // namespace vantro

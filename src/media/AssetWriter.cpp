@@ -2,11 +2,14 @@
 
 #include "base/Fatal.h"
 #include "base/OutputFile.h"
+#include "media/AudioWriterInput.h"
 #include "media/MediaError.h"
 #include "media/VideoWriterInput.h"
 #include "media/av/Libraries.h"
 #include "media/av/MovieMuxer.h"
 
+#include <algorithm>
+#include <deque>
 #include <system_error>
 
 namespace vantro {
@@ -34,9 +37,12 @@ struct AssetWriter::Implementation {
     State state = State::created;
     std::unique_ptr<OutputFile> replacement; ///< for the type that appears when finished
     std::unique_ptr<av::MovieMuxer> muxer;
+    TrackPace pace; ///< of the pictures
     std::unique_ptr<VideoWriterInput> video;
+    std::deque<AudioWriterInput> audio;
 
-    Implementation(std::filesystem::path path, FileType fileType, const VideoSettings& settings)
+    Implementation(std::filesystem::path path, FileType fileType, const VideoSettings& settings,
+                   const std::vector<AudioSettings>& audioSettings)
         : output(std::move(path)), type(fileType) {
         if (settings.width < 2 || settings.height < 2 || settings.width % 2 != 0 ||
             settings.height % 2 != 0 || !(settings.expectedFrameRate > 0))
@@ -46,7 +52,14 @@ struct AssetWriter::Implementation {
                                   [this] { replacement = std::make_unique<OutputFile>(output); });
         muxer = std::make_unique<av::MovieMuxer>(
             replacement ? replacement->temporaryPath() : output, output, type);
-        video = std::make_unique<VideoWriterInput>(settings, *muxer);
+        video = std::make_unique<VideoWriterInput>(settings, *muxer, pace);
+        for (const auto& track : audioSettings)
+            audio.emplace_back(track, *muxer, pace);
+    }
+
+    bool hasFailed() const {
+        return (video && video->hasFailed()) ||
+               std::ranges::any_of(audio, &AudioWriterInput::hasFailed);
     }
 
     void advance(State from, State to) {
@@ -58,7 +71,9 @@ struct AssetWriter::Implementation {
 
     void closeFile() {
         framesWritten = video ? video->frameCount() : framesWritten;
+        pace.release();
         video.reset();
+        audio.clear();
         muxer.reset();
         replacement.reset();
     }
@@ -71,8 +86,9 @@ struct AssetWriter::Implementation {
     }
 };
 
-AssetWriter::AssetWriter(std::filesystem::path output, FileType type, const VideoSettings& video)
-    : m_implementation(std::make_unique<Implementation>(std::move(output), type, video)) {}
+AssetWriter::AssetWriter(std::filesystem::path output, FileType type, const VideoSettings& video,
+                         const std::vector<AudioSettings>& audio)
+    : m_implementation(std::make_unique<Implementation>(std::move(output), type, video, audio)) {}
 
 AssetWriter::~AssetWriter() {
     cancel();
@@ -86,6 +102,8 @@ void AssetWriter::startWriting() {
 void AssetWriter::startSession(MediaTime sourceTime) {
     m_implementation->advance(State::writing, State::inSession);
     m_implementation->video->start(sourceTime);
+    for (auto& track : m_implementation->audio)
+        track.start(sourceTime);
 }
 
 bool AssetWriter::isReadyForMoreMediaData() const {
@@ -93,19 +111,38 @@ bool AssetWriter::isReadyForMoreMediaData() const {
 }
 
 bool AssetWriter::hasFailed() const {
-    return m_implementation->video && m_implementation->video->hasFailed();
+    return m_implementation->hasFailed();
 }
 
 bool AssetWriter::append(const VideoFrame& frame) {
     require(m_implementation->state == State::inSession, "frame appended outside of a session");
-    return m_implementation->video->append(frame);
+    return !m_implementation->hasFailed() && m_implementation->video->append(frame);
+}
+
+void AssetWriter::markVideoAsFinished(std::optional<MediaTime> endTime) {
+    require(m_implementation->state == State::inSession, "video finished outside of a session");
+    m_implementation->video->markAsFinished(endTime);
+}
+
+bool AssetWriter::isReadyForMoreAudio(std::size_t track) const {
+    return m_implementation->state == State::inSession &&
+           m_implementation->audio.at(track).isReady();
+}
+
+bool AssetWriter::appendAudio(std::size_t track, AudioBuffer buffer) {
+    require(m_implementation->state == State::inSession, "sound appended outside of a session");
+    return !m_implementation->hasFailed() &&
+           m_implementation->audio.at(track).append(std::move(buffer));
 }
 
 void AssetWriter::finish(std::optional<MediaTime> endTime) {
     auto& self = *m_implementation;
     self.advance(State::inSession, State::finished);
     try {
-        self.video->finish(endTime);
+        self.video->markAsFinished(endTime);
+        self.video->finish();
+        for (auto& track : self.audio)
+            track.finish();
         self.muxer->finish();
         if (self.replacement)
             reportingAsMediaError(self.output, [&self] { self.replacement->commit(); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/AudioBuffer.h"
 #include "media/MediaTime.h"
 #include "media/VideoFrame.h"
 
@@ -7,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace vantro {
 
@@ -25,19 +27,28 @@ struct VideoSettings {
     bool expectsRealTime = false;
 };
 
-/// Encodes and writes one movie file.
+/// AAC, 48 kHz, 2 channels.
+struct AudioSettings {
+    std::int64_t averageBitRate = 128'000; ///< bit/s
+    /// A live source: `appendAudio` refuses instead of waiting.
+    bool expectsRealTime = false;
+};
+
+/// Encodes and writes one movie file: pictures, and any number of sound tracks.
 ///
 /// Lifecycle: constructed → startWriting → startSession → append … → finish or cancel. Encoding
-/// runs on a thread of the writer's own behind a queue of 8 frames. A write or encode that fails
-/// makes the writer failed: append then returns false and finish throws the reason. One thread
-/// appends; the others calls come from any one thread.
+/// runs on threads of the writer's own, one a track, behind a queue of 8 frames or 64 pieces of
+/// sound. A write or encode that fails makes the writer failed: appending then returns false and
+/// finish throws the reason. Each track is appended to by one thread; the other calls come from any
+/// one thread while nobody appends.
 ///
 /// An mpeg4 file appears under its name when finished, whole and synced; a quickTimeMovie grows
 /// under its own name, because a recording under way must survive the program.
 class AssetWriter {
   public:
     /// Throws MediaError when the file or the encoder cannot be opened.
-    AssetWriter(std::filesystem::path output, FileType type, const VideoSettings& video);
+    AssetWriter(std::filesystem::path output, FileType type, const VideoSettings& video,
+                const std::vector<AudioSettings>& audio = {});
     /// Cancels unless finished.
     ~AssetWriter();
 
@@ -54,9 +65,20 @@ class AssetWriter {
     /// pixels as the frame before are encoded again without converting. False when the frame was
     /// refused: real-time and not ready, or failed.
     bool append(const VideoFrame& frame);
+    /// No picture follows; the last one stays until `endTime` (in the time line of the presentation
+    /// times) when given, and sound that is not live ends there too. Whoever appends pictures calls
+    /// this as soon as there are no more, because that sound waits for them. Further calls change
+    /// nothing.
+    void markVideoAsFinished(std::optional<MediaTime> endTime = {});
 
-    /// Writes what is queued and closes the file. The last picture stays until `endTime` (in the
-    /// time line of the presentation times) when given. Throws MediaError.
+    /// Whether `appendAudio` would take sound for that track without waiting.
+    bool isReadyForMoreAudio(std::size_t track) const;
+    /// Queues sound for the `track`th of the audio settings, whose place follows from its
+    /// presentation time: what lies before the session or overlaps is left out, gaps are silent.
+    /// False when it was refused: real-time and not ready, or failed.
+    bool appendAudio(std::size_t track, AudioBuffer buffer);
+
+    /// Marks the video as finished, writes what is queued and closes the file. Throws MediaError.
     void finish(std::optional<MediaTime> endTime = {});
     /// Ends at once and removes the file.
     void cancel();

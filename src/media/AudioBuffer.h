@@ -9,12 +9,12 @@
 namespace vantro {
 
 /// How sound is kept between decoding and encoding.
-namespace mixFormat {
+namespace mixing {
 
 inline constexpr int sampleRate = 48'000;
 inline constexpr int channelCount = 2;
 
-} // namespace mixFormat
+} // namespace mixing
 
 /// A stretch of sound in the mix format: 32-bit float, left and right in turn, full scale ±1.
 struct AudioBuffer {
@@ -22,7 +22,7 @@ struct AudioBuffer {
     std::vector<float> samples;
 
     std::int64_t frameCount() const {
-        return static_cast<std::int64_t>(samples.size() / mixFormat::channelCount);
+        return static_cast<std::int64_t>(samples.size() / mixing::channelCount);
     }
 };
 

@@ -8,7 +8,7 @@
 namespace vantro {
 namespace {
 
-constexpr std::int64_t bufferLength = mixFormat::sampleRate / 10;
+constexpr std::int64_t bufferLength = mixing::sampleRate / 10;
 
 } // namespace
 
@@ -22,7 +22,7 @@ struct AudioMixReader::Implementation {
 AudioMixReader::AudioMixReader(const Composition& composition)
     : m_implementation(std::make_unique<Implementation>()) {
     auto& self = *m_implementation;
-    self.length = composition.duration().rescaled(mixFormat::sampleRate).value;
+    self.length = composition.duration().rescaled(mixing::sampleRate).value;
     for (const auto& track : composition.tracks()) {
         if (track.type() == MediaType::audio && !track.segments().empty())
             self.tracks.emplace_back(composition.asset().path(), track);
@@ -40,8 +40,8 @@ std::optional<AudioBuffer> AudioMixReader::copyNextBuffer() {
     const auto count = std::min(bufferLength, self.length - self.position);
     if (count <= 0 || self.cancelled)
         return {};
-    AudioBuffer buffer{{self.position, mixFormat::sampleRate}, {}};
-    buffer.samples.resize(static_cast<std::size_t>(count) * mixFormat::channelCount);
+    AudioBuffer buffer{{self.position, mixing::sampleRate}, {}};
+    buffer.samples.resize(static_cast<std::size_t>(count) * mixing::channelCount);
     for (auto& track : self.tracks)
         track.addTo(buffer.samples);
     for (auto& sample : buffer.samples)

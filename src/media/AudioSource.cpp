@@ -7,11 +7,11 @@
 namespace vantro {
 namespace {
 
-constexpr int channels = mixFormat::channelCount;
+constexpr int channels = mixing::channelCount;
 // Behind the place that was read last; time-stretching looks back by less than a tenth of it.
-constexpr std::int64_t keptHistory = mixFormat::sampleRate / 5;
+constexpr std::int64_t keptHistory = mixing::sampleRate / 5;
 // Decoding so far is quicker than a jump with its preroll.
-constexpr std::int64_t nearAhead = mixFormat::sampleRate;
+constexpr std::int64_t nearAhead = mixing::sampleRate;
 
 } // namespace
 
@@ -24,7 +24,8 @@ std::int64_t AudioSource::bufferEnd() const {
 
 void AudioSource::read(std::int64_t position, std::span<float> samples) {
     if (position < 0) {
-        const auto silent = std::min(static_cast<std::size_t>(-position) * channels, samples.size());
+        const auto silent =
+            std::min(static_cast<std::size_t>(-position) * channels, samples.size());
         std::fill_n(samples.begin(), silent, 0.0F);
         samples = samples.subspan(silent);
         position = 0;
@@ -71,10 +72,9 @@ void AudioSource::fillUpTo(std::int64_t end) {
 
 void AudioSource::forgetBefore(std::int64_t position) {
     // In large steps, so that moving the rest up costs little.
-    if (position - m_bufferStart < mixFormat::sampleRate)
+    if (position - m_bufferStart < mixing::sampleRate)
         return;
-    m_buffer.erase(m_buffer.begin(),
-                   m_buffer.begin() + (position - m_bufferStart) * channels);
+    m_buffer.erase(m_buffer.begin(), m_buffer.begin() + (position - m_bufferStart) * channels);
     m_bufferStart = position;
 }
 

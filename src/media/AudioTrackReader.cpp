@@ -7,12 +7,12 @@
 namespace vantro {
 namespace {
 
-constexpr int channels = mixFormat::channelCount;
+constexpr int channels = mixing::channelCount;
 // Cuts click without; longer ones swallow what begins right behind a cut.
-constexpr std::int64_t fadeLength = mixFormat::sampleRate * 3 / 1000;
+constexpr std::int64_t fadeLength = mixing::sampleRate * 3 / 1000;
 
 std::int64_t inSamples(MediaTime time) {
-    return time.rescaled(mixFormat::sampleRate).value;
+    return time.rescaled(mixing::sampleRate).value;
 }
 
 std::int64_t frames(std::span<const float> samples) {
@@ -26,7 +26,8 @@ std::span<float> part(std::span<float> samples, std::int64_t from, std::int64_t 
 
 } // namespace
 
-AudioTrackReader::AudioTrackReader(const std::filesystem::path& movie, CompositionTrack track)
+AudioTrackReader::AudioTrackReader(const std::filesystem::path& movie,
+                                   const CompositionTrack& track)
     : m_source(movie, track.source().id) {
     plan(track);
 }
@@ -89,8 +90,15 @@ void AudioTrackReader::readWithin(const Stretch& stretch, std::int64_t position,
     std::ranges::fill(samples, 0.0F);
     const auto from = std::max<std::int64_t>(position, 0);
     const auto to = std::min(position + frames(samples), stretch.sourceLength());
-    if (from < to)
-        m_source.read(stretch.sourceStart + from, part(samples, from - position, to - from));
+    if (from >= to)
+        return;
+    m_source.read(stretch.sourceStart + from, part(samples, from - position, to - from));
+    // Nor may the stretcher lay a sudden end into the middle of what it puts together.
+    const auto length = std::min(fadeLength, stretch.sourceLength() / 2);
+    for (auto i = std::max(from, stretch.sourceLength() - length); i < to; ++i) {
+        for (auto& sample : part(samples, i - position, 1))
+            sample *= static_cast<float>(stretch.sourceLength() - i) / static_cast<float>(length);
+    }
 }
 
 void AudioTrackReader::fade(const Stretch& stretch, std::span<float> samples) const {

@@ -11,11 +11,11 @@
 namespace vantro {
 namespace {
 
-constexpr int channels = mixFormat::channelCount;
+constexpr int channels = mixing::channelCount;
 // Longer blocks smear what begins suddenly, shorter ones roughen deep voices.
-constexpr int blockLength = mixFormat::sampleRate / 100;
+constexpr int blockLength = mixing::sampleRate / 100;
 // Half a wave of 70 Hz: less breaks the waves of voices, more moves sounds audibly in time.
-constexpr int searchReach = mixFormat::sampleRate * 7 / 1000;
+constexpr int searchReach = mixing::sampleRate * 7 / 1000;
 constexpr int nearbyLength = blockLength + 2 * searchReach;
 // The search looks at every fourth place first, then around the best.
 constexpr int coarseStep = 4;
@@ -47,8 +47,8 @@ const std::array<float, blockLength>& risingWeights() {
     static const auto weights = [] {
         std::array<float, blockLength> values{};
         for (int i = 0; i < blockLength; ++i)
-            values[static_cast<std::size_t>(i)] =
-                static_cast<float>(0.5 - 0.5 * std::cos(std::numbers::pi * (i + 0.5) / blockLength));
+            values[static_cast<std::size_t>(i)] = static_cast<float>(
+                0.5 - 0.5 * std::cos(std::numbers::pi * (i + 0.5) / blockLength));
         return values;
     }();
     return weights;
@@ -80,7 +80,7 @@ void TimeStretcher::read(std::span<float> samples) {
 /// Fades from the piece that sounds to the one that the end of this block asks for.
 void TimeStretcher::makeBlock() {
     const Fraction rate(m_sourceLength, m_targetLength);
-    const Fraction blockEnd((m_blockIndex + 1) * blockLength, 1);
+    const Fraction blockEnd(WideInteger{m_blockIndex + 1} * blockLength, 1);
     const auto ideal = static_cast<std::int64_t>((blockEnd * rate).rounded()) - blockLength;
     m_source(m_tail, m_tailSound);
     const std::int64_t head = ideal == m_tail ? m_tail : bestStart(ideal);
@@ -106,7 +106,8 @@ std::int64_t TimeStretcher::bestStart(std::int64_t ideal) {
     mixToMono<blockLength>(m_tailSound, sounding);
     mixToMono<nearbyLength>(m_nearby, nearby);
     // Nothing from before the source's start may be heard; a piece past its end is silent.
-    const int first = static_cast<int>(std::clamp<std::int64_t>(-base, 0, 2 * searchReach));
+    const int first =
+        static_cast<int>(std::clamp<std::int64_t>(-base, 0, std::int64_t{2} * searchReach));
     int best = std::max(searchReach, first);
     double bestSimilarity = similarity(sounding.data(), nearby.data() + best, coarseStep);
     for (int offset = first; offset <= 2 * searchReach; offset += coarseStep) {

@@ -17,9 +17,11 @@ constexpr std::size_t queuedFrames = 8;
 
 } // namespace
 
-VideoWriterInput::VideoWriterInput(const VideoSettings& settings, av::MovieMuxer& muxer)
+VideoWriterInput::VideoWriterInput(const VideoSettings& settings, av::MovieMuxer& muxer,
+                                   TrackPace& pace)
     : m_settings(settings)
     , m_muxer(muxer)
+    , m_pace(pace)
     , m_encoder(settings)
     , m_track(muxer.addTrack(m_encoder.context()))
     , m_queue(queuedFrames)
@@ -50,9 +52,16 @@ bool VideoWriterInput::append(const VideoFrame& frame) {
     return taken;
 }
 
-void VideoWriterInput::finish(std::optional<MediaTime> endTime) {
+void VideoWriterInput::markAsFinished(std::optional<MediaTime> endTime) {
+    if (m_isMarkedFinished)
+        return;
+    m_isMarkedFinished = true;
     m_endTime = endTime;
     m_queue.close();
+}
+
+void VideoWriterInput::finish() {
+    markAsFinished({});
     if (m_thread.joinable())
         m_thread.join();
     if (const auto failure = m_failure.with([](auto& value) { return value; }))
@@ -78,6 +87,7 @@ void VideoWriterInput::run() {
         m_failure.with([](auto& value) { value = std::current_exception(); });
         m_failed = true;
         m_queue.abandon();
+        m_pace.release();
     }
 }
 
@@ -133,7 +143,9 @@ void VideoWriterInput::take(AVPacket& packet) {
 void VideoWriterInput::writeHeld(std::int64_t duration) {
     const bool showsLast = m_finalDuration && m_held->pts == m_lastTicks;
     m_held->duration = showsLast ? *m_finalDuration : duration;
+    const MediaTime written{m_held->dts, m_encoder.timescale()};
     m_muxer.write(m_track, *m_held);
+    m_pace.reach(written);
 }
 
 void VideoWriterInput::finishTrack() {
@@ -143,6 +155,7 @@ void VideoWriterInput::finishTrack() {
     m_finalDuration = std::max<std::int64_t>(wanted, 1);
     m_encoder.drain([this](AVPacket& packet) { take(packet); });
     writeHeld(*m_finalDuration);
+    m_pace.end({m_lastTicks + *m_finalDuration, m_encoder.timescale()});
 }
 
 } // namespace vantro

@@ -3,6 +3,7 @@
 #include "base/BoundedQueue.h"
 #include "base/Guarded.h"
 #include "media/AssetWriter.h"
+#include "media/TrackPace.h"
 #include "media/av/MovieMuxer.h"
 #include "media/av/VideoEncoder.h"
 
@@ -18,8 +19,9 @@ namespace vantro {
 /// One thread appends; `start`, `finish` and `cancel` come from any one thread, in this order.
 class VideoWriterInput {
   public:
-    /// Adds its track to `muxer`, which outlives it. Throws MediaError.
-    VideoWriterInput(const VideoSettings& settings, av::MovieMuxer& muxer);
+    /// Adds its track to `muxer`, which outlives it as `pace` does, and tells `pace` how far it is.
+    /// Throws MediaError.
+    VideoWriterInput(const VideoSettings& settings, av::MovieMuxer& muxer, TrackPace& pace);
     ~VideoWriterInput();
 
     /// Begins to work; `sessionStart` becomes time zero.
@@ -27,9 +29,10 @@ class VideoWriterInput {
     bool hasFailed() const { return m_failed; }
     bool isReady() const { return !m_failed && !m_queue.isFull(); }
     bool append(const VideoFrame& frame);
-    /// Waits until everything is written, the last picture staying until `endTime`. Throws what
-    /// went wrong, be it long ago.
-    void finish(std::optional<MediaTime> endTime);
+    /// Takes no more frames; the last picture stays until `endTime`. Later calls change nothing.
+    void markAsFinished(std::optional<MediaTime> endTime);
+    /// Waits until everything is written. Throws what went wrong, be it long ago.
+    void finish();
     /// Drops what waits and ends.
     void cancel();
 
@@ -47,6 +50,7 @@ class VideoWriterInput {
 
     const VideoSettings m_settings;
     av::MovieMuxer& m_muxer;
+    TrackPace& m_pace;
     av::VideoEncoder m_encoder;
     int m_track;
     BoundedQueue<VideoFrame> m_queue;
@@ -54,6 +58,7 @@ class VideoWriterInput {
     MediaTime m_sessionStart;
     std::optional<MediaTime> m_lastAppended; ///< the appending thread only
     std::optional<MediaTime> m_endTime;      ///< set before the queue closes
+    bool m_isMarkedFinished = false;
     std::atomic<bool> m_failed = false;
     std::atomic<bool> m_cancelled = false;
     std::atomic<std::int64_t> m_frameCount = 0;

@@ -89,6 +89,34 @@ TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     EXPECT_DOUBLE_EQ(document["keyframes"][5]["cursorX"].get<double>(), 150);
 }
 
+TEST_F(CommandLine, ExportsAPartAtAnotherRate) {
+    const auto command = "export " + path("sample.vantro") + " --output " + path("part.mp4");
+    const auto exported = vantro(command + " --range 0.5:1.25 --fps 20");
+    ASSERT_EQ(exported.exitCode, 0) << exported.output;
+    const auto probed = probe(folder / "part.mp4");
+    EXPECT_EQ(probed["streams"][0]["nb_read_frames"], "15");
+    EXPECT_EQ(probed["streams"][0]["r_frame_rate"], "20/1");
+    const auto beyond = vantro(command + " --force --range 7:");
+    EXPECT_EQ(beyond.exitCode, 1);
+    EXPECT_THAT(beyond.output, HasSubstr("lasts 2.00 s"));
+    for (const auto* wrong : {"--range 3", "--range 2:1", "--range a:b", "--range -1:2", "--fps 0"})
+        EXPECT_EQ(vantro(command + " " + wrong).exitCode, 2) << wrong;
+}
+
+TEST_F(CommandLine, ExportsSeveralProjectsAndSumsUp) {
+    save("second.vantro");
+    std::filesystem::create_directory(folder / "out");
+    const auto result =
+        vantro("export --json " + path("sample.vantro") + " " + path("none.vantro") + " " +
+               path("second.vantro") + "/ --output " + path("out"));
+    EXPECT_EQ(result.exitCode, 1); // one of them failed
+    EXPECT_THAT(result.output, HasSubstr(R"({"event":"summary","exported":2,"failed":1})"));
+    EXPECT_THAT(result.output, HasSubstr(R"("event":"failed")"));
+    for (const auto* name : {"out/sample.mp4", "out/second.mp4"})
+        EXPECT_EQ(probe(folder / name)["streams"][0]["nb_read_frames"], "60") << name;
+    EXPECT_EQ(vantro("export a/x.vantro b/x.vantro --output " + path("out")).exitCode, 2);
+}
+
 TEST_F(CommandLine, KeepsExistingFilesUnlessForced) {
     std::ofstream(folder / "out.mp4") << "earlier";
     const auto command = "export " + path("sample.vantro") + " --output " + path("out.mp4");

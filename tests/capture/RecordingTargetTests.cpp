@@ -57,6 +57,27 @@ TEST(RecordingTarget, PlacesAnAreaRelativeToItsDisplay) {
     EXPECT_EQ(target.stream.height, 50);
 }
 
+TEST(RecordingTarget, ClipsAnAreaToTheDisplaysAndRefusesWhatIsEmptyOrOutside) {
+    // The displays lie within (0, -20) and (1301, 384).
+    EXPECT_EQ(clippedArea({-50, -50, 100, 100}, content), (Rect{0, -20, 50, 70}));
+    EXPECT_EQ(clippedArea({600, 100, 500, 50}, content), (Rect{600, 100, 500, 50}));
+    const auto isRefused = [](const auto& attempt) {
+        try {
+            attempt();
+        } catch (const VantroError& error) {
+            return error.kind() == VantroError::Kind::invalidSelection &&
+                   error.description() == "Invalid screen area selected.";
+        }
+        return false;
+    };
+    for (const Rect& rect : {Rect{}, Rect{10, 10, 0, 20}, Rect{10, 10, -5, 20},
+                             Rect{1301, 0, 100, 100}, Rect{0, 384, 10, 10}})
+        EXPECT_TRUE(isRefused([&] { clippedArea(rect, content); })) << rect.x << " " << rect.width;
+    EXPECT_TRUE(isRefused([] {
+        resolveTarget(choice(CaptureMode::area, 9, {1000, 0, 1.5, 50}), content);
+    })) << "not two pixels wide";
+}
+
 TEST(RecordingTarget, LeavesOutOwnWindowsButNotFromAWindowRecording) {
     EXPECT_THAT(resolveTarget(choice(CaptureMode::screen, 7), content).filter.excludedWindows,
                 ElementsAre(2, 3));

@@ -1,9 +1,9 @@
 // Whole recordings of a real X screen, looked at in the finished movie.
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
+#include "capture/OwnProcess.h"
 #include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
-#include "capture/x11/X11CapturePlatform.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/TestWindow.h"
@@ -28,7 +28,7 @@ constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossles
 constexpr double frame = 1.0 / 60;
 
 struct Recording {
-    explicit Recording(const XServer& server) : platform(connectX11(server.display()).value()) {
+    explicit Recording(const XServer& server) : platform(test::connectTo(server)) {
         const auto display = platform->shareableContent()->displays.front();
         recorder = std::make_unique<ScreenRecorder>(
             ScreenRecorder::Configuration{.outputURL = movie,

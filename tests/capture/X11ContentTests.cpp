@@ -1,4 +1,4 @@
-#include "capture/x11/X11CapturePlatform.h"
+#include "capture/OwnProcess.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/TestWindow.h"
@@ -18,7 +18,7 @@ using test::XServer;
 using testing::HasSubstr;
 
 ShareableContent contentOf(const XServer& server) {
-    return connectX11(server.display()).value()->shareableContent().value();
+    return test::connectTo(server)->shareableContent().value();
 }
 
 TEST(X11Content, NamesMonitorsTheSameInEveryRun) {
@@ -79,7 +79,7 @@ TEST(X11Content, TellsWhyADisplayCannotBeRecorded) {
     const XServer shallow({.depth = 16});
     EXPECT_THAT(connectX11(shallow.display()).error(), HasSubstr("depth 16"));
     XServer dying;
-    const auto platform = connectX11(dying.display()).value();
+    const auto platform = test::connectTo(dying);
     dying.crash();
     EXPECT_EQ(platform->shareableContent().error(), "the connection to the display was lost");
 }
@@ -88,7 +88,7 @@ TEST(X11PointerSource, CountsPointsFromTheMainScreensBottomLeftCorner) {
     XServer server({.width = 1000, .height = 600});
     addMonitor(server, "main", {200, 100, 800, 400}, true);
     setRootProperty(server, "RESOURCE_MANAGER", "Xft.dpi: 192");
-    const auto pointer = connectX11(server.display()).value()->makePointerSource().value();
+    const auto pointer = test::connectTo(server)->makePointerSource().value();
     test::Pointer hand(server);
     hand.moveTo(201, 100);
     EXPECT_EQ(pointer->location(), (Point{0.5, 200}));
@@ -102,7 +102,7 @@ TEST(X11PointerSource, ReportsPressesOfTheWatchedButtonEvenOverWindowsOfOthers) 
     const XServer server;
     TestWindow window(server, {0, 0, 640, 480}, 0);
     window.flashOnClick(0xffffff, 20); // takes the presses for itself
-    const auto pointer = connectX11(server.display()).value()->makePointerSource().value();
+    const auto pointer = test::connectTo(server)->makePointerSource().value();
     std::latch rightPresses(3);
     std::atomic<int> leftPresses = 0;
     auto left = pointer->monitorPresses(MouseButton::left, [&] { ++leftPresses; });

@@ -1,7 +1,10 @@
 #include "capture/Colors.h"
-#include "capture/SampleCollector.h"
-#include "capture/x11/X11CapturePlatform.h"
+#include "capture/OwnProcess.h"
+#include "capture/RunningStream.h"
 #include "support/TestWindow.h"
+
+#include <algorithm>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::hasColor;
-using test::SampleCollector;
+using test::RunningStream;
 using test::TestWindow;
 using test::XServer;
 
@@ -18,32 +21,6 @@ constexpr std::uint32_t red = 0xd02010;
 constexpr std::uint32_t green = 0x20b040;
 constexpr std::uint32_t blue = 0x1030e0;
 constexpr std::uint32_t black = 0x000000;
-
-/// A running stream of a display's whole main screen, on the server that a test gives.
-struct RunningStream {
-    explicit RunningStream(const XServer& server, std::optional<Rect> sourceRect = {}) {
-        platform = connectX11(server.display()).value();
-        const auto display = platform->shareableContent().value().displays.front();
-        const Rect shown = sourceRect.value_or(display.frame);
-        ContentFilter filter;
-        filter.displayID = display.displayID;
-        ScreenStreamConfiguration configuration;
-        configuration.width = static_cast<int>(shown.width) & ~1;
-        configuration.height = static_cast<int>(shown.height) & ~1;
-        configuration.sourceRect = sourceRect;
-        stream = platform->makeScreenStream(filter, configuration).value();
-        stream->startCapture(collector);
-    }
-
-    bool awaitColor(int x, int y, std::uint32_t color) {
-        return collector.awaitSample(
-            [=](const ScreenSample& sample) { return hasColor(*sample.pixels, x, y, color); });
-    }
-
-    std::unique_ptr<CapturePlatform> platform;
-    SampleCollector collector;
-    std::unique_ptr<ScreenStream> stream;
-};
 
 /// What a server may lack.
 class X11ScreenStreamOn : public testing::TestWithParam<std::vector<std::string>> {};
@@ -136,6 +113,81 @@ TEST(X11ScreenStream, ShowsOnlyTheAreaAskedFor) {
     EXPECT_EQ(running.collector.samples().size(), 2);
 }
 
+/// Three monitors of unequal size, one of them above the main one's top, in the colours that
+/// windows give them.
+struct ThreeMonitors {
+    ThreeMonitors() {
+        test::addMonitor(server, "left", {0, 100, 300, 200}, false);
+        test::addMonitor(server, "middle", {300, 50, 400, 300}, true);
+        test::addMonitor(server, "right", {700, 0, 201, 401}, false);
+    }
+
+    RecordingChoice choose(CaptureMode mode, const std::string& name, Rect rect = {}) const {
+        const auto displays = test::connectTo(server)->shareableContent().value().displays;
+        const auto display = std::ranges::find(displays, name, &ShareableDisplay::name);
+        return {.captureMode = mode,
+                .displayID = display->displayID,
+                .captureRect = rect,
+                .selectedWindow = {}};
+    }
+
+    XServer server{{.width = 901, .height = 401}};
+    TestWindow left{server, {0, 100, 300, 200}, red};
+    TestWindow middle{server, {300, 50, 400, 300}, green};
+    TestWindow right{server, {700, 0, 201, 401}, blue};
+};
+
+TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
+    const ThreeMonitors desk;
+    for (const auto& [name, color, width, height] : {std::tuple{"left", red, 300, 200},
+                                                     {"middle", green, 400, 300},
+                                                     {"right", blue, 200, 400}}) {
+        RunningStream running(desk.server, desk.choose(CaptureMode::screen, name));
+        ASSERT_TRUE(running.awaitColor(0, 0, color)) << name;
+        const auto first = running.collector.samples()[0].pixels;
+        EXPECT_EQ(first->width(), width);
+        EXPECT_EQ(first->height(), height);
+        EXPECT_TRUE(test::hasColor(*first, width - 1, height - 1, color));
+    }
+    // Global points count from the main monitor's corner: this one is on all three.
+    RunningStream across(desk.server,
+                         desk.choose(CaptureMode::area, "middle", {-100, 100, 600, 50}));
+    ASSERT_TRUE(across.awaitColor(99, 49, red));
+    const auto first = across.collector.samples()[0].pixels;
+    EXPECT_TRUE(hasColor(*first, 100, 0, green));
+    EXPECT_TRUE(hasColor(*first, 498, 49, green));
+    EXPECT_TRUE(hasColor(*first, 500, 0, blue));
+}
+
+TEST(X11ScreenStream, EndsWhenItsMonitorHasGoneAndGoesOnWhenAnotherHas) {
+    ThreeMonitors desk;
+    RunningStream right(desk.server, desk.choose(CaptureMode::screen, "right"));
+    RunningStream left(desk.server, desk.choose(CaptureMode::screen, "left"));
+    ASSERT_TRUE(right.awaitColor(100, 100, blue));
+    ASSERT_TRUE(left.awaitColor(100, 100, red));
+    test::removeMonitor(desk.server, "right");
+    test::resizeScreen(desk.server, 700, 401);
+    EXPECT_EQ(right.collector.awaitError(), "the display was disconnected");
+    desk.left.fill(green);
+    EXPECT_TRUE(left.awaitColor(100, 100, green));
+}
+
+TEST(X11ScreenStream, FitsAScreenThatShrinksIntoTheSameMovie) {
+    const XServer server({.width = 640, .height = 480});
+    TestWindow window(server, {0, 0, 640, 480}, red);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(600, 400, red));
+    test::resizeScreen(server, 320, 480); // shown as the middle 320 × 480 pixels
+    window.fill(green);
+    ASSERT_TRUE(running.awaitColor(320, 240, green));
+    window.fill({0, 0, 160, 480}, blue);
+    ASSERT_TRUE(running.collector.awaitSample([](const ScreenSample& sample) {
+        return hasColor(*sample.pixels, 150, 240, black) &&
+               hasColor(*sample.pixels, 170, 470, blue) && hasColor(*sample.pixels, 470, 5, green);
+    }));
+    EXPECT_EQ(running.collector.samples().back().pixels->width(), 640);
+}
+
 TEST(X11ScreenStream, TellsWhenTheServerDies) {
     XServer server;
     RunningStream running(server);
@@ -147,7 +199,7 @@ TEST(X11ScreenStream, TellsWhenTheServerDies) {
 
 TEST(X11ScreenStream, RefusesWhatLiesOutsideOfTheScreen) {
     const XServer server;
-    const auto platform = connectX11(server.display()).value();
+    const auto platform = test::connectTo(server);
     ContentFilter filter;
     filter.displayID = platform->shareableContent()->displays.front().displayID;
     ScreenStreamConfiguration configuration;

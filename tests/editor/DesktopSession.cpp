@@ -2,8 +2,11 @@
 
 #include "support/Eventually.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
 
 namespace vantro::test {
 namespace {
@@ -26,11 +29,24 @@ DesktopSession::DesktopSession(int textResolution) : m_server({.width = 1280, .h
 }
 
 DesktopSession::~DesktopSession() {
-    for (auto* process : {m_program.get(), m_windowManager.get()})
+    if (testing::Test::HasFailure())
+        keepPicture();
+    for (auto* process : {m_program.get(), m_other.get(), m_windowManager.get()})
         if (process != nullptr) {
             process->kill();
             process->waitForFinished();
         }
+}
+
+void DesktopSession::keepPicture() const {
+    QDir().mkpath(QStringLiteral(VANTRO_SCREENSHOTS));
+    QProcess grabber;
+    grabber.setProcessEnvironment(environment());
+    grabber.start(QStringLiteral("ffmpeg"),
+                  {"-y", "-f", "x11grab", "-video_size", "1280x900", "-i",
+                   QString::fromStdString(m_server.display()), "-frames:v", "1",
+                   QStringLiteral(VANTRO_SCREENSHOTS "/failure.png")});
+    grabber.waitForFinished(longestWait);
 }
 
 QProcessEnvironment DesktopSession::environment() const {
@@ -50,6 +66,14 @@ void DesktopSession::startProgram(const QStringList& arguments) {
     m_program->start(QStringLiteral(VANTRO_PROGRAM), arguments);
     if (!m_program->waitForStarted(longestWait))
         throw std::runtime_error("the program does not start");
+}
+
+void DesktopSession::startOther(const QString& program, const QStringList& arguments) {
+    m_other = std::make_unique<QProcess>();
+    m_other->setProcessEnvironment(environment());
+    m_other->start(program, arguments);
+    if (!m_other->waitForStarted(longestWait))
+        throw std::runtime_error(program.toStdString() + " does not start");
 }
 
 QStringList DesktopSession::xdoOutput(const QStringList& arguments) const {

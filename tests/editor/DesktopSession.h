@@ -19,6 +19,8 @@ class DesktopSession {
     ~DesktopSession();
 
     void startProgram(const QStringList& arguments = {});
+    /// Another program on the desktop, which ends with it.
+    void startOther(const QString& program, const QStringList& arguments);
     QProcess& program() { return *m_program; }
     const XServer& server() const { return m_server; }
     std::filesystem::path home() const { return m_home.path().toStdString(); }
@@ -36,10 +38,13 @@ class DesktopSession {
 
   private:
     QProcessEnvironment environment() const;
+    /// What the desktop shows when a test has failed, for people to look at.
+    void keepPicture() const;
 
     QTemporaryDir m_home;
     XServer m_server;
     std::unique_ptr<QProcess> m_windowManager;
+    std::unique_ptr<QProcess> m_other;
     std::unique_ptr<QProcess> m_program;
 };
 

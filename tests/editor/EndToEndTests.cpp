@@ -24,6 +24,8 @@ constexpr QSize editorSize(980, 680);
 constexpr QPoint recordButton(170, 82);
 constexpr QPoint stopButton(180, 27);
 constexpr QPoint screenMode(60, 28);
+constexpr QPoint windowMode(170, 28);
+constexpr QSize pickerSize(400, 440);
 
 /// The one recording that was made.
 struct Recorded {
@@ -53,6 +55,11 @@ class EndToEndTest : public testing::Test {
         ASSERT_TRUE(session.mainWindowBecomes(controlsSize)) << errors();
     }
     std::string errors() { return session.program().readAllStandardError().toStdString(); }
+    /// Moves the pointer about, as somebody does who shows something.
+    void useTheScreen() {
+        for (int step = 0; step < 30; ++step)
+            session.xdo({"mousemove", QString::number(500 + 5 * step), "450"});
+    }
     void click(QPoint at) { session.clickMain(at.x(), at.y()); }
     bool hasEnded() {
         return eventually([this] { return session.program().waitForFinished(1); });
@@ -88,6 +95,7 @@ TEST_F(EndToEndTest, KeysRecordAndStopAndSaveAProject) {
     click(screenMode);
     session.xdo({"key", "ctrl+r"});
     ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    useTheScreen();
     session.xdo({"key", "ctrl+s"});
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     session.xdo({"key", "ctrl+s"});
@@ -114,11 +122,37 @@ TEST_F(EndToEndTest, ADraggedAreaIsRecordedAtItsEvenSize) {
     session.xdo({"mousemove", "701", "501"});
     session.xdo({"mouseup", "1"});
     ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    useTheScreen();
     click(stopButton);
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     const auto recorded = recordedIn(session.recordings());
     EXPECT_EQ(recorded.metadata.captureRect, (Rect{400, 300, 300, 200}));
     EXPECT_EQ(movieSize(recorded), (Size{300, 200}));
+}
+
+TEST_F(EndToEndTest, AWindowChosenFromTheListIsRecordedWithItsFrame) {
+    session.startOther(QStringLiteral("xterm"),
+                       {"-title", "Notes", "-geometry", "60x20+500+300", "-e", "sleep", "600"});
+    ASSERT_TRUE(eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
+    const auto inner = session.window(QStringLiteral("Notes"));
+    start();
+    click(windowMode);
+    click(recordButton);
+    ASSERT_TRUE(session.mainWindowBecomes(pickerSize)) << errors();
+    // A row can be chosen once the list has come, and a click on none does nothing.
+    ASSERT_TRUE(eventually([this] {
+        click({200, 80});
+        return session.window(QStringLiteral("Vantro")).size() == recordingSize;
+    })) << errors();
+    useTheScreen();
+    click(stopButton);
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    const auto recorded = recordedIn(session.recordings());
+    const auto& rect = recorded.metadata.captureRect;
+    EXPECT_LE(rect.x, inner.x());
+    EXPECT_LT(rect.y, inner.y()) << "the title bar belongs to it";
+    EXPECT_GT(rect.height, inner.height());
+    EXPECT_NEAR(movieSize(recorded).width, rect.width, 1);
 }
 
 TEST_F(EndToEndTest, EscapeClosesTheOverlayAndTheControlsAreBack) {
@@ -142,6 +176,7 @@ TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {
     click(screenMode);
     click(recordButton);
     ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    useTheScreen();
     ::kill(static_cast<pid_t>(session.program().processId()), SIGTERM);
     ASSERT_TRUE(hasEnded());
     EXPECT_EQ(session.program().exitCode(), 0);

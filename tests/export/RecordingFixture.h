@@ -59,5 +59,9 @@ EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate);
 
 /// What an independent reader (ffprobe) says of a file's first video stream and format.
 nlohmann::json probe(const std::filesystem::path& file);
+/// What it says of all streams.
+nlohmann::json probeStreams(const std::filesystem::path& file);
+/// What it says of the packets of one stream, named as in "a:0".
+nlohmann::json probePackets(const std::filesystem::path& file, const std::string& stream);
 
 } // namespace vantro::testing

@@ -74,14 +74,60 @@ TestWindow::TestWindow(const XServer& server, PixelRect rect, std::uint32_t colo
     if (!names.applicationClass.empty())
         setText(self.connection, self.window, XCB_ATOM_WM_CLASS,
                 "instance" + std::string(1, '\0') + names.applicationClass + '\0');
-    xcb_map_window(self.connection.get(), self.window);
-    roundTrip(self.connection);
+    if (names.process != 0)
+        xcb_change_property(self.connection.get(), XCB_PROP_MODE_REPLACE, self.window,
+                            atom(self.connection, "_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1,
+                            &names.process);
+    show();
 }
 
 TestWindow::~TestWindow() {
+    close();
+}
+
+void TestWindow::close() {
     auto& self = *m_implementation;
+    if (self.window == 0)
+        return;
     xcb_destroy_window(self.connection.get(), self.window);
     roundTrip(self.connection);
+    self.window = 0;
+}
+
+void TestWindow::show() {
+    xcb_map_window(m_implementation->connection.get(), id());
+    roundTrip(m_implementation->connection);
+}
+
+void TestWindow::hide() {
+    xcb_unmap_window(m_implementation->connection.get(), id());
+    roundTrip(m_implementation->connection);
+}
+
+void TestWindow::place(PixelRect rect) {
+    const std::uint32_t values[] = {
+        static_cast<std::uint32_t>(rect.x), static_cast<std::uint32_t>(rect.y),
+        static_cast<std::uint32_t>(rect.width), static_cast<std::uint32_t>(rect.height)};
+    xcb_configure_window(m_implementation->connection.get(), id(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+    roundTrip(m_implementation->connection);
+    m_implementation->rect = rect;
+}
+
+void TestWindow::raise() {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(m_implementation->connection.get(), id(), XCB_CONFIG_WINDOW_STACK_MODE,
+                         &above);
+    roundTrip(m_implementation->connection);
+}
+
+void TestWindow::lower() {
+    const std::uint32_t below = XCB_STACK_MODE_BELOW;
+    xcb_configure_window(m_implementation->connection.get(), id(), XCB_CONFIG_WINDOW_STACK_MODE,
+                         &below);
+    roundTrip(m_implementation->connection);
 }
 
 std::uint32_t TestWindow::id() const {

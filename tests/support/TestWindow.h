@@ -14,11 +14,14 @@ namespace vantro::test {
 class TestWindow {
   public:
     struct Names {
-        std::string title;
-        std::string applicationClass;
+        std::string title = {};
+        std::string applicationClass = {};
+        std::uint32_t process = 0; ///< that it says it belongs to; none when 0
     };
 
-    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names = {});
+    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names);
+    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color)
+        : TestWindow(server, rect, color, Names{}) {}
     ~TestWindow();
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
@@ -27,6 +30,16 @@ class TestWindow {
     void fill(std::uint32_t color);
     /// `rect` in pixels of the window.
     void fill(PixelRect rect, std::uint32_t color);
+
+    /// Position and size on the screen. Pixels that are new show the colour that it was made with.
+    void place(PixelRect rect);
+    /// Puts it above or below all others.
+    void raise();
+    void lower();
+    void hide();
+    void show();
+    /// It is gone from the screen when this returns; nothing else may be done with it.
+    void close();
 
     /// From now on fills a square of `side` pixels around each press, as soon as it arrives.
     void flashOnClick(std::uint32_t color, int side);

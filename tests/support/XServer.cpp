@@ -133,4 +133,13 @@ void addMonitor(const XServer& server, const std::string& name, PixelRect rect, 
                  (isPrimary ? "*" : "") + name, geometry, "none"});
 }
 
+void removeMonitor(const XServer& server, const std::string& name) {
+    runToItsEnd({"xrandr", "--display", server.display(), "--delmonitor", name});
+}
+
+void resizeScreen(const XServer& server, int width, int height) {
+    runToItsEnd({"xrandr", "--display", server.display(), "--output", "screen", "--off", "--fb",
+                 std::to_string(width) + "x" + std::to_string(height)});
+}
+
 } // namespace vantro::test

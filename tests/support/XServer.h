@@ -43,5 +43,9 @@ void setRootProperty(const XServer& server, const std::string& name, const std::
 
 /// Adds a monitor to the X screen, in its pixels, without an output of its own.
 void addMonitor(const XServer& server, const std::string& name, PixelRect rect, bool isPrimary);
+/// Takes a monitor away that was added. The server tells nobody until the screen's size changes.
+void removeMonitor(const XServer& server, const std::string& name);
+/// Changes the X screen's size, which is not to grow.
+void resizeScreen(const XServer& server, int width, int height);
 
 } // namespace vantro::test

@@ -25,13 +25,13 @@ namespace vantro {
 namespace {
 
 constexpr double longestRecording = 1e6; // seconds, eleven days: a slip of the keyboard beyond
-constexpr double longestDelay = 3600; // seconds
+constexpr double longestDelay = 3600;    // seconds
 constexpr double statusPeriod = 0.25;    // seconds; also how soon the end of a stream is noticed
 
 struct Options {
     std::filesystem::path output;
     RecordingSelection selection;
-    double delay = 0; ///< seconds before the start
+    double delay = 0;    ///< seconds before the start
     double seconds = -1; ///< until interrupted when negative
     bool force = false;
     bool json = false;
@@ -81,8 +81,8 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
         const double remaining = delay - inSeconds(hostNow() - started);
         if (remaining <= 0)
             return true;
-        line.show(fmt::format("Recording starts in {:.0f} s  (Ctrl-C to cancel)",
-                              std::ceil(remaining)));
+        line.show(
+            fmt::format("Recording starts in {:.0f} s  (Ctrl-C to cancel)", std::ceil(remaining)));
         waitFor(std::min(statusPeriod, remaining), interrupted);
     }
     return false;

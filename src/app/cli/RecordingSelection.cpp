@@ -18,10 +18,9 @@ namespace {
 const ShareableDisplay& findDisplay(const RecordingSelection& selection,
                                     const ShareableContent& content) {
     const auto& displays = content.displays;
-    const auto display =
-        selection.displayID
-            ? std::ranges::find(displays, *selection.displayID, &ShareableDisplay::displayID)
-            : displays.begin();
+    const auto display = selection.displayID ? std::ranges::find(displays, *selection.displayID,
+                                                                 &ShareableDisplay::displayID)
+                                             : displays.begin();
     if (display == displays.end())
         failStart("Display not found");
     return *display;

@@ -9,9 +9,9 @@ namespace vantro {
 
 /// What the options of a recording name.
 struct RecordingSelection {
-    std::string mode = "screen";         ///< raw value of a CaptureMode
+    std::string mode = "screen";            ///< raw value of a CaptureMode
     std::optional<std::uint32_t> displayID; ///< absent: the main display
-    std::string rect;                    ///< "X,Y,W,H" in global points; empty: not given
+    std::string rect;                       ///< "X,Y,W,H" in global points; empty: not given
     std::optional<std::uint32_t> windowID;
     std::string windowTitle; ///< part of a window's title, in any case; empty: not given
 };

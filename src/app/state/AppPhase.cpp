@@ -37,7 +37,6 @@ bool isAllowedTransition(AppPhase::Kind from, AppPhase::Kind to) {
     case recording:
         return to == previewing;
     case previewing:
-        return to == exporting || to == previewing;
     case exporting:
         return to == exporting || to == previewing;
     }

@@ -87,7 +87,7 @@ void AppState::setPhase(AppPhase value) {
 }
 
 void AppState::setSelectedRect(Rect value) {
-    assign(*this, m_selectedRect, std::move(value), &AppState::selectedRectChanged);
+    assign(*this, m_selectedRect, value, &AppState::selectedRectChanged);
 }
 
 void AppState::setSelectedDisplayID(std::uint32_t value) {
@@ -155,7 +155,7 @@ void AppState::setSegments(std::vector<TimelineSegment> value) {
 }
 
 void AppState::setSelectedSegmentID(std::optional<Uuid> value) {
-    assign(*this, m_selectedSegmentID, std::move(value), &AppState::selectedSegmentIDChanged);
+    assign(*this, m_selectedSegmentID, value, &AppState::selectedSegmentIDChanged);
 }
 
 void AppState::setCursorScale(double value) {
@@ -167,7 +167,7 @@ void AppState::setEditableClickEvents(std::vector<ClickEvent> value) {
 }
 
 void AppState::setSelectedClickID(std::optional<Uuid> value) {
-    assign(*this, m_selectedClickID, std::move(value), &AppState::selectedClickIDChanged);
+    assign(*this, m_selectedClickID, value, &AppState::selectedClickIDChanged);
 }
 
 void AppState::setRecordingName(std::string value) {

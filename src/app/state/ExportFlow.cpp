@@ -23,9 +23,10 @@ void ExportFlow::exportRecording(ExportFormat format, ExportResolution resolutio
     if (m_asking || m_running)
         return;
     const auto project = m_state.projectData();
-    if (!project || !m_state.recordingURL())
+    const auto& recordingURL = m_state.recordingURL();
+    if (!project || !recordingURL)
         return m_state.setError({}, VantroError::Kind::noRecordingData);
-    ExportJob job{.recording = editedRecording(*project, *m_state.recordingURL()),
+    ExportJob job{.recording = editedRecording(*project, *recordingURL),
                   .format = format,
                   .resolution = resolution,
                   .output = {}};

@@ -42,20 +42,22 @@ void ProjectFlow::saveProject() {
     setActivity(Activity::asking);
     m_panels.ask(PanelKind::saveProject, m_state.recordingName() + package::extension,
                  [this](const auto& packageURL) {
-                     if (packageURL && m_state.metadata() && m_state.recordingURL())
+                     setActivity(Activity::none);
+                     if (packageURL)
                          write(*packageURL);
-                     else
-                         setActivity(Activity::none);
                  });
 }
 
 void ProjectFlow::write(const std::filesystem::path& packageURL) {
+    const auto edit = m_state.projectData();
+    const auto& movie = m_state.recordingURL();
+    if (!edit || !movie)
+        return; // reset while the panel was open
     setActivity(Activity::working);
-    m_tasks.run([this, packageURL, recordingURL = *m_state.recordingURL(),
-                 project = *m_state.projectData()]() -> TaskRunner::Continuation {
-        const auto failure = trySave(packageURL, recordingURL, project);
-        return
-            [this, packageURL, recordingURL, failure] { wrote(packageURL, recordingURL, failure); };
+    m_tasks.run([this, packageURL, sourceURL = *movie,
+                 project = *edit]() -> TaskRunner::Continuation {
+        const auto failure = trySave(packageURL, sourceURL, project);
+        return [this, packageURL, sourceURL, failure] { wrote(packageURL, sourceURL, failure); };
     });
 }
 

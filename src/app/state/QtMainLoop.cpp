@@ -2,6 +2,8 @@
 
 #include "base/SerialQueue.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QObject>
 #include <QTimer>
 
@@ -20,6 +22,27 @@ class QtMainTimer : public MainTimer {
     QTimer m_timer;
 };
 
+/// Carries a task to the thread of a TaskReceiver; Qt owns it on the way.
+class TaskEvent : public QEvent {
+  public:
+    explicit TaskEvent(TaskRunner::Continuation task) : QEvent(User), m_task(std::move(task)) {}
+    void run() const { m_task(); }
+
+  private:
+    TaskRunner::Continuation m_task;
+};
+
+/// Runs the tasks that are posted to it; those that are still on the way when it goes are dropped.
+class TaskReceiver : public QObject {
+  protected:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        static_cast<TaskEvent*>(event)->run();
+        return true;
+    }
+};
+
 } // namespace
 
 std::unique_ptr<MainTimer> QtMainTimers::repeat(std::chrono::milliseconds interval,
@@ -30,8 +53,8 @@ std::unique_ptr<MainTimer> QtMainTimers::repeat(std::chrono::milliseconds interv
 struct QtTaskRunner::Members {
     explicit Members(std::string label) : queue(std::move(label)) {}
 
-    QObject mainThread; // receives the queued calls, and drops them when it goes
-    SerialQueue queue;  // goes first
+    TaskReceiver mainThread; // receives the queued calls, and drops them when it goes
+    SerialQueue queue;       // goes first
 };
 
 QtTaskRunner::QtTaskRunner(std::string label)
@@ -47,7 +70,7 @@ void QtTaskRunner::run(std::function<Continuation()> work) {
 }
 
 void QtTaskRunner::onMain(Continuation task) {
-    QMetaObject::invokeMethod(&m_members->mainThread, std::move(task), Qt::QueuedConnection);
+    QCoreApplication::postEvent(&m_members->mainThread, new TaskEvent(std::move(task)));
 }
 
 } // namespace vantro

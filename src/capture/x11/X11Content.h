@@ -33,8 +33,11 @@ X11Geometry queryGeometry(const X11Connection& connection);
 
 std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry);
 
-/// The windows that the window manager manages; where none runs, the root's children.
+class X11OwnWindows;
+
+/// The windows that the window manager manages; where none runs, the root's children. Those in
+/// `own` carry our own bundle identifier, whatever they call themselves.
 std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
-                                              const X11Geometry& geometry);
+                                              const X11Geometry& geometry, X11OwnWindows& own);
 
 } // namespace vantro

@@ -5,9 +5,10 @@
 namespace vantro {
 
 X11PointerSource::X11PointerSource(X11Connection connection, std::string display,
-                                   const X11Geometry& geometry)
+                                   const X11Geometry& geometry, IsOwnProcess isOwnProcess)
     : m_connection(std::move(connection))
     , m_display(std::move(display))
+    , m_isOwnProcess(std::move(isOwnProcess))
     , m_mainScreen(geometry.main().rect)
     , m_scale(geometry.scale) {}
 
@@ -24,7 +25,7 @@ Point X11PointerSource::location() {
 
 std::unique_ptr<ClickMonitor> X11PointerSource::monitorPresses(MouseButton button,
                                                                std::function<void()> handler) {
-    return X11ClickMonitor::create(m_display, button, std::move(handler));
+    return X11ClickMonitor::create(m_display, button, m_isOwnProcess, std::move(handler));
 }
 
 } // namespace vantro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/PointerSource.h"
+#include "capture/x11/X11CapturePlatform.h"
 #include "capture/x11/X11Content.h"
 
 #include <string>
@@ -10,7 +11,8 @@ namespace vantro {
 /// The pointer of one X server, asked on a connection of its own. Click monitors open theirs.
 class X11PointerSource final : public PointerSource {
   public:
-    X11PointerSource(X11Connection connection, std::string display, const X11Geometry& geometry);
+    X11PointerSource(X11Connection connection, std::string display, const X11Geometry& geometry,
+                     IsOwnProcess isOwnProcess);
 
     Point location() override;
     std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
@@ -19,6 +21,7 @@ class X11PointerSource final : public PointerSource {
   private:
     X11Connection m_connection;
     std::string m_display;
+    IsOwnProcess m_isOwnProcess;
     PixelRect m_mainScreen;
     double m_scale;
     Point m_lastLocation;

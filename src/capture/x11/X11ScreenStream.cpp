@@ -4,9 +4,10 @@
 
 namespace vantro {
 
-X11ScreenStream::X11ScreenStream(X11Connection connection, PixelRect area,
-                                 HostDuration minimumFrameInterval)
-    : m_loop(std::move(connection), area, minimumFrameInterval) {}
+X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
+                                 std::unique_ptr<X11PictureSource> source,
+                                 const ScreenStreamConfiguration& configuration)
+    : m_loop(std::move(connection), std::move(source), configuration) {}
 
 X11ScreenStream::~X11ScreenStream() {
     stopCapture();

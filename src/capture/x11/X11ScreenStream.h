@@ -6,10 +6,12 @@
 
 namespace vantro {
 
-/// A rectangle of an X screen as a stream. Its thread and connection are its own.
+/// A picture of an X display as a stream. Its thread and connection are its own.
 class X11ScreenStream final : public ScreenStream {
   public:
-    X11ScreenStream(X11Connection connection, PixelRect area, HostDuration minimumFrameInterval);
+    X11ScreenStream(std::unique_ptr<X11Connection> connection,
+                    std::unique_ptr<X11PictureSource> source,
+                    const ScreenStreamConfiguration& configuration);
     ~X11ScreenStream() override;
 
     void startCapture(ScreenStreamOutput& output) override;

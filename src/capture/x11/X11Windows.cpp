@@ -1,4 +1,6 @@
+#include "capture/RecordingTarget.h"
 #include "capture/x11/X11Content.h"
+#include "capture/x11/X11OwnWindows.h"
 #include "capture/x11/X11Properties.h"
 
 #include <algorithm>
@@ -74,7 +76,8 @@ bool isHidden(const X11Connection& connection, xcb_window_t window) {
 
 /// Nothing for a window that has gone meanwhile or that shows no picture.
 std::optional<ShareableWindow> describe(const X11Connection& connection,
-                                        const X11Geometry& geometry, xcb_window_t window) {
+                                        const X11Geometry& geometry, X11OwnWindows& own,
+                                        xcb_window_t window) {
     const auto attributes = connection.await(xcb_get_window_attributes_reply,
                                              xcb_get_window_attributes(connection.get(), window));
     const auto rect = outerRect(connection, window);
@@ -86,7 +89,9 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
                            .title = windowTitle(connection, window),
                            .applicationName =
                                className.empty() ? executable.filename().string() : className,
-                           .bundleIdentifier = className.empty() ? executable.string() : className,
+                           .bundleIdentifier = own.isOwn(window)   ? ownBundleIdentifier
+                                               : className.empty() ? executable.string()
+                                                                   : className,
                            .frame = geometry.toPoints(*rect),
                            .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
                                          !isHidden(connection, window)};
@@ -95,10 +100,10 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
 } // namespace
 
 std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
-                                              const X11Geometry& geometry) {
+                                              const X11Geometry& geometry, X11OwnWindows& own) {
     std::vector<ShareableWindow> windows;
     for (const xcb_window_t window : stackedWindows(connection) | std::views::reverse)
-        if (auto described = describe(connection, geometry, window))
+        if (auto described = describe(connection, geometry, own, window))
             windows.push_back(std::move(*described));
     return windows;
 }

@@ -27,10 +27,10 @@ void EditorModel::followState() {
           &AppState::cursorScaleChanged, &AppState::webcamPositionChanged,
           &AppState::webcamSizeChanged, &AppState::phaseChanged})
         connect(&m_state, changed, this, [this, changed] {
-            const bool export_ = changed == &AppState::phaseChanged &&
-                                 m_state.phase().kind == AppPhase::Kind::exporting;
+            const bool isProgress = changed == &AppState::phaseChanged &&
+                                    m_state.phase().kind == AppPhase::Kind::exporting;
             // Opening a project writes field after field: one picture follows from all of them.
-            if (m_refreshScheduled || export_)
+            if (m_refreshScheduled || isProgress)
                 return;
             m_refreshScheduled = true;
             QMetaObject::invokeMethod(this, &EditorModel::refreshPreview, Qt::QueuedConnection);
@@ -52,10 +52,11 @@ void EditorModel::followFlows() {
 void EditorModel::refreshPreview() {
     m_refreshScheduled = false;
     const auto project = m_state.projectData();
+    const auto& recordingURL = m_state.recordingURL();
     const bool shown = m_state.phase().kind == AppPhase::Kind::previewing ||
                        m_state.phase().kind == AppPhase::Kind::exporting;
-    if (shown && project && m_state.recordingURL())
-        m_preview.setRecording(editedRecording(*project, *m_state.recordingURL()));
+    if (shown && project && recordingURL)
+        m_preview.setRecording(editedRecording(*project, *recordingURL));
     else
         m_preview.setRecording({});
 }

@@ -103,14 +103,13 @@ QString MainModel::recordingNote() const {
 }
 
 QString MainModel::alertText() const {
-    return m_state.error() ? QString::fromStdString(m_state.error()->description()) : QString();
+    const auto& error = m_state.error();
+    return error ? QString::fromStdString(error->description()) : QString();
 }
 
 QString MainModel::alertSuggestion() const {
-    if (!m_state.error())
-        return {};
-    const auto text = m_state.error()->recoverySuggestion();
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    const auto& error = m_state.error();
+    return error ? QString::fromStdString(std::string(error->recoverySuggestion())) : QString();
 }
 
 bool MainModel::busy() const {

@@ -2,7 +2,6 @@
 
 #include "editor/Preferences.h"
 
-#include <QActionGroup>
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
@@ -26,7 +25,6 @@ void addRecentProjects(QMenu& menu, const Preferences& preferences,
 
 void addThemes(QMenu& menu, Preferences& preferences) {
     auto* themes = menu.addMenu(QStringLiteral("Appearance"));
-    auto* group = new QActionGroup(themes);
     for (const auto& [choice, label] :
          {std::pair{ThemeChoice::system, QStringLiteral("Follow the Desktop")},
           std::pair{ThemeChoice::light, QStringLiteral("Light")},
@@ -34,7 +32,6 @@ void addThemes(QMenu& menu, Preferences& preferences) {
         auto* action = themes->addAction(label);
         action->setCheckable(true);
         action->setChecked(preferences.theme() == choice);
-        group->addAction(action);
         QObject::connect(action, &QAction::triggered, &preferences,
                          [&preferences, choice = choice] { preferences.setTheme(choice); });
     }

@@ -84,20 +84,24 @@ Rectangle {
     }
     Shortcut {
         sequence: "Ctrl+N"
+        autoRepeat: false
         onActivated: toolbar.editor.newRecording()
     }
     Shortcut {
         sequence: "Ctrl+O"
+        autoRepeat: false
         enabled: toolbar.free
         onActivated: toolbar.editor.openProject()
     }
     Shortcut {
         sequence: "Ctrl+S"
+        autoRepeat: false
         enabled: toolbar.free
         onActivated: toolbar.editor.saveProject()
     }
     Shortcut {
         sequence: "Ctrl+E"
+        autoRepeat: false
         enabled: toolbar.free
         onActivated: popover.open()
     }

@@ -93,10 +93,12 @@ FocusScope {
     }
     Shortcut {
         sequence: "Ctrl+R"
+        autoRepeat: false
         onActivated: screen.app.record()
     }
     Shortcut {
         sequence: "Ctrl+O"
+        autoRepeat: false
         onActivated: screen.app.openProject()
     }
 }

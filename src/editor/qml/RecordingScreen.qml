@@ -55,6 +55,7 @@ FocusScope {
     }
     Shortcut {
         sequence: "Ctrl+S"
+        autoRepeat: false
         onActivated: screen.app.stop()
     }
 }

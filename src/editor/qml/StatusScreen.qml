@@ -33,6 +33,7 @@ FocusScope {
     }
     Shortcut {
         sequence: "Escape"
+        autoRepeat: false
         enabled: screen.action !== ""
         onActivated: screen.triggered()
     }

@@ -97,6 +97,7 @@ FocusScope {
     }
     Shortcut {
         sequence: "Escape"
+        autoRepeat: false
         onActivated: screen.app.cancelPicker()
     }
 }

@@ -34,16 +34,16 @@ bool AudioConverter::fits(const AVFrame& frame) const {
 }
 
 std::int64_t AudioConverter::heldBack() const {
-    return m_resampler ? swr_get_delay(m_resampler.get(), mixFormat::sampleRate) : 0;
+    return m_resampler ? swr_get_delay(m_resampler.get(), mixing::sampleRate) : 0;
 }
 
 void AudioConverter::open(const AVFrame& frame) {
-    const AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
-    const AVChannelLayout input = usableLayout(frame);
+    AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
+    AVChannelLayout input = usableLayout(frame);
     SwrContext* context = nullptr;
-    const int result = swr_alloc_set_opts2(
-        &context, &stereo, AV_SAMPLE_FMT_FLT, mixFormat::sampleRate, &input,
-        static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr);
+    const int result = swr_alloc_set_opts2(&context, &stereo, AV_SAMPLE_FMT_FLT, mixing::sampleRate,
+                                           &input, static_cast<AVSampleFormat>(frame.format),
+                                           frame.sample_rate, 0, nullptr);
     m_resampler.reset(context);
     if (result < 0)
         throw MediaError("Sound of this kind cannot be converted: " + errorText(result));
@@ -83,14 +83,15 @@ void AudioConverter::run(const AVFrame* frame, std::vector<float>& output) {
     if (room < 0)
         throw MediaError("Sound of this kind cannot be converted: " + errorText(room));
     const std::size_t before = output.size();
-    output.resize(before + static_cast<std::size_t>(room) * mixFormat::channelCount);
+    output.resize(before + static_cast<std::size_t>(room) * mixing::channelCount);
     auto* target = reinterpret_cast<std::uint8_t*>(output.data() + before);
     // The library's parameter is not const in every release.
-    auto** input = frame != nullptr ? const_cast<const std::uint8_t**>(frame->extended_data) : nullptr;
+    auto** input =
+        frame != nullptr ? const_cast<const std::uint8_t**>(frame->extended_data) : nullptr;
     const int made = swr_convert(m_resampler.get(), &target, room, input, inputCount);
     if (made < 0)
         throw MediaError("Sound of this kind cannot be converted: " + errorText(made));
-    output.resize(before + static_cast<std::size_t>(made) * mixFormat::channelCount);
+    output.resize(before + static_cast<std::size_t>(made) * mixing::channelCount);
 }
 
 } // namespace vantro::av

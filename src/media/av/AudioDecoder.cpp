@@ -14,9 +14,9 @@ namespace {
 
 // Timestamps of sound jitter by their own rounding, a millisecond in Matroska. Less than this goes
 // on where the sound stands, without a click; more is a gap, and a few samples of it are inaudible.
-constexpr std::int64_t largestJitter = mixFormat::sampleRate / 200;
+constexpr std::int64_t largestJitter = mixing::sampleRate / 200;
 // Codecs overlap their frames: the first ones after a jump are not right yet.
-constexpr std::int64_t preroll = mixFormat::sampleRate / 5;
+constexpr std::int64_t preroll = mixing::sampleRate / 5;
 
 AVStream* findAudioStream(const MovieFile& file, int index) {
     for (AVStream* stream : file.mediaStreams()) {
@@ -95,7 +95,7 @@ void AudioDecoder::feed() {
 std::int64_t AudioDecoder::positionOf(const AVFrame& frame) const {
     if (frame.best_effort_timestamp == AV_NOPTS_VALUE)
         return m_position.value_or(0);
-    return m_clock.time(frame.best_effort_timestamp).rescaled(mixFormat::sampleRate).value;
+    return m_clock.time(frame.best_effort_timestamp).rescaled(mixing::sampleRate).value;
 }
 
 /// Converts the frame at hand; where it does not go on from the one before, first gives what is
@@ -103,8 +103,7 @@ std::int64_t AudioDecoder::positionOf(const AVFrame& frame) const {
 std::optional<DecodedSound> AudioDecoder::place() {
     const std::int64_t position = positionOf(*m_frame);
     const std::int64_t held = m_converter.heldBack();
-    const bool goesOn =
-        m_position && std::abs(position - (*m_position + held)) <= largestJitter;
+    const bool goesOn = m_position && std::abs(position - (*m_position + held)) <= largestJitter;
     if (!goesOn || !m_converter.fits(*m_frame)) {
         if (auto before = rest())
             return before;
@@ -115,8 +114,8 @@ std::optional<DecodedSound> AudioDecoder::place() {
     DecodedSound piece{m_position.value_or(position), {}};
     m_converter.convert(*m_frame, piece.samples);
     m_holdsFrame = false;
-    m_position = piece.position +
-                 static_cast<std::int64_t>(piece.samples.size() / mixFormat::channelCount);
+    m_position =
+        piece.position + static_cast<std::int64_t>(piece.samples.size() / mixing::channelCount);
     if (piece.samples.empty())
         return {};
     return piece;
@@ -128,14 +127,14 @@ std::optional<DecodedSound> AudioDecoder::rest() {
     m_converter.drain(piece.samples);
     if (piece.samples.empty())
         return {};
-    m_position = piece.position +
-                 static_cast<std::int64_t>(piece.samples.size() / mixFormat::channelCount);
+    m_position =
+        piece.position + static_cast<std::int64_t>(piece.samples.size() / mixing::channelCount);
     return piece;
 }
 
 void AudioDecoder::seek(std::int64_t position) {
     const std::int64_t early = std::max<std::int64_t>(position - preroll, 0);
-    const auto ticks = m_clock.ticksAtOrBefore({early, mixFormat::sampleRate});
+    const auto ticks = m_clock.ticksAtOrBefore({early, mixing::sampleRate});
     AVFormatContext* context = &m_file.context();
     int result = avformat_seek_file(context, m_stream->index, INT64_MIN, ticks, ticks, 0);
     if (result < 0) // before the first packet
@@ -151,11 +150,9 @@ void AudioDecoder::seek(std::int64_t position) {
 }
 
 void AudioDecoder::breakOff(const std::string& reason) const {
-    throw MediaError(fmt::format("The sound of {} breaks off at {:.2f} s: {}",
-                                 m_file.path().string(),
-                                 static_cast<double>(m_position.value_or(0)) /
-                                     mixFormat::sampleRate,
-                                 reason));
+    throw MediaError(
+        fmt::format("The sound of {} breaks off at {:.2f} s: {}", m_file.path().string(),
+                    static_cast<double>(m_position.value_or(0)) / mixing::sampleRate, reason));
 }
 
 } // namespace vantro::av

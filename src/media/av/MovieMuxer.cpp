@@ -59,10 +59,17 @@ void MovieMuxer::begin() {
 }
 
 void MovieMuxer::write(int track, AVPacket& packet) {
+    const std::lock_guard lock(m_writing);
     const AVStream& stream = *m_context->streams[track];
     packet.stream_index = track;
     av_packet_rescale_ts(&packet, m_timeBases[static_cast<std::size_t>(track)], stream.time_base);
-    check(av_interleaved_write_frame(m_context.get(), &packet));
+    if (m_type == FileType::mpeg4) {
+        check(av_interleaved_write_frame(m_context.get(), &packet));
+        return;
+    }
+    const int result = av_write_frame(m_context.get(), &packet);
+    av_packet_unref(&packet);
+    check(result);
 }
 
 void MovieMuxer::finish() {

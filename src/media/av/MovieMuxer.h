@@ -4,11 +4,16 @@
 #include "media/av/Handles.h"
 
 #include <filesystem>
+#include <mutex>
+#include <vector>
 
 namespace vantro::av {
 
 /// Writes encoded packets into a movie file. Every failed write throws MediaError with the path
-/// that the user knows and the reason. One thread at a time.
+/// that the user knows and the reason. Any thread may write; the rest is for one at a time.
+///
+/// A quickTimeMovie takes packets as they come, so that none waits in memory; an mpeg4 file puts
+/// the tracks' packets in the order of their times.
 class MovieMuxer {
   public:
     /// Creates or empties `file`. `shownPath` stands in the error texts.
@@ -29,6 +34,7 @@ class MovieMuxer {
     std::filesystem::path m_shownPath;
     FileType m_type;
     IoHandle m_file;
+    std::mutex m_writing;
     OutputHandle m_context;              // destroyed first: it refers to m_file
     std::vector<AVRational> m_timeBases; ///< the encoders', by track
 };

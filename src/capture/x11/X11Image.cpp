@@ -1,4 +1,4 @@
-#include "capture/x11/X11ScreenImage.h"
+#include "capture/x11/X11Image.h"
 
 #include "base/FileDescriptor.h"
 #include "base/Log.h"
@@ -55,16 +55,16 @@ std::optional<std::string> unsupportedPixels(const X11Connection& connection) {
                        isLittleEndian ? "little-endian" : "big-endian", visual->red_mask);
 }
 
-X11ScreenImage::X11ScreenImage(const X11Connection& connection, PixelRect area)
-    : m_connection(connection), m_area(area) {
+X11Image::X11Image(const X11Connection& connection, int width, int height)
+    : m_connection(connection), m_width(width), m_height(height) {
     if (attachSharedMemory())
         return;
     logWarning("The display lacks the extension MIT-SHM: recording takes more processor time");
-    m_ownMemory.resize(static_cast<std::size_t>(stride()) * m_area.height);
+    m_ownMemory.resize(static_cast<std::size_t>(stride()) * m_height);
     m_memory = m_ownMemory;
 }
 
-X11ScreenImage::~X11ScreenImage() {
+X11Image::~X11Image() {
     if (m_segment == 0)
         return;
     xcb_shm_detach(m_connection.get(), m_segment);
@@ -73,10 +73,10 @@ X11ScreenImage::~X11ScreenImage() {
 
 /// The server makes the memory and passes a file descriptor, which works in containers too, where
 /// System V segments are separate.
-bool X11ScreenImage::attachSharedMemory() {
+bool X11Image::attachSharedMemory() {
     if (!m_connection.hasExtension(xcb_shm_id))
         return false;
-    const auto size = static_cast<std::size_t>(stride()) * m_area.height;
+    const auto size = static_cast<std::size_t>(stride()) * m_height;
     const std::uint32_t segment = xcb_generate_id(m_connection.get());
     const auto reply = m_connection.await(
         xcb_shm_create_segment_reply,
@@ -94,21 +94,17 @@ bool X11ScreenImage::attachSharedMemory() {
     return true;
 }
 
-std::expected<void, std::string> X11ScreenImage::fetch(const TileMap& where) {
-    const bool isFetched = m_segment != 0 ? fetchShared(where) : fetchThroughConnection(where);
-    if (m_connection.isLost())
-        return std::unexpected("the connection to the display was lost");
-    if (!isFetched)
-        return std::unexpected("the screen cannot be read any more: its size may have changed");
-    return {};
+bool X11Image::fetch(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
+    return m_segment != 0 ? fetchShared(drawable, x, y, where)
+                          : fetchThroughConnection(drawable, x, y, where);
 }
 
-bool X11ScreenImage::fetchShared(const TileMap& where) {
+bool X11Image::fetchShared(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
     std::vector<xcb_shm_get_image_cookie_t> cookies; // all sent first: one wait for all bands
     where.forEachBand([&](PixelRect band) {
         cookies.push_back(xcb_shm_get_image(
-            m_connection.get(), m_connection.root(), static_cast<std::int16_t>(m_area.x),
-            static_cast<std::int16_t>(m_area.y + band.y), static_cast<std::uint16_t>(band.width),
+            m_connection.get(), drawable, static_cast<std::int16_t>(x),
+            static_cast<std::int16_t>(y + band.y), static_cast<std::uint16_t>(band.width),
             static_cast<std::uint16_t>(band.height), allPlanes, XCB_IMAGE_FORMAT_Z_PIXMAP,
             m_segment, static_cast<std::uint32_t>(band.y * stride())));
     });
@@ -118,14 +114,13 @@ bool X11ScreenImage::fetchShared(const TileMap& where) {
     return isFetched;
 }
 
-bool X11ScreenImage::fetchThroughConnection(const TileMap& where) {
+bool X11Image::fetchThroughConnection(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
     bool isFetched = true;
     where.forEachBand([&](PixelRect band) {
         const auto reply = m_connection.await(
             xcb_get_image_reply,
-            xcb_get_image(m_connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_connection.root(),
-                          static_cast<std::int16_t>(m_area.x),
-                          static_cast<std::int16_t>(m_area.y + band.y),
+            xcb_get_image(m_connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                          static_cast<std::int16_t>(x), static_cast<std::int16_t>(y + band.y),
                           static_cast<std::uint16_t>(band.width),
                           static_cast<std::uint16_t>(band.height), allPlanes));
         const auto size = static_cast<std::size_t>(band.height * stride());

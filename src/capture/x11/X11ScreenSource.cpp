@@ -1,0 +1,164 @@
+#include "capture/x11/X11ScreenSource.h"
+
+#include "base/Log.h"
+#include "capture/x11/X11WindowTree.h"
+
+#include <algorithm>
+
+#include <xcb/composite.h>
+#include <xcb/randr.h>
+
+namespace vantro {
+namespace {
+
+// How long windows may take to paint what ours have hidden until now. Shorter shows them in black
+// for a moment; longer holds the recording up when one does not answer.
+constexpr HostDuration longestPainting = std::chrono::milliseconds(100);
+
+// Our windows are looked for again after each reading of the screen. More attempts than this in one
+// frame mean that they move all the time; then the frame is left out.
+constexpr int mostAttempts = 8;
+
+} // namespace
+
+X11ScreenSource::X11ScreenSource(const X11Connection& connection, Place place,
+                                 const X11Geometry& geometry, X11OwnWindows own)
+    : m_connection(connection), m_place(place) {
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);
+    if (connection.hasExtension(xcb_randr_id)) {
+        m_firstRandrEvent = connection.firstEvent(xcb_randr_id);
+        xcb_randr_select_input(connection.get(), connection.root(),
+                               XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    }
+    for (const X11Monitor& monitor : geometry.monitors)
+        if (intersection(monitor.rect, place.area).width > 0)
+            m_monitors.push_back(monitor.id);
+    if (const auto* monitor = geometry.find(place.monitor))
+        m_monitorRect = monitor->rect;
+    if (connection.hasExtension(xcb_composite_id) && connection.hasExtension(xcb_xfixes_id))
+        m_underlay.emplace(connection, place.area, std::move(own));
+    else
+        logWarning("The display lacks the extension Composite: own windows appear in recordings");
+    show(place.area);
+    if (m_underlay)
+        restack();
+}
+
+void X11ScreenSource::handle(const xcb_generic_event_t& event) {
+    const int type = event.response_type & 0x7f;
+    const bool isRandr =
+        m_firstRandrEvent != 0 && (type == m_firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                   type == m_firstRandrEvent + XCB_RANDR_NOTIFY);
+    const bool isScreen =
+        type == XCB_CONFIGURE_NOTIFY &&
+        reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == m_connection.root();
+    m_isGeometryStale |= isRandr || isScreen;
+    m_live->handle(event);
+    if (m_underlay)
+        m_underlay->handle(event);
+}
+
+bool X11ScreenSource::hasChanges() const {
+    return m_isGeometryStale || m_live->hasChanges() || (m_underlay && m_underlay->hasChanges());
+}
+
+std::expected<bool, std::string> X11ScreenSource::update() {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        if (m_isGeometryStale)
+            if (const auto followed = follow(); !followed)
+                return std::unexpected(followed.error());
+        if (m_underlay && m_underlay->isStale())
+            restack();
+        const bool isRead = read();
+        drainEvents();
+        if (!isRead && !m_isGeometryStale)
+            return std::unexpected("the screen cannot be read any more");
+        // One of our windows that came in the middle of reading is in the picture.
+        const bool isClean = !m_underlay || !m_underlay->isStale() || !restack();
+        if (isRead && isClean && !m_isGeometryStale) {
+            if (m_underlay)
+                m_underlay->paint(m_live->image(), m_changed);
+            return true;
+        }
+    }
+    m_live->invalidate();
+    return false;
+}
+
+PictureView X11ScreenSource::picture() const {
+    auto& image = m_live->image();
+    return {.pixels = image.pixels(),
+            .stride = image.stride(),
+            .width = image.width(),
+            .height = image.height()};
+}
+
+bool X11ScreenSource::read() {
+    return m_live->update(m_connection.root(), m_area.x, m_area.y, m_changed,
+                          m_underlay ? m_underlay->hidden() : std::span<const PixelRect>());
+}
+
+/// True when the picture is to be read again.
+bool X11ScreenSource::restack() {
+    if (!m_underlay->restack())
+        return false;
+    m_live->invalidate();
+    const HostTime limit = hostNow() + longestPainting;
+    while (m_underlay->awaitsPainting() && hostNow() < limit && !m_connection.isLost()) {
+        constexpr int noWakeUp = -1;
+        m_connection.wait(noWakeUp, limit);
+        drainEvents();
+    }
+    m_underlay->awaitNoLonger();
+    return true;
+}
+
+void X11ScreenSource::drainEvents() {
+    while (const XcbEvent event = m_connection.pollEvent())
+        handle(*event);
+}
+
+/// Goes with the monitor. The error tells that there is nothing to show any more.
+std::expected<void, std::string> X11ScreenSource::follow() {
+    m_isGeometryStale = false;
+    const X11Geometry geometry = queryGeometry(m_connection);
+    if (!m_monitors.empty() &&
+        std::ranges::none_of(m_monitors, [&](auto id) { return geometry.find(id) != nullptr; }))
+        return std::unexpected("the display was disconnected");
+    const PixelRect area = areaNow(geometry);
+    if (area.width == 0)
+        return std::unexpected("the area lies outside of the screen");
+    if (area != m_area)
+        show(area);
+    return {};
+}
+
+PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) const {
+    const auto root = placementOf(m_connection, m_connection.root());
+    if (!root)
+        return m_area;
+    PixelRect area = m_place.area;
+    if (const auto* monitor = geometry.find(m_place.monitor)) {
+        const bool isSameSize = monitor->rect.width == m_monitorRect.width &&
+                                monitor->rect.height == m_monitorRect.height;
+        area = monitor->rect;
+        if (isSameSize) { // an odd row or column is left out as before
+            area.width = m_place.area.width;
+            area.height = m_place.area.height;
+        }
+    }
+    return intersection(area, {0, 0, root->rect.width, root->rect.height});
+}
+
+void X11ScreenSource::show(PixelRect area) {
+    m_area = area;
+    m_live = std::make_unique<X11LivePicture>(m_connection, m_connection.root(), area);
+    m_changed = TileMap(area.width, area.height);
+    if (m_underlay)
+        m_underlay->setArea(area);
+}
+
+} // namespace vantro

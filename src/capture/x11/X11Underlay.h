@@ -1,0 +1,67 @@
+#pragma once
+
+#include "capture/x11/X11CoveredWindow.h"
+#include "capture/x11/X11Image.h"
+#include "capture/x11/X11OwnWindows.h"
+
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace vantro {
+
+/// Puts what lies beneath our own windows in their place in a picture of the screen: the contents
+/// of all other windows there, in stacking order, over the root's background. With and without a
+/// compositing manager. While none of our windows is in view it costs nothing but a look when
+/// windows come, go and move. Outlived by the connection; same thread.
+class X11Underlay {
+  public:
+    /// `area` is the part of the screen that the picture shows. The owner selects the root's
+    /// substructure events.
+    X11Underlay(const X11Connection& connection, PixelRect area, X11OwnWindows own);
+
+    void setArea(PixelRect area);
+    void handle(const xcb_generic_event_t& event);
+    /// Windows have come, gone or moved since `restack`.
+    bool isStale() const { return m_isStale; }
+    /// What lies beneath our windows has changed since `paint`.
+    bool hasChanges() const;
+
+    /// Finds all windows anew. True when our windows have other places in the picture: then all of
+    /// it is to be read again.
+    bool restack();
+    /// The places of our windows, in pixels of the picture.
+    std::span<const PixelRect> hidden() const { return m_hidden; }
+    /// Whether a window has still to paint what ours have hidden until now.
+    bool awaitsPainting();
+    /// What has not been painted until now is not waited for again.
+    void awaitNoLonger();
+    /// Replaces our windows in the picture and adds what has changed beneath them to `changed`.
+    void paint(X11Image& picture, TileMap& changed);
+
+  private:
+    struct Patch;
+
+    void updateCovered(const std::vector<X11Placement>& others);
+    void readBackground();
+    void compose(Patch& patch) const;
+    PixelRect onScreen(PixelRect rect) const;
+
+    const X11Connection& m_connection;
+    PixelRect m_area;
+    X11OwnWindows m_own;
+    bool m_isStale = true;
+    std::vector<PixelRect> m_hidden;
+    std::vector<std::unique_ptr<X11CoveredWindow>> m_covered; // lowest first
+    std::unique_ptr<X11Image> m_background; // the root's, of the whole area; while it is needed
+    bool m_isComposited = false;            // a compositing manager blends windows
+
+    struct Patch {
+        PixelRect rect; // in pixels of the picture
+        std::vector<std::uint8_t> pixels;
+        bool isStale = true;
+    };
+    std::vector<Patch> m_patches;
+};
+
+} // namespace vantro

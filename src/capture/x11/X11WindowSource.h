@@ -1,0 +1,46 @@
+#pragma once
+
+#include "capture/x11/X11LivePicture.h"
+#include "capture/x11/X11PictureSource.h"
+
+#include <memory>
+
+namespace vantro {
+
+/// One window with the frame that the window manager has put around it, wherever it stands: the
+/// server keeps its pixels apart from the screen (extension Composite), so that what covers it or
+/// cuts it off does not show. While it is not shown, its last picture stands. Outlived by the
+/// connection.
+class X11WindowSource final : public X11PictureSource {
+  public:
+    /// The error is for the user. Waits shortly for the window to paint what was covered.
+    static std::expected<std::unique_ptr<X11WindowSource>, std::string>
+    create(const X11Connection& connection, xcb_window_t window);
+    ~X11WindowSource() override;
+
+    void handle(const xcb_generic_event_t& event) override;
+    bool hasChanges() const override;
+    std::expected<bool, std::string> update() override;
+    PictureView picture() const override;
+    TileMap& changed() override { return m_changed; }
+
+  private:
+    X11WindowSource(const X11Connection& connection, xcb_window_t window);
+
+    bool follow();
+    void redirect(xcb_window_t topLevel);
+    void releasePixmap();
+    void awaitFirstPainting();
+
+    const X11Connection& m_connection;
+    xcb_window_t m_window;       // as the user chose it
+    xcb_window_t m_topLevel = 0; // the frame around it
+    xcb_pixmap_t m_pixmap = 0;   // its pixels; 0 while it is not shown
+    PixelRect m_crop;            // the frame's visible part, in pixels of the pixmap
+    std::unique_ptr<X11LivePicture> m_live;
+    TileMap m_changed{1, 1};
+    bool m_isStale = true;    // its size, frame or visibility may have changed
+    bool m_mustPaint = false; // parts of it had no pixels when it was redirected
+};
+
+} // namespace vantro

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "model/TimelineSegment.h"
+
+#include <span>
+#include <vector>
+
+namespace vantro {
+
+/// The parts of `segments` that play between two times of the output, seconds, at the same speeds.
+/// Empty when nothing plays there. `sourceDuration` is the recording's, seconds.
+std::vector<TimelineSegment> segmentsWithin(std::span<const TimelineSegment> segments,
+                                            double sourceDuration, double from, double to);
+
+} // namespace vantro

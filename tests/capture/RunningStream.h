@@ -1,0 +1,52 @@
+#pragma once
+
+#include "capture/Colors.h"
+#include "capture/OwnProcess.h"
+#include "capture/RecordingTarget.h"
+#include "capture/SampleCollector.h"
+
+namespace vantro::test {
+
+/// A running stream from the server that a test gives.
+struct RunningStream {
+    /// The whole main display, or the part of it in `sourceRect`.
+    explicit RunningStream(const XServer& server, std::optional<Rect> sourceRect = {})
+        : platform(connectTo(server)) {
+        const auto display = platform->shareableContent().value().displays.front();
+        const Rect shown = sourceRect.value_or(display.frame);
+        ContentFilter filter;
+        filter.displayID = display.displayID;
+        ScreenStreamConfiguration configuration;
+        configuration.width = static_cast<int>(shown.width) & ~1;
+        configuration.height = static_cast<int>(shown.height) & ~1;
+        configuration.sourceRect = sourceRect;
+        stream = platform->makeScreenStream(filter, configuration).value();
+        stream->startCapture(collector);
+    }
+
+    /// What a user chooses, resolved as a recording does it.
+    RunningStream(const XServer& server, const RecordingChoice& choice)
+        : platform(connectTo(server)) {
+        const auto target = resolveTarget(choice, platform->shareableContent().value());
+        stream = platform->makeScreenStream(target.filter, target.stream).value();
+        stream->startCapture(collector);
+    }
+
+    bool awaitColor(int x, int y, std::uint32_t color) {
+        return collector.awaitSample(
+            [=](const ScreenSample& sample) { return hasColor(*sample.pixels, x, y, color); });
+    }
+    /// Whether any picture so far has this colour at a pixel.
+    bool everHadColor(int x, int y, std::uint32_t color) {
+        for (const auto& sample : collector.samples())
+            if (hasColor(*sample.pixels, x, y, color))
+                return true;
+        return false;
+    }
+
+    std::unique_ptr<CapturePlatform> platform;
+    SampleCollector collector;
+    std::unique_ptr<ScreenStream> stream;
+};
+
+} // namespace vantro::test

@@ -1,0 +1,208 @@
+// Our own windows stay out of screen and area recordings, and presses in them are no clicks.
+#include "capture/RunningStream.h"
+#include "capture/x11/X11ClickMonitor.h"
+#include "support/Eventually.h"
+#include "support/Pointer.h"
+#include "support/TestWindow.h"
+#include "support/XConnection.h"
+
+#include <atomic>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+#include <xcb/composite.h>
+#include <xcb/xinput.h>
+
+namespace vantro {
+namespace {
+
+using test::RunningStream;
+using test::TestWindow;
+using test::XServer;
+
+constexpr std::uint32_t red = 0xd02010;
+constexpr std::uint32_t green = 0x20b040;
+constexpr std::uint32_t blue = 0x1030e0;
+constexpr std::uint32_t white = 0xffffff;
+constexpr std::uint32_t black = 0x000000;
+
+const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = test::ownProcess};
+
+/// What a server may lack.
+class OwnWindowsOn : public testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
+    const XServer server({.missingExtensions = GetParam()});
+    TestWindow lower(server, {0, 0, 640, 240}, red);
+    TestWindow upper(server, {100, 100, 200, 200}, green);
+    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    TestWindow above(server, {60, 60, 20, 20}, blue);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(200, 200, green));
+    upper.fill({80, 80, 10, 10}, blue);
+    lower.fill({300, 70, 10, 10}, green);
+    ASSERT_TRUE(running.collector.awaitSample([](const ScreenSample& sample) {
+        return test::hasColor(*sample.pixels, 184, 184, blue) &&
+               test::hasColor(*sample.pixels, 304, 74, green);
+    }));
+    above.fill(green);
+    ASSERT_TRUE(running.awaitColor(70, 70, green));
+    const auto last = running.collector.samples().back().pixels;
+    EXPECT_TRUE(test::hasColor(*last, 90, 60, red));
+    EXPECT_TRUE(test::hasColor(*last, 60, 300, black)) << "the root's own background";
+    for (const auto& [x, y] : {std::pair{54, 54}, {200, 200}, {340, 340}, {320, 70}})
+        EXPECT_FALSE(running.everHadColor(x, y, white)) << x << ", " << y;
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, OwnWindowsOn,
+                         testing::Values(std::vector<std::string>{},
+                                         std::vector<std::string>{"MIT-SHM"},
+                                         std::vector<std::string>{"DAMAGE"}),
+                         [](const auto& list) {
+                             return list.param.empty() ? std::string("WithEverything")
+                                                       : "Without" + list.param[0].substr(0, 3);
+                         });
+
+TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
+    const XServer server;
+    TestWindow ground(server, {0, 0, 640, 480}, red);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(320, 240, red));
+    for (int round = 0; round < 5; ++round) {
+        TestWindow own(server, {100, 100, 200, 200}, white, ours);
+        ground.fill({10 + 20 * round, 10, 10, 10}, green);
+        ASSERT_TRUE(running.awaitColor(14 + 20 * round, 14, green));
+        for (int step = 0; step < 10; ++step)
+            own.place({100 + 20 * step, 100 + 10 * step, 200 + step, 200});
+        ground.fill({10 + 20 * round, 30, 10, 10}, blue);
+        ASSERT_TRUE(running.awaitColor(14 + 20 * round, 34, blue));
+    }
+    const auto samples = running.collector.samples();
+    EXPECT_GE(samples.size(), 11);
+    for (const auto& sample : samples)
+        for (int y = 100; y < 400; y += 20)
+            for (int x = 100; x < 500; x += 20)
+                ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red)) << x << ", " << y;
+}
+
+/// Keeps all windows apart, as a compositing manager does, but shows none of them.
+struct LazyCompositingManager {
+    explicit LazyCompositingManager(const XServer& server)
+        : connection(test::connectTo(server.display())) {
+        const auto root = test::screenOf(connection).root;
+        const auto owner = xcb_generate_id(connection.get());
+        xcb_create_window(connection.get(), 0, owner, root, -10, -10, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_set_selection_owner(connection.get(), owner, test::atom(connection, "_NET_WM_CM_S0"),
+                                XCB_CURRENT_TIME);
+        std::free(xcb_composite_query_version_reply(
+            connection.get(), xcb_composite_query_version(connection.get(), 0, 4), nullptr));
+        xcb_composite_redirect_subwindows(connection.get(), root, XCB_COMPOSITE_REDIRECT_MANUAL);
+        test::roundTrip(connection);
+    }
+
+    test::XConnection connection;
+};
+
+TEST(OwnWindows, ShowWhatLiesBeneathThemUnderACompositingManager) {
+    const XServer server;
+    const LazyCompositingManager manager(server);
+    TestWindow lower(server, {0, 0, 640, 480}, red);
+    lower.fill({100, 100, 50, 50}, green); // drawn before anybody looks
+    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(200, 200, red));
+    EXPECT_TRUE(running.everHadColor(124, 124, green));
+    lower.fill({200, 200, 50, 50}, blue);
+    ASSERT_TRUE(running.awaitColor(224, 224, blue));
+}
+
+TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, red); // of this process
+    auto platform = connectX11(server.display()).value();
+    const auto content = platform->shareableContent().value();
+    ASSERT_EQ(content.windows.size(), 1);
+    EXPECT_EQ(content.windows[0].bundleIdentifier, ownBundleIdentifier);
+    RecordingChoice choice;
+    choice.displayID = content.displays[0].displayID;
+    const auto target = resolveTarget(choice, content);
+    test::SampleCollector collector;
+    const auto stream = platform->makeScreenStream(target.filter, target.stream).value();
+    stream->startCapture(collector);
+    ASSERT_TRUE(collector.awaitSample([](const ScreenSample&) { return true; }));
+    EXPECT_TRUE(test::hasColor(*collector.samples()[0].pixels, 320, 240, black));
+}
+
+TEST(OwnWindows, DoNotMakeAScreenThatRestsElsewhereCostFrames) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, red);
+    TestWindow own(server, {100, 100, 200, 200}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(200, 200, red));
+    const auto before = running.collector.samples().size();
+    for (int step = 0; step < 50; ++step)
+        own.fill(0x010101U * static_cast<std::uint32_t>(step));
+    const XServer other; // starting it takes a while
+    EXPECT_LE(running.collector.samples().size(), before + 1);
+}
+
+TEST(OwnWindows, TakePressesThatAreNoClicks) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, red);
+    const TestWindow own(server, {100, 100, 200, 200}, white, ours);
+    std::atomic<int> questions = 0;
+    const auto isOwn = [&](std::int64_t process) {
+        ++questions;
+        return process == test::ownProcess;
+    };
+    const auto pointer = connectX11(server.display(), isOwn).value()->makePointerSource().value();
+    std::atomic<int> presses = 0;
+    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
+    test::Pointer hand(server);
+    int outside = 0;
+    for (const int x : {50, 150, 299, 300, 500}) {
+        hand.moveTo(x, 150);
+        const int before = questions;
+        hand.click(1);
+        outside += x < 100 || x >= 300 ? 1 : 0;
+        // The pointer has to stay until the press has been looked at.
+        ASSERT_TRUE(test::eventually([&] { return questions > before && presses == outside; }))
+            << x;
+    }
+}
+
+TEST(ClickMonitor, LosesNoneOfManyPresses) {
+    const XServer server;
+    const auto pointer = test::connectTo(server)->makePointerSource().value();
+    std::atomic<int> presses = 0;
+    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
+    test::Pointer hand(server);
+    constexpr int many = 2000;
+    for (int press = 0; press < many; ++press)
+        hand.click(1);
+    ASSERT_TRUE(test::eventually([&] { return presses >= many; }));
+    EXPECT_EQ(presses, many);
+}
+
+TEST(ClickMonitor, CountsTouchesAsLeftPresses) {
+    constexpr std::uint8_t opcode = 131;
+    xcb_input_raw_button_press_event_t event{};
+    event.response_type = XCB_GE_GENERIC;
+    event.extension = opcode;
+    const auto isPress = [&](MouseButton button, std::uint16_t type, std::uint32_t detail) {
+        event.event_type = type;
+        event.detail = detail;
+        return isPressOf(button, reinterpret_cast<const xcb_generic_event_t&>(event), opcode);
+    };
+    EXPECT_TRUE(isPress(MouseButton::left, XCB_INPUT_RAW_TOUCH_BEGIN, 7)); // the touch's number
+    EXPECT_FALSE(isPress(MouseButton::right, XCB_INPUT_RAW_TOUCH_BEGIN, 3));
+    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_TOUCH_END, 1));
+    EXPECT_TRUE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_PRESS, 1)); // a pen's tip
+    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_RELEASE, 1));
+    event.extension = opcode + 1;
+    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_PRESS, 1));
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,116 @@
+#include "capture/RunningStream.h"
+#include "support/TestWindow.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using test::RunningStream;
+using test::TestWindow;
+using test::XServer;
+
+constexpr std::uint32_t red = 0xd02010;
+constexpr std::uint32_t green = 0x20b040;
+constexpr std::uint32_t blue = 0x1030e0;
+constexpr std::uint32_t black = 0x000000;
+
+RecordingChoice choose(const XServer& server, const TestWindow& window) {
+    const auto content = test::connectTo(server)->shareableContent().value();
+    const auto found = std::ranges::find(content.windows, window.id(), &ShareableWindow::windowID);
+    return {.captureMode = CaptureMode::window,
+            .displayID = content.displays.front().displayID,
+            .captureRect = found->frame,
+            .selectedWindow = *found};
+}
+
+class X11WindowStreamOn : public testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
+    const XServer server({.missingExtensions = GetParam()});
+    TestWindow window(server, {500, 300, 301, 251}, red);
+    TestWindow cover(server, {520, 320, 400, 400}, green);
+    RunningStream running(server, choose(server, window));
+    ASSERT_TRUE(running.awaitColor(100, 100, red));
+    window.fill({200, 200, 20, 20}, blue); // beyond the screen's corner, and covered
+    ASSERT_TRUE(running.awaitColor(210, 210, blue));
+    const auto last = running.collector.samples().back().pixels;
+    EXPECT_EQ(last->width(), 300);
+    EXPECT_EQ(last->height(), 250);
+    EXPECT_TRUE(test::hasColor(*last, 299, 249, red));
+    EXPECT_FALSE(running.everHadColor(100, 100, green)) << "what covers it was in the picture";
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn,
+                         testing::Values(std::vector<std::string>{},
+                                         std::vector<std::string>{"MIT-SHM"},
+                                         std::vector<std::string>{"DAMAGE"}),
+                         [](const auto& list) {
+                             return list.param.empty() ? std::string("WithEverything")
+                                                       : "Without" + list.param[0].substr(0, 3);
+                         });
+
+TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
+    const XServer server;
+    TestWindow window(server, {10, 10, 200, 100}, red);
+    RunningStream running(server, choose(server, window));
+    ASSERT_TRUE(running.awaitColor(100, 50, red));
+    window.place({300, 200, 200, 100});
+    window.fill({0, 0, 200, 100}, green);
+    ASSERT_TRUE(running.awaitColor(100, 50, green));
+    window.place({300, 200, 100, 100}); // shown as the middle 100 × 100 pixels
+    window.fill(blue);
+    ASSERT_TRUE(running.collector.awaitSample([](const ScreenSample& sample) {
+        return test::hasColor(*sample.pixels, 100, 50, blue) &&
+               test::hasColor(*sample.pixels, 46, 50, black) &&
+               test::hasColor(*sample.pixels, 54, 2, blue) &&
+               test::hasColor(*sample.pixels, 154, 50, black);
+    }));
+    window.place({0, 0, 400, 200}); // at half its size
+    window.fill(green);
+    window.fill({0, 0, 200, 200}, red);
+    ASSERT_TRUE(running.collector.awaitSample([](const ScreenSample& sample) {
+        return test::hasColor(*sample.pixels, 96, 50, red) &&
+               test::hasColor(*sample.pixels, 104, 50, green);
+    }));
+    for (const auto& sample : running.collector.samples()) {
+        EXPECT_EQ(sample.pixels->width(), 200);
+        EXPECT_EQ(sample.pixels->height(), 100);
+    }
+}
+
+TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
+    const XServer server;
+    TestWindow window(server, {10, 10, 200, 100}, red);
+    RunningStream running(server, choose(server, window));
+    ASSERT_TRUE(running.awaitColor(100, 50, red));
+    const auto before = running.collector.samples().size();
+    window.hide();
+    const XServer other; // starting it takes a while
+    EXPECT_EQ(running.collector.samples().size(), before);
+    window.show();
+    window.fill(green);
+    ASSERT_TRUE(running.awaitColor(100, 50, green));
+    window.close();
+    EXPECT_EQ(running.collector.awaitError(), "the window was closed");
+    EXPECT_TRUE(test::hasColor(*running.collector.samples().back().pixels, 100, 50, green));
+}
+
+TEST(X11WindowStream, TellsThatThereIsNoSuchWindowOrNoExtensionForIt) {
+    const XServer server;
+    TestWindow window(server, {10, 10, 200, 100}, red);
+    ContentFilter filter;
+    filter.window = window.id();
+    const ScreenStreamConfiguration configuration{.width = 200, .height = 100, .sourceRect = {}};
+    window.close();
+    EXPECT_EQ(test::connectTo(server)->makeScreenStream(filter, configuration).error(),
+              "No window selected");
+    const XServer plain({.missingExtensions = {"Composite"}});
+    EXPECT_EQ(test::connectTo(plain)->makeScreenStream(filter, configuration).error(),
+              "single windows cannot be captured: the display lacks the extension Composite");
+}
+
+} // namespace
+} // namespace vantro

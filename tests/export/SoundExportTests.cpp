@@ -1,0 +1,170 @@
+#include "export/RecordingFixture.h"
+#include "export/VideoExporter.h"
+#include "media/FrameSource.h"
+#include "media/Sound.h"
+#include "model/VantroError.h"
+#include "render/RendererFactory.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <stop_token>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using namespace vantro::testing;
+using test::beepTimes;
+using test::soundOf;
+
+constexpr int frameRate = 60;
+
+/// A recording whose picture flashes white and whose sound beeps in the first tenth of every
+/// second; with `coding` for its sound.
+void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
+                          const std::string& coding = "-c:a aac -b:a 128k -ac 2") {
+    const auto picture = movie.parent_path() / "picture.mov";
+    writeMovie(picture, 160, 90, frameRate, seconds * frameRate, [](PixelBuffer& bgra, int frame) {
+        fill(bgra, frame % frameRate < frameRate / 10 ? Rgb{255, 255, 255} : Rgb{0, 0, 0});
+    });
+    const auto command = fmt::format(
+        "ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
+        "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:d={}\" -c:v copy {} '{}'",
+        picture.string(), seconds, coding, movie.string());
+    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe)
+    std::filesystem::remove(picture);
+}
+
+/// When the picture turns white.
+std::vector<double> flashTimes(const std::filesystem::path& movie) {
+    const auto asset = Asset::open(movie);
+    FrameSource source(asset, asset.tracks(MediaType::video).front().id);
+    std::vector<double> times;
+    bool wasWhite = false;
+    for (int frame = 0; MediaTime{frame, frameRate} < asset.duration(); ++frame) {
+        const auto picture = asBgra(source.frameAt({frame, frameRate})->pixels);
+        const bool isWhite = meanColor(*picture, 80, 45).green > 127;
+        if (isWhite && !wasWhite)
+            times.push_back(static_cast<double>(frame) / frameRate);
+        wasWhite = isWhite;
+    }
+    return times;
+}
+
+EditedRecording edited(const std::filesystem::path& movie, std::vector<TimelineSegment> segments) {
+    auto edit = plainEdit(movie, frameRate);
+    if (!segments.empty())
+        edit.segments = std::move(segments);
+    return edit;
+}
+
+ExportSummary exportTo(const std::filesystem::path& output, const EditedRecording& edit,
+                       const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
+    return VideoExporter(makeRenderer(RendererChoice::software, nullptr))
+        .run(edit, ExportResolution::original, output, progress, stop);
+}
+
+/// What ffprobe says of the file's sound; null when it has none.
+nlohmann::json audioStream(const std::filesystem::path& movie) {
+    for (const auto& stream : probeStreams(movie))
+        if (stream["codec_type"] == "audio")
+            return stream;
+    return {};
+}
+
+TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
+    const TemporaryFolder folder;
+    writeFlashesAndBeeps(folder / "recording.mov", 20);
+    // Every segment begins at a flash; where one does not end at the next, a second is cut.
+    const auto at = [](int from, int to, double speed) {
+        return TimelineSegment{
+            .startFraction = from / 20.0, .endFraction = to / 20.0, .speed = speed};
+    };
+    const auto edit = edited(folder / "recording.mov",
+                             {at(0, 2, 1), at(3, 5, 2), at(6, 7, 0.5), at(7, 8, 1), at(9, 13, 4),
+                              at(14, 15, 0.25), at(15, 17, 1), at(18, 20, 1)});
+    exportTo(folder / "out.mp4", edit);
+
+    const auto flashes = flashTimes(folder / "out.mp4");
+    const auto beeps = beepTimes(soundOf(folder / "out.mp4"));
+    const std::vector<double> boundaries{0, 2, 3, 5, 6, 7, 11, 13};
+    const auto nearest = [](const std::vector<double>& times, double wanted) {
+        return *std::ranges::min_element(times, {},
+                                         [wanted](double time) { return std::abs(time - wanted); });
+    };
+    for (const double boundary : boundaries) {
+        EXPECT_NEAR(nearest(flashes, boundary), boundary, 0.001);
+        EXPECT_NEAR(nearest(beeps, boundary), nearest(flashes, boundary), 0.010);
+    }
+}
+
+TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
+    const TemporaryFolder folder;
+    writeFlashesAndBeeps(folder / "recording.mov", 3, "-c:a pcm_s16le -ac 1 -ar 44100");
+    exportTo(folder / "out.mp4", edited(folder / "recording.mov", {}));
+    const auto sound = audioStream(folder / "out.mp4");
+    EXPECT_EQ(sound["codec_name"], "aac");
+    EXPECT_EQ(sound["profile"], "LC");
+    EXPECT_EQ(sound["sample_rate"], "48000");
+    EXPECT_EQ(sound["channels"], 2);
+    EXPECT_NEAR(std::stod(sound["duration"].get<std::string>()), 3.0, 0.001);
+    EXPECT_NEAR(std::stod(sound["start_time"].get<std::string>()), 0.0, 0.001);
+    std::ifstream file(folder / "out.mp4", std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
+}
+
+TEST(SoundExport, leavesARecordingWithoutSoundSilent) {
+    const TemporaryFolder folder;
+    writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
+    exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30));
+    EXPECT_TRUE(audioStream(folder / "out.mp4").is_null());
+}
+
+TEST(SoundExport, cancelsWithoutATrace) {
+    const TemporaryFolder folder;
+    writeFlashesAndBeeps(folder / "recording.mov", 10);
+    std::stop_source stop;
+    const auto summary = exportTo(
+        folder / "out.mp4", edited(folder / "recording.mov", {}),
+        [&stop](double) { stop.request_stop(); }, stop.get_token());
+    EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+}
+
+/// Overwrites the packets of a stream behind `from` seconds, where they lie in the file.
+void damage(const std::filesystem::path& movie, const std::string& stream, double from) {
+    const auto packets = probePackets(movie, stream);
+    std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);
+    for (const auto& packet : packets) {
+        if (std::stod(packet["pts_time"].get<std::string>()) < from)
+            continue;
+        const std::string rubbish(std::stoul(packet["size"].get<std::string>()), '\x55');
+        file.seekp(std::stol(packet["pos"].get<std::string>()));
+        file.write(rubbish.data(), static_cast<std::streamsize>(rubbish.size()));
+    }
+}
+
+TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
+    const TemporaryFolder folder;
+    writeFlashesAndBeeps(folder / "recording.mov", 4);
+    damage(folder / "recording.mov", "v:0", 2.0);
+    const auto edit = edited(folder / "recording.mov", {});
+    EXPECT_THROW(exportTo(folder / "out.mp4", edit), VantroError);
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
+
+    VideoExporter exporter(makeRenderer(RendererChoice::software, nullptr));
+    exporter.setToleratesDamage(true);
+    const auto summary = exporter.run(edit, ExportResolution::original, folder / "out.mp4", {}, {});
+    EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
+    EXPECT_NEAR(summary.duration, 2.0, 0.05);
+    EXPECT_EQ(flashTimes(folder / "out.mp4"), (std::vector<double>{0, 1}));
+    EXPECT_NEAR(Asset::open(folder / "out.mp4").duration().seconds(), summary.duration, 0.03);
+}
+
+} // namespace
+} // namespace vantro

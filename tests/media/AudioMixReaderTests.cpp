@@ -1,0 +1,196 @@
+#include "Sound.h"
+#include "TestMovies.h"
+#include "media/MediaError.h"
+
+#include <algorithm>
+#include <fstream>
+#include <numeric>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using namespace vantro::test;
+
+/// One stretch of a source, with the rate at which it is played.
+struct Stretch {
+    int from; ///< 1/600 s
+    int to;
+    double speed = 1;
+};
+
+Composition composed(const std::filesystem::path& movie, const std::vector<Stretch>& stretches) {
+    const auto asset = Asset::open(movie);
+    Composition composition(asset);
+    for (const auto& source : asset.tracks(MediaType::audio)) {
+        auto& track = composition.addTrack(MediaType::audio);
+        MediaTime at;
+        for (const auto& [from, to, speed] : stretches) {
+            const MediaTimeRange range{{from, 600}, {to - from, 600}};
+            track.insert(range, source, at);
+            const auto played = MediaTime::fromSeconds(range.duration.seconds() / speed);
+            if (played != range.duration)
+                track.scale({at, range.duration}, played);
+            at = at + played;
+        }
+    }
+    return composition;
+}
+
+/// A beep of 1 kHz in the first twentieth of every second.
+std::string beeps(int seconds, const std::string& rest = "") {
+    return "-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.05)':s=48000:d=" +
+           std::to_string(seconds) + "\" " + rest;
+}
+
+std::string tone(int frequency, int seconds, const std::string& rest = "") {
+    return "-f lavfi -i \"aevalsrc='0.5*sin(2*PI*" + std::to_string(frequency) +
+           "*t)':s=48000:d=" + std::to_string(seconds) + "\" " + rest;
+}
+
+TEST(AudioMixReader, hearsEveryKindOfSourceAtItsLoudness) {
+    const TemporaryFolder folder;
+    const struct {
+        const char* name;
+        const char* coding;
+    } kinds[]{{"mono.wav", "-ar 44100 -ac 1"},
+              {"stereo.m4a", "-af pan='stereo|c0=c0|c1=c0' -c:a aac"},
+              {"high.flac", "-af pan='stereo|c0=c0|c1=c0' -ar 96000 -sample_fmt s32"},
+              {"low.mkv", "-ar 8000 -ac 1 -c:a pcm_u8"},
+              {"opus.webm", "-af pan='stereo|c0=c0|c1=c0' -c:a libopus"}};
+    for (const auto& [name, coding] : kinds) {
+        runFfmpeg(tone(1000, 2, coding), folder / name);
+        const auto sound = soundOf(folder / name);
+        EXPECT_NEAR(secondsOf(sound), 2, 0.03) << name;
+        for (const std::size_t channel : {0U, 1U})
+            EXPECT_NEAR(toneAmplitude(sound, 1000, 0.2, 1.8, channel), 0.5, 0.03) << name;
+    }
+    // All six channels at once are loud, but do not clip: no overtones.
+    runFfmpeg(tone(1000, 1, "-af \"pan=5.1|c0=c0|c1=c0|c2=c0|c3=c0|c4=c0|c5=c0\""),
+              folder / "surround.wav");
+    const auto surround = soundOf(folder / "surround.wav");
+    EXPECT_GT(toneAmplitude(surround, 1000, 0.2, 0.8), 0.3);
+    EXPECT_LT(toneAmplitude(surround, 3000, 0.2, 0.8), 0.01);
+}
+
+TEST(AudioMixReader, hearsBeepsWhereTheFileHasThem) {
+    const TemporaryFolder folder;
+    runFfmpeg(beeps(3, "-c:a pcm_s16le"), folder / "plain.mov");
+    runFfmpeg(beeps(3, "-c:a aac"), folder / "primed.m4a");
+    runFfmpeg("-f lavfi -i color=s=64x64:r=30:d=4 -itsoffset 0.4 " + beeps(3, "-c:a aac"),
+              folder / "late.mp4");
+    runFfmpeg(beeps(3, "-af \"asetpts='PTS+gte(N,24000)*0.25/TB'\" -c:a pcm_s16le"),
+              folder / "gap.mkv");
+    const struct {
+        const char* name;
+        std::vector<double> times;
+    } expected[]{{"plain.mov", {0, 1, 2}},
+                 {"primed.m4a", {0, 1, 2}},
+                 {"late.mp4", {0.4, 1.4, 2.4}},
+                 {"gap.mkv", {0, 1.25, 2.25}}};
+    for (const auto& [name, times] : expected) {
+        const auto heard = beepTimes(soundOf(folder / name));
+        ASSERT_EQ(heard.size(), times.size()) << name;
+        for (std::size_t i = 0; i < times.size(); ++i)
+            EXPECT_NEAR(heard[i], times[i], 0.003) << name;
+    }
+}
+
+TEST(AudioMixReader, keepsThePitchAndExactLengthAtEverySpeed) {
+    const TemporaryFolder folder;
+    runFfmpeg(tone(440, 20), folder / "tone.wav");
+    for (const double speed : {0.25, 0.5, 0.75, 1.5, 2.0, 4.0, 16.0}) {
+        const auto composition = composed(folder / "tone.wav", {{600, 600 * 17, speed}});
+        const auto sound = allSound(composition);
+        const double length = 16 / speed;
+        EXPECT_EQ(sound.size(), composition.duration().rescaled(48'000).value * 2) << speed;
+        EXPECT_NEAR(pitch(sound, 0.05, length - 0.05), 440, 4) << speed;
+        EXPECT_NEAR(toneAmplitude(sound, pitch(sound, 0.05, length - 0.05), 0.1, 0.3), 0.5, 0.1)
+            << speed;
+    }
+}
+
+TEST(AudioMixReader, staysInStepOverFiveHundredSegments) {
+    const TemporaryFolder folder;
+    runFfmpeg(beeps(60), folder / "beeps.wav");
+    std::vector<Stretch> stretches;
+    double length = 0;
+    for (int i = 0; i < 499; ++i) {
+        // None of them holds a beep; lengths and speeds that no sample grid divides.
+        const int from = i % 59 * 600 + 61 + i % 7;
+        stretches.push_back({from, from + 97 + i % 11, i % 3 == 0 ? 1.7 : i % 3 == 1 ? 1 : 0.9});
+        const auto& last = stretches.back();
+        length += std::round((last.to - last.from) / last.speed) / 600;
+    }
+    stretches.push_back({59 * 600, 60 * 600, 1});
+    const auto sound = allSound(composed(folder / "beeps.wav", stretches));
+    EXPECT_EQ(sound.size(), static_cast<std::size_t>(std::lround((length + 1) * 48'000)) * 2);
+    const auto heard = beepTimes(sound);
+    ASSERT_EQ(heard.size(), 1U);
+    EXPECT_NEAR(heard.front(), length, 0.002);
+}
+
+TEST(AudioMixReader, startsEverySegmentWithWhatItsSourceStartsWith) {
+    const TemporaryFolder folder;
+    runFfmpeg(beeps(10), folder / "beeps.wav");
+    // Each segment begins at a beep and lasts a second of the source.
+    const auto heard = beepTimes(allSound(composed(folder / "beeps.wav", {{600, 1200, 2},
+                                                                          {1800, 2400, 0.5},
+                                                                          {2400, 3000, 4},
+                                                                          {3600, 4200, 1},
+                                                                          {4200, 4800, 0.25}})));
+    const std::vector<double> boundaries{0, 0.5, 2.5, 2.75, 3.75};
+    for (const double boundary : boundaries) {
+        const auto nearest = std::ranges::min_element(
+            heard, {}, [boundary](double time) { return std::abs(time - boundary); });
+        ASSERT_NE(nearest, heard.end());
+        EXPECT_NEAR(*nearest, boundary, 0.005);
+    }
+}
+
+TEST(AudioMixReader, cutsWithoutClicksAndJoinsWithoutASeam) {
+    const TemporaryFolder folder;
+    runFfmpeg(tone(100, 5), folder / "tone.wav");
+    const auto steepest = [](const std::vector<float>& sound) {
+        float step = 0;
+        for (std::size_t i = 2; i < sound.size(); ++i)
+            step = std::max(step, std::abs(sound[i] - sound[i - 2]));
+        return step;
+    };
+    // The tone itself rises by 0.0065 a sample, a cut at its crest would jump by up to 1.
+    const auto cut = allSound(composed(
+        folder / "tone.wav", {{100, 603, 1}, {1201, 1802, 2}, {1804, 2102, 0.5}, {2402, 2703, 1}}));
+    EXPECT_LT(steepest(cut), 0.02);
+    const auto whole = allSound(composed(folder / "tone.wav", {{0, 1800, 1}}));
+    const auto split = allSound(composed(folder / "tone.wav", {{0, 601, 1}, {601, 1800, 1}}));
+    EXPECT_EQ(whole, split);
+}
+
+TEST(AudioMixReader, mixesAllTracksAndLimitsTheirSum) {
+    const TemporaryFolder folder;
+    const std::string two = "-map 0:a -map 1:a -c:a pcm_s16le";
+    runFfmpeg(tone(440, 2) + tone(880, 2, two), folder / "two.mov");
+    const auto mixed = soundOf(folder / "two.mov");
+    for (const double frequency : {440.0, 880.0})
+        EXPECT_NEAR(toneAmplitude(mixed, frequency, 0.5, 1.5), 0.5, 0.01) << frequency;
+    runFfmpeg(tone(440, 1) + tone(440, 1,
+                                  "-filter_complex \"[0]volume=1.8[a];[1]volume=1.8[b]\" "
+                                  "-map [a] -map [b] -c:a pcm_s16le"),
+              folder / "loud.mov");
+    const auto loud = soundOf(folder / "loud.mov");
+    EXPECT_LE(*std::ranges::max_element(loud), 1.0F);
+    EXPECT_GE(*std::ranges::min_element(loud), -1.0F);
+}
+
+TEST(AudioMixReader, endsSoonWhenCancelled) {
+    const TemporaryFolder folder;
+    runFfmpeg(tone(440, 5), folder / "tone.wav");
+    AudioMixReader reader(composed(folder / "tone.wav", {{0, 3000, 1}}));
+    EXPECT_TRUE(reader.copyNextBuffer());
+    reader.cancel();
+    EXPECT_FALSE(reader.copyNextBuffer());
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "media/AudioBuffer.h"
+#include "media/AudioMixReader.h"
+
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <numbers>
+#include <optional>
+#include <vector>
+
+namespace vantro::test {
+
+/// Everything that a composition sounds like; interleaved stereo.
+inline std::vector<float> allSound(const Composition& composition) {
+    AudioMixReader reader(composition);
+    std::vector<float> sound;
+    while (const auto buffer = reader.copyNextBuffer())
+        sound.insert(sound.end(), buffer->samples.begin(), buffer->samples.end());
+    return sound;
+}
+
+/// A movie's sound from beginning to end, as a player gives it.
+inline std::vector<float> soundOf(const std::filesystem::path& movie) {
+    const auto asset = Asset::open(movie);
+    Composition composition(asset);
+    for (const auto& track : asset.tracks(MediaType::audio))
+        composition.addTrack(MediaType::audio).insert({{}, asset.duration()}, track, {});
+    return allSound(composition);
+}
+
+inline double secondsOf(const std::vector<float>& sound) {
+    return static_cast<double>(sound.size()) / mixing::channelCount / mixing::sampleRate;
+}
+
+/// The amplitude of a tone of this frequency on one channel between two times (Goertzel).
+inline double toneAmplitude(const std::vector<float>& sound, double frequency, double from,
+                            double to, std::size_t channel = 0) {
+    const auto first = static_cast<std::size_t>(from * mixing::sampleRate);
+    const auto last = static_cast<std::size_t>(to * mixing::sampleRate);
+    const double step = 2 * std::numbers::pi * frequency / mixing::sampleRate;
+    double real = 0;
+    double imaginary = 0;
+    for (auto i = first; i < last; ++i) {
+        const double sample = sound.at(i * mixing::channelCount + channel);
+        real += sample * std::cos(step * static_cast<double>(i));
+        imaginary += sample * std::sin(step * static_cast<double>(i));
+    }
+    return 2 * std::hypot(real, imaginary) / static_cast<double>(last - first);
+}
+
+/// How often the left channel swings per second between two times.
+inline double pitch(const std::vector<float>& sound, double from, double to) {
+    const auto first = static_cast<std::size_t>(from * mixing::sampleRate);
+    const auto last = static_cast<std::size_t>(to * mixing::sampleRate);
+    int rising = 0;
+    for (auto i = first; i + 1 < last; ++i)
+        rising += sound.at(i * 2) < 0 && sound.at(i * 2 + 2) >= 0 ? 1 : 0;
+    return rising / (to - from);
+}
+
+/// When sound begins after at least 30 ms of silence; seconds.
+inline std::vector<double> beepTimes(const std::vector<float>& sound) {
+    constexpr float audible = 0.1F;
+    constexpr std::size_t silence = mixing::sampleRate * 30 / 1000;
+    std::vector<double> times;
+    std::size_t quiet = silence;
+    for (std::size_t i = 0; i * 2 < sound.size(); ++i) {
+        if (std::abs(sound[i * 2]) < audible) {
+            ++quiet;
+            continue;
+        }
+        if (quiet >= silence)
+            times.push_back(static_cast<double>(i) / mixing::sampleRate);
+        quiet = 0;
+    }
+    return times;
+}
+
+} // namespace vantro::test
