@@ -3,6 +3,7 @@
 #include "base/Fatal.h"
 #include "editor/PictureItem.h"
 #include "editor/SymbolProvider.h"
+#include "editor/WindowFitter.h"
 #include "editor/models/EditorModel.h"
 #include "editor/picker/ApplicationIcons.h"
 #include "editor/picker/WindowPickerModel.h"
@@ -17,6 +18,7 @@ namespace vantro {
 
 MainWindow::MainWindow(MainWindowModels models) {
     qmlRegisterType<PictureItem>("Vantro.Native", 1, 0, "PictureItem");
+    qmlRegisterType<WindowFitter>("Vantro.Native", 1, 0, "WindowFitter");
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     m_engine.addImageProvider(QStringLiteral("application"), new ApplicationIcons);

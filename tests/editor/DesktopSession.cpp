@@ -81,6 +81,8 @@ QStringList DesktopSession::xdoOutput(const QStringList& arguments) const {
     xdotool.setProcessEnvironment(environment());
     xdotool.start(QStringLiteral("xdotool"), arguments);
     xdotool.waitForFinished(longestWait);
+    if (xdotool.exitCode() != 0)
+        return {};
     return QString::fromUtf8(xdotool.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
 }
 

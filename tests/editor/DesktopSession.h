@@ -34,6 +34,7 @@ class DesktopSession {
     void clickMain(int x, int y);
     /// For example {"mousemove", "10", "20", "click", "1"}.
     void xdo(const QStringList& arguments) const;
+    /// The lines that it answers; none when it fails.
     QStringList xdoOutput(const QStringList& arguments) const;
 
   private:

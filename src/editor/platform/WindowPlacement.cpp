@@ -47,33 +47,35 @@ void WindowPlacement::noteHome() {
 }
 
 void WindowPlacement::phaseChanged() {
-    const bool aside = m_state.phase() == AppPhase::recording();
-    if (aside == m_isAside)
-        return;
-    if (aside) {
+    const auto phase = m_state.phase().kind;
+    const bool aside = phase == AppPhase::Kind::recording;
+    const bool large = phase == AppPhase::Kind::previewing || phase == AppPhase::Kind::exporting;
+    const bool hasGrown = large && !m_isLarge;
+    const bool comesBack = m_isAside && !aside;
+    m_isLarge = large;
+    if (aside && !m_isAside) {
         m_home = m_window.framePosition();
         m_isAside = true;
         stepAside();
-    } else {
-        m_window.setFramePosition(*m_home);
+    } else if (hasGrown || comesBack) {
         m_isAside = false;
-        // The window takes its new size in the same turn of the event loop.
-        QMetaObject::invokeMethod(this, [this] { moveOntoScreen(); }, Qt::QueuedConnection);
+        goHome();
     }
 }
 
-void WindowPlacement::moveOntoScreen() {
+/// Back to where the window stood, as far as its new size, which it has already, leaves it room.
+void WindowPlacement::goHome() {
     const auto* screen = m_window.screen();
-    if (screen == nullptr || m_isAside)
+    if (screen == nullptr)
         return;
     const auto space = screen->availableGeometry();
-    auto frame = m_window.frameGeometry();
+    QRect frame(m_home.value_or(m_window.framePosition()),
+                m_window.size().grownBy(m_window.frameMargins()));
     frame.moveRight(std::min(frame.right(), space.right()));
     frame.moveBottom(std::min(frame.bottom(), space.bottom()));
     frame.moveLeft(std::max(frame.left(), space.left()));
     frame.moveTop(std::max(frame.top(), space.top()));
-    if (frame.topLeft() != m_window.framePosition())
-        m_window.setFramePosition(frame.topLeft());
+    m_window.setFramePosition(frame.topLeft());
 }
 
 void WindowPlacement::stepAside() {

@@ -26,12 +26,13 @@ class WindowPlacement : public QObject {
     void noteHome();
     void phaseChanged();
     void stepAside();
-    void moveOntoScreen();
+    void goHome();
 
     QWindow& m_window;
     AppState& m_state;
     Preferences& m_preferences;
     bool m_isAside = false;
+    bool m_isLarge = false;
     std::optional<QPoint> m_home; ///< where the window stands when it is not aside
 };
 

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Vantro.Native
 
 // The program's only window: one screen at a time, whose size it takes.
 Window {
@@ -10,31 +11,11 @@ Window {
     required property QtObject windows
     required property QtObject appearance
 
-    readonly property bool resizable: app.screen === "editor"
     readonly property MessageCard card: app.alertShown ? alert.item : app.quitAsked ? quitQuestion.item : app.recoveryOffered && app.screen === "controls" ? recovery.item : null
     readonly property size wanted: Qt.size(
         Math.min(Math.max(screen.implicitWidth, card ? card.wanted.width : 0), Screen.desktopAvailableWidth - 16),
         Math.min(Math.max(screen.implicitHeight, card ? card.wanted.height : 0), Screen.desktopAvailableHeight - 48))
-    // The window manager is told all of a size at once: a maximum below the current size is refused.
-    onWantedChanged: fit()
-    onResizableChanged: fit()
     onCardChanged: if (!card && screen.item) screen.item.forceActiveFocus()
-
-    function fit() {
-        const most = 16777215
-        minimumWidth = 0
-        minimumHeight = 0
-        maximumWidth = most
-        maximumHeight = most
-        if (!resizable || width < wanted.width)
-            width = wanted.width
-        if (!resizable || height < wanted.height)
-            height = wanted.height
-        minimumWidth = resizable ? 760 : wanted.width
-        minimumHeight = resizable ? 480 : wanted.height
-        maximumWidth = resizable ? most : wanted.width
-        maximumHeight = resizable ? most : wanted.height
-    }
 
     width: 340
     height: 120
@@ -42,6 +23,12 @@ Window {
     color: Theme.window
     onClosing: close => close.accepted = app.mayClose()
 
+    WindowFitter {
+        window: window
+        wanted: window.wanted
+        resizable: window.app.screen === "editor"
+        smallest: Qt.size(760, 480)
+    }
     Binding {
         target: Theme
         property: "dark"

@@ -23,8 +23,8 @@ constexpr unsigned mostFrameThreads = 12;
 // A still screen is sharp long before this; below it, text already perfect costs megabits.
 constexpr int finestQuantizer = 10;
 constexpr int mostBFrames = 3;
-// Above this many bits a pixel (1080p60 at 20 Mbit/s has 0.16, 4K60 0.04) B-frames gain nothing that
-// shows (SSIM 0.9993 for 0.9995) and cost a quarter of the time.
+// Above this many bits a pixel (1080p60 at 20 Mbit/s has 0.16, 4K60 0.04) B-frames gain nothing
+// that shows (SSIM 0.9993 for 0.9995) and cost a quarter of the time.
 constexpr double generousBitsPerPixel = 0.1;
 
 void setOption(AVCodecContext& codec, const char* name, const std::string& value) {
