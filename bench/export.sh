@@ -21,7 +21,7 @@ for _ in $(seq "$runs"); do
     measure "$vantro" export "$project" --output "$work/vantro.mp4" --renderer software --force
     echo "$cpu" >>"$work/cpu.vantro"; echo "$wall" >>"$work/wall.vantro"
     measure ffmpeg -nostdin -y -i "$project/recording.mov" -r 60 -pix_fmt yuv420p \
-        -c:v libx264 -preset veryfast -profile:v high -bf 0 -g 120 -qmin 10 -b:v 20M -movflags +faststart \
+        -c:v libx264 -preset veryfast -profile:v high -bf 3 -g 120 -qmin 10 -b:v 20M -movflags +faststart \
         -an "$work/ffmpeg.mp4"
     echo "$cpu" >>"$work/cpu.ffmpeg"; echo "$wall" >>"$work/wall.ffmpeg"
 done

@@ -161,7 +161,8 @@ TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
     exporter.setToleratesDamage(true);
     const auto summary = exporter.run(edit, ExportResolution::original, folder / "out.mp4", {}, {});
     EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
-    EXPECT_NEAR(summary.duration, 2.0, 0.05);
+    EXPECT_NEAR(summary.duration, 2.0,
+                0.15); // a break takes up to three reordered pictures with it
     EXPECT_EQ(flashTimes(folder / "out.mp4"), (std::vector<double>{0, 1}));
     EXPECT_NEAR(Asset::open(folder / "out.mp4").duration().seconds(), summary.duration, 0.03);
 }
