@@ -15,7 +15,8 @@ class AreaOverlay {
     virtual ~AreaOverlay() = default;
 };
 
-/// What an overlay tells; one of the two is called, once, after the overlay has hidden itself.
+/// What an overlay tells; one of the two is called, once, when it has hidden itself. It is still at
+/// work then, so it is destroyed later.
 struct AreaOverlayCallbacks {
     std::function<void(std::uint32_t displayID, Rect rect)> onSelection; ///< global points
     std::function<void()> onCancel;

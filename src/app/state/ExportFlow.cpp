@@ -49,18 +49,16 @@ void ExportFlow::start(ExportJob job) {
     setRunning(true);
     m_tasks.run([this, request, job = std::move(job), runner = m_runner,
                  cancelled = m_cancel.get_token()]() -> TaskRunner::Continuation {
-        std::string failure;
         const auto progress = [this, request](double fraction) {
             m_tasks.onMain([this, request, fraction] { progressed(request, fraction); });
         };
         try {
             runner(job, progress, cancelled);
+            return [this, request, output = job.output] { finished(request, output); };
         } catch (const std::exception& error) {
-            failure = failureText(error, VantroError::Kind::exportFailed);
+            auto failure = failureText(error, VantroError::Kind::exportFailed);
+            return [this, request, failure] { failed(request, failure); };
         }
-        if (cancelled.stop_requested())
-            failure.clear();
-        return [this, request, failure, output = job.output] { ended(request, failure, output); };
     });
 }
 
@@ -69,16 +67,20 @@ void ExportFlow::progressed(int request, double fraction) {
         m_state.setPhase(AppPhase::exporting(std::clamp(fraction, 0.0, 1.0)));
 }
 
-void ExportFlow::ended(int request, const std::string& failure,
-                       const std::filesystem::path& output) {
+void ExportFlow::failed(int request, const std::string& failure) {
+    if (request != m_request)
+        return; // what was cancelled may fail as it likes
+    setRunning(false);
+    m_state.setError(failure, VantroError::Kind::exportFailed);
+    m_state.setPhase(AppPhase::previewing());
+}
+
+void ExportFlow::finished(int request, const std::filesystem::path& output) {
     if (request != m_request)
         return;
     setRunning(false);
-    if (!failure.empty())
-        m_state.setError(failure, VantroError::Kind::exportFailed);
     m_state.setPhase(AppPhase::previewing());
-    if (failure.empty())
-        Q_EMIT exported(QString::fromStdString(output.string()));
+    Q_EMIT exported(QString::fromStdString(output.string()));
 }
 
 void ExportFlow::cancel() {

@@ -32,7 +32,8 @@ class ExportFlow : public QObject {
   private:
     void start(ExportJob job);
     void progressed(int request, double fraction);
-    void ended(int request, const std::string& failure, const std::filesystem::path& output);
+    void failed(int request, const std::string& failure);
+    void finished(int request, const std::filesystem::path& output);
     void setRunning(bool running);
 
     AppState& m_state;

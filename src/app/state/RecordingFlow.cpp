@@ -71,9 +71,14 @@ void RecordingFlow::captureArea() {
     m_services.tasks.onMain([this] {
         if (m_state.phase() != AppPhase::selecting())
             return;
+        // An answer leads to the overlay's end, which must not come while it is answering.
+        auto& tasks = m_services.tasks;
         auto overlay = m_services.overlays.show(
-            {.onSelection = [this](auto displayID, auto rect) { areaSelected(displayID, rect); },
-             .onCancel = [this] { areaCancelled(); }});
+            {.onSelection =
+                 [this, &tasks](auto displayID, auto rect) {
+                     tasks.onMain([this, displayID, rect] { areaSelected(displayID, rect); });
+                 },
+             .onCancel = [this, &tasks] { tasks.onMain([this] { areaCancelled(); }); }});
         if (overlay == nullptr)
             return areaCancelled();
         m_state.setOverlayWindow(std::move(overlay));

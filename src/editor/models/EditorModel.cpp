@@ -13,6 +13,9 @@ EditorModel::EditorModel(AppState& state, StillPreview& preview, Flows flows)
     connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
     connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
     connect(&preview, &StillPreview::durationChanged, this, &EditorModel::durationChanged);
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    connect(&m_refresh, &QTimer::timeout, this, &EditorModel::refreshPreview);
     followState();
     followFlows();
 }
@@ -30,10 +33,8 @@ void EditorModel::followState() {
             const bool isProgress = changed == &AppState::phaseChanged &&
                                     m_state.phase().kind == AppPhase::Kind::exporting;
             // Opening a project writes field after field: one picture follows from all of them.
-            if (m_refreshScheduled || isProgress)
-                return;
-            m_refreshScheduled = true;
-            QMetaObject::invokeMethod(this, &EditorModel::refreshPreview, Qt::QueuedConnection);
+            if (!isProgress)
+                m_refresh.start();
         });
 }
 
@@ -50,7 +51,6 @@ void EditorModel::followFlows() {
 }
 
 void EditorModel::refreshPreview() {
-    m_refreshScheduled = false;
     const auto project = m_state.projectData();
     const auto& recordingURL = m_state.recordingURL();
     const bool shown = m_state.phase().kind == AppPhase::Kind::previewing ||

@@ -4,6 +4,7 @@
 #include "editor/models/MainModel.h"
 
 #include <QStringList>
+#include <QTimer>
 
 namespace vantro {
 
@@ -77,7 +78,7 @@ class EditorModel : public QObject {
     AppState& m_state;
     StillPreview& m_preview;
     Flows m_flows;
-    bool m_refreshScheduled = false;
+    QTimer m_refresh; ///< fires once the event loop is back
     QString m_notice;
 };
 

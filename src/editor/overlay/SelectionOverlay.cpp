@@ -162,15 +162,10 @@ void SelectionOverlay::finish(std::optional<Rect> selection) {
         return;
     m_finished = true;
     hide();
-    QMetaObject::invokeMethod(
-        qGuiApp,
-        [callbacks = m_callbacks, displayID = m_scale.displayID, selection] {
-            if (selection)
-                callbacks.onSelection(displayID, *selection);
-            else
-                callbacks.onCancel();
-        },
-        Qt::QueuedConnection);
+    if (selection)
+        m_callbacks.onSelection(m_scale.displayID, *selection);
+    else
+        m_callbacks.onCancel();
 }
 
 } // namespace vantro

@@ -21,8 +21,7 @@ struct OverlayScale {
 /// Covers one screen, shows it dimmed, and lets the user drag out an area of it.
 ///
 /// With a `backdrop` (what the screen shows, in pixels) the window is opaque and needs no
-/// compositing manager; without one it is translucent. The callbacks come from the event loop, so
-/// the window may be destroyed in them. Main thread.
+/// compositing manager; without one it is translucent. Main thread.
 class SelectionOverlay : public QRasterWindow, public AreaOverlay {
     Q_OBJECT
 

@@ -113,15 +113,11 @@ std::expected<ShareableContent, std::string> listShareableContent() {
 void runExport(const ExportJob& job, const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled) {
     auto renderer = makeRenderer(RendererChoice::automatic);
-    switch (job.format) {
-    case ExportFormat::mp4:
+    if (job.format == ExportFormat::gif)
+        GIFExporter(std::move(renderer)).run(job.recording, job.output, progress, cancelled);
+    else
         VideoExporter(std::move(renderer))
             .run(job.recording, job.resolution, job.output, progress, cancelled);
-        return;
-    case ExportFormat::gif:
-        GIFExporter(std::move(renderer)).run(job.recording, job.output, progress, cancelled);
-        return;
-    }
 }
 
 PreviewSource exportPreview() {

@@ -26,7 +26,7 @@ void handleAtStart(QtMsgType type, const QMessageLogContext&, const QString& mes
     if (type == QtDebugMsg || type == QtInfoMsg)
         return;
     if (firstComplaint().empty())
-        firstComplaint() = message.section(u'\n', 0, 0).toStdString();
+        firstComplaint() = message.section(u'\n', 0, 0).trimmed().toStdString();
     if (type != QtFatalMsg)
         return;
     fmt::print(stderr,

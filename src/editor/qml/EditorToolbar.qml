@@ -25,7 +25,7 @@ Rectangle {
         id: notice
         objectName: "notice"
         anchors { right: actions.left; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
-        width: Math.min(implicitWidth, 200)
+        width: Math.min(implicitWidth, 320)
         elide: Text.ElideMiddle
         text: toolbar.editor.working ? "Working..." : toolbar.editor.notice
         color: Theme.secondaryText
