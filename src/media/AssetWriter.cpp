@@ -68,6 +68,7 @@ struct AssetWriter::Implementation {
     }
 
     std::int64_t framesWritten = 0; ///< once the input is gone
+    std::string encoderName;        ///< once its work is done
 
     void closeFile() {
         framesWritten = video ? video->frameCount() : framesWritten;
@@ -141,6 +142,7 @@ void AssetWriter::finish(std::optional<MediaTime> endTime) {
     try {
         self.video->markAsFinished(endTime);
         self.video->finish();
+        self.encoderName = self.video->encoderName();
         for (auto& track : self.audio)
             track.finish();
         self.muxer->finish();
@@ -166,6 +168,10 @@ void AssetWriter::cancel() {
 std::int64_t AssetWriter::frameCount() const {
     const auto& self = *m_implementation;
     return self.video ? self.video->frameCount() : self.framesWritten;
+}
+
+const std::string& AssetWriter::encoderName() const {
+    return m_implementation->encoderName;
 }
 
 } // namespace vantro
