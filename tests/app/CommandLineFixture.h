@@ -17,9 +17,9 @@ struct Result {
     std::string output; ///< standard output and error together
 };
 
-/// Runs the built program itself, as a shell would.
-inline Result vantro(const std::string& arguments) {
-    const auto command = fmt::format("env -u DISPLAY '{}' {} 2>&1", VANTRO_PROGRAM, arguments);
+/// Runs the built program itself, as a shell would, with `environment` as env(1) takes it.
+inline Result vantro(const std::string& arguments, const std::string& environment = "-u DISPLAY") {
+    const auto command = fmt::format("env {} '{}' {} 2>&1", environment, VANTRO_PROGRAM, arguments);
     FILE* pipe = ::popen(command.c_str(), "r");
     Result result;
     char chunk[4096];
