@@ -1,8 +1,10 @@
 #include "media/av/MovieMuxer.h"
 
+#include "media/MovieRecovery.h"
 #include "media/av/Libraries.h"
 
 #include <new>
+#include <system_error>
 
 extern "C" {
 #include <libavutil/opt.h>
@@ -26,7 +28,7 @@ OutputHandle makeContext(FileType type, const std::string& url) {
 
 MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath,
                        FileType type)
-    : m_shownPath(std::move(shownPath)), m_type(type) {
+    : m_path(file), m_shownPath(std::move(shownPath)), m_type(type) {
     prepareLibraries();
     const std::string url = fileUrl(file);
     AVIOContext* io = nullptr;
@@ -38,6 +40,14 @@ MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path 
         m_context->flags |= AVFMT_FLAG_FLUSH_PACKETS;
 }
 
+void MovieMuxer::keepJournal() {
+    try {
+        m_journal.emplace(m_path);
+    } catch (const std::filesystem::filesystem_error& error) {
+        fail("Cannot write", movieJournalPath(m_path), error.code().message());
+    }
+}
+
 int MovieMuxer::addTrack(const AVCodecContext& encoder) {
     AVStream* stream = avformat_new_stream(m_context.get(), nullptr);
     if (stream == nullptr || avcodec_parameters_from_context(stream->codecpar, &encoder) < 0)
@@ -45,6 +55,8 @@ int MovieMuxer::addTrack(const AVCodecContext& encoder) {
     stream->time_base = encoder.time_base;
     stream->avg_frame_rate = encoder.framerate;
     m_timeBases.push_back(encoder.time_base);
+    if (m_journal)
+        m_journal->add(encoder);
     return stream->index;
 }
 
@@ -61,15 +73,30 @@ void MovieMuxer::begin() {
 void MovieMuxer::write(int track, AVPacket& packet) {
     const std::lock_guard lock(m_writing);
     const AVStream& stream = *m_context->streams[track];
+    const JournalledPacket times{.track = track,
+                                 .pts = packet.pts,
+                                 .dts = packet.dts,
+                                 .duration = packet.duration,
+                                 .isKeyframe = (packet.flags & AV_PKT_FLAG_KEY) != 0};
     packet.stream_index = track;
     av_packet_rescale_ts(&packet, m_timeBases[static_cast<std::size_t>(track)], stream.time_base);
     if (m_type == FileType::mpeg4) {
         check(av_interleaved_write_frame(m_context.get(), &packet));
         return;
     }
+    writeInPlace(packet, times);
+}
+
+/// Appends the packet to what the file holds; the journal tells of it once it is there.
+void MovieMuxer::writeInPlace(AVPacket& packet, const JournalledPacket& times) {
+    auto place = times;
+    place.offset = avio_tell(m_file.get());
     const int result = av_write_frame(m_context.get(), &packet);
     av_packet_unref(&packet);
     check(result);
+    place.size = avio_tell(m_file.get()) - place.offset;
+    if (m_journal)
+        m_journal->add(place);
 }
 
 void MovieMuxer::finish() {
@@ -79,6 +106,11 @@ void MovieMuxer::finish() {
     m_context->pb = nullptr;
     AVIOContext* io = m_file.release();
     check(avio_closep(&io));
+    if (m_journal) {
+        m_journal.reset();
+        std::error_code ignored; // a journal that stays only offers to make whole what is whole
+        std::filesystem::remove(movieJournalPath(m_path), ignored);
+    }
 }
 
 /// The file's own error says more than the muxer's, and reaches some muxers' results late.

@@ -2,9 +2,11 @@
 
 #include "media/AssetWriter.h"
 #include "media/av/Handles.h"
+#include "media/av/MovieJournal.h"
 
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace vantro::av {
@@ -19,6 +21,9 @@ class MovieMuxer {
     /// Creates or empties `file`. `shownPath` stands in the error texts.
     MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath, FileType type);
 
+    /// Keeps a journal beside `file` until it is finished, from which recoverMovie makes it whole
+    /// should the program be killed. For a quickTimeMovie, before `addTrack`.
+    void keepJournal();
     /// A track for what `encoder` makes; its index. Before `begin`.
     int addTrack(const AVCodecContext& encoder);
     void begin();
@@ -29,14 +34,17 @@ class MovieMuxer {
     void finish();
 
   private:
+    void writeInPlace(AVPacket& packet, const JournalledPacket& times);
     void check(int result) const;
 
+    std::filesystem::path m_path;
     std::filesystem::path m_shownPath;
     FileType m_type;
     IoHandle m_file;
     std::mutex m_writing;
     OutputHandle m_context;              // destroyed first: it refers to m_file
     std::vector<AVRational> m_timeBases; ///< the encoders', by track
+    std::optional<MovieJournal> m_journal;
 };
 
 } // namespace vantro::av
