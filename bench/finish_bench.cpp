@@ -1,6 +1,6 @@
 // How long an hour's recording takes to finish, and to recover when its program was killed, beside
 // the ffmpeg program writing the same packets into a new movie. The pictures are tiny, because all
-// that counts here is their number; recovering also copies the media, as ffmpeg does.
+// that counts here is their number; recovering also reads the media, as ffmpeg does.
 
 #include "base/HostClock.h"
 #include "media/AssetWriter.h"

@@ -115,8 +115,9 @@ void recoverMovie(const fs::path& path, std::optional<MediaTime> endTime) try {
     if (movieCondition(path) == MovieCondition::beingWritten)
         av::fail("Cannot recover", path, "It is still being recorded");
     InterruptedMovie movie(path);
-    OutputFile whole(path);
-    av::MovieMuxer muxer(whole.temporaryPath(), path, FileType::quickTimeMovie);
+    // The same muxer given the same packets makes the same bytes: it writes over each what is
+    // there.
+    av::MovieMuxer muxer(path, path, FileType::quickTimeMovie, av::MovieMuxer::Content::kept);
     for (const auto& track : movie.journalled().tracks)
         muxer.addTrack(*track);
     const auto packet = av::makePacket();
@@ -126,12 +127,14 @@ void recoverMovie(const fs::path& path, std::optional<MediaTime> endTime) try {
             break;
         if (count++ == 0)
             muxer.begin();
+        if (muxer.position() != source.offset)
+            av::fail("Cannot recover", path, "its journal does not fit");
         muxer.write(source.track, *packet);
     }
     if (count == 0)
         av::fail("Cannot recover", path, "No picture was recorded");
     muxer.finish();
-    whole.commit();
+    syncToDisk(path);
     fs::remove(movieJournalPath(path));
 } catch (const fs::filesystem_error& error) {
     av::fail("Cannot write", path, error.code().message());

@@ -22,11 +22,10 @@ enum class MovieCondition {
 
 MovieCondition movieCondition(const std::filesystem::path& movie);
 
-/// Makes an interrupted movie whole, in its place: the packets that its journal lists are written
-/// into a new file, with an index, which then replaces it. The last picture stays until `endTime`
-/// at least. What is damaged and all behind it is left out. Needs room for the movie once more;
-/// until the end nothing of the old files is touched, so it may be tried again. Throws MediaError
-/// with path and reason. Any thread; blocks.
+/// Makes an interrupted movie whole, in its place: the packets that its journal lists stay where
+/// they are, and get an index behind them. The last picture stays until `endTime` at least. What is
+/// damaged and all behind it is left out. Needs hardly any room; until the journal goes at the end
+/// it may be tried again. Throws MediaError with path and reason. Any thread; blocks.
 void recoverMovie(const std::filesystem::path& movie, std::optional<MediaTime> endTime = {});
 
 } // namespace vantro

@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "Sound.h"
 #include "TestMovies.h"
 #include "base/Journal.h"
@@ -168,6 +169,26 @@ TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
     expectPictures(movie, 2);
     EXPECT_EQ(writer->frameCount(), 2);
     EXPECT_FALSE(fs::exists(movieJournalPath(movie)));
+}
+
+TEST_F(InterruptedRecording, IsMadeWholeWhereTheDiskWasFull) {
+    begin();
+    appendPictures(20);
+    awaitPackets(19);
+    {
+        const test::FileSizeLimit limit(fs::file_size(movie) + 100);
+        while (writer->append({.pixels = test::paintedNumber(next, width, height, painted),
+                               .presentationTime = {next, 60},
+                               .duration = {}}) ||
+               !writer->hasFailed())
+            ++next;
+        EXPECT_THROW(writer->finish(), MediaError);
+        writer.reset();
+        EXPECT_EQ(movieCondition(movie), MovieCondition::interrupted);
+        EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: File too large"));
+    }
+    recoverMovie(movie);
+    expectPictures(movie, 19);
 }
 
 TEST_F(InterruptedRecording, LeavesNoJournalWhereItIsCancelled) {

@@ -27,12 +27,16 @@ OutputHandle makeContext(FileType type, const std::string& url) {
 } // namespace
 
 MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath,
-                       FileType type)
-    : m_path(file), m_shownPath(std::move(shownPath)), m_type(type) {
+                       FileType type, Content content)
+    : m_path(file), m_shownPath(std::move(shownPath)), m_type(type), m_content(content) {
     prepareLibraries();
     const std::string url = fileUrl(file);
     AVIOContext* io = nullptr;
-    check(avio_open(&io, url.c_str(), AVIO_FLAG_WRITE));
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "truncate", content == Content::fresh ? 1 : 0, 0);
+    const int result = avio_open2(&io, url.c_str(), AVIO_FLAG_WRITE, nullptr, &options);
+    av_dict_free(&options);
+    check(result);
     m_file.reset(io);
     m_context = makeContext(type, url);
     m_context->pb = io;
@@ -90,11 +94,11 @@ void MovieMuxer::write(int track, AVPacket& packet) {
 /// Appends the packet to what the file holds; the journal tells of it once it is there.
 void MovieMuxer::writeInPlace(AVPacket& packet, const JournalledPacket& times) {
     auto place = times;
-    place.offset = avio_tell(m_file.get());
+    place.offset = position();
     const int result = av_write_frame(m_context.get(), &packet);
     av_packet_unref(&packet);
     check(result);
-    place.size = avio_tell(m_file.get()) - place.offset;
+    place.size = position() - place.offset;
     if (m_journal)
         m_journal->add(place);
 }
@@ -103,9 +107,15 @@ void MovieMuxer::finish() {
     check(av_write_trailer(m_context.get()));
     avio_flush(m_file.get());
     check(0);
+    const auto end = position();
     m_context->pb = nullptr;
     AVIOContext* io = m_file.release();
     check(avio_closep(&io));
+    std::error_code error;
+    if (m_content == Content::kept)
+        std::filesystem::resize_file(m_path, static_cast<std::uintmax_t>(end), error);
+    if (error)
+        fail("Cannot write", m_shownPath, error.message());
     if (m_journal) {
         m_journal.reset();
         std::error_code ignored; // a journal that stays only offers to make whole what is whole
