@@ -34,7 +34,7 @@ bool take(std::string_view line, RecordingMetadata& metadata) {
     const auto x = nextNumber(line);
     const auto y = nextNumber(line);
     const auto timestamp = nextNumber(line);
-    if (!timestamp || !line.empty())
+    if (!x || !y || !timestamp || !line.empty())
         return false;
     if (kind == "at") {
         metadata.cursorPositions.push_back({.x = *x, .y = *y, .timestamp = *timestamp});

@@ -46,8 +46,8 @@ std::size_t journalledPackets(const fs::path& movie) {
 class InterruptedRecording : public ::testing::Test {
   protected:
     void begin(const std::vector<AudioSettings>& sound = {}) {
-        writer.emplace(movie, FileType::quickTimeMovie,
-                       VideoSettings{width, height, 20'000'000, 60, 0.5, true}, sound);
+        const VideoSettings video{width, height, 20'000'000, 60, 0.5, true};
+        writer = std::make_unique<AssetWriter>(movie, FileType::quickTimeMovie, video, sound);
         writer->startWriting();
         writer->startSession({0, 1});
     }
@@ -86,7 +86,7 @@ class InterruptedRecording : public ::testing::Test {
 
     const test::TemporaryFolder folder;
     const fs::path movie = folder / "recording.mov";
-    std::optional<AssetWriter> writer;
+    std::unique_ptr<AssetWriter> writer;
     int next = 0;
 };
 
