@@ -29,14 +29,17 @@ bool JournalWriter::append(std::string_view line) {
         return false;
     m_buffer.assign(line);
     m_buffer += '\n';
-    ssize_t written = -1;
-    do
-        written = ::write(m_file.get(), m_buffer.data(), m_buffer.size());
-    while (written < 0 && errno == EINTR);
-    if (written == static_cast<ssize_t>(m_buffer.size()))
-        return true;
-    m_file.reset();
-    return false;
+    for (std::string_view rest = m_buffer; !rest.empty();) {
+        const auto written = ::write(m_file.get(), rest.data(), rest.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0) {
+            m_file.reset();
+            return false;
+        }
+        rest.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 bool isJournalBeingWritten(const std::filesystem::path& path) {

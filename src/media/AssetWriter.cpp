@@ -53,6 +53,15 @@ struct AssetWriter::Implementation {
                                   [this] { replacement = std::make_unique<OutputFile>(output); });
         muxer = std::make_unique<av::MovieMuxer>(
             replacement ? replacement->temporaryPath() : output, output, type);
+        try {
+            addTracks(settings, audioSettings);
+        } catch (...) {
+            removeFile(); // it is ours by now
+            throw;
+        }
+    }
+
+    void addTracks(const VideoSettings& settings, const std::vector<AudioSettings>& audioSettings) {
         if (type == FileType::quickTimeMovie)
             muxer->keepJournal();
         video = std::make_unique<VideoWriterInput>(settings, *muxer, pace);
@@ -71,6 +80,7 @@ struct AssetWriter::Implementation {
     }
 
     std::int64_t framesWritten = 0; ///< once the input is gone
+    std::string encoderName;        ///< once its work is done
 
     void closeFile() {
         framesWritten = video ? video->frameCount() : framesWritten;
@@ -146,6 +156,7 @@ void AssetWriter::finish(std::optional<MediaTime> endTime) {
     try {
         self.video->markAsFinished(endTime);
         self.video->finish();
+        self.encoderName = self.video->encoderName();
         for (auto& track : self.audio)
             track.finish();
         self.muxer->finish();
@@ -171,6 +182,10 @@ void AssetWriter::cancel() {
 std::int64_t AssetWriter::frameCount() const {
     const auto& self = *m_implementation;
     return self.video ? self.video->frameCount() : self.framesWritten;
+}
+
+const std::string& AssetWriter::encoderName() const {
+    return m_implementation->encoderName;
 }
 
 } // namespace vantro

@@ -37,6 +37,8 @@ class VideoWriterInput {
     void cancel();
 
     std::int64_t frameCount() const { return m_frameCount; }
+    /// Once finished.
+    const std::string& encoderName() const { return m_encoder.name(); }
 
   private:
     void run();

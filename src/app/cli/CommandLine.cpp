@@ -57,7 +57,8 @@ int runCommandLine(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exitSuccess : exitUsage;
     }
-    configureLog(verbose ? LogLevel::info : LogLevel::error);
+    // A command itself says what went wrong, once.
+    configureLog(verbose ? LogLevel::info : LogLevel::fatal);
     return runAction(action);
 }
 

@@ -138,7 +138,7 @@ RecordingMetadata finish(ScreenRecorder& recorder, const std::filesystem::path& 
         return recorder.stop();
     } catch (const VantroError& error) {
         throw VantroError(error.kind(),
-                          fmt::format("{}\nTry: vantro recover '{}' --output NAME{}",
+                          fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
                                       error.message(), folder.string(), package::extension));
     }
 }
