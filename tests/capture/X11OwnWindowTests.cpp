@@ -85,6 +85,48 @@ TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
                 ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red)) << x << ", " << y;
 }
 
+TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
+    const XServer server;
+    TestWindow ground(server, {0, 0, 640, 480}, red);
+    TestWindow other(server, {150, 150, 200, 200}, green);
+    TestWindow own(server, {100, 100, 300, 300}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(10, 10, red));
+    for (int step = 0; step < 40; ++step) {
+        own.lower();
+        own.shape({{0, 0, 300, 50 + 5 * step}, {100, 0, 20 + 4 * step, 300}});
+        own.raise();
+        other.shape({{0, 0, 200, 200 - 4 * step}});
+        other.place({150 + step, 150, 200, 200});
+        other.raise();
+        own.raise();
+        ground.fill({10, 10, 10, 10}, step % 2 == 0 ? blue : green);
+    }
+    ground.fill({10, 10, 10, 10}, white);
+    ASSERT_TRUE(running.awaitColor(14, 14, white));
+    for (const auto& sample : running.collector.samples())
+        for (int y = 100; y < 400; y += 20)
+            for (int x = 100; x < 420; x += 20)
+                ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red) ||
+                            test::hasColor(*sample.pixels, x, y, green))
+                    << x << ", " << y;
+}
+
+TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, red);
+    TestWindow beneath(server, {100, 100, 200, 200}, green);
+    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(290, 290, green));
+    beneath.shape({{0, 0, 100, 200}, {100, 150, 100, 50}}); // a corner is cut out
+    ASSERT_TRUE(running.awaitColor(250, 150, red));
+    const auto last = running.collector.samples().back().pixels;
+    EXPECT_TRUE(test::hasColor(*last, 150, 150, green));
+    EXPECT_TRUE(test::hasColor(*last, 250, 270, green));
+    EXPECT_FALSE(running.everHadColor(60, 60, white));
+}
+
 /// Keeps all windows apart, as a compositing manager does, but shows none of them.
 struct LazyCompositingManager {
     explicit LazyCompositingManager(const XServer& server)

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <thread>
 
+#include <xcb/shape.h>
+
 namespace vantro::test {
 namespace {
 
@@ -114,6 +116,18 @@ void TestWindow::place(PixelRect rect) {
                          values);
     roundTrip(m_implementation->connection);
     m_implementation->rect = rect;
+}
+
+void TestWindow::shape(const std::vector<PixelRect>& parts) {
+    std::vector<xcb_rectangle_t> list;
+    for (const PixelRect& part : parts)
+        list.push_back({static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
+                        static_cast<std::uint16_t>(part.width),
+                        static_cast<std::uint16_t>(part.height)});
+    xcb_shape_rectangles(m_implementation->connection.get(), XCB_SHAPE_SO_SET,
+                         XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0,
+                         static_cast<std::uint32_t>(list.size()), list.data());
+    roundTrip(m_implementation->connection);
 }
 
 void TestWindow::raise() {

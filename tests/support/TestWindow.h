@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace vantro::test {
 
@@ -36,6 +37,8 @@ class TestWindow {
     /// Puts it above or below all others.
     void raise();
     void lower();
+    /// Only these parts of it show from now on, in pixels of the window.
+    void shape(const std::vector<PixelRect>& parts);
     void hide();
     void show();
     /// It is gone from the screen when this returns; nothing else may be done with it.

@@ -1,6 +1,7 @@
 #include "capture/x11/X11Underlay.h"
 
 #include "capture/x11/X11Properties.h"
+#include "capture/x11/X11Shape.h"
 
 #include <algorithm>
 #include <cstring>
@@ -57,6 +58,7 @@ void X11Underlay::handle(const xcb_generic_event_t& event) {
         m_isStale = true;
         return;
     default:
+        m_isStale |= isShapeChange(m_connection, event);
         for (const auto& covered : m_covered)
             covered->handle(event);
     }
