@@ -18,6 +18,7 @@ class TestWindow {
         std::string title = {};
         std::string applicationClass = {};
         std::uint32_t process = 0; ///< that it says it belongs to; none when 0
+        bool isBlended = false;    ///< colours are premultiplied 0xAARRGGBB
     };
 
     TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names);

@@ -1,25 +1,43 @@
 #include "capture/x11/X11Underlay.h"
 
-#include "capture/x11/X11Properties.h"
 #include "capture/x11/X11Shape.h"
 
 #include <algorithm>
 #include <cstring>
 #include <ranges>
+#include <string_view>
 
-#include <fmt/format.h>
 #include <xcb/composite.h>
+#include <xcb/xfixes.h>
 
 namespace vantro {
 namespace {
 
-bool hasCompositingManager(const X11Connection& connection) {
-    const xcb_atom_t selection = findAtom(connection, "_NET_WM_CM_S0");
-    if (selection == XCB_ATOM_NONE)
-        return false;
+/// A compositing manager owns this selection for as long as it runs.
+xcb_atom_t watchCompositingManager(const X11Connection& connection) {
+    constexpr std::string_view name = "_NET_WM_CM_S0";
+    const auto reply = connection.await(
+        xcb_intern_atom_reply,
+        xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    const xcb_atom_t selection = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    xcb_discard_reply(connection.get(), xcb_xfixes_query_version(connection.get(), 5, 0).sequence);
+    xcb_xfixes_select_selection_input(
+        connection.get(), connection.root(), selection,
+        XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    return selection;
+}
+
+bool hasOwner(const X11Connection& connection, xcb_atom_t selection) {
     const auto owner = connection.await(xcb_get_selection_owner_reply,
                                         xcb_get_selection_owner(connection.get(), selection));
     return owner && owner->owner != XCB_NONE;
+}
+
+bool isSelectionChange(const X11Connection& connection, const xcb_generic_event_t& event) {
+    return (event.response_type & 0x7f) ==
+           connection.firstEvent(xcb_xfixes_id) + XCB_XFIXES_SELECTION_NOTIFY;
 }
 
 bool touchesAny(PixelRect rect, std::span<const PixelRect> parts) {
@@ -30,7 +48,10 @@ bool touchesAny(PixelRect rect, std::span<const PixelRect> parts) {
 } // namespace
 
 X11Underlay::X11Underlay(const X11Connection& connection, PixelRect area, X11OwnWindows own)
-    : m_connection(connection), m_area(area), m_own(std::move(own)) {
+    : m_connection(connection)
+    , m_area(area)
+    , m_own(std::move(own))
+    , m_compositingManager(watchCompositingManager(connection)) {
     connection.await(xcb_composite_query_version_reply,
                      xcb_composite_query_version(connection.get(), 0, 4));
 }
@@ -58,7 +79,8 @@ void X11Underlay::handle(const xcb_generic_event_t& event) {
         m_isStale = true;
         return;
     default:
-        m_isStale |= isShapeChange(m_connection, event);
+        m_isStale |=
+            isShapeChange(m_connection, event) || isSelectionChange(m_connection, event);
         for (const auto& covered : m_covered)
             covered->handle(event);
     }
@@ -104,7 +126,7 @@ void X11Underlay::updateCovered(const std::vector<X11Placement>& others) {
     std::ranges::transform(m_hidden, std::back_inserter(own),
                            [this](PixelRect rect) { return onScreen(rect); });
     if (!own.empty())
-        m_isComposited = hasCompositingManager(m_connection);
+        m_isComposited = hasOwner(m_connection, m_compositingManager);
     std::vector<std::unique_ptr<X11CoveredWindow>> kept;
     for (const X11Placement& placement : others) {
         if (!touchesAny(placement.rect, own))

@@ -54,7 +54,8 @@ class X11Underlay {
     std::vector<PixelRect> m_hidden;
     std::vector<std::unique_ptr<X11CoveredWindow>> m_covered; // lowest first
     std::unique_ptr<X11Image> m_background; // the root's, of the whole area; while it is needed
-    bool m_isComposited = false;            // a compositing manager blends windows
+    xcb_atom_t m_compositingManager;        // the selection that tells whether one runs
+    bool m_isComposited = false;            // it blends windows
 
     struct Patch {
         PixelRect rect; // in pixels of the picture
