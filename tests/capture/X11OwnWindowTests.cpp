@@ -214,6 +214,49 @@ TEST(OwnWindows, TakePressesThatAreNoClicks) {
     }
 }
 
+/// Takes the pointer for itself until it is destroyed, as a menu does.
+struct PointerGrab {
+    PointerGrab(const XServer& server, xcb_window_t window)
+        : connection(test::connectTo(server.display())) {
+        std::free(xcb_grab_pointer_reply(connection.get(),
+                                         xcb_grab_pointer(connection.get(), 1, window,
+                                                          XCB_EVENT_MASK_BUTTON_PRESS,
+                                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
+                                                          XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+                                         nullptr));
+    }
+
+    test::XConnection connection;
+};
+
+TEST(OwnWindows, MenusStayOutAndTakePressesThatAreNoClicks) {
+    const XServer server;
+    TestWindow ground(server, {0, 0, 640, 480}, red);
+    const auto pointer = test::connectTo(server)->makePointerSource().value();
+    std::atomic<int> presses = 0;
+    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(150, 150, red));
+    test::Pointer hand(server);
+    constexpr int rounds = 20;
+    for (int round = 0; round < rounds; ++round) {
+        TestWindow menu(server, {100, 100, 100, 200}, white, ours);
+        const PointerGrab grab(server, menu.id());
+        hand.moveTo(400, 150);
+        hand.click(1); // beside it
+        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 1; }));
+        hand.moveTo(150, 150);
+        hand.click(1);
+        menu.close();  // at once, before anybody can have looked what the pointer was over
+        hand.click(1); // where the menu was; looked at after the press before
+        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 2; }));
+    }
+    EXPECT_EQ(presses, 2 * rounds);
+    ground.fill({10, 10, 10, 10}, blue);
+    ASSERT_TRUE(running.awaitColor(14, 14, blue));
+    EXPECT_FALSE(running.everHadColor(150, 150, white));
+}
+
 TEST(ClickMonitor, LosesNoneOfManyPresses) {
     const XServer server;
     const auto pointer = test::connectTo(server)->makePointerSource().value();
