@@ -81,14 +81,13 @@ TestWindow::TestWindow(const XServer& server, PixelRect rect, std::uint32_t colo
     xcb_create_colormap(self.connection.get(), XCB_COLORMAP_ALLOC_NONE, colors, screen.root,
                         visual);
     const std::uint32_t values[] = {color, 0, 1, colors};
-    xcb_create_window(self.connection.get(), names.isBlended ? 32 : screen.root_depth, self.window,
-                      screen.root, static_cast<std::int16_t>(rect.x),
-                      static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
-                      static_cast<std::uint16_t>(rect.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                          XCB_CW_COLORMAP,
-                      values);
+    xcb_create_window(
+        self.connection.get(), names.isBlended ? 32 : screen.root_depth, self.window, screen.root,
+        static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+        static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height), 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
+        values);
     if (!names.title.empty())
         setText(self.connection, self.window, XCB_ATOM_WM_NAME, names.title);
     if (!names.applicationClass.empty())

@@ -141,14 +141,13 @@ bool X11ClickMonitor::isOverOwnWindow() {
     if (!pointer)
         return false;
     m_own.forget(); // windows may have moved into others
+    if (pointer->child != XCB_NONE && m_own.isOwn(pointer->child))
+        return true;
     const PixelRect place{pointer->root_x, pointer->root_y, 1, 1};
-    return std::ranges::any_of(m_ownWindows,
-                               [&](const X11Placement& each) {
-                                   return each.window == pointer->child ||
-                                          (intersection(each.rect, place).width > 0 &&
-                                           isClosing(each.window));
-                               }) ||
-           (pointer->child != XCB_NONE && m_own.isOwn(pointer->child));
+    return std::ranges::any_of(m_ownWindows, [&](const X11Placement& each) {
+        return each.window == pointer->child || // and is being destroyed
+               (intersection(each.rect, place).width > 0 && isClosing(each.window));
+    });
 }
 
 void X11ClickMonitor::run(const std::stop_token& stop) {
