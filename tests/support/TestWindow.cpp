@@ -135,6 +135,14 @@ void TestWindow::place(PixelRect rect) {
     m_implementation->rect = rect;
 }
 
+void TestWindow::setIcons(const std::vector<std::uint32_t>& property) {
+    const auto& connection = m_implementation->connection;
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, id(),
+                        atom(connection, "_NET_WM_ICON"), XCB_ATOM_CARDINAL, 32,
+                        static_cast<std::uint32_t>(property.size()), property.data());
+    roundTrip(connection);
+}
+
 void TestWindow::shape(const std::vector<PixelRect>& parts) {
     std::vector<xcb_rectangle_t> list;
     for (const PixelRect& part : parts)

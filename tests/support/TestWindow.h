@@ -38,6 +38,8 @@ class TestWindow {
     /// Puts it above or below all others.
     void raise();
     void lower();
+    /// What it carries as _NET_WM_ICON.
+    void setIcons(const std::vector<std::uint32_t>& property);
     /// Only these parts of it show from now on, in pixels of the window.
     void shape(const std::vector<PixelRect>& parts);
     void hide();

@@ -2,6 +2,7 @@
 #include "capture/x11/X11Content.h"
 #include "capture/x11/X11OwnWindows.h"
 #include "capture/x11/X11Properties.h"
+#include "capture/x11/X11WindowIcon.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -94,7 +95,8 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
                                                                    : className,
                            .frame = geometry.toPoints(*rect),
                            .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-                                         !isHidden(connection, window)};
+                                         !isHidden(connection, window),
+                           .icon = windowIcon(connection, window)};
 }
 
 } // namespace
