@@ -11,6 +11,7 @@
 namespace vantro {
 namespace {
 
+using namespace std::chrono_literals;
 using test::CompositingManager;
 using test::RunningStream;
 using test::TestWindow;
@@ -52,6 +53,38 @@ TEST_P(UnderACompositingManager, OwnWindowsShowWhatLiesBeneathThem) {
     ASSERT_TRUE(running.awaitColor(604, 14, blue));
     for (const auto& [x, y] : {std::pair{54, 54}, {200, 200}, {340, 340}, {440, 410}})
         EXPECT_FALSE(running.everHadColor(x, y, white)) << x << ", " << y;
+}
+
+TEST_P(UnderACompositingManager, NeitherShadowsNorTheFadingOfOwnWindowsShow) {
+    const XServer server;
+    const CompositingManager manager(server, GetParam());
+    TestWindow ground(server, {0, 0, 640, 480}, white);
+    TestWindow other(server, {20, 20, 40, 40}, red);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitLatestColor(320, 240, white)); // it has faded in
+    const auto first = running.collector.samples().size();
+    // A manager that is busy fading misses what is drawn meanwhile: draws until it shows.
+    const auto showsAs = [&](std::uint32_t color) {
+        return test::eventually([&] {
+            other.fill(color);
+            const auto latest = running.collector.latest();
+            return test::hasColor(*latest, 40, 40, color);
+        });
+    };
+    for (int round = 0; round < 3; ++round) {
+        TestWindow own(server, {200, 200, 200, 100}, blue, ours);
+        ASSERT_TRUE(showsAs(green));
+        own.close();
+        ASSERT_TRUE(showsAs(red));
+    }
+    const auto start = hostNow(); // until all has faded, and longer
+    for (std::uint32_t step = 0; hostNow() - start < 700ms; ++step)
+        other.fill(step % 2 == 0 ? green : red);
+    const auto samples = running.collector.samples();
+    for (auto index = first; index < samples.size(); ++index)
+        for (int y = 150; y < 350; y += 10)
+            for (int x = 150; x < 450; x += 10)
+                ASSERT_TRUE(test::hasColor(*samples[index].pixels, x, y, white)) << x << ", " << y;
 }
 
 TEST_P(UnderACompositingManager, OwnWindowsStayOutWhenItStartsAndStopsInBetween) {

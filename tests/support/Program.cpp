@@ -35,8 +35,9 @@ std::vector<std::string> environmentOn(const std::string& display) {
 
 std::vector<std::string> commandOf(const std::string& manager) {
     if (manager == "picom") // whatever the user's settings say
-        return {"picom", "--config", "/dev/null", "--backend", "xrender"};
-    return {manager};
+        return {"picom",    "--config",        "/dev/null", "--backend", "xrender",
+                "--shadow", "--shadow-radius", "12",        "--fading"};
+    return {manager, "-c", "-f"}; // soft shadows, and fading
 }
 
 } // namespace

@@ -23,8 +23,8 @@ class Program {
     pid_t m_process = -1;
 };
 
-/// A real compositing manager, which blends the windows of a display from when it is constructed
-/// until it is destroyed.
+/// A real compositing manager, which blends the windows of a display, puts shadows around them and
+/// lets them fade when they go, from when it is constructed until it is destroyed.
 class CompositingManager {
   public:
     /// "picom" or "xcompmgr". Throws std::runtime_error when it does not start.

@@ -1,5 +1,8 @@
 #include "capture/x11/X11Shape.h"
 
+#include <algorithm>
+#include <span>
+
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
@@ -34,11 +37,13 @@ class ShapeRegion {
             xcb_xfixes_fetch_region_reply, xcb_xfixes_fetch_region(m_connection.get(), m_region));
         if (!reply)
             return {};
+        const std::span rectangles(
+            xcb_xfixes_fetch_region_rectangles(reply.get()),
+            static_cast<std::size_t>(xcb_xfixes_fetch_region_rectangles_length(reply.get())));
         std::vector<PixelRect> all;
-        const auto* first = xcb_xfixes_fetch_region_rectangles(reply.get());
-        for (int index = 0; index < xcb_xfixes_fetch_region_rectangles_length(reply.get()); ++index)
-            all.push_back(
-                {first[index].x, first[index].y, first[index].width, first[index].height});
+        std::ranges::transform(rectangles, std::back_inserter(all), [](const auto& each) {
+            return PixelRect{each.x, each.y, each.width, each.height};
+        });
         return all;
     }
 
