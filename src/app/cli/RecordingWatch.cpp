@@ -59,7 +59,7 @@ std::string_view rawValue(RecordingEnd end) {
     return names.at(static_cast<std::size_t>(end));
 }
 
-std::optional<std::uint64_t> parseByteSize(std::string_view text) {
+std::optional<std::uint64_t> parseByteSize(const std::string& text) {
     double number = 0;
     const char* const end = text.data() + text.size();
     const auto [next, error] = std::from_chars(text.data(), end, number, std::chars_format::fixed);

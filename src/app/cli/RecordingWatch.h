@@ -25,7 +25,7 @@ std::string_view rawValue(RecordingEnd end);
 
 /// A size in bytes: a positive number and perhaps k, M, G or T for powers of 1000, with or without
 /// a B, in any case ("500M", "1.5 GB"). Nothing for any other text and for less than one byte.
-std::optional<std::uint64_t> parseByteSize(std::string_view text);
+std::optional<std::uint64_t> parseByteSize(const std::string& text);
 
 /// Shows on the terminal how a recording goes, until it is interrupted, reaches a limit or cannot
 /// go on. The size of `movie` is looked at a few times a second, so it ends a little above.

@@ -36,7 +36,7 @@ std::filesystem::path executableOf(const X11Connection& connection, xcb_window_t
 
 /// The second of the property's two strings, each of which ends with a zero byte.
 std::string windowClass(const X11Connection& connection, xcb_window_t window) {
-    const std::string both = textProperty(connection, window, "WM_CLASS");
+    std::string both = textProperty(connection, window, "WM_CLASS");
     const auto start = both.find('\0');
     if (start == std::string::npos)
         return both;
