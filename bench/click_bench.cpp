@@ -53,15 +53,6 @@ struct Disconnect {
 };
 using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
 
-Connection connectToDisplay() {
-    Connection connection(xcb_connect(nullptr, nullptr));
-    if (xcb_connection_has_error(connection.get()) != 0) {
-        std::fprintf(stderr, "click_bench: cannot open the display\n");
-        std::exit(1);
-    }
-    return connection;
-}
-
 const xcb_screen_t& screenOf(const Connection& connection) {
     return *xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
 }
@@ -115,8 +106,12 @@ void print(const char* what, std::vector<double> errors) {
 
 int main(int argc, char** argv) {
     const int count = argc > 1 ? std::max(1, std::atoi(argv[1])) : 100;
-    const Connection hand = connectToDisplay();
-    const Connection listener = connectToDisplay();
+    const Connection hand(xcb_connect(nullptr, nullptr));
+    const Connection listener(xcb_connect(nullptr, nullptr));
+    if (xcb_connection_has_error(hand.get()) != 0) {
+        std::fprintf(stderr, "click_bench: cannot open the display\n");
+        return 1;
+    }
     selectRawPresses(listener);
     const auto& screen = screenOf(hand);
     const auto platform = connectX11().value();

@@ -215,7 +215,9 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     command
         ->add_option_function<std::string>(
             "--max-size",
-            [options](const std::string& text) { options->limits.bytes = parseByteSize(text); },
+            [&limits = options->limits](const std::string& text) {
+                limits.bytes = parseByteSize(text);
+            },
             "Stop when the movie is about this large, for example 500M or 2G")
         ->type_name("SIZE")
         ->check([](const std::string& text) {
