@@ -14,11 +14,13 @@ finish() {
 }
 trap finish EXIT
 
-# start_display WIDTHxHEIGHT: sets DISPLAY to a fresh private X server.
+# start_display WIDTHxHEIGHT [ARGUMENTS]: sets DISPLAY to a fresh private X server.
 start_display() {
-    local pipe=$work/display
+    local pipe=$work/display size=$1
+    shift
+    rm -f "$pipe"
     mkfifo "$pipe"
-    Xvfb -displayfd 9 -screen 0 "$1x24" -nolisten tcp -noreset 9>"$pipe" 2>/dev/null &
+    Xvfb -displayfd 9 -screen 0 "${size}x24" -nolisten tcp -noreset "$@" 9>"$pipe" 2>/dev/null &
     pids+=($!)
     local number
     read -r number <"$pipe"

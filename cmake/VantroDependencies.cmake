@@ -11,7 +11,8 @@ pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
   libavformat libavcodec libavutil libswscale libswresample)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
-  xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res)
+  xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res
+  xcb-shape)
 pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widgets)

@@ -22,7 +22,7 @@ class FramePacer {
 
   private:
     HostDuration m_interval;
-    HostTime m_deadline{};
+    HostTime m_deadline;
 };
 
 } // namespace vantro

@@ -58,8 +58,8 @@ void scalePicture(const PictureView& source, std::uint8_t* destination, std::ptr
             for (const float weight : column.weights)
                 for (float& sum : sums)
                     sum += weight * *sample++;
-            for (const float sum : sums)
-                *pixel++ = static_cast<std::uint8_t>(sum + 0.5F);
+            for (const float sum : sums)                          // from 0 to 255
+                *pixel++ = static_cast<std::uint8_t>(sum + 0.5F); // NOLINT(*-incorrect-roundings)
         }
         destination += stride;
     }

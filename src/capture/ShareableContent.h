@@ -3,6 +3,7 @@
 #include "model/Geometry.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,14 @@ struct ShareableDisplay {
     bool isMain = false;
 };
 
+/// A small picture that stands for a window.
+struct WindowIcon {
+    int width = 0; ///< pixels
+    int height = 0;
+    std::vector<std::uint32_t> pixels; ///< premultiplied 0xAARRGGBB, row by row from the top
+    bool operator==(const WindowIcon&) const = default;
+};
+
 /// A window that can be recorded.
 struct ShareableWindow {
     std::uint32_t windowID = 0;
@@ -29,6 +38,7 @@ struct ShareableWindow {
     std::string bundleIdentifier;
     Rect frame; ///< with its title bar and borders; global points, top-left origin
     bool isOnScreen = false;
+    std::shared_ptr<const WindowIcon> icon = nullptr; ///< null: it gives itself none
 };
 
 /// What can be recorded at one moment. A plain record.

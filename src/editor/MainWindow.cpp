@@ -21,7 +21,10 @@ MainWindow::MainWindow(MainWindowModels models) {
     qmlRegisterType<WindowFitter>("Vantro.Native", 1, 0, "WindowFitter");
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-    m_engine.addImageProvider(QStringLiteral("application"), new ApplicationIcons);
+    m_engine.addImageProvider(
+        QStringLiteral("application"),
+        new ApplicationIcons(
+            [&windows = models.windows](const QString& name) { return windows.icon(name); }));
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vantro/Main.qml")));
     const auto object = [](QObject& model) { return QVariant::fromValue(&model); };
     m_window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(

@@ -1,5 +1,6 @@
 // `vantro record` run as a user runs it, on a private X server; the projects it makes looked into.
 #include "app/ProjectPackage.h"
+#include "app/cli/RecordingWatch.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "export/RecordingFixture.h"
@@ -9,6 +10,8 @@
 #include <csignal>
 #include <cstdio>
 #include <functional>
+#include <random>
+#include <thread>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -36,10 +39,12 @@ struct Result {
 
 class RecordCommand : public ::testing::Test {
   protected:
-    /// Runs the program to its end; `onFirstFrame` is called as soon as it records.
-    Result record(const std::string& arguments, const std::function<void()>& onFirstFrame = {}) {
+    /// Runs the program to its end; `onFirstFrame` is called as soon as it records. The shell does
+    /// `before` first.
+    Result record(const std::string& arguments, const std::function<void()>& onFirstFrame = {},
+                  const std::string& before = "") {
         const auto command = fmt::format(
-            "DISPLAY={} TMPDIR='{}' exec '{}' record --verbose --output '{}' {} 2>&1",
+            "{} DISPLAY={} TMPDIR='{}' exec '{}' record --verbose --output '{}' {} 2>&1", before,
             server.display(), folder.path().string(), VANTRO_PROGRAM, project.string(), arguments);
         FILE* pipe = ::popen(command.c_str(), "r");
         Result result;
@@ -56,7 +61,7 @@ class RecordCommand : public ::testing::Test {
 
     std::vector<VideoFrame> frames() const { return test::framesOf(project / "recording.mov"); }
 
-    const XServer server;
+    XServer server;
     TemporaryFolder folder;
     std::filesystem::path project = folder / "made.vantro";
 };
@@ -116,6 +121,70 @@ TEST_F(RecordCommand, WaitsBeforeItStarts) {
     EXPECT_THAT(result.output, HasSubstr("\"cpuPercent\":"));
 }
 
+/// Paints coloured blocks all over a window for as long as it lives, which no encoder packs well.
+class Painting {
+  public:
+    explicit Painting(TestWindow& window)
+        : m_thread([&window](const std::stop_token& stop) {
+            std::mt19937 random(1);
+            while (!stop.stop_requested()) {
+                const int x = static_cast<int>(random() % 620);
+                const int y = static_cast<int>(random() % 460);
+                window.fill({x, y, 20, 20}, random() & 0xffffff);
+            }
+        }) {}
+
+  private:
+    std::jthread m_thread;
+};
+
+TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
+    TestWindow window(server, {0, 0, 640, 480}, red);
+    const Painting painting(window);
+    const auto result = record("--max-size 0.7MB --seconds 30");
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("MB (the size limit)"));
+    const auto size = std::filesystem::file_size(project / "recording.mov");
+    EXPECT_GE(size, 700'000);
+    EXPECT_LE(size, 4'000'000) << "what a quarter of a second adds, and more";
+    EXPECT_GT(frames().size(), 2);
+}
+
+TEST_F(RecordCommand, KeepsTheMovieUpToWhereTheServerDied) {
+    const TestWindow window(server, {0, 0, 640, 480}, green);
+    const auto result = record("--seconds 30 --json", [&] { server.crash(); });
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("\"endedBy\":\"streamStopped\""));
+    EXPECT_THAT(result.output, HasSubstr("the connection to the display was lost; the recording"));
+    EXPECT_TRUE(hasColor(*frames().at(0).pixels, 320, 240, green, codingTolerance));
+}
+
+TEST_F(RecordCommand, EndsWithTheReasonWhenTheDiskIsFull) {
+    TestWindow window(server, {0, 0, 640, 480}, red);
+    const Painting painting(window);
+    // The shell lets files grow to 400 blocks of 512 bytes.
+    const auto result = record("--seconds 30", {}, "trap '' XFSZ; ulimit -f 400;");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr("recording.mov: File too large"));
+    EXPECT_FALSE(std::filesystem::exists(project)) << "nothing half-made";
+    std::uintmax_t kept = 0;
+    for (const auto& each : std::filesystem::recursive_directory_iterator(folder.path()))
+        if (each.path().filename() == "recording.mov")
+            kept = each.file_size();
+    EXPECT_GT(kept, 100'000) << "what was recorded lies where the message says";
+}
+
+TEST(ByteSize, MayHaveAUnit) {
+    EXPECT_EQ(parseByteSize("800000"), 800'000);
+    EXPECT_EQ(parseByteSize("500M"), 500'000'000);
+    EXPECT_EQ(parseByteSize("1.5 gb"), 1'500'000'000);
+    EXPECT_EQ(parseByteSize("2T"), 2'000'000'000'000);
+    EXPECT_EQ(parseByteSize("0.5k"), 500);
+    for (const auto* wrong : {"", "M", "0", "-5M", "500X", "500MM", "5 0M", "1e9", "nan", "inf",
+                              "0.5", "10000000T", "500M "})
+        EXPECT_FALSE(parseByteSize(wrong)) << wrong;
+}
+
 TEST_F(RecordCommand, SaysWhatIsWrongWithWhatIsSelected) {
     const struct {
         const char* arguments;
@@ -131,6 +200,8 @@ TEST_F(RecordCommand, SaysWhatIsWrongWithWhatIsSelected) {
         {"--mode window --window 12345", 1, "No window selected"},
         {"--mode window --window-title nothing", 1, "No window selected"},
         {"--display 1", 1, "Display not found"},
+        {"--max-size 0", 2, "--max-size: 0 is no size such as 500M"},
+        {"--max-size=-2G", 2, "-2G is no size"},
     };
     for (const auto& [arguments, exitCode, message] : cases) {
         const auto result = record(std::string(arguments) + " --seconds 0.2");

@@ -4,6 +4,7 @@
 #include "capture/OwnProcess.h"
 #include "capture/RecordingTarget.h"
 #include "capture/SampleCollector.h"
+#include "support/Eventually.h"
 
 namespace vantro::test {
 
@@ -35,6 +36,13 @@ struct RunningStream {
     bool awaitColor(int x, int y, std::uint32_t color) {
         return collector.awaitSample(
             [=](const ScreenSample& sample) { return hasColor(*sample.pixels, x, y, color); });
+    }
+    /// As soon as the newest picture has the colour.
+    bool awaitLatestColor(int x, int y, std::uint32_t color) {
+        return eventually([=, this] {
+            const auto latest = collector.latest();
+            return latest && hasColor(*latest, x, y, color);
+        });
     }
     /// Whether any picture so far has this colour at a pixel.
     bool everHadColor(int x, int y, std::uint32_t color) {

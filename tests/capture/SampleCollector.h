@@ -54,6 +54,12 @@ class SampleCollector final : public ScreenStreamOutput {
         return m_error;
     }
 
+    /// Null before the first.
+    std::shared_ptr<const PixelBuffer> latest() {
+        const std::lock_guard lock(m_mutex);
+        return m_samples.empty() ? nullptr : m_samples.back().pixels;
+    }
+
     std::vector<ScreenSample> samples() {
         const std::lock_guard lock(m_mutex);
         return m_samples;

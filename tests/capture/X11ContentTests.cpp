@@ -73,6 +73,52 @@ TEST(X11Content, ListsWindowsFrontToBackWithTheirNames) {
     EXPECT_TRUE(windows[1].isOnScreen);
 }
 
+void addIcon(std::vector<std::uint32_t>& property, std::uint32_t width, std::uint32_t height,
+             std::uint32_t color) {
+    property.insert(property.end(), {width, height});
+    property.insert(property.end(), std::size_t{width} * height, color);
+}
+
+TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
+    const XServer server;
+    TestWindow window(server, {0, 0, 200, 200}, 0);
+    const auto icon = [&] { return contentOf(server).windows.at(0).icon; };
+    EXPECT_EQ(icon(), nullptr);
+    std::vector<std::uint32_t> property;
+    addIcon(property, 16, 16, 0xff000010);
+    addIcon(property, 48, 40, 0xff000048);
+    window.setIcons(property);
+    ASSERT_NE(icon(), nullptr);
+    EXPECT_EQ(icon()->width, 48);
+    EXPECT_EQ(icon()->height, 40);
+    addIcon(property, 256, 256, 0xff000256);
+    addIcon(property, 64, 64, 0x80ff4001);
+    property.back() = 0x00ffffff;
+    addIcon(property, 32, 32, 0xff000032);
+    window.setIcons(property);
+    EXPECT_EQ(icon()->width, 64);
+    ASSERT_EQ(icon()->pixels.size(), 64 * 64);
+    EXPECT_EQ(icon()->pixels[0], 0x80802001) << "half of each channel, rounded";
+    EXPECT_EQ(icon()->pixels.back(), 0) << "what is transparent has no colour";
+}
+
+TEST(X11Content, StopsAtAnIconThatCannotBe) {
+    const XServer server;
+    TestWindow window(server, {0, 0, 200, 200}, 0);
+    for (const auto& [width, height] :
+         {std::pair{0U, 64U}, {64U, 0U}, {65536U, 65536U}, {0xffffffffU, 1U}, {100U, 100U}}) {
+        std::vector<std::uint32_t> property;
+        addIcon(property, 16, 16, 0xff000010);
+        property.insert(property.end(), {width, height, 1, 2, 3}); // with too few pixels
+        window.setIcons(property);
+        const auto icon = contentOf(server).windows.at(0).icon;
+        ASSERT_NE(icon, nullptr);
+        EXPECT_EQ(icon->width, 16);
+        window.setIcons({width, height});
+        EXPECT_EQ(contentOf(server).windows.at(0).icon, nullptr);
+    }
+}
+
 TEST(X11Content, TellsWhyADisplayCannotBeRecorded) {
     EXPECT_EQ(connectX11(":4711").error(), "cannot open display :4711");
     EXPECT_EQ(connectX11("nonsense").error(), "cannot open display nonsense");

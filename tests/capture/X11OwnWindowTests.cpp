@@ -85,6 +85,48 @@ TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
                 ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red)) << x << ", " << y;
 }
 
+TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
+    const XServer server;
+    TestWindow ground(server, {0, 0, 640, 480}, red);
+    TestWindow other(server, {150, 150, 200, 200}, green);
+    TestWindow own(server, {100, 100, 300, 300}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(10, 10, red));
+    for (int step = 0; step < 40; ++step) {
+        own.lower();
+        own.shape({{0, 0, 300, 50 + 5 * step}, {100, 0, 20 + 4 * step, 300}});
+        own.raise();
+        other.shape({{0, 0, 200, 200 - 4 * step}});
+        other.place({150 + step, 150, 200, 200});
+        other.raise();
+        own.raise();
+        ground.fill({10, 10, 10, 10}, step % 2 == 0 ? blue : green);
+    }
+    ground.fill({10, 10, 10, 10}, white);
+    ASSERT_TRUE(running.awaitColor(14, 14, white));
+    for (const auto& sample : running.collector.samples())
+        for (int y = 100; y < 400; y += 20)
+            for (int x = 100; x < 420; x += 20)
+                ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red) ||
+                            test::hasColor(*sample.pixels, x, y, green))
+                    << x << ", " << y;
+}
+
+TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, red);
+    TestWindow beneath(server, {100, 100, 200, 200}, green);
+    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(290, 290, green));
+    beneath.shape({{0, 0, 100, 200}, {100, 150, 100, 50}}); // a corner is cut out
+    ASSERT_TRUE(running.awaitColor(250, 150, red));
+    const auto last = running.collector.samples().back().pixels;
+    EXPECT_TRUE(test::hasColor(*last, 150, 150, green));
+    EXPECT_TRUE(test::hasColor(*last, 250, 270, green));
+    EXPECT_FALSE(running.everHadColor(60, 60, white));
+}
+
 /// Keeps all windows apart, as a compositing manager does, but shows none of them.
 struct LazyCompositingManager {
     explicit LazyCompositingManager(const XServer& server)
@@ -170,6 +212,49 @@ TEST(OwnWindows, TakePressesThatAreNoClicks) {
         ASSERT_TRUE(test::eventually([&] { return questions > before && presses == outside; }))
             << x;
     }
+}
+
+/// Takes the pointer for itself until it is destroyed, as a menu does.
+struct PointerGrab {
+    PointerGrab(const XServer& server, xcb_window_t window)
+        : connection(test::connectTo(server.display())) {
+        std::free(xcb_grab_pointer_reply(connection.get(),
+                                         xcb_grab_pointer(connection.get(), 1, window,
+                                                          XCB_EVENT_MASK_BUTTON_PRESS,
+                                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
+                                                          XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+                                         nullptr));
+    }
+
+    test::XConnection connection;
+};
+
+TEST(OwnWindows, MenusStayOutAndTakePressesThatAreNoClicks) {
+    const XServer server;
+    TestWindow ground(server, {0, 0, 640, 480}, red);
+    const auto pointer = test::connectTo(server)->makePointerSource().value();
+    std::atomic<int> presses = 0;
+    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
+    RunningStream running(server);
+    ASSERT_TRUE(running.awaitColor(150, 150, red));
+    test::Pointer hand(server);
+    constexpr int rounds = 20;
+    for (int round = 0; round < rounds; ++round) {
+        TestWindow menu(server, {100, 100, 100, 200}, white, ours);
+        const PointerGrab grab(server, menu.id());
+        hand.moveTo(400, 150);
+        hand.click(1); // beside it
+        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 1; }));
+        hand.moveTo(150, 150);
+        hand.click(1);
+        menu.close();  // at once, before anybody can have looked what the pointer was over
+        hand.click(1); // where the menu was; looked at after the press before
+        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 2; }));
+    }
+    EXPECT_EQ(presses, 2 * rounds);
+    ground.fill({10, 10, 10, 10}, blue);
+    ASSERT_TRUE(running.awaitColor(14, 14, blue));
+    EXPECT_FALSE(running.everHadColor(150, 150, white));
 }
 
 TEST(ClickMonitor, LosesNoneOfManyPresses) {

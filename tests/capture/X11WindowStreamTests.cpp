@@ -81,6 +81,21 @@ TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
     }
 }
 
+TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
+    const XServer server;
+    const TestWindow ground(server, {0, 0, 640, 480}, blue);
+    TestWindow window(server, {10, 10, 200, 100}, red);
+    window.shape({{0, 0, 200, 60}});
+    RunningStream running(server, choose(server, window));
+    ASSERT_TRUE(running.awaitColor(100, 50, red));
+    window.shape({{50, 0, 100, 100}});
+    window.fill(green);
+    ASSERT_TRUE(running.awaitColor(100, 90, green));
+    ASSERT_TRUE(running.awaitColor(20, 50, black));
+    EXPECT_FALSE(running.everHadColor(100, 90, blue));
+    EXPECT_FALSE(running.everHadColor(20, 90, blue)) << "what lies beneath was in the picture";
+}
+
 TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
     const XServer server;
     TestWindow window(server, {10, 10, 200, 100}, red);

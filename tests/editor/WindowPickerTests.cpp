@@ -2,6 +2,7 @@
 #include "editor/EditorFixture.h"
 
 #include <QQuickItem>
+#include <QQuickWindow>
 
 #include <gmock/gmock.h>
 
@@ -122,6 +123,31 @@ TEST_F(WindowPickerTest, FollowsWindowsThatComeAndGoWithoutMovingTheOthers) {
     EXPECT_EQ(row(0, WindowPickerModel::applicationName), "Terminal");
     EXPECT_EQ(row(2, WindowPickerModel::title), "New");
     EXPECT_FALSE(windows.window(3));
+}
+
+std::shared_ptr<const WindowIcon> iconOf(std::uint32_t color) {
+    auto icon = std::make_shared<WindowIcon>(WindowIcon{.width = 64, .height = 64, .pixels = {}});
+    icon->pixels.assign(std::size_t{64} * 64, color);
+    return icon;
+}
+
+TEST_F(WindowPickerTest, ARowShowsTheWindowsOwnIconAndFollowsIt) {
+    content->windows = {offered(1, "notes.txt", "Editor")};
+    content->windows[0].icon = iconOf(0xff10c020);
+    openPicker();
+    const auto shown = [this] {
+        runTasks();
+        const auto& icon = item("windowIcon");
+        const auto middle = icon.mapToScene(icon.boundingRect().center());
+        return window().grabWindow().pixelColor(middle.toPoint()).rgb();
+    };
+    EXPECT_EQ(shown(), 0xff10c020);
+    content->windows[0].icon = iconOf(0xffc02010);
+    timers.advance(std::chrono::seconds(1));
+    EXPECT_EQ(shown(), 0xffc02010);
+    content->windows[0].icon = nullptr; // a tile with its initial
+    timers.advance(std::chrono::seconds(1));
+    EXPECT_NE(shown(), 0xffc02010);
 }
 
 TEST_F(WindowPickerTest, AListThatComesAfterTheEndIsDropped) {

@@ -3,7 +3,10 @@
 #include "support/XConnection.h"
 
 #include <cstdlib>
+#include <stdexcept>
 #include <thread>
+
+#include <xcb/shape.h>
 
 namespace vantro::test {
 namespace {
@@ -27,6 +30,15 @@ void setText(const XConnection& connection, xcb_window_t window, xcb_atom_t prop
 }
 
 } // namespace
+
+/// The screen's visual of 32 bits a pixel.
+xcb_visualid_t visualWithAlpha(const xcb_screen_t& screen) {
+    for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem > 0;
+         xcb_depth_next(&depth))
+        if (depth.data->depth == 32)
+            return xcb_depth_visuals(depth.data)->visual_id;
+    throw std::runtime_error("the screen knows no windows with alpha");
+}
 
 struct TestWindow::Implementation {
     XConnection connection;
@@ -63,12 +75,19 @@ TestWindow::TestWindow(const XServer& server, PixelRect rect, std::uint32_t colo
           new Implementation{connectTo(server.display()), server.display(), rect, 0, {}}) {
     auto& self = *m_implementation;
     self.window = xcb_generate_id(self.connection.get());
-    const std::uint32_t values[] = {color, 1};
-    xcb_create_window(self.connection.get(), XCB_COPY_FROM_PARENT, self.window,
-                      screenOf(self.connection).root, static_cast<std::int16_t>(rect.x),
-                      static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
-                      static_cast<std::uint16_t>(rect.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    const auto& screen = screenOf(self.connection);
+    const auto visual = names.isBlended ? visualWithAlpha(screen) : screen.root_visual;
+    const xcb_colormap_t colors = xcb_generate_id(self.connection.get());
+    xcb_create_colormap(self.connection.get(), XCB_COLORMAP_ALLOC_NONE, colors, screen.root,
+                        visual);
+    const std::uint32_t values[] = {color, 0, 1, colors};
+    xcb_create_window(
+        self.connection.get(), names.isBlended ? 32 : screen.root_depth, self.window, screen.root,
+        static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+        static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height), 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
+        values);
     if (!names.title.empty())
         setText(self.connection, self.window, XCB_ATOM_WM_NAME, names.title);
     if (!names.applicationClass.empty())
@@ -114,6 +133,26 @@ void TestWindow::place(PixelRect rect) {
                          values);
     roundTrip(m_implementation->connection);
     m_implementation->rect = rect;
+}
+
+void TestWindow::setIcons(const std::vector<std::uint32_t>& property) {
+    const auto& connection = m_implementation->connection;
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, id(),
+                        atom(connection, "_NET_WM_ICON"), XCB_ATOM_CARDINAL, 32,
+                        static_cast<std::uint32_t>(property.size()), property.data());
+    roundTrip(connection);
+}
+
+void TestWindow::shape(const std::vector<PixelRect>& parts) {
+    std::vector<xcb_rectangle_t> list;
+    for (const PixelRect& part : parts)
+        list.push_back({static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
+                        static_cast<std::uint16_t>(part.width),
+                        static_cast<std::uint16_t>(part.height)});
+    xcb_shape_rectangles(m_implementation->connection.get(), XCB_SHAPE_SO_SET,
+                         XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0,
+                         static_cast<std::uint32_t>(list.size()), list.data());
+    roundTrip(m_implementation->connection);
 }
 
 void TestWindow::raise() {

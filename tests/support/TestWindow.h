@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace vantro::test {
 
@@ -17,6 +18,7 @@ class TestWindow {
         std::string title = {};
         std::string applicationClass = {};
         std::uint32_t process = 0; ///< that it says it belongs to; none when 0
+        bool isBlended = false;    ///< colours are premultiplied 0xAARRGGBB
     };
 
     TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names);
@@ -36,6 +38,10 @@ class TestWindow {
     /// Puts it above or below all others.
     void raise();
     void lower();
+    /// What it carries as _NET_WM_ICON.
+    void setIcons(const std::vector<std::uint32_t>& property);
+    /// Only these parts of it show from now on, in pixels of the window.
+    void shape(const std::vector<PixelRect>& parts);
     void hide();
     void show();
     /// It is gone from the screen when this returns; nothing else may be done with it.

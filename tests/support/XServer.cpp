@@ -1,6 +1,7 @@
 #include "support/XServer.h"
 
 #include "support/XConnection.h"
+#include "support/XorgDesk.h"
 
 #include <array>
 #include <csignal>
@@ -19,6 +20,8 @@ namespace {
 constexpr int displayNumberFd = 8; // the server's end of the pipe that tells its number
 
 std::vector<std::string> arguments(const XServer::Options& options) {
+    if (!options.xorgFolder.empty())
+        return xorgCommand(options.xorgFolder, displayNumberFd);
     std::vector<std::string> list{"Xvfb",
                                   "-displayfd",
                                   std::to_string(displayNumberFd),
@@ -59,17 +62,6 @@ pid_t startServer(const XServer::Options& options, int numberPipe) {
     return process;
 }
 
-void runToItsEnd(const std::vector<std::string>& list) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    const pid_t process = spawn(list, actions);
-    posix_spawn_file_actions_destroy(&actions);
-    int status = 0;
-    waitpid(process, &status, 0);
-    if (status != 0)
-        throw std::runtime_error(list.front() + " failed");
-}
-
 /// The server writes its number when it accepts connections; nothing is written when it fails.
 std::string readNumber(int pipe) {
     std::string number;
@@ -91,7 +83,7 @@ XServer::XServer(const Options& options) {
     close(ends[0]);
     if (number.empty()) {
         crash();
-        throw std::runtime_error("Xvfb did not start");
+        throw std::runtime_error("the X server did not start");
     }
     m_display = ":" + number;
 }
@@ -129,17 +121,16 @@ void addMonitor(const XServer& server, const std::string& name, PixelRect rect, 
     const auto text = [](int value) { return std::to_string(value); };
     const std::string geometry = text(rect.width) + "/100x" + text(rect.height) + "/100+" +
                                  text(rect.x) + "+" + text(rect.y);
-    runToItsEnd({"xrandr", "--display", server.display(), "--setmonitor",
-                 (isPrimary ? "*" : "") + name, geometry, "none"});
+    runXrandr(server.display(), {"--setmonitor", (isPrimary ? "*" : "") + name, geometry, "none"});
 }
 
 void removeMonitor(const XServer& server, const std::string& name) {
-    runToItsEnd({"xrandr", "--display", server.display(), "--delmonitor", name});
+    runXrandr(server.display(), {"--delmonitor", name});
 }
 
 void resizeScreen(const XServer& server, int width, int height) {
-    runToItsEnd({"xrandr", "--display", server.display(), "--output", "screen", "--off", "--fb",
-                 std::to_string(width) + "x" + std::to_string(height)});
+    runXrandr(server.display(), {"--output", "screen", "--off", "--fb",
+                                 std::to_string(width) + "x" + std::to_string(height)});
 }
 
 } // namespace vantro::test

@@ -2,6 +2,7 @@
 
 #include "media/ColorConversion.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,7 @@
 
 namespace vantro::test {
 
-/// A private Xvfb on a free display number, ready when constructed, gone when destroyed.
+/// A private X server on a free display number, ready when constructed, gone when destroyed.
 class XServer {
   public:
     struct Options {
@@ -17,9 +18,12 @@ class XServer {
         int height = 480;
         int depth = 24;
         std::vector<std::string> missingExtensions = {}; ///< for example "MIT-SHM"
+        /// An empty folder: Xorg runs from it in place of Xvfb, see XorgDesk.h. Its first output
+        /// has 800 × 600 pixels.
+        std::filesystem::path xorgFolder = {};
     };
 
-    /// Throws std::runtime_error when Xvfb does not start.
+    /// Throws std::runtime_error when the server does not start.
     explicit XServer(const Options& options);
     XServer() : XServer(Options{}) {}
     ~XServer();

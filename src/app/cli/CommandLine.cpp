@@ -51,6 +51,7 @@ int runCommandLine(int argc, const char* const* argv) {
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);
     addInspectCommand(app, action);
+    addRecoverCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

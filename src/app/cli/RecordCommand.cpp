@@ -6,6 +6,7 @@
 #include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
 #include "app/cli/RecordingSelection.h"
+#include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
 #include "base/HostClock.h"
 #include "capture/ScreenRecorder.h"
@@ -26,13 +27,13 @@ namespace {
 
 constexpr double longestRecording = 1e6; // seconds, eleven days: a slip of the keyboard beyond
 constexpr double longestDelay = 3600;    // seconds
-constexpr double statusPeriod = 0.25;    // seconds; also how soon the end of a stream is noticed
+constexpr double countdownPeriod = 0.25; // seconds
 
 struct Options {
     std::filesystem::path output;
     RecordingSelection selection;
-    double delay = 0;    ///< seconds before the start
-    double seconds = -1; ///< until interrupted when negative
+    double delay = 0; ///< seconds before the start
+    RecordingLimits limits;
     bool force = false;
     bool json = false;
 };
@@ -83,41 +84,13 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
             return true;
         line.show(
             fmt::format("Recording starts in {:.0f} s  (Ctrl-C to cancel)", std::ceil(remaining)));
-        waitFor(std::min(statusPeriod, remaining), interrupted);
+        waitFor(std::min(countdownPeriod, remaining), interrupted);
     }
     return false;
 }
 
-/// Shows how a recording goes until its time is up, it is interrupted, or it cannot go on.
-void watch(ScreenRecorder& recorder, double seconds, const std::stop_token& interrupted) {
-    StatusLine line;
-    const auto started = hostNow();
-    for (;;) {
-        const double elapsed = inSeconds(hostNow() - started);
-        const auto statistics = recorder.statistics();
-        const bool timeIsUp = seconds >= 0 && elapsed >= seconds;
-        if (timeIsUp || interrupted.stop_requested() ||
-            statistics.condition != RecordingCondition::recording)
-            return;
-        line.show(fmt::format("Recording {}  {} frames, {} dropped  (Ctrl-C to stop)",
-                              clockText(elapsed), statistics.framesCaptured,
-                              statistics.framesDropped));
-        waitFor(seconds < 0 ? statusPeriod : std::min(statusPeriod, seconds - elapsed),
-                interrupted);
-    }
-}
-
-ProjectData freshProject(const FinishedRecording& finished, std::string name) {
-    ProjectData project;
-    project.recordingName = std::move(name);
-    project.metadata = finished.metadata;
-    project.editableClickEvents = finished.editableClickEvents;
-    project.segments = finished.segments;
-    return project;
-}
-
 void printSummary(const Options& options, const FinishedRecording& finished,
-                  const RecordingStatistics& statistics, double processorShare) {
+                  const RecordingStatistics& statistics, RecordingEnd end, double processorShare) {
     const auto bytes = std::filesystem::file_size(options.output / package::recordingFile);
     const auto& metadata = finished.metadata;
     if (options.json)
@@ -127,18 +100,31 @@ void printSummary(const Options& options, const FinishedRecording& finished,
                                             {"dropped", statistics.framesDropped},
                                             {"clicks", metadata.clickEvents.size()},
                                             {"bytes", bytes},
-                                            {"cpuPercent", 100 * processorShare}}
+                                            {"cpuPercent", 100 * processorShare},
+                                            {"endedBy", rawValue(end)}}
                   << '\n';
     else
-        fmt::print("Recorded {}: {:.1f} s, {} frames, {} dropped, {} clicks, {}, {:.0f} % CPU\n",
+        fmt::print("Recorded {}: {:.1f} s, {} frames, {} dropped, {} clicks, {}{}, {:.0f} % CPU\n",
                    options.output.string(), metadata.endTime, statistics.framesCaptured,
                    statistics.framesDropped, metadata.clickEvents.size(),
-                   sizeText(static_cast<double>(bytes)), 100 * processorShare);
+                   sizeText(static_cast<double>(bytes)),
+                   end == RecordingEnd::maxSize ? " (the size limit)" : "", 100 * processorShare);
 }
 
 void requireNewPackage(const Options& options) {
     if (const auto problem = newPackageProblem(options.output, options.force); !problem.empty())
         throw VantroError(VantroError::Kind::projectSaveFailed, problem);
+}
+
+/// Ends the recording; a failure also tells how to get at what there is of it.
+RecordingMetadata finish(ScreenRecorder& recorder, const std::filesystem::path& folder) {
+    try {
+        return recorder.stop();
+    } catch (const VantroError& error) {
+        throw VantroError(error.kind(),
+                          fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
+                                      error.message(), folder.string(), package::extension));
+    }
 }
 
 int runRecord(const Options& options, const std::stop_token& interrupted) {
@@ -159,8 +145,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     ScreenRecorder recorder({.outputURL = movie, .choice = std::move(choice)}, *platform);
     const ProcessorUse before;
     recorder.start();
-    watch(recorder, options.seconds, interrupted);
-    auto metadata = recorder.stop();
+    const auto end = watchRecording(recorder, movie, options.limits, interrupted);
+    auto metadata = finish(recorder, folder.path);
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();
     if (!std::filesystem::exists(movie))
@@ -174,7 +160,7 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
                                                     error.message(), folder.path.string()));
     }
     folder.isSaved = true;
-    printSummary(options, finished, statistics, processorShare);
+    printSummary(options, finished, statistics, end, processorShare);
     if (statistics.condition == RecordingCondition::streamStopped)
         fmt::print(stderr, "vantro: {}; the recording holds what it showed until then\n",
                    statistics.streamError);
@@ -223,9 +209,23 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     command->add_option("--delay", options->delay, "How long to wait before the start")
         ->type_name("S")
         ->check(CLI::Range(0.0, longestDelay));
-    command->add_option("--seconds", options->seconds, "How long to record (default: until Ctrl-C)")
+    command
+        ->add_option("--seconds", options->limits.seconds,
+                     "How long to record (default: until Ctrl-C)")
         ->type_name("S")
         ->check(CLI::Range(0.1, longestRecording));
+    command
+        ->add_option_function<std::string>(
+            "--max-size",
+            [&limits = options->limits](const std::string& text) {
+                limits.bytes = parseByteSize(text);
+            },
+            "Stop when the movie is about this large, for example 500M or 2G")
+        ->type_name("SIZE")
+        ->check([](const std::string& text) {
+            return parseByteSize(text) ? std::string()
+                                       : text + " is no size such as 500M, 1.5G or 800000";
+        });
     command->add_flag("--force", options->force, "Replace an existing project");
     command->add_flag("--json", options->json, "Print the summary as JSON");
     command->callback([options, &action, interrupted] {

@@ -3,6 +3,8 @@
 #include "base/Log.h"
 #include "base/SerialQueue.h"
 
+#include <algorithm>
+
 #include <xcb/xinput.h>
 
 namespace vantro {
@@ -12,7 +14,7 @@ constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
 
 /// Raw events come to every listener, grabs or not, from version 2.1 on.
-bool selectRawPresses(const X11Connection& connection) {
+bool selectEvents(const X11Connection& connection) {
     if (!connection.hasExtension(xcb_input_id))
         return false;
     const auto version = connection.await(xcb_input_xi_query_version_reply,
@@ -25,6 +27,9 @@ bool selectRawPresses(const X11Connection& connection) {
     } const mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
                  XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
                      XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_BEGIN};
+    const std::uint32_t structure = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK,
+                                 &structure);
     // Checked, so that the server watches before this returns.
     const XcbError error(xcb_request_check(
         connection.get(),
@@ -50,7 +55,7 @@ std::unique_ptr<ClickMonitor> X11ClickMonitor::create(const std::string& display
                                                       MouseButton button, IsOwnProcess isOwnProcess,
                                                       std::function<void()> handler) {
     auto connection = X11Connection::open(display);
-    if (!connection || !selectRawPresses(*connection)) {
+    if (!connection || !selectEvents(*connection)) {
         logWarning("Clicks are not recorded: the display lacks the extension XInputExtension 2");
         return nullptr;
     }
@@ -71,20 +76,91 @@ X11ClickMonitor::~X11ClickMonitor() {
     m_wakeUp.ring();
 }
 
+XcbEvent X11ClickMonitor::nextEvent() {
+    if (m_pending.empty())
+        return m_connection.pollEvent();
+    XcbEvent event = std::move(m_pending.front());
+    m_pending.pop_front();
+    return event;
+}
+
+void X11ClickMonitor::addIfOwn(const X11Placement& placement) {
+    if (placement.isShown && m_own.isOwn(placement.window))
+        m_ownWindows.push_back(placement);
+}
+
+/// Only our windows are looked at, so that others cost next to nothing when they move.
+void X11ClickMonitor::followOwnWindows(const xcb_generic_event_t& event) {
+    const auto forget = [this](xcb_window_t window) {
+        std::erase_if(m_ownWindows, [=](const auto& each) { return each.window == window; });
+    };
+    switch (event.response_type & 0x7f) {
+    case XCB_MAP_NOTIFY: {
+        const auto window = reinterpret_cast<const xcb_map_notify_event_t&>(event).window;
+        forget(window);
+        if (const auto placement = placementOf(m_connection, window))
+            addIfOwn(*placement);
+        m_own.forget();
+        return;
+    }
+    case XCB_CONFIGURE_NOTIFY: {
+        const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        for (X11Placement& each : m_ownWindows)
+            if (each.window == change.window)
+                each.rect = {change.x, change.y, change.width + 2 * change.border_width,
+                             change.height + 2 * change.border_width};
+        return;
+    }
+    case XCB_UNMAP_NOTIFY:
+        return forget(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window);
+    case XCB_DESTROY_NOTIFY:
+        return forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    case XCB_REPARENT_NOTIFY:
+        return forget(reinterpret_cast<const xcb_reparent_notify_event_t&>(event).window);
+    default:
+        return;
+    }
+}
+
+/// Whether an event that is received but not yet handled takes the window from the screen.
+bool X11ClickMonitor::isClosing(xcb_window_t window) {
+    while (XcbEvent event = m_connection.pollEvent())
+        m_pending.push_back(std::move(event));
+    return std::ranges::any_of(m_pending, [=](const XcbEvent& event) {
+        const int type = event->response_type & 0x7f;
+        return type == XCB_UNMAP_NOTIFY &&
+               reinterpret_cast<const xcb_unmap_notify_event_t&>(*event).window == window;
+    });
+}
+
+/// The server answers where the pointer is now; what has happened since the press lies in events
+/// that come before the answer.
 bool X11ClickMonitor::isOverOwnWindow() {
     const auto pointer = m_connection.await(
         xcb_query_pointer_reply, xcb_query_pointer(m_connection.get(), m_connection.root()));
-    m_own.forget(); // nothing tells this connection of windows that come and go
-    return pointer && pointer->child != XCB_NONE && m_own.isOwn(pointer->child);
+    if (!pointer)
+        return false;
+    m_own.forget(); // windows may have moved into others
+    if (pointer->child != XCB_NONE && m_own.isOwn(pointer->child))
+        return true;
+    const PixelRect place{pointer->root_x, pointer->root_y, 1, 1};
+    return std::ranges::any_of(m_ownWindows, [&](const X11Placement& each) {
+        return each.window == pointer->child || // and is being destroyed
+               (intersection(each.rect, place).width > 0 && isClosing(each.window));
+    });
 }
 
 void X11ClickMonitor::run(const std::stop_token& stop) {
     setThreadName("cursor.clicks");
     const auto opcode = m_connection.majorOpcode(xcb_input_id);
+    for (const X11Placement& each : childrenOf(m_connection, m_connection.root()))
+        addIfOwn(each);
     while (!stop.stop_requested() && !m_connection.isLost()) {
-        while (const XcbEvent event = m_connection.pollEvent())
+        while (const XcbEvent event = nextEvent()) {
+            followOwnWindows(*event);
             if (isPressOf(m_button, *event, opcode) && !isOverOwnWindow())
                 m_handler();
+        }
         if (!m_connection.isLost())
             m_connection.wait(m_wakeUp.fd());
     }

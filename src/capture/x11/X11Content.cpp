@@ -104,6 +104,7 @@ X11Geometry queryGeometry(const X11Connection& connection) {
 
 std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry) {
     std::vector<ShareableDisplay> displays;
+    displays.reserve(geometry.monitors.size());
     for (const auto& monitor : geometry.monitors)
         displays.push_back({.displayID = monitor.id,
                             .name = monitor.name,

@@ -1,5 +1,7 @@
 #include "capture/x11/X11CoveredWindow.h"
 
+#include "capture/x11/X11Shape.h"
+
 #include <cstring>
 
 #include <xcb/composite.h>
@@ -38,11 +40,13 @@ X11CoveredWindow::X11CoveredWindow(const X11Connection& connection, const X11Pla
     : m_connection(connection)
     , m_placement(placement)
     , m_damage(X11DamageSource::create(connection, placement.window, 0, 0)) {
+    watchShape(m_connection, placement.window, true);
     keepOwnPictureOut(own);
     nameContents();
 }
 
 X11CoveredWindow::~X11CoveredWindow() {
+    watchShape(m_connection, m_placement.window, false);
     xcb_free_pixmap(m_connection.get(), m_pixmap);
     xcb_composite_unredirect_window(m_connection.get(), m_placement.window,
                                     XCB_COMPOSITE_REDIRECT_AUTOMATIC);
@@ -94,28 +98,19 @@ void X11CoveredWindow::nameContents() {
         xcb_free_pixmap(m_connection.get(), m_pixmap);
     m_pixmap = xcb_generate_id(m_connection.get());
     xcb_composite_name_window_pixmap(m_connection.get(), m_placement.window, m_pixmap);
-    m_shape = {{0, 0, m_placement.rect.width, m_placement.rect.height}};
-    if (!m_connection.hasExtension(xcb_xfixes_id))
-        return;
-    const auto region = xcb_generate_id(m_connection.get());
-    xcb_xfixes_create_region_from_window(m_connection.get(), region, m_placement.window,
-                                         XCB_SHAPE_SK_BOUNDING);
-    const auto reply = m_connection.await(xcb_xfixes_fetch_region_reply,
-                                          xcb_xfixes_fetch_region(m_connection.get(), region));
-    xcb_xfixes_destroy_region(m_connection.get(), region);
-    if (!reply)
-        return;
-    m_shape.clear();
-    const auto* rectangles = xcb_xfixes_fetch_region_rectangles(reply.get());
-    for (int index = 0; index < xcb_xfixes_fetch_region_rectangles_length(reply.get()); ++index)
-        m_shape.push_back({rectangles[index].x + m_placement.border,
-                           rectangles[index].y + m_placement.border, rectangles[index].width,
-                           rectangles[index].height});
+    const auto shown = shownParts(m_connection, m_placement.window);
+    m_shape = shown.value_or(std::vector<PixelRect>());
+    for (PixelRect& part : m_shape) {
+        part.x += m_placement.border;
+        part.y += m_placement.border;
+    }
+    if (!shown)
+        m_shape = {{0, 0, m_placement.rect.width, m_placement.rect.height}};
 }
 
 void X11CoveredWindow::moveTo(const X11Placement& placement) {
     m_placement = placement;
-    nameContents(); // a new size has new pixels
+    nameContents(); // a new size has new pixels, and the shape may be new
 }
 
 void X11CoveredWindow::handle(const xcb_generic_event_t& event) {

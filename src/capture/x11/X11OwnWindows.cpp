@@ -15,6 +15,7 @@ constexpr int deepestFrame = 3;
 std::vector<xcb_window_t> childrenOfAll(const X11Connection& connection,
                                         const std::vector<xcb_window_t>& windows) {
     std::vector<xcb_query_tree_cookie_t> questions;
+    questions.reserve(windows.size());
     for (const auto window : windows)
         questions.push_back(xcb_query_tree(connection.get(), window));
     std::vector<xcb_window_t> children;
@@ -63,6 +64,7 @@ void X11OwnWindows::forget() {
 bool X11OwnWindows::isAnyOwn(const std::vector<xcb_window_t>& windows) {
     const xcb_atom_t processName = findAtom(m_connection, "_NET_WM_PID");
     std::vector<xcb_get_property_cookie_t> questions;
+    questions.reserve(windows.size());
     for (const auto window : windows)
         questions.push_back(
             xcb_get_property(m_connection.get(), 0, window, processName, XCB_ATOM_CARDINAL, 0, 1));

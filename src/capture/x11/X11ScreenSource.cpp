@@ -44,7 +44,7 @@ X11ScreenSource::X11ScreenSource(const X11Connection& connection, Place place,
         logWarning("The display lacks the extension Composite: own windows appear in recordings");
     show(place.area);
     if (m_underlay)
-        restack();
+        restack(*m_underlay);
 }
 
 void X11ScreenSource::handle(const xcb_generic_event_t& event) {
@@ -71,13 +71,13 @@ std::expected<bool, std::string> X11ScreenSource::update() {
             if (const auto followed = follow(); !followed)
                 return std::unexpected(followed.error());
         if (m_underlay && m_underlay->isStale())
-            restack();
+            restack(*m_underlay);
         const bool isRead = read();
         drainEvents();
         if (!isRead && !m_isGeometryStale)
             return std::unexpected("the screen cannot be read any more");
         // One of our windows that came in the middle of reading is in the picture.
-        const bool isClean = !m_underlay || !m_underlay->isStale() || !restack();
+        const bool isClean = !m_underlay || !m_underlay->isStale() || !restack(*m_underlay);
         if (isRead && isClean && !m_isGeometryStale) {
             if (m_underlay)
                 m_underlay->paint(m_live->image(), m_changed);
@@ -102,17 +102,17 @@ bool X11ScreenSource::read() {
 }
 
 /// True when the picture is to be read again.
-bool X11ScreenSource::restack() {
-    if (!m_underlay->restack())
+bool X11ScreenSource::restack(X11Underlay& underlay) {
+    if (!underlay.restack())
         return false;
     m_live->invalidate();
     const HostTime limit = hostNow() + longestPainting;
-    while (m_underlay->awaitsPainting() && hostNow() < limit && !m_connection.isLost()) {
+    while (underlay.awaitsPainting() && hostNow() < limit && !m_connection.isLost()) {
         constexpr int noWakeUp = -1;
         m_connection.wait(noWakeUp, limit);
         drainEvents();
     }
-    m_underlay->awaitNoLonger();
+    underlay.awaitNoLonger();
     return true;
 }
 

@@ -34,7 +34,7 @@ class X11ScreenSource final : public X11PictureSource {
     PixelRect areaNow(const X11Geometry& geometry) const;
     void show(PixelRect area);
     bool read();
-    bool restack();
+    bool restack(X11Underlay& underlay);
     void drainEvents();
 
     const X11Connection& m_connection;

@@ -1,24 +1,42 @@
 #include "capture/x11/X11Underlay.h"
 
-#include "capture/x11/X11Properties.h"
+#include "capture/x11/X11Shape.h"
 
 #include <algorithm>
 #include <cstring>
 #include <ranges>
+#include <string_view>
 
-#include <fmt/format.h>
 #include <xcb/composite.h>
+#include <xcb/xfixes.h>
 
 namespace vantro {
 namespace {
 
-bool hasCompositingManager(const X11Connection& connection) {
-    const xcb_atom_t selection = findAtom(connection, "_NET_WM_CM_S0");
-    if (selection == XCB_ATOM_NONE)
-        return false;
+/// A compositing manager owns this selection for as long as it runs.
+xcb_atom_t watchCompositingManager(const X11Connection& connection) {
+    constexpr std::string_view name = "_NET_WM_CM_S0";
+    const auto reply = connection.await(
+        xcb_intern_atom_reply,
+        xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    const xcb_atom_t selection = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    xcb_discard_reply(connection.get(), xcb_xfixes_query_version(connection.get(), 5, 0).sequence);
+    xcb_xfixes_select_selection_input(connection.get(), connection.root(), selection,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    return selection;
+}
+
+bool hasOwner(const X11Connection& connection, xcb_atom_t selection) {
     const auto owner = connection.await(xcb_get_selection_owner_reply,
                                         xcb_get_selection_owner(connection.get(), selection));
     return owner && owner->owner != XCB_NONE;
+}
+
+bool isSelectionChange(const X11Connection& connection, const xcb_generic_event_t& event) {
+    return (event.response_type & 0x7f) ==
+           connection.firstEvent(xcb_xfixes_id) + XCB_XFIXES_SELECTION_NOTIFY;
 }
 
 bool touchesAny(PixelRect rect, std::span<const PixelRect> parts) {
@@ -29,7 +47,10 @@ bool touchesAny(PixelRect rect, std::span<const PixelRect> parts) {
 } // namespace
 
 X11Underlay::X11Underlay(const X11Connection& connection, PixelRect area, X11OwnWindows own)
-    : m_connection(connection), m_area(area), m_own(std::move(own)) {
+    : m_connection(connection)
+    , m_area(area)
+    , m_own(std::move(own))
+    , m_compositingManager(watchCompositingManager(connection)) {
     connection.await(xcb_composite_query_version_reply,
                      xcb_composite_query_version(connection.get(), 0, 4));
 }
@@ -57,43 +78,55 @@ void X11Underlay::handle(const xcb_generic_event_t& event) {
         m_isStale = true;
         return;
     default:
+        m_isStale |= isShapeChange(m_connection, event) || isSelectionChange(m_connection, event);
         for (const auto& covered : m_covered)
             covered->handle(event);
     }
 }
 
 bool X11Underlay::hasChanges() const {
-    return m_isStale || std::ranges::any_of(m_covered, &X11CoveredWindow::hasChanges);
+    return isStale() || std::ranges::any_of(m_covered, &X11CoveredWindow::hasChanges);
+}
+
+bool X11Underlay::isStale() const {
+    return m_isStale || m_places.hasExpired(hostNow());
 }
 
 bool X11Underlay::restack() {
     m_isStale = false;
+    m_isComposited = hasOwner(m_connection, m_compositingManager);
+    const int reach = X11OwnPlaces::reach(m_isComposited);
     auto windows = childrenOf(m_connection, m_connection.root());
-    std::erase_if(windows, [this](const X11Placement& each) {
-        return !each.isShown || intersection(each.rect, m_area).width == 0;
+    std::erase_if(windows, [&](const X11Placement& each) {
+        return !each.isShown || intersection(grown(each.rect, reach), m_area).width == 0;
     });
     const auto others = std::ranges::stable_partition(
         windows, [this](const X11Placement& each) { return m_own.isOwn(each.window); });
     std::vector<PixelRect> hidden;
-    for (auto own = windows.begin(); own != others.begin(); ++own) {
-        const PixelRect shown = intersection(own->rect, m_area);
-        hidden.push_back({shown.x - m_area.x, shown.y - m_area.y, shown.width, shown.height});
+    for (const PixelRect& place :
+         m_places.update({windows.begin(), others.begin()}, m_isComposited, hostNow())) {
+        const PixelRect shown = intersection(place, m_area);
+        if (shown.width > 0)
+            hidden.push_back({shown.x - m_area.x, shown.y - m_area.y, shown.width, shown.height});
     }
     const bool isMoved = hidden != m_hidden;
-    m_hidden = std::move(hidden);
-    if (isMoved) {
-        m_patches.clear();
-        for (const PixelRect& rect : m_hidden)
-            m_patches.push_back(
-                {.rect = rect,
-                 .pixels = std::vector<std::uint8_t>(std::size_t{4} * rect.width * rect.height)});
-        if (m_hidden.empty())
-            m_background.reset();
-        else if (!m_background)
-            readBackground();
-    }
+    if (isMoved)
+        hide(std::move(hidden));
     updateCovered({others.begin(), others.end()});
     return isMoved;
+}
+
+void X11Underlay::hide(std::vector<PixelRect> places) {
+    m_hidden = std::move(places);
+    m_patches.clear();
+    for (const PixelRect& rect : m_hidden)
+        m_patches.push_back(
+            {.rect = rect,
+             .pixels = std::vector<std::uint8_t>(std::size_t{4} * rect.width * rect.height)});
+    if (m_hidden.empty())
+        m_background.reset();
+    else if (!m_background)
+        readBackground();
 }
 
 /// Keeps those windows apart that share pixels with ours, and no others.
@@ -101,8 +134,6 @@ void X11Underlay::updateCovered(const std::vector<X11Placement>& others) {
     std::vector<PixelRect> own;
     std::ranges::transform(m_hidden, std::back_inserter(own),
                            [this](PixelRect rect) { return onScreen(rect); });
-    if (!own.empty())
-        m_isComposited = hasCompositingManager(m_connection);
     std::vector<std::unique_ptr<X11CoveredWindow>> kept;
     for (const X11Placement& placement : others) {
         if (!touchesAny(placement.rect, own))

@@ -2,6 +2,7 @@
 
 #include "capture/x11/X11CoveredWindow.h"
 #include "capture/x11/X11Image.h"
+#include "capture/x11/X11OwnPlaces.h"
 #include "capture/x11/X11OwnWindows.h"
 
 #include <memory>
@@ -22,15 +23,15 @@ class X11Underlay {
 
     void setArea(PixelRect area);
     void handle(const xcb_generic_event_t& event);
-    /// Windows have come, gone or moved since `restack`.
-    bool isStale() const { return m_isStale; }
+    /// Windows have come, gone or moved since `restack`, or have had the time to fade.
+    bool isStale() const;
     /// What lies beneath our windows has changed since `paint`.
     bool hasChanges() const;
 
     /// Finds all windows anew. True when our windows have other places in the picture: then all of
     /// it is to be read again.
     bool restack();
-    /// The places of our windows, in pixels of the picture.
+    /// Where our windows can be seen, in pixels of the picture.
     std::span<const PixelRect> hidden() const { return m_hidden; }
     /// Whether a window has still to paint what ours have hidden until now.
     bool awaitsPainting();
@@ -42,6 +43,7 @@ class X11Underlay {
   private:
     struct Patch;
 
+    void hide(std::vector<PixelRect> places);
     void updateCovered(const std::vector<X11Placement>& others);
     void readBackground();
     void compose(Patch& patch) const;
@@ -50,11 +52,13 @@ class X11Underlay {
     const X11Connection& m_connection;
     PixelRect m_area;
     X11OwnWindows m_own;
+    X11OwnPlaces m_places;
     bool m_isStale = true;
     std::vector<PixelRect> m_hidden;
     std::vector<std::unique_ptr<X11CoveredWindow>> m_covered; // lowest first
     std::unique_ptr<X11Image> m_background; // the root's, of the whole area; while it is needed
-    bool m_isComposited = false;            // a compositing manager blends windows
+    xcb_atom_t m_compositingManager;        // the selection that tells whether one runs
+    bool m_isComposited = false;            // it blends windows
 
     struct Patch {
         PixelRect rect; // in pixels of the picture

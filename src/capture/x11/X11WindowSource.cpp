@@ -1,6 +1,7 @@
 #include "capture/x11/X11WindowSource.h"
 
 #include "capture/x11/X11Properties.h"
+#include "capture/x11/X11Shape.h"
 #include "capture/x11/X11WindowTree.h"
 
 #include <algorithm>
@@ -117,6 +118,7 @@ void X11WindowSource::handle(const xcb_generic_event_t& event) {
         m_isStale = true;
         return;
     default:
+        m_isStale |= isShapeChange(m_connection, event);
         if (m_live)
             m_live->handle(event);
     }
@@ -132,7 +134,19 @@ std::expected<bool, std::string> X11WindowSource::update() {
     if (!m_live)
         return false; // never shown until now
     m_isStale = m_pixmap != 0 && !m_live->update(m_pixmap, m_crop.x, m_crop.y, m_changed);
-    return !m_isStale; // else it changes at this moment
+    if (m_isStale)
+        return false; // it changes at this moment
+    blackenCutOut();
+    return true;
+}
+
+/// Where a shaped window has no pixels, its pixmap holds what was beneath when it was made.
+void X11WindowSource::blackenCutOut() {
+    auto& image = m_live->image();
+    for (const PixelRect& part : m_cutOut)
+        for (int y = part.y; y < part.y + part.height; ++y)
+            std::fill_n(image.pixels() + y * image.stride() + std::ptrdiff_t{4} * part.x,
+                        std::size_t{4} * part.width, std::uint8_t{0});
 }
 
 PictureView X11WindowSource::picture() const {
@@ -165,12 +179,17 @@ bool X11WindowSource::follow() {
     xcb_composite_name_window_pixmap(m_connection.get(), topLevel, m_pixmap);
     const bool isSamePart = m_live && *crop == m_crop;
     m_crop = *crop;
+    const PixelRect area{crop->x - placement->border, crop->y - placement->border, crop->width,
+                         crop->height};
+    m_cutOut = cutOutParts(m_connection, topLevel, area);
+    for (PixelRect& part : m_cutOut) {
+        part.x -= area.x;
+        part.y -= area.y;
+    }
     if (isSamePart) {
         m_live->invalidate();
         return true;
     }
-    const PixelRect area{crop->x - placement->border, crop->y - placement->border, crop->width,
-                         crop->height};
     m_live = std::make_unique<X11LivePicture>(m_connection, topLevel, area);
     m_changed = TileMap(crop->width, crop->height);
     return true;
@@ -180,6 +199,7 @@ void X11WindowSource::redirect(xcb_window_t topLevel) {
     m_live.reset(); // it watches the frame before
     m_topLevel = topLevel;
     watchStructure(m_connection, topLevel);
+    watchShape(m_connection, topLevel, true);
     m_mustPaint = !isRedirected(m_connection, topLevel) && isPartlyHidden(m_connection, topLevel);
     xcb_composite_redirect_window(m_connection.get(), topLevel, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
 }

@@ -4,6 +4,7 @@
 #include "capture/x11/X11PictureSource.h"
 
 #include <memory>
+#include <vector>
 
 namespace vantro {
 
@@ -28,15 +29,17 @@ class X11WindowSource final : public X11PictureSource {
     X11WindowSource(const X11Connection& connection, xcb_window_t window);
 
     bool follow();
+    void blackenCutOut();
     void redirect(xcb_window_t topLevel);
     void releasePixmap();
     void awaitFirstPainting();
 
     const X11Connection& m_connection;
-    xcb_window_t m_window;       // as the user chose it
-    xcb_window_t m_topLevel = 0; // the frame around it
-    xcb_pixmap_t m_pixmap = 0;   // its pixels; 0 while it is not shown
-    PixelRect m_crop;            // the frame's visible part, in pixels of the pixmap
+    xcb_window_t m_window;           // as the user chose it
+    xcb_window_t m_topLevel = 0;     // the frame around it
+    xcb_pixmap_t m_pixmap = 0;       // its pixels; 0 while it is not shown
+    PixelRect m_crop;                // the frame's visible part, in pixels of the pixmap
+    std::vector<PixelRect> m_cutOut; // of the picture, where the window is not a rectangle
     std::unique_ptr<X11LivePicture> m_live;
     TileMap m_changed{1, 1};
     bool m_isStale = true;    // its size, frame or visibility may have changed

@@ -2,6 +2,7 @@
 #include "capture/x11/X11Content.h"
 #include "capture/x11/X11OwnWindows.h"
 #include "capture/x11/X11Properties.h"
+#include "capture/x11/X11WindowIcon.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -35,7 +36,7 @@ std::filesystem::path executableOf(const X11Connection& connection, xcb_window_t
 
 /// The second of the property's two strings, each of which ends with a zero byte.
 std::string windowClass(const X11Connection& connection, xcb_window_t window) {
-    const std::string both = textProperty(connection, window, "WM_CLASS");
+    std::string both = textProperty(connection, window, "WM_CLASS");
     const auto start = both.find('\0');
     if (start == std::string::npos)
         return both;
@@ -94,7 +95,8 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
                                                                    : className,
                            .frame = geometry.toPoints(*rect),
                            .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-                                         !isHidden(connection, window)};
+                                         !isHidden(connection, window),
+                           .icon = windowIcon(connection, window)};
 }
 
 } // namespace

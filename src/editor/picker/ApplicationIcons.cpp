@@ -34,6 +34,12 @@ QPixmap initialTile(const QString& name, int pixels) {
     return tile;
 }
 
+QPixmap pixmapOf(const WindowIcon& icon) {
+    const QImage view(reinterpret_cast<const uchar*>(icon.pixels.data()), icon.width, icon.height,
+                      QImage::Format_ARGB32_Premultiplied);
+    return QPixmap::fromImage(view); // copies
+}
+
 } // namespace
 
 void ApplicationIcons::readDesktopEntry(const QString& path) {
@@ -70,21 +76,26 @@ void ApplicationIcons::readDesktopEntries() {
             readDesktopEntry(entry.next());
 }
 
-QPixmap ApplicationIcons::requestPixmap(const QString& id, QSize* size,
-                                        const QSize& requestedSize) {
+QPixmap ApplicationIcons::desktopIcon(const QString& bundle, int pixels) {
     if (!m_entriesRead)
         readDesktopEntries();
+    const auto name = m_iconNames.value(bundle.toLower(), bundle.toLower());
+    const auto icon = QFileInfo(name).isAbsolute() ? QIcon(name) : QIcon::fromTheme(name);
+    return icon.pixmap(QSize(pixels, pixels), 1.0);
+}
+
+QPixmap ApplicationIcons::requestPixmap(const QString& id, QSize* size,
+                                        const QSize& requestedSize) {
     const int pixels = requestedSize.isEmpty() ? sizeWhenNotAsked : requestedSize.height();
-    const auto bundle =
-        QFileInfo(QUrl::fromPercentEncoding(id.section(u'/', 0, 0).toUtf8())).fileName();
-    const auto name = QUrl::fromPercentEncoding(id.section(u'/', 1, 1).toUtf8());
+    const auto part = [&id](int index) {
+        return QUrl::fromPercentEncoding(id.section(u'/', index, index).toUtf8());
+    };
+    const auto bundle = QFileInfo(part(0)).fileName();
+    const auto own = part(2).isEmpty() ? nullptr : m_windowIcons(part(2));
+    const auto pixmap = own ? pixmapOf(*own) : desktopIcon(bundle, pixels);
     *size = {pixels, pixels};
-    const auto iconName = m_iconNames.value(bundle.toLower(), bundle.toLower());
-    const auto icon =
-        QFileInfo(iconName).isAbsolute() ? QIcon(iconName) : QIcon::fromTheme(iconName);
-    const auto pixmap = icon.pixmap(QSize(pixels, pixels), 1.0);
     return pixmap.isNull()
-               ? initialTile(name.isEmpty() ? bundle : name, pixels)
+               ? initialTile(part(1).isEmpty() ? bundle : part(1), pixels)
                : pixmap.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 

@@ -15,7 +15,18 @@ constexpr double smallestSide = 100; // points
 
 bool sameWindow(const ShareableWindow& a, const ShareableWindow& b) {
     return a.windowID == b.windowID && a.title == b.title &&
-           a.applicationName == b.applicationName && a.bundleIdentifier == b.bundleIdentifier;
+           a.applicationName == b.applicationName && a.bundleIdentifier == b.bundleIdentifier &&
+           (a.icon == b.icon || (a.icon && b.icon && *a.icon == *b.icon));
+}
+
+/// The same only for equal pictures, so that one that is shown is not asked for again. Empty for a
+/// window without.
+QString iconNameOf(const ShareableWindow& window) {
+    if (!window.icon)
+        return {};
+    const auto& pixels = window.icon->pixels;
+    const auto hash = qHashBits(pixels.data(), pixels.size() * sizeof pixels[0]);
+    return QStringLiteral("%1x%2").arg(hash, 0, 16).arg(window.icon->width);
 }
 
 } // namespace
@@ -90,6 +101,11 @@ std::optional<ShareableWindow> WindowPickerModel::window(int row) const {
     return m_windows[static_cast<std::size_t>(row)];
 }
 
+std::shared_ptr<const WindowIcon> WindowPickerModel::icon(const QString& name) const {
+    const auto shown = std::ranges::find(m_windows, name, iconNameOf);
+    return shown == m_windows.end() ? nullptr : shown->icon;
+}
+
 int WindowPickerModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_windows.size());
 }
@@ -106,6 +122,8 @@ QVariant WindowPickerModel::data(const QModelIndex& index, int role) const {
         return QString::fromStdString(shown->title);
     case bundleIdentifier:
         return QString::fromStdString(shown->bundleIdentifier);
+    case iconName:
+        return iconNameOf(*shown);
     default:
         return {};
     }
@@ -114,7 +132,8 @@ QVariant WindowPickerModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> WindowPickerModel::roleNames() const {
     return {{applicationName, "applicationName"},
             {title, "title"},
-            {bundleIdentifier, "bundleIdentifier"}};
+            {bundleIdentifier, "bundleIdentifier"},
+            {iconName, "iconName"}};
 }
 
 } // namespace vantro

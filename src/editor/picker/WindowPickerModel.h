@@ -27,7 +27,7 @@ class WindowPickerModel : public QAbstractListModel {
   public:
     /// Lists the windows or tells why not. Called on the worker thread.
     using Lister = std::function<std::expected<ShareableContent, std::string>()>;
-    enum Role { applicationName = Qt::UserRole, title, bundleIdentifier };
+    enum Role { applicationName = Qt::UserRole, title, bundleIdentifier, iconName };
 
     WindowPickerModel(TaskRunner& tasks, MainTimers& timers, Lister lister);
 
@@ -35,6 +35,8 @@ class WindowPickerModel : public QAbstractListModel {
     void setShown(bool shown);
     /// Nothing for a row that is not there.
     std::optional<ShareableWindow> window(int row) const;
+    /// The icon that the role `iconName` names; null when no window has it.
+    std::shared_ptr<const WindowIcon> icon(const QString& name) const;
 
     /// True until the first list or failure has come.
     bool isLoading() const { return m_loading; }

@@ -10,6 +10,7 @@ T.ItemDelegate {
     required property string applicationName
     required property string title
     required property string bundleIdentifier
+    required property string iconName
     property bool isCurrent: false
 
     height: 48
@@ -21,11 +22,12 @@ T.ItemDelegate {
     contentItem: Item {
         Image {
             id: icon
+            objectName: "windowIcon"
             anchors { left: parent.left; leftMargin: Theme.gap; verticalCenter: parent.verticalCenter }
             width: 32
             height: 32
             sourceSize: Qt.size(32 * Screen.devicePixelRatio, 32 * Screen.devicePixelRatio)
-            source: "image://application/" + encodeURIComponent(row.bundleIdentifier) + "/" + encodeURIComponent(row.applicationName)
+            source: "image://application/" + encodeURIComponent(row.bundleIdentifier) + "/" + encodeURIComponent(row.applicationName) + "/" + row.iconName
         }
         Column {
             anchors { left: icon.right; leftMargin: Theme.wide; right: parent.right; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }

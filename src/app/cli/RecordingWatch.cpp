@@ -1,0 +1,104 @@
+#include "app/cli/RecordingWatch.h"
+
+#include "app/cli/Interrupt.h"
+#include "app/cli/StatusLine.h"
+#include "base/HostClock.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+// How often the status line changes, and how soon the end of a stream or a full size is noticed. At
+// the recorder's bit rate the movie grows by 1.5 MB in that time.
+constexpr double statusPeriod = 0.25; // seconds
+
+/// The power of 1000 that a unit stands for; nothing for an unknown one.
+std::optional<int> powerOf(std::string_view unit) {
+    if (!unit.empty() && (unit.back() == 'B' || unit.back() == 'b'))
+        unit.remove_suffix(1);
+    if (unit.empty())
+        return 0;
+    constexpr std::string_view letters = "kmgt";
+    const char letter = static_cast<char>(unit.front() | 0x20); // lower case
+    const auto index = letters.find(letter);
+    if (unit.size() > 1 || index == std::string_view::npos)
+        return {};
+    return static_cast<int>(index) + 1;
+}
+
+bool isAtLeast(const std::filesystem::path& file, std::optional<std::uint64_t> bytes) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    return bytes && !error && size >= *bytes;
+}
+
+std::optional<RecordingEnd> endOf(RecordingCondition condition) {
+    switch (condition) {
+    case RecordingCondition::recording:
+        return {};
+    case RecordingCondition::streamStopped:
+        return RecordingEnd::streamStopped;
+    case RecordingCondition::writerFailed:
+        break;
+    }
+    return RecordingEnd::writerFailed;
+}
+
+} // namespace
+
+std::string_view rawValue(RecordingEnd end) {
+    constexpr std::array names{"interrupt", "seconds", "maxSize", "streamStopped", "writerFailed"};
+    return names.at(static_cast<std::size_t>(end));
+}
+
+std::optional<std::uint64_t> parseByteSize(const std::string& text) {
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [next, error] = std::from_chars(text.data(), end, number, std::chars_format::fixed);
+    if (error != std::errc())
+        return {};
+    std::string_view unit(next, static_cast<std::size_t>(end - next));
+    unit.remove_prefix(std::min(unit.find_first_not_of(' '), unit.size()));
+    const auto power = powerOf(unit);
+    if (!power)
+        return {};
+    const double bytes = number * std::pow(1000.0, *power);
+    constexpr double limit = static_cast<double>(std::numeric_limits<std::int64_t>::max());
+    if (!(bytes >= 1 && bytes < limit))
+        return {};
+    return static_cast<std::uint64_t>(bytes);
+}
+
+RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::path& movie,
+                            const RecordingLimits& limits, const std::stop_token& interrupted) {
+    StatusLine line;
+    const auto started = hostNow();
+    for (;;) {
+        const double elapsed = inSeconds(hostNow() - started);
+        const auto statistics = recorder.statistics();
+        if (const auto end = endOf(statistics.condition))
+            return *end;
+        if (interrupted.stop_requested())
+            return RecordingEnd::interrupt;
+        if (limits.seconds >= 0 && elapsed >= limits.seconds)
+            return RecordingEnd::seconds;
+        if (isAtLeast(movie, limits.bytes))
+            return RecordingEnd::maxSize;
+        line.show(fmt::format("Recording {}  {} frames, {} dropped  (Ctrl-C to stop)",
+                              clockText(elapsed), statistics.framesCaptured,
+                              statistics.framesDropped));
+        waitFor(limits.seconds < 0 ? statusPeriod
+                                   : std::min(statusPeriod, limits.seconds - elapsed),
+                interrupted);
+    }
+}
+
+} // namespace vantro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "capture/ScreenRecorder.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+
+namespace vantro {
+
+/// When a recording ends by itself.
+struct RecordingLimits {
+    double seconds = -1;                ///< never when negative
+    std::optional<std::uint64_t> bytes; ///< of the movie file; never when absent
+};
+
+/// Why a recording has ended.
+enum class RecordingEnd { interrupt, seconds, maxSize, streamStopped, writerFailed };
+
+/// As it stands in machine-readable output.
+std::string_view rawValue(RecordingEnd end);
+
+/// A size in bytes: a positive number and perhaps k, M, G or T for powers of 1000, with or without
+/// a B, in any case ("500M", "1.5 GB"). Nothing for any other text and for less than one byte.
+std::optional<std::uint64_t> parseByteSize(const std::string& text);
+
+/// Shows on the terminal how a recording goes, until it is interrupted, reaches a limit or cannot
+/// go on. The size of `movie` is looked at a few times a second, so it ends a little above.
+RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::path& movie,
+                            const RecordingLimits& limits, const std::stop_token& interrupted);
+
+} // namespace vantro

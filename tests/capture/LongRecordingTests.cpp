@@ -1,0 +1,114 @@
+// Two hours of recording in a few seconds, on clocks that the tests drive.
+#include "capture/CursorTracker.h"
+#include "capture/ResidentMemory.h"
+#include "capture/ScratchFolder.h"
+#include "capture/ScreenRecorder.h"
+#include "capture/ScriptedPlatform.h"
+#include "media/Asset.h"
+#include "support/Eventually.h"
+
+#include <condition_variable>
+#include <iostream>
+#include <mutex>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto length = 2h;
+
+/// Whoever sleeps wakes at once, on time; at the end nobody wakes any more.
+class RushingClock final : public CaptureClock {
+  public:
+    HostTime now() override {
+        const std::lock_guard lock(m_mutex);
+        return m_now;
+    }
+
+    void sleepUntil(HostTime deadline, std::stop_token stop) override {
+        std::unique_lock lock(m_mutex);
+        if (deadline <= m_end) {
+            m_now = deadline;
+            return;
+        }
+        m_hasEnded = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, std::move(stop), [] { return false; });
+    }
+
+    void awaitEnd() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_hasEnded; });
+    }
+
+  private:
+    std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    HostTime m_now{1000s};
+    HostTime m_end{1000s + length};
+    bool m_hasEnded = false;
+};
+
+TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
+    RushingClock clock;
+    test::ScriptedPlatform platform;
+    CursorTracker tracker({0, 0, 320, 240}, 240, platform.makePointerSource().value(), clock);
+    const auto before = test::residentMemory();
+    tracker.start();
+    clock.awaitEnd();
+    tracker.stop();
+    const auto growth = test::residentMemory() - before;
+    const auto positions = tracker.positions();
+    constexpr std::size_t samples = length / 16ms + 1;
+    EXPECT_EQ(positions.size(), samples);
+    EXPECT_EQ(positions.back().timestamp, 7200);
+    std::cout << "two hours of the pointer: " << growth / 1'000'000.0 << " MB\n";
+    // A list that grows by doubling holds the half of it twice for a moment.
+    if (test::canMeasureMemory) {
+        EXPECT_LE(growth, static_cast<std::int64_t>(2 * samples * sizeof(CursorPosition)));
+    }
+}
+
+TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
+    const test::ScratchFolder folder;
+    const auto movie = folder.path() / "recording.mov";
+    test::ScriptedPlatform platform;
+    ScreenRecorder recorder({.outputURL = movie,
+                             .choice = {.captureMode = CaptureMode::screen,
+                                        .displayID = test::ScriptedPlatform::displayID,
+                                        .captureRect = {0, 0, 320, 240},
+                                        .selectedWindow = {}}},
+                            platform);
+    recorder.start();
+    const auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+    // The two hours end now. The first ten minutes fill caches and queues.
+    const HostTime start = hostNow() - length;
+    std::int64_t before = 0;
+    int frames = 0;
+    for (auto time = 0s; time <= length; time += 1s, ++frames) {
+        if (time == 10min)
+            before = test::residentMemory();
+        const auto deliver = [&] {
+            return platform.output->screenSample({.status = FrameStatus::complete,
+                                                  .presentationTime = start + time,
+                                                  .pixels = picture});
+        };
+        // The encoder takes its time.
+        ASSERT_TRUE(test::eventually([&] { return deliver() == SampleDisposition::taken; }));
+    }
+    const auto growth = test::residentMemory() - before;
+    recorder.stop();
+    EXPECT_EQ(recorder.statistics().framesCaptured, frames);
+    EXPECT_NEAR(Asset::open(movie).duration().seconds(), 7200, 5);
+    std::cout << "two hours of the screen: " << growth / 1'000'000.0 << " MB\n";
+    constexpr std::int64_t indexEntry = 200; // bytes a frame, several lists of the muxer
+    if (test::canMeasureMemory) {
+        EXPECT_LE(growth, frames * indexEntry + 1'000'000);
+    }
+}
+
+} // namespace
+} // namespace vantro
