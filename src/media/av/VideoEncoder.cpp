@@ -39,7 +39,7 @@ void setHeader(AVCodecContext& codec, const std::vector<std::uint8_t>& header) {
     if (bytes == nullptr)
         throw std::bad_alloc();
     std::ranges::copy(header, bytes);
-    av_freep(&codec.extradata);
+    av_freep(static_cast<void*>(&codec.extradata));
     codec.extradata = bytes;
     codec.extradata_size = static_cast<int>(header.size());
 }
