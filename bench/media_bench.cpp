@@ -1,6 +1,9 @@
-// Colour conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture.
+// Colour conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture. And
+// the search for hardware encoders beside the opening of the software one.
 
 #include "media/ColorConversion.h"
+#include "media/av/HardwareEncoder.h"
+#include "media/av/SoftwareEncoder.h"
 
 #include <algorithm>
 #include <functional>
@@ -60,6 +63,23 @@ void bgraToI420BySwscale(benchmark::State& state) {
         sws_scale(scaler.get(), from, fromStrides, 0, height, to, toStrides);
 }
 
+// What an export pays for looking for hardware where there is none, beside the encoder it then
+// uses.
+void lookForHardware(benchmark::State& state) {
+    for (auto _ : state)
+        for (const auto choice :
+             {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi})
+            benchmark::DoNotOptimize(av::missingDevice(choice));
+}
+
+void openLibx264(benchmark::State& state) {
+    const VideoSettings settings{.width = width, .height = height};
+    for (auto _ : state)
+        benchmark::DoNotOptimize(av::openSoftwareEncoder(settings));
+}
+
+BENCHMARK(lookForHardware)->Unit(benchmark::kMillisecond);
+BENCHMARK(openLibx264)->Unit(benchmark::kMillisecond);
 BENCHMARK(bgraToI420)->Unit(benchmark::kMillisecond);
 BENCHMARK(bgraToI420BySwscale)->Unit(benchmark::kMillisecond);
 BENCHMARK(i420ToBgra)->Unit(benchmark::kMillisecond);

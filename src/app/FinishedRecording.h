@@ -1,9 +1,9 @@
 #pragma once
 
-#include "model/RecordingMetadata.h"
-#include "model/TimelineSegment.h"
+#include "model/ProjectData.h"
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace vantro {
@@ -17,9 +17,13 @@ struct FinishedRecording {
     std::vector<TimelineSegment> segments;       ///< one, of full length
 };
 
-/// Writes "metadata.json" beside the movie and turns the recorded clicks into editable zooms.
-/// Throws VantroError assetWriterFailed when the file cannot be written. Any thread.
+/// Writes "metadata.json" beside the movie, which makes the pointer's journal needless, and turns
+/// the recorded clicks into editable zooms. Throws VantroError assetWriterFailed when the file
+/// cannot be written. Any thread.
 FinishedRecording finishRecording(const std::filesystem::path& recordingURL,
                                   RecordingMetadata metadata);
+
+/// The project of a recording that nobody has edited yet.
+ProjectData freshProject(const FinishedRecording& finished, std::string name);
 
 } // namespace vantro

@@ -26,8 +26,12 @@ std::string defaultRecordingName() {
     return fmt::format("vantro_{:%Y-%m-%d_%H-%M-%S}", local);
 }
 
+std::filesystem::path recordingsDirectory() {
+    return temporaryDirectory() / "Vantro";
+}
+
 std::filesystem::path makeRecordingDirectory() {
-    const auto folder = temporaryDirectory() / "Vantro" / Uuid::random().toString();
+    const auto folder = recordingsDirectory() / Uuid::random().toString();
     std::error_code ignored;
     std::filesystem::create_directories(folder, ignored);
     return folder;

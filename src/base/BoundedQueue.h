@@ -59,6 +59,13 @@ class BoundedQueue {
         return item;
     }
 
+    /// Waits until `pop` would return at once; false when it still would not after `longest`.
+    template <typename Duration>
+    bool waitForItem(Duration longest) {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, longest, [this] { return m_closed || !m_items.empty(); });
+    }
+
     void close() {
         {
             const std::lock_guard lock(m_mutex);

@@ -8,7 +8,8 @@
 namespace vantro {
 
 void fatal(std::string_view what, std::source_location where) {
-    logError("Fatal: {} ({}:{})", what, where.file_name(), where.line());
+    writeLog(LogLevel::fatal,
+             fmt::format("Fatal: {} ({}:{})", what, where.file_name(), where.line()));
     std::abort();
 }
 

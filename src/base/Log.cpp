@@ -18,8 +18,10 @@ spdlog::level::level_enum toSpdlog(LogLevel level) {
         return spdlog::level::warn;
     case LogLevel::error:
         return spdlog::level::err;
+    case LogLevel::fatal:
+        return spdlog::level::critical;
     }
-    return spdlog::level::err;
+    return spdlog::level::critical;
 }
 
 std::shared_ptr<spdlog::logger> makeLogger(LogLevel terminalLevel) {

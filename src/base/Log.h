@@ -6,7 +6,8 @@
 
 namespace vantro {
 
-enum class LogLevel { info, warning, error };
+/// `fatal` is for the last line before the program aborts.
+enum class LogLevel { info, warning, error, fatal };
 
 /// Where log lines go. Lines below `terminalLevel` are kept off standard error; every line goes to
 /// the systemd journal where one is running. Called once, by main, before other threads start.

@@ -18,7 +18,7 @@ namespace {
                                             std::error_code(errno, std::generic_category()));
 }
 
-void syncToDisk(const std::filesystem::path& path, const std::filesystem::path& reported) {
+void sync(const std::filesystem::path& path, const std::filesystem::path& reported) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file || ::fsync(file.get()) != 0)
         fail("cannot write", reported);
@@ -55,10 +55,14 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::commit() {
-    syncToDisk(m_temporary, m_target);
+    sync(m_temporary, m_target);
     if (::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         fail("cannot write", m_target);
     m_committed = true;
+}
+
+void syncToDisk(const std::filesystem::path& file) {
+    sync(file, file);
 }
 
 void writeWholeFile(const std::filesystem::path& target, std::span<const char> bytes) {

@@ -28,6 +28,9 @@ class OutputFile {
     bool m_committed = false;
 };
 
+/// Returns when the file's content is safe on disk. Throws std::filesystem_error.
+void syncToDisk(const std::filesystem::path& file);
+
 /// Writes `bytes` as the whole new content of `target`, through an OutputFile.
 void writeWholeFile(const std::filesystem::path& target, std::span<const char> bytes);
 

@@ -16,12 +16,14 @@ constexpr HostDuration sampleInterval = std::chrono::milliseconds(16);
 } // namespace
 
 CursorTracker::CursorTracker(Rect captureRect, double screenHeight,
-                             std::shared_ptr<PointerSource> pointer, CaptureClock& clock)
+                             std::shared_ptr<PointerSource> pointer, CaptureClock& clock,
+                             std::optional<CursorJournal> journal)
     : m_captureRect(captureRect)
     , m_screenHeight(screenHeight)
     , m_pointer(std::move(pointer))
     , m_clock(clock)
-    , m_startTime(clock.now()) {}
+    , m_startTime(clock.now())
+    , _journal(std::move(journal)) {}
 
 CursorTracker::~CursorTracker() {
     stop();
@@ -67,6 +69,8 @@ void CursorTracker::runTimer(const std::stop_token& stop) {
 void CursorTracker::appendPosition() {
     const Point point = pointerInCaptureRect();
     _positions.push_back({.x = point.x, .y = point.y, .timestamp = elapsedSeconds()});
+    if (_journal)
+        _journal->add(_positions.back());
 }
 
 void CursorTracker::appendClick(bool isRightClick) {
@@ -77,6 +81,8 @@ void CursorTracker::appendClick(bool isRightClick) {
     click.timestamp = elapsedSeconds();
     click.isRightClick = isRightClick;
     _clicks.push_back(click);
+    if (_journal)
+        _journal->add(click);
 }
 
 double CursorTracker::elapsedSeconds() {

@@ -2,10 +2,12 @@
 
 #include "base/SerialQueue.h"
 #include "capture/CaptureClock.h"
+#include "capture/CursorJournal.h"
 #include "capture/PointerSource.h"
 #include "model/RecordingMetadata.h"
 
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -25,8 +27,10 @@ class CursorTracker {
   public:
     /// `captureRect` is in global points with the origin at the top left. `screenHeight`, in
     /// points, turns the pointer's bottom-left origin over.
+    /// Samples and clicks go to the `journal` too, where there is one.
     CursorTracker(Rect captureRect, double screenHeight, std::shared_ptr<PointerSource> pointer,
-                  CaptureClock& clock = hostCaptureClock());
+                  CaptureClock& clock = hostCaptureClock(),
+                  std::optional<CursorJournal> journal = {});
     ~CursorTracker();
     CursorTracker(const CursorTracker&) = delete;
     CursorTracker& operator=(const CursorTracker&) = delete;
@@ -55,6 +59,7 @@ class CursorTracker {
 
     std::vector<CursorPosition> _positions; // only on m_queue
     std::vector<ClickEvent> _clicks;        // only on m_queue
+    std::optional<CursorJournal> _journal;  // only on m_queue
 
     // Destroyed in reverse: whoever feeds the queue first, then the queue, then the lists.
     SerialQueue m_queue{"com.vantro.cursor"};

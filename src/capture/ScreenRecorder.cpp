@@ -4,6 +4,9 @@
 #include "media/MediaError.h"
 #include "model/VantroError.h"
 
+#include <system_error>
+#include <utility>
+
 namespace vantro {
 namespace {
 
@@ -108,9 +111,19 @@ void ScreenRecorder::prepareWriter(const RecordingTarget& target) {
 
 void ScreenRecorder::startTracker(const RecordingTarget& target,
                                   std::shared_ptr<PointerSource> pointer) {
+    auto journal = makeJournal(); // takes a moment: before time zero
     m_cursorTracker = std::make_unique<CursorTracker>(
-        m_configuration.choice.captureRect, target.display.frame.height, std::move(pointer));
+        m_configuration.choice.captureRect, target.display.frame.height, std::move(pointer),
+        hostCaptureClock(), std::move(journal));
     m_cursorTracker->start();
+}
+
+CursorJournal ScreenRecorder::makeJournal() const {
+    try {
+        return CursorJournal(m_configuration.outputURL, describeRecording());
+    } catch (const std::filesystem::filesystem_error& error) {
+        failWriter(error.what());
+    }
 }
 
 void ScreenRecorder::startCapture() {
@@ -124,7 +137,10 @@ void ScreenRecorder::startCapture() {
 void ScreenRecorder::abandon() {
     m_stateQueue.sync([this] { _isWriting = false; });
     m_stream.reset();
-    m_cursorTracker.reset();
+    if (std::exchange(m_cursorTracker, nullptr)) {
+        std::error_code ignored;
+        std::filesystem::remove(cursorJournalPath(m_configuration.outputURL), ignored);
+    }
     m_assetWriter.reset();
 }
 
@@ -178,14 +194,16 @@ RecordingMetadata ScreenRecorder::stop() {
         return _frameCount;
     });
     logInfo("Stopping capture, {} frames written", frameCount);
-    if (m_cursorTracker)
-        m_cursorTracker->stop();
+    // What it has written down stays when the recorder goes: the movie may fail yet.
+    const auto tracker = std::move(m_cursorTracker);
+    if (tracker)
+        tracker->stop();
     if (m_stream)
         m_stream->stopCapture();
     m_stream.reset();
     const bool hasFrames = m_stateQueue.sync([this] { return _firstSampleTime.has_value(); });
     finishWriter(hasFrames, stopTime);
-    return makeMetadata();
+    return makeMetadata(tracker.get());
 }
 
 void ScreenRecorder::finishWriter(bool hasFrames, HostTime stopTime) {
@@ -214,15 +232,21 @@ void ScreenRecorder::finishWriter(bool hasFrames, HostTime stopTime) {
     failWriter(failure);
 }
 
-RecordingMetadata ScreenRecorder::makeMetadata() {
+/// All that is known before the first sample.
+RecordingMetadata ScreenRecorder::describeRecording() const {
     RecordingMetadata metadata;
     metadata.captureRect = m_configuration.choice.captureRect;
     metadata.displayID = m_configuration.choice.displayID;
     metadata.frameRate = metadataFrameRate;
     metadata.displayScaleFactor = m_displayScaleFactor;
-    if (m_cursorTracker) {
-        metadata.cursorPositions = m_cursorTracker->positions();
-        metadata.clickEvents = m_cursorTracker->clicks();
+    return metadata;
+}
+
+RecordingMetadata ScreenRecorder::makeMetadata(CursorTracker* tracker) const {
+    auto metadata = describeRecording();
+    if (tracker != nullptr) {
+        metadata.cursorPositions = tracker->positions();
+        metadata.clickEvents = tracker->clicks();
     }
     if (!metadata.cursorPositions.empty())
         metadata.endTime = metadata.cursorPositions.back().timestamp;

@@ -32,6 +32,10 @@ struct RecordingStatistics {
 /// whose names begin with an underscore are reached only on the serial queue
 /// "com.vantro.recorder.state". A frame that finds the encoder busy is dropped and counted.
 ///
+/// Until the recording is stopped, journals beside the movie hold what is needed to recover it
+/// should the program be killed. The movie's goes when it is whole; the pointer's stays until
+/// whoever stopped the recording has kept its metadata.
+///
 /// The movie's time zero is its first frame, the pointer's is the tracker's construction just
 /// before: everything slow is opened before both, so that they lie within one frame.
 class ScreenRecorder final : private ScreenStreamOutput {
@@ -71,7 +75,9 @@ class ScreenRecorder final : private ScreenStreamOutput {
     void abandon();
     SampleDisposition append(const VideoFrame& frame, bool isFirst);
     void finishWriter(bool hasFrames, HostTime stopTime);
-    RecordingMetadata makeMetadata();
+    CursorJournal makeJournal() const;
+    RecordingMetadata describeRecording() const;
+    RecordingMetadata makeMetadata(CursorTracker* tracker) const;
 
     const Configuration m_configuration;
     CapturePlatform& m_platform;

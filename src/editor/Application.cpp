@@ -1,5 +1,6 @@
 #include "editor/Application.h"
 
+#include "app/RecordingRecovery.h"
 #include "app/state/ExportFlow.h"
 #include "app/state/PermissionService.h"
 #include "app/state/ProjectFlow.h"
@@ -61,7 +62,7 @@ class Program {
     RecordingFlow m_recording{m_state, {m_desktop, m_overlays, m_timers, m_recordingTasks}};
     ExportFlow m_exports{m_state, m_panels, m_exportTasks, runExport};
     ProjectFlow m_projects{m_state, m_panels, m_fileTasks};
-    RecoveryFlow m_recovery{m_state, m_fileTasks, readFinishedRecording};
+    RecoveryFlow m_recovery{m_state, m_fileTasks, recoverRecording};
     const Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
 
     StillPreview m_preview{m_previewTasks, exportPreview()};
@@ -108,6 +109,10 @@ void Program::followRecordings() {
             m_preferences.setUnsavedRecording(
                 QString::fromStdString(m_state.recordingURL()->string()));
     });
+    QObject::connect(&m_recording, &RecordingFlow::begun,
+                     [this](const QString& path) { m_preferences.setUnsavedRecording(path); });
+    QObject::connect(&m_recording, &RecordingFlow::leftBehind,
+                     [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     const auto used = [this](const QString& path) { m_preferences.addRecentProject(path); };
     QObject::connect(&m_projects, &ProjectFlow::saved, used);
     QObject::connect(&m_projects, &ProjectFlow::opened, used);

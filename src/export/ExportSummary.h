@@ -19,6 +19,9 @@ struct ExportSummary {
     int height = 0;
     std::int64_t frameCount = 0;
     double duration = 0; ///< seconds
+    /// What encoded a video: "libx264", "nvenc", or "nvenc, libx264" where one gave out on the way.
+    /// Empty for a GIF.
+    std::string encoder{}; // NOLINT(readability-redundant-member-init): may be left out
     /// Why the output ends before the edit does; empty when it is whole.
     std::string damage{}; // NOLINT(readability-redundant-member-init): may be left out
 };

@@ -13,7 +13,35 @@ namespace vantro {
 namespace {
 
 constexpr double largestWidth = 640; // pixels
-constexpr int framesPerSecond = 12;
+
+/// The reader and the writer of one export.
+struct Transfer {
+    VideoCompositionReader reader;
+    GifWriter writer;
+    MediaTime duration;
+    bool toleratesDamage;
+    ExportSummary summary;
+
+    void run(ProgressMailbox& mailbox) {
+        try {
+            moveFrames(mailbox);
+        } catch (const MediaError& error) {
+            if (!toleratesDamage || summary.frameCount == 0)
+                throw;
+            summary.damage = error.what();
+        }
+    }
+
+    void moveFrames(ProgressMailbox& mailbox) {
+        while (const auto frame = reader.copyNextFrame()) {
+            writer.append(*frame->pixels);
+            ++summary.frameCount;
+            summary.duration =
+                std::min(frame->presentationTime + frame->duration, duration).seconds();
+            mailbox.post(frame->presentationTime.seconds() / duration.seconds());
+        }
+    }
+};
 
 } // namespace
 
@@ -32,33 +60,24 @@ ExportSummary GIFExporter::run(const EditedRecording& recording,
                                const std::stop_token& cancelled) try {
     const auto opened = openRecording(recording);
     const auto size = renderSize(recording, gifBaseSize(opened.videoSize()));
-    const auto movie =
-        composeMovie(recording, opened, size, framesPerSecond, std::move(m_renderer));
-    const auto duration = movie.composition.duration();
-
-    VideoCompositionReader reader(movie.composition, movie.video, PixelFormat::bgra);
-    const std::stop_callback cancelReader(cancelled, [&reader] { reader.cancel(); });
-    GifWriter writer(output, movie.video.renderWidth, movie.video.renderHeight,
-                     movie.video.frameDuration);
-    ExportSummary summary{.outcome = ExportOutcome::finished,
-                          .width = movie.video.renderWidth,
-                          .height = movie.video.renderHeight,
-                          .frameCount = 0,
-                          .duration = duration.seconds()};
-    const auto pump = [&](ProgressMailbox& mailbox) {
-        while (const auto frame = reader.copyNextFrame()) {
-            writer.append(*frame->pixels);
-            ++summary.frameCount;
-            mailbox.post(frame->presentationTime.seconds() / duration.seconds());
-        }
-    };
-    runPumps({{"com.vantro.export.video", pump}}, progress);
+    const auto movie = composeMovie(recording, opened, size, m_frameRate, std::move(m_renderer));
+    const int width = movie.video.renderWidth;
+    const int height = movie.video.renderHeight;
+    Transfer transfer{.reader = {movie.composition, movie.video, PixelFormat::bgra},
+                      .writer = {output, width, height, movie.video.frameDuration},
+                      .duration = movie.composition.duration(),
+                      .toleratesDamage = m_toleratesDamage,
+                      .summary = {.width = width, .height = height}};
+    const std::stop_callback cancelReader(cancelled, [&] { transfer.reader.cancel(); });
+    runPumps(
+        {{"com.vantro.export.video", [&](ProgressMailbox& mailbox) { transfer.run(mailbox); }}},
+        progress);
     if (cancelled.stop_requested()) {
-        writer.cancel();
+        transfer.writer.cancel();
         return {.outcome = ExportOutcome::cancelled};
     }
-    writer.finish();
-    return summary;
+    transfer.writer.finish();
+    return transfer.summary;
 } catch (const MediaError& error) {
     throw VantroError(VantroError::Kind::exportFailed, error.what());
 }

@@ -10,7 +10,7 @@
 namespace vantro {
 
 /// Writes the edited recording as an endlessly looping animated GIF, at most 640 pixels wide before
-/// the canvas aspect is applied, 12 frames a second.
+/// the canvas aspect is applied, 12 frames a second unless told otherwise.
 ///
 /// The file appears under `output` only when it is whole. Throws VantroError. Blocks; any one
 /// thread, once.
@@ -19,11 +19,21 @@ class GIFExporter {
     explicit GIFExporter(std::unique_ptr<Renderer> renderer);
     ~GIFExporter();
 
+    static constexpr int usualFrameRate = 12;
+    /// Players slow down what is faster.
+    static constexpr int highestFrameRate = 50;
+    /// Frames a second, 1 to highestFrameRate.
+    void setFrameRate(int framesPerSecond) { m_frameRate = framesPerSecond; }
+    /// Whether a movie that breaks off is exported up to there; else it is an error.
+    void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
+
     ExportSummary run(const EditedRecording& recording, const std::filesystem::path& output,
                       const ExportProgress& progress, const std::stop_token& cancelled);
 
   private:
     std::unique_ptr<Renderer> m_renderer;
+    int m_frameRate = usualFrameRate;
+    bool m_toleratesDamage = false;
 };
 
 /// The recording's size scaled down to 640 pixels of width, never up, both sides even.

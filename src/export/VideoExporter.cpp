@@ -33,22 +33,24 @@ std::shared_ptr<const PixelBuffer> croppedToEven(std::shared_ptr<const PixelBuff
                              pixels);
 }
 
-VideoSettings encoderSettings(const VideoComposition& video) {
+VideoSettings encoderSettings(const VideoComposition& video, VideoEncoderChoice encoder) {
     return {.width = video.renderWidth & ~1,
             .height = video.renderHeight & ~1,
             .averageBitRate = averageBitRate,
-            .expectedFrameRate = 1 / video.frameDuration.seconds()};
+            .expectedFrameRate = 1 / video.frameDuration.seconds(),
+            .encoder = encoder};
 }
 
 /// The readers and the writer of one export, and the pumps between them.
 class Transfer {
   public:
-    Transfer(const ComposedMovie& movie, const std::filesystem::path& output, bool toleratesDamage)
+    Transfer(const ComposedMovie& movie, const std::filesystem::path& output,
+             VideoEncoderChoice encoder, bool toleratesDamage)
         : m_toleratesDamage(toleratesDamage)
         , m_duration(movie.composition.duration())
         , m_video(movie.composition, movie.video, PixelFormat::i420)
         , m_audio(audioReader(movie.composition))
-        , m_writer(output, FileType::mpeg4, encoderSettings(movie.video),
+        , m_writer(output, FileType::mpeg4, encoderSettings(movie.video, encoder),
                    m_audio ? std::vector{audioSettings} : std::vector<AudioSettings>{}) {
         m_writer.startWriting();
         m_writer.startSession(MediaTime{});
@@ -155,7 +157,7 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
     auto movie =
         composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
                      std::move(m_renderer));
-    Transfer transfer(movie, output, m_toleratesDamage);
+    Transfer transfer(movie, output, m_encoder, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);
     AssetWriter& writer = transfer.writer();
@@ -169,6 +171,7 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
             .height = movie.video.renderHeight & ~1,
             .frameCount = writer.frameCount(),
             .duration = transfer.writtenDuration().seconds(),
+            .encoder = writer.encoderName(),
             .damage = transfer.damage()};
 } catch (const MediaError& error) {
     throw VantroError(VantroError::Kind::exportFailed, error.what());

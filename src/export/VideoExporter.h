@@ -2,6 +2,7 @@
 
 #include "export/ComposedMovie.h"
 #include "export/ExportSummary.h"
+#include "media/VideoEncoderChoice.h"
 
 #include <filesystem>
 #include <memory>
@@ -22,6 +23,9 @@ class VideoExporter {
 
     /// Whether a movie that breaks off is exported up to there; else it is an error.
     void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
+    /// What encodes; one that cannot be had here is an error. One that fails on the way is not:
+    /// libx264 goes on.
+    void setEncoder(VideoEncoderChoice encoder) { m_encoder = encoder; }
 
     ExportSummary run(const EditedRecording& recording, ExportResolution resolution,
                       const std::filesystem::path& output, const ExportProgress& progress,
@@ -30,6 +34,7 @@ class VideoExporter {
   private:
     std::unique_ptr<Renderer> m_renderer;
     bool m_toleratesDamage = false;
+    VideoEncoderChoice m_encoder = VideoEncoderChoice::automatic;
 };
 
 } // namespace vantro

@@ -4,6 +4,7 @@
 #include "base/OutputFile.h"
 #include "media/AudioWriterInput.h"
 #include "media/MediaError.h"
+#include "media/MovieRecovery.h"
 #include "media/VideoWriterInput.h"
 #include "media/av/Libraries.h"
 #include "media/av/MovieMuxer.h"
@@ -52,6 +53,17 @@ struct AssetWriter::Implementation {
                                   [this] { replacement = std::make_unique<OutputFile>(output); });
         muxer = std::make_unique<av::MovieMuxer>(
             replacement ? replacement->temporaryPath() : output, output, type);
+        try {
+            addTracks(settings, audioSettings);
+        } catch (...) {
+            removeFile(); // it is ours by now
+            throw;
+        }
+    }
+
+    void addTracks(const VideoSettings& settings, const std::vector<AudioSettings>& audioSettings) {
+        if (type == FileType::quickTimeMovie)
+            muxer->keepJournal();
         video = std::make_unique<VideoWriterInput>(settings, *muxer, pace);
         for (const auto& track : audioSettings)
             audio.emplace_back(track, *muxer, pace);
@@ -68,6 +80,7 @@ struct AssetWriter::Implementation {
     }
 
     std::int64_t framesWritten = 0; ///< once the input is gone
+    std::string encoderName;        ///< once its work is done
 
     void closeFile() {
         framesWritten = video ? video->frameCount() : framesWritten;
@@ -81,8 +94,10 @@ struct AssetWriter::Implementation {
     void removeFile() {
         closeFile();
         std::error_code ignored; // it may be gone already
-        if (type == FileType::quickTimeMovie && std::filesystem::is_regular_file(output, ignored))
+        if (type == FileType::quickTimeMovie && std::filesystem::is_regular_file(output, ignored)) {
             std::filesystem::remove(output, ignored);
+            std::filesystem::remove(movieJournalPath(output), ignored);
+        }
     }
 };
 
@@ -141,6 +156,7 @@ void AssetWriter::finish(std::optional<MediaTime> endTime) {
     try {
         self.video->markAsFinished(endTime);
         self.video->finish();
+        self.encoderName = self.video->encoderName();
         for (auto& track : self.audio)
             track.finish();
         self.muxer->finish();
@@ -166,6 +182,10 @@ void AssetWriter::cancel() {
 std::int64_t AssetWriter::frameCount() const {
     const auto& self = *m_implementation;
     return self.video ? self.video->frameCount() : self.framesWritten;
+}
+
+const std::string& AssetWriter::encoderName() const {
+    return m_implementation->encoderName;
 }
 
 } // namespace vantro

@@ -2,12 +2,14 @@
 
 #include "media/AudioBuffer.h"
 #include "media/MediaTime.h"
+#include "media/VideoEncoderChoice.h"
 #include "media/VideoFrame.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace vantro {
@@ -25,6 +27,9 @@ struct VideoSettings {
     /// A live source: the encoder favours speed and never holds frames back, and `append` refuses
     /// instead of waiting. Otherwise it favours quality and `append` waits for room.
     bool expectsRealTime = false;
+    /// A live source is encoded by libx264 whatever this says: its frames cannot wait for a trial
+    /// or for a device that somebody else keeps busy.
+    VideoEncoderChoice encoder = VideoEncoderChoice::libx264;
 };
 
 /// AAC, 48 kHz, 2 channels.
@@ -85,6 +90,9 @@ class AssetWriter {
 
     /// Frames encoded so far.
     std::int64_t frameCount() const;
+    /// What encoded the pictures, once finished: "libx264", "nvenc", or "nvenc, libx264" where the
+    /// first failed on the way and the second went on.
+    const std::string& encoderName() const;
 
   private:
     struct Implementation;

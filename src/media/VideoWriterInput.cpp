@@ -7,6 +7,7 @@
 #include "media/MediaError.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace vantro {
@@ -14,6 +15,9 @@ namespace {
 
 // A live source that stalls for longer than this many frames drops some; each holds a picture.
 constexpr std::size_t queuedFrames = 8;
+// What is held back is lost when the program is killed; longer than frames of a busy screen are
+// apart, so that it happens on calm ones only.
+constexpr auto longestHeld = std::chrono::milliseconds(50);
 
 } // namespace
 
@@ -78,8 +82,13 @@ void VideoWriterInput::cancel() {
 void VideoWriterInput::run() {
     setThreadName("com.vantro.writer");
     try {
-        while (const auto frame = m_queue.pop())
+        for (;;) {
+            writeHeldInTime();
+            const auto frame = m_queue.pop();
+            if (!frame)
+                break;
             encode(*frame);
+        }
         if (!m_cancelled)
             finishTrack();
     } catch (const std::exception& error) {
@@ -148,11 +157,29 @@ void VideoWriterInput::writeHeld(std::int64_t duration) {
     m_pace.reach(written);
 }
 
+/// Of a live source, no picture is held back for longer than a moment.
+void VideoWriterInput::writeHeldInTime() {
+    const bool isHeld = m_settings.expectsRealTime && m_held->data != nullptr;
+    if (isHeld && !m_queue.waitForItem(longestHeld))
+        writeHeld(m_lastDuration);
+}
+
+/// The last packet went out before its duration was known: the picture comes once more, for the
+/// rest of it.
+void VideoWriterInput::repeatLastPicture(std::int64_t wantedDuration) {
+    const auto first = std::clamp<std::int64_t>(wantedDuration - 1, 1, m_lastDuration);
+    m_lastTicks += first;
+    m_finalDuration = std::max<std::int64_t>(wantedDuration - first, 1);
+    m_encoder.encode(m_lastPicture, m_lastTicks, [this](AVPacket& packet) { take(packet); });
+}
+
 void VideoWriterInput::finishTrack() {
     if (m_lastTicks < 0)
         throw MediaError("No frame was written");
     const auto wanted = m_endTime ? ticks(*m_endTime) - m_lastTicks : m_lastDuration;
     m_finalDuration = std::max<std::int64_t>(wanted, 1);
+    if (m_settings.expectsRealTime && m_held->data == nullptr)
+        repeatLastPicture(*m_finalDuration);
     m_encoder.drain([this](AVPacket& packet) { take(packet); });
     writeHeld(*m_finalDuration);
     m_pace.end({m_lastTicks + *m_finalDuration, m_encoder.timescale()});

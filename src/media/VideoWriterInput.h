@@ -37,6 +37,8 @@ class VideoWriterInput {
     void cancel();
 
     std::int64_t frameCount() const { return m_frameCount; }
+    /// Once finished.
+    const std::string& encoderName() const { return m_encoder.name(); }
 
   private:
     void run();
@@ -46,6 +48,8 @@ class VideoWriterInput {
     std::int64_t nominalDuration(const VideoFrame& frame) const;
     void take(AVPacket& packet);
     void writeHeld(std::int64_t duration);
+    void writeHeldInTime();
+    void repeatLastPicture(std::int64_t wantedDuration);
     void finishTrack();
 
     const VideoSettings m_settings;
@@ -71,7 +75,8 @@ class VideoWriterInput {
     std::int64_t m_lastTicks = -1;
     std::int64_t m_lastDuration = 0;
     std::optional<std::int64_t> m_finalDuration; ///< the last picture's, once it was appended
-    /// The newest packet waits for the next one, or the end: only then its duration is known.
+    /// The newest packet waits for the next one, or the end: only then its duration is known. A
+    /// live one does not wait for long.
     av::PacketHandle m_held;
 };
 

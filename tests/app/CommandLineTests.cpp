@@ -1,66 +1,15 @@
-#include "app/ProjectPackage.h"
-#include "export/RecordingFixture.h"
-#include "model/Json.h"
+#include "app/CommandLineFixture.h"
 
-#include <cstdio>
 #include <fstream>
 #include <functional>
-#include <memory>
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
 
 namespace vantro {
 namespace {
 
 using namespace vantro::testing;
 using ::testing::HasSubstr;
-using ::testing::Not;
-
-struct Result {
-    int exitCode = -1;
-    std::string output; ///< standard output and error together
-};
-
-/// Runs the built program itself, as a shell would.
-Result vantro(const std::string& arguments) {
-    const auto command = fmt::format("env -u DISPLAY '{}' {} 2>&1", VANTRO_PROGRAM, arguments);
-    FILE* pipe = ::popen(command.c_str(), "r");
-    Result result;
-    char chunk[4096];
-    while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe))
-        result.output.append(chunk, count);
-    const int status = ::pclose(pipe);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-    return result;
-}
-
-/// A project of a two-second recording with one click, as another program might have written it.
-class CommandLine : public ::testing::Test {
-  protected:
-    CommandLine() {
-        writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
-        project.recordingName = "sample";
-        project.metadata.frameRate = 30;
-        project.metadata.endTime = 2;
-        project.metadata.captureRect = {0, 0, 320, 180};
-        project.metadata.cursorPositions = {{100, 50, 0}, {200, 90, 1}};
-        project.editableClickEvents = {
-            {.x = 200, .y = 90, .timestamp = 1, .startOffset = 0.5, .endOffset = 0.8}};
-        save("sample.vantro");
-    }
-
-    void save(const std::string& name) {
-        saveProject(folder / name, folder / "recording.mov", project);
-    }
-    std::string path(const std::string& name) const { return "'" + (folder / name).string() + "'"; }
-    bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
-
-    TemporaryFolder folder;
-    ProjectData project;
-};
 
 TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     const auto exported =
@@ -87,34 +36,6 @@ TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     EXPECT_DOUBLE_EQ(atClick["scale"].get<double>(), 1.5);
     EXPECT_DOUBLE_EQ(atClick["cursorX"].get<double>(), 200);
     EXPECT_DOUBLE_EQ(document["keyframes"][5]["cursorX"].get<double>(), 150);
-}
-
-TEST_F(CommandLine, ExportsAPartAtAnotherRate) {
-    const auto command = "export " + path("sample.vantro") + " --output " + path("part.mp4");
-    const auto exported = vantro(command + " --range 0.5:1.25 --fps 20");
-    ASSERT_EQ(exported.exitCode, 0) << exported.output;
-    const auto probed = probe(folder / "part.mp4");
-    EXPECT_EQ(probed["streams"][0]["nb_read_frames"], "15");
-    EXPECT_EQ(probed["streams"][0]["r_frame_rate"], "20/1");
-    const auto beyond = vantro(command + " --force --range 7:");
-    EXPECT_EQ(beyond.exitCode, 1);
-    EXPECT_THAT(beyond.output, HasSubstr("lasts 2.00 s"));
-    for (const auto* wrong : {"--range 3", "--range 2:1", "--range a:b", "--range -1:2", "--fps 0"})
-        EXPECT_EQ(vantro(command + " " + wrong).exitCode, 2) << wrong;
-}
-
-TEST_F(CommandLine, ExportsSeveralProjectsAndSumsUp) {
-    save("second.vantro");
-    std::filesystem::create_directory(folder / "out");
-    const auto result =
-        vantro("export --json " + path("sample.vantro") + " " + path("none.vantro") + " " +
-               path("second.vantro") + "/ --output " + path("out"));
-    EXPECT_EQ(result.exitCode, 1); // one of them failed
-    EXPECT_THAT(result.output, HasSubstr(R"({"event":"summary","exported":2,"failed":1})"));
-    EXPECT_THAT(result.output, HasSubstr(R"("event":"failed")"));
-    for (const auto* name : {"out/sample.mp4", "out/second.mp4"})
-        EXPECT_EQ(probe(folder / name)["streams"][0]["nb_read_frames"], "60") << name;
-    EXPECT_EQ(vantro("export a/x.vantro b/x.vantro --output " + path("out")).exitCode, 2);
 }
 
 TEST_F(CommandLine, KeepsExistingFilesUnlessForced) {

@@ -88,10 +88,12 @@ TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) 
     EXPECT_EQ(recorder.statistics().framesDropped, 0);
 
     const auto frames = test::framesOf(movie);
-    ASSERT_EQ(frames.size(), 2);
+    ASSERT_GE(frames.size(), 2);
+    EXPECT_LE(frames.size(), 3) << "a last picture that stood still may come once more";
     EXPECT_EQ(frames[0].presentationTime, MediaTime{});
     EXPECT_NEAR(frames[0].pixels->row(0, 100)[100], 60, 2);
     EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
+    EXPECT_NEAR(frames.back().pixels->row(0, 100)[100], 180, 2);
     EXPECT_NEAR(frames[1].presentationTime.seconds(), 0.1, 0.05);
     const double length = Asset::open(movie).duration().seconds();
     EXPECT_NEAR(length, metadata.endTime, 0.05) << "the still end is part of the movie";

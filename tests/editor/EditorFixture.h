@@ -3,6 +3,7 @@
 #include "app/state/ExportFlow.h"
 #include "app/state/PermissionService.h"
 #include "app/state/ProjectFlow.h"
+#include "app/RecordingRecovery.h"
 #include "app/state/RecoveryFlow.h"
 #include "app/state/ScriptedServices.h"
 #include "editor/MainWindow.h"
@@ -76,7 +77,7 @@ class EditorFixture : public testing::Test {
                              exportScript(progress);
                          }};
     ProjectFlow projects{state, panels, tasks};
-    RecoveryFlow recovery{state, tasks, readFinishedRecording};
+    RecoveryFlow recovery{state, tasks, recoverRecording};
     Flows flows{recording, exporting, projects, recovery};
     StillPreview preview{tasks, previewSource()};
     WindowPickerModel windows{tasks, timers, [this] { return content; }};

@@ -190,6 +190,29 @@ TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {
     EXPECT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
 }
 
+TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
+    start();
+    click(screenMode);
+    click(recordButton);
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    session.xdo({"mousemove", "700", "600", "click", "1"});
+    useTheScreen();
+    session.program().kill();
+    ASSERT_TRUE(hasEnded());
+
+    session.startProgram();
+    EXPECT_TRUE(eventually([this] {
+        return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
+    })) << "the recording is offered";
+    session.xdo({"key", "Return"});
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    const auto recorded = recordedIn(session.recordings());
+    EXPECT_EQ(movieSize(recorded), (Size{1280, 900}));
+    EXPECT_NEAR(recorded.movie.duration().seconds(), recorded.metadata.endTime, 0.1);
+    ASSERT_EQ(recorded.metadata.clickEvents.size(), 1U);
+    EXPECT_EQ(recorded.metadata.clickEvents[0].x, 700);
+}
+
 TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
     for (const auto& [textResolution, expected] :
          {std::pair{144, Rect{400, 300, 300, 200}}, std::pair{192, Rect{200, 150, 150, 100}}}) {

@@ -1,4 +1,5 @@
 #include "editor/EditorFixture.h"
+#include "media/AssetWriter.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -220,6 +221,16 @@ TEST_F(MainWindowTest, ClosesAtOnceWhenNothingIsRecorded) {
     EXPECT_FALSE(window().isVisible());
 }
 
+void writeShortMovie(const std::filesystem::path& path) {
+    AssetWriter writer(path, FileType::quickTimeMovie, {.width = 64, .height = 64});
+    writer.startWriting();
+    writer.startSession({});
+    writer.append({.pixels = PixelBuffer::allocate(PixelFormat::bgra, 64, 64),
+                   .presentationTime = {},
+                   .duration = {}});
+    writer.finish();
+}
+
 TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     const auto folder =
         std::filesystem::temp_directory_path() / ("recover-" + Uuid::random().toString());
@@ -232,12 +243,13 @@ TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     ASSERT_TRUE(shows("recoveryCard"));
     click("acceptButton");
     runTasks();
-    EXPECT_TRUE(shows("alertCard")) << "there is no metadata beside the movie";
+    EXPECT_TRUE(shows("alertCard")) << "the movie is none";
     key(Qt::Key_Return);
 
     RecordingMetadata metadata;
     metadata.endTime = 9;
     metadata.clickEvents.emplace_back().timestamp = 3;
+    writeShortMovie(folder / "recording.mov");
     finishRecording(folder / "recording.mov", metadata);
     recovery.offer(folder / "recording.mov");
     settle();

@@ -2,6 +2,7 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTemporaryFile>
 
 namespace vantro {
 namespace {
@@ -37,6 +38,11 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     appearance.setDark(GetParam());
     showWindow();
     keep("controls");
+    QTemporaryFile movie;
+    ASSERT_TRUE(movie.open());
+    recovery.offer(movie.fileName().toStdString());
+    keep("recovery");
+    recovery.dismiss();
     permission.setScreenRecordingGranted(false);
     keep("waiting");
     permission.setScreenRecordingGranted(true);

@@ -127,6 +127,13 @@ TEST_F(SelectionOverlayTest, EscapeCancelsEvenDuringADrag) {
     EXPECT_EQ(answers, 1);
 }
 
+TEST_F(SelectionOverlayTest, AScreenThatChangesItsSizeCancels) {
+    dragTo({200, 200}, {500, 400});
+    Q_EMIT overlay->screen()->geometryChanged({0, 0, 400, 300}); // as the display's unplugging does
+    EXPECT_TRUE(cancelled);
+    EXPECT_FALSE(overlay->isVisible());
+}
+
 TEST_F(SelectionOverlayTest, ASlipLeavesItOpenForTheNextDrag) {
     dragTo({200, 200}, {210, 400});
     QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {210, 400});

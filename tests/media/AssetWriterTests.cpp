@@ -1,17 +1,16 @@
+#include "FileSizeLimit.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
 #include "media/MediaError.h"
 
-#include <csignal>
 #include <fstream>
 #include <random>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace vantro {
 namespace {
@@ -209,34 +208,13 @@ TEST(AssetWriter, reportsAFullDisk) {
     EXPECT_TRUE(std::filesystem::exists("/dev/full"));
 }
 
-/// Limits how large files of this process may grow, as a quota does.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        m_handler = std::signal(SIGXFSZ, SIG_IGN); // makes the write fail instead
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-  private:
-    rlimit m_before{};
-    void (*m_handler)(int) = nullptr;
-};
-
 TEST(AssetWriter, aFailedExportLeavesTheEarlierFile) {
     const test::TemporaryFolder folder;
     const auto path = folder / "movie.mp4";
     std::ofstream(path) << "earlier";
     auto writer = startedWriter(path, FileType::mpeg4, settings(640, 360, false));
     {
-        const FileSizeLimit limit(300'000);
+        const test::FileSizeLimit limit(300'000);
         bool taken = true;
         for (int index = 0; index < 300 && taken; ++index)
             taken = writer->append({noise(640, 360, index), {index, 60}, {1, 60}});

@@ -149,6 +149,27 @@ TEST(AudioMixReader, startsEverySegmentWithWhatItsSourceStartsWith) {
     }
 }
 
+TEST(AudioMixReader, beginsWhatIsSuddenOnTimeAndNotBeforeHoweverSlow) {
+    const TemporaryFolder folder;
+    runFfmpeg("-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.05)"
+              "+0.02*sin(2*PI*200*t)':s=48000:d=7\"",
+              folder / "hum.wav");
+    for (const double speed : {0.2, 0.5, 0.9}) {
+        const auto sound = allSound(composed(folder / "hum.wav", {{300, 3900, speed}}));
+        const auto heard = beepTimes(sound);
+        ASSERT_EQ(heard.size(), 6U) << speed;
+        for (int beep = 0; beep < 6; ++beep) {
+            const double expected = (0.5 + beep) / speed;
+            EXPECT_NEAR(heard[static_cast<std::size_t>(beep)], expected, 0.002) << speed;
+            // Up to the beep its surroundings go on: neither a hole nor a foretaste.
+            EXPECT_NEAR(toneAmplitude(sound, 200, expected - 0.025, expected - 0.005), 0.02, 0.006)
+                << speed;
+            EXPECT_LT(toneAmplitude(sound, 1000, expected - 0.025, expected - 0.002), 0.005)
+                << speed;
+        }
+    }
+}
+
 TEST(AudioMixReader, cutsWithoutClicksAndJoinsWithoutASeam) {
     const TemporaryFolder folder;
     runFfmpeg(tone(100, 5), folder / "tone.wav");

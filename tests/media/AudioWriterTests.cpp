@@ -16,19 +16,6 @@ using namespace vantro::test;
 
 constexpr VideoSettings picture{.width = 64, .height = 36, .expectedFrameRate = 30};
 
-/// A tone from `start` on, seconds, as sound of that time.
-AudioBuffer tone(double frequency, double start, double length) {
-    AudioBuffer buffer{MediaTime::fromSeconds(start, mixing::sampleRate), {}};
-    const auto frames = std::lround(length * mixing::sampleRate);
-    for (long i = 0; i < frames; ++i) {
-        const double time = static_cast<double>(i) / mixing::sampleRate;
-        const auto sample =
-            static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * frequency * time));
-        buffer.samples.insert(buffer.samples.end(), mixing::channelCount, sample);
-    }
-    return buffer;
-}
-
 void appendPictures(AssetWriter& writer, double start, int count) {
     for (int index = 0; index < count; ++index) {
         const auto time = MediaTime::fromSeconds(start, 48'000) + MediaTime{index, 30};

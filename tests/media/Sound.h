@@ -12,6 +12,19 @@
 
 namespace vantro::test {
 
+/// A tone of amplitude 0.5 from `start` on, seconds, as sound of that time.
+inline AudioBuffer tone(double frequency, double start, double length) {
+    AudioBuffer buffer{MediaTime::fromSeconds(start, mixing::sampleRate), {}};
+    const auto frames = std::lround(length * mixing::sampleRate);
+    for (long i = 0; i < frames; ++i) {
+        const double time = static_cast<double>(i) / mixing::sampleRate;
+        const auto sample =
+            static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * frequency * time));
+        buffer.samples.insert(buffer.samples.end(), mixing::channelCount, sample);
+    }
+    return buffer;
+}
+
 /// Everything that a composition sounds like; interleaved stereo.
 inline std::vector<float> allSound(const Composition& composition) {
     AudioMixReader reader(composition);

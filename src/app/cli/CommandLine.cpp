@@ -51,12 +51,14 @@ int runCommandLine(int argc, const char* const* argv) {
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);
     addInspectCommand(app, action);
+    addRecoverCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exitSuccess : exitUsage;
     }
-    configureLog(verbose ? LogLevel::info : LogLevel::error);
+    // A command itself says what went wrong, once.
+    configureLog(verbose ? LogLevel::info : LogLevel::fatal);
     return runAction(action);
 }
 

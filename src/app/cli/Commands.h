@@ -14,6 +14,7 @@ void addWindowsCommand(CLI::App& app, CommandAction& action);
 void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
 void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
 void addFrameCommand(CLI::App& app, CommandAction& action);
+void addRecoverCommand(CLI::App& app, CommandAction& action);
 void addInspectCommand(CLI::App& app, CommandAction& action);
 
 } // namespace vantro

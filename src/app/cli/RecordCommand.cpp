@@ -89,15 +89,6 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
     return false;
 }
 
-ProjectData freshProject(const FinishedRecording& finished, std::string name) {
-    ProjectData project;
-    project.recordingName = std::move(name);
-    project.metadata = finished.metadata;
-    project.editableClickEvents = finished.editableClickEvents;
-    project.segments = finished.segments;
-    return project;
-}
-
 void printSummary(const Options& options, const FinishedRecording& finished,
                   const RecordingStatistics& statistics, RecordingEnd end, double processorShare) {
     const auto bytes = std::filesystem::file_size(options.output / package::recordingFile);
@@ -125,6 +116,17 @@ void requireNewPackage(const Options& options) {
         throw VantroError(VantroError::Kind::projectSaveFailed, problem);
 }
 
+/// Ends the recording; a failure also tells how to get at what there is of it.
+RecordingMetadata finish(ScreenRecorder& recorder, const std::filesystem::path& folder) {
+    try {
+        return recorder.stop();
+    } catch (const VantroError& error) {
+        throw VantroError(error.kind(),
+                          fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
+                                      error.message(), folder.string(), package::extension));
+    }
+}
+
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
     const auto platform = connectDesktop();
@@ -144,7 +146,7 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const ProcessorUse before;
     recorder.start();
     const auto end = watchRecording(recorder, movie, options.limits, interrupted);
-    auto metadata = recorder.stop();
+    auto metadata = finish(recorder, folder.path);
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();
     if (!std::filesystem::exists(movie))

@@ -131,6 +131,7 @@ void RecordingFlow::startRecording() {
     setElapsedSeconds(0);
     setRecorderStatus({});
     m_outputURL = makeRecordingDirectory() / package::recordingFile;
+    Q_EMIT begun(QString::fromStdString(m_outputURL.string()));
     auto recorder = m_services.platform.makeRecorder(
         {.outputURL = m_outputURL,
          .captureRect = m_state.selectedRect(),
@@ -192,6 +193,7 @@ void RecordingFlow::stopFailed(int request, const std::string& message) {
     setStopping(false);
     m_state.setError(message, VantroError::Kind::assetWriterFailed);
     m_state.setPhase(AppPhase::idle());
+    Q_EMIT leftBehind(QString::fromStdString(m_outputURL.string()));
 }
 
 void RecordingFlow::recordingFinished(int request, FinishedRecording finished) {

@@ -1,44 +1,24 @@
 #include "app/state/RecoveryFlow.h"
 
-#include "app/ProjectPackage.h"
+#include "app/RecordingRecovery.h"
 #include "app/state/ErrorText.h"
-#include "model/Json.h"
 
-#include <fstream>
-#include <sstream>
-
-#include <fmt/format.h>
+#include <system_error>
 
 namespace vantro {
 namespace {
 
-constexpr auto openFailed = VantroError::Kind::projectOpenFailed;
+constexpr auto recoveryFailed = VantroError::Kind::assetWriterFailed;
 
 } // namespace
-
-FinishedRecording readFinishedRecording(const std::filesystem::path& recordingURL) {
-    FinishedRecording finished;
-    finished.recordingURL = recordingURL;
-    finished.metadataURL = recordingURL.parent_path() / package::metadataFile;
-    std::ifstream file(finished.metadataURL, std::ios::binary);
-    std::ostringstream json;
-    json << file.rdbuf();
-    if (!file)
-        throw VantroError(openFailed,
-                          fmt::format("{}: cannot be read", finished.metadataURL.string()));
-    finished.metadata = decodeMetadata(json.view());
-    finished.editableClickEvents = finished.metadata.clickEvents;
-    normalizeClickEvents(finished.editableClickEvents, finished.metadata.endTime);
-    finished.segments = fullLengthTimeline();
-    return finished;
-}
 
 RecoveryFlow::RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer)
     : m_state(state), m_tasks(tasks), m_recoverer(std::move(recoverer)) {}
 
 void RecoveryFlow::offer(const std::filesystem::path& recordingURL) {
     std::error_code error;
-    if (recordingURL.empty() || !std::filesystem::is_regular_file(recordingURL, error))
+    if (recordingURL.empty() || !std::filesystem::is_regular_file(recordingURL, error) ||
+        isBeingRecorded(recordingURL))
         return;
     m_recordingURL = recordingURL;
     Q_EMIT offeredChanged();
@@ -52,8 +32,8 @@ void RecoveryFlow::recover() {
         try {
             return [this, finished = recoverer(recordingURL)] { show(finished); };
         } catch (const std::exception& failure) {
-            return [this, text = failureText(failure, openFailed)] {
-                m_state.setError(text, openFailed);
+            return [this, text = failureText(failure, recoveryFailed)] {
+                m_state.setError(text, recoveryFailed);
             };
         }
     });

@@ -12,17 +12,15 @@ namespace vantro {
 /// worker thread; throws std::exception.
 using Recoverer = std::function<FinishedRecording(const std::filesystem::path& recordingURL)>;
 
-/// The recording whose movie and "metadata.json" are whole on disk.
-FinishedRecording readFinishedRecording(const std::filesystem::path& recordingURL);
-
-/// Offers the last recording again when the program ended before a project held it. Main thread.
+/// Offers the last recording again when the program ended, or was killed, before a project held it.
+/// Main thread.
 class RecoveryFlow : public QObject {
     Q_OBJECT
 
   public:
     RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer);
 
-    /// Offers the recording of this movie, if it is still there.
+    /// Offers the recording of this movie, if it is still there and nobody is at work on it.
     void offer(const std::filesystem::path& recordingURL);
     bool isOffered() const { return !m_recordingURL.empty(); }
     /// Shows the offered recording in the editor. A failure is shown and withdraws the offer.

@@ -43,6 +43,8 @@ SelectionOverlay::SelectionOverlay(QScreen* screen, QImage backdrop, OverlayScal
         m_dimmedBackdrop = m_backdrop;
         QPainter(&m_dimmedBackdrop).fillRect(m_dimmedBackdrop.rect(), dimColor);
     }
+    // The picture no longer shows what is there, and the area might lie on no display at all.
+    connect(screen, &QScreen::geometryChanged, this, &SelectionOverlay::cancel);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this, screen](const QScreen* removed) {
         if (removed == screen)
             cancel();

@@ -1,8 +1,10 @@
 #include "media/av/MovieMuxer.h"
 
+#include "media/MovieRecovery.h"
 #include "media/av/Libraries.h"
 
 #include <new>
+#include <system_error>
 
 extern "C" {
 #include <libavutil/opt.h>
@@ -25,17 +27,29 @@ OutputHandle makeContext(FileType type, const std::string& url) {
 } // namespace
 
 MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath,
-                       FileType type)
-    : m_shownPath(std::move(shownPath)), m_type(type) {
+                       FileType type, Content content)
+    : m_path(file), m_shownPath(std::move(shownPath)), m_type(type), m_content(content) {
     prepareLibraries();
     const std::string url = fileUrl(file);
     AVIOContext* io = nullptr;
-    check(avio_open(&io, url.c_str(), AVIO_FLAG_WRITE));
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "truncate", content == Content::fresh ? 1 : 0, 0);
+    const int result = avio_open2(&io, url.c_str(), AVIO_FLAG_WRITE, nullptr, &options);
+    av_dict_free(&options);
+    check(result);
     m_file.reset(io);
     m_context = makeContext(type, url);
     m_context->pb = io;
     if (type == FileType::quickTimeMovie) // what was recorded is to survive the program
         m_context->flags |= AVFMT_FLAG_FLUSH_PACKETS;
+}
+
+void MovieMuxer::keepJournal() {
+    try {
+        m_journal.emplace(m_path);
+    } catch (const std::filesystem::filesystem_error& error) {
+        fail("Cannot write", movieJournalPath(m_path), error.code().message());
+    }
 }
 
 int MovieMuxer::addTrack(const AVCodecContext& encoder) {
@@ -45,6 +59,8 @@ int MovieMuxer::addTrack(const AVCodecContext& encoder) {
     stream->time_base = encoder.time_base;
     stream->avg_frame_rate = encoder.framerate;
     m_timeBases.push_back(encoder.time_base);
+    if (m_journal)
+        m_journal->add(encoder);
     return stream->index;
 }
 
@@ -61,24 +77,50 @@ void MovieMuxer::begin() {
 void MovieMuxer::write(int track, AVPacket& packet) {
     const std::lock_guard lock(m_writing);
     const AVStream& stream = *m_context->streams[track];
+    const JournalledPacket times{.track = track,
+                                 .pts = packet.pts,
+                                 .dts = packet.dts,
+                                 .duration = packet.duration,
+                                 .isKeyframe = (packet.flags & AV_PKT_FLAG_KEY) != 0};
     packet.stream_index = track;
     av_packet_rescale_ts(&packet, m_timeBases[static_cast<std::size_t>(track)], stream.time_base);
     if (m_type == FileType::mpeg4) {
         check(av_interleaved_write_frame(m_context.get(), &packet));
         return;
     }
+    writeInPlace(packet, times);
+}
+
+/// Appends the packet to what the file holds; the journal tells of it once it is there.
+void MovieMuxer::writeInPlace(AVPacket& packet, const JournalledPacket& times) {
+    auto place = times;
+    place.offset = position();
     const int result = av_write_frame(m_context.get(), &packet);
     av_packet_unref(&packet);
     check(result);
+    place.size = position() - place.offset;
+    if (m_journal)
+        m_journal->add(place);
 }
 
 void MovieMuxer::finish() {
     check(av_write_trailer(m_context.get()));
     avio_flush(m_file.get());
     check(0);
+    const auto end = position();
     m_context->pb = nullptr;
     AVIOContext* io = m_file.release();
     check(avio_closep(&io));
+    std::error_code error;
+    if (m_content == Content::kept)
+        std::filesystem::resize_file(m_path, static_cast<std::uintmax_t>(end), error);
+    if (error)
+        fail("Cannot write", m_shownPath, error.message());
+    if (m_journal) {
+        m_journal.reset();
+        std::error_code ignored; // a journal that stays only offers to make whole what is whole
+        std::filesystem::remove(movieJournalPath(m_path), ignored);
+    }
 }
 
 /// The file's own error says more than the muxer's, and reaches some muxers' results late.

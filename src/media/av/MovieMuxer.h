@@ -2,9 +2,11 @@
 
 #include "media/AssetWriter.h"
 #include "media/av/Handles.h"
+#include "media/av/MovieJournal.h"
 
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace vantro::av {
@@ -16,27 +18,42 @@ namespace vantro::av {
 /// the tracks' packets in the order of their times.
 class MovieMuxer {
   public:
-    /// Creates or empties `file`. `shownPath` stands in the error texts.
-    MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath, FileType type);
+    enum class Content {
+        fresh, ///< creates or empties the file
+        kept,  ///< writes over what is there, and cuts the rest off when finished
+    };
 
+    /// `shownPath` stands in the error texts.
+    MovieMuxer(const std::filesystem::path& file, std::filesystem::path shownPath, FileType type,
+               Content content = Content::fresh);
+
+    /// Keeps a journal beside `file` until it is finished, from which recoverMovie makes it whole
+    /// should the program be killed. For a quickTimeMovie, before `addTrack`.
+    void keepJournal();
     /// A track for what `encoder` makes; its index. Before `begin`.
     int addTrack(const AVCodecContext& encoder);
     void begin();
     /// Times are in the encoder's time base; the packet's duration must be right. Leaves the packet
     /// empty.
     void write(int track, AVPacket& packet);
+    /// Where the next packet of a quickTimeMovie will lie in the file, once it has begun.
+    std::int64_t position() const { return avio_tell(m_file.get()); }
     /// Writes the index and closes the file.
     void finish();
 
   private:
+    void writeInPlace(AVPacket& packet, const JournalledPacket& times);
     void check(int result) const;
 
+    std::filesystem::path m_path;
     std::filesystem::path m_shownPath;
     FileType m_type;
+    Content m_content;
     IoHandle m_file;
     std::mutex m_writing;
     OutputHandle m_context;              // destroyed first: it refers to m_file
     std::vector<AVRational> m_timeBases; ///< the encoders', by track
+    std::optional<MovieJournal> m_journal;
 };
 
 } // namespace vantro::av

@@ -1,0 +1,133 @@
+#include "app/cli/ExportOptions.h"
+
+#include "app/cli/CommonOptions.h"
+#include "export/GIFExporter.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <set>
+
+#include <CLI/CLI.hpp>
+#include <fmt/ranges.h>
+
+namespace vantro {
+namespace {
+
+namespace fs = std::filesystem;
+
+double secondsIn(const std::string& text, double whenEmpty) {
+    if (text.empty())
+        return whenEmpty;
+    double value = 0;
+    const auto* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, value);
+    return error == std::errc() && end == last ? value : -1;
+}
+
+OutputRange rangeFrom(const std::string& text) {
+    const auto colon = text.find(':');
+    const OutputRange range{
+        secondsIn(text.substr(0, colon), 0),
+        colon == std::string::npos ? -1 : secondsIn(text.substr(colon + 1), OutputRange{}.end)};
+    if (!(range.start >= 0 && range.start < range.end))
+        throw CLI::ValidationError("--range", text + " is no START:END in seconds");
+    return range;
+}
+
+/// What a single output's name must say.
+void checkName(const ExportOptions& options) {
+    const std::vector<std::string> extensions = options.format.empty()
+                                                    ? std::vector<std::string>{".mp4", ".gif"}
+                                                    : std::vector{"." + options.format};
+    if (const auto problem = endsIn(extensions)(options.output.string()); !problem.empty())
+        throw CLI::ValidationError("--output", problem);
+}
+
+void checkNamesDiffer(const std::vector<ExportJob>& jobs) {
+    std::set<fs::path> outputs;
+    for (const auto& job : jobs) {
+        if (!outputs.insert(job.output).second)
+            throw CLI::ValidationError("project",
+                                       "two projects would become " + job.output.string());
+    }
+}
+
+void addEncoderOption(CLI::App& command, VideoEncoderChoice& target) {
+    std::vector<std::string_view> names;
+    std::ranges::transform(allVideoEncoderChoices, std::back_inserter(names),
+                           [](auto choice) { return optionName(choice); });
+    command
+        .add_option_function<std::string>(
+            "--encoder",
+            [&target](const std::string& name) { target = *videoEncoderChoiceFrom(name); },
+            "What encodes a video (default: auto, a graphics card that can, else libx264)")
+        ->type_name(fmt::format("{}", fmt::join(names, "|")))
+        ->check([names](const std::string& name) {
+            return videoEncoderChoiceFrom(name)
+                       ? std::string{}
+                       : fmt::format("{} is none of {}", name, fmt::join(names, ", "));
+        });
+}
+
+} // namespace
+
+std::vector<ExportJob> jobsOf(const ExportOptions& options) {
+    if (options.projects.size() == 1)
+        return {{options.projects.front(), options.output}};
+    const auto extension = options.format == "gif" ? ".gif" : ".mp4";
+    std::vector<ExportJob> jobs;
+    for (const auto& project : options.projects) {
+        const auto name = project.has_filename() ? project : project.parent_path();
+        jobs.push_back({project, options.output / name.stem().concat(extension)});
+    }
+    return jobs;
+}
+
+void checkTogether(const ExportOptions& options) {
+    if (options.projects.size() == 1)
+        checkName(options);
+    const auto jobs = jobsOf(options);
+    checkNamesDiffer(jobs);
+    if (!jobs.front().isGif())
+        return;
+    if (options.frameRate > GIFExporter::highestFrameRate)
+        throw CLI::ValidationError("--fps", fmt::format("a GIF plays at most {} frames a second",
+                                                        GIFExporter::highestFrameRate));
+    if (options.encoder != VideoEncoderChoice::automatic)
+        throw CLI::ValidationError("--encoder", "a GIF is not encoded as video");
+}
+
+void addExportOptions(CLI::App& command, ExportOptions& options) {
+    command.add_option("project", options.projects, "The project, PROJECT.vantro, or several")
+        ->required()
+        ->type_name("PROJECT");
+    command
+        .add_option("--output,-o", options.output,
+                    "The file to write, FILE.mp4 or FILE.gif; a folder for several projects")
+        ->required()
+        ->type_name("FILE");
+    command.add_option("--format", options.format, "What several projects become (default: mp4)")
+        ->type_name("mp4|gif")
+        ->check(CLI::IsMember({"mp4", "gif"}));
+    command
+        .add_option_function<std::string>(
+            "--range", [&options](const std::string& text) { options.range = rangeFrom(text); },
+            "Export only this part of the output, seconds; either side may be left out")
+        ->type_name("START:END");
+    command
+        .add_option(
+            "--fps", options.frameRate,
+            "Frames a second (default: the recording's; 12 for a GIF, which takes at most 50)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 240));
+    command.add_flag("--tolerate-damage", options.toleratesDamage,
+                     "Export a movie that breaks off up to there");
+    addEncoderOption(command, options.encoder);
+    addResolutionOption(command, options.resolution);
+    addRendererOption(command, options.renderer);
+    command.add_flag("--force", options.force, "Replace an existing file");
+    command.add_flag("--json", options.json, "Report progress as lines of JSON");
+}
+
+} // namespace vantro

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "export/ExportResolution.h"
+#include "media/VideoEncoderChoice.h"
+
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/App.hpp>
+
+namespace vantro {
+
+/// A stretch of the output, seconds.
+struct OutputRange {
+    double start = 0;
+    double end = std::numeric_limits<double>::infinity();
+};
+
+/// What the export command is asked for.
+struct ExportOptions {
+    std::vector<std::filesystem::path> projects;
+    std::filesystem::path output; ///< a file, or for several projects a folder
+    std::optional<OutputRange> range;
+    std::optional<int> frameRate;
+    std::string format; ///< "mp4" or "gif"; empty: as the output's name says, or mp4
+    VideoEncoderChoice encoder = VideoEncoderChoice::automatic;
+    bool toleratesDamage = false;
+    ExportResolution resolution = ExportResolution::original;
+    std::string renderer = "auto";
+    bool force = false;
+    bool json = false;
+};
+
+/// One project on its way to one file.
+struct ExportJob {
+    std::filesystem::path project;
+    std::filesystem::path output;
+    bool isGif() const { return output.extension() == ".gif"; }
+};
+
+/// Of several projects, PROJECT.vantro becomes PROJECT.mp4, or PROJECT.gif, in the output folder.
+std::vector<ExportJob> jobsOf(const ExportOptions& options);
+
+/// Adds the arguments, which fill `options` while the command line is read.
+void addExportOptions(CLI::App& command, ExportOptions& options);
+/// Checks what no single option can. Throws CLI::ValidationError.
+void checkTogether(const ExportOptions& options);
+
+} // namespace vantro

@@ -1,0 +1,99 @@
+#include "app/ProjectPackage.h"
+#include "app/RecordingRecovery.h"
+#include "app/cli/Commands.h"
+#include "app/cli/CommonOptions.h"
+#include "app/cli/StatusLine.h"
+#include "model/VantroError.h"
+
+#include <chrono>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+#include <fmt/chrono.h>
+#include <nlohmann/json.hpp>
+
+namespace vantro {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+    fs::path folder;
+    fs::path output;
+    bool force = false;
+    bool json = false;
+};
+
+std::string lastWritten(const fs::path& file) {
+    std::error_code gone;
+    const auto time = fs::last_write_time(file, gone);
+    return fmt::format(
+        "{:%Y-%m-%d %H:%M}",
+        std::chrono::file_clock::to_sys(std::chrono::time_point_cast<std::chrono::seconds>(time)));
+}
+
+int listInterrupted(bool asJson) {
+    const auto movies = interruptedRecordings();
+    if (asJson) {
+        auto list = nlohmann::ordered_json::array();
+        for (const auto& movie : movies)
+            list.push_back(movie.parent_path().string());
+        std::cout << list << '\n';
+        return exitSuccess;
+    }
+    if (movies.empty())
+        fmt::print("No interrupted recording was found.\n");
+    for (const auto& movie : movies)
+        fmt::print("{}  {}\n", lastWritten(movie), movie.parent_path().string());
+    return exitSuccess;
+}
+
+int runRecover(const Options& options) {
+    if (options.folder.empty())
+        return listInterrupted(options.json);
+    if (options.output.empty())
+        throw CLI::RequiredError("--output");
+    if (const auto problem = newPackageProblem(options.output, options.force); !problem.empty())
+        throw VantroError(VantroError::Kind::projectSaveFailed, problem);
+    const auto movie = options.folder / package::recordingFile;
+    if (!fs::is_regular_file(movie))
+        throw VantroError(VantroError::Kind::projectOpenFailed,
+                          fmt::format("{} holds no recording", options.folder.string()));
+    const auto finished = recoverRecording(movie);
+    saveNewProject(options.output, movie, freshProject(finished, options.output.stem().string()),
+                   options.force);
+    const auto& metadata = finished.metadata;
+    const auto bytes = fs::file_size(options.output / package::recordingFile);
+    if (options.json)
+        std::cout << nlohmann::ordered_json{{"output", options.output.string()},
+                                            {"duration", metadata.endTime},
+                                            {"clicks", metadata.clickEvents.size()},
+                                            {"bytes", bytes}}
+                  << '\n';
+    else
+        fmt::print("Recovered {}: {:.1f} s, {} clicks, {}\n", options.output.string(),
+                   metadata.endTime, metadata.clickEvents.size(),
+                   sizeText(static_cast<double>(bytes)));
+    return exitSuccess;
+}
+
+} // namespace
+
+void addRecoverCommand(CLI::App& app, CommandAction& action) {
+    auto options = std::make_shared<Options>();
+    auto* command = app.add_subcommand(
+        "recover", "Make a project of a recording that was interrupted, or list those there are");
+    command
+        ->add_option("folder", options->folder,
+                     "The folder of the recording (default: list what can be recovered)")
+        ->type_name("FOLDER")
+        ->check(CLI::ExistingDirectory);
+    command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
+        ->type_name("NAME")
+        ->check(endsIn({package::extension}));
+    command->add_flag("--force", options->force, "Replace an existing project");
+    command->add_flag("--json", options->json, "Print the result as JSON");
+    command->callback([options, &action] { action = [options] { return runRecover(*options); }; });
+}
+
+} // namespace vantro

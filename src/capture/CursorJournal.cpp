@@ -1,0 +1,95 @@
+#include "capture/CursorJournal.h"
+
+#include "base/Log.h"
+#include "model/Json.h"
+
+#include <charconv>
+#include <optional>
+#include <span>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+namespace vantro {
+namespace {
+
+/// The next of a line's numbers, which single blanks separate; nothing where there is none.
+std::optional<double> nextNumber(std::string_view& line) {
+    if (!line.starts_with(' '))
+        return {};
+    line.remove_prefix(1);
+    double number = 0;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number);
+    if (error != std::errc())
+        return {};
+    line.remove_prefix(static_cast<std::size_t>(end - line.data()));
+    return number;
+}
+
+/// Adds what a line tells; false when it makes no sense.
+bool take(std::string_view line, RecordingMetadata& metadata) {
+    const auto space = line.find(' ');
+    const auto kind = line.substr(0, space);
+    line.remove_prefix(std::min(space, line.size()));
+    const auto x = nextNumber(line);
+    const auto y = nextNumber(line);
+    const auto timestamp = nextNumber(line);
+    if (!x || !y || !timestamp || !line.empty())
+        return false;
+    if (kind == "at") {
+        metadata.cursorPositions.push_back({.x = *x, .y = *y, .timestamp = *timestamp});
+        return true;
+    }
+    if (kind != "left" && kind != "right")
+        return false;
+    ClickEvent click;
+    click.x = *x;
+    click.y = *y;
+    click.timestamp = *timestamp;
+    click.isRightClick = kind == "right";
+    metadata.clickEvents.push_back(click);
+    return true;
+}
+
+} // namespace
+
+CursorJournal::CursorJournal(const std::filesystem::path& movie,
+                             const RecordingMetadata& description)
+    : m_journal(cursorJournalPath(movie)) {
+    append(encodeMetadata(description));
+}
+
+void CursorJournal::add(const CursorPosition& position) {
+    append(fmt::format("at {} {} {}", position.x, position.y, position.timestamp));
+}
+
+void CursorJournal::add(const ClickEvent& click) {
+    append(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x, click.y,
+                       click.timestamp));
+}
+
+void CursorJournal::append(const std::string& line) {
+    if (m_isGivenUp || m_journal.append(line))
+        return;
+    m_isGivenUp = true;
+    logWarning("The pointer's journal cannot be written; clicks would not survive the program");
+}
+
+std::filesystem::path cursorJournalPath(const std::filesystem::path& movie) {
+    return std::filesystem::path(movie) += ".cursor";
+}
+
+RecordingMetadata readCursorJournal(const std::filesystem::path& movie) {
+    const auto lines = readJournal(cursorJournalPath(movie));
+    if (lines.empty())
+        throw std::runtime_error(cursorJournalPath(movie).string() + ": empty");
+    auto metadata = decodeMetadata(lines.front());
+    for (const auto& line : std::span(lines).subspan(1))
+        if (!take(line, metadata))
+            break;
+    if (!metadata.cursorPositions.empty())
+        metadata.endTime = metadata.cursorPositions.back().timestamp;
+    return metadata;
+}
+
+} // namespace vantro

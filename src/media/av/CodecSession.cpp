@@ -1,0 +1,29 @@
+#include "media/av/CodecSession.h"
+
+#include "media/av/Libraries.h"
+
+namespace vantro::av {
+
+CodecSession::CodecSession(std::string name, CodecHandle codec, Submit submit)
+    : m_name(std::move(name))
+    , m_codec(std::move(codec))
+    , m_submit(std::move(submit))
+    , m_packet(makePacket()) {}
+
+std::expected<void, std::string> CodecSession::encode(const AVFrame* picture,
+                                                      const PacketSink& sink) {
+    takeLastErrorLine();
+    int result = m_submit(m_codec.get(), picture);
+    while (result >= 0) {
+        result = avcodec_receive_packet(m_codec.get(), m_packet.get());
+        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
+            return {};
+        if (result >= 0)
+            sink(*m_packet);
+        av_packet_unref(m_packet.get());
+    }
+    const auto detail = takeLastErrorLine();
+    return std::unexpected(detail.empty() ? errorText(result) : detail);
+}
+
+} // namespace vantro::av

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "media/av/Handles.h"
+
+#include <expected>
+#include <functional>
+#include <string>
+
+namespace vantro::av {
+
+using PacketSink = std::function<void(AVPacket&)>;
+
+/// An opened video encoder. One thread at a time.
+class CodecSession {
+  public:
+    /// Hands a picture to the codec, or null at the end; a libav error code where that fails.
+    using Submit = std::function<int(AVCodecContext*, const AVFrame*)>;
+
+    /// `name` is what users know the encoder by.
+    CodecSession(std::string name, CodecHandle codec, Submit submit = avcodec_send_frame);
+
+    const std::string& name() const { return m_name; }
+    const AVCodecContext& context() const { return *m_codec; }
+
+    /// Encodes a picture, or at the end, with null, what is held back, and gives `sink` the packets
+    /// that are ready; what `sink` throws passes through. The reason where the encoder fails.
+    std::expected<void, std::string> encode(const AVFrame* picture, const PacketSink& sink);
+
+  private:
+    std::string m_name;
+    CodecHandle m_codec;
+    Submit m_submit;
+    PacketHandle m_packet;
+};
+
+} // namespace vantro::av

@@ -1,0 +1,84 @@
+#include "media/av/EncoderSelection.h"
+
+#include "base/Guarded.h"
+#include "base/Log.h"
+#include "media/MediaError.h"
+#include "media/av/EncoderTrial.h"
+#include "media/av/HardwareEncoder.h"
+#include "media/av/SoftwareEncoder.h"
+
+#include <array>
+#include <map>
+#include <tuple>
+#include <vector>
+
+#include <fmt/ranges.h>
+
+namespace vantro::av {
+namespace {
+
+// At 20 Mbit/s what these make cannot be told from libx264's work by eye, it is there several times
+// sooner, and the processor is free to compose. NVENC has the best rate control; on Intel qsv has a
+// better one than vaapi, which is for all others.
+constexpr std::array byPreference{VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv,
+                                  VideoEncoderChoice::vaapi};
+
+std::string tryHardware(VideoEncoderChoice hardware, const VideoSettings& settings) {
+    if (auto missing = missingDevice(hardware); !missing.empty())
+        return missing;
+    try {
+        return faultInTrial(openHardwareEncoder(hardware, settings), settings);
+    } catch (const MediaError& error) {
+        return error.what();
+    }
+}
+
+CodecSession openForced(const VideoSettings& settings) {
+    const auto name = optionName(settings.encoder);
+    const auto problem = hardwareProblem(settings.encoder, settings);
+    if (!problem.empty())
+        throw MediaError(fmt::format("The encoder {} cannot be used: {}", name, problem));
+    return openHardwareEncoder(settings.encoder, settings);
+}
+
+CodecSession openAutomatic(const VideoSettings& settings) {
+    std::vector<std::string> problems;
+    for (const auto hardware : byPreference) {
+        auto problem = hardwareProblem(hardware, settings);
+        try {
+            if (problem.empty())
+                return openHardwareEncoder(hardware, settings);
+        } catch (const MediaError& error) { // works, but not now: all its sessions may be in use
+            problem = error.what();
+        }
+        problems.push_back(fmt::format("{}: {}", optionName(hardware), problem));
+    }
+    logInfo("Encoding with libx264 ({})", fmt::join(problems, "; "));
+    return openSoftwareEncoder(settings);
+}
+
+} // namespace
+
+std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& settings) {
+    using Case = std::tuple<VideoEncoderChoice, int, int, double>;
+    static Guarded<std::map<Case, std::string>> known;
+    const Case wanted{hardware, settings.width, settings.height, settings.expectedFrameRate};
+    const auto answer = known.with([&](auto& answers) {
+        const auto found = answers.find(wanted);
+        return found == answers.end() ? std::optional<std::string>{} : found->second;
+    });
+    if (answer)
+        return *answer;
+    auto problem = tryHardware(hardware, settings);
+    known.with([&](auto& answers) { answers.emplace(wanted, problem); });
+    return problem;
+}
+
+CodecSession openSelectedEncoder(const VideoSettings& settings) {
+    if (settings.expectsRealTime || settings.encoder == VideoEncoderChoice::libx264)
+        return openSoftwareEncoder(settings);
+    return settings.encoder == VideoEncoderChoice::automatic ? openAutomatic(settings)
+                                                             : openForced(settings);
+}
+
+} // namespace vantro::av

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace vantro::av {
+
+/// A device for drawing and encoding without a display.
+struct RenderNode {
+    std::filesystem::path path; ///< for example /dev/dri/renderD128
+    bool isIntel = false;
+};
+
+/// This machine's, in the order of their numbers. Any thread.
+std::vector<RenderNode> renderNodes();
+
+} // namespace vantro::av

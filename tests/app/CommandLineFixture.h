@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/ProjectPackage.h"
+#include "export/RecordingFixture.h"
+
+#include <cstdio>
+#include <string>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+namespace vantro::testing {
+
+struct Result {
+    int exitCode = -1;
+    std::string output; ///< standard output and error together
+};
+
+/// Runs the built program itself, as a shell would, with `environment` as env(1) takes it.
+inline Result vantro(const std::string& arguments, const std::string& environment = "-u DISPLAY") {
+    const auto command = fmt::format("env {} '{}' {} 2>&1", environment, VANTRO_PROGRAM, arguments);
+    FILE* pipe = ::popen(command.c_str(), "r");
+    Result result;
+    char chunk[4096];
+    while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe))
+        result.output.append(chunk, count);
+    const int status = ::pclose(pipe);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
+    return result;
+}
+
+/// A project of a two-second recording with one click, as another program might have written it.
+class CommandLine : public ::testing::Test {
+  protected:
+    CommandLine() {
+        writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
+        project.recordingName = "sample";
+        project.metadata.frameRate = 30;
+        project.metadata.endTime = 2;
+        project.metadata.captureRect = {0, 0, 320, 180};
+        project.metadata.cursorPositions = {{100, 50, 0}, {200, 90, 1}};
+        project.editableClickEvents = {
+            {.x = 200, .y = 90, .timestamp = 1, .startOffset = 0.5, .endOffset = 0.8}};
+        save("sample.vantro");
+    }
+
+    void save(const std::string& name) {
+        saveProject(folder / name, folder / "recording.mov", project);
+    }
+    std::string path(const std::string& name) const { return "'" + (folder / name).string() + "'"; }
+    bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
+
+    TemporaryFolder folder;
+    ProjectData project;
+};
+
+} // namespace vantro::testing

@@ -1,0 +1,48 @@
+#include "TemporaryFolder.h"
+#include "base/Journal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(Journal, KeepsWholeLinesAsTheyAreWritten) {
+    TemporaryFolder folder;
+    const auto path = folder.path() / "journal";
+    JournalWriter writer(path);
+    EXPECT_THAT(readJournal(path), IsEmpty());
+    EXPECT_TRUE(writer.append("one"));
+    EXPECT_TRUE(writer.append(""));
+    EXPECT_TRUE(writer.append("three 3"));
+    EXPECT_THAT(readJournal(path), ElementsAre("one", "", "three 3"));
+    folder.write("torn", "whole\nhal");
+    EXPECT_THAT(readJournal(folder.path() / "torn"), ElementsAre("whole"));
+}
+
+TEST(Journal, TellsWhetherItsWriterLives) {
+    TemporaryFolder folder;
+    const auto path = folder.path() / "journal";
+    EXPECT_FALSE(isJournalBeingWritten(path));
+    {
+        JournalWriter writer(path);
+        EXPECT_TRUE(isJournalBeingWritten(path));
+        JournalWriter moved(std::move(writer));
+        EXPECT_TRUE(isJournalBeingWritten(path));
+    }
+    EXPECT_FALSE(isJournalBeingWritten(path));
+}
+
+TEST(Journal, WritesNothingBehindATornLineAndTellsWhatCannotBeOpened) {
+    JournalWriter full("/dev/full");
+    EXPECT_FALSE(full.append("lost"));
+    EXPECT_FALSE(full.append("lost as well"));
+    EXPECT_THROW(JournalWriter("/no such folder/journal"), std::filesystem::filesystem_error);
+    EXPECT_THROW(readJournal("/no such folder/journal"), std::filesystem::filesystem_error);
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,44 @@
+#include "ScratchFolder.h"
+#include "capture/CursorJournal.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
+    const test::ScratchFolder folder;
+    const auto movie = folder.path() / "recording.mov";
+    RecordingMetadata written;
+    written.captureRect = {-10.5, 20, 300, 200};
+    written.displayID = 7;
+    written.displayScaleFactor = 2;
+    CursorJournal journal(movie, written);
+    for (const CursorPosition& position :
+         {CursorPosition{1.0 / 3, -1e-9, 0}, CursorPosition{1e5, 0.1, 0.016}}) {
+        journal.add(position);
+        written.cursorPositions.push_back(position);
+    }
+    for (const bool isRight : {false, true}) {
+        auto& click = written.clickEvents.emplace_back();
+        click.x = 12.25;
+        click.timestamp = 0.01;
+        click.isRightClick = isRight;
+        journal.add(click);
+    }
+    written.endTime = 0.016;
+    std::ofstream(cursorJournalPath(movie), std::ios::app) << "at 1 2\nat 1 2 3\n";
+
+    auto read = readCursorJournal(movie);
+    ASSERT_EQ(read.clickEvents.size(), 2U);
+    for (std::size_t i = 0; i < 2; ++i)
+        read.clickEvents[i].id = written.clickEvents[i].id; // made anew
+    EXPECT_EQ(read, written);
+    std::ofstream(cursorJournalPath(movie)) << "{}\n";
+    EXPECT_THROW(readCursorJournal(movie), std::runtime_error);
+}
+
+} // namespace
+} // namespace vantro

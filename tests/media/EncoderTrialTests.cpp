@@ -1,0 +1,104 @@
+// Trials of encoders: real libx264 set up rightly and wrongly, and the hardware that there is.
+#include "StandInEncoder.h"
+#include "TestMovies.h"
+#include "media/AssetWriter.h"
+#include "media/MediaError.h"
+#include "media/av/EncoderSelection.h"
+#include "media/av/EncoderTrial.h"
+#include "media/av/SoftwareEncoder.h"
+
+#include <utility>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+using test::filmSettings;
+using test::standInEncoder;
+using ::testing::HasSubstr;
+
+std::string faultIn(const std::function<void(AVCodecContext&)>& prepare) {
+    return av::faultInTrial(standInEncoder(avcodec_send_frame, prepare), filmSettings());
+}
+
+TEST(EncoderTrial, passesAnEncoderThatDoesAsItIsTold) {
+    EXPECT_EQ(av::faultInTrial(standInEncoder(), filmSettings()), "");
+    auto tall = filmSettings();
+    tall.height = 270; // no whole number of macroblocks
+    EXPECT_EQ(av::faultInTrial(av::openSucceedingEncoder(tall), tall), "");
+}
+
+TEST(EncoderTrial, findsWhatAnEncoderMakesOfItsOrders) {
+    EXPECT_THAT(faultIn([](auto& codec) { av::setOption(codec, "profile", "main"); }),
+                HasSubstr("High profile"));
+    EXPECT_THAT(faultIn([](auto& codec) { codec.colorspace = AVCOL_SPC_UNSPECIFIED; }),
+                HasSubstr("colours mean"));
+    EXPECT_THAT(faultIn([](auto& codec) { codec.max_b_frames = 2; }), HasSubstr("order"));
+}
+
+TEST(EncoderTrial, findsWrongPicturesMissingOnesAndFailure) {
+    const auto swapsChroma = [](AVCodecContext* codec, const AVFrame* picture) {
+        if (picture == nullptr)
+            return avcodec_send_frame(codec, nullptr);
+        const av::FrameHandle swapped(av_frame_clone(picture));
+        std::swap(swapped->data[1], swapped->data[2]);
+        return avcodec_send_frame(codec, swapped.get());
+    };
+    EXPECT_THAT(av::faultInTrial(standInEncoder(swapsChroma), filmSettings()),
+                HasSubstr("wrong colours"));
+    const auto drops = [](AVCodecContext* codec, const AVFrame* picture) {
+        return picture != nullptr && picture->pts > 0 ? 0 : avcodec_send_frame(codec, picture);
+    };
+    EXPECT_THAT(av::faultInTrial(standInEncoder(drops), filmSettings()), HasSubstr("1 pictures"));
+    const auto breaks = [](AVCodecContext*, const AVFrame*) { return AVERROR_EXTERNAL; };
+    EXPECT_THAT(av::faultInTrial(standInEncoder(breaks), filmSettings()), HasSubstr("external"));
+}
+
+/// Where the hardware is missing, its absence is what is tested; where it is there, its work.
+TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
+    const test::TemporaryFolder folder;
+    for (const auto choice :
+         {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi}) {
+        auto settings = filmSettings();
+        settings.encoder = choice;
+        const auto name = std::string(optionName(choice));
+        const auto problem = av::hardwareProblem(choice, settings);
+        const auto write = [&] {
+            AssetWriter writer(folder / "film.mp4", FileType::mpeg4, settings);
+            writer.startWriting();
+            writer.startSession({});
+            writer.append({test::paintedNumber(7, 320, 180), {0, 30}, {1, 30}});
+            writer.finish();
+            EXPECT_EQ(writer.encoderName(), name);
+        };
+        if (problem.empty())
+            EXPECT_NO_THROW(write()) << name;
+        else
+            EXPECT_THAT(write, ::testing::ThrowsMessage<MediaError>("The encoder " + name +
+                                                                    " cannot be used: " + problem));
+    }
+}
+
+TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {
+    const test::TemporaryFolder folder;
+    const auto encoderOf = [&](VideoSettings settings) {
+        AssetWriter writer(folder / "film.mp4", FileType::mpeg4, settings);
+        writer.startWriting();
+        writer.startSession({});
+        writer.append({test::paintedNumber(7, 320, 180), {0, 30}, {1, 30}});
+        writer.finish();
+        return writer.encoderName();
+    };
+    auto settings = filmSettings();
+    settings.encoder = VideoEncoderChoice::automatic;
+    EXPECT_NE(encoderOf(settings), "");
+    EXPECT_EQ(test::probe(folder / "film.mp4", "streams").at(0).at("profile"), "High");
+    settings.encoder = VideoEncoderChoice::nvenc;
+    settings.expectsRealTime = true;
+    EXPECT_EQ(encoderOf(settings), "libx264");
+}
+
+} // namespace
+} // namespace vantro

@@ -1,0 +1,202 @@
+#include "FileSizeLimit.h"
+#include "Sound.h"
+#include "TestMovies.h"
+#include "base/Journal.h"
+#include "media/Asset.h"
+#include "media/AssetWriter.h"
+#include "media/FrameSource.h"
+#include "media/MediaError.h"
+#include "media/MovieRecovery.h"
+#include "support/Eventually.h"
+
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro {
+namespace {
+
+namespace fs = std::filesystem;
+using test::eventually;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr test::Rgb painted{200, 60, 90};
+constexpr int width = 320;
+constexpr int height = 192;
+
+std::string failureOf(const fs::path& movie) {
+    try {
+        recoverMovie(movie);
+        return "no failure";
+    } catch (const MediaError& error) {
+        return error.what();
+    }
+}
+
+std::size_t journalledPackets(const fs::path& movie) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(readJournal(movieJournalPath(movie)),
+                              [](const std::string& line) { return line.starts_with("packet"); }));
+}
+
+/// A live recording that is never finished: what lies on disk is looked at while it goes on, which
+/// is what a killed program would leave.
+class InterruptedRecording : public ::testing::Test {
+  protected:
+    void begin(const std::vector<AudioSettings>& sound = {}) {
+        const VideoSettings video{width, height, 20'000'000, 60, 0.5, true};
+        writer = std::make_unique<AssetWriter>(movie, FileType::quickTimeMovie, video, sound);
+        writer->startWriting();
+        writer->startSession({0, 1});
+    }
+
+    void appendPictures(int count) {
+        for (int end = next + count; next < end; ++next) {
+            ASSERT_TRUE(eventually([this] { return writer->isReadyForMoreMediaData(); }));
+            ASSERT_TRUE(writer->append({.pixels = test::paintedNumber(next, width, height, painted),
+                                        .presentationTime = {next, 60},
+                                        .duration = {}}));
+        }
+    }
+
+    void awaitPackets(std::size_t count) {
+        ASSERT_TRUE(eventually([&] { return journalledPackets(movie) >= count; }));
+    }
+
+    /// The files as they are now, with no writer at them.
+    fs::path leftBehind() const {
+        const auto copy = folder / "left behind.mov";
+        const auto replace = fs::copy_options::overwrite_existing;
+        fs::copy_file(movieJournalPath(movie), movieJournalPath(copy), replace);
+        fs::copy_file(movie, copy, replace);
+        return copy;
+    }
+
+    /// That pictures 0 to `count` - 1 are there at their times.
+    static void expectPictures(const fs::path& path, int count) {
+        FrameSource source(Asset::open(path), 0);
+        for (int number = 0; number < count; ++number) {
+            const auto frame = test::shownAt(source, {number, 60});
+            EXPECT_EQ(frame.presentationTime, (MediaTime{number, 60}));
+            ASSERT_EQ(test::numberIn(*frame.pixels), number);
+        }
+    }
+
+    const test::TemporaryFolder folder;
+    const fs::path movie = folder / "recording.mov";
+    std::unique_ptr<AssetWriter> writer;
+    int next = 0;
+};
+
+TEST_F(InterruptedRecording, IsMadeWholeWithPicturesAndSound) {
+    begin({AudioSettings{.expectsRealTime = true}});
+    appendPictures(60);
+    ASSERT_TRUE(writer->appendAudio(0, test::tone(440, 0, 1)));
+    awaitPackets(60 + 45); // of sound, the newest few wait in the encoder
+    const auto copy = leftBehind();
+    EXPECT_THROW(Asset::open(copy), MediaError) << "it has no index";
+    EXPECT_EQ(movieCondition(copy), MovieCondition::interrupted);
+    recoverMovie(copy, MediaTime{3, 2});
+
+    EXPECT_EQ(movieCondition(copy), MovieCondition::whole);
+    EXPECT_FALSE(fs::exists(movieJournalPath(copy)));
+    const auto asset = Asset::open(copy);
+    EXPECT_EQ(asset.tracks(MediaType::video).at(0).timeRange.duration, (MediaTime{3, 2}));
+    expectPictures(copy, 60);
+    const auto stream = test::probe(copy, "streams").at(0);
+    EXPECT_EQ(stream.at("profile"), "High");
+    EXPECT_EQ(stream.at("color_space"), "bt709");
+    const auto sound = test::soundOf(copy);
+    ASSERT_GT(sound.size(), 2U * 40'000);
+    EXPECT_NEAR(test::toneAmplitude(sound, 440, 0.1, 0.7), 0.5, 0.05);
+}
+
+TEST_F(InterruptedRecording, KeepsWhatLiesBeforeTheDamage) {
+    begin();
+    appendPictures(40);
+    awaitPackets(30);
+    const auto size = fs::file_size(movie);
+    const auto cut = leftBehind();
+    fs::resize_file(cut, size - 3); // the disk came late with the last picture
+    const auto count = static_cast<int>(journalledPackets(cut));
+    recoverMovie(cut);
+    expectPictures(cut, count - 1);
+
+    const auto nonsense = leftBehind();
+    std::ofstream(movieJournalPath(nonsense), std::ios::app) << "packet 0 12 twelve\npacket 0 4";
+    recoverMovie(nonsense);
+    expectPictures(nonsense, count);
+
+    const auto overwritten = leftBehind();
+    {
+        std::fstream bytes(overwritten, std::ios::in | std::ios::out | std::ios::binary);
+        bytes.seekp(static_cast<std::streamoff>(size / 2));
+        bytes << std::string(size / 4, '\xff');
+    }
+    recoverMovie(overwritten);
+    const auto duration = Asset::open(overwritten).duration();
+    EXPECT_GT(duration, (MediaTime{5, 60}));
+    EXPECT_LT(duration, (MediaTime{count, 60}));
+}
+
+TEST_F(InterruptedRecording, IsLeftAloneWhileItGoesOnOrWhereNothingCanBeDone) {
+    begin();
+    EXPECT_EQ(movieCondition(movie), MovieCondition::beingWritten);
+    EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: It is still being recorded"));
+    EXPECT_THAT(failureOf(leftBehind()), HasSubstr("No picture was recorded"));
+    EXPECT_THAT(failureOf(folder / "none.mov"), HasSubstr("none.mov: No such file"));
+    const auto damaged = leftBehind();
+    std::ofstream(movieJournalPath(damaged)) << "something else\n";
+    EXPECT_THAT(failureOf(damaged), HasSubstr("its journal is damaged"));
+    EXPECT_EQ(folder.names().size(), 4U) << "nothing was removed, and nothing added";
+}
+
+TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
+    begin();
+    appendPictures(1);
+    awaitPackets(1); // without a second one to push it out
+    recoverMovie(leftBehind(), MediaTime{7, 1});
+    expectPictures(folder / "left behind.mov", 1);
+    EXPECT_EQ(Asset::open(folder / "left behind.mov").duration(), (MediaTime{7, 1}));
+
+    // What was written early is no obstacle to the true end, however near.
+    appendPictures(1);
+    awaitPackets(2);
+    writer->finish(MediaTime{1, 60} + MediaTime{1, 100});
+    EXPECT_EQ(Asset::open(movie).duration(), (MediaTime{1, 60} + MediaTime{1, 100}));
+    expectPictures(movie, 2);
+    EXPECT_EQ(writer->frameCount(), 2);
+    EXPECT_FALSE(fs::exists(movieJournalPath(movie)));
+}
+
+TEST_F(InterruptedRecording, IsMadeWholeWhereTheDiskWasFull) {
+    begin();
+    appendPictures(20);
+    awaitPackets(19);
+    {
+        const test::FileSizeLimit limit(fs::file_size(movie) + 100);
+        while (writer->append({.pixels = test::paintedNumber(next, width, height, painted),
+                               .presentationTime = {next, 60},
+                               .duration = {}}) ||
+               !writer->hasFailed())
+            ++next;
+        EXPECT_THROW(writer->finish(), MediaError);
+        writer.reset();
+        EXPECT_EQ(movieCondition(movie), MovieCondition::interrupted);
+        EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: File too large"));
+    }
+    recoverMovie(movie);
+    expectPictures(movie, 19);
+}
+
+TEST_F(InterruptedRecording, LeavesNoJournalWhereItIsCancelled) {
+    begin();
+    appendPictures(2);
+    writer->cancel();
+    EXPECT_THAT(folder.names(), ElementsAre());
+}
+
+} // namespace
+} // namespace vantro
