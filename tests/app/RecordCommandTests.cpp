@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <functional>
 #include <random>
+#include <stdexcept>
 #include <thread>
 
 #include <fmt/format.h>
@@ -48,6 +49,8 @@ class RecordCommand : public ::testing::Test {
             "{} DISPLAY={} TMPDIR='{}' exec '{}' record --verbose --output '{}' {} 2>&1", before,
             server.display(), folder.path().string(), VANTRO_PROGRAM, project.string(), arguments);
         FILE* pipe = ::popen(command.c_str(), "r");
+        if (pipe == nullptr)
+            throw std::runtime_error("no shell can be started");
         Result result;
         char line[4096];
         while (std::fgets(line, sizeof line, pipe) != nullptr) {

@@ -18,6 +18,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& list) {
     std::vector<char*> pointers;
+    pointers.reserve(list.size() + 1);
     for (auto& each : list)
         pointers.push_back(each.data());
     pointers.push_back(nullptr);
