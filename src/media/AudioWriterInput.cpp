@@ -83,7 +83,7 @@ void AudioWriterInput::write(const AudioBuffer& buffer) {
     const auto wanted = inSamples(buffer.presentationTime - m_sessionStart);
     auto end = wanted + buffer.frameCount();
     if (!m_settings.expectsRealTime) {
-        const auto picturesEnd = m_pictures.waitFor({wanted, mixing::sampleRate});
+        const auto picturesEnd = m_pictures.waitFor({end, mixing::sampleRate});
         if (picturesEnd)
             end = std::min(end, inSamples(*picturesEnd));
     }

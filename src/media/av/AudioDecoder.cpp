@@ -2,6 +2,7 @@
 
 #include "media/AudioBuffer.h"
 #include "media/MediaError.h"
+#include "media/av/DecoderSetup.h"
 #include "media/av/Libraries.h"
 
 #include <algorithm>
@@ -18,41 +19,15 @@ constexpr std::int64_t largestJitter = mixing::sampleRate / 200;
 // Codecs overlap their frames: the first ones after a jump are not right yet.
 constexpr std::int64_t preroll = mixing::sampleRate / 5;
 
-AVStream* findAudioStream(const MovieFile& file, int index) {
-    for (AVStream* stream : file.mediaStreams()) {
-        if (stream->index == index && stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
-            return stream;
-    }
-    throw MediaError("No audio track found");
-}
-
 } // namespace
 
 AudioDecoder::AudioDecoder(const std::filesystem::path& path, int streamIndex)
     : m_file(path)
-    , m_stream(findAudioStream(m_file, streamIndex))
+    , m_stream(&selectStream(m_file, streamIndex, AVMEDIA_TYPE_AUDIO))
     , m_clock(m_file.clock(*m_stream))
+    , m_codec(openDecoder(m_file, *m_stream, 1))
     , m_packet(makePacket())
-    , m_frame(makeFrame()) {
-    AVFormatContext& context = m_file.context();
-    for (unsigned i = 0; i < context.nb_streams; ++i)
-        context.streams[i]->discard =
-            context.streams[i] == m_stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    openCodec();
-}
-
-void AudioDecoder::openCodec() {
-    const AVCodec* codec = avcodec_find_decoder(m_stream->codecpar->codec_id);
-    if (codec == nullptr)
-        fail("Cannot decode", m_file.path(),
-             fmt::format("No decoder for {}", avcodec_get_name(m_stream->codecpar->codec_id)));
-    m_codec.reset(avcodec_alloc_context3(codec));
-    if (!m_codec || avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar) < 0)
-        throw std::bad_alloc();
-    m_codec->pkt_timebase = m_stream->time_base;
-    if (const int result = avcodec_open2(m_codec.get(), codec, nullptr); result < 0)
-        fail("Cannot decode", m_file.path(), errorText(result));
-}
+    , m_frame(makeFrame()) {}
 
 std::optional<DecodedSound> AudioDecoder::next() {
     while (m_holdsFrame || receive()) {

@@ -31,7 +31,6 @@ class AudioDecoder {
     void seek(std::int64_t position);
 
   private:
-    void openCodec();
     bool receive();
     void feed();
     std::optional<DecodedSound> place();

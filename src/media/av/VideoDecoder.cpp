@@ -1,6 +1,7 @@
 #include "media/av/VideoDecoder.h"
 
 #include "media/MediaError.h"
+#include "media/av/DecoderSetup.h"
 #include "media/av/Libraries.h"
 
 #include <algorithm>
@@ -20,44 +21,19 @@ constexpr unsigned mostThreads = 8;
 constexpr int visibleDamage = FF_DECODE_ERROR_INVALID_BITSTREAM |
                               FF_DECODE_ERROR_CONCEALMENT_ACTIVE | FF_DECODE_ERROR_DECODE_SLICES;
 
-AVStream* findVideoStream(const MovieFile& file, int index) {
-    for (AVStream* stream : file.mediaStreams()) {
-        if (stream->index == index && stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO)
-            return stream;
-    }
-    throw MediaError("No video track found");
+unsigned decodingThreads() {
+    return std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
 }
 
 } // namespace
 
 VideoDecoder::VideoDecoder(const std::filesystem::path& path, int streamIndex)
     : m_file(path)
-    , m_stream(findVideoStream(m_file, streamIndex))
+    , m_stream(&selectStream(m_file, streamIndex, AVMEDIA_TYPE_VIDEO))
     , m_clock(m_file.clock(*m_stream))
+    , m_codec(openDecoder(m_file, *m_stream, decodingThreads()))
     , m_packet(makePacket())
-    , m_sought(m_clock.zero()) {
-    AVFormatContext& context = m_file.context();
-    for (unsigned i = 0; i < context.nb_streams; ++i)
-        context.streams[i]->discard =
-            context.streams[i] == m_stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    openCodec();
-}
-
-void VideoDecoder::openCodec() {
-    const AVCodec* codec = avcodec_find_decoder(m_stream->codecpar->codec_id);
-    if (codec == nullptr)
-        fail("Cannot decode", m_file.path(),
-             fmt::format("No decoder for {}", avcodec_get_name(m_stream->codecpar->codec_id)));
-    m_codec.reset(avcodec_alloc_context3(codec));
-    if (!m_codec || avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar) < 0)
-        throw std::bad_alloc();
-    m_codec->pkt_timebase = m_stream->time_base;
-    m_codec->thread_count =
-        static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
-    m_codec->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
-    if (const int result = avcodec_open2(m_codec.get(), codec, nullptr); result < 0)
-        fail("Cannot decode", m_file.path(), errorText(result));
-}
+    , m_sought(m_clock.zero()) {}
 
 std::optional<DecodedFrame> VideoDecoder::next() {
     return m_peeked ? std::exchange(m_peeked, {}) : decodeNext();

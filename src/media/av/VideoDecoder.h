@@ -35,7 +35,6 @@ class VideoDecoder {
     bool hasKeyframeBetween(MediaTime from, MediaTime to) const;
 
   private:
-    void openCodec();
     std::optional<DecodedFrame> decodeNext();
     std::optional<DecodedFrame> accept(FrameHandle frame);
     void feed();
