@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 std::shared_ptr<const PixelBuffer> flatPicture(std::uint8_t luma) {
     auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);

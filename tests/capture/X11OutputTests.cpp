@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <optional>
+#include <memory>
 
 #include <gtest/gtest.h>
 #include <xcb/xinput.h>
@@ -36,7 +36,7 @@ class XorgTest : public testing::Test {
     void SetUp() override {
         if (!test::canRunXorg())
             GTEST_SKIP() << "Xorg is not installed or needs root: outputs cannot be switched";
-        server.emplace(XServer::Options{.xorgFolder = folder.path()});
+        server = std::make_unique<XServer>(XServer::Options{.xorgFolder = folder.path()});
     }
 
     void xrandr(const std::vector<std::string>& arguments) {
@@ -59,7 +59,7 @@ class XorgTest : public testing::Test {
     }
 
     test::ScratchFolder folder;
-    std::optional<XServer> server;
+    std::unique_ptr<XServer> server;
 };
 
 TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {
