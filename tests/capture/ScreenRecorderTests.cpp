@@ -1,10 +1,10 @@
 #include "base/Log.h"
 #include "capture/MovieFrames.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
 #include "capture/ScriptedPlatform.h"
 #include "model/VantroError.h"
 #include "support/Eventually.h"
+#include "support/TemporaryFolder.h"
 
 #include <csignal>
 #include <random>
@@ -65,7 +65,7 @@ class ScreenRecorderTest : public testing::Test {
         return VantroError(VantroError::Kind::noRecordingData);
     }
 
-    test::ScratchFolder folder;
+    test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
     test::ScriptedPlatform platform;
 };

@@ -2,8 +2,8 @@
 // and presses by touch and pen, on a real Xorg server.
 #include "capture/MovieFrames.h"
 #include "capture/RunningStream.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 #include "support/XConnection.h"
 #include "support/XorgDesk.h"
@@ -58,7 +58,7 @@ class XorgTest : public testing::Test {
                 .selectedWindow = {}};
     }
 
-    test::ScratchFolder folder;
+    test::TemporaryFolder folder;
     std::unique_ptr<XServer> server;
 };
 
