@@ -19,6 +19,8 @@ record() { # sets cost, per cent of a core
     cost=$(percent "$cpu" "$wall")
 }
 
+lower() { awk "BEGIN { print ($1 < $2 ? $1 : $2) }"; }
+
 # deviation MOVIE: how far the distances of frames are from a sixtieth of a second.
 deviation() {
     ffprobe -v error -select_streams v -show_entries packet=pts_time -of csv=p=0 "$1" |
@@ -28,17 +30,22 @@ deviation() {
                   all[int(NR * 0.95)], NR + 1 }'
 }
 
-echo "leaving our own windows out, none of them in view"
+echo "leaving our own windows out, none of them in view; the better of two runs in turn"
 start_display 1920x1080
 with=$DISPLAY
 start_display 1920x1080 -extension Composite
 without=$DISPLAY
 for name in typing moving; do
-    DISPLAY=$with; scene "$name"; record; scene none
-    possible=$cost
-    DISPLAY=$without; scene "$name"; record; scene none
-    printf '  %-8s %5s %%   where it is impossible %5s %%   ratio %s\n' "$name" "$possible" "$cost" \
-        "$(ratio "$possible" "$cost")"
+    possible=1000
+    impossible=1000
+    for round in 1 2; do
+        DISPLAY=$with; scene "$name"; record; scene none
+        possible=$(lower "$possible" "$cost")
+        DISPLAY=$without; scene "$name"; record; scene none
+        impossible=$(lower "$impossible" "$cost")
+    done
+    printf '  %-8s %5s %%   where it is impossible %5s %%   ratio %s\n' "$name" "$possible" \
+        "$impossible" "$(ratio "$possible" "$impossible")"
 done
 
 DISPLAY=$with

@@ -28,11 +28,11 @@ share() {
     share=$(awk "BEGIN { printf \"%.1f\", 100 * ($(used "$1") - $before) / $ticks / $seconds }")
 }
 
-# rate MOVIE: the frames a second that it holds.
+# rate MOVIE: the frames a second that it holds; none where it has but a first and a last.
 rate() {
     ffprobe -v error -select_streams v -show_entries packet=pts_time -of csv=p=0 "$1" |
         awk -F, 'NR == 1 { first = $1 } { last = $1 }
-                 END { printf "%.0f", (last > first ? (NR - 1) / (last - first) : 0) }'
+                 END { printf "%.0f", (NR > 2 ? (NR - 1) / (last - first) : 0) }'
 }
 
 ours() {

@@ -1,5 +1,5 @@
-#include "TemporaryFolder.h"
 #include "base/Journal.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 TEST(Journal, KeepsWholeLinesAsTheyAreWritten) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto path = folder.path() / "journal";
     JournalWriter writer(path);
     EXPECT_THAT(readJournal(path), IsEmpty());
@@ -24,7 +24,7 @@ TEST(Journal, KeepsWholeLinesAsTheyAreWritten) {
 }
 
 TEST(Journal, TellsWhetherItsWriterLives) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto path = folder.path() / "journal";
     EXPECT_FALSE(isJournalBeingWritten(path));
     {

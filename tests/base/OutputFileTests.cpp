@@ -1,5 +1,5 @@
 #include "base/OutputFile.h"
-#include "base/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <csignal>
@@ -30,31 +30,31 @@ std::string messageOf(const std::function<void()>& action) {
 }
 
 TEST(OutputFile, ReplacesTheEarlierFileOnlyOnCommitAndLeavesNothingElseBehind) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto target = folder.write("movie.mp4", "earlier");
     {
         OutputFile file(target);
         std::ofstream(file.temporaryPath()) << "newer";
-        EXPECT_EQ(contentOf(target), "earlier");
+        EXPECT_EQ(test::contentOf(target), "earlier");
         file.commit();
     }
-    EXPECT_EQ(contentOf(target), "newer");
+    EXPECT_EQ(test::contentOf(target), "newer");
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 
 TEST(OutputFile, KeepsTheEarlierFileWhenTheWriterGivesUp) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto target = folder.write("movie.mp4", "earlier");
     {
         const OutputFile file(target);
         std::ofstream(file.temporaryPath()) << "half";
     }
-    EXPECT_EQ(contentOf(target), "earlier");
+    EXPECT_EQ(test::contentOf(target), "earlier");
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 
 TEST(OutputFile, GivesTheFileTheModeOfOrdinaryFiles) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto mask = ::umask(022);
     const std::string text = "x";
     writeWholeFile(folder.path() / "file", text);
@@ -65,7 +65,7 @@ TEST(OutputFile, GivesTheFileTheModeOfOrdinaryFiles) {
 }
 
 TEST(OutputFile, NamesTheTargetAndTheReasonWhereItCannotBeWritten) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const std::string text = "x";
     const auto missing = folder.path() / "missing" / "file";
     EXPECT_THAT(messageOf([&] { writeWholeFile(missing, text); }),
@@ -94,7 +94,7 @@ int writeBeyondTheSizeLimit(const std::filesystem::path& target) {
 }
 
 TEST(OutputFile, KeepsTheEarlierFileWhenRoomRunsOutHalfWay) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const auto target = folder.write("project.json", "earlier");
     const auto child = ::fork();
     if (child == 0)
@@ -103,7 +103,7 @@ TEST(OutputFile, KeepsTheEarlierFileWhenRoomRunsOutHalfWay) {
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_EQ(contentOf(target), "earlier");
+    EXPECT_EQ(test::contentOf(target), "earlier");
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 

@@ -27,9 +27,11 @@ inline Yuv yuvOf(std::uint32_t color) {
 inline bool hasColor(const PixelBuffer& picture, int x, int y, std::uint32_t color,
                      double tolerance = 1.5) {
     const Yuv wanted = yuvOf(color);
+    const int chromaX = x / 2;
+    const int chromaY = y / 2;
     return std::abs(picture.row(0, y)[x] - wanted.y) <= tolerance &&
-           std::abs(picture.row(1, y / 2)[x / 2] - wanted.u) <= tolerance &&
-           std::abs(picture.row(2, y / 2)[x / 2] - wanted.v) <= tolerance;
+           std::abs(picture.row(1, chromaY)[chromaX] - wanted.u) <= tolerance &&
+           std::abs(picture.row(2, chromaY)[chromaX] - wanted.v) <= tolerance;
 }
 
 } // namespace vantro::test

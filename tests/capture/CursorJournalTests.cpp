@@ -1,5 +1,5 @@
-#include "ScratchFolder.h"
 #include "capture/CursorJournal.h"
+#include "support/TemporaryFolder.h"
 
 #include <fstream>
 
@@ -9,7 +9,7 @@ namespace vantro {
 namespace {
 
 TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
-    const test::ScratchFolder folder;
+    const test::TemporaryFolder folder;
     const auto movie = folder.path() / "recording.mov";
     RecordingMetadata written;
     written.captureRect = {-10.5, 20, 300, 200};

@@ -1,11 +1,11 @@
 // Two hours of recording in a few seconds, on clocks that the tests drive.
 #include "capture/CursorTracker.h"
 #include "capture/ResidentMemory.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
 #include "capture/ScriptedPlatform.h"
 #include "media/Asset.h"
 #include "support/Eventually.h"
+#include "support/TemporaryFolder.h"
 
 #include <condition_variable>
 #include <iostream>
@@ -73,7 +73,7 @@ TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
 }
 
 TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
-    const test::ScratchFolder folder;
+    const test::TemporaryFolder folder;
     const auto movie = folder.path() / "recording.mov";
     test::ScriptedPlatform platform;
     ScreenRecorder recorder({.outputURL = movie,

@@ -1,5 +1,7 @@
 #include "capture/PictureFit.h"
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 namespace vantro {
@@ -13,7 +15,10 @@ struct Picture {
         , bytes(static_cast<std::size_t>(pictureWidth) * pictureHeight * 4, level) {}
 
     PictureView view() const {
-        return {.pixels = bytes.data(), .stride = width * 4, .width = width, .height = height};
+        return {.pixels = bytes.data(),
+                .stride = std::ptrdiff_t{4} * width,
+                .width = width,
+                .height = height};
     }
 
     int width;
@@ -66,11 +71,11 @@ TEST(PictureFit, AveragesWhatShrinksAndBlendsWhatGrows) {
     scalePicture(stripes.view(), half, sizeof half, 2, 1);
     EXPECT_EQ(half[0], 30);
     EXPECT_EQ(half[4], 150);
-    std::uint8_t twice[32];
-    scalePicture(stripes.view(), twice, sizeof twice, 8, 1);
+    std::array<std::uint8_t, 32> twice{};
+    scalePicture(stripes.view(), twice.data(), twice.size(), 8, 1);
     EXPECT_EQ(twice[0], 0) << "an edge stays what it is";
-    EXPECT_EQ(twice[4 * 3], 75) << "a quarter of a sample beyond the second one's centre";
-    EXPECT_EQ(twice[4 * 7], 180);
+    EXPECT_EQ(twice[12], 75) << "a quarter of a sample beyond the second one's centre";
+    EXPECT_EQ(twice[28], 180);
 }
 
 } // namespace

@@ -98,8 +98,8 @@ TEST(PictureComparison, FindsEachTileThatDiffersFromThePictureBefore) {
     changed.clear();
     comparison.collect(source->plane(0), source->stride(0), changed);
     EXPECT_TRUE(changed.isEmpty());
-    source->mutableRow(0, 73)[4 * 329] ^= 1; // the last pixel
-    source->mutableRow(0, 17)[4 * 64] ^= 1;
+    source->mutableRow(0, 73)[std::ptrdiff_t{4} * 329] ^= 1; // the last pixel
+    source->mutableRow(0, 17)[std::ptrdiff_t{4} * 64] ^= 1;
     comparison.collect(source->plane(0), source->stride(0), changed);
     std::vector<PixelRect> runs;
     changed.forEachRun([&](PixelRect rect) { runs.push_back(rect); });

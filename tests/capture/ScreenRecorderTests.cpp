@@ -1,10 +1,10 @@
 #include "base/Log.h"
 #include "capture/MovieFrames.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
 #include "capture/ScriptedPlatform.h"
 #include "model/VantroError.h"
 #include "support/Eventually.h"
+#include "support/TemporaryFolder.h"
 
 #include <csignal>
 #include <random>
@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 std::shared_ptr<const PixelBuffer> flatPicture(std::uint8_t luma) {
     auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
@@ -66,7 +65,7 @@ class ScreenRecorderTest : public testing::Test {
         return VantroError(VantroError::Kind::noRecordingData);
     }
 
-    test::ScratchFolder folder;
+    test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
     test::ScriptedPlatform platform;
 };

@@ -2,10 +2,10 @@
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "capture/OwnProcess.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 
 #include <iostream>
@@ -46,7 +46,7 @@ struct Recording {
     }
     std::int64_t framesCaptured() { return recorder->statistics().framesCaptured; }
 
-    test::ScratchFolder folder;
+    test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
     std::unique_ptr<CapturePlatform> platform;
     std::unique_ptr<ScreenRecorder> recorder;

@@ -2,8 +2,8 @@
 // and presses by touch and pen, on a real Xorg server.
 #include "capture/MovieFrames.h"
 #include "capture/RunningStream.h"
-#include "capture/ScratchFolder.h"
 #include "capture/ScreenRecorder.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 #include "support/XConnection.h"
 #include "support/XorgDesk.h"
@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <optional>
+#include <memory>
 
 #include <gtest/gtest.h>
 #include <xcb/xinput.h>
@@ -36,7 +36,7 @@ class XorgTest : public testing::Test {
     void SetUp() override {
         if (!test::canRunXorg())
             GTEST_SKIP() << "Xorg is not installed or needs root: outputs cannot be switched";
-        server.emplace(XServer::Options{.xorgFolder = folder.path()});
+        server = std::make_unique<XServer>(XServer::Options{.xorgFolder = folder.path()});
     }
 
     void xrandr(const std::vector<std::string>& arguments) {
@@ -58,8 +58,8 @@ class XorgTest : public testing::Test {
                 .selectedWindow = {}};
     }
 
-    test::ScratchFolder folder;
-    std::optional<XServer> server;
+    test::TemporaryFolder folder;
+    std::unique_ptr<XServer> server;
 };
 
 TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {

@@ -1,4 +1,5 @@
 // Our own windows stay out of screen and area recordings, and presses in them are no clicks.
+#include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
 #include "capture/x11/X11ClickMonitor.h"
 #include "support/Eventually.h"
@@ -29,7 +30,7 @@ constexpr std::uint32_t black = 0x000000;
 const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = test::ownProcess};
 
 /// What a server may lack.
-class OwnWindowsOn : public testing::TestWithParam<std::vector<std::string>> {};
+class OwnWindowsOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
     const XServer server({.missingExtensions = GetParam()});
@@ -54,14 +55,7 @@ TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
         EXPECT_FALSE(running.everHadColor(x, y, white)) << x << ", " << y;
 }
 
-INSTANTIATE_TEST_SUITE_P(Servers, OwnWindowsOn,
-                         testing::Values(std::vector<std::string>{},
-                                         std::vector<std::string>{"MIT-SHM"},
-                                         std::vector<std::string>{"DAMAGE"}),
-                         [](const auto& list) {
-                             return list.param.empty() ? std::string("WithEverything")
-                                                       : "Without" + list.param[0].substr(0, 3);
-                         });
+INSTANTIATE_TEST_SUITE_P(Servers, OwnWindowsOn, test::usualServers(), test::nameOf);
 
 TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
     const XServer server;

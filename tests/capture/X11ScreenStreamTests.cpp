@@ -1,4 +1,5 @@
 #include "capture/Colors.h"
+#include "capture/LesserServers.h"
 #include "capture/OwnProcess.h"
 #include "capture/RunningStream.h"
 #include "support/TestWindow.h"
@@ -23,7 +24,7 @@ constexpr std::uint32_t blue = 0x1030e0;
 constexpr std::uint32_t black = 0x000000;
 
 /// What a server may lack.
-class X11ScreenStreamOn : public testing::TestWithParam<std::vector<std::string>> {};
+class X11ScreenStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(X11ScreenStreamOn, ShowsEachDrawingInItsPlaceAndKeepsTheRest) {
     const XServer server({.missingExtensions = GetParam()});
@@ -47,17 +48,10 @@ TEST_P(X11ScreenStreamOn, ShowsEachDrawingInItsPlaceAndKeepsTheRest) {
     EXPECT_TRUE(hasColor(*last.pixels, 310, 475, red));
 }
 
-INSTANTIATE_TEST_SUITE_P(Servers, X11ScreenStreamOn,
-                         testing::Values(std::vector<std::string>{},
-                                         std::vector<std::string>{"MIT-SHM"},
-                                         std::vector<std::string>{"DAMAGE"},
-                                         std::vector<std::string>{"XFIXES", "RANDR", "MIT-SHM"}),
-                         [](const auto& list) {
-                             std::string name = "With";
-                             for (const auto& extension : list.param)
-                                 name += "out" + extension.substr(0, 3);
-                             return name == "With" ? "WithEverything" : name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Servers, X11ScreenStreamOn, test::usualServers(), test::nameOf);
+INSTANTIATE_TEST_SUITE_P(PoorServers, X11ScreenStreamOn,
+                         testing::Values(test::MissingExtensions{"XFIXES", "RANDR", "MIT-SHM"}),
+                         test::nameOf);
 
 TEST(X11ScreenStream, AStillScreenGivesOneFrame) {
     const XServer server;

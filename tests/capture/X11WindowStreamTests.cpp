@@ -1,3 +1,4 @@
+#include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
 #include "support/TestWindow.h"
 
@@ -26,7 +27,7 @@ RecordingChoice choose(const XServer& server, const TestWindow& window) {
             .selectedWindow = *found};
 }
 
-class X11WindowStreamOn : public testing::TestWithParam<std::vector<std::string>> {};
+class X11WindowStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
     const XServer server({.missingExtensions = GetParam()});
@@ -43,14 +44,7 @@ TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
     EXPECT_FALSE(running.everHadColor(100, 100, green)) << "what covers it was in the picture";
 }
 
-INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn,
-                         testing::Values(std::vector<std::string>{},
-                                         std::vector<std::string>{"MIT-SHM"},
-                                         std::vector<std::string>{"DAMAGE"}),
-                         [](const auto& list) {
-                             return list.param.empty() ? std::string("WithEverything")
-                                                       : "Without" + list.param[0].substr(0, 3);
-                         });
+INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn, test::usualServers(), test::nameOf);
 
 TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
     const XServer server;

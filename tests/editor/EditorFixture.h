@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/RecordingRecovery.h"
 #include "app/state/ExportFlow.h"
 #include "app/state/PermissionService.h"
 #include "app/state/ProjectFlow.h"
-#include "app/RecordingRecovery.h"
 #include "app/state/RecoveryFlow.h"
 #include "app/state/ScriptedServices.h"
 #include "editor/MainWindow.h"

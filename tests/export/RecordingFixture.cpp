@@ -14,17 +14,6 @@
 
 namespace vantro::testing {
 
-TemporaryFolder::TemporaryFolder()
-    : m_path(std::filesystem::temp_directory_path() /
-             ("vantro-test-" + Uuid::random().toString())) {
-    std::filesystem::create_directories(m_path);
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-}
-
 std::shared_ptr<const PixelBuffer> asBgra(std::shared_ptr<const PixelBuffer> pixels) {
     if (pixels->format() == PixelFormat::bgra)
         return pixels;

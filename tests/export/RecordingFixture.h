@@ -2,6 +2,7 @@
 
 #include "export/ComposedMovie.h"
 #include "media/PixelBuffer.h"
+#include "support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <functional>
@@ -11,20 +12,7 @@
 
 namespace vantro::testing {
 
-/// A folder for one test's files, removed with everything in it.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-    const std::filesystem::path& path() const { return m_path; }
-    bool isEmpty() const { return std::filesystem::is_empty(m_path); }
-
-  private:
-    std::filesystem::path m_path;
-};
+using test::TemporaryFolder;
 
 struct Rgb {
     int red = 0;

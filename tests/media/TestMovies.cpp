@@ -24,26 +24,6 @@ std::string quoted(const std::filesystem::path& path) {
 
 } // namespace
 
-TemporaryFolder::TemporaryFolder() {
-    auto pattern = (std::filesystem::temp_directory_path() / "media-test-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    m_path = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-}
-
-std::vector<std::string> TemporaryFolder::names() const {
-    std::vector<std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(m_path))
-        found.push_back(entry.path().filename());
-    std::ranges::sort(found);
-    return found;
-}
-
 std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height, Rgb color) {
     auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
     const int side = blockSide(width);

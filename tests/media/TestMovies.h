@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/FrameSource.h"
+#include "support/TemporaryFolder.h"
 
 #include <array>
 #include <filesystem>
@@ -11,21 +12,6 @@
 #include <nlohmann/json.hpp>
 
 namespace vantro::test {
-
-/// A folder that goes away with its contents.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-    std::vector<std::string> names() const;
-
-  private:
-    std::filesystem::path m_path;
-};
 
 using Rgb = std::array<int, 3>;
 

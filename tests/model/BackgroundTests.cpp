@@ -1,5 +1,5 @@
-#include "base/TemporaryFolder.h"
 #include "model/BackgroundCatalog.h"
+#include "support/TemporaryFolder.h"
 
 #include <limits>
 
@@ -40,7 +40,7 @@ class BackgroundCatalogTest : public testing::Test {
         m_folder.write("Backgrounds/Thumbnails/builtin-12.jpeg", "");
     }
 
-    TemporaryFolder m_folder;
+    test::TemporaryFolder m_folder;
 };
 
 TEST_F(BackgroundCatalogTest, HoldsTheWholeEntriesInOrder) {
@@ -49,8 +49,8 @@ TEST_F(BackgroundCatalogTest, HoldsTheWholeEntriesInOrder) {
     for (const auto& background : catalog.builtInBackgrounds()) {
         names.push_back(background.name);
         EXPECT_TRUE(background.isBuiltIn);
-        EXPECT_EQ(contentOf(background.url), "picture");
-        EXPECT_EQ(contentOf(background.thumbnailURL.value()), "preview");
+        EXPECT_EQ(test::contentOf(background.url), "picture");
+        EXPECT_EQ(test::contentOf(background.thumbnailURL.value()), "preview");
     }
     EXPECT_THAT(names, testing::ElementsAre("builtin 02", "builtin 11", "builtin 26"));
 }

@@ -1,6 +1,6 @@
-#include "base/TemporaryFolder.h"
 #include "model/Json.h"
 #include "model/SampleProject.h"
+#include "support/TemporaryFolder.h"
 
 #include <bit>
 #include <limits>
@@ -139,7 +139,7 @@ TEST(ProjectJson, StoresBackgroundsUnderTheirDiscriminator) {
 }
 
 TEST(ProjectJson, CompletesBuiltInBackgroundsFromTheCatalogue) {
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     folder.write("Backgrounds/builtin-11-mirelune.jpeg", "");
     folder.write("Backgrounds/Thumbnails/builtin-11-mirelune.jpeg", "");
     const BackgroundCatalog catalog(folder.path());

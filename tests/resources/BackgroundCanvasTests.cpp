@@ -1,7 +1,7 @@
-#include "base/TemporaryFolder.h"
 #include "resources/JpegFile.h"
 #include "resources/backgrounds/Canvas.h"
 #include "resources/backgrounds/JpegWriter.h"
+#include "support/TemporaryFolder.h"
 
 #include <cmath>
 
@@ -30,7 +30,7 @@ double bandingOf(const ByteImage& image, const Ideal& ideal) {
 }
 
 TEST(BackgroundCanvas, SlowGradientsDoNotBreakIntoBandsEvenAfterCompression) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     WorkerPool pool(2);
     Canvas canvas({640, 256});
     // Six code values over 640 columns: undithered, each would be a band a hundred pixels wide.

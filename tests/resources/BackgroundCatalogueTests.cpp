@@ -1,6 +1,6 @@
-#include "base/TemporaryFolder.h"
 #include "resources/JpegFile.h"
 #include "resources/backgrounds/Generator.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -130,7 +130,7 @@ TEST(BackgroundCatalogue, TheCompositionDoesNotDependOnTheSize) {
 }
 
 TEST(BackgroundGenerator, WritesEachPictureAndATenthAsThumbnail) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     WorkerPool pool(2);
     constexpr Frame frame{320, 180};
     const auto& entry = catalogue()[5];

@@ -16,14 +16,6 @@
 namespace vantro::test {
 namespace {
 
-std::vector<char*> pointersTo(std::vector<std::string>& list) {
-    std::vector<char*> pointers;
-    for (auto& each : list)
-        pointers.push_back(each.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 /// Ours, but for another display.
 std::vector<std::string> environmentOn(const std::string& display) {
     std::vector<std::string> list{"DISPLAY=" + display};
@@ -41,6 +33,15 @@ std::vector<std::string> commandOf(const std::string& manager) {
 }
 
 } // namespace
+
+std::vector<char*> pointersTo(std::vector<std::string>& list) {
+    std::vector<char*> pointers;
+    pointers.reserve(list.size() + 1);
+    for (auto& each : list)
+        pointers.push_back(each.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
 
 Program::Program(const std::string& display, const std::vector<std::string>& arguments) {
     auto list = arguments;

@@ -9,6 +9,9 @@
 
 namespace vantro::test {
 
+/// The list as the C library takes arguments, ended with a null. Valid for as long as the list is.
+std::vector<char*> pointersTo(std::vector<std::string>& list);
+
 /// A program of the search path that runs on a display until it is ended. Says nothing.
 class Program {
   public:

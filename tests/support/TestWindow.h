@@ -15,8 +15,11 @@ namespace vantro::test {
 class TestWindow {
   public:
     struct Names {
+        // Initialisers, so that a test may name just one of them:
+        // NOLINTBEGIN(*-redundant-member-init)
         std::string title = {};
         std::string applicationClass = {};
+        // NOLINTEND(*-redundant-member-init)
         std::uint32_t process = 0; ///< that it says it belongs to; none when 0
         bool isBlended = false;    ///< colours are premultiplied 0xAARRGGBB
     };

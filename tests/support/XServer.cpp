@@ -1,5 +1,6 @@
 #include "support/XServer.h"
 
+#include "support/Program.h"
 #include "support/XConnection.h"
 #include "support/XorgDesk.h"
 
@@ -40,10 +41,7 @@ std::vector<std::string> arguments(const XServer::Options& options) {
 
 /// Starts a program of the search path; its standard error goes nowhere.
 pid_t spawn(std::vector<std::string> list, posix_spawn_file_actions_t& actions) {
-    std::vector<char*> pointers;
-    for (auto& argument : list)
-        pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
+    const auto pointers = pointersTo(list);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     pid_t process = -1;
     const int error =

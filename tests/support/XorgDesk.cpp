@@ -1,5 +1,7 @@
 #include "support/XorgDesk.h"
 
+#include "support/Program.h"
+
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -154,13 +156,9 @@ std::vector<std::string> xorgCommand(const std::filesystem::path& folder, int di
 void runXrandr(const std::string& display, const std::vector<std::string>& arguments) {
     std::vector<std::string> list{"xrandr", "--display", display};
     list.insert(list.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    for (auto& each : list)
-        pointers.push_back(each.data());
-    pointers.push_back(nullptr);
     pid_t process = -1;
     int status = -1;
-    if (posix_spawnp(&process, "xrandr", nullptr, nullptr, pointers.data(), environ) == 0)
+    if (posix_spawnp(&process, "xrandr", nullptr, nullptr, pointersTo(list).data(), environ) == 0)
         waitpid(process, &status, 0);
     if (status != 0)
         throw std::runtime_error("xrandr failed");
@@ -172,7 +170,8 @@ InputDevice::InputDevice(const std::filesystem::path& folder, Kind kind)
     address.sun_family = AF_UNIX;
     const auto path = (folder / (kind == Kind::pen ? "pen" : "touch")).string();
     path.copy(address.sun_path, sizeof address.sun_path - 1);
-    if (connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    if (m_socket < 0 ||
+        connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         throw std::runtime_error("the server has no such device");
     auto version = make<Version>(clientVersion);
     version.major = 1;

@@ -34,10 +34,10 @@ std::optional<int> powerOf(std::string_view unit) {
     return static_cast<int>(index) + 1;
 }
 
-bool isAtLeast(const std::filesystem::path& file, std::optional<std::uint64_t> bytes) {
+bool isAtLeast(const std::filesystem::path& file, std::uint64_t bytes) {
     std::error_code error;
     const auto size = std::filesystem::file_size(file, error);
-    return bytes && !error && size >= *bytes;
+    return !error && size >= bytes;
 }
 
 std::optional<RecordingEnd> endOf(RecordingCondition condition) {
@@ -90,7 +90,8 @@ RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::pat
             return RecordingEnd::interrupt;
         if (limits.seconds >= 0 && elapsed >= limits.seconds)
             return RecordingEnd::seconds;
-        if (isAtLeast(movie, limits.bytes))
+        // One frame at least, however small the limit.
+        if (limits.bytes && statistics.framesCaptured > 0 && isAtLeast(movie, *limits.bytes))
             return RecordingEnd::maxSize;
         line.show(fmt::format("Recording {}  {} frames, {} dropped  (Ctrl-C to stop)",
                               clockText(elapsed), statistics.framesCaptured,

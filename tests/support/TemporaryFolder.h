@@ -1,13 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
-namespace vantro {
+namespace vantro::test {
 
 /// A fresh folder that goes away with its content.
 class TemporaryFolder {
@@ -26,6 +28,15 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& path() const { return m_path; }
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    /// What lies in it, sorted.
+    std::vector<std::string> names() const {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+            found.push_back(entry.path().filename());
+        std::ranges::sort(found);
+        return found;
+    }
 
     /// Writes a small file below the folder, with the folders above it.
     std::filesystem::path write(const std::filesystem::path& name, const std::string& content) {
@@ -44,4 +55,4 @@ inline std::string contentOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-} // namespace vantro
+} // namespace vantro::test
