@@ -136,7 +136,8 @@ void TimeStretcher::beginAt(std::int64_t onset, std::int64_t target) {
     m_source(onset - fade, sound);
     auto* faded = m_block.data() + (length - fade) * channels;
     for (std::size_t i = 0; i < sound.size(); ++i) {
-        const float weight = (static_cast<float>(i / channels) + 0.5F) / static_cast<float>(fade);
+        const auto frame = i / channels;
+        const float weight = (static_cast<float>(frame) + 0.5F) / static_cast<float>(fade);
         faded[i] += (sound[i] - faded[i]) * weight;
     }
     m_position += length;

@@ -9,6 +9,7 @@
 
 #include <utility>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -76,8 +77,8 @@ TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
         if (problem.empty())
             EXPECT_NO_THROW(write()) << name;
         else
-            EXPECT_THAT(write, ::testing::ThrowsMessage<MediaError>("The encoder " + name +
-                                                                    " cannot be used: " + problem));
+            EXPECT_THAT(write, ::testing::ThrowsMessage<MediaError>(fmt::format(
+                                   "The encoder {} cannot be used: {}", name, problem)));
     }
 }
 

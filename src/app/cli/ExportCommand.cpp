@@ -22,6 +22,11 @@ using nlohmann::ordered_json;
 
 namespace fs = std::filesystem;
 
+/// One line at once, for programs that follow.
+void printEvent(const ordered_json& event) {
+    std::cout << event << '\n' << std::flush;
+}
+
 /// Shows how far an export is: a bar on a terminal, lines of JSON for programs.
 class ProgressDisplay {
   public:
@@ -38,11 +43,10 @@ class ProgressDisplay {
     void update(double fraction) {
         const double left = fraction > 0 ? elapsed() * (1 - fraction) / fraction : 0;
         if (m_json)
-            std::cout << ordered_json{{"event", "progress"},
-                                      {"fraction", fraction},
-                                      {"speed", speed(fraction)},
-                                      {"secondsLeft", left}}
-                      << std::endl;
+            printEvent(ordered_json{{"event", "progress"},
+                                    {"fraction", fraction},
+                                    {"speed", speed(fraction)},
+                                    {"secondsLeft", left}});
         else
             m_line.show(fmt::format("Exporting {} {:3.0f} %  {:.2f}x  {} left",
                                     progressBar(fraction, barWidth), fraction * 100,
@@ -76,7 +80,7 @@ void printSummary(const ExportOptions& options, const ExportJob& job, const Expo
     if (!summary.damage.empty())
         fmt::print(stderr, "vantro: {}; exported up to there\n", summary.damage);
     if (options.json)
-        std::cout << finishedEvent(job, summary, bytes, display) << std::endl;
+        printEvent(finishedEvent(job, summary, bytes, display));
     else if (::isatty(STDOUT_FILENO) == 1)
         fmt::print("Exported {}: {}x{}, {} frames, {:.2f} s, {} in {:.1f} s ({:.2f}x)\n",
                    job.output.string(), summary.width, summary.height, summary.frameCount,
@@ -126,7 +130,7 @@ int exportOne(const ExportOptions& options, const ExportJob& job,
     display.clear();
     if (summary.outcome == ExportOutcome::cancelled) {
         if (options.json)
-            std::cout << ordered_json{{"event", "cancelled"}} << std::endl;
+            printEvent(ordered_json{{"event", "cancelled"}});
         return exitInterrupted;
     }
     printSummary(options, job, summary, display);
@@ -137,10 +141,8 @@ void reportFailure(const ExportOptions& options, const ExportJob& job,
                    const std::exception& error) {
     fmt::print(stderr, "vantro: {}: {}\n", job.project.string(), error.what());
     if (options.json)
-        std::cout << ordered_json{{"event", "failed"},
-                                  {"project", job.project.string()},
-                                  {"error", error.what()}}
-                  << std::endl;
+        printEvent(ordered_json{
+            {"event", "failed"}, {"project", job.project.string()}, {"error", error.what()}});
 }
 
 /// Exports all that can be exported; one that fails does not keep the others from it.
@@ -157,10 +159,8 @@ int exportAll(const ExportOptions& options, const std::vector<ExportJob>& jobs,
         }
     }
     if (options.json)
-        std::cout << ordered_json{{"event", "summary"},
-                                  {"exported", exported},
-                                  {"failed", jobs.size() - exported}}
-                  << std::endl;
+        printEvent(ordered_json{
+            {"event", "summary"}, {"exported", exported}, {"failed", jobs.size() - exported}});
     else
         fmt::print("Exported {} of {} projects to {}\n", exported, jobs.size(),
                    options.output.string());

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <new>
 #include <utility>
 
@@ -38,7 +39,7 @@ void setHeader(AVCodecContext& codec, const std::vector<std::uint8_t>& header) {
     if (bytes == nullptr)
         throw std::bad_alloc();
     std::ranges::copy(header, bytes);
-    av_freep(&codec.extradata);
+    av_freep(static_cast<void*>(&codec.extradata));
     codec.extradata = bytes;
     codec.extradata_size = static_cast<int>(header.size());
 }
@@ -112,15 +113,22 @@ void VideoEncoder::send(const AVFrame* frame, const PacketSink& sink) {
         drain(sink);
 }
 
+/// Some encoders count in a coarser time of their own.
+bool VideoEncoder::isSameInstant(std::int64_t a, std::int64_t b) const {
+    constexpr int milliseconds = 1000; // less than the frames of any movie are apart
+    return std::abs(a - b) * milliseconds < timescale();
+}
+
 /// Takes note of the pictures that are done. One that comes out of turn is a failure as well.
 std::expected<void, std::string> VideoEncoder::sendToHardware(const AVFrame* frame,
                                                               const PacketSink& sink) {
     bool isInOrder = true;
     const auto sent = m_session.encode(frame, [&](AVPacket& packet) {
         isInOrder = isInOrder && !m_unfinished.empty() && packet.size > 0 &&
-                    packet.pts == m_unfinished.front().ticks;
+                    isSameInstant(packet.pts, m_unfinished.front().ticks);
         if (!isInOrder)
             return;
+        packet.pts = m_unfinished.front().ticks;
         packet.dts = packet.pts;
         sink(packet);
         m_unfinished.pop_front();

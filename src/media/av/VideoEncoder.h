@@ -48,6 +48,7 @@ class VideoEncoder {
 
     void announceSuccessor();
     bool needsKeyframe(std::int64_t ticks);
+    bool isSameInstant(std::int64_t a, std::int64_t b) const;
     void send(const AVFrame* frame, const PacketSink& sink);
     std::expected<void, std::string> sendToHardware(const AVFrame* frame, const PacketSink& sink);
     void succeed(const std::string& reason, const PacketSink& sink);
