@@ -35,6 +35,10 @@ function(vantro_test name)
   if(arg_LABELS) # an empty one would swallow the property after it
     list(APPEND arg_PROPERTIES LABELS "${arg_LABELS}")
   endif()
+  if(VANTRO_SANITIZE)
+    list(APPEND arg_PROPERTIES
+      ENVIRONMENT "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks-of-others.txt")
+  endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
 endfunction()
