@@ -3,9 +3,9 @@
 # size of the file, seconds (wall and processor) and likeness to the original (SSIM of the decoded
 # animation). Ten seconds at 640 pixels, 12 pictures a second; two of the worst case, which takes
 # ffmpeg a quarter of a second a picture.
-#   bench/gif_bench.sh path/to/gif_bench
+# usage: bench/gif_bench.sh
 set -euo pipefail
-encoder=$(realpath "${1:?usage: gif_bench.sh path/to/gif_bench}")
+encoder=$(cd "$(dirname "$0")/.." && pwd)/build/release/bin/gif_bench
 width=640 height=360 frames=120
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
