@@ -50,7 +50,6 @@ TEST_F(ExportCommand, MakesGifsOfOneOrSeveralProjectsAtTheRateAskedFor) {
     EXPECT_NEAR(std::stod(probe(folder / "a.gif")["format"]["duration"].get<std::string>()), 1.52,
                 0.011);
     save("second.vantro");
-    std::filesystem::create_directory(folder / "out");
     EXPECT_EQ(vantro("export --format gif " + path("sample.vantro") + " " + path("second.vantro") +
                      " --output " + path("out"))
                   .exitCode,

@@ -9,6 +9,7 @@
 #include "model/VantroError.h"
 
 #include <iostream>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -148,6 +149,8 @@ void reportFailure(const ExportOptions& options, const ExportJob& job,
 /// Exports all that can be exported; one that fails does not keep the others from it.
 int exportAll(const ExportOptions& options, const std::vector<ExportJob>& jobs,
               const std::stop_token& interrupted) {
+    std::error_code ignored; // each project tells where it cannot go
+    fs::create_directory(options.output, ignored);
     std::size_t exported = 0;
     for (const auto& job : jobs) {
         try {

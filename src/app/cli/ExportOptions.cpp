@@ -104,7 +104,8 @@ void addExportOptions(CLI::App& command, ExportOptions& options) {
         ->type_name("PROJECT");
     command
         .add_option("--output,-o", options.output,
-                    "The file to write, FILE.mp4 or FILE.gif; a folder for several projects")
+                    "The file to write, FILE.mp4 or FILE.gif; a folder for several projects, made "
+                    "where it is missing")
         ->required()
         ->type_name("FILE");
     command.add_option("--format", options.format, "What several projects become (default: mp4)")
