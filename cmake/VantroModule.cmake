@@ -35,7 +35,10 @@ function(vantro_test name)
   if(arg_LABELS) # an empty one would swallow the property after it
     list(APPEND arg_PROPERTIES LABELS "${arg_LABELS}")
   endif()
-  if(VANTRO_SANITIZE)
+  if(VANTRO_SANITIZE MATCHES "thread")
+    list(APPEND arg_PROPERTIES
+      ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/races-of-others.txt")
+  elseif(VANTRO_SANITIZE)
     list(APPEND arg_PROPERTIES
       ENVIRONMENT "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks-of-others.txt")
   endif()
