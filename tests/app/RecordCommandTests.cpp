@@ -28,10 +28,8 @@ using test::TestWindow;
 using test::XServer;
 using ::testing::HasSubstr;
 using vantro::testing::TemporaryFolder;
+using namespace test::colors;
 
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t blue = 0x1030e0;
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless
 
 struct Result {

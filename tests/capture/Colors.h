@@ -8,6 +8,15 @@
 
 namespace vantro::test {
 
+/// What tests paint, 0xRRGGBB: far apart in brightness and colour.
+namespace colors {
+inline constexpr std::uint32_t red = 0xd02010;
+inline constexpr std::uint32_t green = 0x20b040;
+inline constexpr std::uint32_t blue = 0x1030e0;
+inline constexpr std::uint32_t black = 0x000000;
+inline constexpr std::uint32_t white = 0xffffff;
+} // namespace colors
+
 struct Yuv {
     double y;
     double u;

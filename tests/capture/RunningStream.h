@@ -5,8 +5,21 @@
 #include "capture/RecordingTarget.h"
 #include "capture/SampleCollector.h"
 #include "support/Eventually.h"
+#include "support/TestWindow.h"
+
+#include <algorithm>
 
 namespace vantro::test {
+
+/// As a user chooses a window.
+inline RecordingChoice choiceOf(const XServer& server, const TestWindow& window) {
+    const auto content = connectTo(server)->shareableContent().value();
+    const auto found = std::ranges::find(content.windows, window.id(), &ShareableWindow::windowID);
+    return {.captureMode = CaptureMode::window,
+            .displayID = content.displays.front().displayID,
+            .captureRect = found->frame,
+            .selectedWindow = *found};
+}
 
 /// A running stream from the server that a test gives.
 struct RunningStream {

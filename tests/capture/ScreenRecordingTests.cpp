@@ -20,10 +20,8 @@ using test::eventually;
 using test::hasColor;
 using test::TestWindow;
 using test::XServer;
+using namespace test::colors;
 
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t white = 0xffffff;
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless
 constexpr double frame = 1.0 / 60;
 

@@ -16,22 +16,9 @@ using test::CompositingManager;
 using test::RunningStream;
 using test::TestWindow;
 using test::XServer;
-
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t blue = 0x1030e0;
-constexpr std::uint32_t white = 0xffffff;
+using namespace test::colors;
 
 const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = test::ownProcess};
-
-RecordingChoice choose(const XServer& server, const TestWindow& window) {
-    const auto content = test::connectTo(server)->shareableContent().value();
-    const auto found = std::ranges::find(content.windows, window.id(), &ShareableWindow::windowID);
-    return {.captureMode = CaptureMode::window,
-            .displayID = content.displays.front().displayID,
-            .captureRect = found->frame,
-            .selectedWindow = *found};
-}
 
 class UnderACompositingManager : public testing::TestWithParam<const char*> {};
 
@@ -141,7 +128,7 @@ TEST_P(UnderACompositingManager, ACoveredWindowIsRecordedWhetherItRunsOrNot) {
     TestWindow window(server, {500, 300, 300, 250}, red);
     const TestWindow cover(server, {520, 320, 400, 400}, green);
     std::optional<CompositingManager> manager(std::in_place, server, GetParam());
-    RunningStream running(server, choose(server, window));
+    RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue);
     ASSERT_TRUE(running.awaitColor(210, 210, blue));

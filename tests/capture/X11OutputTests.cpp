@@ -24,11 +24,8 @@ using test::InputDevice;
 using test::RunningStream;
 using test::TestWindow;
 using test::XServer;
+using namespace test::colors;
 
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t blue = 0x1030e0;
-constexpr std::uint32_t black = 0x000000;
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless
 
 class XorgTest : public testing::Test {

@@ -17,11 +17,7 @@ using test::hasColor;
 using test::RunningStream;
 using test::TestWindow;
 using test::XServer;
-
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t blue = 0x1030e0;
-constexpr std::uint32_t black = 0x000000;
+using namespace test::colors;
 
 /// What a server may lack.
 class X11ScreenStreamOn : public testing::TestWithParam<test::MissingExtensions> {};

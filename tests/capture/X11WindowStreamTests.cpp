@@ -12,20 +12,7 @@ namespace {
 using test::RunningStream;
 using test::TestWindow;
 using test::XServer;
-
-constexpr std::uint32_t red = 0xd02010;
-constexpr std::uint32_t green = 0x20b040;
-constexpr std::uint32_t blue = 0x1030e0;
-constexpr std::uint32_t black = 0x000000;
-
-RecordingChoice choose(const XServer& server, const TestWindow& window) {
-    const auto content = test::connectTo(server)->shareableContent().value();
-    const auto found = std::ranges::find(content.windows, window.id(), &ShareableWindow::windowID);
-    return {.captureMode = CaptureMode::window,
-            .displayID = content.displays.front().displayID,
-            .captureRect = found->frame,
-            .selectedWindow = *found};
-}
+using namespace test::colors;
 
 class X11WindowStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
 
@@ -33,7 +20,7 @@ TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
     const XServer server({.missingExtensions = GetParam()});
     TestWindow window(server, {500, 300, 301, 251}, red);
     TestWindow cover(server, {520, 320, 400, 400}, green);
-    RunningStream running(server, choose(server, window));
+    RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue); // beyond the screen's corner, and covered
     ASSERT_TRUE(running.awaitColor(210, 210, blue));
@@ -49,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn, test::usualServers(), test:
 TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
     const XServer server;
     TestWindow window(server, {10, 10, 200, 100}, red);
-    RunningStream running(server, choose(server, window));
+    RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.place({300, 200, 200, 100});
     window.fill({0, 0, 200, 100}, green);
@@ -80,7 +67,7 @@ TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
     const TestWindow ground(server, {0, 0, 640, 480}, blue);
     TestWindow window(server, {10, 10, 200, 100}, red);
     window.shape({{0, 0, 200, 60}});
-    RunningStream running(server, choose(server, window));
+    RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.shape({{50, 0, 100, 100}});
     window.fill(green);
@@ -93,7 +80,7 @@ TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
 TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
     const XServer server;
     TestWindow window(server, {10, 10, 200, 100}, red);
-    RunningStream running(server, choose(server, window));
+    RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     const auto before = running.collector.samples().size();
     window.hide();
