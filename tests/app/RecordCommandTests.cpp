@@ -145,7 +145,7 @@ TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
     const Painting painting(window);
     const auto result = record("--max-size 0.7MB --seconds 30");
     ASSERT_EQ(result.exitCode, 0) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("MB (the size limit)"));
+    EXPECT_THAT(result.output, HasSubstr("B (the size limit)"));
     const auto size = std::filesystem::file_size(project / "recording.mov");
     EXPECT_GE(size, 700'000);
     EXPECT_LE(size, 12'000'000) << "what a quarter of a second adds, and what a busy machine does";
