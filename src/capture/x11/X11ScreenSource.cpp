@@ -76,9 +76,7 @@ std::expected<bool, std::string> X11ScreenSource::update() {
         drainEvents();
         if (!isRead && !m_isGeometryStale)
             return std::unexpected("the screen cannot be read any more");
-        // One of our windows that came in the middle of reading is in the picture.
-        const bool isClean = !m_underlay || !m_underlay->isStale() || !restack(*m_underlay);
-        if (isRead && isClean && !m_isGeometryStale) {
+        if (isRead && (!m_underlay || isClean(*m_underlay)) && !m_isGeometryStale) {
             if (m_underlay)
                 m_underlay->paint(m_live->image(), m_changed);
             return true;
@@ -97,8 +95,20 @@ PictureView X11ScreenSource::picture() const {
 }
 
 bool X11ScreenSource::read() {
+    if (m_underlay)
+        m_underlay->beginReading();
     return m_live->update(m_connection.root(), m_area.x, m_area.y, m_changed,
                           m_underlay ? m_underlay->hidden() : std::span<const PixelRect>());
+}
+
+/// Whether none of our windows came into the picture while it was read.
+bool X11ScreenSource::isClean(X11Underlay& underlay) {
+    if (underlay.isStale() && restack(underlay))
+        return false;
+    drainEvents(); // a window may have gone while it was asked whose it is
+    if (underlay.mayHaveShown())
+        m_live->invalidate();
+    return !underlay.mayHaveShown();
 }
 
 /// True when the picture is to be read again.

@@ -34,6 +34,7 @@ class X11ScreenSource final : public X11PictureSource {
     PixelRect areaNow(const X11Geometry& geometry) const;
     void show(PixelRect area);
     bool read();
+    bool isClean(X11Underlay& underlay);
     bool restack(X11Underlay& underlay);
     void drainEvents();
 

@@ -64,6 +64,7 @@ void X11Underlay::setArea(PixelRect area) {
 }
 
 void X11Underlay::handle(const xcb_generic_event_t& event) {
+    followWindow(event);
     switch (event.response_type & 0x7f) {
     case XCB_CREATE_NOTIFY:
     case XCB_DESTROY_NOTIFY:
@@ -81,6 +82,32 @@ void X11Underlay::handle(const xcb_generic_event_t& event) {
         m_isStale |= isShapeChange(m_connection, event) || isSelectionChange(m_connection, event);
         for (const auto& covered : m_covered)
             covered->handle(event);
+    }
+}
+
+void X11Underlay::beginReading() {
+    m_come.clear();
+    m_mayHaveShown = false;
+}
+
+void X11Underlay::followWindow(const xcb_generic_event_t& event) {
+    const auto hasCome = [this](xcb_window_t window) {
+        return std::ranges::find(m_come, window) != m_come.end();
+    };
+    switch (event.response_type & 0x7f) {
+    case XCB_MAP_NOTIFY:
+        m_come.push_back(reinterpret_cast<const xcb_map_notify_event_t&>(event).window);
+        return;
+    case XCB_UNMAP_NOTIFY:
+        m_mayHaveShown |= hasCome(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window);
+        return;
+    case XCB_CONFIGURE_NOTIFY: {
+        const auto window = reinterpret_cast<const xcb_configure_notify_event_t&>(event).window;
+        m_mayHaveShown |= std::ranges::find(m_ours, window) != m_ours.end();
+        return;
+    }
+    default:
+        return;
     }
 }
 
@@ -102,6 +129,9 @@ bool X11Underlay::restack() {
     });
     const auto others = std::ranges::stable_partition(
         windows, [this](const X11Placement& each) { return m_own.isOwn(each.window); });
+    m_ours.clear();
+    std::ranges::transform(windows.begin(), others.begin(), std::back_inserter(m_ours),
+                           &X11Placement::window);
     std::vector<PixelRect> hidden;
     for (const PixelRect& place :
          m_places.update({windows.begin(), others.begin()}, m_isComposited, hostNow())) {

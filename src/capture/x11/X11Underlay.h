@@ -28,6 +28,11 @@ class X11Underlay {
     /// What lies beneath our windows has changed since `paint`.
     bool hasChanges() const;
 
+    /// The picture is read from now on.
+    void beginReading();
+    /// Whether the picture may show one of our windows although `restack` found none in another
+    /// place: one that has come and gone again since `beginReading`, or was elsewhere for a moment.
+    bool mayHaveShown() const { return m_mayHaveShown; }
     /// Finds all windows anew. True when our windows have other places in the picture: then all of
     /// it is to be read again.
     bool restack();
@@ -43,6 +48,7 @@ class X11Underlay {
   private:
     struct Patch;
 
+    void followWindow(const xcb_generic_event_t& event);
     void hide(std::vector<PixelRect> places);
     void updateCovered(const std::vector<X11Placement>& others);
     void readBackground();
@@ -54,6 +60,9 @@ class X11Underlay {
     X11OwnWindows m_own;
     X11OwnPlaces m_places;
     bool m_isStale = true;
+    std::vector<xcb_window_t> m_ours; // shown, as of `restack`
+    std::vector<xcb_window_t> m_come; // since `beginReading`; once gone, nobody can tell whose
+    bool m_mayHaveShown = false;
     std::vector<PixelRect> m_hidden;
     std::vector<std::unique_ptr<X11CoveredWindow>> m_covered; // lowest first
     std::unique_ptr<X11Image> m_background; // the root's, of the whole area; while it is needed
