@@ -8,22 +8,40 @@ PixelRect grown(PixelRect rect, int margin) {
     return {rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin};
 }
 
+namespace {
+
+/// The smallest rectangle that holds both.
+PixelRect united(PixelRect a, PixelRect b) {
+    const int x = std::min(a.x, b.x);
+    const int y = std::min(a.y, b.y);
+    return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
+            std::max(a.y + a.height, b.y + b.height) - y};
+}
+
+} // namespace
+
 std::vector<PixelRect> X11OwnPlaces::update(const std::vector<X11Placement>& own, bool isComposited,
                                             HostTime now) {
-    const auto isThere = [&own](xcb_window_t window) {
-        return std::ranges::find(own, window, &X11Placement::window) != own.end();
-    };
-    std::erase_if(m_fading, [now](const FadingPlace& each) { return each.end <= now; });
-    for (const Place& each : m_shown)
-        if (isComposited && !isThere(each.window))
-            m_fading.push_back({each.rect, now + fading});
-    m_shown.clear();
+    std::vector<Place> shown;
     for (const X11Placement& each : own)
-        m_shown.push_back({each.window, grown(each.rect, reach(isComposited))});
+        shown.push_back({each.window, grown(each.rect, reach(isComposited))});
+    std::erase_if(m_fading, [now](const FadingPlace& each) { return each.end <= now; });
+    for (const Place& before : m_shown)
+        if (isComposited && std::ranges::find(shown, before) == shown.end())
+            fade(before, now + fading);
+    m_shown = std::move(shown);
     std::vector<PixelRect> places;
     std::ranges::transform(m_shown, std::back_inserter(places), &Place::rect);
     std::ranges::transform(m_fading, std::back_inserter(places), &FadingPlace::rect);
     return places;
+}
+
+void X11OwnPlaces::fade(const Place& place, HostTime end) {
+    const auto known = std::ranges::find(m_fading, place.window, &FadingPlace::window);
+    if (known == m_fading.end())
+        m_fading.push_back({place.window, place.rect, end});
+    else
+        *known = {place.window, united(known->rect, place.rect), end};
 }
 
 bool X11OwnPlaces::hasExpired(HostTime now) const {

@@ -8,8 +8,8 @@
 namespace vantro {
 
 /// Where on the screen our own windows can be seen. That is more than their rectangles where a
-/// compositing manager draws shadows around windows and lets them fade after they have gone. A
-/// value; instants are arguments.
+/// compositing manager draws shadows around windows, lets them fade after they have gone, and shows
+/// them where they were until it has drawn anew. A value; instants are arguments.
 class X11OwnPlaces {
   public:
     // Desktops draw shadows of up to about 60 pixels. More hides the shadows of others nearby, less
@@ -31,11 +31,16 @@ class X11OwnPlaces {
     struct Place {
         xcb_window_t window;
         PixelRect rect;
+        bool operator==(const Place&) const = default;
     };
+    /// One a window at the most: all places that it has left lately.
     struct FadingPlace {
+        xcb_window_t window;
         PixelRect rect;
         HostTime end;
     };
+    void fade(const Place& place, HostTime end);
+
     std::vector<Place> m_shown;
     std::vector<FadingPlace> m_fading;
 };
