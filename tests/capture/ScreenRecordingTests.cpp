@@ -1,5 +1,6 @@
 // Whole recordings of a real X screen, looked at in the finished movie.
 #include "capture/Colors.h"
+#include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "capture/OwnProcess.h"
 #include "capture/ScreenRecorder.h"
@@ -110,6 +111,9 @@ TEST(ScreenRecording, AClickAndTheFlashThatItCausesLieWithinOneFrame) {
         hand.moveTo(static_cast<int>(place(index).x), static_cast<int>(place(index).y));
         hand.click(index % 2 == 0 ? 1 : 3);
         ASSERT_TRUE(recording.awaitFrameAfter(before));
+        // The pointer stays until somebody has looked where it is.
+        ASSERT_TRUE(eventually(
+            [&] { return std::ssize(readCursorJournal(recording.movie).clickEvents) > index; }));
     }
     const auto metadata = recording.recorder->stop();
     const auto frames = test::framesOf(recording.movie);
