@@ -135,11 +135,14 @@ void X11ScreenSource::drainEvents() {
 std::expected<void, std::string> X11ScreenSource::follow() {
     m_isGeometryStale = false;
     const X11Geometry geometry = queryGeometry(m_connection);
-    if (!m_monitors.empty() &&
-        std::ranges::none_of(m_monitors, [&](auto id) { return geometry.find(id) != nullptr; }))
-        return std::unexpected("the display was disconnected");
     const PixelRect area = areaNow(geometry);
-    if (area.width == 0)
+    const bool isMonitorGone =
+        !m_monitors.empty() &&
+        std::ranges::none_of(m_monitors, [&](auto id) { return geometry.find(id) != nullptr; });
+    const bool isOutside = area.width == 0;
+    if (isMonitorGone || (isOutside && m_place.monitor != 0))
+        return std::unexpected("the display was disconnected");
+    if (isOutside)
         return std::unexpected("the area lies outside of the screen");
     if (area != m_area)
         show(area);
