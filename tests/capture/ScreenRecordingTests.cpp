@@ -153,7 +153,7 @@ TEST(ScreenRecording, KeepsWhatItHasWhenTheServerDies) {
     }));
     recording.recorder->stop();
     const auto frames = test::framesOf(recording.movie);
-    ASSERT_EQ(frames.size(), 1);
+    ASSERT_GE(frames.size(), 1);
     EXPECT_TRUE(hasColor(*frames[0].pixels, 320, 240, green, codingTolerance));
 }
 
