@@ -1,9 +1,9 @@
-#include "FileSizeLimit.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
 #include "media/MediaError.h"
+#include "support/FileSizeLimit.h"
 
 #include <fstream>
 #include <random>

@@ -1,4 +1,3 @@
-#include "FileSizeLimit.h"
 #include "Sound.h"
 #include "TestMovies.h"
 #include "base/Journal.h"
@@ -8,6 +7,7 @@
 #include "media/MediaError.h"
 #include "media/MovieRecovery.h"
 #include "support/Eventually.h"
+#include "support/FileSizeLimit.h"
 
 #include <fstream>
 

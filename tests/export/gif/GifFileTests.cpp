@@ -2,13 +2,12 @@
 
 #include "export/gif/GifFixture.h"
 #include "model/VantroError.h"
+#include "support/FileSizeLimit.h"
 
-#include <csignal>
 #include <fstream>
 #include <random>
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 namespace vantro::test {
 namespace {
@@ -45,26 +44,6 @@ std::string exportError(Action action) {
     }
     return "no error";
 }
-
-/// No file may grow past `bytes` while this lives, as on a disk that is full.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-  private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
 
 using GifFile = GifTest;
 
