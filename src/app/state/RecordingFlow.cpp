@@ -131,7 +131,6 @@ void RecordingFlow::startRecording() {
     setElapsedSeconds(0);
     setRecorderStatus({});
     m_outputURL = makeRecordingDirectory() / package::recordingFile;
-    Q_EMIT begun(QString::fromStdString(m_outputURL.string()));
     auto recorder = m_services.platform.makeRecorder(
         {.outputURL = m_outputURL,
          .captureRect = m_state.selectedRect(),
@@ -143,10 +142,11 @@ void RecordingFlow::startRecording() {
          .webcamEnabled = m_state.webcamEnabled()});
     m_state.setRecorder(recorder);
     m_secondTimer = m_services.timers.repeat(1s, [this] { tickSecond(); });
-    m_services.tasks.run([this, recorder, request = ++m_request]() -> TaskRunner::Continuation {
+    m_services.tasks.run([this, recorder, outputURL = m_outputURL,
+                          request = ++m_request]() -> TaskRunner::Continuation {
         try {
             recorder->start();
-            return {};
+            return [this, outputURL] { Q_EMIT begun(QString::fromStdString(outputURL.string())); };
         } catch (const std::exception& failure) {
             auto text = failureText(failure, VantroError::Kind::captureStartFailed);
             return [this, request, text] { startFailed(request, text); };

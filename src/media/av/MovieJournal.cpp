@@ -2,9 +2,9 @@
 
 #include "base/Log.h"
 #include "media/MovieRecovery.h"
+#include "media/av/CodecHeader.h"
 #include "media/av/Libraries.h"
 
-#include <cstring>
 #include <new>
 #include <optional>
 #include <span>
@@ -21,16 +21,6 @@ constexpr auto nothing = "-"; // in the place of absent bytes
 
 std::string inHexadecimal(std::span<const std::uint8_t> bytes) {
     return bytes.empty() ? nothing : fmt::format("{:02x}", fmt::join(bytes, ""));
-}
-
-/// Makes room for the codec's own header, and fills it.
-void setExtradata(AVCodecContext& codec, std::span<const std::uint8_t> bytes) {
-    codec.extradata =
-        static_cast<std::uint8_t*>(av_mallocz(bytes.size() + AV_INPUT_BUFFER_PADDING_SIZE));
-    if (codec.extradata == nullptr)
-        throw std::bad_alloc();
-    codec.extradata_size = static_cast<int>(bytes.size());
-    std::memcpy(codec.extradata, bytes.data(), bytes.size());
 }
 
 std::optional<std::vector<std::uint8_t>> fromHexadecimal(std::string_view text) {
@@ -86,7 +76,7 @@ CodecHandle readTrack(std::istream& fields) {
     codec->codec_type = descriptor->type;
     codec->codec_id = descriptor->id;
     av_channel_layout_default(&codec->ch_layout, channels);
-    setExtradata(*codec, *bytes);
+    setHeader(*codec, *bytes);
     return codec;
 }
 
@@ -108,7 +98,6 @@ MovieJournal::MovieJournal(const std::filesystem::path& movie)
 }
 
 void MovieJournal::add(const AVCodecContext& track) {
-    const std::span extradata(track.extradata, static_cast<std::size_t>(track.extradata_size));
     append(fmt::format("track {} {} {} {} {} {} {} {} {} {} {} {} {} {} {} {} {} {} {}",
                        avcodec_get_name(track.codec_id), track.time_base.num, track.time_base.den,
                        track.profile, track.bit_rate, track.width, track.height,
@@ -117,7 +106,7 @@ void MovieJournal::add(const AVCodecContext& track) {
                        static_cast<int>(track.colorspace), static_cast<int>(track.color_range),
                        static_cast<int>(track.chroma_sample_location), track.sample_rate,
                        track.ch_layout.nb_channels, track.frame_size, track.initial_padding,
-                       inHexadecimal(extradata)));
+                       inHexadecimal(headerOf(track))));
 }
 
 void MovieJournal::add(const JournalledPacket& packet) {

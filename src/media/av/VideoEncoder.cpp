@@ -2,11 +2,11 @@
 
 #include "base/Log.h"
 #include "media/MediaError.h"
+#include "media/av/CodecHeader.h"
 #include "media/av/EncoderSelection.h"
 #include "media/av/EncoderSetup.h"
 #include "media/av/SoftwareEncoder.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <new>
@@ -27,21 +27,6 @@ CodecHandle formatOf(const AVCodecContext& codec) {
     format->time_base = codec.time_base;
     format->framerate = codec.framerate;
     return format;
-}
-
-std::vector<std::uint8_t> headerOf(const AVCodecContext& codec) {
-    return {codec.extradata, codec.extradata + codec.extradata_size};
-}
-
-void setHeader(AVCodecContext& codec, const std::vector<std::uint8_t>& header) {
-    auto* bytes =
-        static_cast<std::uint8_t*>(av_mallocz(header.size() + AV_INPUT_BUFFER_PADDING_SIZE));
-    if (bytes == nullptr)
-        throw std::bad_alloc();
-    std::ranges::copy(header, bytes);
-    av_freep(static_cast<void*>(&codec.extradata));
-    codec.extradata = bytes;
-    codec.extradata_size = static_cast<int>(header.size());
 }
 
 bool isHardware(const CodecSession& session) {

@@ -117,6 +117,7 @@ TEST_F(RecordingFlowTest, AStoppedRecordingBecomesAnEditOfItsClicks) {
 }
 
 TEST_F(RecordingFlowTest, AFailedStartIsShownAndLeavesTheApplicationIdle) {
+    QObject::connect(&flow, &RecordingFlow::begun, [] { ADD_FAILURE() << "nothing to recover"; });
     for (const auto& [failure, message] :
          {std::pair{VantroError(Kind::captureStartFailed, "Display not found"),
                     std::string("Display not found")},
@@ -149,9 +150,16 @@ TEST_F(RecordingFlowTest, AStopAskedForDuringAStartThatFailsReportsTheStartAlone
 TEST_F(RecordingFlowTest, AFailedStopIsShownAndKeepsTheEarlierRecordingFields) {
     state.setRecordingURL("/earlier/recording.mov");
     recorder().stopFailure = VantroError(Kind::assetWriterFailed, "disk full");
+    std::vector<std::string> recoverable;
+    const auto note = [&](const QString& path) { recoverable.push_back(path.toStdString()); };
+    QObject::connect(&flow, &RecordingFlow::begun, note);
+    QObject::connect(&flow, &RecordingFlow::leftBehind, note);
     recordScreen();
+    const auto movie = platform.made.front().outputURL.string();
+    EXPECT_THAT(recoverable, ElementsAre(movie));
     flow.stopRecording();
     tasks.runAll();
+    EXPECT_THAT(recoverable, ElementsAre(movie, movie));
     expectError(Kind::assetWriterFailed, "disk full");
     EXPECT_THAT(phases, ElementsAre(recording, idle));
     EXPECT_EQ(state.recordingURL(), "/earlier/recording.mov");
