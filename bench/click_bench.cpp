@@ -26,26 +26,26 @@ namespace {
 using namespace vantro;
 
 /// The host's clock, which remembers when it was first asked: the tracker's time zero.
-class RememberingClock final : public CaptureClock {
+class RememberingClock final : public capture::CaptureClock {
   public:
-    HostTime now() override {
-        const HostTime now = hostNow();
-        if (m_first == HostTime{})
+    base::HostTime now() override {
+        const base::HostTime now = base::hostNow();
+        if (m_first == base::HostTime{})
             m_first = now;
         return now;
     }
-    void sleepUntil(HostTime deadline, std::stop_token stop) override {
-        hostCaptureClock().sleepUntil(deadline, std::move(stop));
+    void sleepUntil(base::HostTime deadline, std::stop_token stop) override {
+        capture::hostCaptureClock().sleepUntil(deadline, std::move(stop));
     }
-    HostTime first() const { return m_first; }
+    base::HostTime first() const { return m_first; }
 
   private:
-    HostTime m_first;
+    base::HostTime m_first;
 };
 
 struct Press {
-    HostTime when;
-    Point where;
+    base::HostTime when;
+    model::Point where;
 };
 
 struct Disconnect {
@@ -69,17 +69,18 @@ void selectRawPresses(const Connection& connection) {
                                         nullptr));
 }
 
-void fake(const Connection& connection, std::uint8_t type, std::uint8_t detail, Point place) {
+void fake(const Connection& connection, std::uint8_t type, std::uint8_t detail,
+          model::Point place) {
     xcb_test_fake_input(connection.get(), type, detail, 0, screenOf(connection).root,
                         static_cast<std::int16_t>(place.x), static_cast<std::int16_t>(place.y), 0);
 }
 
 Press press(const Connection& connection, int index) {
     const auto& screen = screenOf(connection);
-    const Point where{.x = static_cast<double>(index * 157 % screen.width_in_pixels),
-                      .y = static_cast<double>(index * 101 % screen.height_in_pixels)};
+    const model::Point where{.x = static_cast<double>(index * 157 % screen.width_in_pixels),
+                             .y = static_cast<double>(index * 101 % screen.height_in_pixels)};
     fake(connection, XCB_MOTION_NOTIFY, 0, where);
-    const HostTime now = hostNow();
+    const base::HostTime now = base::hostNow();
     fake(connection, XCB_BUTTON_PRESS, 1, where);
     fake(connection, XCB_BUTTON_RELEASE, 1, where);
     xcb_flush(connection.get());
@@ -114,11 +115,12 @@ int main(int argc, char** argv) {
     }
     selectRawPresses(listener);
     const auto& screen = screenOf(hand);
-    const auto platform = connectX11().value();
+    const auto platform = capture::x11::connectX11().value();
     RememberingClock clock;
-    CursorTracker tracker({0, 0, static_cast<double>(screen.width_in_pixels),
-                           static_cast<double>(screen.height_in_pixels)},
-                          screen.height_in_pixels, platform->makePointerSource().value(), clock);
+    capture::CursorTracker tracker({0, 0, static_cast<double>(screen.width_in_pixels),
+                                    static_cast<double>(screen.height_in_pixels)},
+                                   screen.height_in_pixels, platform->makePointerSource().value(),
+                                   clock);
     tracker.start();
     std::vector<Press> presses;
     for (int index = 0; index < count; ++index) {
@@ -138,9 +140,9 @@ int main(int argc, char** argv) {
     int misplaced = 0;
     for (std::size_t index = 0; index < presses.size(); ++index) {
         const auto& [when, where] = presses[index];
-        errors.push_back(std::abs(clicks[index].timestamp - inSeconds(when - clock.first())) *
+        errors.push_back(std::abs(clicks[index].timestamp - base::inSeconds(when - clock.first())) *
                          1000);
-        const double injected = inSeconds(when.time_since_epoch()) * 1000;
+        const double injected = base::inSeconds(when.time_since_epoch()) * 1000;
         serverErrors.push_back(std::abs(std::fmod(times[index] - injected, 4294967296.0)));
         misplaced += clicks[index].x != where.x || clicks[index].y != where.y ? 1 : 0;
     }

@@ -26,7 +26,7 @@ constexpr int frames = 3600 * frameRate;
 /// What is waited for until the journal has told of nearly all packets.
 void awaitJournal(const fs::path& movie, std::size_t lines) {
     for (;;) {
-        std::ifstream journal(movieJournalPath(movie));
+        std::ifstream journal(media::movieJournalPath(movie));
         const std::istreambuf_iterator<char> begin(journal);
         if (static_cast<std::size_t>(std::count(begin, {}, '\n')) >= lines)
             return;
@@ -34,9 +34,9 @@ void awaitJournal(const fs::path& movie, std::size_t lines) {
     }
 }
 
-void appendPictures(AssetWriter& writer) {
+void appendPictures(media::AssetWriter& writer) {
     for (int number = 0; number < frames; ++number) {
-        auto picture = PixelBuffer::allocate(PixelFormat::i420, 64, 64);
+        auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 64, 64);
         std::fill_n(picture->mutableRow(0, 0), picture->stride(0) * 64,
                     static_cast<std::uint8_t>(16 + number % 200));
         while (!writer.isReadyForMoreMediaData())
@@ -47,9 +47,9 @@ void appendPictures(AssetWriter& writer) {
 
 template <typename Action>
 double secondsOf(Action&& action) {
-    const auto before = hostNow();
+    const auto before = base::hostNow();
     action();
-    return inSeconds(hostNow() - before);
+    return base::inSeconds(base::hostNow() - before);
 }
 
 } // namespace
@@ -59,18 +59,18 @@ int main() {
     const fs::path folder = ::mkdtemp(pattern.data());
     const auto movie = folder / "recording.mov";
     const auto killed = folder / "killed.mov";
-    AssetWriter writer(movie, FileType::quickTimeMovie,
-                       {.width = 64, .height = 64, .expectsRealTime = true});
+    media::AssetWriter writer(movie, media::FileType::quickTimeMovie,
+                              {.width = 64, .height = 64, .expectsRealTime = true});
     writer.startWriting();
     writer.startSession({});
     appendPictures(writer);
     awaitJournal(movie, frames);
-    fs::copy_file(movieJournalPath(movie), movieJournalPath(killed));
+    fs::copy_file(media::movieJournalPath(movie), media::movieJournalPath(killed));
     fs::copy_file(movie, killed);
 
     fmt::print("{} pictures\n", frames);
     fmt::print("finish             {:6.2f} s\n", secondsOf([&] { writer.finish(); }));
-    fmt::print("recover            {:6.2f} s\n", secondsOf([&] { recoverMovie(killed); }));
+    fmt::print("recover            {:6.2f} s\n", secondsOf([&] { media::recoverMovie(killed); }));
     const auto command = fmt::format("ffmpeg -nostdin -loglevel error -i '{}' -c copy '{}'",
                                      movie.string(), (folder / "copy.mov").string());
     fmt::print("ffmpeg -c copy     {:6.2f} s\n", secondsOf([&] {

@@ -5,7 +5,7 @@
 //                                   FOLDER/expected, when the flashes must come
 //   flash_beep measure MOVIE EXPECTED
 
-#include "app/ProjectPackage.h"
+#include "app/files/ProjectPackage.h"
 #include "media/AudioMixReader.h"
 #include "media/FrameSource.h"
 
@@ -47,7 +47,7 @@ std::vector<Stretch> stretches() {
 }
 
 void writeProject(const std::filesystem::path& source, const std::filesystem::path& folder) {
-    ProjectData project;
+    model::ProjectData project;
     project.recordingName = "film";
     project.metadata.frameRate = frameRate;
     project.metadata.displayScaleFactor = 1;
@@ -58,7 +58,7 @@ void writeProject(const std::filesystem::path& source, const std::filesystem::pa
         project.segments.push_back({.startFraction = from / double{sourceSeconds},
                                     .endFraction = to / double{sourceSeconds},
                                     .speed = speed});
-    saveProject(folder / "film.vantro", source, project);
+    app::files::saveProject(folder / "film.vantro", source, project);
 }
 
 /// One line for each flash: its time, the speed, and 1 if a segment begins with it.
@@ -103,11 +103,11 @@ void writeFilter(const std::filesystem::path& folder) {
 
 /// When the picture turns white; seconds.
 std::vector<double> flashTimes(const std::filesystem::path& movie) {
-    const auto asset = Asset::open(movie);
-    FrameSource source(asset, asset.tracks(MediaType::video).front().id);
+    const auto asset = media::Asset::open(movie);
+    media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
     std::vector<double> times;
     bool wasWhite = false;
-    for (int frame = 0; MediaTime{frame, frameRate} < asset.duration(); ++frame) {
+    for (int frame = 0; media::MediaTime{frame, frameRate} < asset.duration(); ++frame) {
         const auto picture = source.frameAt({frame, frameRate});
         if (!picture)
             break;
@@ -123,12 +123,12 @@ std::vector<double> flashTimes(const std::filesystem::path& movie) {
 /// When sound begins after 20 ms of quiet, at a fifth of its full amplitude; seconds.
 std::vector<double> beepTimes(const std::filesystem::path& movie) {
     constexpr float audible = 0.1F;
-    constexpr std::int64_t quietEnough = mixing::sampleRate * 20 / 1000;
-    const auto asset = Asset::open(movie);
-    Composition composition(asset);
-    composition.addTrack(MediaType::audio)
-        .insert({{}, asset.duration()}, asset.tracks(MediaType::audio).front(), {});
-    AudioMixReader reader(composition);
+    constexpr std::int64_t quietEnough = media::mixing::sampleRate * 20 / 1000;
+    const auto asset = media::Asset::open(movie);
+    media::Composition composition(asset);
+    composition.addTrack(media::MediaType::audio)
+        .insert({{}, asset.duration()}, asset.tracks(media::MediaType::audio).front(), {});
+    media::AudioMixReader reader(composition);
     std::vector<double> times;
     std::int64_t position = 0;
     std::int64_t quiet = quietEnough;
@@ -139,7 +139,7 @@ std::vector<double> beepTimes(const std::filesystem::path& movie) {
                 continue;
             }
             if (quiet >= quietEnough)
-                times.push_back(static_cast<double>(position) / mixing::sampleRate);
+                times.push_back(static_cast<double>(position) / media::mixing::sampleRate);
             quiet = 0;
         }
     return times;

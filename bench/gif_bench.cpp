@@ -196,8 +196,9 @@ int make(const std::string& kind, int width, int height, int frames, const char*
 
 int encode(int width, int height, const char* input, const char* output) {
     std::ifstream file(input, std::ios::binary);
-    const auto frame = vantro::PixelBuffer::allocate(vantro::PixelFormat::bgra, width, height);
-    vantro::GifWriter writer(output, width, height, {1, framesPerSecond});
+    const auto frame =
+        vantro::media::PixelBuffer::allocate(vantro::media::PixelFormat::bgra, width, height);
+    vantro::exporting::gif::GifWriter writer(output, width, height, {1, framesPerSecond});
     for (;;) {
         for (int y = 0; y < height; ++y)
             file.read(reinterpret_cast<char*>(frame->mutableRow(0, y)), std::streamsize{4} * width);

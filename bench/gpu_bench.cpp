@@ -2,9 +2,9 @@
 // device's name, without which the numbers mean nothing. `--software-device` also takes a driver
 // that draws in software.
 
-#include "render/CursorImage.h"
-#include "render/FrameLayout.h"
 #include "render/gpu/MetalRenderer.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/FrameLayout.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +16,9 @@
 namespace vantro {
 namespace {
 
-std::shared_ptr<PixelBuffer> gradient(PixelFormat format, int width, int height, int shift) {
-    auto picture = PixelBuffer::allocate(format, width, height);
+std::shared_ptr<media::PixelBuffer> gradient(media::PixelFormat format, int width, int height,
+                                             int shift) {
+    auto picture = media::PixelBuffer::allocate(format, width, height);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             for (int i = 0; i < picture->stride(plane); ++i)
@@ -26,14 +27,15 @@ std::shared_ptr<PixelBuffer> gradient(PixelFormat format, int width, int height,
 }
 
 /// A zoomed frame with background, shadow, rounded corners and cursor.
-RenderParams zoomedParams(int width, int height) {
-    const Size size{static_cast<double>(width), static_cast<double>(height)};
-    const RecordingInset inset = recordingInset(size, size, BackgroundSettings{});
-    RenderParams params;
+render::RenderParams zoomedParams(int width, int height) {
+    const model::Size size{static_cast<double>(width), static_cast<double>(height)};
+    const render::RecordingInset inset =
+        render::recordingInset(size, size, model::BackgroundSettings{});
+    render::RenderParams params;
     params.canvasWidth = width;
     params.canvasHeight = height;
     params.keyframe = {1.5, size.width * 0.4, size.height * 0.6};
-    params.bgColor = RenderColor{0.2F, 0.4F, 0.6F, 1};
+    params.bgColor = render::RenderColor{0.2F, 0.4F, 0.6F, 1};
     params.insetX = static_cast<float>(inset.rect.x);
     params.insetY = static_cast<float>(inset.rect.y);
     params.insetW = static_cast<float>(inset.rect.width);
@@ -46,8 +48,8 @@ RenderParams zoomedParams(int width, int height) {
 }
 
 /// Made by main before the measuring begins.
-std::unique_ptr<Renderer>& measured() {
-    static std::unique_ptr<Renderer> renderer;
+std::unique_ptr<render::Renderer>& measured() {
+    static std::unique_ptr<render::Renderer> renderer;
     return renderer;
 }
 
@@ -55,12 +57,13 @@ std::unique_ptr<Renderer>& measured() {
 void zoomedFrame(benchmark::State& state) {
     const auto width = static_cast<int>(state.range(0));
     const auto height = static_cast<int>(state.range(1));
-    const PixelFormat format = state.range(2) != 0 ? PixelFormat::i420 : PixelFormat::bgra;
+    const media::PixelFormat format =
+        state.range(2) != 0 ? media::PixelFormat::i420 : media::PixelFormat::bgra;
     // Two sources in turn, so that each frame is sent.
     const std::array sources{gradient(format, width, height, 0),
                              gradient(format, width, height, 9)};
-    const auto output = PixelBuffer::allocate(format, width, height);
-    RenderParams params = zoomedParams(width, height);
+    const auto output = media::PixelBuffer::allocate(format, width, height);
+    render::RenderParams params = zoomedParams(width, height);
     std::size_t frame = 0;
     while (state.KeepRunning()) {
         params.source = sources[frame++ % sources.size()];
@@ -69,7 +72,7 @@ void zoomedFrame(benchmark::State& state) {
             break;
         }
     }
-    state.SetLabel(format == PixelFormat::i420 ? "i420 to i420" : "bgra to bgra");
+    state.SetLabel(format == media::PixelFormat::i420 ? "i420 to i420" : "bgra to bgra");
 }
 
 BENCHMARK(zoomedFrame)
@@ -85,7 +88,7 @@ BENCHMARK(zoomedFrame)
 } // namespace vantro
 
 int main(int argc, char** argv) {
-    vantro::GpuOptions options;
+    vantro::render::gpu::GpuOptions options;
     for (int i = 1; i < argc; ++i) {
         if (std::string_view(argv[i]) != "--software-device")
             continue;
@@ -94,8 +97,8 @@ int main(int argc, char** argv) {
         --argc;
         break;
     }
-    auto renderer =
-        vantro::makeMetalRenderer(vantro::standardCursor(vantro::CursorStyle::builtIn), options);
+    auto renderer = vantro::render::gpu::makeMetalRenderer(
+        vantro::render::standardCursor(vantro::render::CursorStyle::builtIn), options);
     if (!renderer) {
         fmt::print(stderr, "no GPU to measure: {}\n", renderer.error());
         return 1;

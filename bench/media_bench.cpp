@@ -1,9 +1,9 @@
 // Colour conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture. And
 // the search for hardware encoders beside the opening of the software one.
 
-#include "media/ColorConversion.h"
 #include "media/av/HardwareEncoder.h"
 #include "media/av/SoftwareEncoder.h"
+#include "media/color/ColorConversion.h"
 
 #include <algorithm>
 #include <functional>
@@ -23,8 +23,8 @@ using namespace vantro;
 constexpr int width = 1920;
 constexpr int height = 1080;
 
-std::shared_ptr<PixelBuffer> noise(PixelFormat format) {
-    auto picture = PixelBuffer::allocate(format, width, height);
+std::shared_ptr<media::PixelBuffer> noise(media::PixelFormat format) {
+    auto picture = media::PixelBuffer::allocate(format, width, height);
     std::mt19937 random(1);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
@@ -34,22 +34,22 @@ std::shared_ptr<PixelBuffer> noise(PixelFormat format) {
 }
 
 void bgraToI420(benchmark::State& state) {
-    const auto source = noise(PixelFormat::bgra);
-    const auto destination = noise(PixelFormat::i420);
+    const auto source = noise(media::PixelFormat::bgra);
+    const auto destination = noise(media::PixelFormat::i420);
     for (auto _ : state)
-        convertBgraToI420(*source, *destination);
+        media::color::convertBgraToI420(*source, *destination);
 }
 
 void i420ToBgra(benchmark::State& state) {
-    const auto source = noise(PixelFormat::i420);
-    const auto destination = noise(PixelFormat::bgra);
+    const auto source = noise(media::PixelFormat::i420);
+    const auto destination = noise(media::PixelFormat::bgra);
     for (auto _ : state)
-        convertI420ToBgra(*source, *destination);
+        media::color::convertI420ToBgra(*source, *destination);
 }
 
 void bgraToI420BySwscale(benchmark::State& state) {
-    const auto source = noise(PixelFormat::bgra);
-    const auto destination = noise(PixelFormat::i420);
+    const auto source = noise(media::PixelFormat::bgra);
+    const auto destination = noise(media::PixelFormat::i420);
     const std::unique_ptr<SwsContext, decltype(&sws_freeContext)> scaler(
         sws_getContext(width, height, AV_PIX_FMT_BGRA, width, height, AV_PIX_FMT_YUV420P,
                        SWS_BILINEAR, nullptr, nullptr, nullptr),
@@ -67,15 +67,15 @@ void bgraToI420BySwscale(benchmark::State& state) {
 // uses.
 void lookForHardware(benchmark::State& state) {
     for (auto _ : state)
-        for (const auto choice :
-             {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi})
-            benchmark::DoNotOptimize(av::missingDevice(choice));
+        for (const auto choice : {media::VideoEncoderChoice::nvenc, media::VideoEncoderChoice::qsv,
+                                  media::VideoEncoderChoice::vaapi})
+            benchmark::DoNotOptimize(media::av::missingDevice(choice));
 }
 
 void openLibx264(benchmark::State& state) {
-    const VideoSettings settings{.width = width, .height = height};
+    const media::VideoSettings settings{.width = width, .height = height};
     for (auto _ : state)
-        benchmark::DoNotOptimize(av::openSoftwareEncoder(settings));
+        benchmark::DoNotOptimize(media::av::openSoftwareEncoder(settings));
 }
 
 BENCHMARK(lookForHardware)->Unit(benchmark::kMillisecond);

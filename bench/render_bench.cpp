@@ -1,7 +1,7 @@
-#include "media/PixelBuffer.h"
-#include "render/CursorImage.h"
-#include "render/FrameLayout.h"
-#include "render/ShadowImage.h"
+#include "media/values/PixelBuffer.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/FrameLayout.h"
+#include "render/scene/ShadowImage.h"
 #include "render/software/SoftwareRenderer.h"
 
 #include <cstring>
@@ -11,8 +11,9 @@
 namespace vantro {
 namespace {
 
-std::shared_ptr<PixelBuffer> screenLikePicture(PixelFormat format, int width, int height) {
-    auto picture = PixelBuffer::allocate(format, width, height);
+std::shared_ptr<media::PixelBuffer> screenLikePicture(media::PixelFormat format, int width,
+                                                      int height) {
+    auto picture = media::PixelBuffer::allocate(format, width, height);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             for (int x = 0; x < picture->stride(plane); ++x)
@@ -28,31 +29,32 @@ struct Scene {
     bool webcam = false;
 };
 
-RenderParams frame(const Scene& scene, PixelFormat sourceFormat, int width, int height) {
-    RenderParams params;
+render::RenderParams frame(const Scene& scene, media::PixelFormat sourceFormat, int width,
+                           int height) {
+    render::RenderParams params;
     params.source = screenLikePicture(sourceFormat, width, height);
     params.canvasWidth = width;
     params.canvasHeight = height;
     params.keyframe = {scene.scale, width * 0.4, height * 0.45};
     params.hasBackground = scene.background;
-    const Size size{static_cast<double>(width), static_cast<double>(height)};
-    const auto inset = recordingInset(
-        size, size, scene.background ? std::optional(BackgroundSettings{}) : std::nullopt);
+    const model::Size size{static_cast<double>(width), static_cast<double>(height)};
+    const auto inset = render::recordingInset(
+        size, size, scene.background ? std::optional(model::BackgroundSettings{}) : std::nullopt);
     params.insetX = static_cast<float>(inset.rect.x);
     params.insetY = static_cast<float>(inset.rect.y);
     params.insetW = static_cast<float>(inset.rect.width);
     params.insetH = static_cast<float>(inset.rect.height);
     params.cornerRadius = static_cast<float>(inset.cornerRadius);
-    params.bgColor = RenderColor{0.2F, 0.3F, 0.5F, 1};
+    params.bgColor = render::RenderColor{0.2F, 0.3F, 0.5F, 1};
     if (scene.cursor) {
         params.cursorX = static_cast<float>(width * 0.4);
         params.cursorY = static_cast<float>(height * 0.45);
         params.cursorScale = 3;
     }
     if (scene.webcam) {
-        params.webcam = screenLikePicture(PixelFormat::bgra, 1280, 720);
-        const auto placement =
-            webcamPlacement(size, {1280, 720}, WebcamPosition::bottomRight, 0.2, scene.scale);
+        params.webcam = screenLikePicture(media::PixelFormat::bgra, 1280, 720);
+        const auto placement = render::webcamPlacement(
+            size, {1280, 720}, model::WebcamPosition::bottomRight, 0.2, scene.scale);
         params.webcamRect = placement.square;
         params.webcamDrawRect = placement.drawRect;
         params.webcamCornerRadius = placement.cornerRadius;
@@ -60,11 +62,12 @@ RenderParams frame(const Scene& scene, PixelFormat sourceFormat, int width, int 
     return params;
 }
 
-void drawFrames(benchmark::State& state, const Scene& scene, PixelFormat sourceFormat,
-                PixelFormat outputFormat, int width, int height) {
-    const auto renderer = makeSoftwareRenderer(standardCursor(CursorStyle::builtIn), 1);
-    const RenderParams params = frame(scene, sourceFormat, width, height);
-    const auto output = PixelBuffer::allocate(outputFormat, width, height);
+void drawFrames(benchmark::State& state, const Scene& scene, media::PixelFormat sourceFormat,
+                media::PixelFormat outputFormat, int width, int height) {
+    const auto renderer = render::software::makeSoftwareRenderer(
+        render::standardCursor(render::CursorStyle::builtIn), 1);
+    const render::RenderParams params = frame(scene, sourceFormat, width, height);
+    const auto output = media::PixelBuffer::allocate(outputFormat, width, height);
     renderer->render(params, *output); // draws backdrop and shadow, which frames share
     while (state.KeepRunning()) {
         renderer->render(params, *output);
@@ -74,15 +77,15 @@ void drawFrames(benchmark::State& state, const Scene& scene, PixelFormat sourceF
 }
 
 void drawShadowOnce(benchmark::State& state, int width, int height, float radius) {
-    const ShadowCacheKey key{width,
-                             height,
-                             static_cast<float>(width) * 0.08F,
-                             static_cast<float>(height) * 0.08F,
-                             static_cast<float>(width) * 0.84F,
-                             static_cast<float>(height) * 0.84F,
-                             radius};
+    const render::ShadowCacheKey key{width,
+                                     height,
+                                     static_cast<float>(width) * 0.08F,
+                                     static_cast<float>(height) * 0.08F,
+                                     static_cast<float>(width) * 0.84F,
+                                     static_cast<float>(height) * 0.84F,
+                                     radius};
     while (state.KeepRunning())
-        benchmark::DoNotOptimize(drawShadow(key));
+        benchmark::DoNotOptimize(render::drawShadow(key));
 }
 
 void registerFrames(const std::string& size, int width, int height) {
@@ -99,8 +102,8 @@ void registerFrames(const std::string& size, int width, int height) {
         {"zoomed2.0_bare", {false, 2.0, true, false}},
         {"unzoomed_bare", {false, 1.0, true, false}},
     };
-    const std::pair<const char*, PixelFormat> formats[] = {{"bgra", PixelFormat::bgra},
-                                                           {"i420", PixelFormat::i420}};
+    const std::pair<const char*, media::PixelFormat> formats[] = {
+        {"bgra", media::PixelFormat::bgra}, {"i420", media::PixelFormat::i420}};
     for (const auto& entry : cases)
         for (const auto& [sourceName, source] : formats)
             for (const auto& [outputName, output] : formats)

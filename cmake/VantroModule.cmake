@@ -13,11 +13,23 @@ if(VANTRO_SANITIZE)
   target_link_options(vantro_flags INTERFACE -fsanitize=${VANTRO_SANITIZE})
 endif()
 
-# vantro_module(NAME SOURCES ... [PUBLIC targets] [PRIVATE targets])
-# A layer of the architecture: the static library vantro_NAME. PUBLIC lists the layers whose headers
-# ours include; PRIVATE the libraries that stay behind our headers.
+# vantro_module(NAME [FOLDERS folders] [SOURCES more] [MOC headers] [PUBLIC targets] [PRIVATE targets])
+# The static library vantro_NAME of every source file in the folders; without FOLDERS and SOURCES, of
+# this one. MOC lists the headers that declare Q_OBJECT: found by AUTOMOC, whose compiler definitions
+# lead moc into standard headers that it cannot read, they would be missed. PUBLIC lists the libraries
+# whose headers ours include; PRIVATE those that stay behind our headers.
 function(vantro_module name)
-  cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(arg "" "" "FOLDERS;SOURCES;MOC;PUBLIC;PRIVATE" ${ARGN})
+  if(NOT arg_FOLDERS AND NOT arg_SOURCES)
+    set(arg_FOLDERS .)
+  endif()
+  foreach(folder IN LISTS arg_FOLDERS)
+    file(GLOB found CONFIGURE_DEPENDS ${folder}/*.cpp)
+    list(APPEND arg_SOURCES ${found})
+  endforeach()
+  if(arg_MOC)
+    qt6_wrap_cpp(arg_SOURCES ${arg_MOC})
+  endif()
   add_library(vantro_${name} STATIC ${arg_SOURCES})
   target_link_libraries(vantro_${name} PUBLIC vantro_flags ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
 endfunction()

@@ -3,24 +3,24 @@
 #include "capture/x11/X11CapturePlatform.h"
 #include "model/VantroError.h"
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
 template <typename Value>
 Value valueOrThrow(std::expected<Value, std::string> result) {
     if (!result)
-        throw VantroError(VantroError::Kind::captureStartFailed, result.error());
+        throw model::VantroError(model::VantroError::Kind::captureStartFailed, result.error());
     return *std::move(result);
 }
 
 } // namespace
 
-std::unique_ptr<CapturePlatform> connectDesktop() {
-    return valueOrThrow(connectX11());
+std::unique_ptr<capture::CapturePlatform> connectDesktop() {
+    return valueOrThrow(capture::x11::connectX11());
 }
 
-ShareableContent shareableContent(CapturePlatform& platform) {
+capture::ShareableContent shareableContent(capture::CapturePlatform& platform) {
     return valueOrThrow(platform.shareableContent());
 }
 
-} // namespace vantro
+} // namespace vantro::app

@@ -4,13 +4,13 @@
 
 #include <memory>
 
-namespace vantro {
+namespace vantro::app {
 
 /// The desktop that this program runs on. Throws VantroError captureStartFailed, which says which
 /// display cannot be reached or what it lacks.
-std::unique_ptr<CapturePlatform> connectDesktop();
+std::unique_ptr<capture::CapturePlatform> connectDesktop();
 
 /// What can be recorded now. Throws VantroError captureStartFailed.
-ShareableContent shareableContent(CapturePlatform& platform);
+capture::ShareableContent shareableContent(capture::CapturePlatform& platform);
 
-} // namespace vantro
+} // namespace vantro::app

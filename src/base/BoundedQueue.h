@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-namespace vantro {
+namespace vantro::base {
 
 /// A first-in first-out queue between threads that holds at most `capacity` items.
 ///
@@ -97,4 +97,4 @@ class BoundedQueue {
     bool m_closed = false;    // guarded by m_mutex
 };
 
-} // namespace vantro
+} // namespace vantro::base

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace vantro {
+namespace vantro::base {
 
 void fatal(std::string_view what, std::source_location where) {
     writeLog(LogLevel::fatal,
@@ -27,4 +27,4 @@ std::int64_t truncatedToInteger(double value, std::source_location where) {
     return static_cast<std::int64_t>(value);
 }
 
-} // namespace vantro
+} // namespace vantro::base

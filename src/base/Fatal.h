@@ -4,7 +4,7 @@
 #include <source_location>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::base {
 
 /// Logs `what` with its place and aborts. For broken invariants and arithmetic faults only: what a
 /// user can cause is reported as an error instead. Any thread.
@@ -26,4 +26,4 @@ std::int64_t checkedMultiply(std::int64_t a, std::int64_t b,
 std::int64_t truncatedToInteger(double value,
                                 std::source_location where = std::source_location::current());
 
-} // namespace vantro
+} // namespace vantro::base

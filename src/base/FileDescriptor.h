@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::base {
 
 /// Owns one file descriptor and closes it; -1 owns nothing.
 class FileDescriptor {
@@ -32,4 +32,4 @@ class FileDescriptor {
     int m_fd = -1;
 };
 
-} // namespace vantro
+} // namespace vantro::base

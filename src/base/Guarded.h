@@ -3,7 +3,7 @@
 #include <mutex>
 #include <utility>
 
-namespace vantro {
+namespace vantro::base {
 
 /// A value that can be reached only while its mutex is held.
 /// `with` runs a short function under the lock; that function must not call out or wait.
@@ -29,4 +29,4 @@ class Guarded {
     Value m_value{};
 };
 
-} // namespace vantro
+} // namespace vantro::base

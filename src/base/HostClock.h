@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace vantro {
+namespace vantro::base {
 
 /// An instant on CLOCK_MONOTONIC, the one clock that frames, cursor samples and clicks share
 /// (std::chrono::steady_clock is that clock on Linux). Resolution: one nanosecond.
@@ -19,4 +19,4 @@ inline double inSeconds(HostDuration span) {
     return static_cast<double>(span.count()) / 1'000'000'000.0;
 }
 
-} // namespace vantro
+} // namespace vantro::base

@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 [[noreturn]] void fail(const char* what, const std::filesystem::path& path) {
@@ -62,4 +62,4 @@ std::vector<std::string> readJournal(const std::filesystem::path& path) {
     return lines;
 }
 
-} // namespace vantro
+} // namespace vantro::base

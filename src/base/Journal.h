@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vantro {
+namespace vantro::base {
 
 /// A file of lines that outlives the program: each line is handed to the system at once, so that
 /// only what was under way is lost when the program is killed.
@@ -35,4 +35,4 @@ bool isJournalBeingWritten(const std::filesystem::path& path);
 /// when it cannot be read.
 std::vector<std::string> readJournal(const std::filesystem::path& path);
 
-} // namespace vantro
+} // namespace vantro::base

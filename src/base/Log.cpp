@@ -7,7 +7,7 @@
 #include <spdlog/sinks/systemd_sink.h>
 #include <spdlog/spdlog.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 spdlog::level::level_enum toSpdlog(LogLevel level) {
@@ -54,4 +54,4 @@ void writeLog(LogLevel level, std::string_view line) noexcept {
     }
 }
 
-} // namespace vantro
+} // namespace vantro::base

@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::base {
 
 /// `fatal` is for the last line before the program aborts.
 enum class LogLevel { info, warning, error, fatal };
@@ -29,4 +29,4 @@ void logError(fmt::format_string<Args...> format, Args&&... args) {
     writeLog(LogLevel::error, fmt::format(format, std::forward<Args>(args)...));
 }
 
-} // namespace vantro
+} // namespace vantro::base

@@ -10,7 +10,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 [[noreturn]] void fail(const char* what, const std::filesystem::path& path) {
@@ -75,4 +75,4 @@ void writeWholeFile(const std::filesystem::path& target, std::span<const char> b
     file.commit();
 }
 
-} // namespace vantro
+} // namespace vantro::base

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <span>
 
-namespace vantro {
+namespace vantro::base {
 
 /// A file that appears under its name only when it is whole.
 ///
@@ -34,4 +34,4 @@ void syncToDisk(const std::filesystem::path& file);
 /// Writes `bytes` as the whole new content of `target`, through an OutputFile.
 void writeWholeFile(const std::filesystem::path& target, std::span<const char> bytes);
 
-} // namespace vantro
+} // namespace vantro::base

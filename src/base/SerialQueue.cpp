@@ -4,7 +4,7 @@
 
 #include <pthread.h>
 
-namespace vantro {
+namespace vantro::base {
 
 void setThreadName(const std::string& label) {
     constexpr std::size_t kernelLimit = 15;
@@ -52,4 +52,4 @@ void SerialQueue::requireOtherThread() const {
     require(std::this_thread::get_id() != m_thread.get_id(), "sync on the queue's own thread");
 }
 
-} // namespace vantro
+} // namespace vantro::base

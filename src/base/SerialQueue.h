@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-namespace vantro {
+namespace vantro::base {
 
 /// Runs submitted tasks one after the other on a thread of its own, in the order of submission.
 ///
@@ -53,4 +53,4 @@ class SerialQueue {
 /// Names the calling thread, keeping the end of the label, which tells queues apart.
 void setThreadName(const std::string& label);
 
-} // namespace vantro
+} // namespace vantro::base

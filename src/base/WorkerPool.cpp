@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace vantro {
+namespace vantro::base {
 
 struct WorkerPool::Shared {
     std::mutex mutex;
@@ -83,4 +83,4 @@ void WorkerPool::forEach(std::size_t count,
     shared.finished.wait(lock, [&] { return shared.working == 0; });
 }
 
-} // namespace vantro
+} // namespace vantro::base

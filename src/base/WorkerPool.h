@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-namespace vantro {
+namespace vantro::base {
 
 /// A fixed set of threads that share out the indices of one loop at a time.
 ///
@@ -30,4 +30,4 @@ class WorkerPool {
     std::unique_ptr<Shared> m_shared;
 };
 
-} // namespace vantro
+} // namespace vantro::base

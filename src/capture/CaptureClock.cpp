@@ -3,14 +3,14 @@
 #include <condition_variable>
 #include <mutex>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 class HostCaptureClock final : public CaptureClock {
   public:
-    HostTime now() override { return hostNow(); }
+    base::HostTime now() override { return base::hostNow(); }
 
-    void sleepUntil(HostTime deadline, std::stop_token stop) override {
+    void sleepUntil(base::HostTime deadline, std::stop_token stop) override {
         std::mutex mutex;
         std::condition_variable_any wake;
         std::unique_lock lock(mutex);
@@ -25,4 +25,4 @@ CaptureClock& hostCaptureClock() {
     return clock;
 }
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// Everything that a recording needs from one desktop. Failures carry a text for the user. One
 /// thread at a time; what it hands out is independent of it and of each other.
@@ -23,4 +23,4 @@ class CapturePlatform {
     virtual std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() = 0;
 };
 
-} // namespace vantro
+} // namespace vantro::capture

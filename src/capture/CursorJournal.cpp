@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 /// The next of a line's numbers, which single blanks separate; nothing where there is none.
@@ -27,7 +27,7 @@ std::optional<double> nextNumber(std::string_view& line) {
 }
 
 /// Adds what a line tells; false when it makes no sense.
-bool take(std::string_view line, RecordingMetadata& metadata) {
+bool take(std::string_view line, model::RecordingMetadata& metadata) {
     const auto space = line.find(' ');
     const auto kind = line.substr(0, space);
     line.remove_prefix(std::min(space, line.size()));
@@ -42,7 +42,7 @@ bool take(std::string_view line, RecordingMetadata& metadata) {
     }
     if (kind != "left" && kind != "right")
         return false;
-    ClickEvent click;
+    model::ClickEvent click;
     click.x = *x;
     click.y = *y;
     click.timestamp = *timestamp;
@@ -54,16 +54,16 @@ bool take(std::string_view line, RecordingMetadata& metadata) {
 } // namespace
 
 CursorJournal::CursorJournal(const std::filesystem::path& movie,
-                             const RecordingMetadata& description)
+                             const model::RecordingMetadata& description)
     : m_journal(cursorJournalPath(movie)) {
-    append(encodeMetadata(description));
+    append(model::encodeMetadata(description));
 }
 
-void CursorJournal::add(const CursorPosition& position) {
+void CursorJournal::add(const model::CursorPosition& position) {
     append(fmt::format("at {} {} {}", position.x, position.y, position.timestamp));
 }
 
-void CursorJournal::add(const ClickEvent& click) {
+void CursorJournal::add(const model::ClickEvent& click) {
     append(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x, click.y,
                        click.timestamp));
 }
@@ -72,18 +72,19 @@ void CursorJournal::append(const std::string& line) {
     if (m_isGivenUp || m_journal.append(line))
         return;
     m_isGivenUp = true;
-    logWarning("The pointer's journal cannot be written; clicks would not survive the program");
+    base::logWarning(
+        "The pointer's journal cannot be written; clicks would not survive the program");
 }
 
 std::filesystem::path cursorJournalPath(const std::filesystem::path& movie) {
     return std::filesystem::path(movie) += ".cursor";
 }
 
-RecordingMetadata readCursorJournal(const std::filesystem::path& movie) {
-    const auto lines = readJournal(cursorJournalPath(movie));
+model::RecordingMetadata readCursorJournal(const std::filesystem::path& movie) {
+    const auto lines = base::readJournal(cursorJournalPath(movie));
     if (lines.empty())
         throw std::runtime_error(cursorJournalPath(movie).string() + ": empty");
-    auto metadata = decodeMetadata(lines.front());
+    auto metadata = model::decodeMetadata(lines.front());
     for (const auto& line : std::span(lines).subspan(1))
         if (!take(line, metadata))
             break;
@@ -92,4 +93,4 @@ RecordingMetadata readCursorJournal(const std::filesystem::path& movie) {
     return metadata;
 }
 
-} // namespace vantro
+} // namespace vantro::capture

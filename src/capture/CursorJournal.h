@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// Keeps the pointer's path and the clicks of a recording under way beside its movie, so that they
 /// outlive the program. One line a sample, written as it comes. One thread at a time.
@@ -13,16 +13,16 @@ class CursorJournal {
   public:
     /// `description` is what the metadata will hold but for samples and clicks. Throws
     /// std::filesystem_error.
-    CursorJournal(const std::filesystem::path& movie, const RecordingMetadata& description);
+    CursorJournal(const std::filesystem::path& movie, const model::RecordingMetadata& description);
 
     // A journal that cannot be written is given up with a line in the log.
-    void add(const CursorPosition& position);
-    void add(const ClickEvent& click);
+    void add(const model::CursorPosition& position);
+    void add(const model::ClickEvent& click);
 
   private:
     void append(const std::string& line);
 
-    JournalWriter m_journal;
+    base::JournalWriter m_journal;
     bool m_isGivenUp = false;
 };
 
@@ -31,6 +31,6 @@ std::filesystem::path cursorJournalPath(const std::filesystem::path& movie);
 
 /// What the journal holds, up to the first line that makes no sense; the end time is the last
 /// sample's. Throws std::runtime_error when it cannot be read at all.
-RecordingMetadata readCursorJournal(const std::filesystem::path& movie);
+model::RecordingMetadata readCursorJournal(const std::filesystem::path& movie);
 
-} // namespace vantro
+} // namespace vantro::capture

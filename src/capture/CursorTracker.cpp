@@ -6,16 +6,16 @@
 
 #include <sys/prctl.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 // About 62.5 samples a second: one for each frame of the movie. Longer shows as a jerky pointer in
 // the edited movie; shorter only makes the list longer.
-constexpr HostDuration sampleInterval = std::chrono::milliseconds(16);
+constexpr base::HostDuration sampleInterval = std::chrono::milliseconds(16);
 
 } // namespace
 
-CursorTracker::CursorTracker(Rect captureRect, double screenHeight,
+CursorTracker::CursorTracker(model::Rect captureRect, double screenHeight,
                              std::shared_ptr<PointerSource> pointer, CaptureClock& clock,
                              std::optional<CursorJournal> journal)
     : m_captureRect(captureRect)
@@ -44,18 +44,18 @@ void CursorTracker::stop() {
     m_rightClickMonitor.reset();
 }
 
-std::vector<CursorPosition> CursorTracker::positions() {
+std::vector<model::CursorPosition> CursorTracker::positions() {
     return m_queue.sync([this] { return _positions; });
 }
 
-std::vector<ClickEvent> CursorTracker::clicks() {
+std::vector<model::ClickEvent> CursorTracker::clicks() {
     return m_queue.sync([this] { return _clicks; });
 }
 
 void CursorTracker::runTimer(const std::stop_token& stop) {
-    setThreadName("cursor.timer");
+    base::setThreadName("cursor.timer");
     prctl(PR_SET_TIMERSLACK, 1UL); // nanoseconds: exact firing, where the default is 50 µs late
-    HostTime deadline = m_clock.now();
+    base::HostTime deadline = m_clock.now();
     do { // one sample at least, however soon the stop comes
         m_queue.sync([this] { appendPosition(); });
         // Ticks that the machine slept through are left out, never caught up in a burst.
@@ -67,15 +67,15 @@ void CursorTracker::runTimer(const std::stop_token& stop) {
 }
 
 void CursorTracker::appendPosition() {
-    const Point point = pointerInCaptureRect();
+    const model::Point point = pointerInCaptureRect();
     _positions.push_back({.x = point.x, .y = point.y, .timestamp = elapsedSeconds()});
     if (_journal)
         _journal->add(_positions.back());
 }
 
 void CursorTracker::appendClick(bool isRightClick) {
-    const Point point = pointerInCaptureRect();
-    ClickEvent click;
+    const model::Point point = pointerInCaptureRect();
+    model::ClickEvent click;
     click.x = point.x;
     click.y = point.y;
     click.timestamp = elapsedSeconds();
@@ -86,15 +86,15 @@ void CursorTracker::appendClick(bool isRightClick) {
 }
 
 double CursorTracker::elapsedSeconds() {
-    HostDuration::rep elapsed = 0;
+    base::HostDuration::rep elapsed = 0;
     const bool overflow = __builtin_sub_overflow(m_clock.now().time_since_epoch().count(),
                                                  m_startTime.time_since_epoch().count(), &elapsed);
-    require(!overflow && elapsed >= 0, "the host clock ran backwards");
-    return inSeconds(HostDuration(elapsed));
+    base::require(!overflow && elapsed >= 0, "the host clock ran backwards");
+    return base::inSeconds(base::HostDuration(elapsed));
 }
 
-Point CursorTracker::pointerInCaptureRect() {
-    const Point mouse = m_pointer->location();
+model::Point CursorTracker::pointerInCaptureRect() {
+    const model::Point mouse = m_pointer->location();
     return {.x = mouse.x - m_captureRect.x, .y = m_screenHeight - mouse.y - m_captureRect.y};
 }
 
@@ -105,4 +105,4 @@ std::unique_ptr<ClickMonitor> CursorTracker::monitorClicks(MouseButton button) {
     });
 }
 
-} // namespace vantro
+} // namespace vantro::capture

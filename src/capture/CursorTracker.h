@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// Records where the pointer is, every 16 ms, and every press of the left and right button, for the
 /// length of one recording.
@@ -28,8 +28,8 @@ class CursorTracker {
     /// `captureRect` is in global points with the origin at the top left. `screenHeight`, in
     /// points, turns the pointer's bottom-left origin over.
     /// Samples and clicks go to the `journal` too, where there is one.
-    CursorTracker(Rect captureRect, double screenHeight, std::shared_ptr<PointerSource> pointer,
-                  CaptureClock& clock = hostCaptureClock(),
+    CursorTracker(model::Rect captureRect, double screenHeight,
+                  std::shared_ptr<PointerSource> pointer, CaptureClock& clock = hostCaptureClock(),
                   std::optional<CursorJournal> journal = {});
     ~CursorTracker();
     CursorTracker(const CursorTracker&) = delete;
@@ -40,32 +40,32 @@ class CursorTracker {
     void stop();
 
     /// A copy of everything recorded so far. Any thread but the tracker's own.
-    std::vector<CursorPosition> positions();
-    std::vector<ClickEvent> clicks();
+    std::vector<model::CursorPosition> positions();
+    std::vector<model::ClickEvent> clicks();
 
   private:
     void runTimer(const std::stop_token& stop);
     void appendPosition();
     void appendClick(bool isRightClick);
     double elapsedSeconds();
-    Point pointerInCaptureRect();
+    model::Point pointerInCaptureRect();
     std::unique_ptr<ClickMonitor> monitorClicks(MouseButton button);
 
-    const Rect m_captureRect;
+    const model::Rect m_captureRect;
     const double m_screenHeight;
     const std::shared_ptr<PointerSource> m_pointer;
     CaptureClock& m_clock;
-    const HostTime m_startTime;
+    const base::HostTime m_startTime;
 
-    std::vector<CursorPosition> _positions; // only on m_queue
-    std::vector<ClickEvent> _clicks;        // only on m_queue
-    std::optional<CursorJournal> _journal;  // only on m_queue
+    std::vector<model::CursorPosition> _positions; // only on m_queue
+    std::vector<model::ClickEvent> _clicks;        // only on m_queue
+    std::optional<CursorJournal> _journal;         // only on m_queue
 
     // Destroyed in reverse: whoever feeds the queue first, then the queue, then the lists.
-    SerialQueue m_queue{"com.vantro.cursor"};
+    base::SerialQueue m_queue{"com.vantro.cursor"};
     std::unique_ptr<ClickMonitor> m_clickMonitor;
     std::unique_ptr<ClickMonitor> m_rightClickMonitor;
     std::jthread m_timer;
 };
 
-} // namespace vantro
+} // namespace vantro::capture

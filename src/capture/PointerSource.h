@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-namespace vantro {
+namespace vantro::capture {
 
 enum class MouseButton { left, right };
 
@@ -23,7 +23,7 @@ class PointerSource {
 
     /// Global points with the origin at the bottom left of the main screen, y upward. Once the
     /// connection to the desktop is lost, the last location known. One thread at a time.
-    virtual Point location() = 0;
+    virtual model::Point location() = 0;
 
     /// Calls `handler` on a thread of the monitor's own soon after each press of `button`, from
     /// before this returns. Null when presses cannot be watched. Any thread.
@@ -31,4 +31,4 @@ class PointerSource {
                                                          std::function<void()> handler) = 0;
 };
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -6,19 +6,20 @@
 #include <algorithm>
 #include <limits>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
-constexpr HostDuration frameInterval{1'000'000'000 / 60}; // 60 frames a second at most
+constexpr base::HostDuration frameInterval{1'000'000'000 / 60}; // 60 frames a second at most
 
 [[noreturn]] void failStart(std::string_view message) {
-    throw VantroError(VantroError::Kind::captureStartFailed, message);
+    throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
 }
 
 /// Whole points times whole pixels per point, rounded down to even.
 int evenPixels(double points, std::int64_t scale) {
-    const auto pixels = checkedMultiply(truncatedToInteger(points), scale);
-    require(pixels >= 0 && pixels <= std::numeric_limits<int>::max(), "picture size out of range");
+    const auto pixels = base::checkedMultiply(base::truncatedToInteger(points), scale);
+    base::require(pixels >= 0 && pixels <= std::numeric_limits<int>::max(),
+                  "picture size out of range");
     return static_cast<int>(pixels) & ~1;
 }
 
@@ -32,7 +33,7 @@ std::vector<std::uint32_t> ownWindows(const ShareableContent& content) {
 
 } // namespace
 
-Rect clippedArea(Rect area, const ShareableContent& content) {
+model::Rect clippedArea(model::Rect area, const ShareableContent& content) {
     double left = std::numeric_limits<double>::max();
     double top = left;
     double right = -left;
@@ -45,12 +46,12 @@ Rect clippedArea(Rect area, const ShareableContent& content) {
     }
     left = std::max(left, area.x);
     top = std::max(top, area.y);
-    const Rect clipped{.x = left,
-                       .y = top,
-                       .width = std::min(right, area.x + area.width) - left,
-                       .height = std::min(bottom, area.y + area.height) - top};
+    const model::Rect clipped{.x = left,
+                              .y = top,
+                              .width = std::min(right, area.x + area.width) - left,
+                              .height = std::min(bottom, area.y + area.height) - top};
     if (!(clipped.width > 0 && clipped.height > 0))
-        throw VantroError(VantroError::Kind::invalidSelection);
+        throw model::VantroError(model::VantroError::Kind::invalidSelection);
     return clipped;
 }
 
@@ -63,23 +64,23 @@ RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableCont
     target.display = *display;
     target.filter.displayID = choice.displayID;
     target.stream.minimumFrameInterval = frameInterval;
-    const Rect frame = display->frame;
-    Size size{.width = frame.width, .height = frame.height};
+    const model::Rect frame = display->frame;
+    model::Size size{.width = frame.width, .height = frame.height};
     switch (choice.captureMode) {
-    case CaptureMode::screen:
+    case model::CaptureMode::screen:
         target.filter.excludedWindows = ownWindows(content);
         break;
-    case CaptureMode::area: {
-        const Rect area = choice.captureRect;
+    case model::CaptureMode::area: {
+        const model::Rect area = choice.captureRect;
         target.filter.excludedWindows = ownWindows(content);
-        target.stream.sourceRect = Rect{.x = area.x - frame.x,
-                                        .y = area.y - frame.y,
-                                        .width = area.width,
-                                        .height = area.height};
+        target.stream.sourceRect = model::Rect{.x = area.x - frame.x,
+                                               .y = area.y - frame.y,
+                                               .width = area.width,
+                                               .height = area.height};
         size = {.width = area.width, .height = area.height};
         break;
     }
-    case CaptureMode::window:
+    case model::CaptureMode::window:
         if (!choice.selectedWindow)
             failStart("No window selected");
         target.filter.window = choice.selectedWindow->windowID;
@@ -87,13 +88,13 @@ RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableCont
                 .height = choice.selectedWindow->frame.height};
         break;
     }
-    const auto scale = truncatedToInteger(display->backingScaleFactor);
+    const auto scale = base::truncatedToInteger(display->backingScaleFactor);
     target.stream.width = evenPixels(size.width, scale);
     target.stream.height = evenPixels(size.height, scale);
-    if (choice.captureMode == CaptureMode::area &&
+    if (choice.captureMode == model::CaptureMode::area &&
         (target.stream.width == 0 || target.stream.height == 0))
-        throw VantroError(VantroError::Kind::invalidSelection);
+        throw model::VantroError(model::VantroError::Kind::invalidSelection);
     return target;
 }
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -7,13 +7,13 @@
 #include <cstdint>
 #include <optional>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// What the user chose to record.
 struct RecordingChoice {
-    CaptureMode captureMode = CaptureMode::screen;
+    model::CaptureMode captureMode = model::CaptureMode::screen;
     std::uint32_t displayID = 0;
-    Rect captureRect; ///< global points, top-left origin
+    model::Rect captureRect; ///< global points, top-left origin
     std::optional<ShareableWindow> selectedWindow;
 };
 
@@ -29,10 +29,10 @@ inline constexpr const char* ownBundleIdentifier = "com.vantro.app";
 
 /// The part of an area that lies inside of the smallest rectangle around all displays. Throws
 /// VantroError invalidSelection when nothing is left.
-Rect clippedArea(Rect area, const ShareableContent& content);
+model::Rect clippedArea(model::Rect area, const ShareableContent& content);
 
 /// Throws VantroError captureStartFailed, "Display not found" or "No window selected", and
 /// invalidSelection for an area without pixels.
 RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content);
 
-} // namespace vantro
+} // namespace vantro::capture

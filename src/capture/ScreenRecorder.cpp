@@ -1,13 +1,13 @@
 #include "capture/ScreenRecorder.h"
 
 #include "base/Log.h"
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
 #include <system_error>
 #include <utility>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 // Far above what a screen needs at 60 frames a second: the editor works on this movie, so what is
@@ -19,35 +19,35 @@ constexpr std::int64_t metadataFrameRate = 60;
 // What the log tells of a writer's end.
 enum class WriterStatus { none = -1, completed = 2, failed = 3 };
 
-MediaTime toMediaTime(HostTime time) {
+media::MediaTime toMediaTime(base::HostTime time) {
     return {.value = time.time_since_epoch().count(), .timescale = 1'000'000'000};
 }
 
 [[noreturn]] void failStart(std::string_view message) {
-    throw VantroError(VantroError::Kind::captureStartFailed, message);
+    throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
 }
 
 [[noreturn]] void failWriter(std::string_view message) {
-    throw VantroError(VantroError::Kind::assetWriterFailed, message);
+    throw model::VantroError(model::VantroError::Kind::assetWriterFailed, message);
 }
 
 void logTarget(const ScreenRecorder::Configuration& configuration, const RecordingTarget& target) {
     const auto& choice = configuration.choice;
-    logInfo("Capturing {}: {}x{}, systemAudio: {}, mic: {}", rawValue(choice.captureMode),
-            target.stream.width, target.stream.height, configuration.systemAudioEnabled,
-            configuration.microphoneAudioEnabled);
-    logInfo("Display: {:.0f}x{:.0f}, captureRect: ({}, {}, {}, {})", target.display.frame.width,
-            target.display.frame.height, choice.captureRect.x, choice.captureRect.y,
-            choice.captureRect.width, choice.captureRect.height);
+    base::logInfo("Capturing {}: {}x{}, systemAudio: {}, mic: {}",
+                  model::rawValue(choice.captureMode), target.stream.width, target.stream.height,
+                  configuration.systemAudioEnabled, configuration.microphoneAudioEnabled);
+    base::logInfo("Display: {:.0f}x{:.0f}, captureRect: ({}, {}, {}, {})",
+                  target.display.frame.width, target.display.frame.height, choice.captureRect.x,
+                  choice.captureRect.y, choice.captureRect.width, choice.captureRect.height);
 }
 
 void logLeftOutSources(const ScreenRecorder::Configuration& configuration) {
     if (configuration.systemAudioEnabled)
-        logWarning("System audio is not available, skipping system audio recording");
+        base::logWarning("System audio is not available, skipping system audio recording");
     if (configuration.microphoneAudioEnabled)
-        logWarning("Microphone is not available, skipping mic recording");
+        base::logWarning("Microphone is not available, skipping mic recording");
     if (configuration.webcamEnabled)
-        logWarning("No camera available, skipping webcam recording");
+        base::logWarning("No camera available, skipping webcam recording");
 }
 
 } // namespace
@@ -80,7 +80,7 @@ void ScreenRecorder::start() {
         abandon();
         throw;
     }
-    logInfo("Capture started");
+    base::logInfo("Capture started");
 }
 
 void ScreenRecorder::prepareStream(const RecordingTarget& target) {
@@ -91,20 +91,20 @@ void ScreenRecorder::prepareStream(const RecordingTarget& target) {
 }
 
 void ScreenRecorder::prepareWriter(const RecordingTarget& target) {
-    const VideoSettings settings{.width = target.stream.width,
-                                 .height = target.stream.height,
-                                 .averageBitRate = videoBitRate,
-                                 .expectedFrameRate = expectedFrameRate,
-                                 .expectsRealTime = true};
+    const media::VideoSettings settings{.width = target.stream.width,
+                                        .height = target.stream.height,
+                                        .averageBitRate = videoBitRate,
+                                        .expectedFrameRate = expectedFrameRate,
+                                        .expectsRealTime = true};
     try {
-        m_assetWriter = std::make_unique<AssetWriter>(m_configuration.outputURL,
-                                                      FileType::quickTimeMovie, settings);
-    } catch (const MediaError& error) {
+        m_assetWriter = std::make_unique<media::AssetWriter>(
+            m_configuration.outputURL, media::FileType::quickTimeMovie, settings);
+    } catch (const media::MediaError& error) {
         failWriter(fmt::format("Failed to create writer: {}", error.what()));
     }
     try {
         m_assetWriter->startWriting();
-    } catch (const MediaError& error) {
+    } catch (const media::MediaError& error) {
         failWriter(error.what());
     }
 }
@@ -153,17 +153,17 @@ SampleDisposition ScreenRecorder::screenSample(const ScreenSample& sample) {
         m_stateQueue.sync([this] { return State{_isWriting, _firstSampleTime.has_value()}; });
     if (!state.isWriting || sample.status != FrameStatus::complete || !sample.pixels)
         return SampleDisposition::taken;
-    const VideoFrame frame{.pixels = sample.pixels,
-                           .presentationTime = toMediaTime(sample.presentationTime),
-                           .duration = {}};
+    const media::VideoFrame frame{.pixels = sample.pixels,
+                                  .presentationTime = toMediaTime(sample.presentationTime),
+                                  .duration = {}};
     return append(frame, !state.hasFirstSample);
 }
 
-SampleDisposition ScreenRecorder::append(const VideoFrame& frame, bool isFirst) {
+SampleDisposition ScreenRecorder::append(const media::VideoFrame& frame, bool isFirst) {
     if (isFirst) {
         m_assetWriter->startSession(frame.presentationTime);
         m_stateQueue.sync([&] { _firstSampleTime = frame.presentationTime; });
-        logInfo("First frame at {:f}", frame.presentationTime.seconds());
+        base::logInfo("First frame at {:f}", frame.presentationTime.seconds());
     }
     const bool isAppended =
         m_assetWriter->isReadyForMoreMediaData() && m_assetWriter->append(frame);
@@ -178,7 +178,7 @@ SampleDisposition ScreenRecorder::append(const VideoFrame& frame, bool isFirst) 
 }
 
 void ScreenRecorder::streamStopped(const std::string& error) {
-    logError("Stream stopped with error: {}", error);
+    base::logError("Stream stopped with error: {}", error);
     m_stateQueue.sync([&] {
         if (_condition == RecordingCondition::recording)
             _condition = RecordingCondition::streamStopped;
@@ -186,14 +186,14 @@ void ScreenRecorder::streamStopped(const std::string& error) {
     });
 }
 
-RecordingMetadata ScreenRecorder::stop() {
-    HostTime stopTime;
+model::RecordingMetadata ScreenRecorder::stop() {
+    base::HostTime stopTime;
     const auto frameCount = m_stateQueue.sync([&] {
         _isWriting = false;
-        stopTime = hostNow();
+        stopTime = base::hostNow();
         return _frameCount;
     });
-    logInfo("Stopping capture, {} frames written", frameCount);
+    base::logInfo("Stopping capture, {} frames written", frameCount);
     // What it has written down stays when the recorder goes: the movie may fail yet.
     const auto tracker = std::move(m_cursorTracker);
     if (tracker)
@@ -206,10 +206,10 @@ RecordingMetadata ScreenRecorder::stop() {
     return makeMetadata(tracker.get());
 }
 
-void ScreenRecorder::finishWriter(bool hasFrames, HostTime stopTime) {
+void ScreenRecorder::finishWriter(bool hasFrames, base::HostTime stopTime) {
     const auto writer = std::move(m_assetWriter);
     if (!hasFrames) {
-        logError("No frames were captured");
+        base::logError("No frames were captured");
         if (writer)
             writer->cancel();
         return;
@@ -221,20 +221,20 @@ void ScreenRecorder::finishWriter(bool hasFrames, HostTime stopTime) {
             writer->finish(toMediaTime(stopTime));
             status = WriterStatus::completed;
         }
-    } catch (const MediaError& error) {
+    } catch (const media::MediaError& error) {
         status = WriterStatus::failed;
         failure = error.what();
     }
-    logInfo("Asset writer finished, status: {}", static_cast<int>(status));
+    base::logInfo("Asset writer finished, status: {}", static_cast<int>(status));
     if (status != WriterStatus::failed)
         return;
-    logError("Asset writer error: {}", failure);
+    base::logError("Asset writer error: {}", failure);
     failWriter(failure);
 }
 
 /// All that is known before the first sample.
-RecordingMetadata ScreenRecorder::describeRecording() const {
-    RecordingMetadata metadata;
+model::RecordingMetadata ScreenRecorder::describeRecording() const {
+    model::RecordingMetadata metadata;
     metadata.captureRect = m_configuration.choice.captureRect;
     metadata.displayID = m_configuration.choice.displayID;
     metadata.frameRate = metadataFrameRate;
@@ -242,7 +242,7 @@ RecordingMetadata ScreenRecorder::describeRecording() const {
     return metadata;
 }
 
-RecordingMetadata ScreenRecorder::makeMetadata(CursorTracker* tracker) const {
+model::RecordingMetadata ScreenRecorder::makeMetadata(CursorTracker* tracker) const {
     auto metadata = describeRecording();
     if (tracker != nullptr) {
         metadata.cursorPositions = tracker->positions();
@@ -259,4 +259,4 @@ RecordingStatistics ScreenRecorder::statistics() {
     });
 }
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -12,7 +12,7 @@
 #include <memory>
 #include <optional>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// Whether a recording still goes on. After anything but `recording` no frame follows and the owner
 /// should stop it.
@@ -59,7 +59,7 @@ class ScreenRecorder final : private ScreenStreamOutput {
     /// Finishes the movie, whose last picture stays until now. Throws VantroError assetWriterFailed
     /// when the movie could not be written to its end; everything has stopped then too. Without any
     /// frame there is no movie, and the metadata is still returned.
-    RecordingMetadata stop();
+    model::RecordingMetadata stop();
 
     /// Any thread, at any time.
     RecordingStatistics statistics();
@@ -73,27 +73,27 @@ class ScreenRecorder final : private ScreenStreamOutput {
     void startTracker(const RecordingTarget& target, std::shared_ptr<PointerSource> pointer);
     void startCapture();
     void abandon();
-    SampleDisposition append(const VideoFrame& frame, bool isFirst);
-    void finishWriter(bool hasFrames, HostTime stopTime);
+    SampleDisposition append(const media::VideoFrame& frame, bool isFirst);
+    void finishWriter(bool hasFrames, base::HostTime stopTime);
     CursorJournal makeJournal() const;
-    RecordingMetadata describeRecording() const;
-    RecordingMetadata makeMetadata(CursorTracker* tracker) const;
+    model::RecordingMetadata describeRecording() const;
+    model::RecordingMetadata makeMetadata(CursorTracker* tracker) const;
 
     const Configuration m_configuration;
     CapturePlatform& m_platform;
     double m_displayScaleFactor = 2.0;
-    std::unique_ptr<AssetWriter> m_assetWriter;
+    std::unique_ptr<media::AssetWriter> m_assetWriter;
     std::unique_ptr<CursorTracker> m_cursorTracker;
 
     bool _isWriting = false;
-    std::optional<MediaTime> _firstSampleTime;
+    std::optional<media::MediaTime> _firstSampleTime;
     std::int64_t _frameCount = 0;
     std::int64_t _droppedCount = 0;
     RecordingCondition _condition = RecordingCondition::recording;
     std::string _streamError;
 
-    SerialQueue m_stateQueue{"com.vantro.recorder.state"};
+    base::SerialQueue m_stateQueue{"com.vantro.recorder.state"};
     std::unique_ptr<ScreenStream> m_stream; // destroyed first: its thread calls the rest
 };
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/HostClock.h"
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 #include "model/Geometry.h"
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// What a stream shows: a display without some windows, or one window wherever it stands.
 struct ContentFilter {
@@ -23,17 +23,17 @@ struct ScreenStreamConfiguration {
     int width = 0; ///< pixels, even; content beyond it is cut off
     int height = 0;
     /// The part of the display to show: points from the display's top-left corner. Absent: all.
-    std::optional<Rect> sourceRect;
-    HostDuration minimumFrameInterval{1'000'000'000 / 60};
+    std::optional<model::Rect> sourceRect;
+    base::HostDuration minimumFrameInterval{1'000'000'000 / 60};
 };
 
 enum class FrameStatus { complete, idle, blank, suspended, started, stopped };
 
 struct ScreenSample {
     FrameStatus status = FrameStatus::complete;
-    HostTime presentationTime; ///< when the picture was on the screen
+    base::HostTime presentationTime; ///< when the picture was on the screen
     /// i420, BT.709 limited range, without the pointer; absent unless the status is complete.
-    std::shared_ptr<const PixelBuffer> pixels;
+    std::shared_ptr<const media::PixelBuffer> pixels;
 };
 
 /// What becomes of a sample. A stream offers the picture of a refused one again at its next frame
@@ -67,4 +67,4 @@ class ScreenStream {
     virtual void stopCapture() = 0;
 };
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture {
 
 /// A monitor that can be recorded.
 struct ShareableDisplay {
     /// The same in every run as long as the monitor keeps its name.
     std::uint32_t displayID = 0;
     std::string name;
-    Rect frame; ///< global points, top-left origin
+    model::Rect frame; ///< global points, top-left origin
     /// Pixels per point, a whole number from 1; 2 where the platform cannot tell.
     double backingScaleFactor = 2.0;
     bool isMain = false;
@@ -36,7 +36,7 @@ struct ShareableWindow {
     /// What tells applications apart: the name that the application gives its windows, else the
     /// path of its executable.
     std::string bundleIdentifier;
-    Rect frame; ///< with its title bar and borders; global points, top-left origin
+    model::Rect frame; ///< with its title bar and borders; global points, top-left origin
     bool isOnScreen = false;
     std::shared_ptr<const WindowIcon> icon = nullptr; ///< null: it gives itself none
 };
@@ -47,4 +47,4 @@ struct ShareableContent {
     std::vector<ShareableWindow> windows;   ///< in stacking order, the front-most first
 };
 
-} // namespace vantro
+} // namespace vantro::capture

@@ -1,30 +1,31 @@
 #include "editor/StillPreview.h"
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 /// The pixels as an image, without a copy.
-QImage imageOf(const std::shared_ptr<const PixelBuffer>& pixels) {
-    auto owner = std::make_unique<std::shared_ptr<const PixelBuffer>>(pixels);
-    return {pixels->plane(0),
-            pixels->width(),
-            pixels->height(),
-            pixels->stride(0),
-            QImage::Format_RGB32,
-            [](void* held) { delete static_cast<std::shared_ptr<const PixelBuffer>*>(held); },
-            owner.release()};
+QImage imageOf(const std::shared_ptr<const media::PixelBuffer>& pixels) {
+    auto owner = std::make_unique<std::shared_ptr<const media::PixelBuffer>>(pixels);
+    return {
+        pixels->plane(0),
+        pixels->width(),
+        pixels->height(),
+        pixels->stride(0),
+        QImage::Format_RGB32,
+        [](void* held) { delete static_cast<std::shared_ptr<const media::PixelBuffer>*>(held); },
+        owner.release()};
 }
 
 } // namespace
 
-StillPreview::StillPreview(TaskRunner& tasks, PreviewSource source)
+StillPreview::StillPreview(app::flows::TaskRunner& tasks, PreviewSource source)
     : m_tasks(tasks), m_source(std::move(source)) {}
 
-void StillPreview::setRecording(std::optional<EditedRecording> recording) {
+void StillPreview::setRecording(std::optional<exporting::EditedRecording> recording) {
     // Saving moves the movie into a package: what tells recordings apart is what was recorded.
     const bool sameMovie = recording && m_recording && recording->metadata == m_recording->metadata;
     m_recording = std::move(recording);
@@ -60,13 +61,14 @@ void StillPreview::draw() {
     m_drawing = true;
     m_drawAgain = false;
     m_tasks.run([this, edit = m_edit, source = m_source, recording = *m_recording,
-                 position = m_position]() -> TaskRunner::Continuation {
+                 position = m_position]() -> app::flows::TaskRunner::Continuation {
         return [this, edit, result = work(source, recording, position)] { drawn(edit, result); };
     });
 }
 
 StillPreview::Drawn StillPreview::work(const PreviewSource& source,
-                                       const EditedRecording& recording, double position) {
+                                       const exporting::EditedRecording& recording,
+                                       double position) {
     Drawn result;
     try {
         result.duration = source.duration(recording);
@@ -92,4 +94,4 @@ void StillPreview::drawn(int edit, const Drawn& result) {
         draw();
 }
 
-} // namespace vantro
+} // namespace vantro::editor

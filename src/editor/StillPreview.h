@@ -1,22 +1,26 @@
 #pragma once
 
-#include "app/state/TaskRunner.h"
+#include "app/flows/TaskRunner.h"
 #include "export/ComposedMovie.h"
 
 #include <QImage>
 #include <QObject>
 #include <functional>
 
-namespace vantro {
-
+namespace vantro::media {
 class PixelBuffer;
+} // namespace vantro::media
+
+namespace vantro::editor {
 
 /// What a preview is drawn with; called on one worker thread, throws std::exception.
 struct PreviewSource {
     /// Seconds of output.
-    std::function<double(const EditedRecording&)> duration;
+    std::function<double(const exporting::EditedRecording&)> duration;
     /// The composed picture at an output second, bgra.
-    std::function<std::shared_ptr<const PixelBuffer>(const EditedRecording&, double time)> picture;
+    std::function<std::shared_ptr<const media::PixelBuffer>(const exporting::EditedRecording&,
+                                                            double time)>
+        picture;
 };
 
 /// The composed picture of an edit at one position, drawn away from the main thread.
@@ -27,10 +31,10 @@ class StillPreview : public QObject {
     Q_OBJECT
 
   public:
-    StillPreview(TaskRunner& tasks, PreviewSource source);
+    StillPreview(app::flows::TaskRunner& tasks, PreviewSource source);
 
     /// A changed edit keeps the position; no edit clears the picture.
-    void setRecording(std::optional<EditedRecording> recording);
+    void setRecording(std::optional<exporting::EditedRecording> recording);
     /// Seconds of output, clamped to its duration.
     void setPosition(double seconds);
 
@@ -49,18 +53,18 @@ class StillPreview : public QObject {
   private:
     struct Drawn {
         double duration = 0;
-        std::shared_ptr<const PixelBuffer> pixels;
+        std::shared_ptr<const media::PixelBuffer> pixels;
         std::string problem;
     };
 
     void draw();
     void drawn(int edit, const Drawn& result);
-    static Drawn work(const PreviewSource& source, const EditedRecording& recording,
+    static Drawn work(const PreviewSource& source, const exporting::EditedRecording& recording,
                       double position);
 
-    TaskRunner& m_tasks;
+    app::flows::TaskRunner& m_tasks;
     PreviewSource m_source;
-    std::optional<EditedRecording> m_recording;
+    std::optional<exporting::EditedRecording> m_recording;
     int m_edit = 0; ///< tells apart the edits that pictures are of
     double m_position = 0;
     double m_duration = 0;
@@ -70,4 +74,4 @@ class StillPreview : public QObject {
     QString m_problem;
 };
 
-} // namespace vantro
+} // namespace vantro::editor

@@ -1,6 +1,6 @@
 #include "export/ComposedMovie.h"
 
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 #include "render/CompositionBuilder.h"
 #include "render/WebcamMovie.h"
@@ -8,25 +8,26 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 /// Beyond this side length encoders and memory give out long before a viewer could show it.
 constexpr double largestCanvasSide = 16384;
 
 [[noreturn]] void fail(std::string_view message) {
-    throw VantroError(VantroError::Kind::exportFailed, message);
+    throw model::VantroError(model::VantroError::Kind::exportFailed, message);
 }
 
-AssetTrack firstVideoTrack(const Asset& asset) {
-    auto tracks = asset.tracks(MediaType::video);
+media::AssetTrack firstVideoTrack(const media::Asset& asset) {
+    auto tracks = asset.tracks(media::MediaType::video);
     if (tracks.empty())
         fail("No video track found");
     return tracks.front();
 }
 
 /// Records hold points; the animator and the renderer work in video pixels.
-std::vector<ClickEvent> inPixels(std::vector<ClickEvent> clicks, double pixelsPerPoint) {
+std::vector<model::ClickEvent> inPixels(std::vector<model::ClickEvent> clicks,
+                                        double pixelsPerPoint) {
     for (auto& click : clicks) {
         click.x *= pixelsPerPoint;
         click.y *= pixelsPerPoint;
@@ -35,18 +36,18 @@ std::vector<ClickEvent> inPixels(std::vector<ClickEvent> clicks, double pixelsPe
 }
 
 /// The webcam's movie lies beside the recording's.
-void configureWebcam(ZoomCompositor& compositor, const EditedRecording& recording) {
+void configureWebcam(render::ZoomCompositor& compositor, const EditedRecording& recording) {
     if (!recording.metadata.hasWebcam)
         return;
     const auto movie =
-        std::make_shared<WebcamMovie>(recording.videoURL.parent_path() / "webcam.mov");
+        std::make_shared<render::WebcamMovie>(recording.videoURL.parent_path() / "webcam.mov");
     compositor.setWebcam([movie](double t) { return movie->pictureAt(t); },
                          recording.webcamPosition, recording.webcamSize);
 }
 
 } // namespace
 
-EditedRecording editedRecording(const ProjectData& project, std::filesystem::path videoURL) {
+EditedRecording editedRecording(const model::ProjectData& project, std::filesystem::path videoURL) {
     return {.videoURL = std::move(videoURL),
             .metadata = project.metadata,
             .backgroundSettings = project.backgroundSettings,
@@ -60,18 +61,18 @@ EditedRecording editedRecording(const ProjectData& project, std::filesystem::pat
 }
 
 OpenedRecording openRecording(const EditedRecording& recording) try {
-    auto asset = Asset::open(recording.videoURL);
+    auto asset = media::Asset::open(recording.videoURL);
     auto track = firstVideoTrack(asset);
-    SegmentTimeMap timeMap(recording.segments, asset.duration().seconds());
-    auto animator = std::make_shared<const ZoomAnimator>(
+    render::SegmentTimeMap timeMap(recording.segments, asset.duration().seconds());
+    auto animator = std::make_shared<const render::ZoomAnimator>(
         inPixels(recording.clickEvents, recording.metadata.displayScaleFactor), track.naturalSize);
     return {std::move(asset), std::move(track), std::move(timeMap), std::move(animator)};
-} catch (const MediaError& error) {
+} catch (const media::MediaError& error) {
     fail(error.what());
 }
 
-Size renderSize(const EditedRecording& recording, Size baseSize) {
-    const auto size = canvasSize(recording.canvasAspectRatio, baseSize);
+model::Size renderSize(const EditedRecording& recording, model::Size baseSize) {
+    const auto size = model::canvasSize(recording.canvasAspectRatio, baseSize);
     const bool drawable = size.width >= 2 && size.height >= 2 && size.width <= largestCanvasSide &&
                           size.height <= largestCanvasSide;
     if (!drawable)
@@ -80,18 +81,21 @@ Size renderSize(const EditedRecording& recording, Size baseSize) {
 }
 
 ComposedMovie composeMovie(const EditedRecording& recording, const OpenedRecording& opened,
-                           Size renderSize, int frameRate, std::unique_ptr<Renderer> renderer) {
-    auto composition = buildComposition(opened.asset, opened.videoTrack, recording.segments);
-    auto compositor = std::make_shared<ZoomCompositor>(std::move(renderer));
+                           model::Size renderSize, int frameRate,
+                           std::unique_ptr<render::Renderer> renderer) {
+    auto composition =
+        render::buildComposition(opened.asset, opened.videoTrack, recording.segments);
+    auto compositor = std::make_shared<render::ZoomCompositor>(std::move(renderer));
     compositor->setAnimator(opened.animator);
     compositor->setBackgroundSettings(recording.backgroundSettings);
     compositor->setTimeMapper([map = opened.timeMap](double t) { return map.sourceTime(t); });
     compositor->setCursor(recording.cursorPositions, recording.metadata.displayScaleFactor,
                           recording.cursorScale);
     configureWebcam(*compositor, recording);
-    auto video = buildVideoComposition(composition, frameRate, static_cast<int>(renderSize.width),
-                                       static_cast<int>(renderSize.height), std::move(compositor));
+    auto video =
+        render::buildVideoComposition(composition, frameRate, static_cast<int>(renderSize.width),
+                                      static_cast<int>(renderSize.height), std::move(compositor));
     return {std::move(composition), std::move(video)};
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

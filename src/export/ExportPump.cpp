@@ -6,7 +6,7 @@
 #include <deque>
 #include <exception>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 /// What the pumps that run side by side share.
@@ -17,7 +17,7 @@ struct Running {
         std::size_t left = 0;
         std::exception_ptr failure;
     };
-    Guarded<State> state;
+    base::Guarded<State> state;
 
     void run(std::size_t index) {
         std::exception_ptr failure;
@@ -52,7 +52,7 @@ void runPumps(std::vector<Pump> pumps, const ExportProgress& progress) {
     running.pumps = std::move(pumps);
     running.state.with([&](Running::State& now) { now.left = running.pumps.size(); });
     {
-        std::deque<SerialQueue> queues;
+        std::deque<base::SerialQueue> queues;
         for (std::size_t index = 0; index < running.pumps.size(); ++index)
             queues.emplace_back(running.pumps[index].label).async([&running, index] {
                 running.run(index);
@@ -63,4 +63,4 @@ void runPumps(std::vector<Pump> pumps, const ExportProgress& progress) {
         std::rethrow_exception(failure);
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// A job that moves samples from a reader to a writer until the reader has no more.
 struct Pump {
@@ -22,4 +22,4 @@ struct Pump {
 /// the caller, after the others have been stopped.
 void runPumps(std::vector<Pump> pumps, const ExportProgress& progress);
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -1,13 +1,13 @@
 #include "export/ExportResolution.h"
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 struct Entry {
     ExportResolution resolution;
     std::string_view label;
     std::string_view optionName;
-    Size size; ///< empty: the recording's own
+    model::Size size; ///< empty: the recording's own
 };
 
 constexpr std::array entries{
@@ -38,9 +38,9 @@ std::optional<ExportResolution> exportResolutionFrom(std::string_view optionName
     return std::nullopt;
 }
 
-Size baseSize(ExportResolution resolution, Size recordingSize) {
+model::Size baseSize(ExportResolution resolution, model::Size recordingSize) {
     const auto& size = entryOf(resolution).size;
-    return size == Size{} ? recordingSize : size;
+    return size == model::Size{} ? recordingSize : size;
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::exporting {
 
 enum class ExportResolution { original, fourK, hd1080, hd720 };
 
@@ -21,6 +21,6 @@ std::string_view optionName(ExportResolution resolution);
 std::optional<ExportResolution> exportResolutionFrom(std::string_view optionName);
 
 /// The output size before the canvas aspect is applied, pixels.
-Size baseSize(ExportResolution resolution, Size recordingSize);
+model::Size baseSize(ExportResolution resolution, model::Size recordingSize);
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-namespace vantro {
+namespace vantro::exporting {
 
 enum class ExportOutcome { finished, cancelled };
 
@@ -26,4 +26,4 @@ struct ExportSummary {
     std::string damage{}; // NOLINT(readability-redundant-member-init): may be left out
 };
 
-} // namespace vantro
+} // namespace vantro::exporting

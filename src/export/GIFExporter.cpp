@@ -2,30 +2,30 @@
 
 #include "export/ExportPump.h"
 #include "export/gif/GifWriter.h"
-#include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 constexpr double largestWidth = 640; // pixels
 
 /// The reader and the writer of one export.
 struct Transfer {
-    VideoCompositionReader reader;
-    GifWriter writer;
-    MediaTime duration;
+    media::VideoCompositionReader reader;
+    gif::GifWriter writer;
+    media::MediaTime duration;
     bool toleratesDamage;
     ExportSummary summary;
 
     void run(ProgressMailbox& mailbox) {
         try {
             moveFrames(mailbox);
-        } catch (const MediaError& error) {
+        } catch (const media::MediaError& error) {
             if (!toleratesDamage || summary.frameCount == 0)
                 throw;
             summary.damage = error.what();
@@ -45,13 +45,14 @@ struct Transfer {
 
 } // namespace
 
-Size gifBaseSize(Size recordingSize) {
+model::Size gifBaseSize(model::Size recordingSize) {
     const double scale = std::min(largestWidth / recordingSize.width, 1.0);
     return {2 * std::floor(recordingSize.width * scale * 0.5),
             2 * std::floor(recordingSize.height * scale * 0.5)};
 }
 
-GIFExporter::GIFExporter(std::unique_ptr<Renderer> renderer) : m_renderer(std::move(renderer)) {}
+GIFExporter::GIFExporter(std::unique_ptr<render::Renderer> renderer)
+    : m_renderer(std::move(renderer)) {}
 
 GIFExporter::~GIFExporter() = default;
 
@@ -63,7 +64,7 @@ ExportSummary GIFExporter::run(const EditedRecording& recording,
     const auto movie = composeMovie(recording, opened, size, m_frameRate, std::move(m_renderer));
     const int width = movie.video.renderWidth;
     const int height = movie.video.renderHeight;
-    Transfer transfer{.reader = {movie.composition, movie.video, PixelFormat::bgra},
+    Transfer transfer{.reader = {movie.composition, movie.video, media::PixelFormat::bgra},
                       .writer = {output, width, height, movie.video.frameDuration},
                       .duration = movie.composition.duration(),
                       .toleratesDamage = m_toleratesDamage,
@@ -78,8 +79,8 @@ ExportSummary GIFExporter::run(const EditedRecording& recording,
     }
     transfer.writer.finish();
     return transfer.summary;
-} catch (const MediaError& error) {
-    throw VantroError(VantroError::Kind::exportFailed, error.what());
+} catch (const media::MediaError& error) {
+    throw model::VantroError(model::VantroError::Kind::exportFailed, error.what());
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

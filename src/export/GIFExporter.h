@@ -7,7 +7,7 @@
 #include <memory>
 #include <stop_token>
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// Writes the edited recording as an endlessly looping animated GIF, at most 640 pixels wide before
 /// the canvas aspect is applied, 12 frames a second unless told otherwise.
@@ -16,7 +16,7 @@ namespace vantro {
 /// thread, once.
 class GIFExporter {
   public:
-    explicit GIFExporter(std::unique_ptr<Renderer> renderer);
+    explicit GIFExporter(std::unique_ptr<render::Renderer> renderer);
     ~GIFExporter();
 
     static constexpr int usualFrameRate = 12;
@@ -31,12 +31,12 @@ class GIFExporter {
                       const ExportProgress& progress, const std::stop_token& cancelled);
 
   private:
-    std::unique_ptr<Renderer> m_renderer;
+    std::unique_ptr<render::Renderer> m_renderer;
     int m_frameRate = usualFrameRate;
     bool m_toleratesDamage = false;
 };
 
 /// The recording's size scaled down to 640 pixels of width, never up, both sides even.
-Size gifBaseSize(Size recordingSize);
+model::Size gifBaseSize(model::Size recordingSize);
 
-} // namespace vantro
+} // namespace vantro::exporting

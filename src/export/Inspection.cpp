@@ -2,7 +2,7 @@
 
 #include "render/ZoomCompositor.h"
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 KeyframeSample sampleAt(double outputTime, const EditedRecording& recording,
@@ -11,7 +11,8 @@ KeyframeSample sampleAt(double outputTime, const EditedRecording& recording,
     sample.outputTime = outputTime;
     sample.sourceTime = opened.timeMap.sourceTime(outputTime);
     sample.keyframe = opened.animator->keyframe(sample.sourceTime);
-    if (const auto cursor = interpolatedCursor(recording.cursorPositions, sample.sourceTime)) {
+    if (const auto cursor =
+            render::interpolatedCursor(recording.cursorPositions, sample.sourceTime)) {
         const double pixelsPerPoint = recording.metadata.displayScaleFactor;
         sample.cursorX = cursor->x * pixelsPerPoint;
         sample.cursorY = cursor->y * pixelsPerPoint;
@@ -40,4 +41,4 @@ Inspection inspect(const EditedRecording& recording, int keyframesPerSecond) {
     return found;
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -5,13 +5,13 @@
 #include <optional>
 #include <vector>
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// The camera and the cursor at one output time; positions in video pixels.
 struct KeyframeSample {
     double outputTime = 0;
     double sourceTime = 0;
-    ZoomKeyframe keyframe;
+    render::ZoomKeyframe keyframe;
     std::optional<double> cursorX;
     std::optional<double> cursorY;
 };
@@ -21,14 +21,14 @@ struct KeyframeSample {
 struct Inspection {
     double sourceDuration = 0;
     double outputDuration = 0;
-    Size videoSize;
-    Size canvasSize;
-    std::vector<TimelineSegment> segments;
-    std::vector<ClickEvent> clickEvents;
+    model::Size videoSize;
+    model::Size canvasSize;
+    std::vector<model::TimelineSegment> segments;
+    std::vector<model::ClickEvent> clickEvents;
     std::vector<KeyframeSample> keyframes;
 };
 
 /// `keyframesPerSecond` 0 takes no samples. Throws VantroError as an export would.
 Inspection inspect(const EditedRecording& recording, int keyframesPerSecond);
 
-} // namespace vantro
+} // namespace vantro::exporting

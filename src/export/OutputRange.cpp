@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 // Seconds. Shorter than half a tick of the composition: nothing of it would be played.
@@ -10,9 +10,9 @@ constexpr double nothing = 1.0 / 1200;
 
 } // namespace
 
-std::vector<TimelineSegment> segmentsWithin(std::span<const TimelineSegment> segments,
-                                            double sourceDuration, double from, double to) {
-    std::vector<TimelineSegment> parts;
+std::vector<model::TimelineSegment> segmentsWithin(std::span<const model::TimelineSegment> segments,
+                                                   double sourceDuration, double from, double to) {
+    std::vector<model::TimelineSegment> parts;
     double start = 0; // of the segment, in the output
     for (const auto& segment : segments) {
         const double fractionPerSecond = segment.speed / sourceDuration;
@@ -20,7 +20,7 @@ std::vector<TimelineSegment> segmentsWithin(std::span<const TimelineSegment> seg
         const double first = std::max(from - start, 0.0);
         const double last = std::min(to - start, length);
         if (last - first > nothing) {
-            TimelineSegment part = segment;
+            model::TimelineSegment part = segment;
             part.startFraction = segment.startFraction + first * fractionPerSecond;
             // The very number where nothing is cut off: neighbours stay seamless.
             part.endFraction = last == length ? segment.endFraction
@@ -32,4 +32,4 @@ std::vector<TimelineSegment> segmentsWithin(std::span<const TimelineSegment> seg
     return parts;
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::exporting {
 
 void ProgressMailbox::post(double fraction) {
     const int percent = static_cast<int>(fraction * 100);
@@ -41,4 +41,4 @@ void ProgressMailbox::deliver(const std::function<void(double)>& report) {
     }
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

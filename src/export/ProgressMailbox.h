@@ -4,7 +4,7 @@
 #include <functional>
 #include <mutex>
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// Carries progress from a working thread to the one that waits for it, one report a whole percent.
 ///
@@ -27,4 +27,4 @@ class ProgressMailbox {
     bool m_closed = false;    // guarded by m_mutex
 };
 
-} // namespace vantro
+} // namespace vantro::exporting

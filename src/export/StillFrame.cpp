@@ -1,7 +1,7 @@
 #include "export/StillFrame.h"
 
 #include "media/FrameSource.h"
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
@@ -9,21 +9,21 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 /// Fine enough that any frame rate's k-th frame is met exactly.
 constexpr std::int32_t stillTimescale = 705'600'000;
 
 [[noreturn]] void fail(std::string_view message) {
-    throw VantroError(VantroError::Kind::exportFailed, message);
+    throw model::VantroError(model::VantroError::Kind::exportFailed, message);
 }
 
 } // namespace
 
-std::shared_ptr<const PixelBuffer> composeStillFrame(const EditedRecording& recording,
-                                                     ExportResolution resolution, double time,
-                                                     std::unique_ptr<Renderer> renderer) try {
+std::shared_ptr<const media::PixelBuffer>
+composeStillFrame(const EditedRecording& recording, ExportResolution resolution, double time,
+                  std::unique_ptr<render::Renderer> renderer) try {
     const auto opened = openRecording(recording);
     const auto size = renderSize(recording, baseSize(resolution, opened.videoSize()));
     const auto movie =
@@ -34,20 +34,21 @@ std::shared_ptr<const PixelBuffer> composeStillFrame(const EditedRecording& reco
         fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, duration));
 
     const auto& track = movie.composition.tracks().front();
-    const auto requested = MediaTime::fromSeconds(time, stillTimescale);
-    const auto lastFrame = std::max(MediaTime{}, track.duration() - MediaTime{1, stillTimescale});
+    const auto requested = media::MediaTime::fromSeconds(time, stillTimescale);
+    const auto lastFrame =
+        std::max(media::MediaTime{}, track.duration() - media::MediaTime{1, stillTimescale});
     const auto composed = std::min(requested, lastFrame);
-    FrameSource source(movie.composition.asset(), track.source().id);
-    auto frame = source.frameAt(track.sourceTime(composed).value_or(MediaTime{}));
+    media::FrameSource source(movie.composition.asset(), track.source().id);
+    auto frame = source.frameAt(track.sourceTime(composed).value_or(media::MediaTime{}));
     if (!frame)
         fail("No video track found");
     return movie.video.compositor->compose({.compositionTime = composed,
                                             .sourceFrame = std::move(*frame),
                                             .width = movie.video.renderWidth,
                                             .height = movie.video.renderHeight,
-                                            .outputFormat = PixelFormat::bgra});
-} catch (const MediaError& error) {
+                                            .outputFormat = media::PixelFormat::bgra});
+} catch (const media::MediaError& error) {
     fail(error.what());
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

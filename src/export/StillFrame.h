@@ -2,13 +2,13 @@
 
 #include "export/ComposedMovie.h"
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// The composed picture at output second `time`, bgra, with the canvas's own size: what an export
 /// shows then, before encoding. A time outside of the output throws VantroError exportFailed, as
 /// does everything that would fail an export.
-std::shared_ptr<const PixelBuffer> composeStillFrame(const EditedRecording& recording,
-                                                     ExportResolution resolution, double time,
-                                                     std::unique_ptr<Renderer> renderer);
+std::shared_ptr<const media::PixelBuffer>
+composeStillFrame(const EditedRecording& recording, ExportResolution resolution, double time,
+                  std::unique_ptr<render::Renderer> renderer);
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -3,37 +3,39 @@
 #include "export/ExportPump.h"
 #include "media/AssetWriter.h"
 #include "media/AudioMixReader.h"
-#include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
 #include <optional>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
 constexpr std::int64_t averageBitRate = 20'000'000; // bit/s
-constexpr AudioSettings audioSettings{.averageBitRate = 128'000};
+constexpr media::AudioSettings audioSettings{.averageBitRate = 128'000};
 
 /// 4:2:0 encoders take even sizes only: an odd canvas loses its last column or row. A view, no
 /// copy.
-std::shared_ptr<const PixelBuffer> croppedToEven(std::shared_ptr<const PixelBuffer> pixels) {
+std::shared_ptr<const media::PixelBuffer>
+croppedToEven(std::shared_ptr<const media::PixelBuffer> pixels) {
     const int width = pixels->width() & ~1;
     const int height = pixels->height() & ~1;
     if (width == pixels->width() && height == pixels->height())
         return pixels;
-    const std::uint8_t* planes[PixelBuffer::maxPlanes]{};
-    int strides[PixelBuffer::maxPlanes]{};
+    const std::uint8_t* planes[media::PixelBuffer::maxPlanes]{};
+    int strides[media::PixelBuffer::maxPlanes]{};
     for (int plane = 0; plane < pixels->planeCount(); ++plane) {
         planes[plane] = pixels->plane(plane);
         strides[plane] = pixels->stride(plane);
     }
-    return PixelBuffer::wrap(pixels->format(), width, height, planes, strides, pixels->color(),
-                             pixels);
+    return media::PixelBuffer::wrap(pixels->format(), width, height, planes, strides,
+                                    pixels->color(), pixels);
 }
 
-VideoSettings encoderSettings(const VideoComposition& video, VideoEncoderChoice encoder) {
+media::VideoSettings encoderSettings(const media::VideoComposition& video,
+                                     media::VideoEncoderChoice encoder) {
     return {.width = video.renderWidth & ~1,
             .height = video.renderHeight & ~1,
             .averageBitRate = averageBitRate,
@@ -45,20 +47,20 @@ VideoSettings encoderSettings(const VideoComposition& video, VideoEncoderChoice 
 class Transfer {
   public:
     Transfer(const ComposedMovie& movie, const std::filesystem::path& output,
-             VideoEncoderChoice encoder, bool toleratesDamage)
+             media::VideoEncoderChoice encoder, bool toleratesDamage)
         : m_toleratesDamage(toleratesDamage)
         , m_duration(movie.composition.duration())
-        , m_video(movie.composition, movie.video, PixelFormat::i420)
+        , m_video(movie.composition, movie.video, media::PixelFormat::i420)
         , m_audio(audioReader(movie.composition))
-        , m_writer(output, FileType::mpeg4, encoderSettings(movie.video, encoder),
-                   m_audio ? std::vector{audioSettings} : std::vector<AudioSettings>{}) {
+        , m_writer(output, media::FileType::mpeg4, encoderSettings(movie.video, encoder),
+                   m_audio ? std::vector{audioSettings} : std::vector<media::AudioSettings>{}) {
         m_writer.startWriting();
-        m_writer.startSession(MediaTime{});
+        m_writer.startSession(media::MediaTime{});
     }
 
-    AssetWriter& writer() { return m_writer; }
+    media::AssetWriter& writer() { return m_writer; }
     /// How much of the composition was written; all of it unless damage was tolerated.
-    MediaTime writtenDuration() const { return m_end; }
+    media::MediaTime writtenDuration() const { return m_end; }
     const std::string& damage() const { return m_damage; }
 
     void stop() {
@@ -80,20 +82,22 @@ class Transfer {
     }
 
   private:
-    static std::optional<AudioMixReader> audioReader(const Composition& composition) {
-        const auto isAudio = [](const auto& track) { return track.type() == MediaType::audio; };
+    static std::optional<media::AudioMixReader> audioReader(const media::Composition& composition) {
+        const auto isAudio = [](const auto& track) {
+            return track.type() == media::MediaType::audio;
+        };
         if (std::ranges::none_of(composition.tracks(), isAudio))
             return {};
-        return std::optional<AudioMixReader>(std::in_place, composition);
+        return std::optional<media::AudioMixReader>(std::in_place, composition);
     }
 
     /// However the pictures end, the sound must not wait for more of them.
     void pumpVideo(ProgressMailbox& mailbox) {
         try {
             moveFrames(mailbox);
-        } catch (const MediaError& error) {
+        } catch (const media::MediaError& error) {
             m_writer.markVideoAsFinished(m_end);
-            if (!m_toleratesDamage || m_end == MediaTime{})
+            if (!m_toleratesDamage || m_end == media::MediaTime{})
                 throw;
             m_damage = error.what();
             return;
@@ -105,8 +109,8 @@ class Transfer {
     }
 
     void moveFrames(ProgressMailbox& mailbox) {
-        std::shared_ptr<const PixelBuffer> last;
-        std::shared_ptr<const PixelBuffer> lastCropped;
+        std::shared_ptr<const media::PixelBuffer> last;
+        std::shared_ptr<const media::PixelBuffer> lastCropped;
         while (auto frame = m_video.copyNextFrame()) {
             if (frame->pixels != last) { // an unchanged picture stays the same to the encoder
                 last = frame->pixels;
@@ -120,30 +124,30 @@ class Transfer {
         }
     }
 
-    void pumpAudio(AudioMixReader& audio) {
+    void pumpAudio(media::AudioMixReader& audio) {
         try {
             while (auto buffer = audio.copyNextBuffer()) {
                 if (!m_writer.appendAudio(0, std::move(*buffer)))
                     return;
             }
-        } catch (const MediaError&) {
+        } catch (const media::MediaError&) {
             if (!m_toleratesDamage) // the rest stays silent
                 throw;
         }
     }
 
     bool m_toleratesDamage;
-    MediaTime m_duration;
-    MediaTime m_end;      ///< the video pump's own while it runs
-    std::string m_damage; ///< the video pump's own while it runs
-    VideoCompositionReader m_video;
-    std::optional<AudioMixReader> m_audio;
-    AssetWriter m_writer;
+    media::MediaTime m_duration;
+    media::MediaTime m_end; ///< the video pump's own while it runs
+    std::string m_damage;   ///< the video pump's own while it runs
+    media::VideoCompositionReader m_video;
+    std::optional<media::AudioMixReader> m_audio;
+    media::AssetWriter m_writer;
 };
 
 } // namespace
 
-VideoExporter::VideoExporter(std::unique_ptr<Renderer> renderer)
+VideoExporter::VideoExporter(std::unique_ptr<render::Renderer> renderer)
     : m_renderer(std::move(renderer)) {}
 
 VideoExporter::~VideoExporter() = default;
@@ -160,7 +164,7 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
     Transfer transfer(movie, output, m_encoder, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);
-    AssetWriter& writer = transfer.writer();
+    media::AssetWriter& writer = transfer.writer();
     if (cancelled.stop_requested()) {
         writer.cancel();
         return {.outcome = ExportOutcome::cancelled};
@@ -173,10 +177,10 @@ ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolut
             .duration = transfer.writtenDuration().seconds(),
             .encoder = writer.encoderName(),
             .damage = transfer.damage()};
-} catch (const MediaError& error) {
-    throw VantroError(VantroError::Kind::exportFailed, error.what());
+} catch (const media::MediaError& error) {
+    throw model::VantroError(model::VantroError::Kind::exportFailed, error.what());
 } catch (const std::filesystem::filesystem_error& error) {
-    throw VantroError(VantroError::Kind::exportFailed, error.what());
+    throw model::VantroError(model::VantroError::Kind::exportFailed, error.what());
 }
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -2,13 +2,13 @@
 
 #include "export/ComposedMovie.h"
 #include "export/ExportSummary.h"
-#include "media/VideoEncoderChoice.h"
+#include "media/values/VideoEncoderChoice.h"
 
 #include <filesystem>
 #include <memory>
 #include <stop_token>
 
-namespace vantro {
+namespace vantro::exporting {
 
 /// Writes the edited recording as an MPEG-4 file: H.264 High at 20 Mbit/s, constant frame rate, and
 /// where the recording has sound, all of it mixed as AAC at 128 kbit/s.
@@ -18,23 +18,23 @@ namespace vantro {
 /// leaves what was there. Throws VantroError. Blocks; any one thread.
 class VideoExporter {
   public:
-    explicit VideoExporter(std::unique_ptr<Renderer> renderer);
+    explicit VideoExporter(std::unique_ptr<render::Renderer> renderer);
     ~VideoExporter();
 
     /// Whether a movie that breaks off is exported up to there; else it is an error.
     void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
     /// What encodes; one that cannot be had here is an error. One that fails on the way is not:
     /// libx264 goes on.
-    void setEncoder(VideoEncoderChoice encoder) { m_encoder = encoder; }
+    void setEncoder(media::VideoEncoderChoice encoder) { m_encoder = encoder; }
 
     ExportSummary run(const EditedRecording& recording, ExportResolution resolution,
                       const std::filesystem::path& output, const ExportProgress& progress,
                       const std::stop_token& cancelled);
 
   private:
-    std::unique_ptr<Renderer> m_renderer;
+    std::unique_ptr<render::Renderer> m_renderer;
     bool m_toleratesDamage = false;
-    VideoEncoderChoice m_encoder = VideoEncoderChoice::automatic;
+    media::VideoEncoderChoice m_encoder = media::VideoEncoderChoice::automatic;
 };
 
-} // namespace vantro
+} // namespace vantro::exporting

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <iterator>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
-Size displayedSize(const AVStream& stream) {
+model::Size displayedSize(const AVStream& stream) {
     const auto size = av::squarePixelSize(stream);
     const bool turned = av::orientation(stream).swapsSides();
     return {static_cast<double>(turned ? size.height : size.width),
@@ -55,4 +55,4 @@ std::vector<AssetTrack> Asset::tracks(MediaType type) const {
     return matching;
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "media/MediaTime.h"
+#include "media/values/MediaTime.h"
 #include "model/Geometry.h"
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::media {
 
 enum class MediaType { video, audio };
 
@@ -17,7 +17,7 @@ struct AssetTrack {
     MediaType type = MediaType::video;
     std::string codec;           ///< the codec's short name, for example h264
     MediaTimeRange timeRange;    ///< where the track stands on the file's time line
-    Size naturalSize;            ///< video: displayed pixels, after rotation and sample aspect
+    model::Size naturalSize;     ///< video: displayed pixels, after rotation and sample aspect
     double nominalFrameRate = 0; ///< video: average frames per second, 0 when unknown
     int sampleRate = 0;          ///< audio
     int channelCount = 0;        ///< audio
@@ -41,4 +41,4 @@ class Asset {
     std::vector<AssetTrack> m_tracks;
 };
 
-} // namespace vantro
+} // namespace vantro::media

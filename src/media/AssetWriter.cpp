@@ -2,18 +2,18 @@
 
 #include "base/Fatal.h"
 #include "base/OutputFile.h"
-#include "media/AudioWriterInput.h"
-#include "media/MediaError.h"
 #include "media/MovieRecovery.h"
-#include "media/VideoWriterInput.h"
 #include "media/av/Libraries.h"
 #include "media/av/MovieMuxer.h"
+#include "media/values/MediaError.h"
+#include "media/writing/AudioWriterInput.h"
+#include "media/writing/VideoWriterInput.h"
 
 #include <algorithm>
 #include <deque>
 #include <system_error>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 /// created → writing → inSession → finished
@@ -36,11 +36,11 @@ struct AssetWriter::Implementation {
     std::filesystem::path output;
     FileType type;
     State state = State::created;
-    std::unique_ptr<OutputFile> replacement; ///< for the type that appears when finished
+    std::unique_ptr<base::OutputFile> replacement; ///< for the type that appears when finished
     std::unique_ptr<av::MovieMuxer> muxer;
-    TrackPace pace; ///< of the pictures
-    std::unique_ptr<VideoWriterInput> video;
-    std::deque<AudioWriterInput> audio;
+    writing::TrackPace pace; ///< of the pictures
+    std::unique_ptr<writing::VideoWriterInput> video;
+    std::deque<writing::AudioWriterInput> audio;
 
     Implementation(std::filesystem::path path, FileType fileType, const VideoSettings& settings,
                    const std::vector<AudioSettings>& audioSettings)
@@ -49,8 +49,8 @@ struct AssetWriter::Implementation {
             settings.height % 2 != 0 || !(settings.expectedFrameRate > 0))
             av::fail("Cannot write", output, "The picture size must be even and the rate positive");
         if (type == FileType::mpeg4)
-            reportingAsMediaError(output,
-                                  [this] { replacement = std::make_unique<OutputFile>(output); });
+            reportingAsMediaError(
+                output, [this] { replacement = std::make_unique<base::OutputFile>(output); });
         muxer = std::make_unique<av::MovieMuxer>(
             replacement ? replacement->temporaryPath() : output, output, type);
         try {
@@ -64,18 +64,18 @@ struct AssetWriter::Implementation {
     void addTracks(const VideoSettings& settings, const std::vector<AudioSettings>& audioSettings) {
         if (type == FileType::quickTimeMovie)
             muxer->keepJournal();
-        video = std::make_unique<VideoWriterInput>(settings, *muxer, pace);
+        video = std::make_unique<writing::VideoWriterInput>(settings, *muxer, pace);
         for (const auto& track : audioSettings)
             audio.emplace_back(track, *muxer, pace);
     }
 
     bool hasFailed() const {
         return (video && video->hasFailed()) ||
-               std::ranges::any_of(audio, &AudioWriterInput::hasFailed);
+               std::ranges::any_of(audio, &writing::AudioWriterInput::hasFailed);
     }
 
     void advance(State from, State to) {
-        require(state == from, "asset writer used out of order");
+        base::require(state == from, "asset writer used out of order");
         state = to;
     }
 
@@ -130,12 +130,14 @@ bool AssetWriter::hasFailed() const {
 }
 
 bool AssetWriter::append(const VideoFrame& frame) {
-    require(m_implementation->state == State::inSession, "frame appended outside of a session");
+    base::require(m_implementation->state == State::inSession,
+                  "frame appended outside of a session");
     return !m_implementation->hasFailed() && m_implementation->video->append(frame);
 }
 
 void AssetWriter::markVideoAsFinished(std::optional<MediaTime> endTime) {
-    require(m_implementation->state == State::inSession, "video finished outside of a session");
+    base::require(m_implementation->state == State::inSession,
+                  "video finished outside of a session");
     m_implementation->video->markAsFinished(endTime);
 }
 
@@ -145,7 +147,8 @@ bool AssetWriter::isReadyForMoreAudio(std::size_t track) const {
 }
 
 bool AssetWriter::appendAudio(std::size_t track, AudioBuffer buffer) {
-    require(m_implementation->state == State::inSession, "sound appended outside of a session");
+    base::require(m_implementation->state == State::inSession,
+                  "sound appended outside of a session");
     return !m_implementation->hasFailed() &&
            m_implementation->audio.at(track).append(std::move(buffer));
 }
@@ -188,4 +191,4 @@ const std::string& AssetWriter::encoderName() const {
     return m_implementation->encoderName;
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "media/AudioBuffer.h"
-#include "media/MediaTime.h"
-#include "media/VideoEncoderChoice.h"
-#include "media/VideoFrame.h"
+#include "media/values/AudioBuffer.h"
+#include "media/values/MediaTime.h"
+#include "media/values/VideoFrame.h"
+#include "media/values/WriterSettings.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -12,32 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
-
-enum class FileType { quickTimeMovie, mpeg4 };
-
-/// H.264 High, 8-bit 4:2:0, tagged BT.709 limited range. Sizes are even.
-struct VideoSettings {
-    int width = 0;
-    int height = 0;
-    std::int64_t averageBitRate = 20'000'000; ///< bit/s
-    double expectedFrameRate = 60;
-    /// Longest distance between keyframes, seconds: shorter seeks faster, longer packs better.
-    double keyframeInterval = 2.0;
-    /// A live source: the encoder favours speed and never holds frames back, and `append` refuses
-    /// instead of waiting. Otherwise it favours quality and `append` waits for room.
-    bool expectsRealTime = false;
-    /// A live source is encoded by libx264 whatever this says: its frames cannot wait for a trial
-    /// or for a device that somebody else keeps busy.
-    VideoEncoderChoice encoder = VideoEncoderChoice::libx264;
-};
-
-/// AAC, 48 kHz, 2 channels.
-struct AudioSettings {
-    std::int64_t averageBitRate = 128'000; ///< bit/s
-    /// A live source: `appendAudio` refuses instead of waiting.
-    bool expectsRealTime = false;
-};
+namespace vantro::media {
 
 /// Encodes and writes one movie file: pictures, and any number of sound tracks.
 ///
@@ -99,4 +74,4 @@ class AssetWriter {
     std::unique_ptr<Implementation> m_implementation;
 };
 
-} // namespace vantro
+} // namespace vantro::media

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <deque>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 constexpr std::int64_t bufferLength = mixing::sampleRate / 10;
@@ -54,4 +54,4 @@ void AudioMixReader::cancel() {
     m_implementation->cancelled = true;
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "media/AudioBuffer.h"
 #include "media/Composition.h"
+#include "media/values/AudioBuffer.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
 
-namespace vantro {
+namespace vantro::media {
 
 /// Reads a composition's sound: all its audio tracks mixed to 48 kHz stereo, in order.
 ///
@@ -33,4 +33,4 @@ class AudioMixReader {
     std::unique_ptr<Implementation> m_implementation;
 };
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,10 +1,10 @@
 #include "media/AudioTrackReader.h"
 
-#include "media/AudioBuffer.h"
+#include "media/values/AudioBuffer.h"
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 constexpr int channels = mixing::channelCount;
@@ -116,4 +116,4 @@ void AudioTrackReader::fade(const Stretch& stretch, std::span<float> samples) co
     }
 }
 
-} // namespace vantro
+} // namespace vantro::media

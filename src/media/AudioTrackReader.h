@@ -1,15 +1,15 @@
 #pragma once
 
-#include "media/AudioSource.h"
 #include "media/Composition.h"
-#include "media/TimeStretcher.h"
+#include "media/sound/AudioSource.h"
+#include "media/sound/TimeStretcher.h"
 
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
 
-namespace vantro {
+namespace vantro::media {
 
 /// Reads the sound of one composition track from its start on, segment by segment. One thread.
 class AudioTrackReader {
@@ -41,12 +41,12 @@ class AudioTrackReader {
     void readWithin(const Stretch& stretch, std::int64_t position, std::span<float> samples);
     void fade(const Stretch& stretch, std::span<float> samples) const;
 
-    AudioSource m_source;
+    sound::AudioSource m_source;
     std::vector<Stretch> m_stretches;
     std::size_t m_current = 0;
     std::int64_t m_position = 0; ///< of the next sample, in the composition
-    std::optional<TimeStretcher> m_stretcher;
+    std::optional<sound::TimeStretcher> m_stretcher;
     std::vector<float> m_scratch;
 };
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,22 +1,22 @@
 #include "media/Composition.h"
 
 #include "base/Fatal.h"
-#include "media/Fraction.h"
-#include "media/MediaError.h"
+#include "media/values/Fraction.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::media {
 
 MediaTime CompositionTrack::duration() const {
     return m_segments.empty() ? MediaTime{} : m_segments.back().target.end();
 }
 
 void CompositionTrack::insert(MediaTimeRange range, const AssetTrack& source, MediaTime at) {
-    require(at == duration(), "insertion somewhere else than at the track's end");
-    require(m_segments.empty() || m_source.id == source.id, "a second source for one track");
+    base::require(at == duration(), "insertion somewhere else than at the track's end");
+    base::require(m_segments.empty() || m_source.id == source.id, "a second source for one track");
     // A boundary rounded to the tick may lie past the end by less than that tick.
     const MediaTime limit = m_assetDuration + MediaTime{1, MediaTime::boundaryTimescale};
     if (range.start < MediaTime{} || range.duration < MediaTime{} || range.end() > limit)
@@ -30,8 +30,8 @@ void CompositionTrack::insert(MediaTimeRange range, const AssetTrack& source, Me
 
 void CompositionTrack::scale(MediaTimeRange range, MediaTime newDuration) {
     const auto segment = std::ranges::find(m_segments, range, &CompositionSegment::target);
-    require(segment != m_segments.end(), "no segment stands at the range to scale");
-    require(newDuration > MediaTime{}, "a segment scaled to nothing");
+    base::require(segment != m_segments.end(), "no segment stands at the range to scale");
+    base::require(newDuration > MediaTime{}, "a segment scaled to nothing");
     segment->target.duration = newDuration;
     for (auto next = std::next(segment); next != m_segments.end(); ++next)
         next->target.start = std::prev(next)->target.end();
@@ -67,4 +67,4 @@ MediaTime Composition::duration() const {
     return longest;
 }
 
-} // namespace vantro
+} // namespace vantro::media

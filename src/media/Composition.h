@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace vantro {
+namespace vantro::media {
 
 /// A stretch of an asset's track placed on a composition's time line, stretched or squeezed to
 /// `target.duration`.
@@ -63,4 +63,4 @@ class Composition {
     std::deque<CompositionTrack> m_tracks; // a deque: references that addTrack gave stay valid
 };
 
-} // namespace vantro
+} // namespace vantro::media

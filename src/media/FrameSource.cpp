@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <deque>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 // Kept to step back by a picture without decoding from the keyframe again.
@@ -102,4 +102,4 @@ std::optional<VideoFrame> FrameSource::frameAt(MediaTime t) {
     return self.frame(notAfter == 0 ? 0 : notAfter - 1);
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "media/Asset.h"
-#include "media/VideoFrame.h"
+#include "media/values/VideoFrame.h"
 
 #include <memory>
 #include <optional>
 
-namespace vantro {
+namespace vantro::media {
 
 /// Finds the picture that a movie shows at a time.
 ///
@@ -28,4 +28,4 @@ class FrameSource {
     std::unique_ptr<Implementation> m_implementation;
 };
 
-} // namespace vantro
+} // namespace vantro::media

@@ -13,7 +13,7 @@
 #include <system_error>
 #include <vector>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -51,15 +51,15 @@ class InterruptedMovie {
             av::fail("Cannot recover", path, error ? error.message() : "It cannot be read");
     }
 
-    const JournalledMovie& journalled() const { return m_journalled; }
+    const av::JournalledMovie& journalled() const { return m_journalled; }
 
-    bool isVideo(const JournalledPacket& packet) const {
+    bool isVideo(const av::JournalledPacket& packet) const {
         return m_journalled.tracks[static_cast<std::size_t>(packet.track)]->codec_type ==
                AVMEDIA_TYPE_VIDEO;
     }
 
     /// The packets that the file can hold, the last picture's prolonged to `endTime`.
-    std::vector<JournalledPacket> packets(std::optional<MediaTime> endTime) const {
+    std::vector<av::JournalledPacket> packets(std::optional<MediaTime> endTime) const {
         auto packets = m_journalled.packets;
         const auto fits = [this](const auto& packet) {
             return packet.size <= m_size && packet.offset <= m_size - packet.size &&
@@ -77,7 +77,7 @@ class InterruptedMovie {
     }
 
     /// False when the packet is damaged. It is one of `packets`.
-    bool read(const JournalledPacket& source, AVPacket& packet) {
+    bool read(const av::JournalledPacket& source, AVPacket& packet) {
         if (av_new_packet(&packet, static_cast<int>(source.size)) < 0)
             throw std::bad_alloc();
         m_file.seekg(source.offset);
@@ -91,7 +91,7 @@ class InterruptedMovie {
     }
 
   private:
-    JournalledMovie m_journalled;
+    av::JournalledMovie m_journalled;
     std::ifstream m_file;
     std::int64_t m_size = 0;
 };
@@ -107,8 +107,8 @@ MovieCondition movieCondition(const fs::path& movie) {
     std::error_code error;
     if (!fs::exists(journal, error))
         return MovieCondition::whole;
-    return isJournalBeingWritten(journal) ? MovieCondition::beingWritten
-                                          : MovieCondition::interrupted;
+    return base::isJournalBeingWritten(journal) ? MovieCondition::beingWritten
+                                                : MovieCondition::interrupted;
 }
 
 void recoverMovie(const fs::path& path, std::optional<MediaTime> endTime) try {
@@ -134,10 +134,10 @@ void recoverMovie(const fs::path& path, std::optional<MediaTime> endTime) try {
     if (count == 0)
         av::fail("Cannot recover", path, "No picture was recorded");
     muxer.finish();
-    syncToDisk(path);
+    base::syncToDisk(path);
     fs::remove(movieJournalPath(path));
 } catch (const fs::filesystem_error& error) {
     av::fail("Cannot write", path, error.code().message());
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "media/MediaTime.h"
+#include "media/values/MediaTime.h"
 
 #include <filesystem>
 #include <optional>
 
-namespace vantro {
+namespace vantro::media {
 
 // A movie of the type quickTimeMovie under way has a journal beside it, which goes when the movie
 // is finished. While the writer lives it is locked; one that is left behind tells of a movie whose
@@ -28,4 +28,4 @@ MovieCondition movieCondition(const std::filesystem::path& movie);
 /// it may be tried again. Throws MediaError with path and reason. Any thread; blocks.
 void recoverMovie(const std::filesystem::path& movie, std::optional<MediaTime> endTime = {});
 
-} // namespace vantro
+} // namespace vantro::media

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "media/MediaTime.h"
-#include "media/VideoFrame.h"
+#include "media/values/MediaTime.h"
+#include "media/values/VideoFrame.h"
 
 #include <memory>
 
-namespace vantro {
+namespace vantro::media {
 
 /// One frame that a video composition asks for.
 struct CompositionRequest {
@@ -40,4 +40,4 @@ struct VideoComposition {
     std::int64_t frameCount(MediaTime duration) const;
 };
 
-} // namespace vantro
+} // namespace vantro::media

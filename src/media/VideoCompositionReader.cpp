@@ -8,7 +8,7 @@
 #include <exception>
 #include <thread>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 // Enough for decoding to go on while a frame is composed; each may hold a whole picture.
@@ -22,7 +22,7 @@ struct SourceFrame {
 
 const CompositionTrack& trackOf(const Composition& composition, int id) {
     const CompositionTrack* track = composition.track(id);
-    require(track != nullptr, "the video composition's track is not in the composition");
+    base::require(track != nullptr, "the video composition's track is not in the composition");
     return *track;
 }
 
@@ -36,7 +36,7 @@ struct VideoCompositionReader::Implementation {
     std::int64_t next = 0;      ///< the caller's thread only
     std::exception_ptr failure; ///< the caller's thread only
     FrameSource source;         ///< the decoding thread only
-    BoundedQueue<SourceFrame> decoded{framesAhead};
+    base::BoundedQueue<SourceFrame> decoded{framesAhead};
     std::thread decoding;
 
     Implementation(const Composition& composition, VideoComposition wanted, PixelFormat format)
@@ -53,7 +53,8 @@ struct VideoCompositionReader::Implementation {
     }
 
     MediaTime timeOf(std::int64_t index) const {
-        return {checkedMultiply(index, video.frameDuration.value), video.frameDuration.timescale};
+        return {base::checkedMultiply(index, video.frameDuration.value),
+                video.frameDuration.timescale};
     }
 
     SourceFrame find(std::int64_t index) {
@@ -67,7 +68,7 @@ struct VideoCompositionReader::Implementation {
     }
 
     void decodeAhead() {
-        setThreadName("com.vantro.reader");
+        base::setThreadName("com.vantro.reader");
         for (std::int64_t index = 0; index < count; ++index) {
             SourceFrame found = find(index);
             const bool failed = found.failure != nullptr;
@@ -112,4 +113,4 @@ void VideoCompositionReader::cancel() {
     m_implementation->decoded.abandon();
 }
 
-} // namespace vantro
+} // namespace vantro::media

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-namespace vantro {
+namespace vantro::media {
 
 /// Reads a composition's video as composed frames at a constant rate, in order.
 ///
@@ -31,4 +31,4 @@ class VideoCompositionReader {
     std::unique_ptr<Implementation> m_implementation;
 };
 
-} // namespace vantro
+} // namespace vantro::media

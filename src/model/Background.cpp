@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 int byteComponent(double component) {
@@ -37,4 +37,4 @@ std::string backgroundDisplayName(std::string_view basename) {
     return name;
 }
 
-} // namespace vantro
+} // namespace vantro::model

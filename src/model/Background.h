@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-namespace vantro {
+namespace vantro::model {
 
 /// sRGB components, 0 to 1.
 struct BackgroundColor {
@@ -43,4 +43,4 @@ struct BackgroundSettings {
     bool operator==(const BackgroundSettings&) const = default;
 };
 
-} // namespace vantro
+} // namespace vantro::model

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 constexpr int entryCount = 26;
@@ -63,4 +63,4 @@ std::optional<BackgroundImageSource> BackgroundCatalog::builtIn(std::string_view
     return found == m_backgrounds.end() ? std::nullopt : std::optional(*found);
 }
 
-} // namespace vantro
+} // namespace vantro::model

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// The directory with the program's own data files: $VANTRO_RESOURCES where that is set, else
 /// "../share/vantro" beside the folder of the executable.
@@ -34,4 +34,4 @@ class BackgroundCatalog {
     std::vector<BackgroundImageSource> m_backgrounds;
 };
 
-} // namespace vantro
+} // namespace vantro::model

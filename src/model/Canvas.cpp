@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 double evenBelow(double value) {
@@ -64,4 +64,4 @@ Size canvasSize(CanvasAspectRatio aspect, Size videoSize) {
     return {.width = evenBelow(canvas.width), .height = evenBelow(canvas.height)};
 }
 
-} // namespace vantro
+} // namespace vantro::model

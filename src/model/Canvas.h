@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::model {
 
 enum class CanvasAspectRatio { automatic, ratio16x9, ratio4x3, ratio1x1, ratio9x16 };
 
@@ -25,4 +25,4 @@ std::optional<double> targetRatio(CanvasAspectRatio aspect, Size videoSize);
 /// video, so nothing is cropped; every ratio but automatic gives even dimensions.
 Size canvasSize(CanvasAspectRatio aspect, Size videoSize);
 
-} // namespace vantro
+} // namespace vantro::model

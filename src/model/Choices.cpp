@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 template <typename Choice, std::size_t count>
@@ -50,4 +50,4 @@ std::optional<CaptureMode> captureModeFrom(std::string_view text) {
     return choiceFrom(allCaptureModes, text);
 }
 
-} // namespace vantro
+} // namespace vantro::model

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::model {
 
 /// The corner that the webcam picture stands in.
 enum class WebcamPosition { topLeft, topRight, bottomLeft, bottomRight };
@@ -24,4 +24,4 @@ std::string_view rawValue(CaptureMode mode);
 std::optional<WebcamPosition> webcamPositionFrom(std::string_view rawValue);
 std::optional<CaptureMode> captureModeFrom(std::string_view rawValue);
 
-} // namespace vantro
+} // namespace vantro::model

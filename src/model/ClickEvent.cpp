@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 // Seconds. Normalisation shrinks no offset below the floor, so that an event stays addressable.
@@ -83,4 +83,4 @@ void normalizeClickEvents(std::vector<ClickEvent>& events, double duration) {
         resolveOverlap(*active[i - 1], *active[i]);
 }
 
-} // namespace vantro
+} // namespace vantro::model

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// One mouse click and the zoom that it becomes.
 /// Position: points from the capture rectangle's top-left corner, y downward. Times: seconds of
@@ -33,4 +33,4 @@ bool isSilenced(const ClickEvent& event);
 /// neighbours shrunk. Positions, zoom levels and identities stay as they are.
 void normalizeClickEvents(std::vector<ClickEvent>& events, double duration);
 
-} // namespace vantro
+} // namespace vantro::model

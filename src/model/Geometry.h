@@ -1,6 +1,6 @@
 #pragma once
 
-namespace vantro {
+namespace vantro::model {
 
 struct Point {
     double x = 0;
@@ -23,4 +23,4 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
-} // namespace vantro
+} // namespace vantro::model

@@ -1,10 +1,10 @@
 #include "model/Json.h"
 
-#include "model/JsonCodec.h"
+#include "model/json/JsonCodec.h"
 
 #include <fmt/format.h>
 
-namespace vantro::json {
+namespace vantro::model::json {
 
 template <>
 struct Fields<Rect> {
@@ -189,9 +189,9 @@ Record decode(std::string_view text) {
 }
 
 } // namespace
-} // namespace vantro::json
+} // namespace vantro::model::json
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 /// Puts the catalogue's picture in the place of a built-in one that has only its name yet.
@@ -210,7 +210,7 @@ void complete(BackgroundType& type, const BackgroundCatalog& backgrounds) {
 } // namespace
 
 std::string encodeMetadata(const RecordingMetadata& metadata) {
-    return json::encode(metadata, JsonWriter::Style::compact);
+    return json::encode(metadata, json::JsonWriter::Style::compact);
 }
 
 RecordingMetadata decodeMetadata(std::string_view json) {
@@ -218,7 +218,7 @@ RecordingMetadata decodeMetadata(std::string_view json) {
 }
 
 std::string encodeProject(const ProjectData& project) {
-    return json::encode(project, JsonWriter::Style::pretty);
+    return json::encode(project, json::JsonWriter::Style::pretty);
 }
 
 ProjectData decodeProject(std::string_view json, const BackgroundCatalog& backgrounds) {
@@ -227,4 +227,4 @@ ProjectData decodeProject(std::string_view json, const BackgroundCatalog& backgr
     return project;
 }
 
-} // namespace vantro
+} // namespace vantro::model

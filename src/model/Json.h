@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::model {
 
 /// A document that cannot be read. The text names the key by its path and says what is wrong with
 /// it, for example: metadata.clickEvents[3].x: expected a number, found a string
@@ -46,4 +46,4 @@ std::string encodeProject(const ProjectData& project);
 ProjectData decodeProject(std::string_view json,
                           const BackgroundCatalog& backgrounds = BackgroundCatalog::application());
 
-} // namespace vantro
+} // namespace vantro::model

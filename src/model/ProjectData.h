@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// A recording with every editing choice, as "project.json" holds it. The defaults are those of a
 /// fresh edit.
@@ -30,4 +30,4 @@ struct ProjectData {
     bool operator==(const ProjectData&) const = default;
 };
 
-} // namespace vantro
+} // namespace vantro::model

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// Where the pointer was. Units as in ClickEvent; positions outside the capture rectangle are kept.
 struct CursorPosition {
@@ -35,4 +35,4 @@ struct RecordingMetadata {
     bool operator==(const RecordingMetadata&) const = default;
 };
 
-} // namespace vantro
+} // namespace vantro::model

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// One kept stretch of the recording and its playback rate. Lists of segments are in output order,
 /// ascending and without overlap.
@@ -21,4 +21,4 @@ inline std::vector<TimelineSegment> fullLengthTimeline() {
     return {TimelineSegment{}};
 }
 
-} // namespace vantro
+} // namespace vantro::model

@@ -6,7 +6,7 @@
 
 #include <sys/random.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 constexpr std::size_t textLength = 36;
@@ -35,7 +35,7 @@ Uuid Uuid::random() {
     do {
         got = ::getrandom(bytes.data(), bytes.size(), 0); // this little comes whole or not at all
     } while (got < 0 && errno == EINTR);
-    require(got == static_cast<ssize_t>(bytes.size()), "no random bytes from the kernel");
+    base::require(got == static_cast<ssize_t>(bytes.size()), "no random bytes from the kernel");
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40); // version 4
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80); // RFC 4122 variant
     return uuid;
@@ -74,9 +74,10 @@ std::string Uuid::toString() const {
     return text;
 }
 
-} // namespace vantro
+} // namespace vantro::model
 
-std::size_t std::hash<vantro::Uuid>::operator()(const vantro::Uuid& id) const noexcept {
+std::size_t
+std::hash<vantro::model::Uuid>::operator()(const vantro::model::Uuid& id) const noexcept {
     const auto* bytes = reinterpret_cast<const char*>(id.m_bytes.data());
     return std::hash<std::string_view>{}({bytes, id.m_bytes.size()});
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::model {
 
 /// A universally unique identifier (RFC 4122). Default construction gives the nil identifier.
 class Uuid {
@@ -30,9 +30,9 @@ class Uuid {
     friend struct std::hash<Uuid>;
 };
 
-} // namespace vantro
+} // namespace vantro::model
 
 template <>
-struct std::hash<vantro::Uuid> {
-    std::size_t operator()(const vantro::Uuid& id) const noexcept;
+struct std::hash<vantro::model::Uuid> {
+    std::size_t operator()(const vantro::model::Uuid& id) const noexcept;
 };

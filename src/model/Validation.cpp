@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 // Limits, both far beyond sense and far within what the arithmetic bears: a time in seconds (30
@@ -164,4 +164,4 @@ std::vector<std::string> validationProblems(const RecordingMetadata& metadata, s
     return findings.take();
 }
 
-} // namespace vantro
+} // namespace vantro::model

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::model {
 
 /// What is absurd about values that are of the right type: a project file may come from anywhere,
 /// and a speed of 0 or a length of 1e300 seconds would drive the arithmetic of time and size out
@@ -21,4 +21,4 @@ std::vector<std::string> validationProblems(const ProjectData& project, std::siz
 std::vector<std::string> validationProblems(const RecordingMetadata& metadata,
                                             std::size_t limit = 20);
 
-} // namespace vantro
+} // namespace vantro::model

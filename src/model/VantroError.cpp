@@ -1,6 +1,6 @@
 #include "model/VantroError.h"
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 using Kind = VantroError::Kind;
@@ -46,4 +46,4 @@ std::string_view VantroError::recoverySuggestion() const {
     }
 }
 
-} // namespace vantro
+} // namespace vantro::model

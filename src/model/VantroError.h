@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::model {
 
 /// What a user is told when something that they started fails: one text that says what went wrong
 /// and, for some kinds, one that says what to do about it.
@@ -38,4 +38,4 @@ class VantroError : public std::runtime_error {
     std::string m_message;
 };
 
-} // namespace vantro
+} // namespace vantro::model

@@ -2,16 +2,17 @@
 
 #include "model/VantroError.h"
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 /// One track of the composition under construction and the asset's track that fills it.
 struct TrackPair {
-    CompositionTrack* target;
-    const AssetTrack* source;
+    media::CompositionTrack* target;
+    const media::AssetTrack* source;
 };
 
-void append(const TrackPair& pair, MediaTimeRange range, MediaTime at, MediaTime playedDuration) {
+void append(const TrackPair& pair, media::MediaTimeRange range, media::MediaTime at,
+            media::MediaTime playedDuration) {
     pair.target->insert(range, *pair.source, at);
     if (playedDuration != range.duration)
         pair.target->scale({at, range.duration}, playedDuration);
@@ -19,38 +20,40 @@ void append(const TrackPair& pair, MediaTimeRange range, MediaTime at, MediaTime
 
 } // namespace
 
-Composition buildComposition(const Asset& asset, const AssetTrack& videoTrack,
-                             std::span<const TimelineSegment> segments) {
-    Composition composition(asset);
-    const auto audioTracks = asset.tracks(MediaType::audio);
-    std::vector<TrackPair> pairs{{&composition.addTrack(MediaType::video), &videoTrack}};
+media::Composition buildComposition(const media::Asset& asset, const media::AssetTrack& videoTrack,
+                                    std::span<const model::TimelineSegment> segments) {
+    media::Composition composition(asset);
+    const auto audioTracks = asset.tracks(media::MediaType::audio);
+    std::vector<TrackPair> pairs{{&composition.addTrack(media::MediaType::video), &videoTrack}};
     for (const auto& track : audioTracks)
-        pairs.push_back({&composition.addTrack(MediaType::audio), &track});
+        pairs.push_back({&composition.addTrack(media::MediaType::audio), &track});
 
     const double sourceDuration = asset.duration().seconds();
-    MediaTime cursor;
+    media::MediaTime cursor;
     for (const auto& segment : segments) {
-        const auto start = MediaTime::fromSeconds(segment.startFraction * sourceDuration);
-        const auto end = MediaTime::fromSeconds(segment.endFraction * sourceDuration);
-        const MediaTimeRange range{start, end - start};
-        const auto played = segment.speed == 1.0
-                                ? range.duration
-                                : MediaTime::fromSeconds(range.duration.seconds() / segment.speed);
-        if (played <= MediaTime{})
+        const auto start = media::MediaTime::fromSeconds(segment.startFraction * sourceDuration);
+        const auto end = media::MediaTime::fromSeconds(segment.endFraction * sourceDuration);
+        const media::MediaTimeRange range{start, end - start};
+        const auto played =
+            segment.speed == 1.0
+                ? range.duration
+                : media::MediaTime::fromSeconds(range.duration.seconds() / segment.speed);
+        if (played <= media::MediaTime{})
             continue; // shorter than a tick: nothing to show
         for (const auto& pair : pairs)
             append(pair, range, cursor, played);
         cursor = cursor + played;
     }
-    if (cursor == MediaTime{})
-        throw VantroError(VantroError::Kind::exportFailed, "Nothing is left of the recording");
+    if (cursor == media::MediaTime{})
+        throw model::VantroError(model::VantroError::Kind::exportFailed,
+                                 "Nothing is left of the recording");
     return composition;
 }
 
-VideoComposition buildVideoComposition(const Composition& composition, int frameRate,
-                                       int renderWidth, int renderHeight,
-                                       std::shared_ptr<VideoCompositor> compositor) {
-    VideoComposition video;
+media::VideoComposition buildVideoComposition(const media::Composition& composition, int frameRate,
+                                              int renderWidth, int renderHeight,
+                                              std::shared_ptr<media::VideoCompositor> compositor) {
+    media::VideoComposition video;
     video.trackID = composition.tracks().front().id();
     video.frameDuration = {1, frameRate};
     video.renderWidth = renderWidth;
@@ -59,4 +62,4 @@ VideoComposition buildVideoComposition(const Composition& composition, int frame
     return video;
 }
 
-} // namespace vantro
+} // namespace vantro::render

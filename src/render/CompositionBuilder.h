@@ -7,17 +7,17 @@
 #include <memory>
 #include <span>
 
-namespace vantro {
+namespace vantro::render {
 
 /// The kept ranges of `asset` back to back, each stretched or squeezed to its speed; track 0 of the
 /// result is the video, audio tracks follow. Range bounds are rounded to 1/600 s. Throws
 /// VantroError when nothing can be composed.
-Composition buildComposition(const Asset& asset, const AssetTrack& videoTrack,
-                             std::span<const TimelineSegment> segments);
+media::Composition buildComposition(const media::Asset& asset, const media::AssetTrack& videoTrack,
+                                    std::span<const model::TimelineSegment> segments);
 
 /// The video of `composition` at `frameRate` frames a second, drawn by `compositor`.
-VideoComposition buildVideoComposition(const Composition& composition, int frameRate,
-                                       int renderWidth, int renderHeight,
-                                       std::shared_ptr<VideoCompositor> compositor);
+media::VideoComposition buildVideoComposition(const media::Composition& composition, int frameRate,
+                                              int renderWidth, int renderHeight,
+                                              std::shared_ptr<media::VideoCompositor> compositor);
 
-} // namespace vantro
+} // namespace vantro::render

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 /// Whether the kernel drives any graphics hardware. Asking Vulkan would load its software driver
@@ -21,11 +21,11 @@ bool hasGraphicsDevice() {
 std::expected<std::unique_ptr<Renderer>, std::string> makeGpuRenderer(const CursorImage& cursor) {
     if (!hasGraphicsDevice())
         return std::unexpected("this machine has no graphics device");
-    auto gpu = makeMetalRenderer(cursor);
+    auto gpu = gpu::makeMetalRenderer(cursor);
     if (!gpu)
         return gpu;
-    return std::make_unique<FallbackRenderer>(*std::move(gpu),
-                                              [cursor] { return makeSoftwareRenderer(cursor); });
+    return std::make_unique<gpu::FallbackRenderer>(
+        *std::move(gpu), [cursor] { return software::makeSoftwareRenderer(cursor); });
 }
 
 } // namespace
@@ -34,13 +34,13 @@ std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why,
                                        CursorStyle cursorStyle) {
     const auto cursor = standardCursor(cursorStyle);
     if (choice == RendererChoice::software)
-        return makeSoftwareRenderer(cursor);
+        return software::makeSoftwareRenderer(cursor);
     auto gpu = makeGpuRenderer(cursor);
     if (gpu)
         return *std::move(gpu);
     if (why != nullptr)
         *why = "The GPU renderer is not available: " + gpu.error();
-    return choice == RendererChoice::gpu ? nullptr : makeSoftwareRenderer(cursor);
+    return choice == RendererChoice::gpu ? nullptr : software::makeSoftwareRenderer(cursor);
 }
 
-} // namespace vantro
+} // namespace vantro::render

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "render/CursorImage.h"
-#include "render/Renderer.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/Renderer.h"
 
 #include <memory>
 #include <string>
 
-namespace vantro {
+namespace vantro::render {
 
 enum class RendererChoice {
     automatic, ///< the best one that works here
@@ -21,4 +21,4 @@ enum class RendererChoice {
 std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why = nullptr,
                                        CursorStyle cursor = CursorStyle::theme);
 
-} // namespace vantro
+} // namespace vantro::render

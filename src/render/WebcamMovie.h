@@ -1,11 +1,11 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <filesystem>
 #include <memory>
 
-namespace vantro {
+namespace vantro::render {
 
 /// The webcam's picture at any time of a recording, read from "webcam.mov", whose time line is the
 /// recording's own.
@@ -21,7 +21,7 @@ class WebcamMovie {
 
     /// The latest frame not after `seconds`; nothing before the first one. The same pointer is the
     /// same picture. Going forward decodes on; going back seeks.
-    std::shared_ptr<const PixelBuffer> pictureAt(double seconds);
+    std::shared_ptr<const media::PixelBuffer> pictureAt(double seconds);
 
   private:
     struct Opened;
@@ -30,4 +30,4 @@ class WebcamMovie {
     std::unique_ptr<Opened> m_opened; ///< none where there is nothing to show
 };
 
-} // namespace vantro
+} // namespace vantro::render

@@ -1,29 +1,29 @@
 #include "render/ZoomCompositor.h"
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 #include "model/VantroError.h"
-#include "render/CursorImage.h"
-#include "render/FrameLayout.h"
-#include "render/ImageFile.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/FrameLayout.h"
+#include "render/scene/ImageFile.h"
 
 #include <algorithm>
 #include <new>
 #include <optional>
 #include <utility>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 constexpr int largestSide = 32768; // pixels; what a PixelBuffer can hold
 
 [[noreturn]] void fail(std::string_view message) {
-    throw VantroError(VantroError::Kind::exportFailed, message);
+    throw model::VantroError(model::VantroError::Kind::exportFailed, message);
 }
 
 /// Output buffers of the shape that was asked for last.
 class OutputBuffers {
   public:
-    std::shared_ptr<PixelBuffer> take(const CompositionRequest& request) {
+    std::shared_ptr<media::PixelBuffer> take(const media::CompositionRequest& request) {
         if (request.width < 1 || request.height < 1 || request.width > largestSide ||
             request.height > largestSide)
             fail("Failed to create output buffer");
@@ -41,14 +41,14 @@ class OutputBuffers {
 
   private:
     struct Shape {
-        PixelFormat format = PixelFormat::bgra;
+        media::PixelFormat format = media::PixelFormat::bgra;
         int width = 0;
         int height = 0;
         bool operator==(const Shape&) const = default;
     };
 
     Shape m_shape;
-    std::optional<PixelBufferPool> m_pool;
+    std::optional<media::PixelBufferPool> m_pool;
 };
 
 /// A background picture, and the same at a size that suits the canvas: a picture much larger than
@@ -84,9 +84,9 @@ class BackgroundPicture {
 
 struct Webcam {
     ZoomCompositor::WebcamFrames frames;
-    WebcamPosition position = WebcamPosition::bottomRight;
+    model::WebcamPosition position = model::WebcamPosition::bottomRight;
     double sizeFraction = 0;
-    std::shared_ptr<const PixelBuffer> lastFrame;
+    std::shared_ptr<const media::PixelBuffer> lastFrame;
     ImagePointer lastImage; // lastFrame as bgra
 
     ImagePointer imageAt(double t) {
@@ -94,10 +94,10 @@ struct Webcam {
         if (frame != lastFrame) {
             lastFrame = std::move(frame);
             lastImage = lastFrame;
-            if (lastFrame && lastFrame->format() == PixelFormat::i420) {
-                auto image = PixelBuffer::allocate(PixelFormat::bgra, lastFrame->width(),
-                                                   lastFrame->height());
-                convertI420ToBgra(*lastFrame, *image);
+            if (lastFrame && lastFrame->format() == media::PixelFormat::i420) {
+                auto image = media::PixelBuffer::allocate(media::PixelFormat::bgra,
+                                                          lastFrame->width(), lastFrame->height());
+                media::color::convertI420ToBgra(*lastFrame, *image);
                 lastImage = std::move(image);
             }
         }
@@ -105,7 +105,7 @@ struct Webcam {
     }
 };
 
-Size sizeOf(const PixelBuffer& picture) {
+model::Size sizeOf(const media::PixelBuffer& picture) {
     return {static_cast<double>(picture.width()), static_cast<double>(picture.height())};
 }
 
@@ -123,25 +123,26 @@ struct ZoomCompositor::State {
     std::unique_ptr<Renderer> renderer;
     std::shared_ptr<const ZoomAnimator> animator;
     TimeMapper timeMapper;
-    std::optional<BackgroundSettings> background;
+    std::optional<model::BackgroundSettings> background;
     BackgroundPicture backgroundPicture;
-    std::vector<CursorPosition> cursorPositions; // source pixels
+    std::vector<model::CursorPosition> cursorPositions; // source pixels
     double cursorScale = 1;
     std::optional<Webcam> webcam;
     OutputBuffers buffers;
     RenderParams lastParams;
-    std::shared_ptr<const PixelBuffer> lastOutput;
+    std::shared_ptr<const media::PixelBuffer> lastOutput;
 
-    RenderParams parametersFor(const CompositionRequest& request, const ZoomKeyframe& keyframe,
-                               double t);
-    std::shared_ptr<const PixelBuffer> untouched(const CompositionRequest& request);
-    std::shared_ptr<const PixelBuffer> drawn(const RenderParams& params,
-                                             const CompositionRequest& request);
+    RenderParams parametersFor(const media::CompositionRequest& request,
+                               const ZoomKeyframe& keyframe, double t);
+    std::shared_ptr<const media::PixelBuffer> untouched(const media::CompositionRequest& request);
+    std::shared_ptr<const media::PixelBuffer> drawn(const RenderParams& params,
+                                                    const media::CompositionRequest& request);
 };
 
-RenderParams ZoomCompositor::State::parametersFor(const CompositionRequest& request,
+RenderParams ZoomCompositor::State::parametersFor(const media::CompositionRequest& request,
                                                   const ZoomKeyframe& keyframe, double t) {
-    const Size canvas{static_cast<double>(request.width), static_cast<double>(request.height)};
+    const model::Size canvas{static_cast<double>(request.width),
+                             static_cast<double>(request.height)};
     RenderParams params;
     params.source = request.sourceFrame.pixels;
     params.canvasWidth = request.width;
@@ -150,7 +151,7 @@ RenderParams ZoomCompositor::State::parametersFor(const CompositionRequest& requ
     params.hasBackground = background.has_value();
     setInset(params, recordingInset(canvas, sizeOf(*params.source), background));
     if (background) {
-        if (const auto* color = std::get_if<BackgroundColor>(&background->type))
+        if (const auto* color = std::get_if<model::BackgroundColor>(&background->type))
             params.bgColor =
                 RenderColor{static_cast<float>(color->red), static_cast<float>(color->green),
                             static_cast<float>(color->blue), 1};
@@ -174,12 +175,12 @@ RenderParams ZoomCompositor::State::parametersFor(const CompositionRequest& requ
 }
 
 /// The source frame as it is, in the size and format that were asked for.
-std::shared_ptr<const PixelBuffer>
-ZoomCompositor::State::untouched(const CompositionRequest& request) {
+std::shared_ptr<const media::PixelBuffer>
+ZoomCompositor::State::untouched(const media::CompositionRequest& request) {
     const auto& source = request.sourceFrame.pixels;
     const bool sameSize = source->width() == request.width && source->height() == request.height;
-    const bool readable =
-        source->format() == PixelFormat::bgra || source->color() == ColorDescription{};
+    const bool readable = source->format() == media::PixelFormat::bgra ||
+                          source->color() == media::ColorDescription{};
     if (sameSize && source->format() == request.outputFormat && readable)
         return source;
     // A recording that covers the whole canvas of a frame with a background is drawn stretched
@@ -195,8 +196,8 @@ ZoomCompositor::State::untouched(const CompositionRequest& request) {
     return drawn(params, request);
 }
 
-std::shared_ptr<const PixelBuffer> ZoomCompositor::State::drawn(const RenderParams& params,
-                                                                const CompositionRequest& request) {
+std::shared_ptr<const media::PixelBuffer>
+ZoomCompositor::State::drawn(const RenderParams& params, const media::CompositionRequest& request) {
     if (lastOutput && lastOutput->format() == request.outputFormat && params == lastParams)
         return lastOutput;
     auto output = buffers.take(request);
@@ -218,10 +219,10 @@ void ZoomCompositor::setAnimator(std::shared_ptr<const ZoomAnimator> animator) {
     m_state->animator = std::move(animator);
 }
 
-void ZoomCompositor::setBackgroundSettings(std::optional<BackgroundSettings> settings) {
+void ZoomCompositor::setBackgroundSettings(std::optional<model::BackgroundSettings> settings) {
     m_state->background = std::move(settings);
     const auto* image = m_state->background
-                            ? std::get_if<BackgroundImageSource>(&m_state->background->type)
+                            ? std::get_if<model::BackgroundImageSource>(&m_state->background->type)
                             : nullptr;
     if (image != nullptr)
         m_state->backgroundPicture.load(image->url);
@@ -233,24 +234,26 @@ void ZoomCompositor::setTimeMapper(TimeMapper mapper) {
     m_state->timeMapper = std::move(mapper);
 }
 
-void ZoomCompositor::setCursor(const std::vector<CursorPosition>& positions,
+void ZoomCompositor::setCursor(const std::vector<model::CursorPosition>& positions,
                                double displayScaleFactor, double cursorScale) {
     m_state->cursorPositions = positions;
-    for (CursorPosition& position : m_state->cursorPositions) {
+    for (model::CursorPosition& position : m_state->cursorPositions) {
         position.x *= displayScaleFactor;
         position.y *= displayScaleFactor;
     }
     m_state->cursorScale = cursorScale;
 }
 
-void ZoomCompositor::setWebcam(WebcamFrames frames, WebcamPosition position, double sizeFraction) {
+void ZoomCompositor::setWebcam(WebcamFrames frames, model::WebcamPosition position,
+                               double sizeFraction) {
     m_state->webcam.emplace();
     m_state->webcam->frames = std::move(frames);
     m_state->webcam->position = position;
     m_state->webcam->sizeFraction = sizeFraction;
 }
 
-std::shared_ptr<const PixelBuffer> ZoomCompositor::compose(const CompositionRequest& request) {
+std::shared_ptr<const media::PixelBuffer>
+ZoomCompositor::compose(const media::CompositionRequest& request) {
     State& state = *m_state;
     if (!state.animator)
         fail("No zoom animator configured");
@@ -267,23 +270,25 @@ std::shared_ptr<const PixelBuffer> ZoomCompositor::compose(const CompositionRequ
     return state.drawn(params, request);
 }
 
-std::optional<Point> interpolatedCursor(const std::vector<CursorPosition>& positions, double t) {
+std::optional<model::Point> interpolatedCursor(const std::vector<model::CursorPosition>& positions,
+                                               double t) {
     if (positions.empty())
         return {};
-    const CursorPosition& first = positions.front();
-    const CursorPosition& last = positions.back();
+    const model::CursorPosition& first = positions.front();
+    const model::CursorPosition& last = positions.back();
     if (!(t > first.timestamp))
-        return Point{first.x, first.y};
+        return model::Point{first.x, first.y};
     if (t >= last.timestamp)
-        return Point{last.x, last.y};
-    const auto next = std::upper_bound(
-        positions.begin(), positions.end(), t,
-        [](double time, const CursorPosition& position) { return time < position.timestamp; });
-    const CursorPosition& high = *next;
-    const CursorPosition& low = *std::prev(next);
+        return model::Point{last.x, last.y};
+    const auto next = std::upper_bound(positions.begin(), positions.end(), t,
+                                       [](double time, const model::CursorPosition& position) {
+                                           return time < position.timestamp;
+                                       });
+    const model::CursorPosition& high = *next;
+    const model::CursorPosition& low = *std::prev(next);
     const double span = high.timestamp - low.timestamp;
     const double share = span > 0 ? (t - low.timestamp) / span : 0;
-    return Point{low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
+    return model::Point{low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
 }
 
-} // namespace vantro
+} // namespace vantro::render

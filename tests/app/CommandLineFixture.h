@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ProjectPackage.h"
+#include "app/files/ProjectPackage.h"
 #include "export/RecordingFixture.h"
 
 #include <cstdio>
@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-namespace vantro::testing {
+namespace vantro::test {
 
 struct Result {
     int exitCode = -1;
@@ -46,13 +46,13 @@ class CommandLine : public ::testing::Test {
     }
 
     void save(const std::string& name) {
-        saveProject(folder / name, folder / "recording.mov", project);
+        app::files::saveProject(folder / name, folder / "recording.mov", project);
     }
     std::string path(const std::string& name) const { return "'" + (folder / name).string() + "'"; }
     bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
 
     TemporaryFolder folder;
-    ProjectData project;
+    model::ProjectData project;
 };
 
-} // namespace vantro::testing
+} // namespace vantro::test

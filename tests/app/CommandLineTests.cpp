@@ -5,25 +5,25 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 using ::testing::HasSubstr;
 
 TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     const auto exported =
-        vantro("export --json " + path("sample.vantro") + " --output " + path("out.mp4"));
+        test::vantro("export --json " + path("sample.vantro") + " --output " + path("out.mp4"));
     ASSERT_EQ(exported.exitCode, 0) << exported.output;
     EXPECT_THAT(exported.output, HasSubstr(R"("event":"finished")"));
-    EXPECT_EQ(probe(folder / "out.mp4")["streams"][0]["nb_read_frames"], "60");
+    EXPECT_EQ(test::probe(folder / "out.mp4")["streams"][0]["nb_read_frames"], "60");
 
-    const auto frame = vantro("frame " + path("sample.vantro") +
-                              " --time 1.1 --resolution 720p --output " + path("frame.png"));
+    const auto frame = test::vantro("frame " + path("sample.vantro") +
+                                    " --time 1.1 --resolution 720p --output " + path("frame.png"));
     ASSERT_EQ(frame.exitCode, 0) << frame.output;
-    EXPECT_EQ(probe(folder / "frame.png")["streams"][0]["width"], 1280);
+    EXPECT_EQ(test::probe(folder / "frame.png")["streams"][0]["width"], 1280);
 
-    const auto inspected = vantro("inspect --json --keyframes 10 " + path("sample.vantro"));
+    const auto inspected = test::vantro("inspect --json --keyframes 10 " + path("sample.vantro"));
     ASSERT_EQ(inspected.exitCode, 0) << inspected.output;
     const auto document = nlohmann::json::parse(inspected.output);
     EXPECT_NEAR(document["sourceDuration"].get<double>(), 2.0, 0.001);
@@ -41,11 +41,11 @@ TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
 TEST_F(CommandLine, KeepsExistingFilesUnlessForced) {
     std::ofstream(folder / "out.mp4") << "earlier";
     const auto command = "export " + path("sample.vantro") + " --output " + path("out.mp4");
-    const auto refused = vantro(command);
+    const auto refused = test::vantro(command);
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.output, HasSubstr("--force"));
     EXPECT_EQ(std::filesystem::file_size(folder / "out.mp4"), 7U);
-    EXPECT_EQ(vantro(command + " --force").exitCode, 0);
+    EXPECT_EQ(test::vantro(command + " --force").exitCode, 0);
     EXPECT_GT(std::filesystem::file_size(folder / "out.mp4"), 7U);
 }
 
@@ -55,15 +55,15 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
           "export a.vantro --output b.mp4 --resolution 8k", "inspect a.vantro --keyframes none",
           "frame a.vantro --output b.png", "record --output a.vantro --seconds -3",
           "record --output a.mov"})
-        EXPECT_EQ(vantro(arguments).exitCode, 2) << arguments;
-    EXPECT_EQ(vantro("--help").exitCode, 0);
-    EXPECT_EQ(vantro("export --help").exitCode, 0);
+        EXPECT_EQ(test::vantro(arguments).exitCode, 2) << arguments;
+    EXPECT_EQ(test::vantro("--help").exitCode, 0);
+    EXPECT_EQ(test::vantro("export --help").exitCode, 0);
 }
 
 TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
     const struct {
         const char* name;
-        std::function<void(ProjectData&)> spoil;
+        std::function<void(model::ProjectData&)> spoil;
         const char* message;
     } cases[]{
         {"speed", [](auto& p) { p.segments[0].speed = 0; }, "segments[0].speed"},
@@ -76,7 +76,7 @@ TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
         project = original;
         spoil(project);
         save("bad.vantro");
-        const auto result = vantro("inspect " + path("bad.vantro"));
+        const auto result = test::vantro("inspect " + path("bad.vantro"));
         EXPECT_EQ(result.exitCode, 1) << name;
         EXPECT_THAT(result.output, HasSubstr(message)) << name;
         EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1)
@@ -86,7 +86,7 @@ TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
 
 TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     const auto fails = [&](const std::string& arguments, const std::string& message) {
-        const auto result = vantro(arguments);
+        const auto result = test::vantro(arguments);
         EXPECT_EQ(result.exitCode, 1) << arguments;
         EXPECT_THAT(result.output, HasSubstr(message)) << arguments;
     };
@@ -109,4 +109,4 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::app

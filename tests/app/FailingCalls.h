@@ -10,7 +10,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro::testing {
+namespace vantro::test {
 
 /// How calls that change files below a folder go wrong, as FailingFiles.cpp reads it.
 struct Manner {
@@ -70,4 +70,4 @@ inline void expectClearError(const FailedRun& run, const std::filesystem::path& 
     EXPECT_EQ(std::ranges::count(run.result.output, '\n'), 1);
 }
 
-} // namespace vantro::testing
+} // namespace vantro::test

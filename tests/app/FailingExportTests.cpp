@@ -1,12 +1,12 @@
 // Exports by the program itself on disks that fail: at every single call that changes a file.
 #include "app/FailingCalls.h"
-namespace vantro {
+namespace vantro::app {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 
 /// Exports a project into a folder that holds one earlier file.
-class FailingExport : public CommandLine, public ::testing::WithParamInterface<const char*> {
+class FailingExport : public test::CommandLine, public ::testing::WithParamInterface<const char*> {
   protected:
     FailingExport() {
         project.segments = {{.startFraction = 0, .endFraction = 0.6, .speed = 2}};
@@ -25,12 +25,12 @@ class FailingExport : public CommandLine, public ::testing::WithParamInterface<c
         EXPECT_EQ(std::filesystem::file_size(target()), 7U);
     }
 
-    int exportAtEveryCall(const Manner& manner, const std::function<void()>& prepare,
-                          const std::function<void(const FailedRun&)>& check) const {
-        return forEveryCall(manner, out, "-u DISPLAY",
-                            "export --force " + path("short.vantro") + " --output '" +
-                                target().string() + "'",
-                            prepare, check);
+    int exportAtEveryCall(const test::Manner& manner, const std::function<void()>& prepare,
+                          const std::function<void(const test::FailedRun&)>& check) const {
+        return test::forEveryCall(manner, out, "-u DISPLAY",
+                                  "export --force " + path("short.vantro") + " --output '" +
+                                      target().string() + "'",
+                                  prepare, check);
     }
 
     std::filesystem::path out = folder / "out";
@@ -38,11 +38,11 @@ class FailingExport : public CommandLine, public ::testing::WithParamInterface<c
 
 TEST_P(FailingExport, leavesTheEarlierFileWhicheverCallFails) {
     for (const auto& manner :
-         {Manner::onwards(ENOSPC), Manner::onwards(EROFS), Manner::once(EIO)}) {
+         {test::Manner::onwards(ENOSPC), test::Manner::onwards(EROFS), test::Manner::once(EIO)}) {
         const int calls = exportAtEveryCall(
             manner, [&] { writeEarlierFile(); },
-            [&](const FailedRun& run) {
-                expectClearError(run, target(), manner.error);
+            [&](const test::FailedRun& run) {
+                test::expectClearError(run, target(), manner.error);
                 expectOnlyEarlierFile();
             });
         EXPECT_GE(calls, 4); // it is made, written, synced and renamed
@@ -51,25 +51,25 @@ TEST_P(FailingExport, leavesTheEarlierFileWhicheverCallFails) {
 
 TEST_P(FailingExport, tellsWhenItsFileVanishes) {
     exportAtEveryCall(
-        Manner::vanish(), [&] { std::filesystem::create_directories(out); },
-        [&](const FailedRun& run) {
-            expectClearError(run, target(), ENOENT);
+        test::Manner::vanish(), [&] { std::filesystem::create_directories(out); },
+        [&](const test::FailedRun& run) {
+            test::expectClearError(run, target(), ENOENT);
             EXPECT_FALSE(std::filesystem::exists(out));
         });
 }
 
 TEST_P(FailingExport, writesWholeFilesWhereTheDiskTakesThemInParts) {
     writeEarlierFile();
-    ASSERT_EQ(vantro("export --force " + path("short.vantro") + " --output " + path("whole") + "." +
-                     GetParam())
+    ASSERT_EQ(test::vantro("export --force " + path("short.vantro") + " --output " + path("whole") +
+                           "." + GetParam())
                   .exitCode,
               0);
-    const auto whole = probe(folder / (std::string("whole.") + GetParam()));
+    const auto whole = test::probe(folder / (std::string("whole.") + GetParam()));
     exportAtEveryCall(
-        Manner::shortWrites(), [&] { writeEarlierFile(); },
-        [&](const FailedRun& run) {
+        test::Manner::shortWrites(), [&] { writeEarlierFile(); },
+        [&](const test::FailedRun& run) {
             EXPECT_EQ(run.result.exitCode, 0);
-            const auto found = probe(target());
+            const auto found = test::probe(target());
             EXPECT_EQ(found["streams"], whole["streams"]);
             EXPECT_EQ(found["format"]["size"], whole["format"]["size"]);
         });
@@ -79,4 +79,4 @@ INSTANTIATE_TEST_SUITE_P(Formats, FailingExport, ::testing::Values("mp4", "gif")
                          [](const auto& test) { return std::string(test.param); });
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::app

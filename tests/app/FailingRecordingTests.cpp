@@ -3,10 +3,10 @@
 #include "media/Asset.h"
 #include "support/TestWindow.h"
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 
 class FailingRecording : public ::testing::Test {
   protected:
@@ -27,14 +27,14 @@ class FailingRecording : public ::testing::Test {
     /// Whether there was anything to recover; if so it is a movie now.
     bool isRecovered(const std::filesystem::path& movie) const {
         const auto made = folder / "recovered.vantro";
-        const auto result = vantro(fmt::format("recover '{}' --force --output '{}'",
-                                               movie.parent_path().string(), made.string()),
-                                   environment);
+        const auto result = test::vantro(fmt::format("recover '{}' --force --output '{}'",
+                                                     movie.parent_path().string(), made.string()),
+                                         environment);
         if (result.exitCode != 0) {
             EXPECT_THAT(result.output, ::testing::HasSubstr("No picture was recorded"));
             return false;
         }
-        EXPECT_GT(Asset::open(made / "recording.mov").duration().seconds(), 0);
+        EXPECT_GT(media::Asset::open(made / "recording.mov").duration().seconds(), 0);
         return true;
     }
 
@@ -44,21 +44,21 @@ class FailingRecording : public ::testing::Test {
     }
 
     const test::XServer server;
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     std::filesystem::path work = folder / "work";
     std::string environment;
 };
 
 /// The error that the user is told. A folder that cannot be made is noticed when the movie in it
 /// cannot be opened.
-int toldError(const FailedRun& run, const Manner& manner) {
+int toldError(const test::FailedRun& run, const test::Manner& manner) {
     const bool isMissingFolder = run.what.starts_with("mkdir") && manner.text.starts_with("once") &&
                                  !run.what.contains(".vantro");
     return isMissingFolder ? ENOENT : manner.error;
 }
 
 /// A journal is given up, and the recording goes on without, unless it cannot even be made.
-bool mayGoOn(const FailedRun& run, const Manner& manner) {
+bool mayGoOn(const test::FailedRun& run, const test::Manner& manner) {
     const bool isJournal = run.what.ends_with(".journal") || run.what.ends_with(".cursor");
     return isJournal && !run.what.starts_with("open") && manner.text.starts_with("once");
 }
@@ -75,37 +75,38 @@ TEST_F(FailingRecording, keepsTheMovieAndTheEarlierProjectWhicheverCallFails) {
         std::filesystem::create_directories(package);
         std::ofstream(package / "project.json") << "earlier";
     };
-    for (const auto& manner : {Manner::onwards(ENOSPC), Manner::once(EIO)}) {
+    for (const auto& manner : {test::Manner::onwards(ENOSPC), test::Manner::once(EIO)}) {
         int wholeMovies = 0;
         int recovered = 0;
-        forEveryCall(manner, work, environment,
-                     "record --force --seconds 0.1 --output '" + package.string() + "'", prepare,
-                     [&](const FailedRun& run) {
-                         const auto kept = movies();
-                         if (mayGoOn(run, manner)) {
-                             EXPECT_EQ(run.result.exitCode, 0);
-                             EXPECT_TRUE(std::filesystem::exists(package / "recording.mov"));
-                             return;
-                         }
-                         expectClearError(run, kept.empty() ? work : kept.front().parent_path(),
-                                          toldError(run, manner));
-                         EXPECT_EQ(std::filesystem::file_size(package / "project.json"), 7U);
-                         EXPECT_LE(kept.size(), 1U);
-                         const std::filesystem::directory_iterator left(work);
-                         EXPECT_LE(std::distance(left, {}), 2); // beside the project: recordings
-                         if (kept.empty())
-                             return;
-                         if (!isClosed(kept.front())) {
-                             recovered += isRecovered(kept.front());
-                             return;
-                         }
-                         EXPECT_GT(Asset::open(kept.front()).duration().seconds(), 0.05);
-                         ++wholeMovies;
-                     });
+        test::forEveryCall(
+            manner, work, environment,
+            "record --force --seconds 0.1 --output '" + package.string() + "'", prepare,
+            [&](const test::FailedRun& run) {
+                const auto kept = movies();
+                if (mayGoOn(run, manner)) {
+                    EXPECT_EQ(run.result.exitCode, 0);
+                    EXPECT_TRUE(std::filesystem::exists(package / "recording.mov"));
+                    return;
+                }
+                test::expectClearError(run, kept.empty() ? work : kept.front().parent_path(),
+                                       toldError(run, manner));
+                EXPECT_EQ(std::filesystem::file_size(package / "project.json"), 7U);
+                EXPECT_LE(kept.size(), 1U);
+                const std::filesystem::directory_iterator left(work);
+                EXPECT_LE(std::distance(left, {}), 2); // beside the project: recordings
+                if (kept.empty())
+                    return;
+                if (!isClosed(kept.front())) {
+                    recovered += isRecovered(kept.front());
+                    return;
+                }
+                EXPECT_GT(media::Asset::open(kept.front()).duration().seconds(), 0.05);
+                ++wholeMovies;
+            });
         EXPECT_GE(recovered, 2);   // a picture, a second one or the index could not be written
         EXPECT_GE(wholeMovies, 5); // the package is made, linked, written, synced and put in place
     }
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::app

@@ -1,6 +1,6 @@
 // `vantro record` run as a user runs it, on a private X server; the projects it makes looked into.
-#include "app/ProjectPackage.h"
 #include "app/cli/RecordingWatch.h"
+#include "app/files/ProjectPackage.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "export/RecordingFixture.h"
@@ -20,14 +20,14 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
 using test::hasColor;
 using test::TestWindow;
 using test::XServer;
 using ::testing::HasSubstr;
-using vantro::testing::TemporaryFolder;
+using vantro::test::TemporaryFolder;
 using namespace test::colors;
 
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless
@@ -61,15 +61,17 @@ class RecordCommand : public ::testing::Test {
         return result;
     }
 
-    std::vector<VideoFrame> frames() const { return test::framesOf(project / "recording.mov"); }
+    std::vector<media::VideoFrame> frames() const {
+        return test::framesOf(project / "recording.mov");
+    }
 
-    XServer server;
-    TemporaryFolder folder;
+    test::XServer server;
+    test::TemporaryFolder folder;
     std::filesystem::path project = folder / "made.vantro";
 };
 
 TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
-    TestWindow window(server, {0, 0, 640, 480}, red);
+    test::TestWindow window(server, {0, 0, 640, 480}, red);
     window.fill({100, 50, 60, 40}, green);
     test::Pointer hand(server);
     const auto result = record("--mode area --rect 100,50,301,201 --seconds 0.7", [&] {
@@ -82,51 +84,52 @@ TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
     const auto first = frames().at(0).pixels;
     EXPECT_EQ(first->width(), 300);
     EXPECT_EQ(first->height(), 200);
-    EXPECT_TRUE(hasColor(*first, 2, 2, green, codingTolerance));
-    EXPECT_TRUE(hasColor(*first, 56, 36, green, codingTolerance));
-    EXPECT_TRUE(hasColor(*first, 64, 20, red, codingTolerance));
-    const auto click = readProjectFile(project).metadata.clickEvents.at(0);
-    EXPECT_EQ((Point{click.x, click.y}), (Point{30, 20}));
+    EXPECT_TRUE(test::hasColor(*first, 2, 2, green, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*first, 56, 36, green, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*first, 64, 20, red, codingTolerance));
+    const auto click = files::readProjectFile(project).metadata.clickEvents.at(0);
+    EXPECT_EQ((model::Point{click.x, click.y}), (model::Point{30, 20}));
 }
 
 TEST_F(RecordCommand, ClipsAnAreaThatReachesBeyondTheScreen) {
-    TestWindow window(server, {0, 0, 640, 480}, blue);
+    test::TestWindow window(server, {0, 0, 640, 480}, blue);
     const auto result = record("--mode area --rect=-50,400,150,300 --seconds 0.3");
     ASSERT_EQ(result.exitCode, 0) << result.output;
     const auto first = frames().at(0).pixels;
     EXPECT_EQ(first->width(), 100);
     EXPECT_EQ(first->height(), 80);
-    EXPECT_TRUE(hasColor(*first, 99, 79, blue, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*first, 99, 79, blue, codingTolerance));
 }
 
 TEST_F(RecordCommand, RecordsACoveredWindowUntilItIsClosed) {
-    TestWindow window(server, {300, 100, 200, 120}, red, {.title = "Quarterly Report"});
-    const TestWindow cover(server, {0, 0, 640, 480}, blue);
+    test::TestWindow window(server, {300, 100, 200, 120}, red, {.title = "Quarterly Report"});
+    const test::TestWindow cover(server, {0, 0, 640, 480}, blue);
     const auto result =
         record("--mode window --window-title 'quarterly rep'", [&] { window.close(); });
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("the window was closed; the recording holds what it"));
     const auto first = frames().at(0).pixels;
     EXPECT_EQ(first->width(), 200);
-    EXPECT_TRUE(hasColor(*first, 100, 60, red, codingTolerance));
-    EXPECT_EQ(readProjectFile(project).metadata.captureRect, (Rect{300, 100, 200, 120}));
+    EXPECT_TRUE(test::hasColor(*first, 100, 60, red, codingTolerance));
+    EXPECT_EQ(files::readProjectFile(project).metadata.captureRect,
+              (model::Rect{300, 100, 200, 120}));
 }
 
 TEST_F(RecordCommand, WaitsBeforeItStarts) {
-    const TestWindow window(server, {300, 100, 200, 120}, red, {.title = "Report"});
-    const auto before = hostNow();
+    const test::TestWindow window(server, {300, 100, 200, 120}, red, {.title = "Report"});
+    const auto before = base::hostNow();
     const auto result = record(
         fmt::format("--mode window --window {} --delay 0.6 --seconds 0.2 --json", window.id()));
     ASSERT_EQ(result.exitCode, 0) << result.output;
-    EXPECT_GT(inSeconds(hostNow() - before), 0.8);
-    EXPECT_LT(readProjectFile(project).metadata.endTime, 0.5);
+    EXPECT_GT(base::inSeconds(base::hostNow() - before), 0.8);
+    EXPECT_LT(files::readProjectFile(project).metadata.endTime, 0.5);
     EXPECT_THAT(result.output, HasSubstr("\"cpuPercent\":"));
 }
 
 /// Paints coloured blocks all over a window for as long as it lives, which no encoder packs well.
 class Painting {
   public:
-    explicit Painting(TestWindow& window)
+    explicit Painting(test::TestWindow& window)
         : m_thread([&window](const std::stop_token& stop) {
             std::mt19937 random(1);
             while (!stop.stop_requested()) {
@@ -141,7 +144,7 @@ class Painting {
 };
 
 TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
-    TestWindow window(server, {0, 0, 640, 480}, red);
+    test::TestWindow window(server, {0, 0, 640, 480}, red);
     const Painting painting(window);
     const auto result = record("--max-size 0.7MB --seconds 30");
     ASSERT_EQ(result.exitCode, 0) << result.output;
@@ -153,24 +156,24 @@ TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
 }
 
 TEST_F(RecordCommand, RecordsOneFrameHoweverSmallTheSizeAllowed) {
-    const TestWindow window(server, {0, 0, 640, 480}, red);
+    const test::TestWindow window(server, {0, 0, 640, 480}, red);
     const auto result = record("--max-size 1 --seconds 30 --json");
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("\"endedBy\":\"maxSize\""));
-    EXPECT_TRUE(hasColor(*frames().at(0).pixels, 320, 240, red, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*frames().at(0).pixels, 320, 240, red, codingTolerance));
 }
 
 TEST_F(RecordCommand, KeepsTheMovieUpToWhereTheServerDied) {
-    const TestWindow window(server, {0, 0, 640, 480}, green);
+    const test::TestWindow window(server, {0, 0, 640, 480}, green);
     const auto result = record("--seconds 30 --json", [&] { server.crash(); });
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("\"endedBy\":\"streamStopped\""));
     EXPECT_THAT(result.output, HasSubstr("the connection to the display was lost; the recording"));
-    EXPECT_TRUE(hasColor(*frames().at(0).pixels, 320, 240, green, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*frames().at(0).pixels, 320, 240, green, codingTolerance));
 }
 
 TEST_F(RecordCommand, EndsWithTheReasonWhenTheDiskIsFull) {
-    TestWindow window(server, {0, 0, 640, 480}, red);
+    test::TestWindow window(server, {0, 0, 640, 480}, red);
     const Painting painting(window);
     // The shell lets files grow to 3000 blocks of 512 bytes.
     const auto result = record("--seconds 30", {}, "trap '' XFSZ; ulimit -f 3000;");
@@ -186,14 +189,14 @@ TEST_F(RecordCommand, EndsWithTheReasonWhenTheDiskIsFull) {
 }
 
 TEST(ByteSize, MayHaveAUnit) {
-    EXPECT_EQ(parseByteSize("800000"), 800'000);
-    EXPECT_EQ(parseByteSize("500M"), 500'000'000);
-    EXPECT_EQ(parseByteSize("1.5 gb"), 1'500'000'000);
-    EXPECT_EQ(parseByteSize("2T"), 2'000'000'000'000);
-    EXPECT_EQ(parseByteSize("0.5k"), 500);
+    EXPECT_EQ(cli::parseByteSize("800000"), 800'000);
+    EXPECT_EQ(cli::parseByteSize("500M"), 500'000'000);
+    EXPECT_EQ(cli::parseByteSize("1.5 gb"), 1'500'000'000);
+    EXPECT_EQ(cli::parseByteSize("2T"), 2'000'000'000'000);
+    EXPECT_EQ(cli::parseByteSize("0.5k"), 500);
     for (const auto* wrong : {"", "M", "0", "-5M", "500X", "500MM", "5 0M", "1e9", "nan", "inf",
                               "0.5", "10000000T", "500M "})
-        EXPECT_FALSE(parseByteSize(wrong)) << wrong;
+        EXPECT_FALSE(cli::parseByteSize(wrong)) << wrong;
 }
 
 TEST_F(RecordCommand, SaysWhatIsWrongWithWhatIsSelected) {
@@ -223,4 +226,4 @@ TEST_F(RecordCommand, SaysWhatIsWrongWithWhatIsSelected) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::app

@@ -1,5 +1,5 @@
 // Recordings killed in the middle, and `vantro recover` run over what they leave.
-#include "app/ProjectPackage.h"
+#include "app/files/ProjectPackage.h"
 #include "base/HostClock.h"
 #include "capture/MovieFrames.h"
 #include "export/RecordingFixture.h"
@@ -22,14 +22,14 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
 namespace fs = std::filesystem;
 using test::TestWindow;
 using test::XServer;
 using ::testing::HasSubstr;
-using vantro::testing::TemporaryFolder;
+using vantro::test::TemporaryFolder;
 
 constexpr double mostLost = 1; // seconds
 
@@ -52,7 +52,7 @@ Result run(const std::string& command) {
 /// A `vantro record` of one area, until it is killed. Its recording lies below `folder`.
 class Recording {
   public:
-    Recording(const XServer& server, const fs::path& folder, const std::string& rect)
+    Recording(const test::XServer& server, const fs::path& folder, const std::string& rect)
         : m_folder(folder) {
         fs::create_directories(folder);
         const auto command =
@@ -76,7 +76,7 @@ class Recording {
         ::kill(m_process, SIGKILL);
         ::waitpid(m_process, nullptr, 0);
         m_process = -1;
-        killed = hostNow();
+        killed = base::hostNow();
     }
 
     /// Where its files lie; empty before there are any.
@@ -86,7 +86,7 @@ class Recording {
         return found == fs::directory_iterator() ? fs::path() : found->path();
     }
 
-    HostTime killed;
+    base::HostTime killed;
 
     /// Waits until a picture is safe on disk: before, there is nothing to recover.
     void awaitFirstPicture() const {
@@ -111,25 +111,25 @@ class Recovery : public ::testing::Test {
                                files.string(), project.string()));
     }
 
-    const XServer server;
-    TemporaryFolder folder;
+    const test::XServer server;
+    test::TemporaryFolder folder;
 };
 
 /// The screen's left half changes every 50 ms and tells when; its right half stands still.
 class ChangingScreen {
   public:
-    explicit ChangingScreen(const XServer& server)
+    explicit ChangingScreen(const test::XServer& server)
         : m_changing(server, {0, 0, 320, 480}, colorOf(0)), m_still(server, {320, 0, 320, 480}, 0) {
-        m_painted.push_back(hostNow());
+        m_painted.push_back(base::hostNow());
     }
 
     void change() {
         m_changing.fill(colorOf(m_painted.size()));
-        m_painted.push_back(hostNow());
+        m_painted.push_back(base::hostNow());
     }
 
     /// When the left half got the brightness of this picture, at the latest before `end`.
-    HostTime paintedBefore(HostTime end, const PixelBuffer& picture) const {
+    base::HostTime paintedBefore(base::HostTime end, const media::PixelBuffer& picture) const {
         const auto level = std::lround((picture.row(0, 10)[10] - 16) / 219.0 * levels);
         for (auto i = m_painted.size(); i-- > 0;)
             if (m_painted[i] < end && static_cast<long>(i % levels) == level)
@@ -145,9 +145,9 @@ class ChangingScreen {
         return gray * 0x010101U;
     }
 
-    TestWindow m_changing;
-    TestWindow m_still;
-    std::vector<HostTime> m_painted;
+    test::TestWindow m_changing;
+    test::TestWindow m_still;
+    std::vector<base::HostTime> m_painted;
 };
 
 TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
@@ -166,8 +166,8 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
     }
     for (const auto& recording : running)
         recording->awaitFirstPicture();
-    const auto begun = hostNow();
-    std::vector<HostTime> clicks;
+    const auto begun = base::hostNow();
+    std::vector<base::HostTime> clicks;
     for (int now = 0; now <= 60; ++now) {
         screen.change();
         if (now % 10 == 3)
@@ -183,22 +183,22 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
         const auto project = folder / (std::to_string(i) + ".vantro");
         const auto result = recover(running[i]->files(), project);
         ASSERT_EQ(result.exitCode, 0) << name << ": " << result.output;
-        const auto metadata = readProjectFile(project).metadata;
-        const auto kept = std::ranges::count_if(clicks, [&](HostTime click) {
+        const auto metadata = files::readProjectFile(project).metadata;
+        const auto kept = std::ranges::count_if(clicks, [&](base::HostTime click) {
             return click < running[i]->killed - std::chrono::milliseconds(200);
         });
         ASSERT_GE(std::ssize(metadata.clickEvents), std::max<std::ptrdiff_t>(kept, 1)) << name;
         // The first click tells when the recording's time began.
-        const auto lived =
-            inSeconds(running[i]->killed - clicks.front()) + metadata.clickEvents.front().timestamp;
-        const auto length = Asset::open(project / "recording.mov").duration().seconds();
+        const auto lived = base::inSeconds(running[i]->killed - clicks.front()) +
+                           metadata.clickEvents.front().timestamp;
+        const auto length = media::Asset::open(project / "recording.mov").duration().seconds();
         EXPECT_GT(metadata.endTime, lived - mostLost) << name;
         EXPECT_LE(metadata.endTime, lived) << name;
         EXPECT_NEAR(length, metadata.endTime, 0.1) << name;
         const auto frames = test::framesOf(project / "recording.mov");
         if (i % 2 == 0) {
             const auto shown = screen.paintedBefore(running[i]->killed, *frames.back().pixels);
-            EXPECT_LT(inSeconds(running[i]->killed - shown), mostLost) << name;
+            EXPECT_LT(base::inSeconds(running[i]->killed - shown), mostLost) << name;
         }
     }
 }
@@ -227,4 +227,4 @@ TEST_F(Recovery, ListsWhatIsInterruptedAndLeavesWhatIsUnderWay) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::app

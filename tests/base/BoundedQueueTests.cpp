@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 TEST(BoundedQueue, RefusesItemsBeyondItsCapacityAndLeavesThemWithTheCaller) {
@@ -75,4 +75,4 @@ TEST(BoundedQueue, ReleasesThoseWhoWaitWhenItIsClosed) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::base

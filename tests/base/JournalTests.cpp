@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 using ::testing::ElementsAre;
@@ -45,4 +45,4 @@ TEST(Journal, WritesNothingBehindATornLineAndTellsWhatCannotBeOpened) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::base

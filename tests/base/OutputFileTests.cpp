@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 using testing::HasSubstr;
@@ -108,4 +108,4 @@ TEST(OutputFile, KeepsTheEarlierFileWhenRoomRunsOutHalfWay) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::base

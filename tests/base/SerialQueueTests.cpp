@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 TEST(SerialQueue, RunsTasksOfSeveralThreadsOneAtATimeAndEachThreadsInOrder) {
@@ -79,4 +79,4 @@ TEST(SerialQueueDeathTest, SyncFromItsOwnThreadIsFatalInsteadOfADeadlock) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::base

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::base {
 namespace {
 
 TEST(WorkerPool, CallsEachIndexOnceInEveryLoopWithAWorkerNumberOfItsOwn) {
@@ -44,4 +44,4 @@ TEST(WorkerPool, WorksOnTheCallersThreadAloneWhenItHasOneWorker) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::base

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <cmath>
 #include <cstdint>
@@ -33,7 +33,7 @@ inline Yuv yuvOf(std::uint32_t color) {
 }
 
 /// Whether an i420 picture has this colour at a pixel, give or take `tolerance` of 255 levels.
-inline bool hasColor(const PixelBuffer& picture, int x, int y, std::uint32_t color,
+inline bool hasColor(const media::PixelBuffer& picture, int x, int y, std::uint32_t color,
                      double tolerance = 1.5) {
     const Yuv wanted = yuvOf(color);
     const int chromaX = x / 2;

@@ -5,19 +5,19 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
     const test::TemporaryFolder folder;
     const auto movie = folder.path() / "recording.mov";
-    RecordingMetadata written;
+    model::RecordingMetadata written;
     written.captureRect = {-10.5, 20, 300, 200};
     written.displayID = 7;
     written.displayScaleFactor = 2;
     CursorJournal journal(movie, written);
-    for (const CursorPosition& position :
-         {CursorPosition{1.0 / 3, -1e-9, 0}, CursorPosition{1e5, 0.1, 0.016}}) {
+    for (const model::CursorPosition& position :
+         {model::CursorPosition{1.0 / 3, -1e-9, 0}, model::CursorPosition{1e5, 0.1, 0.016}}) {
         journal.add(position);
         written.cursorPositions.push_back(position);
     }
@@ -41,4 +41,4 @@ TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

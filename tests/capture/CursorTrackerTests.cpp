@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
@@ -15,12 +15,12 @@ using namespace std::chrono_literals;
 /// A clock that stands still until the test moves it.
 class ScriptedClock final : public CaptureClock {
   public:
-    HostTime now() override {
+    base::HostTime now() override {
         const std::lock_guard lock(m_mutex);
         return m_now;
     }
 
-    void sleepUntil(HostTime deadline, std::stop_token stop) override {
+    void sleepUntil(base::HostTime deadline, std::stop_token stop) override {
         std::unique_lock lock(m_mutex);
         m_sleeperDeadline = deadline;
         m_changed.notify_all();
@@ -29,7 +29,7 @@ class ScriptedClock final : public CaptureClock {
     }
 
     /// Returns when whoever slept has done its work and sleeps again.
-    void moveTo(HostTime time) {
+    void moveTo(base::HostTime time) {
         std::unique_lock lock(m_mutex);
         awaitSleeper(lock);
         m_now = time;
@@ -38,7 +38,7 @@ class ScriptedClock final : public CaptureClock {
     }
 
     /// Moves the time under everybody's feet.
-    void jumpTo(HostTime time) {
+    void jumpTo(base::HostTime time) {
         const std::lock_guard lock(m_mutex);
         m_now = time;
     }
@@ -50,14 +50,14 @@ class ScriptedClock final : public CaptureClock {
 
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
-    HostTime m_now{1000s};
-    std::optional<HostTime> m_sleeperDeadline;
+    base::HostTime m_now{1000s};
+    std::optional<base::HostTime> m_sleeperDeadline;
 };
 
 /// A pointer that stands where the test puts it; presses call the tracker's handlers.
 class ScriptedPointer final : public PointerSource {
   public:
-    Point location() override {
+    model::Point location() override {
         const std::lock_guard lock(m_mutex);
         return m_location;
     }
@@ -75,7 +75,7 @@ class ScriptedPointer final : public PointerSource {
         return std::make_unique<Token>([this, button] { m_handlers.erase(button); });
     }
 
-    void put(Point location) {
+    void put(model::Point location) {
         const std::lock_guard lock(m_mutex);
         m_location = location;
     }
@@ -86,13 +86,13 @@ class ScriptedPointer final : public PointerSource {
 
   private:
     std::mutex m_mutex;
-    Point m_location;
+    model::Point m_location;
     std::map<MouseButton, std::function<void()>> m_handlers;
 };
 
 class CursorTrackerTest : public testing::Test {
   protected:
-    static constexpr Rect captureRect{.x = 100, .y = 50, .width = 800, .height = 600};
+    static constexpr model::Rect captureRect{.x = 100, .y = 50, .width = 800, .height = 600};
     static constexpr double screenHeight = 1080;
 
     std::unique_ptr<CursorTracker> makeTracker() {
@@ -104,7 +104,7 @@ class CursorTrackerTest : public testing::Test {
 };
 
 TEST_F(CursorTrackerTest, SamplesAtOnceAndThenEverySixteenMilliseconds) {
-    const HostTime zero = clock.now();
+    const base::HostTime zero = clock.now();
     pointer->put({.x = 100, .y = 1030}); // the capture rectangle's top-left corner
     const auto tracker = makeTracker();
     clock.jumpTo(zero + 5us); // time zero is the construction, not the start
@@ -115,14 +115,15 @@ TEST_F(CursorTrackerTest, SamplesAtOnceAndThenEverySixteenMilliseconds) {
     pointer->put({.x = 1500, .y = -10});
     clock.moveTo(zero + 32ms + 5us);
     tracker->stop();
-    const std::vector<CursorPosition> expected{{.x = 0, .y = 0, .timestamp = 0.000005},
-                                               {.x = -0.5, .y = -50, .timestamp = 0.017},
-                                               {.x = 1400, .y = 1040, .timestamp = 0.032005}};
+    const std::vector<model::CursorPosition> expected{
+        {.x = 0, .y = 0, .timestamp = 0.000005},
+        {.x = -0.5, .y = -50, .timestamp = 0.017},
+        {.x = 1400, .y = 1040, .timestamp = 0.032005}};
     EXPECT_EQ(tracker->positions(), expected);
 }
 
 TEST_F(CursorTrackerTest, LeavesOutTicksThatTheMachineSleptThrough) {
-    const HostTime zero = clock.now();
+    const base::HostTime zero = clock.now();
     const auto tracker = makeTracker();
     tracker->start();
     clock.moveTo(zero + 100ms); // six ticks at once
@@ -136,7 +137,7 @@ TEST_F(CursorTrackerTest, LeavesOutTicksThatTheMachineSleptThrough) {
 }
 
 TEST_F(CursorTrackerTest, RecordsPressesOfBothButtonsWithFreshIdentitiesAndDefaultZoom) {
-    const HostTime zero = clock.now();
+    const base::HostTime zero = clock.now();
     const auto tracker = makeTracker();
     tracker->start();
     pointer->put({.x = 130, .y = 1000});
@@ -149,8 +150,8 @@ TEST_F(CursorTrackerTest, RecordsPressesOfBothButtonsWithFreshIdentitiesAndDefau
     const auto clicks = tracker->clicks();
     tracker->stop();
     ASSERT_EQ(clicks.size(), 2);
-    ClickEvent left{.id = clicks[0].id, .x = 30, .y = 30, .timestamp = 1};
-    ClickEvent right{
+    model::ClickEvent left{.id = clicks[0].id, .x = 30, .y = 30, .timestamp = 1};
+    model::ClickEvent right{
         .id = clicks[1].id, .x = -100, .y = 1030, .timestamp = 2, .isRightClick = true};
     EXPECT_EQ(clicks, (std::vector{left, right}));
     EXPECT_NE(clicks[0].id, clicks[1].id);
@@ -195,4 +196,4 @@ TEST_F(CursorTrackerTest, AClockThatRunsBackwardsIsFatal) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

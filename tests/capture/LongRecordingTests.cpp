@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
@@ -23,12 +23,12 @@ constexpr auto length = 2h;
 /// Whoever sleeps wakes at once, on time; at the end nobody wakes any more.
 class RushingClock final : public CaptureClock {
   public:
-    HostTime now() override {
+    base::HostTime now() override {
         const std::lock_guard lock(m_mutex);
         return m_now;
     }
 
-    void sleepUntil(HostTime deadline, std::stop_token stop) override {
+    void sleepUntil(base::HostTime deadline, std::stop_token stop) override {
         std::unique_lock lock(m_mutex);
         if (deadline <= m_end) {
             m_now = deadline;
@@ -47,8 +47,8 @@ class RushingClock final : public CaptureClock {
   private:
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
-    HostTime m_now{1000s};
-    HostTime m_end{1000s + length};
+    base::HostTime m_now{1000s};
+    base::HostTime m_end{1000s + length};
     bool m_hasEnded = false;
 };
 
@@ -68,7 +68,7 @@ TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
     std::cout << "two hours of the pointer: " << growth / 1'000'000.0 << " MB\n";
     // A list that grows by doubling holds the half of it twice for a moment.
     if (test::canMeasureMemory) {
-        EXPECT_LE(growth, static_cast<std::int64_t>(2 * samples * sizeof(CursorPosition)));
+        EXPECT_LE(growth, static_cast<std::int64_t>(2 * samples * sizeof(model::CursorPosition)));
     }
 }
 
@@ -77,15 +77,15 @@ TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
     const auto movie = folder.path() / "recording.mov";
     test::ScriptedPlatform platform;
     ScreenRecorder recorder({.outputURL = movie,
-                             .choice = {.captureMode = CaptureMode::screen,
+                             .choice = {.captureMode = model::CaptureMode::screen,
                                         .displayID = test::ScriptedPlatform::displayID,
                                         .captureRect = {0, 0, 320, 240},
                                         .selectedWindow = {}}},
                             platform);
     recorder.start();
-    const auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+    const auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 320, 240);
     // The two hours end now. The first ten minutes fill caches and queues.
-    const HostTime start = hostNow() - length;
+    const base::HostTime start = base::hostNow() - length;
     std::int64_t before = 0;
     int frames = 0;
     for (auto time = 0s; time <= length; time += 1s, ++frames) {
@@ -102,7 +102,7 @@ TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
     const auto growth = test::residentMemory() - before;
     recorder.stop();
     EXPECT_EQ(recorder.statistics().framesCaptured, frames);
-    EXPECT_NEAR(Asset::open(movie).duration().seconds(), 7200, 5);
+    EXPECT_NEAR(media::Asset::open(movie).duration().seconds(), 7200, 5);
     std::cout << "two hours of the screen: " << growth / 1'000'000.0 << " MB\n";
     constexpr std::int64_t indexEntry = 200; // bytes a frame, several lists of the muxer
     if (test::canMeasureMemory) {
@@ -111,4 +111,4 @@ TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -9,8 +9,9 @@ namespace vantro::test {
 /// say that they belong to it.
 inline constexpr std::uint32_t ownProcess = 4711;
 
-inline std::unique_ptr<CapturePlatform> connectTo(const XServer& server) {
-    return connectX11(server.display(), [](std::int64_t process) { return process == ownProcess; })
+inline std::unique_ptr<capture::CapturePlatform> connectTo(const XServer& server) {
+    return capture::x11::connectX11(server.display(),
+                                    [](std::int64_t process) { return process == ownProcess; })
         .value();
 }
 

@@ -1,5 +1,5 @@
-#include "capture/PictureComparison.h"
-#include "capture/PictureStore.h"
+#include "capture/pictures/PictureComparison.h"
+#include "capture/pictures/PictureStore.h"
 
 #include <cstring>
 #include <deque>
@@ -7,34 +7,34 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 constexpr int width = 330; // no multiple of a tile
 constexpr int height = 74;
 
-std::shared_ptr<PixelBuffer> noise(std::mt19937& random) {
-    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+std::shared_ptr<media::PixelBuffer> noise(std::mt19937& random) {
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width * 4; ++x)
             picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(random());
     return picture;
 }
 
-void scribble(PixelBuffer& picture, PixelRect rect, std::mt19937& random) {
+void scribble(media::PixelBuffer& picture, media::color::PixelRect rect, std::mt19937& random) {
     for (int y = rect.y; y < rect.y + rect.height; ++y)
         for (int x = rect.x * 4; x < (rect.x + rect.width) * 4; ++x)
             picture.mutableRow(0, y)[x] = static_cast<std::uint8_t>(random());
 }
 
-PixelRect randomRect(std::mt19937& random) {
+media::color::PixelRect randomRect(std::mt19937& random) {
     const auto below = [&](int limit) { return static_cast<int>(random() % limit); };
     const int x = below(width);
     const int y = below(height);
     return {x, y, 1 + below(width - x), 1 + below(height - y)};
 }
 
-bool samePixels(const PixelBuffer& a, const PixelBuffer& b) {
+bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
     for (int plane = 0; plane < a.planeCount(); ++plane) {
         const auto bytes = static_cast<std::size_t>(plane == 0 ? width : (width + 1) / 2);
         for (int y = 0; y < a.planeHeight(plane); ++y)
@@ -44,25 +44,25 @@ bool samePixels(const PixelBuffer& a, const PixelBuffer& b) {
     return true;
 }
 
-std::shared_ptr<PixelBuffer> convertedWhole(const PixelBuffer& source) {
-    auto picture = PixelBuffer::allocate(PixelFormat::i420, width, height);
-    convertBgraToI420(source, *picture);
+std::shared_ptr<media::PixelBuffer> convertedWhole(const media::PixelBuffer& source) {
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, width, height);
+    media::color::convertBgraToI420(source, *picture);
     return picture;
 }
 
 TEST(PictureStore, GivesTheWholeSourceWhateverChangedAndWhateverIsStillHeld) {
     std::mt19937 random(7);
     const auto source = noise(random);
-    PictureStore store(width, height);
+    pictures::PictureStore store(width, height);
     struct Held {
-        std::shared_ptr<const PixelBuffer> picture;
-        std::shared_ptr<const PixelBuffer> expected;
+        std::shared_ptr<const media::PixelBuffer> picture;
+        std::shared_ptr<const media::PixelBuffer> expected;
     };
     std::deque<Held> held;
     for (int step = 0; step < 300; ++step) {
-        TileMap changed(width, height);
+        pictures::TileMap changed(width, height);
         for (unsigned count = random() % 3; count > 0; --count) {
-            const PixelRect rect = randomRect(random);
+            const media::color::PixelRect rect = randomRect(random);
             scribble(*source, rect, random);
             changed.add(rect);
         }
@@ -81,7 +81,7 @@ TEST(PictureStore, GivesTheWholeSourceWhateverChangedAndWhateverIsStillHeld) {
 TEST(PictureStore, UsesABufferAgainAndConvertsOnlyWhereChangesWereTold) {
     std::mt19937 random(9);
     const auto source = noise(random);
-    PictureStore store(width, height);
+    pictures::PictureStore store(width, height);
     const auto* memory = store.picture(source->plane(0), source->stride(0)).get();
     scribble(*source, {0, 48, 64, 16}, random); // not told of: stays as it was
     const auto again = store.picture(source->plane(0), source->stride(0));
@@ -92,8 +92,8 @@ TEST(PictureStore, UsesABufferAgainAndConvertsOnlyWhereChangesWereTold) {
 TEST(PictureComparison, FindsEachTileThatDiffersFromThePictureBefore) {
     std::mt19937 random(10);
     const auto source = noise(random);
-    PictureComparison comparison(width, height);
-    TileMap changed(width, height);
+    pictures::PictureComparison comparison(width, height);
+    pictures::TileMap changed(width, height);
     comparison.collect(source->plane(0), source->stride(0), changed);
     changed.clear();
     comparison.collect(source->plane(0), source->stride(0), changed);
@@ -101,10 +101,10 @@ TEST(PictureComparison, FindsEachTileThatDiffersFromThePictureBefore) {
     source->mutableRow(0, 73)[std::ptrdiff_t{4} * 329] ^= 1; // the last pixel
     source->mutableRow(0, 17)[std::ptrdiff_t{4} * 64] ^= 1;
     comparison.collect(source->plane(0), source->stride(0), changed);
-    std::vector<PixelRect> runs;
-    changed.forEachRun([&](PixelRect rect) { runs.push_back(rect); });
-    EXPECT_EQ(runs, (std::vector<PixelRect>{{64, 16, 64, 16}, {320, 64, 10, 10}}));
+    std::vector<media::color::PixelRect> runs;
+    changed.forEachRun([&](media::color::PixelRect rect) { runs.push_back(rect); });
+    EXPECT_EQ(runs, (std::vector<media::color::PixelRect>{{64, 16, 64, 16}, {320, 64, 10, 10}}));
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -12,10 +12,11 @@
 namespace vantro::test {
 
 /// As a user chooses a window.
-inline RecordingChoice choiceOf(const XServer& server, const TestWindow& window) {
+inline capture::RecordingChoice choiceOf(const XServer& server, const TestWindow& window) {
     const auto content = connectTo(server)->shareableContent().value();
-    const auto found = std::ranges::find(content.windows, window.id(), &ShareableWindow::windowID);
-    return {.captureMode = CaptureMode::window,
+    const auto found =
+        std::ranges::find(content.windows, window.id(), &capture::ShareableWindow::windowID);
+    return {.captureMode = model::CaptureMode::window,
             .displayID = content.displays.front().displayID,
             .captureRect = found->frame,
             .selectedWindow = *found};
@@ -24,13 +25,13 @@ inline RecordingChoice choiceOf(const XServer& server, const TestWindow& window)
 /// A running stream from the server that a test gives.
 struct RunningStream {
     /// The whole main display, or the part of it in `sourceRect`.
-    explicit RunningStream(const XServer& server, std::optional<Rect> sourceRect = {})
+    explicit RunningStream(const XServer& server, std::optional<model::Rect> sourceRect = {})
         : platform(connectTo(server)) {
         const auto display = platform->shareableContent().value().displays.front();
-        const Rect shown = sourceRect.value_or(display.frame);
-        ContentFilter filter;
+        const model::Rect shown = sourceRect.value_or(display.frame);
+        capture::ContentFilter filter;
         filter.displayID = display.displayID;
-        ScreenStreamConfiguration configuration;
+        capture::ScreenStreamConfiguration configuration;
         configuration.width = static_cast<int>(shown.width) & ~1;
         configuration.height = static_cast<int>(shown.height) & ~1;
         configuration.sourceRect = sourceRect;
@@ -39,16 +40,17 @@ struct RunningStream {
     }
 
     /// What a user chooses, resolved as a recording does it.
-    RunningStream(const XServer& server, const RecordingChoice& choice)
+    RunningStream(const XServer& server, const capture::RecordingChoice& choice)
         : platform(connectTo(server)) {
-        const auto target = resolveTarget(choice, platform->shareableContent().value());
+        const auto target = capture::resolveTarget(choice, platform->shareableContent().value());
         stream = platform->makeScreenStream(target.filter, target.stream).value();
         stream->startCapture(collector);
     }
 
     bool awaitColor(int x, int y, std::uint32_t color) {
-        return collector.awaitSample(
-            [=](const ScreenSample& sample) { return hasColor(*sample.pixels, x, y, color); });
+        return collector.awaitSample([=](const capture::ScreenSample& sample) {
+            return hasColor(*sample.pixels, x, y, color);
+        });
     }
     /// As soon as the newest picture has the colour.
     bool awaitLatestColor(int x, int y, std::uint32_t color) {
@@ -65,9 +67,9 @@ struct RunningStream {
         return false;
     }
 
-    std::unique_ptr<CapturePlatform> platform;
+    std::unique_ptr<capture::CapturePlatform> platform;
     SampleCollector collector;
-    std::unique_ptr<ScreenStream> stream;
+    std::unique_ptr<capture::ScreenStream> stream;
 };
 
 } // namespace vantro::test

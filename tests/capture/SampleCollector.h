@@ -12,17 +12,17 @@
 namespace vantro::test {
 
 /// A stream's output that keeps what arrives. Any thread looks at it.
-class SampleCollector final : public ScreenStreamOutput {
+class SampleCollector final : public capture::ScreenStreamOutput {
   public:
-    SampleDisposition screenSample(const ScreenSample& sample) override {
+    capture::SampleDisposition screenSample(const capture::ScreenSample& sample) override {
         const std::lock_guard lock(m_mutex);
         m_changed.notify_all();
         if (m_refusals > 0) {
             --m_refusals;
-            return SampleDisposition::refused;
+            return capture::SampleDisposition::refused;
         }
         m_samples.push_back(sample);
-        return SampleDisposition::taken;
+        return capture::SampleDisposition::taken;
     }
 
     void streamStopped(const std::string& error) override {
@@ -37,7 +37,7 @@ class SampleCollector final : public ScreenStreamOutput {
     }
 
     /// False when no sample fulfils it within ten seconds.
-    bool awaitSample(const std::function<bool(const ScreenSample&)>& condition) {
+    bool awaitSample(const std::function<bool(const capture::ScreenSample&)>& condition) {
         std::unique_lock lock(m_mutex);
         std::size_t seen = 0;
         return m_changed.wait_for(lock, std::chrono::seconds(10), [&] {
@@ -55,12 +55,12 @@ class SampleCollector final : public ScreenStreamOutput {
     }
 
     /// Null before the first.
-    std::shared_ptr<const PixelBuffer> latest() {
+    std::shared_ptr<const media::PixelBuffer> latest() {
         const std::lock_guard lock(m_mutex);
         return m_samples.empty() ? nullptr : m_samples.back().pixels;
     }
 
-    std::vector<ScreenSample> samples() {
+    std::vector<capture::ScreenSample> samples() {
         const std::lock_guard lock(m_mutex);
         return m_samples;
     }
@@ -68,7 +68,7 @@ class SampleCollector final : public ScreenStreamOutput {
   private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::vector<ScreenSample> m_samples;
+    std::vector<capture::ScreenSample> m_samples;
     std::optional<std::string> m_error;
     int m_refusals = 0;
 };

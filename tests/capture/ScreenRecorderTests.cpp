@@ -12,14 +12,14 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-std::shared_ptr<const PixelBuffer> flatPicture(std::uint8_t luma) {
-    auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+std::shared_ptr<const media::PixelBuffer> flatPicture(std::uint8_t luma) {
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 320, 240);
     for (int plane = 0; plane < 3; ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             std::fill_n(picture->mutableRow(plane, y), plane == 0 ? 320 : 160,
@@ -27,9 +27,9 @@ std::shared_ptr<const PixelBuffer> flatPicture(std::uint8_t luma) {
     return picture;
 }
 
-std::shared_ptr<const PixelBuffer> noisyPicture(unsigned seed) {
+std::shared_ptr<const media::PixelBuffer> noisyPicture(unsigned seed) {
     std::mt19937 random(seed);
-    auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 240);
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 320, 240);
     for (int plane = 0; plane < 3; ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             for (int x = 0; x < (plane == 0 ? 320 : 160); ++x)
@@ -41,28 +41,28 @@ class ScreenRecorderTest : public testing::Test {
   protected:
     ScreenRecorder::Configuration configuration() const {
         return {.outputURL = movie,
-                .choice = {.captureMode = CaptureMode::screen,
+                .choice = {.captureMode = model::CaptureMode::screen,
                            .displayID = test::ScriptedPlatform::displayID,
                            .captureRect = {0, 0, 320, 240},
                            .selectedWindow = {}}};
     }
 
-    SampleDisposition deliver(std::shared_ptr<const PixelBuffer> picture,
+    SampleDisposition deliver(std::shared_ptr<const media::PixelBuffer> picture,
                               FrameStatus status = FrameStatus::complete) {
         return platform.output->screenSample(
-            {.status = status, .presentationTime = hostNow(), .pixels = std::move(picture)});
+            {.status = status, .presentationTime = base::hostNow(), .pixels = std::move(picture)});
     }
 
     /// What start throws.
-    VantroError startFailure(const ScreenRecorder::Configuration& wrong) {
+    model::VantroError startFailure(const ScreenRecorder::Configuration& wrong) {
         ScreenRecorder recorder(wrong, platform);
         try {
             recorder.start();
-        } catch (const VantroError& error) {
+        } catch (const model::VantroError& error) {
             return error;
         }
         ADD_FAILURE() << "start succeeded";
-        return VantroError(VantroError::Kind::noRecordingData);
+        return model::VantroError(model::VantroError::Kind::noRecordingData);
     }
 
     test::TemporaryFolder folder;
@@ -76,12 +76,12 @@ TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) 
     for (const auto status : {FrameStatus::started, FrameStatus::idle, FrameStatus::blank})
         EXPECT_EQ(deliver(flatPicture(200), status), SampleDisposition::taken);
     deliver(flatPicture(60));
-    const auto afterSecond = hostNow() + 100ms;
-    ASSERT_TRUE(test::eventually([&] { return hostNow() > afterSecond; }));
+    const auto afterSecond = base::hostNow() + 100ms;
+    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > afterSecond; }));
     deliver(flatPicture(180));
     deliver(flatPicture(20), FrameStatus::suspended);
-    const auto end = hostNow() + 100ms;
-    ASSERT_TRUE(test::eventually([&] { return hostNow() > end; }));
+    const auto end = base::hostNow() + 100ms;
+    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
     const auto metadata = recorder.stop();
     EXPECT_EQ(recorder.statistics().framesCaptured, 2);
     EXPECT_EQ(recorder.statistics().framesDropped, 0);
@@ -89,12 +89,12 @@ TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) 
     const auto frames = test::framesOf(movie);
     ASSERT_GE(frames.size(), 2);
     EXPECT_LE(frames.size(), 3) << "a last picture that stood still may come once more";
-    EXPECT_EQ(frames[0].presentationTime, MediaTime{});
+    EXPECT_EQ(frames[0].presentationTime, media::MediaTime{});
     EXPECT_NEAR(frames[0].pixels->row(0, 100)[100], 60, 2);
     EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
     EXPECT_NEAR(frames.back().pixels->row(0, 100)[100], 180, 2);
     EXPECT_NEAR(frames[1].presentationTime.seconds(), 0.1, 0.05);
-    const double length = Asset::open(movie).duration().seconds();
+    const double length = media::Asset::open(movie).duration().seconds();
     EXPECT_NEAR(length, metadata.endTime, 0.05) << "the still end is part of the movie";
     EXPECT_GE(length, frames[1].presentationTime.seconds() + 0.099);
 }
@@ -105,7 +105,7 @@ TEST_F(ScreenRecorderTest, FillsTheMetadata) {
     deliver(flatPicture(60));
     const auto metadata = recorder.stop();
     EXPECT_EQ(metadata.startTime, 0);
-    EXPECT_EQ(metadata.captureRect, (Rect{0, 0, 320, 240}));
+    EXPECT_EQ(metadata.captureRect, (model::Rect{0, 0, 320, 240}));
     EXPECT_EQ(metadata.displayID, test::ScriptedPlatform::displayID);
     EXPECT_EQ(metadata.frameRate, 60);
     EXPECT_EQ(metadata.displayScaleFactor, 1.0);
@@ -155,7 +155,7 @@ TEST_F(ScreenRecorderTest, AStartThatFailsTellsWhyAndLeavesNothing) {
     auto noFolder = configuration();
     noFolder.outputURL = folder.path() / "missing" / "recording.mov";
     const auto error = startFailure(noFolder);
-    EXPECT_EQ(error.kind(), VantroError::Kind::assetWriterFailed);
+    EXPECT_EQ(error.kind(), model::VantroError::Kind::assetWriterFailed);
     EXPECT_THAT(error.message(), HasSubstr("Failed to create writer"));
     EXPECT_THAT(error.message(), HasSubstr("No such file or directory"));
 }
@@ -188,8 +188,8 @@ TEST_F(ScreenRecorderTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReaso
     try {
         recorder.stop();
         FAIL() << "stop succeeded";
-    } catch (const VantroError& error) {
-        EXPECT_EQ(error.kind(), VantroError::Kind::assetWriterFailed);
+    } catch (const model::VantroError& error) {
+        EXPECT_EQ(error.kind(), model::VantroError::Kind::assetWriterFailed);
         EXPECT_THAT(error.message(), HasSubstr(movie.string()));
         EXPECT_THAT(error.message(), HasSubstr("File too large"));
     }
@@ -197,7 +197,7 @@ TEST_F(ScreenRecorderTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReaso
 }
 
 TEST_F(ScreenRecorderTest, LogsTheStepsOfARecording) {
-    configureLog(LogLevel::info);
+    base::configureLog(base::LogLevel::info);
     testing::internal::CaptureStderr();
     auto wishes = configuration();
     wishes.systemAudioEnabled = true;
@@ -207,7 +207,7 @@ TEST_F(ScreenRecorderTest, LogsTheStepsOfARecording) {
     platform.output->streamStopped("the screen went away");
     EXPECT_EQ(recorder.statistics().condition, RecordingCondition::streamStopped);
     recorder.stop();
-    configureLog(LogLevel::warning);
+    base::configureLog(base::LogLevel::warning);
     const std::string log = testing::internal::GetCapturedStderr();
     std::size_t at = 0;
     for (const std::string line :
@@ -221,4 +221,4 @@ TEST_F(ScreenRecorderTest, LogsTheStepsOfARecording) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

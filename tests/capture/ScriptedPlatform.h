@@ -7,31 +7,33 @@
 namespace vantro::test {
 
 /// A desktop with one display of 320 × 240 points whose stream does what the test tells it to.
-class ScriptedPlatform final : public CapturePlatform {
+class ScriptedPlatform final : public capture::CapturePlatform {
   public:
     static constexpr std::uint32_t displayID = 5;
 
-    std::expected<ShareableContent, std::string> shareableContent() override {
-        return ShareableContent{.displays = {{displayID, "scripted", {0, 0, 320, 240}, 1.0, true}},
-                                .windows = {}};
+    std::expected<capture::ShareableContent, std::string> shareableContent() override {
+        return capture::ShareableContent{
+            .displays = {{displayID, "scripted", {0, 0, 320, 240}, 1.0, true}}, .windows = {}};
     }
 
-    std::expected<std::unique_ptr<ScreenStream>, std::string>
-    makeScreenStream(const ContentFilter&, const ScreenStreamConfiguration&) override {
+    std::expected<std::unique_ptr<capture::ScreenStream>, std::string>
+    makeScreenStream(const capture::ContentFilter&,
+                     const capture::ScreenStreamConfiguration&) override {
         return std::make_unique<Stream>(*this);
     }
 
-    std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() override {
+    std::expected<std::shared_ptr<capture::PointerSource>, std::string>
+    makePointerSource() override {
         return std::make_shared<RestingPointer>();
     }
 
-    ScreenStreamOutput* output = nullptr; ///< while the stream runs
+    capture::ScreenStreamOutput* output = nullptr; ///< while the stream runs
     std::string startFailure;
 
   private:
-    struct Stream final : ScreenStream {
+    struct Stream final : capture::ScreenStream {
         explicit Stream(ScriptedPlatform& owner) : platform(owner) {}
-        void startCapture(ScreenStreamOutput& receiver) override {
+        void startCapture(capture::ScreenStreamOutput& receiver) override {
             if (!platform.startFailure.empty())
                 throw std::runtime_error(platform.startFailure);
             platform.output = &receiver;
@@ -40,9 +42,10 @@ class ScriptedPlatform final : public CapturePlatform {
         ScriptedPlatform& platform;
     };
 
-    struct RestingPointer final : PointerSource {
-        Point location() override { return {.x = 10, .y = 20}; }
-        std::unique_ptr<ClickMonitor> monitorPresses(MouseButton, std::function<void()>) override {
+    struct RestingPointer final : capture::PointerSource {
+        model::Point location() override { return {.x = 10, .y = 20}; }
+        std::unique_ptr<capture::ClickMonitor> monitorPresses(capture::MouseButton,
+                                                              std::function<void()>) override {
             return nullptr;
         }
     };

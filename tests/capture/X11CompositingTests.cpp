@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
@@ -18,17 +18,18 @@ using test::TestWindow;
 using test::XServer;
 using namespace test::colors;
 
-const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = test::ownProcess};
+const test::TestWindow::Names ours{
+    .title = {}, .applicationClass = {}, .process = test::ownProcess};
 
 class UnderACompositingManager : public testing::TestWithParam<const char*> {};
 
 TEST_P(UnderACompositingManager, OwnWindowsShowWhatLiesBeneathThem) {
-    const XServer server;
-    const CompositingManager manager(server, GetParam());
-    TestWindow lower(server, {0, 0, 640, 480}, red);
-    TestWindow upper(server, {100, 100, 200, 200}, green);
-    TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    RunningStream running(server);
+    const test::XServer server;
+    const test::CompositingManager manager(server, GetParam());
+    test::TestWindow lower(server, {0, 0, 640, 480}, red);
+    test::TestWindow upper(server, {100, 100, 200, 200}, green);
+    test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(200, 200, green));
     ASSERT_TRUE(running.awaitColor(70, 70, red));
     upper.fill({80, 80, 10, 10}, blue);
@@ -43,11 +44,11 @@ TEST_P(UnderACompositingManager, OwnWindowsShowWhatLiesBeneathThem) {
 }
 
 TEST_P(UnderACompositingManager, NeitherShadowsNorTheFadingOfOwnWindowsShow) {
-    const XServer server;
-    const CompositingManager manager(server, GetParam());
-    TestWindow ground(server, {0, 0, 640, 480}, white);
-    TestWindow other(server, {20, 20, 40, 40}, red);
-    RunningStream running(server);
+    const test::XServer server;
+    const test::CompositingManager manager(server, GetParam());
+    test::TestWindow ground(server, {0, 0, 640, 480}, white);
+    test::TestWindow other(server, {20, 20, 40, 40}, red);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitLatestColor(320, 240, white)); // it has faded in
     const auto first = running.collector.samples().size();
     // A manager that is busy fading misses what is drawn meanwhile: draws until it shows.
@@ -59,13 +60,13 @@ TEST_P(UnderACompositingManager, NeitherShadowsNorTheFadingOfOwnWindowsShow) {
         });
     };
     for (int round = 0; round < 3; ++round) {
-        TestWindow own(server, {200, 200, 200, 100}, blue, ours);
+        test::TestWindow own(server, {200, 200, 200, 100}, blue, ours);
         ASSERT_TRUE(showsAs(green));
         own.close();
         ASSERT_TRUE(showsAs(red));
     }
-    const auto start = hostNow(); // until all has faded, and longer
-    for (std::uint32_t step = 0; hostNow() - start < 700ms; ++step)
+    const auto start = base::hostNow(); // until all has faded, and longer
+    for (std::uint32_t step = 0; base::hostNow() - start < 700ms; ++step)
         other.fill(step % 2 == 0 ? green : red);
     const auto samples = running.collector.samples();
     for (auto index = first; index < samples.size(); ++index)
@@ -75,13 +76,13 @@ TEST_P(UnderACompositingManager, NeitherShadowsNorTheFadingOfOwnWindowsShow) {
 }
 
 TEST_P(UnderACompositingManager, OwnWindowsStayOutWhenItStartsAndStopsInBetween) {
-    const XServer server;
-    TestWindow lower(server, {0, 0, 640, 480}, red);
-    TestWindow upper(server, {100, 100, 200, 200}, green);
-    TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    RunningStream running(server);
+    const test::XServer server;
+    test::TestWindow lower(server, {0, 0, 640, 480}, red);
+    test::TestWindow upper(server, {100, 100, 200, 200}, green);
+    test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(200, 200, green));
-    std::optional<CompositingManager> manager;
+    std::optional<test::CompositingManager> manager;
     for (int round = 0; round < 3; ++round) {
         for (const bool isComposited : {true, false}) {
             if (isComposited)
@@ -103,19 +104,19 @@ TEST_P(UnderACompositingManager, OwnWindowsStayOutWhenItStartsAndStopsInBetween)
 }
 
 TEST_P(UnderACompositingManager, AWindowThatItBlendsIsBlendedBeneathOwnWindowsToo) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, 0x000000);
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, 0x000000);
     // Half of a light green.
-    TestWindow veil(server, {100, 100, 400, 200}, 0x80206040, {.isBlended = true});
-    const TestWindow patch(server, {0, 0, 300, 150}, blue);
-    TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::TestWindow veil(server, {100, 100, 400, 200}, 0x80206040, {.isBlended = true});
+    const test::TestWindow patch(server, {0, 0, 300, 150}, blue);
+    test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
     veil.raise();
     own.raise();
-    RunningStream running(server);
+    test::RunningStream running(server);
     constexpr std::uint32_t veiled = 0x2777af; // 0x206040 and 127/255 of blue
     constexpr std::uint32_t opaque = 0x206040; // as the screen shows it without a manager
     ASSERT_TRUE(running.awaitColor(200, 200, opaque));
-    std::optional<CompositingManager> manager(std::in_place, server, GetParam());
+    std::optional<test::CompositingManager> manager(std::in_place, server, GetParam());
     ASSERT_TRUE(running.awaitLatestColor(200, 120, veiled));
     ASSERT_TRUE(running.awaitLatestColor(400, 120, opaque)) << "over black, in view";
     manager.reset();
@@ -124,11 +125,11 @@ TEST_P(UnderACompositingManager, AWindowThatItBlendsIsBlendedBeneathOwnWindowsTo
 }
 
 TEST_P(UnderACompositingManager, ACoveredWindowIsRecordedWhetherItRunsOrNot) {
-    const XServer server;
-    TestWindow window(server, {500, 300, 300, 250}, red);
-    const TestWindow cover(server, {520, 320, 400, 400}, green);
-    std::optional<CompositingManager> manager(std::in_place, server, GetParam());
-    RunningStream running(server, test::choiceOf(server, window));
+    const test::XServer server;
+    test::TestWindow window(server, {500, 300, 300, 250}, red);
+    const test::TestWindow cover(server, {520, 320, 400, 400}, green);
+    std::optional<test::CompositingManager> manager(std::in_place, server, GetParam());
+    test::RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue);
     ASSERT_TRUE(running.awaitColor(210, 210, blue));
@@ -146,4 +147,4 @@ INSTANTIATE_TEST_SUITE_P(Real, UnderACompositingManager, testing::Values("picom"
                          [](const auto& name) { return std::string(name.param); });
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -9,7 +9,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using test::addMonitor;
@@ -17,51 +17,51 @@ using test::TestWindow;
 using test::XServer;
 using testing::HasSubstr;
 
-ShareableContent contentOf(const XServer& server) {
+ShareableContent contentOf(const test::XServer& server) {
     return test::connectTo(server)->shareableContent().value();
 }
 
 TEST(X11Content, NamesMonitorsTheSameInEveryRun) {
-    const XServer first({.width = 1000, .height = 600});
-    const XServer second({.width = 1000, .height = 600});
+    const test::XServer first({.width = 1000, .height = 600});
+    const test::XServer second({.width = 1000, .height = 600});
     const auto display = contentOf(first).displays.at(0);
     EXPECT_EQ(display.displayID, contentOf(second).displays.at(0).displayID);
     EXPECT_NE(display.displayID, 0);
     EXPECT_FALSE(display.name.empty());
-    EXPECT_EQ(display.frame, (Rect{0, 0, 1000, 600}));
+    EXPECT_EQ(display.frame, (model::Rect{0, 0, 1000, 600}));
     EXPECT_EQ(display.backingScaleFactor, 1.0);
     EXPECT_TRUE(display.isMain);
 }
 
 TEST(X11Content, PutsThePrimaryMonitorFirstAndItsCornerAtTheOrigin) {
-    const XServer server({.width = 1000, .height = 600});
-    addMonitor(server, "left", {0, 0, 400, 500}, false);
-    addMonitor(server, "right", {400, 100, 600, 500}, true);
-    setRootProperty(server, "RESOURCE_MANAGER", "Xcursor.size:\t48\nXft.dpi:\t200\n");
+    const test::XServer server({.width = 1000, .height = 600});
+    test::addMonitor(server, "left", {0, 0, 400, 500}, false);
+    test::addMonitor(server, "right", {400, 100, 600, 500}, true);
+    test::setRootProperty(server, "RESOURCE_MANAGER", "Xcursor.size:\t48\nXft.dpi:\t200\n");
     const auto displays = contentOf(server).displays;
     const auto left = std::ranges::find(displays, "left", &ShareableDisplay::name);
     ASSERT_NE(left, displays.end());
     EXPECT_EQ(displays.front().name, "right");
     EXPECT_TRUE(displays.front().isMain);
     EXPECT_EQ(displays.front().backingScaleFactor, 2.0) << "200 / 96, in whole numbers";
-    EXPECT_EQ(displays.front().frame, (Rect{0, 0, 300, 250}));
-    EXPECT_EQ(left->frame, (Rect{-200, -50, 200, 250}));
+    EXPECT_EQ(displays.front().frame, (model::Rect{0, 0, 300, 250}));
+    EXPECT_EQ(left->frame, (model::Rect{-200, -50, 200, 250}));
     EXPECT_FALSE(left->isMain);
     EXPECT_NE(left->displayID, displays.front().displayID);
 }
 
 TEST(X11Content, TakesTheWholeScreenWhereRandrIsMissing) {
-    const XServer server({.width = 300, .height = 200, .missingExtensions = {"RANDR"}});
+    const test::XServer server({.width = 300, .height = 200, .missingExtensions = {"RANDR"}});
     const auto displays = contentOf(server).displays;
     ASSERT_EQ(displays.size(), 1);
-    EXPECT_EQ(displays[0].frame, (Rect{0, 0, 300, 200}));
+    EXPECT_EQ(displays[0].frame, (model::Rect{0, 0, 300, 200}));
     EXPECT_TRUE(displays[0].isMain);
 }
 
 TEST(X11Content, ListsWindowsFrontToBackWithTheirNames) {
-    const XServer server;
-    const TestWindow back(server, {10, 20, 300, 200}, 0, {"A page", "Reader"});
-    const TestWindow front(server, {0, 0, 50, 40}, 0, {"Tools", "org.example.tools"});
+    const test::XServer server;
+    const test::TestWindow back(server, {10, 20, 300, 200}, 0, {"A page", "Reader"});
+    const test::TestWindow front(server, {0, 0, 50, 40}, 0, {"Tools", "org.example.tools"});
     const auto windows = contentOf(server).windows;
     ASSERT_EQ(windows.size(), 2);
     EXPECT_EQ(windows[0].windowID, front.id());
@@ -69,7 +69,7 @@ TEST(X11Content, ListsWindowsFrontToBackWithTheirNames) {
     EXPECT_EQ(windows[1].windowID, back.id());
     EXPECT_EQ(windows[1].title, "A page");
     EXPECT_EQ(windows[1].applicationName, "Reader");
-    EXPECT_EQ(windows[1].frame, (Rect{10, 20, 300, 200}));
+    EXPECT_EQ(windows[1].frame, (model::Rect{10, 20, 300, 200}));
     EXPECT_TRUE(windows[1].isOnScreen);
 }
 
@@ -80,8 +80,8 @@ void addIcon(std::vector<std::uint32_t>& property, std::uint32_t width, std::uin
 }
 
 TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
-    const XServer server;
-    TestWindow window(server, {0, 0, 200, 200}, 0);
+    const test::XServer server;
+    test::TestWindow window(server, {0, 0, 200, 200}, 0);
     const auto icon = [&] { return contentOf(server).windows.at(0).icon; };
     EXPECT_EQ(icon(), nullptr);
     std::vector<std::uint32_t> property;
@@ -103,8 +103,8 @@ TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
 }
 
 TEST(X11Content, StopsAtAnIconThatCannotBe) {
-    const XServer server;
-    TestWindow window(server, {0, 0, 200, 200}, 0);
+    const test::XServer server;
+    test::TestWindow window(server, {0, 0, 200, 200}, 0);
     for (const auto& [width, height] :
          {std::pair{0U, 64U}, {64U, 0U}, {65536U, 65536U}, {0xffffffffU, 1U}, {100U, 100U}}) {
         std::vector<std::uint32_t> property;
@@ -120,33 +120,33 @@ TEST(X11Content, StopsAtAnIconThatCannotBe) {
 }
 
 TEST(X11Content, TellsWhyADisplayCannotBeRecorded) {
-    EXPECT_EQ(connectX11(":4711").error(), "cannot open display :4711");
-    EXPECT_EQ(connectX11("nonsense").error(), "cannot open display nonsense");
-    const XServer shallow({.depth = 16});
-    EXPECT_THAT(connectX11(shallow.display()).error(), HasSubstr("depth 16"));
-    XServer dying;
+    EXPECT_EQ(x11::connectX11(":4711").error(), "cannot open display :4711");
+    EXPECT_EQ(x11::connectX11("nonsense").error(), "cannot open display nonsense");
+    const test::XServer shallow({.depth = 16});
+    EXPECT_THAT(x11::connectX11(shallow.display()).error(), HasSubstr("depth 16"));
+    test::XServer dying;
     const auto platform = test::connectTo(dying);
     dying.crash();
     EXPECT_EQ(platform->shareableContent().error(), "the connection to the display was lost");
 }
 
 TEST(X11PointerSource, CountsPointsFromTheMainScreensBottomLeftCorner) {
-    XServer server({.width = 1000, .height = 600});
-    addMonitor(server, "main", {200, 100, 800, 400}, true);
-    setRootProperty(server, "RESOURCE_MANAGER", "Xft.dpi: 192");
+    test::XServer server({.width = 1000, .height = 600});
+    test::addMonitor(server, "main", {200, 100, 800, 400}, true);
+    test::setRootProperty(server, "RESOURCE_MANAGER", "Xft.dpi: 192");
     const auto pointer = test::connectTo(server)->makePointerSource().value();
     test::Pointer hand(server);
     hand.moveTo(201, 100);
-    EXPECT_EQ(pointer->location(), (Point{0.5, 200}));
+    EXPECT_EQ(pointer->location(), (model::Point{0.5, 200}));
     hand.moveTo(100, 599);
-    EXPECT_EQ(pointer->location(), (Point{-50, -49.5}));
+    EXPECT_EQ(pointer->location(), (model::Point{-50, -49.5}));
     server.crash();
-    EXPECT_EQ(pointer->location(), (Point{-50, -49.5})) << "the last one known";
+    EXPECT_EQ(pointer->location(), (model::Point{-50, -49.5})) << "the last one known";
 }
 
 TEST(X11PointerSource, ReportsPressesOfTheWatchedButtonEvenOverWindowsOfOthers) {
-    const XServer server;
-    TestWindow window(server, {0, 0, 640, 480}, 0);
+    const test::XServer server;
+    test::TestWindow window(server, {0, 0, 640, 480}, 0);
     window.flashOnClick(0xffffff, 20); // takes the presses for itself
     const auto pointer = test::connectTo(server)->makePointerSource().value();
     std::latch rightPresses(3);
@@ -166,4 +166,4 @@ TEST(X11PointerSource, ReportsPressesOfTheWatchedButtonEvenOverWindowsOfOthers) 
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -16,7 +16,7 @@
 #include <gtest/gtest.h>
 #include <xcb/xinput.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using test::hasColor;
@@ -33,7 +33,8 @@ class XorgTest : public testing::Test {
     void SetUp() override {
         if (!test::canRunXorg())
             GTEST_SKIP() << "Xorg is not installed or needs root: outputs cannot be switched";
-        server = std::make_unique<XServer>(XServer::Options{.xorgFolder = folder.path()});
+        server =
+            std::make_unique<test::XServer>(test::XServer::Options{.xorgFolder = folder.path()});
     }
 
     void xrandr(const std::vector<std::string>& arguments) {
@@ -49,19 +50,19 @@ class XorgTest : public testing::Test {
     RecordingChoice choose(const std::string& output) {
         const auto content = test::connectTo(*server)->shareableContent().value();
         const auto display = std::ranges::find(content.displays, output, &ShareableDisplay::name);
-        return {.captureMode = CaptureMode::screen,
+        return {.captureMode = model::CaptureMode::screen,
                 .displayID = display->displayID,
                 .captureRect = display->frame,
                 .selectedWindow = {}};
     }
 
     test::TemporaryFolder folder;
-    std::unique_ptr<XServer> server;
+    std::unique_ptr<test::XServer> server;
 };
 
 TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {
     plugIn("--right-of");
-    const TestWindow window(*server, {800, 0, 640, 480}, red);
+    const test::TestWindow window(*server, {800, 0, 640, 480}, red);
     const auto movie = folder.path() / "recording.mov";
     const auto platform = test::connectTo(*server);
     ScreenRecorder recorder({.outputURL = movie, .choice = choose("DUMMY1")}, *platform);
@@ -75,12 +76,12 @@ TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {
     const auto first = test::framesOf(movie).at(0).pixels;
     EXPECT_EQ(first->width(), 640);
     EXPECT_EQ(first->height(), 480);
-    EXPECT_TRUE(hasColor(*first, 600, 400, red, codingTolerance));
+    EXPECT_TRUE(test::hasColor(*first, 600, 400, red, codingTolerance));
 }
 
 TEST_F(XorgTest, ARecordingGoesOnWhileOtherDisplaysComeAndGo) {
-    TestWindow window(*server, {0, 0, 800, 600}, red);
-    RunningStream running(*server, choose("DUMMY0"));
+    test::TestWindow window(*server, {0, 0, 800, 600}, red);
+    test::RunningStream running(*server, choose("DUMMY0"));
     ASSERT_TRUE(running.awaitColor(400, 300, red));
     plugIn("--left-of"); // which moves the one that is recorded
     window.place({640, 0, 800, 600});
@@ -95,31 +96,31 @@ TEST_F(XorgTest, ARecordingGoesOnWhileOtherDisplaysComeAndGo) {
 }
 
 TEST_F(XorgTest, AnotherResolutionIsFittedIntoTheMovie) {
-    TestWindow window(*server, {0, 0, 1280, 720}, red);
-    RunningStream running(*server, choose("DUMMY0"));
+    test::TestWindow window(*server, {0, 0, 1280, 720}, red);
+    test::RunningStream running(*server, choose("DUMMY0"));
     ASSERT_TRUE(running.awaitColor(790, 590, red));
     xrandr({"--output", "DUMMY0", "--mode", "1280x720"}); // shown as the middle 800 × 450 pixels
     window.fill({0, 0, 640, 720}, green);
     ASSERT_TRUE(running.awaitLatestColor(390, 520, green));
     auto latest = running.collector.latest();
-    EXPECT_TRUE(hasColor(*latest, 2, 78, green));
-    EXPECT_TRUE(hasColor(*latest, 796, 520, red));
-    EXPECT_TRUE(hasColor(*latest, 400, 70, black));
-    EXPECT_TRUE(hasColor(*latest, 400, 530, black));
+    EXPECT_TRUE(test::hasColor(*latest, 2, 78, green));
+    EXPECT_TRUE(test::hasColor(*latest, 796, 520, red));
+    EXPECT_TRUE(test::hasColor(*latest, 400, 70, black));
+    EXPECT_TRUE(test::hasColor(*latest, 400, 530, black));
     xrandr({"--output", "DUMMY0", "--mode", "640x400"}); // as the middle 800 × 500
     window.fill({0, 0, 1280, 720}, blue);
     ASSERT_TRUE(running.awaitLatestColor(400, 60, blue));
     latest = running.collector.latest();
     EXPECT_EQ(latest->width(), 800);
     EXPECT_EQ(latest->height(), 600);
-    EXPECT_TRUE(hasColor(*latest, 2, 540, blue));
-    EXPECT_TRUE(hasColor(*latest, 400, 40, black));
-    EXPECT_TRUE(hasColor(*latest, 400, 560, black));
+    EXPECT_TRUE(test::hasColor(*latest, 2, 540, blue));
+    EXPECT_TRUE(test::hasColor(*latest, 400, 40, black));
+    EXPECT_TRUE(test::hasColor(*latest, 400, 560, black));
 }
 
 /// Takes the touches of a window as they are, as toolkits do, so that the server makes no presses
 /// of them.
-test::XConnection takeTouches(const XServer& server, const TestWindow& window) {
+test::XConnection takeTouches(const test::XServer& server, const test::TestWindow& window) {
     auto connection = test::connectTo(server.display());
     std::free(xcb_input_xi_query_version_reply(
         connection.get(), xcb_input_xi_query_version(connection.get(), 2, 2), nullptr));
@@ -135,16 +136,17 @@ test::XConnection takeTouches(const XServer& server, const TestWindow& window) {
 }
 
 TEST_F(XorgTest, TouchesAndThePensTipAreLeftClicksWhereTheyHit) {
-    const TestWindow ground(*server, {0, 0, 800, 600}, red);
-    const TestWindow touched(*server, {0, 300, 400, 300}, blue);
+    const test::TestWindow ground(*server, {0, 0, 800, 600}, red);
+    const test::TestWindow touched(*server, {0, 300, 400, 300}, blue);
     const auto toolkit = takeTouches(*server, touched);
-    const TestWindow own(*server, {400, 0, 400, 600}, green, {.process = test::ownProcess});
+    const test::TestWindow own(*server, {400, 0, 400, 600}, green, {.process = test::ownProcess});
     std::atomic<int> questions = 0;
     const auto isOwn = [&](std::int64_t process) {
         ++questions;
         return process == test::ownProcess;
     };
-    const auto pointer = connectX11(server->display(), isOwn).value()->makePointerSource().value();
+    const auto pointer =
+        x11::connectX11(server->display(), isOwn).value()->makePointerSource().value();
     std::atomic<int> left = 0;
     std::atomic<int> right = 0;
     const auto leftMonitor = pointer->monitorPresses(MouseButton::left, [&] { ++left; });
@@ -152,21 +154,21 @@ TEST_F(XorgTest, TouchesAndThePensTipAreLeftClicksWhereTheyHit) {
     const auto rightMonitor = test::connectTo(*server)->makePointerSource().value()->monitorPresses(
         MouseButton::right, [&] { ++right; });
     int expected = 0;
-    for (const auto kind : {InputDevice::Kind::touchScreen, InputDevice::Kind::pen}) {
-        const InputDevice device(folder.path(), kind);
+    for (const auto kind : {test::InputDevice::Kind::touchScreen, test::InputDevice::Kind::pen}) {
+        const test::InputDevice device(folder.path(), kind);
         device.tap(120, 80);
         ASSERT_TRUE(test::eventually([&] { return left == expected + 1; }));
-        EXPECT_EQ(pointer->location(), (Point{120, 600 - 80}));
+        EXPECT_EQ(pointer->location(), (model::Point{120, 600 - 80}));
         const int before = questions;
         device.tap(700, 500); // in our own window; it stays until that has been looked at
         ASSERT_TRUE(test::eventually([&] { return questions > before; }));
         device.tap(300, 590);
         ASSERT_TRUE(test::eventually([&] { return left == expected + 2; }));
-        EXPECT_EQ(pointer->location(), (Point{300, 10}));
+        EXPECT_EQ(pointer->location(), (model::Point{300, 10}));
         expected += 2;
     }
     EXPECT_EQ(right, 0);
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -14,7 +14,7 @@
 #include <xcb/composite.h>
 #include <xcb/xinput.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using test::RunningStream;
@@ -22,18 +22,19 @@ using test::TestWindow;
 using test::XServer;
 using namespace test::colors;
 
-const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = test::ownProcess};
+const test::TestWindow::Names ours{
+    .title = {}, .applicationClass = {}, .process = test::ownProcess};
 
 /// What a server may lack.
 class OwnWindowsOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
-    const XServer server({.missingExtensions = GetParam()});
-    TestWindow lower(server, {0, 0, 640, 240}, red);
-    TestWindow upper(server, {100, 100, 200, 200}, green);
-    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    TestWindow above(server, {60, 60, 20, 20}, blue);
-    RunningStream running(server);
+    const test::XServer server({.missingExtensions = GetParam()});
+    test::TestWindow lower(server, {0, 0, 640, 240}, red);
+    test::TestWindow upper(server, {100, 100, 200, 200}, green);
+    const test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::TestWindow above(server, {60, 60, 20, 20}, blue);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(200, 200, green));
     upper.fill({80, 80, 10, 10}, blue);
     lower.fill({300, 70, 10, 10}, green);
@@ -53,12 +54,12 @@ TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
 INSTANTIATE_TEST_SUITE_P(Servers, OwnWindowsOn, test::usualServers(), test::nameOf);
 
 TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
-    const XServer server;
-    TestWindow ground(server, {0, 0, 640, 480}, red);
-    RunningStream running(server);
+    const test::XServer server;
+    test::TestWindow ground(server, {0, 0, 640, 480}, red);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(320, 240, red));
     for (int round = 0; round < 5; ++round) {
-        TestWindow own(server, {100, 100, 200, 200}, white, ours);
+        test::TestWindow own(server, {100, 100, 200, 200}, white, ours);
         ground.fill({10 + 20 * round, 10, 10, 10}, green);
         ASSERT_TRUE(running.awaitColor(14 + 20 * round, 14, green));
         for (int step = 0; step < 10; ++step)
@@ -75,11 +76,11 @@ TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
 }
 
 TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
-    const XServer server;
-    TestWindow ground(server, {0, 0, 640, 480}, red);
-    TestWindow other(server, {150, 150, 200, 200}, green);
-    TestWindow own(server, {100, 100, 300, 300}, white, ours);
-    RunningStream running(server);
+    const test::XServer server;
+    test::TestWindow ground(server, {0, 0, 640, 480}, red);
+    test::TestWindow other(server, {150, 150, 200, 200}, green);
+    test::TestWindow own(server, {100, 100, 300, 300}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(10, 10, red));
     for (int step = 0; step < 40; ++step) {
         own.lower();
@@ -102,11 +103,11 @@ TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
 }
 
 TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, red);
-    TestWindow beneath(server, {100, 100, 200, 200}, green);
-    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    RunningStream running(server);
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, red);
+    test::TestWindow beneath(server, {100, 100, 200, 200}, green);
+    const test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(290, 290, green));
     beneath.shape({{0, 0, 100, 200}, {100, 150, 100, 50}}); // a corner is cut out
     ASSERT_TRUE(running.awaitColor(250, 150, red));
@@ -118,7 +119,7 @@ TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
 
 /// Keeps all windows apart, as a compositing manager does, but shows none of them.
 struct LazyCompositingManager {
-    explicit LazyCompositingManager(const XServer& server)
+    explicit LazyCompositingManager(const test::XServer& server)
         : connection(test::connectTo(server.display())) {
         const auto root = test::screenOf(connection).root;
         const auto owner = xcb_generate_id(connection.get());
@@ -136,12 +137,12 @@ struct LazyCompositingManager {
 };
 
 TEST(OwnWindows, ShowWhatLiesBeneathThemUnderACompositingManager) {
-    const XServer server;
+    const test::XServer server;
     const LazyCompositingManager manager(server);
-    TestWindow lower(server, {0, 0, 640, 480}, red);
+    test::TestWindow lower(server, {0, 0, 640, 480}, red);
     lower.fill({100, 100, 50, 50}, green); // drawn before anybody looks
-    const TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    RunningStream running(server);
+    const test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(200, 200, red));
     EXPECT_TRUE(running.everHadColor(124, 124, green));
     lower.fill({200, 200, 50, 50}, blue);
@@ -149,9 +150,9 @@ TEST(OwnWindows, ShowWhatLiesBeneathThemUnderACompositingManager) {
 }
 
 TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, red); // of this process
-    auto platform = connectX11(server.display()).value();
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, red); // of this process
+    auto platform = x11::connectX11(server.display()).value();
     const auto content = platform->shareableContent().value();
     ASSERT_EQ(content.windows.size(), 1);
     EXPECT_EQ(content.windows[0].bundleIdentifier, ownBundleIdentifier);
@@ -166,28 +167,29 @@ TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
 }
 
 TEST(OwnWindows, DoNotMakeAScreenThatRestsElsewhereCostFrames) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, red);
-    TestWindow own(server, {100, 100, 200, 200}, white, ours);
-    RunningStream running(server);
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, red);
+    test::TestWindow own(server, {100, 100, 200, 200}, white, ours);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(200, 200, red));
     const auto before = running.collector.samples().size();
     for (int step = 0; step < 50; ++step)
         own.fill(0x010101U * static_cast<std::uint32_t>(step));
-    const XServer other; // starting it takes a while
+    const test::XServer other; // starting it takes a while
     EXPECT_LE(running.collector.samples().size(), before + 1);
 }
 
 TEST(OwnWindows, TakePressesThatAreNoClicks) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, red);
-    const TestWindow own(server, {100, 100, 200, 200}, white, ours);
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, red);
+    const test::TestWindow own(server, {100, 100, 200, 200}, white, ours);
     std::atomic<int> questions = 0;
     const auto isOwn = [&](std::int64_t process) {
         ++questions;
         return process == test::ownProcess;
     };
-    const auto pointer = connectX11(server.display(), isOwn).value()->makePointerSource().value();
+    const auto pointer =
+        x11::connectX11(server.display(), isOwn).value()->makePointerSource().value();
     std::atomic<int> presses = 0;
     const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
     test::Pointer hand(server);
@@ -205,7 +207,7 @@ TEST(OwnWindows, TakePressesThatAreNoClicks) {
 
 /// Takes the pointer for itself until it is destroyed, as a menu does.
 struct PointerGrab {
-    PointerGrab(const XServer& server, xcb_window_t window)
+    PointerGrab(const test::XServer& server, xcb_window_t window)
         : connection(test::connectTo(server.display())) {
         std::free(xcb_grab_pointer_reply(connection.get(),
                                          xcb_grab_pointer(connection.get(), 1, window,
@@ -219,17 +221,17 @@ struct PointerGrab {
 };
 
 TEST(OwnWindows, MenusStayOutAndTakePressesThatAreNoClicks) {
-    const XServer server;
-    TestWindow ground(server, {0, 0, 640, 480}, red);
+    const test::XServer server;
+    test::TestWindow ground(server, {0, 0, 640, 480}, red);
     const auto pointer = test::connectTo(server)->makePointerSource().value();
     std::atomic<int> presses = 0;
     const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
-    RunningStream running(server);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(150, 150, red));
     test::Pointer hand(server);
     constexpr int rounds = 20;
     for (int round = 0; round < rounds; ++round) {
-        TestWindow menu(server, {100, 100, 100, 200}, white, ours);
+        test::TestWindow menu(server, {100, 100, 100, 200}, white, ours);
         const PointerGrab grab(server, menu.id());
         hand.moveTo(400, 150);
         hand.click(1); // beside it
@@ -247,7 +249,7 @@ TEST(OwnWindows, MenusStayOutAndTakePressesThatAreNoClicks) {
 }
 
 TEST(ClickMonitor, LosesNoneOfManyPresses) {
-    const XServer server;
+    const test::XServer server;
     const auto pointer = test::connectTo(server)->makePointerSource().value();
     std::atomic<int> presses = 0;
     const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
@@ -267,7 +269,7 @@ TEST(ClickMonitor, CountsTouchesAsLeftPresses) {
     const auto isPress = [&](MouseButton button, std::uint16_t type, std::uint32_t detail) {
         event.event_type = type;
         event.detail = detail;
-        return isPressOf(button, reinterpret_cast<const xcb_generic_event_t&>(event), opcode);
+        return x11::isPressOf(button, reinterpret_cast<const xcb_generic_event_t&>(event), opcode);
     };
     EXPECT_TRUE(isPress(MouseButton::left, XCB_INPUT_RAW_TOUCH_BEGIN, 7)); // the touch's number
     EXPECT_FALSE(isPress(MouseButton::right, XCB_INPUT_RAW_TOUCH_BEGIN, 3));
@@ -279,4 +281,4 @@ TEST(ClickMonitor, CountsTouchesAsLeftPresses) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
@@ -23,12 +23,13 @@ using namespace test::colors;
 class X11ScreenStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(X11ScreenStreamOn, ShowsEachDrawingInItsPlaceAndKeepsTheRest) {
-    const XServer server({.missingExtensions = GetParam()});
-    TestWindow left(server, {0, 0, 320, 480}, red);
-    TestWindow right(server, {320, 0, 320, 480}, green);
-    RunningStream running(server);
+    const test::XServer server({.missingExtensions = GetParam()});
+    test::TestWindow left(server, {0, 0, 320, 480}, red);
+    test::TestWindow right(server, {320, 0, 320, 480}, green);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(10, 10, red));
-    left.fill({100, 201, 3, 3}, blue); // neither on a tile's nor on a chroma sample's edge
+    left.fill({100, 201, 3, 3},
+              blue); // neither on a tile's nor on a chroma sample's edge
     right.fill({0, 470, 320, 10}, blue);
     ASSERT_TRUE(running.awaitColor(600, 475, blue));
     running.stream->stopCapture();
@@ -36,12 +37,12 @@ TEST_P(X11ScreenStreamOn, ShowsEachDrawingInItsPlaceAndKeepsTheRest) {
     EXPECT_EQ(last.status, FrameStatus::complete);
     EXPECT_EQ(last.pixels->width(), 640);
     EXPECT_EQ(last.pixels->height(), 480);
-    EXPECT_TRUE(hasColor(*last.pixels, 100, 202, blue));
-    EXPECT_TRUE(hasColor(*last.pixels, 98, 202, red));
-    EXPECT_TRUE(hasColor(*last.pixels, 106, 202, red));
-    EXPECT_TRUE(hasColor(*last.pixels, 102, 198, red));
-    EXPECT_TRUE(hasColor(*last.pixels, 330, 460, green));
-    EXPECT_TRUE(hasColor(*last.pixels, 310, 475, red));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 100, 202, blue));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 98, 202, red));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 106, 202, red));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 102, 198, red));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 330, 460, green));
+    EXPECT_TRUE(test::hasColor(*last.pixels, 310, 475, red));
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, X11ScreenStreamOn, test::usualServers(), test::nameOf);
@@ -50,22 +51,22 @@ INSTANTIATE_TEST_SUITE_P(PoorServers, X11ScreenStreamOn,
                          test::nameOf);
 
 TEST(X11ScreenStream, AStillScreenGivesOneFrame) {
-    const XServer server;
-    const TestWindow window(server, {0, 0, 640, 480}, red);
-    RunningStream running(server);
+    const test::XServer server;
+    const test::TestWindow window(server, {0, 0, 640, 480}, red);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(0, 0, red));
     // A second server takes long to start compared with a frame: time for idle frames to show.
-    const XServer other;
+    const test::XServer other;
     running.stream->stopCapture();
     EXPECT_EQ(running.collector.samples().size(), 1);
 }
 
 TEST(X11ScreenStream, GivesAtMostSixtyFramesASecondHoweverFastTheScreenChanges) {
-    const XServer server;
-    TestWindow window(server, {0, 0, 64, 64}, black);
-    RunningStream running(server);
-    const HostTime end = hostNow() + 1s;
-    for (std::uint32_t step = 1; hostNow() < end; ++step)
+    const test::XServer server;
+    test::TestWindow window(server, {0, 0, 64, 64}, black);
+    test::RunningStream running(server);
+    const base::HostTime end = base::hostNow() + 1s;
+    for (std::uint32_t step = 1; base::hostNow() < end; ++step)
         window.fill(step * 0x010203 & 0xffffff);
     running.stream->stopCapture();
     const auto samples = running.collector.samples();
@@ -76,9 +77,9 @@ TEST(X11ScreenStream, GivesAtMostSixtyFramesASecondHoweverFastTheScreenChanges) 
 }
 
 TEST(X11ScreenStream, OffersTheLastPictureAgainUntilItIsTaken) {
-    const XServer server;
-    TestWindow window(server, {0, 0, 640, 480}, red);
-    RunningStream running(server);
+    const test::XServer server;
+    test::TestWindow window(server, {0, 0, 640, 480}, red);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(5, 5, red));
     running.collector.refuseNext(5);
     window.fill(green); // and nothing after it
@@ -87,15 +88,15 @@ TEST(X11ScreenStream, OffersTheLastPictureAgainUntilItIsTaken) {
 }
 
 TEST(X11ScreenStream, ShowsOnlyTheAreaAskedFor) {
-    const XServer server({.width = 501, .height = 301});
-    TestWindow window(server, {0, 0, 501, 301}, red);
+    const test::XServer server({.width = 501, .height = 301});
+    test::TestWindow window(server, {0, 0, 501, 301}, red);
     window.fill({301, 100, 100, 51}, green);
-    RunningStream running(server, Rect{301, 100, 101, 51});
+    test::RunningStream running(server, model::Rect{301, 100, 101, 51});
     ASSERT_TRUE(running.awaitColor(0, 0, green));
     const auto first = running.collector.samples().front().pixels;
     EXPECT_EQ(first->width(), 100);
     EXPECT_EQ(first->height(), 50);
-    EXPECT_TRUE(hasColor(*first, 99, 49, green));
+    EXPECT_TRUE(test::hasColor(*first, 99, 49, green));
     window.fill({0, 0, 200, 301}, blue); // elsewhere
     window.fill({301, 149, 1, 1}, blue); // the area's lower left pixel
     ASSERT_TRUE(running.collector.awaitSample(
@@ -112,7 +113,8 @@ struct ThreeMonitors {
         test::addMonitor(server, "right", {700, 0, 201, 401}, false);
     }
 
-    RecordingChoice choose(CaptureMode mode, const std::string& name, Rect rect = {}) const {
+    RecordingChoice choose(model::CaptureMode mode, const std::string& name,
+                           model::Rect rect = {}) const {
         const auto displays = test::connectTo(server)->shareableContent().value().displays;
         const auto display = std::ranges::find(displays, name, &ShareableDisplay::name);
         return {.captureMode = mode,
@@ -121,10 +123,10 @@ struct ThreeMonitors {
                 .selectedWindow = {}};
     }
 
-    XServer server{{.width = 901, .height = 401}};
-    TestWindow left{server, {0, 100, 300, 200}, red};
-    TestWindow middle{server, {300, 50, 400, 300}, green};
-    TestWindow right{server, {700, 0, 201, 401}, blue};
+    test::XServer server{{.width = 901, .height = 401}};
+    test::TestWindow left{server, {0, 100, 300, 200}, red};
+    test::TestWindow middle{server, {300, 50, 400, 300}, green};
+    test::TestWindow right{server, {700, 0, 201, 401}, blue};
 };
 
 TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
@@ -132,7 +134,7 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
     for (const auto& [name, color, width, height] : {std::tuple{"left", red, 300, 200},
                                                      {"middle", green, 400, 300},
                                                      {"right", blue, 200, 400}}) {
-        RunningStream running(desk.server, desk.choose(CaptureMode::screen, name));
+        test::RunningStream running(desk.server, desk.choose(model::CaptureMode::screen, name));
         ASSERT_TRUE(running.awaitColor(0, 0, color)) << name;
         const auto first = running.collector.samples()[0].pixels;
         EXPECT_EQ(first->width(), width);
@@ -140,19 +142,19 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
         EXPECT_TRUE(test::hasColor(*first, width - 1, height - 1, color));
     }
     // Global points count from the main monitor's corner: this one is on all three.
-    RunningStream across(desk.server,
-                         desk.choose(CaptureMode::area, "middle", {-100, 100, 600, 50}));
+    test::RunningStream across(
+        desk.server, desk.choose(model::CaptureMode::area, "middle", {-100, 100, 600, 50}));
     ASSERT_TRUE(across.awaitColor(99, 49, red));
     const auto first = across.collector.samples()[0].pixels;
-    EXPECT_TRUE(hasColor(*first, 100, 0, green));
-    EXPECT_TRUE(hasColor(*first, 498, 49, green));
-    EXPECT_TRUE(hasColor(*first, 500, 0, blue));
+    EXPECT_TRUE(test::hasColor(*first, 100, 0, green));
+    EXPECT_TRUE(test::hasColor(*first, 498, 49, green));
+    EXPECT_TRUE(test::hasColor(*first, 500, 0, blue));
 }
 
 TEST(X11ScreenStream, EndsWhenItsMonitorHasGoneAndGoesOnWhenAnotherHas) {
     ThreeMonitors desk;
-    RunningStream right(desk.server, desk.choose(CaptureMode::screen, "right"));
-    RunningStream left(desk.server, desk.choose(CaptureMode::screen, "left"));
+    test::RunningStream right(desk.server, desk.choose(model::CaptureMode::screen, "right"));
+    test::RunningStream left(desk.server, desk.choose(model::CaptureMode::screen, "left"));
     ASSERT_TRUE(right.awaitColor(100, 100, blue));
     ASSERT_TRUE(left.awaitColor(100, 100, red));
     test::removeMonitor(desk.server, "right");
@@ -163,24 +165,25 @@ TEST(X11ScreenStream, EndsWhenItsMonitorHasGoneAndGoesOnWhenAnotherHas) {
 }
 
 TEST(X11ScreenStream, FitsAScreenThatShrinksIntoTheSameMovie) {
-    const XServer server({.width = 640, .height = 480});
-    TestWindow window(server, {0, 0, 640, 480}, red);
-    RunningStream running(server);
+    const test::XServer server({.width = 640, .height = 480});
+    test::TestWindow window(server, {0, 0, 640, 480}, red);
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(600, 400, red));
     test::resizeScreen(server, 320, 480); // shown as the middle 320 × 480 pixels
     window.fill(green);
     ASSERT_TRUE(running.awaitColor(320, 240, green));
     window.fill({0, 0, 160, 480}, blue);
     ASSERT_TRUE(running.collector.awaitSample([](const ScreenSample& sample) {
-        return hasColor(*sample.pixels, 150, 240, black) &&
-               hasColor(*sample.pixels, 170, 470, blue) && hasColor(*sample.pixels, 470, 5, green);
+        return test::hasColor(*sample.pixels, 150, 240, black) &&
+               test::hasColor(*sample.pixels, 170, 470, blue) &&
+               test::hasColor(*sample.pixels, 470, 5, green);
     }));
     EXPECT_EQ(running.collector.samples().back().pixels->width(), 640);
 }
 
 TEST(X11ScreenStream, TellsWhenTheServerDies) {
-    XServer server;
-    RunningStream running(server);
+    test::XServer server;
+    test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(0, 0, black));
     server.crash();
     EXPECT_EQ(running.collector.awaitError(), "the connection to the display was lost");
@@ -188,7 +191,7 @@ TEST(X11ScreenStream, TellsWhenTheServerDies) {
 }
 
 TEST(X11ScreenStream, RefusesWhatLiesOutsideOfTheScreen) {
-    const XServer server;
+    const test::XServer server;
     const auto platform = test::connectTo(server);
     ContentFilter filter;
     filter.displayID = platform->shareableContent()->displays.front().displayID;
@@ -202,4 +205,4 @@ TEST(X11ScreenStream, RefusesWhatLiesOutsideOfTheScreen) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

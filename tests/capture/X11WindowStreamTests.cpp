@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::capture {
 namespace {
 
 using test::RunningStream;
@@ -17,10 +17,10 @@ using namespace test::colors;
 class X11WindowStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
 
 TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
-    const XServer server({.missingExtensions = GetParam()});
-    TestWindow window(server, {500, 300, 301, 251}, red);
-    TestWindow cover(server, {520, 320, 400, 400}, green);
-    RunningStream running(server, test::choiceOf(server, window));
+    const test::XServer server({.missingExtensions = GetParam()});
+    test::TestWindow window(server, {500, 300, 301, 251}, red);
+    test::TestWindow cover(server, {520, 320, 400, 400}, green);
+    test::RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue); // beyond the screen's corner, and covered
     ASSERT_TRUE(running.awaitColor(210, 210, blue));
@@ -34,9 +34,9 @@ TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
 INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn, test::usualServers(), test::nameOf);
 
 TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
-    const XServer server;
-    TestWindow window(server, {10, 10, 200, 100}, red);
-    RunningStream running(server, test::choiceOf(server, window));
+    const test::XServer server;
+    test::TestWindow window(server, {10, 10, 200, 100}, red);
+    test::RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.place({300, 200, 200, 100});
     window.fill({0, 0, 200, 100}, green);
@@ -63,11 +63,11 @@ TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
 }
 
 TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
-    const XServer server;
-    const TestWindow ground(server, {0, 0, 640, 480}, blue);
-    TestWindow window(server, {10, 10, 200, 100}, red);
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, blue);
+    test::TestWindow window(server, {10, 10, 200, 100}, red);
     window.shape({{0, 0, 200, 60}});
-    RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.shape({{50, 0, 100, 100}});
     window.fill(green);
@@ -78,13 +78,13 @@ TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
 }
 
 TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
-    const XServer server;
-    TestWindow window(server, {10, 10, 200, 100}, red);
-    RunningStream running(server, test::choiceOf(server, window));
+    const test::XServer server;
+    test::TestWindow window(server, {10, 10, 200, 100}, red);
+    test::RunningStream running(server, test::choiceOf(server, window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     const auto before = running.collector.samples().size();
     window.hide();
-    const XServer other; // starting it takes a while
+    const test::XServer other; // starting it takes a while
     EXPECT_EQ(running.collector.samples().size(), before);
     window.show();
     window.fill(green);
@@ -95,18 +95,18 @@ TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
 }
 
 TEST(X11WindowStream, TellsThatThereIsNoSuchWindowOrNoExtensionForIt) {
-    const XServer server;
-    TestWindow window(server, {10, 10, 200, 100}, red);
+    const test::XServer server;
+    test::TestWindow window(server, {10, 10, 200, 100}, red);
     ContentFilter filter;
     filter.window = window.id();
     const ScreenStreamConfiguration configuration{.width = 200, .height = 100, .sourceRect = {}};
     window.close();
     EXPECT_EQ(test::connectTo(server)->makeScreenStream(filter, configuration).error(),
               "No window selected");
-    const XServer plain({.missingExtensions = {"Composite"}});
+    const test::XServer plain({.missingExtensions = {"Composite"}});
     EXPECT_EQ(test::connectTo(plain)->makeScreenStream(filter, configuration).error(),
               "single windows cannot be captured: the display lacks the extension Composite");
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::capture

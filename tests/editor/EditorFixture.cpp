@@ -1,6 +1,6 @@
 #include "editor/EditorFixture.h"
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <QDir>
 #include <QQuickItem>
@@ -12,10 +12,10 @@ namespace vantro::test {
 namespace {
 
 /// A picture with bands of colour, so that scaling and cutting off would show.
-std::shared_ptr<const PixelBuffer> testPicture() {
+std::shared_ptr<const media::PixelBuffer> testPicture() {
     constexpr int width = 640;
     constexpr int height = 360;
-    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             auto* pixel = picture->mutableRow(0, y) + 4 * x;
@@ -42,10 +42,10 @@ EditorFixture::EditorFixture() {
     permission.startPolling();
 }
 
-PreviewSource EditorFixture::previewSource() {
-    return {.duration = [this](const EditedRecording&) { return previewDuration; },
+editor::PreviewSource EditorFixture::previewSource() {
+    return {.duration = [this](const exporting::EditedRecording&) { return previewDuration; },
             .picture =
-                [this](const EditedRecording&, double time) {
+                [this](const exporting::EditedRecording&, double time) {
                     if (!previewProblem.empty())
                         throw std::runtime_error(previewProblem);
                     drawnPositions.push_back(time);
@@ -54,7 +54,8 @@ PreviewSource EditorFixture::previewSource() {
 }
 
 void EditorFixture::showWindow() {
-    m_window = std::make_unique<MainWindow>(MainWindowModels{app, editor, windows, appearance});
+    m_window = std::make_unique<window::MainWindow>(
+        window::MainWindowModels{app, editor, windows, appearance});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();
@@ -101,19 +102,19 @@ void EditorFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     settle();
 }
 
-void EditorFixture::record(CaptureMode mode) {
+void EditorFixture::record(model::CaptureMode mode) {
     state.setCaptureMode(mode);
     recording.beginCapture();
     runTasks();
 }
 
 void EditorFixture::showEditor() {
-    RecordingMetadata metadata;
+    model::RecordingMetadata metadata;
     metadata.endTime = 20;
     state.setRecordingURL("/nowhere/recording.mov");
     state.setMetadata(metadata);
     state.setRecordingName("demo");
-    state.setPhase(AppPhase::previewing());
+    state.setPhase(app::AppPhase::previewing());
     runTasks();
 }
 

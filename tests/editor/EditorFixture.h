@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/RecordingRecovery.h"
-#include "app/state/ExportFlow.h"
-#include "app/state/PermissionService.h"
-#include "app/state/ProjectFlow.h"
-#include "app/state/RecoveryFlow.h"
-#include "app/state/ScriptedServices.h"
-#include "editor/MainWindow.h"
-#include "editor/models/EditorModel.h"
-#include "editor/picker/WindowPickerModel.h"
+#include "app/files/RecordingRecovery.h"
+#include "app/flows/ExportFlow.h"
+#include "app/flows/PermissionService.h"
+#include "app/flows/ProjectFlow.h"
+#include "app/flows/RecoveryFlow.h"
+#include "app/flows/ScriptedServices.h"
+#include "editor/EditorModel.h"
+#include "window/MainWindow.h"
+#include "window/picker/WindowPickerModel.h"
 
 #include <QQmlPropertyMap>
 
@@ -47,20 +47,20 @@ class EditorFixture : public testing::Test {
     /// Lets everything that waits be done.
     void runTasks();
 
-    void record(CaptureMode mode = CaptureMode::screen);
+    void record(model::CaptureMode mode = model::CaptureMode::screen);
     /// Puts a finished recording into the editor.
     void showEditor();
     /// Writes what the window shows to NAME.png in the folder for people to look at.
     void keepPicture(const QString& name);
 
     bool granted = true;
-    std::expected<ShareableContent, std::string> content;
+    std::expected<capture::ShareableContent, std::string> content;
     /// What the preview shows: a picture of this colour, or a failure.
     double previewDuration = 20;
     std::string previewProblem;
     std::vector<double> drawnPositions;
     std::function<void(const std::function<void(double)>&)> exportScript = [](const auto&) {};
-    std::vector<ExportJob> exports;
+    std::vector<app::flows::ExportJob> exports;
 
     ManualTimers timers;
     ManualTasks tasks;
@@ -68,26 +68,27 @@ class EditorFixture : public testing::Test {
     ScriptedOverlays overlays;
     ScriptedPanels panels;
     ScriptedAppearance appearance;
-    AppState state{7};
-    PermissionService permission{timers, [this] { return granted; }};
-    RecordingFlow recording{state, {platform, overlays, timers, tasks}};
-    ExportFlow exporting{state, panels, tasks,
-                         [this](const ExportJob& job, const auto& progress, const auto&) {
-                             exports.push_back(job);
-                             exportScript(progress);
-                         }};
-    ProjectFlow projects{state, panels, tasks};
-    RecoveryFlow recovery{state, tasks, recoverRecording};
-    Flows flows{recording, exporting, projects, recovery};
-    StillPreview preview{tasks, previewSource()};
-    WindowPickerModel windows{tasks, timers, [this] { return content; }};
-    MainModel app{state, permission, windows, flows};
-    EditorModel editor{state, preview, flows};
+    app::AppState state{7};
+    app::flows::PermissionService permission{timers, [this] { return granted; }};
+    app::flows::RecordingFlow recording{state, {platform, overlays, timers, tasks}};
+    app::flows::ExportFlow exporting{
+        state, panels, tasks,
+        [this](const app::flows::ExportJob& job, const auto& progress, const auto&) {
+            exports.push_back(job);
+            exportScript(progress);
+        }};
+    app::flows::ProjectFlow projects{state, panels, tasks};
+    app::flows::RecoveryFlow recovery{state, tasks, app::files::recoverRecording};
+    window::Flows flows{recording, exporting, projects, recovery};
+    editor::StillPreview preview{tasks, previewSource()};
+    window::picker::WindowPickerModel windows{tasks, timers, [this] { return content; }};
+    window::MainModel app{state, permission, windows, flows};
+    editor::EditorModel editor{state, preview, flows};
 
   private:
-    PreviewSource previewSource();
+    editor::PreviewSource previewSource();
 
-    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<window::MainWindow> m_window;
 };
 
 } // namespace vantro::test

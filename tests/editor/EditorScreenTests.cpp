@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 using testing::ElementsAre;
@@ -67,20 +67,20 @@ TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
     click("export");
     item("exportResolution").setProperty("currentIndex", 2);
     click("exportNow");
-    EXPECT_EQ(panels.kind, PanelKind::saveMovie);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::saveMovie);
     panels.answer("/tmp/demo.mp4");
     runTasks();
     click("export");
     item("exportFormat").setProperty("currentIndex", 1);
     EXPECT_FALSE(item("exportResolution").isEnabled()) << "a GIF has a size of its own";
     click("exportNow");
-    EXPECT_EQ(panels.kind, PanelKind::saveGif);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::saveGif);
     panels.answer("/tmp/demo.gif");
     runTasks();
     ASSERT_EQ(exports.size(), 2U);
-    EXPECT_EQ(exports[0].format, ExportFormat::mp4);
-    EXPECT_EQ(exports[0].resolution, ExportResolution::hd1080);
-    EXPECT_EQ(exports[1].format, ExportFormat::gif);
+    EXPECT_EQ(exports[0].format, app::flows::ExportFormat::mp4);
+    EXPECT_EQ(exports[0].resolution, exporting::ExportResolution::hd1080);
+    EXPECT_EQ(exports[1].format, app::flows::ExportFormat::gif);
     EXPECT_EQ(text("notice"), "Exported demo.gif");
     EXPECT_THAT(editor.resolutions(), ElementsAre("Original", "4K (3840x2160)", "1080p", "720p"));
 }
@@ -101,27 +101,27 @@ TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
     panels.answer("/tmp/demo.mp4");
     runTasks();
     EXPECT_EQ(exports.size(), 1U);
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
     EXPECT_TRUE(shows("export"));
     EXPECT_EQ(text("notice"), "");
 }
 
 TEST_F(EditorScreenTest, ProjectActionsReachTheirFlows) {
     click("saveProject");
-    EXPECT_EQ(panels.kind, PanelKind::saveProject);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::saveProject);
     EXPECT_EQ(panels.proposedName, "demo.vantro");
     panels.answer({});
     settle();
     key(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(panels.kind, PanelKind::saveProject);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::saveProject);
     panels.answer({});
     settle();
     click("openProject");
-    EXPECT_EQ(panels.kind, PanelKind::openProject);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::openProject);
     panels.answer({});
     settle();
     click("newRecording");
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
     EXPECT_TRUE(shows("record"));
     EXPECT_EQ(window().size(), QSize(340, 120));
 }
@@ -131,7 +131,7 @@ TEST_F(EditorScreenTest, WithoutARecordingItSaysSo) {
     settle();
     EXPECT_EQ(app.screen(), "empty");
     click("statusAction");
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
 }
 
 class StillPreviewTest : public test::EditorFixture {
@@ -169,7 +169,7 @@ TEST_F(StillPreviewTest, SavingKeepsThePictureAndAnotherRecordingClearsIt) {
     settle();
     EXPECT_FALSE(preview.picture().isNull());
     EXPECT_EQ(preview.position(), 5);
-    RecordingMetadata other;
+    model::RecordingMetadata other;
     other.endTime = 4;
     state.setMetadata(other);
     settle();
@@ -188,4 +188,4 @@ TEST_F(StillPreviewTest, PositionsStayWithinTheOutput) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

@@ -1,4 +1,4 @@
-#include "app/ProjectPackage.h"
+#include "app/files/ProjectPackage.h"
 #include "editor/DesktopSession.h"
 #include "media/Asset.h"
 #include "model/Json.h"
@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 namespace fs = std::filesystem;
@@ -30,8 +30,8 @@ constexpr QSize pickerSize(400, 440);
 /// The one recording that was made.
 struct Recorded {
     fs::path folder;
-    RecordingMetadata metadata;
-    Asset movie;
+    model::RecordingMetadata metadata;
+    media::Asset movie;
 };
 
 Recorded recordedIn(const fs::path& recordings) {
@@ -40,12 +40,12 @@ Recorded recordedIn(const fs::path& recordings) {
     std::ostringstream json;
     json << file.rdbuf();
     return {.folder = folder,
-            .metadata = decodeMetadata(json.view()),
-            .movie = Asset::open(folder / "recording.mov")};
+            .metadata = model::decodeMetadata(json.view()),
+            .movie = media::Asset::open(folder / "recording.mov")};
 }
 
-Size movieSize(const Recorded& recorded) {
-    return recorded.movie.tracks(MediaType::video).at(0).naturalSize;
+model::Size movieSize(const Recorded& recorded) {
+    return recorded.movie.tracks(media::MediaType::video).at(0).naturalSize;
 }
 
 class EndToEndTest : public testing::Test {
@@ -62,7 +62,7 @@ class EndToEndTest : public testing::Test {
     }
     void click(QPoint at) { session.clickMain(at.x(), at.y()); }
     bool hasEnded() {
-        return eventually([this] { return session.program().waitForFinished(1); });
+        return test::eventually([this] { return session.program().waitForFinished(1); });
     }
 
     test::DesktopSession session;
@@ -81,8 +81,8 @@ TEST_F(EndToEndTest, TwoClicksRecordTheScreenAndTheEditorFollows) {
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
 
     const auto recorded = recordedIn(session.recordings());
-    EXPECT_EQ(movieSize(recorded), (Size{1280, 900}));
-    EXPECT_EQ(recorded.metadata.captureRect, (Rect{0, 0, 1280, 900}));
+    EXPECT_EQ(movieSize(recorded), (model::Size{1280, 900}));
+    EXPECT_EQ(recorded.metadata.captureRect, (model::Rect{0, 0, 1280, 900}));
     EXPECT_GT(recorded.movie.duration().seconds(), 0.1);
     const auto& clicks = recorded.metadata.clickEvents;
     ASSERT_GE(clicks.size(), 1U);
@@ -99,22 +99,23 @@ TEST_F(EndToEndTest, KeysRecordAndStopAndSaveAProject) {
     session.xdo({"key", "ctrl+s"});
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     session.xdo({"key", "ctrl+s"});
-    ASSERT_TRUE(
-        eventually([this] { return !session.window(QStringLiteral("Save Project.*")).isNull(); }));
+    ASSERT_TRUE(test::eventually(
+        [this] { return !session.window(QStringLiteral("Save Project.*")).isNull(); }));
     const auto package = session.home() / "tour.vantro";
     session.xdo({"key", "ctrl+a"});
     session.xdo({"type", QString::fromStdString(package.string())});
     session.xdo({"key", "Return"});
-    ASSERT_TRUE(eventually([&] { return fs::exists(package / "project.json"); })) << errors();
-    const auto project = readProjectFile(package);
-    EXPECT_EQ(project.metadata.captureRect, (Rect{0, 0, 1280, 900}));
-    EXPECT_FALSE(Asset::open(package / "recording.mov").tracks(MediaType::video).empty());
+    ASSERT_TRUE(test::eventually([&] { return fs::exists(package / "project.json"); })) << errors();
+    const auto project = app::files::readProjectFile(package);
+    EXPECT_EQ(project.metadata.captureRect, (model::Rect{0, 0, 1280, 900}));
+    EXPECT_FALSE(
+        media::Asset::open(package / "recording.mov").tracks(media::MediaType::video).empty());
 }
 
 TEST_F(EndToEndTest, ADraggedAreaIsRecordedAtItsEvenSize) {
     start();
     click(recordButton);
-    ASSERT_TRUE(eventually([this] {
+    ASSERT_TRUE(test::eventually([this] {
         return session.window(QStringLiteral("Select area")).size() == QSize(1280, 900);
     })) << errors();
     session.xdo({"mousemove", "400", "300", "mousedown", "1"});
@@ -126,21 +127,22 @@ TEST_F(EndToEndTest, ADraggedAreaIsRecordedAtItsEvenSize) {
     click(stopButton);
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     const auto recorded = recordedIn(session.recordings());
-    EXPECT_EQ(recorded.metadata.captureRect, (Rect{400, 300, 300, 200}));
-    EXPECT_EQ(movieSize(recorded), (Size{300, 200}));
+    EXPECT_EQ(recorded.metadata.captureRect, (model::Rect{400, 300, 300, 200}));
+    EXPECT_EQ(movieSize(recorded), (model::Size{300, 200}));
 }
 
 TEST_F(EndToEndTest, AWindowChosenFromTheListIsRecordedWithItsFrame) {
     session.startOther(QStringLiteral("xterm"),
                        {"-title", "Notes", "-geometry", "60x20+500+300", "-e", "sleep", "600"});
-    ASSERT_TRUE(eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
+    ASSERT_TRUE(
+        test::eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
     const auto inner = session.window(QStringLiteral("Notes"));
     start();
     click(windowMode);
     click(recordButton);
     ASSERT_TRUE(session.mainWindowBecomes(pickerSize)) << errors();
     // A row can be chosen once the list has come, and a click on none does nothing.
-    ASSERT_TRUE(eventually([this] {
+    ASSERT_TRUE(test::eventually([this] {
         click({200, 80});
         return session.window(QStringLiteral("Vantro")).size() == recordingSize;
     })) << errors();
@@ -161,12 +163,12 @@ TEST_F(EndToEndTest, EscapeClosesTheOverlayAndTheControlsAreBack) {
     const auto overlayIsShown = [this] {
         return !session.window(QStringLiteral("Select area")).isNull();
     };
-    ASSERT_TRUE(eventually(overlayIsShown)) << errors();
+    ASSERT_TRUE(test::eventually(overlayIsShown)) << errors();
     session.xdo({"mousemove", "400", "300", "mousedown", "1"});
     session.xdo({"mousemove", "600", "400"});
     session.xdo({"key", "Escape"});
     session.xdo({"mouseup", "1"});
-    EXPECT_TRUE(eventually([&] { return !overlayIsShown(); }));
+    EXPECT_TRUE(test::eventually([&] { return !overlayIsShown(); }));
     EXPECT_TRUE(session.mainWindowBecomes(controlsSize));
     EXPECT_FALSE(fs::exists(session.recordings()));
 }
@@ -180,10 +182,10 @@ TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {
     ::kill(static_cast<pid_t>(session.program().processId()), SIGTERM);
     ASSERT_TRUE(hasEnded());
     EXPECT_EQ(session.program().exitCode(), 0);
-    EXPECT_EQ(movieSize(recordedIn(session.recordings())), (Size{1280, 900}));
+    EXPECT_EQ(movieSize(recordedIn(session.recordings())), (model::Size{1280, 900}));
 
     session.startProgram();
-    EXPECT_TRUE(eventually([this] {
+    EXPECT_TRUE(test::eventually([this] {
         return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
     })) << "the recording is offered again";
     session.xdo({"key", "Return"});
@@ -201,13 +203,13 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
     ASSERT_TRUE(hasEnded());
 
     session.startProgram();
-    EXPECT_TRUE(eventually([this] {
+    EXPECT_TRUE(test::eventually([this] {
         return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
     })) << "the recording is offered";
     session.xdo({"key", "Return"});
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     const auto recorded = recordedIn(session.recordings());
-    EXPECT_EQ(movieSize(recorded), (Size{1280, 900}));
+    EXPECT_EQ(movieSize(recorded), (model::Size{1280, 900}));
     EXPECT_NEAR(recorded.movie.duration().seconds(), recorded.metadata.endTime, 0.1);
     ASSERT_EQ(recorded.metadata.clickEvents.size(), 1U);
     EXPECT_EQ(recorded.metadata.clickEvents[0].x, 700);
@@ -215,7 +217,8 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
 
 TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
     for (const auto& [textResolution, expected] :
-         {std::pair{144, Rect{400, 300, 300, 200}}, std::pair{192, Rect{200, 150, 150, 100}}}) {
+         {std::pair{144, model::Rect{400, 300, 300, 200}},
+          std::pair{192, model::Rect{200, 150, 150, 100}}}) {
         test::DesktopSession session(textResolution);
         const double scale = textResolution / 96.0;
         const auto scaled = [scale](QSize size) { return (QSizeF(size) * scale).toSize(); };
@@ -223,7 +226,7 @@ TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
         ASSERT_TRUE(session.mainWindowBecomes(scaled(controlsSize)));
         session.clickMain(static_cast<int>(recordButton.x() * scale),
                           static_cast<int>(recordButton.y() * scale));
-        ASSERT_TRUE(eventually([&session] {
+        ASSERT_TRUE(test::eventually([&session] {
             return session.window(QStringLiteral("Select area")).size() == QSize(1280, 900);
         }));
         session.xdo({"mousemove", "400", "300", "mousedown", "1"});
@@ -233,14 +236,14 @@ TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
         ASSERT_TRUE(session.mainWindowBecomes(scaled(recordingSize)));
         session.clickMain(static_cast<int>(stopButton.x() * scale),
                           static_cast<int>(stopButton.y() * scale));
-        ASSERT_TRUE(eventually([&session] {
+        ASSERT_TRUE(test::eventually([&session] {
             const auto folder = session.recordings();
             return fs::exists(folder) &&
                    fs::exists(fs::directory_iterator(folder)->path() / "metadata.json");
         }));
         const auto recorded = recordedIn(session.recordings());
         EXPECT_EQ(recorded.metadata.captureRect, expected) << textResolution;
-        EXPECT_EQ(movieSize(recorded), (Size{300, 200})) << textResolution;
+        EXPECT_EQ(movieSize(recorded), (model::Size{300, 200})) << textResolution;
     }
 }
 
@@ -264,4 +267,4 @@ TEST(EndToEnd, WithoutADisplayItSaysSoInOneLine) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 class MainWindowTest : public test::EditorFixture {};
@@ -32,15 +32,15 @@ TEST_F(MainWindowTest, TogglesAndModesWriteTheStateAndShowIt) {
     EXPECT_FALSE(state.systemAudioEnabled());
     click("webcam");
     EXPECT_TRUE(state.webcamEnabled());
-    state.setCaptureMode(CaptureMode::screen);
+    state.setCaptureMode(model::CaptureMode::screen);
     settle();
     EXPECT_EQ(item("captureModes").property("current").toInt(), 0);
     item("captureModes").forceActiveFocus();
     key(Qt::Key_Right);
-    EXPECT_EQ(state.captureMode(), CaptureMode::window);
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::window);
     key(Qt::Key_Right);
     key(Qt::Key_Right);
-    EXPECT_EQ(state.captureMode(), CaptureMode::area) << "the last one stays";
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::area) << "the last one stays";
 }
 
 TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {
@@ -57,11 +57,11 @@ TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {
 }
 
 TEST_F(MainWindowTest, RecordsFromTheKeyboardCountsAndStops) {
-    state.setCaptureMode(CaptureMode::screen);
+    state.setCaptureMode(model::CaptureMode::screen);
     showWindow();
     key(Qt::Key_R, Qt::ControlModifier);
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
     EXPECT_EQ(text("elapsed"), "00:00");
     timers.advance(std::chrono::seconds(65));
     settle();
@@ -71,19 +71,19 @@ TEST_F(MainWindowTest, RecordsFromTheKeyboardCountsAndStops) {
     EXPECT_EQ(text("elapsed"), "Finishing...");
     EXPECT_FALSE(item("stop").isEnabled());
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
     EXPECT_TRUE(shows("recordingName"));
     EXPECT_GT(window().width(), 700);
 }
 
 TEST_F(MainWindowTest, RecordsAndStopsByMouse) {
-    state.setCaptureMode(CaptureMode::screen);
+    state.setCaptureMode(model::CaptureMode::screen);
     showWindow();
     click("record");
     runTasks();
     click("stop");
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
 }
 
 TEST_F(MainWindowTest, TellsWhenCaptureHasEndedByItself) {
@@ -100,10 +100,10 @@ TEST_F(MainWindowTest, SelectingCanBeCancelled) {
     showWindow();
     click("record");
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::selecting());
+    EXPECT_EQ(state.phase(), app::AppPhase::selecting());
     EXPECT_EQ(text("statusAction"), "Cancel");
     click("statusAction");
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
     EXPECT_TRUE(overlays.shown.expired());
     EXPECT_TRUE(shows("record"));
 }
@@ -124,14 +124,14 @@ TEST_F(MainWindowTest, ACountdownShowsItsSecondsAndEscapeCancelsIt) {
 
 TEST_F(MainWindowTest, EveryErrorIsShownWithItsAdviceUntilItIsDismissed) {
     showWindow();
-    using Kind = VantroError::Kind;
+    using Kind = model::VantroError::Kind;
     for (const auto kind :
          {Kind::captureStartFailed, Kind::assetWriterFailed, Kind::exportFailed,
           Kind::projectSaveFailed, Kind::projectOpenFailed, Kind::screenRecordingPermissionDenied,
           Kind::noRecordingData, Kind::invalidSelection}) {
         state.setError("Display not found", kind);
         settle();
-        const VantroError error(kind, "Display not found");
+        const model::VantroError error(kind, "Display not found");
         auto& card = item("alertCard");
         EXPECT_EQ(card.property("title").toString(), "Error");
         EXPECT_EQ(card.property("text").toString().toStdString(), error.description());
@@ -149,8 +149,9 @@ TEST_F(MainWindowTest, EveryErrorIsShownWithItsAdviceUntilItIsDismissed) {
 }
 
 TEST_F(MainWindowTest, AFailedStartIsDismissedFromTheKeyboardAndCanBeTriedAgain) {
-    state.setCaptureMode(CaptureMode::screen);
-    platform.next->startFailure = VantroError(VantroError::Kind::captureStartFailed, "gone");
+    state.setCaptureMode(model::CaptureMode::screen);
+    platform.next->startFailure =
+        model::VantroError(model::VantroError::Kind::captureStartFailed, "gone");
     showWindow();
     key(Qt::Key_R, Qt::ControlModifier);
     runTasks();
@@ -160,19 +161,19 @@ TEST_F(MainWindowTest, AFailedStartIsDismissedFromTheKeyboardAndCanBeTriedAgain)
     platform.next->startFailure.reset();
     key(Qt::Key_R, Qt::ControlModifier);
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
 }
 
 TEST_F(MainWindowTest, NothingBehindAMessageCanBeUsed) {
-    state.setCaptureMode(CaptureMode::screen);
+    state.setCaptureMode(model::CaptureMode::screen);
     showWindow();
-    state.setError("x", VantroError::Kind::exportFailed);
+    state.setError("x", model::VantroError::Kind::exportFailed);
     settle();
     key(Qt::Key_Tab);
     key(Qt::Key_Tab);
     key(Qt::Key_Space); // still the message's own button
     EXPECT_FALSE(state.showError());
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
 }
 
 TEST_F(MainWindowTest, ClosingWhileRecordingAsksAndCanBeTakenBack) {
@@ -184,14 +185,14 @@ TEST_F(MainWindowTest, ClosingWhileRecordingAsksAndCanBeTakenBack) {
     EXPECT_EQ(item("quitCard").property("reject").toString(), "Keep Recording");
     key(Qt::Key_Escape);
     EXPECT_FALSE(shows("quitCard"));
-    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
 }
 
 TEST_F(MainWindowTest, ClosingWhileRecordingFinishesTheFileBeforeItQuits) {
     showWindow();
     record();
     int quits = 0;
-    QObject::connect(&app, &MainModel::quitReady, [&] { ++quits; });
+    QObject::connect(&app, &window::MainModel::quitReady, [&] { ++quits; });
     window().close();
     settle();
     key(Qt::Key_Return);
@@ -205,9 +206,10 @@ TEST_F(MainWindowTest, ClosingWhileRecordingFinishesTheFileBeforeItQuits) {
 TEST_F(MainWindowTest, ARecordingThatCannotBeFinishedIsShownInsteadOfQuitting) {
     showWindow();
     record();
-    platform.next->stopFailure = VantroError(VantroError::Kind::assetWriterFailed, "disk full");
+    platform.next->stopFailure =
+        model::VantroError(model::VantroError::Kind::assetWriterFailed, "disk full");
     int quits = 0;
-    QObject::connect(&app, &MainModel::quitReady, [&] { ++quits; });
+    QObject::connect(&app, &window::MainModel::quitReady, [&] { ++quits; });
     app.stopAndQuit();
     runTasks();
     EXPECT_EQ(quits, 0);
@@ -222,10 +224,10 @@ TEST_F(MainWindowTest, ClosesAtOnceWhenNothingIsRecorded) {
 }
 
 void writeShortMovie(const std::filesystem::path& path) {
-    AssetWriter writer(path, FileType::quickTimeMovie, {.width = 64, .height = 64});
+    media::AssetWriter writer(path, media::FileType::quickTimeMovie, {.width = 64, .height = 64});
     writer.startWriting();
     writer.startSession({});
-    writer.append({.pixels = PixelBuffer::allocate(PixelFormat::bgra, 64, 64),
+    writer.append({.pixels = media::PixelBuffer::allocate(media::PixelFormat::bgra, 64, 64),
                    .presentationTime = {},
                    .duration = {}});
     writer.finish();
@@ -233,7 +235,7 @@ void writeShortMovie(const std::filesystem::path& path) {
 
 TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     const auto folder =
-        std::filesystem::temp_directory_path() / ("recover-" + Uuid::random().toString());
+        std::filesystem::temp_directory_path() / ("recover-" + model::Uuid::random().toString());
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "recording.mov") << "movie";
     recovery.offer(folder / "no such.mov");
@@ -246,16 +248,16 @@ TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     EXPECT_TRUE(shows("alertCard")) << "the movie is none";
     key(Qt::Key_Return);
 
-    RecordingMetadata metadata;
+    model::RecordingMetadata metadata;
     metadata.endTime = 9;
     metadata.clickEvents.emplace_back().timestamp = 3;
     writeShortMovie(folder / "recording.mov");
-    finishRecording(folder / "recording.mov", metadata);
+    app::files::finishRecording(folder / "recording.mov", metadata);
     recovery.offer(folder / "recording.mov");
     settle();
     click("acceptButton");
     runTasks();
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
     EXPECT_EQ(state.metadata(), metadata);
     EXPECT_EQ(state.editableClickEvents().size(), 1U);
 
@@ -264,14 +266,14 @@ TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     settle();
     key(Qt::Key_Escape);
     EXPECT_FALSE(app.recoveryOffered());
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
     std::filesystem::remove_all(folder);
 }
 
 TEST_F(MainWindowTest, OpenProjectAsksOnceAtATime) {
     showWindow();
     key(Qt::Key_O, Qt::ControlModifier);
-    EXPECT_EQ(panels.kind, PanelKind::openProject);
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::openProject);
     EXPECT_FALSE(item("openProject").isEnabled());
     panels.answer({});
     settle();
@@ -279,4 +281,4 @@ TEST_F(MainWindowTest, OpenProjectAsksOnceAtATime) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

@@ -1,44 +1,44 @@
-#include "editor/Preferences.h"
-#include "editor/models/TimeText.h"
+#include "ui/Preferences.h"
+#include "ui/TimeText.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 TEST(Preferences, RememberFromOneRunToTheNext) {
     const QTemporaryDir folder;
     const auto file = folder.filePath(QStringLiteral("vantro.ini"));
     {
-        Preferences first(file);
-        EXPECT_EQ(first.theme(), ThemeChoice::system);
+        ui::Preferences first(file);
+        EXPECT_EQ(first.theme(), ui::ThemeChoice::system);
         EXPECT_FALSE(first.countdown());
         EXPECT_FALSE(first.windowPosition());
         EXPECT_TRUE(first.unsavedRecording().isEmpty());
         int changes = 0;
-        QObject::connect(&first, &Preferences::themeChanged, [&] { ++changes; });
-        first.setTheme(ThemeChoice::dark);
+        QObject::connect(&first, &ui::Preferences::themeChanged, [&] { ++changes; });
+        first.setTheme(ui::ThemeChoice::dark);
         EXPECT_EQ(changes, 1);
         first.setCountdown(true);
         first.setWindowPosition({-3, 700});
         first.setUnsavedRecording(QStringLiteral("/r/recording.mov"));
     }
-    Preferences second(file);
-    EXPECT_EQ(second.theme(), ThemeChoice::dark);
+    ui::Preferences second(file);
+    EXPECT_EQ(second.theme(), ui::ThemeChoice::dark);
     EXPECT_TRUE(second.countdown());
     EXPECT_EQ(second.windowPosition(), QPoint(-3, 700));
     EXPECT_EQ(second.unsavedRecording(), "/r/recording.mov");
     second.setUnsavedRecording({});
-    second.setTheme(ThemeChoice::system);
-    EXPECT_TRUE(Preferences(file).unsavedRecording().isEmpty());
-    EXPECT_EQ(Preferences(file).theme(), ThemeChoice::system);
+    second.setTheme(ui::ThemeChoice::system);
+    EXPECT_TRUE(ui::Preferences(file).unsavedRecording().isEmpty());
+    EXPECT_EQ(ui::Preferences(file).theme(), ui::ThemeChoice::system);
 }
 
 TEST(Preferences, KeepTheLatestProjectsOnceEach) {
     const QTemporaryDir folder;
-    Preferences preferences(folder.filePath(QStringLiteral("vantro.ini")));
+    ui::Preferences preferences(folder.filePath(QStringLiteral("vantro.ini")));
     for (int i = 0; i < 12; ++i)
         preferences.addRecentProject(QStringLiteral("/p/%1.vantro").arg(i));
     preferences.addRecentProject(QStringLiteral("/p/9.vantro"));
@@ -50,14 +50,14 @@ TEST(Preferences, KeepTheLatestProjectsOnceEach) {
 }
 
 TEST(TimeText, ReadsAsAClock) {
-    EXPECT_EQ(elapsedText(0), "00:00");
-    EXPECT_EQ(elapsedText(754), "12:34");
-    EXPECT_EQ(elapsedText(3723), "1:02:03");
-    EXPECT_EQ(positionText(7.39), "0:07.3");
-    EXPECT_EQ(positionText(0.7), "0:00.7") << "0.7 is a hair below seven tenths";
-    EXPECT_EQ(positionText(59.99), "0:59.9");
-    EXPECT_EQ(positionText(3723.5), "1:02:03.5");
+    EXPECT_EQ(ui::elapsedText(0), "00:00");
+    EXPECT_EQ(ui::elapsedText(754), "12:34");
+    EXPECT_EQ(ui::elapsedText(3723), "1:02:03");
+    EXPECT_EQ(ui::positionText(7.39), "0:07.3");
+    EXPECT_EQ(ui::positionText(0.7), "0:00.7") << "0.7 is a hair below seven tenths";
+    EXPECT_EQ(ui::positionText(59.99), "0:59.9");
+    EXPECT_EQ(ui::positionText(3723.5), "1:02:03.5");
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

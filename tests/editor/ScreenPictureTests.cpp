@@ -4,7 +4,7 @@
 #include <QQuickWindow>
 #include <QTemporaryFile>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 /// Shows every screen in one theme, keeps the pictures for people, and checks what can be checked
@@ -71,11 +71,11 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
 TEST_P(ScreenPictureTest, PickerAndAlert) {
     appearance.setDark(GetParam());
     showWindow();
-    state.setError("Display not found", VantroError::Kind::captureStartFailed);
+    state.setError("Display not found", model::VantroError::Kind::captureStartFailed);
     keep("alert");
     state.setShowError(false);
 
-    content = ShareableContent{};
+    content = capture::ShareableContent{};
     for (const auto* name : {"Terminal", "Web Browser", "Text Editor", "Files"}) {
         auto shown = test::windowOf(static_cast<std::uint32_t>(content->windows.size()) + 1,
                                     std::string("A window of ") + name, {0, 0, 500, 400});
@@ -84,12 +84,12 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
         shown.isOnScreen = true;
         content->windows.push_back(shown);
     }
-    state.setCaptureMode(CaptureMode::window);
+    state.setCaptureMode(model::CaptureMode::window);
     recording.beginCapture();
     keep("picker-loading");
     runTasks();
     keep("picker");
-    content = ShareableContent{};
+    content = capture::ShareableContent{};
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-empty");
@@ -116,7 +116,7 @@ TEST_P(ScreenPictureTest, Editor) {
     click("exportNow");
     panels.answer("/tmp/demo.mp4");
     runTasks();
-    state.setError("No space left on device", VantroError::Kind::exportFailed);
+    state.setError("No space left on device", model::VantroError::Kind::exportFailed);
     keep("editor-alert");
 }
 
@@ -124,4 +124,4 @@ INSTANTIATE_TEST_SUITE_P(Themes, ScreenPictureTest, testing::Bool(),
                          [](const auto& theme) { return theme.param ? "Dark" : "Light"; });
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

@@ -1,4 +1,4 @@
-#include "editor/overlay/SelectionOverlay.h"
+#include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -7,44 +7,44 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
-Rect drag(Point from, Point to) {
-    SelectionGeometry geometry;
+model::Rect drag(model::Point from, model::Point to) {
+    window::overlay::SelectionGeometry geometry;
     geometry.press(from);
     geometry.drag({200, 200});
     geometry.drag(to);
-    return geometry.release().value_or(Rect{});
+    return geometry.release().value_or(model::Rect{});
 }
 
 TEST(SelectionGeometry, RoundsTheSizeDownToEvenNumbers) {
-    EXPECT_EQ(drag({20, 30}, {321, 231}), (Rect{20, 30, 300, 200}));
-    EXPECT_EQ(drag({20, 30}, {320.75, 229.25}), (Rect{20, 30, 300, 198}));
+    EXPECT_EQ(drag({20, 30}, {321, 231}), (model::Rect{20, 30, 300, 200}));
+    EXPECT_EQ(drag({20, 30}, {320.75, 229.25}), (model::Rect{20, 30, 300, 198}));
 }
 
 TEST(SelectionGeometry, TheDirectionOfTheDragDoesNotMatter) {
-    const Rect expected{100, 50, 300, 200};
+    const model::Rect expected{100, 50, 300, 200};
     EXPECT_EQ(drag({100, 50}, {400, 250}), expected);
     EXPECT_EQ(drag({400, 250}, {100, 50}), expected);
     EXPECT_EQ(drag({400, 50}, {100, 250}), expected);
 }
 
 TEST(SelectionGeometry, ASmallDragIsASlipAndStartsOver) {
-    for (const auto& to : {Point{30, 300}, Point{300, 30}, Point{20, 20}}) {
-        SelectionGeometry geometry;
+    for (const auto& to : {model::Point{30, 300}, model::Point{300, 30}, model::Point{20, 20}}) {
+        window::overlay::SelectionGeometry geometry;
         geometry.press({20, 20});
         geometry.drag(to);
         EXPECT_FALSE(geometry.release());
-        EXPECT_EQ(geometry.currentRect(), Rect{});
+        EXPECT_EQ(geometry.currentRect(), model::Rect{});
         geometry.drag({500, 500});
         EXPECT_FALSE(geometry.hasArea()) << "no button is down";
     }
-    EXPECT_NE(drag({20, 20}, {31, 31}), Rect{});
+    EXPECT_NE(drag({20, 20}, {31, 31}), model::Rect{});
 }
 
 TEST(SelectionGeometry, LabelCutsOffFractions) {
-    SelectionGeometry geometry;
+    window::overlay::SelectionGeometry geometry;
     geometry.press({0, 0});
     geometry.drag({640.9, 360.5});
     EXPECT_EQ(geometry.label(), "640 x 360");
@@ -59,19 +59,20 @@ class SelectionOverlayTest : public testing::Test {
         auto* screen = QGuiApplication::primaryScreen();
         QImage backdrop(screen->size(), QImage::Format_RGB32);
         backdrop.fill(Qt::white);
-        overlay = std::make_unique<SelectionOverlay>(
-            screen, backdrop, OverlayScale{.pixelsPerUnit = pixelsPerUnit, .displayID = 9},
-            AreaOverlayCallbacks{.onSelection =
-                                     [this](auto displayID, auto rect) {
-                                         ++answers;
-                                         selectedDisplay = displayID;
-                                         selected = rect;
-                                     },
-                                 .onCancel =
-                                     [this] {
-                                         ++answers;
-                                         cancelled = true;
-                                     }});
+        overlay = std::make_unique<window::overlay::SelectionOverlay>(
+            screen, backdrop,
+            window::overlay::OverlayScale{.pixelsPerUnit = pixelsPerUnit, .displayID = 9},
+            app::flows::AreaOverlayCallbacks{.onSelection =
+                                                 [this](auto displayID, auto rect) {
+                                                     ++answers;
+                                                     selectedDisplay = displayID;
+                                                     selected = rect;
+                                                 },
+                                             .onCancel =
+                                                 [this] {
+                                                     ++answers;
+                                                     cancelled = true;
+                                                 }});
         overlay->showFullScreen();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(overlay.get()));
     }
@@ -86,11 +87,11 @@ class SelectionOverlayTest : public testing::Test {
         return image;
     }
 
-    std::unique_ptr<SelectionOverlay> overlay;
+    std::unique_ptr<window::overlay::SelectionOverlay> overlay;
     int answers = 0;
     bool cancelled = false;
     std::uint32_t selectedDisplay = 0;
-    std::optional<Rect> selected;
+    std::optional<model::Rect> selected;
 };
 
 TEST_F(SelectionOverlayTest, DimsTheScreenExceptWhatIsSelected) {
@@ -115,7 +116,7 @@ TEST_F(SelectionOverlayTest, ReportsTheAreaOnceAndHides) {
     QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {501, 401});
     EXPECT_EQ(answers, 1);
     EXPECT_FALSE(overlay->isVisible());
-    EXPECT_EQ(selected, (Rect{200, 200, 300, 200}));
+    EXPECT_EQ(selected, (model::Rect{200, 200, 300, 200}));
     EXPECT_EQ(selectedDisplay, 9U);
 }
 
@@ -140,7 +141,7 @@ TEST_F(SelectionOverlayTest, ASlipLeavesItOpenForTheNextDrag) {
     EXPECT_TRUE(overlay->isVisible());
     dragTo({10, 10}, {110, 110});
     QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {110, 110});
-    EXPECT_EQ(selected, (Rect{10, 10, 100, 100}));
+    EXPECT_EQ(selected, (model::Rect{10, 10, 100, 100}));
 }
 
 TEST_F(SelectionOverlayTest, OtherKeysAndButtonsDoNothing) {
@@ -154,8 +155,8 @@ TEST_F(SelectionOverlayTest, UnderFractionalScalingTheAreaAndTheLabelAreInPoints
     dragTo({200, 200}, {400, 300});
     EXPECT_EQ(picture().pixelColor(390, 290), QColor(Qt::white)) << "drawn where it is dragged";
     QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, {400, 300});
-    EXPECT_EQ(selected, (Rect{300, 300, 300, 150}));
+    EXPECT_EQ(selected, (model::Rect{300, 300, 300, 150}));
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

@@ -6,14 +6,14 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::editor {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-ShareableWindow offered(std::uint32_t id, const std::string& title,
-                        const std::string& application) {
+capture::ShareableWindow offered(std::uint32_t id, const std::string& title,
+                                 const std::string& application) {
     auto window = test::windowOf(id, title, {0, 0, 400, 300});
     window.applicationName = application;
     window.bundleIdentifier = application;
@@ -21,7 +21,7 @@ ShareableWindow offered(std::uint32_t id, const std::string& title,
     return window;
 }
 
-std::vector<std::uint32_t> idsOf(const std::vector<ShareableWindow>& windows) {
+std::vector<std::uint32_t> idsOf(const std::vector<capture::ShareableWindow>& windows) {
     std::vector<std::uint32_t> ids;
     for (const auto& window : windows)
         ids.push_back(window.windowID);
@@ -29,7 +29,7 @@ std::vector<std::uint32_t> idsOf(const std::vector<ShareableWindow>& windows) {
 }
 
 TEST(OfferedWindows, AreOnScreenLargeEnoughNamedAndNotOurOwn) {
-    std::vector<ShareableWindow> windows;
+    std::vector<capture::ShareableWindow> windows;
     for (std::uint32_t id = 1; id <= 7; ++id)
         windows.push_back(offered(id, "title", "app"));
     windows[0].frame = {0, 0, 100, 100};
@@ -40,16 +40,16 @@ TEST(OfferedWindows, AreOnScreenLargeEnoughNamedAndNotOurOwn) {
     windows[5].title.clear();
     windows[6].title.clear();
     windows[6].applicationName.clear();
-    EXPECT_THAT(idsOf(offeredWindows(windows, "own")), ElementsAre(1, 6));
+    EXPECT_THAT(idsOf(window::picker::offeredWindows(windows, "own")), ElementsAre(1, 6));
 }
 
 class WindowPickerTest : public test::EditorFixture {
   protected:
     WindowPickerTest() {
-        content = ShareableContent{};
+        content = capture::ShareableContent{};
         content->windows = {offered(1, "notes.txt", "Editor"), offered(2, "", "Terminal"),
                             offered(3, "Inbox", "")};
-        state.setCaptureMode(CaptureMode::window);
+        state.setCaptureMode(model::CaptureMode::window);
     }
 
     void openPicker() {
@@ -66,9 +66,9 @@ TEST_F(WindowPickerTest, ListsTheWindowsOnceTheyAreKnown) {
     runTasks();
     EXPECT_FALSE(windows.isLoading());
     ASSERT_EQ(item("windowList").property("count").toInt(), 3);
-    EXPECT_EQ(row(0, WindowPickerModel::title), "notes.txt");
-    EXPECT_EQ(row(1, WindowPickerModel::applicationName), "Terminal");
-    EXPECT_EQ(row(2, WindowPickerModel::applicationName), "Unknown App");
+    EXPECT_EQ(row(0, window::picker::WindowPickerModel::title), "notes.txt");
+    EXPECT_EQ(row(1, window::picker::WindowPickerModel::applicationName), "Terminal");
+    EXPECT_EQ(row(2, window::picker::WindowPickerModel::applicationName), "Unknown App");
 }
 
 TEST_F(WindowPickerTest, AChosenRowIsRecorded) {
@@ -76,7 +76,7 @@ TEST_F(WindowPickerTest, AChosenRowIsRecorded) {
     runTasks();
     key(Qt::Key_Down);
     key(Qt::Key_Return);
-    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
     ASSERT_TRUE(state.selectedWindow());
     EXPECT_EQ(state.selectedWindow()->windowID, 2U);
     EXPECT_EQ(timers.running(), 2U) << "the list is no longer refreshed";
@@ -90,7 +90,7 @@ TEST_F(WindowPickerTest, CancelAndEscapeLeadBack) {
     click("record");
     key(Qt::Key_Escape);
     EXPECT_TRUE(shows("record"));
-    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
 }
 
 TEST_F(WindowPickerTest, FailureAndEmptinessAreTold) {
@@ -99,7 +99,7 @@ TEST_F(WindowPickerTest, FailureAndEmptinessAreTold) {
     runTasks();
     EXPECT_EQ(text("pickerMessage"), "Could not list windows");
     EXPECT_EQ(text("pickerError"), "cannot open display :9");
-    content = ShareableContent{};
+    content = capture::ShareableContent{};
     timers.advance(std::chrono::seconds(1));
     runTasks();
     EXPECT_EQ(text("pickerMessage"), "No windows available");
@@ -110,7 +110,7 @@ TEST_F(WindowPickerTest, FollowsWindowsThatComeAndGoWithoutMovingTheOthers) {
     openPicker();
     runTasks();
     int resets = 0;
-    QObject::connect(&windows, &WindowPickerModel::modelReset, [&] { ++resets; });
+    QObject::connect(&windows, &window::picker::WindowPickerModel::modelReset, [&] { ++resets; });
     std::ranges::reverse(content->windows); // somebody clicked another window
     timers.advance(std::chrono::seconds(1));
     runTasks();
@@ -120,13 +120,14 @@ TEST_F(WindowPickerTest, FollowsWindowsThatComeAndGoWithoutMovingTheOthers) {
     timers.advance(std::chrono::seconds(1));
     runTasks();
     EXPECT_EQ(resets, 1);
-    EXPECT_EQ(row(0, WindowPickerModel::applicationName), "Terminal");
-    EXPECT_EQ(row(2, WindowPickerModel::title), "New");
+    EXPECT_EQ(row(0, window::picker::WindowPickerModel::applicationName), "Terminal");
+    EXPECT_EQ(row(2, window::picker::WindowPickerModel::title), "New");
     EXPECT_FALSE(windows.window(3));
 }
 
-std::shared_ptr<const WindowIcon> iconOf(std::uint32_t color) {
-    auto icon = std::make_shared<WindowIcon>(WindowIcon{.width = 64, .height = 64, .pixels = {}});
+std::shared_ptr<const capture::WindowIcon> iconOf(std::uint32_t color) {
+    auto icon = std::make_shared<capture::WindowIcon>(
+        capture::WindowIcon{.width = 64, .height = 64, .pixels = {}});
     icon->pixels.assign(std::size_t{64} * 64, color);
     return icon;
 }
@@ -158,4 +159,4 @@ TEST_F(WindowPickerTest, AListThatComesAfterTheEndIsDropped) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::editor

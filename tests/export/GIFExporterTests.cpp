@@ -7,46 +7,48 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 
 ExportSummary exportGif(const std::filesystem::path& output, const EditedRecording& edit,
                         const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return GIFExporter(makeRenderer(RendererChoice::software)).run(edit, output, progress, stop);
+    return GIFExporter(render::makeRenderer(render::RendererChoice::software))
+        .run(edit, output, progress, stop);
 }
 
 TEST(GIFExporter, IsNeverWiderThan640NorLargerThanTheRecording) {
-    EXPECT_EQ(gifBaseSize({1920, 1080}), (Size{640, 360}));
-    EXPECT_EQ(gifBaseSize({1000, 563}), (Size{640, 360}));
-    EXPECT_EQ(gifBaseSize({321, 201}), (Size{320, 200}));
+    EXPECT_EQ(gifBaseSize({1920, 1080}), (model::Size{640, 360}));
+    EXPECT_EQ(gifBaseSize({1000, 563}), (model::Size{640, 360}));
+    EXPECT_EQ(gifBaseSize({321, 201}), (model::Size{320, 200}));
 }
 
 TEST(GIFExporter, WritesTwelveFramesASecondThatFollowTheEdit) {
-    const TemporaryFolder folder;
-    writeColorClock(folder / "recording.mov", 320, 180, 30, 3);
-    auto edit = plainEdit(folder / "recording.mov", 30);
+    const test::TemporaryFolder folder;
+    test::writeColorClock(folder / "recording.mov", 320, 180, 30, 3);
+    auto edit = test::plainEdit(folder / "recording.mov", 30);
     edit.segments = {{.startFraction = 1.0 / 3, .endFraction = 1, .speed = 2}};
     const auto summary = exportGif(folder / "out.gif", edit);
 
     EXPECT_EQ(summary.frameCount, 12);
-    const auto probed = probe(folder / "out.gif");
+    const auto probed = test::probe(folder / "out.gif");
     EXPECT_EQ(probed["streams"][0]["codec_name"], "gif");
     EXPECT_EQ(probed["streams"][0]["width"], 320);
     EXPECT_NEAR(std::stod(probed["format"]["duration"].get<std::string>()), 1.0, 0.02);
 }
 
 TEST(GIFExporter, LeavesTheEarlierFileWhenItFailsOrIsCancelled) {
-    const TemporaryFolder source;
-    writeColorClock(source / "recording.mov", 320, 180, 30, 4);
-    const TemporaryFolder target;
+    const test::TemporaryFolder source;
+    test::writeColorClock(source / "recording.mov", 320, 180, 30, 4);
+    const test::TemporaryFolder target;
     std::ofstream(target / "out.gif") << "earlier";
-    EXPECT_THROW(exportGif(target / "out.gif", plainEdit(source / "missing.mov", 30)), VantroError);
+    EXPECT_THROW(exportGif(target / "out.gif", test::plainEdit(source / "missing.mov", 30)),
+                 model::VantroError);
 
     std::stop_source stop;
     const auto summary = exportGif(
-        target / "out.gif", plainEdit(source / "recording.mov", 30),
+        target / "out.gif", test::plainEdit(source / "recording.mov", 30),
         [&](double) { stop.request_stop(); }, stop.get_token());
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
     EXPECT_EQ(std::filesystem::file_size(target / "out.gif"), 7U);
@@ -54,4 +56,4 @@ TEST(GIFExporter, LeavesTheEarlierFileWhenItFailsOrIsCancelled) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::exporting

@@ -1,7 +1,7 @@
 #include "export/RecordingFixture.h"
 
 #include "media/AssetWriter.h"
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 #include "model/Uuid.h"
 
 #include <algorithm>
@@ -12,17 +12,18 @@
 
 #include <fmt/format.h>
 
-namespace vantro::testing {
+namespace vantro::test {
 
-std::shared_ptr<const PixelBuffer> asBgra(std::shared_ptr<const PixelBuffer> pixels) {
-    if (pixels->format() == PixelFormat::bgra)
+std::shared_ptr<const media::PixelBuffer> asBgra(std::shared_ptr<const media::PixelBuffer> pixels) {
+    if (pixels->format() == media::PixelFormat::bgra)
         return pixels;
-    auto bgra = PixelBuffer::allocate(PixelFormat::bgra, pixels->width(), pixels->height());
-    convertI420ToBgra(*pixels, *bgra);
+    auto bgra =
+        media::PixelBuffer::allocate(media::PixelFormat::bgra, pixels->width(), pixels->height());
+    media::color::convertI420ToBgra(*pixels, *bgra);
     return bgra;
 }
 
-Rgb meanColor(const PixelBuffer& bgra, int x, int y) {
+Rgb meanColor(const media::PixelBuffer& bgra, int x, int y) {
     constexpr int reach = 3;
     long sums[3]{};
     int count = 0;
@@ -43,7 +44,7 @@ int distance(Rgb a, Rgb b) {
         {std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
 }
 
-void fill(PixelBuffer& bgra, Rgb color) {
+void fill(media::PixelBuffer& bgra, Rgb color) {
     for (int y = 0; y < bgra.height(); ++y) {
         auto* pixel = bgra.mutableRow(0, y);
         for (int x = 0; x < bgra.width(); ++x, pixel += 4) {
@@ -57,19 +58,19 @@ void fill(PixelBuffer& bgra, Rgb color) {
 
 void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
                 int frameCount, const FramePainter& paint) {
-    AssetWriter writer(path, FileType::quickTimeMovie,
-                       {.width = width,
-                        .height = height,
-                        .expectedFrameRate = static_cast<double>(frameRate),
-                        .keyframeInterval = 0.5});
+    media::AssetWriter writer(path, media::FileType::quickTimeMovie,
+                              {.width = width,
+                               .height = height,
+                               .expectedFrameRate = static_cast<double>(frameRate),
+                               .keyframeInterval = 0.5});
     writer.startWriting();
     writer.startSession({0, frameRate});
     for (int index = 0; index < frameCount; ++index) {
-        auto pixels = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+        auto pixels = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
         paint(*pixels, index);
         writer.append({pixels, {index, frameRate}, {1, frameRate}});
     }
-    writer.finish(MediaTime{frameCount, frameRate});
+    writer.finish(media::MediaTime{frameCount, frameRate});
 }
 
 Rgb colorOfSecond(int second) {
@@ -80,19 +81,19 @@ Rgb colorOfSecond(int second) {
 void writeColorClock(const std::filesystem::path& path, int width, int height, int frameRate,
                      int seconds) {
     writeMovie(path, width, height, frameRate, seconds * frameRate,
-               [frameRate](PixelBuffer& bgra, int frame) {
+               [frameRate](media::PixelBuffer& bgra, int frame) {
                    fill(bgra, colorOfSecond(frame / frameRate));
                });
 }
 
-EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
-    EditedRecording edit;
+exporting::EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
+    exporting::EditedRecording edit;
     edit.videoURL = movie;
     edit.metadata.frameRate = frameRate;
     edit.metadata.displayScaleFactor = 1;
-    edit.backgroundSettings =
-        BackgroundSettings{.type = BackgroundColor{}, .padding = 0, .cornerRadius = 0};
-    edit.segments = fullLengthTimeline();
+    edit.backgroundSettings = model::BackgroundSettings{
+        .type = model::BackgroundColor{}, .padding = 0, .cornerRadius = 0};
+    edit.segments = model::fullLengthTimeline();
     return edit;
 }
 
@@ -124,4 +125,4 @@ nlohmann::json probePackets(const std::filesystem::path& file, const std::string
     return ffprobe("-show_packets -select_streams " + stream, file)["packets"];
 }
 
-} // namespace vantro::testing
+} // namespace vantro::test

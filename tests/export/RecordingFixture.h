@@ -1,7 +1,7 @@
 #pragma once
 
 #include "export/ComposedMovie.h"
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace vantro::testing {
+namespace vantro::test {
 
 using test::TemporaryFolder;
 
@@ -21,21 +21,21 @@ struct Rgb {
 };
 
 /// The same picture as bgra.
-std::shared_ptr<const PixelBuffer> asBgra(std::shared_ptr<const PixelBuffer> pixels);
+std::shared_ptr<const media::PixelBuffer> asBgra(std::shared_ptr<const media::PixelBuffer> pixels);
 
 /// The mean colour of a small square round (x, y).
-Rgb meanColor(const PixelBuffer& bgra, int x, int y);
+Rgb meanColor(const media::PixelBuffer& bgra, int x, int y);
 /// Largest difference of any channel.
 int distance(Rgb a, Rgb b);
 
-using FramePainter = std::function<void(PixelBuffer& bgra, int frame)>;
+using FramePainter = std::function<void(media::PixelBuffer& bgra, int frame)>;
 
 /// Writes a real H.264 movie at a constant rate, as a recording would be.
 void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
                 int frameCount, const FramePainter& paint);
 
 /// One flat colour over the whole frame.
-void fill(PixelBuffer& bgra, Rgb color);
+void fill(media::PixelBuffer& bgra, Rgb color);
 
 /// A movie whose colour tells the source second: red, green, blue, white, then again.
 Rgb colorOfSecond(int second);
@@ -43,7 +43,7 @@ void writeColorClock(const std::filesystem::path& path, int width, int height, i
                      int seconds);
 
 /// An edit without padding, corners, cursor or zooms: output pixels are the recording's own.
-EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate);
+exporting::EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate);
 
 /// What an independent reader (ffprobe) says of a file's first video stream and format.
 nlohmann::json probe(const std::filesystem::path& file);
@@ -52,4 +52,4 @@ nlohmann::json probeStreams(const std::filesystem::path& file);
 /// What it says of the packets of one stream, named as in "a:0".
 nlohmann::json probePackets(const std::filesystem::path& file, const std::string& stream);
 
-} // namespace vantro::testing
+} // namespace vantro::test

@@ -14,10 +14,10 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 using test::beepTimes;
 using test::soundOf;
 
@@ -28,9 +28,11 @@ constexpr int frameRate = 60;
 void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
                           const std::string& coding = "-c:a aac -b:a 128k -ac 2") {
     const auto picture = movie.parent_path() / "picture.mov";
-    writeMovie(picture, 160, 90, frameRate, seconds * frameRate, [](PixelBuffer& bgra, int frame) {
-        fill(bgra, frame % frameRate < frameRate / 10 ? Rgb{255, 255, 255} : Rgb{0, 0, 0});
-    });
+    test::writeMovie(
+        picture, 160, 90, frameRate, seconds * frameRate, [](media::PixelBuffer& bgra, int frame) {
+            test::fill(bgra, frame % frameRate < frameRate / 10 ? test::Rgb{255, 255, 255}
+                                                                : test::Rgb{0, 0, 0});
+        });
     const auto command = fmt::format(
         "ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
         "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:d={}\" -c:v copy {} '{}'",
@@ -41,13 +43,13 @@ void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
 
 /// When the picture turns white.
 std::vector<double> flashTimes(const std::filesystem::path& movie) {
-    const auto asset = Asset::open(movie);
-    FrameSource source(asset, asset.tracks(MediaType::video).front().id);
+    const auto asset = media::Asset::open(movie);
+    media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
     std::vector<double> times;
     bool wasWhite = false;
-    for (int frame = 0; MediaTime{frame, frameRate} < asset.duration(); ++frame) {
-        const auto picture = asBgra(source.frameAt({frame, frameRate})->pixels);
-        const bool isWhite = meanColor(*picture, 80, 45).green > 127;
+    for (int frame = 0; media::MediaTime{frame, frameRate} < asset.duration(); ++frame) {
+        const auto picture = test::asBgra(source.frameAt({frame, frameRate})->pixels);
+        const bool isWhite = test::meanColor(*picture, 80, 45).green > 127;
         if (isWhite && !wasWhite)
             times.push_back(static_cast<double>(frame) / frameRate);
         wasWhite = isWhite;
@@ -55,8 +57,9 @@ std::vector<double> flashTimes(const std::filesystem::path& movie) {
     return times;
 }
 
-EditedRecording edited(const std::filesystem::path& movie, std::vector<TimelineSegment> segments) {
-    auto edit = plainEdit(movie, frameRate);
+EditedRecording edited(const std::filesystem::path& movie,
+                       std::vector<model::TimelineSegment> segments) {
+    auto edit = test::plainEdit(movie, frameRate);
     if (!segments.empty())
         edit.segments = std::move(segments);
     return edit;
@@ -64,24 +67,24 @@ EditedRecording edited(const std::filesystem::path& movie, std::vector<TimelineS
 
 ExportSummary exportTo(const std::filesystem::path& output, const EditedRecording& edit,
                        const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return VideoExporter(makeRenderer(RendererChoice::software, nullptr))
+    return VideoExporter(render::makeRenderer(render::RendererChoice::software, nullptr))
         .run(edit, ExportResolution::original, output, progress, stop);
 }
 
 /// What ffprobe says of the file's sound; null when it has none.
 nlohmann::json audioStream(const std::filesystem::path& movie) {
-    for (const auto& stream : probeStreams(movie))
+    for (const auto& stream : test::probeStreams(movie))
         if (stream["codec_type"] == "audio")
             return stream;
     return {};
 }
 
 TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 20);
     // Every segment begins at a flash; where one does not end at the next, a second is cut.
     const auto at = [](int from, int to, double speed) {
-        return TimelineSegment{
+        return model::TimelineSegment{
             .startFraction = from / 20.0, .endFraction = to / 20.0, .speed = speed};
     };
     const auto edit = edited(folder / "recording.mov",
@@ -90,7 +93,7 @@ TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
     exportTo(folder / "out.mp4", edit);
 
     const auto flashes = flashTimes(folder / "out.mp4");
-    const auto beeps = beepTimes(soundOf(folder / "out.mp4"));
+    const auto beeps = test::beepTimes(test::soundOf(folder / "out.mp4"));
     const std::vector<double> boundaries{0, 2, 3, 5, 6, 7, 11, 13};
     const auto nearest = [](const std::vector<double>& times, double wanted) {
         return *std::ranges::min_element(times, {},
@@ -103,7 +106,7 @@ TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
 }
 
 TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 3, "-c:a pcm_s16le -ac 1 -ar 44100");
     exportTo(folder / "out.mp4", edited(folder / "recording.mov", {}));
     const auto sound = audioStream(folder / "out.mp4");
@@ -119,14 +122,14 @@ TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
 }
 
 TEST(SoundExport, leavesARecordingWithoutSoundSilent) {
-    const TemporaryFolder folder;
-    writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
-    exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30));
+    const test::TemporaryFolder folder;
+    test::writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
+    exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30));
     EXPECT_TRUE(audioStream(folder / "out.mp4").is_null());
 }
 
 TEST(SoundExport, cancelsWithoutATrace) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 10);
     std::stop_source stop;
     const auto summary = exportTo(
@@ -138,7 +141,7 @@ TEST(SoundExport, cancelsWithoutATrace) {
 
 /// Overwrites the packets of a stream behind `from` seconds, where they lie in the file.
 void damage(const std::filesystem::path& movie, const std::string& stream, double from) {
-    const auto packets = probePackets(movie, stream);
+    const auto packets = test::probePackets(movie, stream);
     std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);
     for (const auto& packet : packets) {
         if (std::stod(packet["pts_time"].get<std::string>()) < from)
@@ -150,22 +153,23 @@ void damage(const std::filesystem::path& movie, const std::string& stream, doubl
 }
 
 TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 4);
     damage(folder / "recording.mov", "v:0", 2.0);
     const auto edit = edited(folder / "recording.mov", {});
-    EXPECT_THROW(exportTo(folder / "out.mp4", edit), VantroError);
+    EXPECT_THROW(exportTo(folder / "out.mp4", edit), model::VantroError);
     EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
 
-    VideoExporter exporter(makeRenderer(RendererChoice::software, nullptr));
+    VideoExporter exporter(render::makeRenderer(render::RendererChoice::software, nullptr));
     exporter.setToleratesDamage(true);
     const auto summary = exporter.run(edit, ExportResolution::original, folder / "out.mp4", {}, {});
     EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
     EXPECT_NEAR(summary.duration, 2.0,
                 0.15); // a break takes up to three reordered pictures with it
     EXPECT_EQ(flashTimes(folder / "out.mp4"), (std::vector<double>{0, 1}));
-    EXPECT_NEAR(Asset::open(folder / "out.mp4").duration().seconds(), summary.duration, 0.03);
+    EXPECT_NEAR(media::Asset::open(folder / "out.mp4").duration().seconds(), summary.duration,
+                0.03);
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::exporting

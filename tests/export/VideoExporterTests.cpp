@@ -13,16 +13,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::exporting {
 namespace {
 
-using namespace vantro::testing;
+using namespace vantro::test;
 using ::testing::HasSubstr;
 
 constexpr int colorTolerance = 8; // the codec's own loss on flat colours
 
-std::unique_ptr<Renderer> softwareRenderer() {
-    return makeRenderer(RendererChoice::software, nullptr);
+std::unique_ptr<render::Renderer> softwareRenderer() {
+    return render::makeRenderer(render::RendererChoice::software, nullptr);
 }
 
 ExportSummary exportTo(const std::filesystem::path& output, const EditedRecording& edit,
@@ -31,33 +31,33 @@ ExportSummary exportTo(const std::filesystem::path& output, const EditedRecordin
     return VideoExporter(softwareRenderer()).run(edit, resolution, output, progress, stop);
 }
 
-Rgb colorAt(const std::filesystem::path& movie, double seconds) {
-    const auto asset = Asset::open(movie);
-    FrameSource source(asset, asset.tracks(MediaType::video).front().id);
-    const auto frame = source.frameAt(MediaTime::fromSeconds(seconds, 90'000));
-    const auto bgra = asBgra(frame->pixels);
-    return meanColor(*bgra, bgra->width() / 2, bgra->height() / 2);
+test::Rgb colorAt(const std::filesystem::path& movie, double seconds) {
+    const auto asset = media::Asset::open(movie);
+    media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
+    const auto frame = source.frameAt(media::MediaTime::fromSeconds(seconds, 90'000));
+    const auto bgra = test::asBgra(frame->pixels);
+    return test::meanColor(*bgra, bgra->width() / 2, bgra->height() / 2);
 }
 
 std::string failureOf(const std::function<void()>& action) {
     try {
         action();
-    } catch (const VantroError& error) {
+    } catch (const model::VantroError& error) {
         return error.what();
     }
     return "no error";
 }
 
 TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
-    const TemporaryFolder folder;
-    writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
+    const test::TemporaryFolder folder;
+    test::writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
     std::vector<double> reports;
     const auto summary =
-        exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30),
+        exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30),
                  ExportResolution::original, [&](double fraction) { reports.push_back(fraction); });
 
     EXPECT_EQ(summary.frameCount, 60);
-    const auto probed = probe(folder / "out.mp4");
+    const auto probed = test::probe(folder / "out.mp4");
     const auto& stream = probed["streams"][0];
     EXPECT_EQ(stream["codec_name"], "h264");
     EXPECT_EQ(stream["profile"], "High");
@@ -77,9 +77,9 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
 }
 
 TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
-    const TemporaryFolder folder;
-    writeColorClock(folder / "recording.mov", 320, 180, 30, 4);
-    auto edit = plainEdit(folder / "recording.mov", 30);
+    const test::TemporaryFolder folder;
+    test::writeColorClock(folder / "recording.mov", 320, 180, 30, 4);
+    auto edit = test::plainEdit(folder / "recording.mov", 30);
     // Second 0 at double speed, second 1 cut, second 2 at half speed, second 3 as it is.
     edit.segments = {{.startFraction = 0, .endFraction = 0.25, .speed = 2},
                      {.startFraction = 0.5, .endFraction = 0.75, .speed = 0.5},
@@ -93,82 +93,83 @@ TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
         int sourceSecond;
     } expected[]{{0.1, 0}, {0.45, 0}, {0.55, 2}, {2.4, 2}, {2.55, 3}, {3.4, 3}};
     for (const auto& [time, second] : expected)
-        EXPECT_LE(distance(colorAt(folder / "out.mp4", time), colorOfSecond(second)),
+        EXPECT_LE(test::distance(colorAt(folder / "out.mp4", time), test::colorOfSecond(second)),
                   colorTolerance)
             << "at " << time;
 }
 
 TEST(VideoExporter, EncodesEveryCanvasAtTheSizeItsRuleGives) {
-    const Size video{1000, 562};
+    const model::Size video{1000, 562};
     EditedRecording edit;
     const struct {
         ExportResolution resolution;
-        CanvasAspectRatio aspect;
-        Size size;
+        model::CanvasAspectRatio aspect;
+        model::Size size;
     } expected[]{
-        {ExportResolution::original, CanvasAspectRatio::automatic, {1000, 562}},
-        {ExportResolution::original, CanvasAspectRatio::ratio1x1, {1000, 1000}},
-        {ExportResolution::fourK, CanvasAspectRatio::automatic, {3840, 2160}},
-        {ExportResolution::fourK, CanvasAspectRatio::ratio4x3, {3840, 2880}},
-        {ExportResolution::hd1080, CanvasAspectRatio::ratio9x16, {1920, 3412}},
-        {ExportResolution::hd1080, CanvasAspectRatio::ratio16x9, {1920, 1080}},
-        {ExportResolution::hd720, CanvasAspectRatio::ratio1x1, {1280, 1280}},
+        {ExportResolution::original, model::CanvasAspectRatio::automatic, {1000, 562}},
+        {ExportResolution::original, model::CanvasAspectRatio::ratio1x1, {1000, 1000}},
+        {ExportResolution::fourK, model::CanvasAspectRatio::automatic, {3840, 2160}},
+        {ExportResolution::fourK, model::CanvasAspectRatio::ratio4x3, {3840, 2880}},
+        {ExportResolution::hd1080, model::CanvasAspectRatio::ratio9x16, {1920, 3412}},
+        {ExportResolution::hd1080, model::CanvasAspectRatio::ratio16x9, {1920, 1080}},
+        {ExportResolution::hd720, model::CanvasAspectRatio::ratio1x1, {1280, 1280}},
     };
     for (const auto& [resolution, aspect, size] : expected) {
         edit.canvasAspectRatio = aspect;
         EXPECT_EQ(renderSize(edit, baseSize(resolution, video)), size)
-            << label(resolution) << " on " << rawValue(aspect);
+            << label(resolution) << " on " << model::rawValue(aspect);
     }
-    EXPECT_THROW(renderSize(edit, {0, 0}), VantroError);
+    EXPECT_THROW(renderSize(edit, {0, 0}), model::VantroError);
 }
 
 TEST(VideoExporter, GivesAnOddCanvasTheEvenSizeBelow) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     // Encoders write even sizes, so the odd recording comes from another codec.
     const auto command = "ffmpeg -v error -f lavfi -i color=c=red:s=321x181:r=30:d=0.5 -c:v png '" +
                          (folder / "recording.mov").string() + "'";
     ASSERT_EQ(std::system(command.c_str()), 0);
-    exportTo(folder / "out.mp4", plainEdit(folder / "recording.mov", 30));
-    const auto stream = probe(folder / "out.mp4")["streams"][0];
+    exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30));
+    const auto stream = test::probe(folder / "out.mp4")["streams"][0];
     EXPECT_EQ(stream["width"], 320);
     EXPECT_EQ(stream["height"], 180);
     EXPECT_EQ(stream["nb_read_frames"], "15");
 }
 
 TEST(VideoExporter, EncodesTheSamePictureThatAStillFrameShows) {
-    const TemporaryFolder folder;
-    writeMovie(folder / "recording.mov", 640, 360, 30, 60, [](PixelBuffer& bgra, int) {
-        fill(bgra, {240, 240, 240});
+    const test::TemporaryFolder folder;
+    test::writeMovie(folder / "recording.mov", 640, 360, 30, 60, [](media::PixelBuffer& bgra, int) {
+        test::fill(bgra, {240, 240, 240});
         for (int y = 40; y < 80; ++y)
             for (int x = 100; x < 160; ++x)
                 bgra.mutableRow(0, y)[x * 4 + 1] = 0;
     });
-    auto edit = plainEdit(folder / "recording.mov", 30);
-    edit.backgroundSettings = BackgroundSettings{};
+    auto edit = test::plainEdit(folder / "recording.mov", 30);
+    edit.backgroundSettings = model::BackgroundSettings{};
     edit.clickEvents = {
         {.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1, .zoomLevel = 2}};
     edit.cursorPositions = {{130, 60, 0}, {130, 60, 2}};
     exportTo(folder / "out.mp4", edit);
 
     const auto still = composeStillFrame(edit, ExportResolution::original, 1.2, softwareRenderer());
-    const auto asset = Asset::open(folder / "out.mp4");
-    FrameSource source(asset, asset.tracks(MediaType::video).front().id);
+    const auto asset = media::Asset::open(folder / "out.mp4");
+    media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
     const auto frame = source.frameAt({36, 30});
-    const auto exported = asBgra(frame->pixels);
+    const auto exported = test::asBgra(frame->pixels);
     for (int y = 20; y < 360; y += 40)
         for (int x = 20; x < 640; x += 40)
-            EXPECT_LE(distance(meanColor(*still, x, y), meanColor(*exported, x, y)), 12)
+            EXPECT_LE(
+                test::distance(test::meanColor(*still, x, y), test::meanColor(*exported, x, y)), 12)
                 << "at " << x << ", " << y;
 }
 
 TEST(VideoExporter, LeavesNothingBehindWhenCancelled) {
-    const TemporaryFolder source;
-    writeColorClock(source / "recording.mov", 320, 180, 30, 8);
-    const TemporaryFolder target;
+    const test::TemporaryFolder source;
+    test::writeColorClock(source / "recording.mov", 320, 180, 30, 8);
+    const test::TemporaryFolder target;
     std::ofstream(target / "out.mp4") << "the earlier file";
     std::stop_source stop;
     const auto summary = exportTo(
-        target / "out.mp4", plainEdit(source / "recording.mov", 30), ExportResolution::fourK,
+        target / "out.mp4", test::plainEdit(source / "recording.mov", 30), ExportResolution::fourK,
         [&](double) { stop.request_stop(); }, stop.get_token());
 
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
@@ -177,10 +178,10 @@ TEST(VideoExporter, LeavesNothingBehindWhenCancelled) {
 }
 
 TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     std::ofstream(folder / "out.mp4") << "the earlier file";
     const auto fails = [&](const std::string& name) {
-        return failureOf([&] { exportTo(folder / "out.mp4", plainEdit(folder / name, 30)); });
+        return failureOf([&] { exportTo(folder / "out.mp4", test::plainEdit(folder / name, 30)); });
     };
     EXPECT_THAT(fails("missing.mov"), HasSubstr("missing.mov"));
 
@@ -192,7 +193,7 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
     ASSERT_EQ(std::system(silence.c_str()), 0);
     EXPECT_EQ(fails("sound.mov"), "Export failed: No video track found");
 
-    writeColorClock(folder / "cut.mov", 320, 180, 30, 2);
+    test::writeColorClock(folder / "cut.mov", 320, 180, 30, 2);
     const auto whole = std::filesystem::file_size(folder / "cut.mov");
     const auto faststart = "ffmpeg -v error -i '" + (folder / "cut.mov").string() +
                            "' -c copy -movflags faststart '" + (folder / "damaged.mov").string() +
@@ -205,19 +206,20 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
 }
 
 TEST(StillFrame, AnswersOnlyForTimesOfTheOutput) {
-    const TemporaryFolder folder;
-    writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
-    const auto edit = plainEdit(folder / "recording.mov", 30);
+    const test::TemporaryFolder folder;
+    test::writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
+    const auto edit = test::plainEdit(folder / "recording.mov", 30);
     const auto colorOf = [&](double time) {
         const auto still =
             composeStillFrame(edit, ExportResolution::original, time, softwareRenderer());
-        return meanColor(*still, 160, 90);
+        return test::meanColor(*still, 160, 90);
     };
-    EXPECT_LE(distance(colorOf(0), colorOfSecond(0)), colorTolerance);
-    EXPECT_LE(distance(colorOf(2), colorOfSecond(1)), colorTolerance); // the last picture
+    EXPECT_LE(test::distance(colorOf(0), test::colorOfSecond(0)), colorTolerance);
+    EXPECT_LE(test::distance(colorOf(2), test::colorOfSecond(1)),
+              colorTolerance); // the last picture
     for (const double outside : {-0.1, 2.5, std::nan("")})
-        EXPECT_THROW(colorOf(outside), VantroError) << outside;
+        EXPECT_THROW(colorOf(outside), model::VantroError) << outside;
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::exporting

@@ -2,7 +2,7 @@
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 #include "support/FileSizeLimit.h"
 
 #include <fstream>
@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 using testing::AllOf;
@@ -261,4 +261,4 @@ TEST(AssetWriter, refusesWhatCannotBecomeAMovie) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -1,4 +1,4 @@
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <hwy/highway.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 /// Runs a check with each instruction set that this processor has and the code was built for.
@@ -93,7 +93,7 @@ double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
            (sample(left, top + 1) * (1 - fx) + sample(left + 1, top + 1) * fx) * fy;
 }
 
-double worstBgraError(const PixelBuffer& i420, PixelRect rect, const std::uint8_t* bgra,
+double worstBgraError(const PixelBuffer& i420, color::PixelRect rect, const std::uint8_t* bgra,
                       std::ptrdiff_t stride) {
     const auto color = i420.color();
     const double kr = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
@@ -131,7 +131,7 @@ TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
             const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, width, height);
             const auto i420 = PixelBuffer::allocate(PixelFormat::i420, width, height);
             fillWithNoise(*bgra, static_cast<unsigned>(width));
-            convertBgraToI420(*bgra, *i420);
+            color::convertBgraToI420(*bgra, *i420);
             EXPECT_LT(worstI420Error(*bgra, *i420), roundingError);
         }
     });
@@ -142,18 +142,18 @@ TEST(ColorConversion, aRectangleChangesOnlyItsOwnPixels) {
         const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 201, 51);
         const auto whole = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
         fillWithNoise(*bgra, 7);
-        convertBgraToI420(*bgra, *whole);
-        for (const PixelRect rect : {PixelRect{0, 0, 2, 2},
-                                     {38, 6, 90, 30},
-                                     {100, 50, 101, 1},
-                                     {200, 0, 1, 51},
-                                     {4, 4, 0, 0}}) {
+        color::convertBgraToI420(*bgra, *whole);
+        for (const color::PixelRect rect : {color::PixelRect{0, 0, 2, 2},
+                                            {38, 6, 90, 30},
+                                            {100, 50, 101, 1},
+                                            {200, 0, 1, 51},
+                                            {4, 4, 0, 0}}) {
             const auto part = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
             for (int plane = 0; plane < 3; ++plane)
                 for (int y = 0; y < part->planeHeight(plane); ++y)
                     std::fill_n(part->mutableRow(plane, y), part->stride(plane), 77);
-            convertBgraRectToI420(bgra->row(0, rect.y) + std::ptrdiff_t{rect.x} * 4,
-                                  bgra->stride(0), rect, *part);
+            color::convertBgraRectToI420(bgra->row(0, rect.y) + std::ptrdiff_t{rect.x} * 4,
+                                         bgra->stride(0), rect, *part);
             for (int plane = 0; plane < 3; ++plane) {
                 const int step = plane == 0 ? 1 : 2;
                 for (int y = 0; y < part->planeHeight(plane); ++y) {
@@ -177,16 +177,16 @@ TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
                                              {ColorMatrix::bt601, true}}) {
             const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 601, 21, color);
             fillWithNoise(*i420, 3);
-            for (const PixelRect rect : {PixelRect{0, 0, 601, 21},
-                                         {1, 0, 1, 1},
-                                         {255, 3, 3, 4},
-                                         {37, 5, 530, 9},
-                                         {600, 20, 1, 1},
-                                         {511, 0, 90, 2}}) {
+            for (const color::PixelRect rect : {color::PixelRect{0, 0, 601, 21},
+                                                {1, 0, 1, 1},
+                                                {255, 3, 3, 4},
+                                                {37, 5, 530, 9},
+                                                {600, 20, 1, 1},
+                                                {511, 0, 90, 2}}) {
                 constexpr int margin = 8;
                 const std::ptrdiff_t stride = rect.width * 4 + margin;
                 std::vector<std::uint8_t> bgra(static_cast<std::size_t>(stride * rect.height), 99);
-                i420RegionToBgra(*i420, rect, bgra.data(), stride);
+                color::i420RegionToBgra(*i420, rect, bgra.data(), stride);
                 EXPECT_LT(worstBgraError(*i420, rect, bgra.data(), stride), roundingError)
                     << rect.x << "," << rect.y;
                 for (int y = 0; y < rect.height; ++y)
@@ -206,10 +206,10 @@ TEST(ColorConversion, grayStaysGrayThereAndBack) {
         for (int x = 0; x < 256; ++x)
             std::fill_n(bgra->mutableRow(0, y) + std::ptrdiff_t{x} * 4, 4,
                         static_cast<std::uint8_t>(x));
-    convertBgraToI420(*bgra, *i420);
+    color::convertBgraToI420(*bgra, *i420);
     EXPECT_EQ(i420->row(0, 0)[0], 16);
     EXPECT_EQ(i420->row(0, 0)[255], 235);
-    convertI420ToBgra(*i420, *back);
+    color::convertI420ToBgra(*i420, *back);
     for (int x = 0; x < 256; ++x) {
         const std::uint8_t* pixel = back->row(0, 1) + std::ptrdiff_t{x} * 4;
         EXPECT_EQ(pixel[0], pixel[1]);
@@ -221,10 +221,12 @@ TEST(ColorConversion, grayStaysGrayThereAndBack) {
 TEST(ColorConversionDeathTest, refusesRectanglesThatCutChromaBlocks) {
     const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 20, 20);
     const std::vector<std::uint8_t> bgra(1600);
-    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {1, 0, 4, 4}, *i420), "chroma blocks");
-    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {0, 0, 4, 3}, *i420), "chroma blocks");
-    EXPECT_DEATH(convertBgraRectToI420(bgra.data(), 80, {10, 0, 12, 4}, *i420), "leaves");
+    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {1, 0, 4, 4}, *i420),
+                 "chroma blocks");
+    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {0, 0, 4, 3}, *i420),
+                 "chroma blocks");
+    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {10, 0, 12, 4}, *i420), "leaves");
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

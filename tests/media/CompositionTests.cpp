@@ -1,12 +1,12 @@
 #include "TestMovies.h"
 #include "media/Composition.h"
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 
 #include <random>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 Asset assetOfSeconds(int seconds) {
@@ -75,4 +75,4 @@ TEST(Composition, fiveHundredSegmentsDoNotDrift) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -2,10 +2,10 @@
 #include "StandInEncoder.h"
 #include "TestMovies.h"
 #include "media/AssetWriter.h"
-#include "media/MediaError.h"
 #include "media/av/EncoderSelection.h"
 #include "media/av/EncoderTrial.h"
 #include "media/av/SoftwareEncoder.h"
+#include "media/values/MediaError.h"
 
 #include <utility>
 
@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 using test::filmSettings;
@@ -21,12 +21,13 @@ using test::standInEncoder;
 using ::testing::HasSubstr;
 
 std::string faultIn(const std::function<void(AVCodecContext&)>& prepare) {
-    return av::faultInTrial(standInEncoder(avcodec_send_frame, prepare), filmSettings());
+    return av::faultInTrial(test::standInEncoder(avcodec_send_frame, prepare),
+                            test::filmSettings());
 }
 
 TEST(EncoderTrial, passesAnEncoderThatDoesAsItIsTold) {
-    EXPECT_EQ(av::faultInTrial(standInEncoder(), filmSettings()), "");
-    auto tall = filmSettings();
+    EXPECT_EQ(av::faultInTrial(test::standInEncoder(), test::filmSettings()), "");
+    auto tall = test::filmSettings();
     tall.height = 270; // no whole number of macroblocks
     EXPECT_EQ(av::faultInTrial(av::openSucceedingEncoder(tall), tall), "");
 }
@@ -47,14 +48,16 @@ TEST(EncoderTrial, findsWrongPicturesMissingOnesAndFailure) {
         std::swap(swapped->data[1], swapped->data[2]);
         return avcodec_send_frame(codec, swapped.get());
     };
-    EXPECT_THAT(av::faultInTrial(standInEncoder(swapsChroma), filmSettings()),
+    EXPECT_THAT(av::faultInTrial(test::standInEncoder(swapsChroma), test::filmSettings()),
                 HasSubstr("wrong colours"));
     const auto drops = [](AVCodecContext* codec, const AVFrame* picture) {
         return picture != nullptr && picture->pts > 0 ? 0 : avcodec_send_frame(codec, picture);
     };
-    EXPECT_THAT(av::faultInTrial(standInEncoder(drops), filmSettings()), HasSubstr("1 pictures"));
+    EXPECT_THAT(av::faultInTrial(test::standInEncoder(drops), test::filmSettings()),
+                HasSubstr("1 pictures"));
     const auto breaks = [](AVCodecContext*, const AVFrame*) { return AVERROR_EXTERNAL; };
-    EXPECT_THAT(av::faultInTrial(standInEncoder(breaks), filmSettings()), HasSubstr("external"));
+    EXPECT_THAT(av::faultInTrial(test::standInEncoder(breaks), test::filmSettings()),
+                HasSubstr("external"));
 }
 
 /// Where the hardware is missing, its absence is what is tested; where it is there, its work.
@@ -62,7 +65,7 @@ TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
     const test::TemporaryFolder folder;
     for (const auto choice :
          {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi}) {
-        auto settings = filmSettings();
+        auto settings = test::filmSettings();
         settings.encoder = choice;
         const auto name = std::string(optionName(choice));
         const auto problem = av::hardwareProblem(choice, settings);
@@ -92,7 +95,7 @@ TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {
         writer.finish();
         return writer.encoderName();
     };
-    auto settings = filmSettings();
+    auto settings = test::filmSettings();
     settings.encoder = VideoEncoderChoice::automatic;
     EXPECT_NE(encoderOf(settings), "");
     EXPECT_EQ(test::probe(folder / "film.mp4", "streams").at(0).at("profile"), "High");
@@ -102,4 +105,4 @@ TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -1,6 +1,6 @@
 #include "TestMovies.h"
 #include "media/FrameSource.h"
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 
 #include <fstream>
 #include <random>
@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 constexpr int frameCount = 120;
@@ -135,4 +135,4 @@ TEST(FrameSource, tellsWhereADamagedMovieBreaksOff) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -1,12 +1,12 @@
-#include "media/MediaTime.h"
 #include "media/VideoComposition.h"
+#include "media/values/MediaTime.h"
 
 #include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 TEST(MediaTime, sumsAndComparisonsAreExactAcrossTimescales) {
@@ -64,4 +64,4 @@ TEST(VideoComposition, countsFramesThatStartBeforeTheEnd) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

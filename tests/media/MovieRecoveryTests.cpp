@@ -4,8 +4,8 @@
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
-#include "media/MediaError.h"
 #include "media/MovieRecovery.h"
+#include "media/values/MediaError.h"
 #include "support/Eventually.h"
 #include "support/FileSizeLimit.h"
 
@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -37,7 +37,7 @@ std::string failureOf(const fs::path& movie) {
 
 std::size_t journalledPackets(const fs::path& movie) {
     return static_cast<std::size_t>(
-        std::ranges::count_if(readJournal(movieJournalPath(movie)),
+        std::ranges::count_if(base::readJournal(movieJournalPath(movie)),
                               [](const std::string& line) { return line.starts_with("packet"); }));
 }
 
@@ -54,7 +54,7 @@ class InterruptedRecording : public ::testing::Test {
 
     void appendPictures(int count) {
         for (int end = next + count; next < end; ++next) {
-            ASSERT_TRUE(eventually([this] { return writer->isReadyForMoreMediaData(); }));
+            ASSERT_TRUE(test::eventually([this] { return writer->isReadyForMoreMediaData(); }));
             ASSERT_TRUE(writer->append({.pixels = test::paintedNumber(next, width, height, painted),
                                         .presentationTime = {next, 60},
                                         .duration = {}}));
@@ -62,7 +62,7 @@ class InterruptedRecording : public ::testing::Test {
     }
 
     void awaitPackets(std::size_t count) {
-        ASSERT_TRUE(eventually([&] { return journalledPackets(movie) >= count; }));
+        ASSERT_TRUE(test::eventually([&] { return journalledPackets(movie) >= count; }));
     }
 
     /// The files as they are now, with no writer at them.
@@ -199,4 +199,4 @@ TEST_F(InterruptedRecording, LeavesNoJournalWhereItIsCancelled) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

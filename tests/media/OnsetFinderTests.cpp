@@ -1,5 +1,5 @@
-#include "media/AudioBuffer.h"
-#include "media/OnsetFinder.h"
+#include "media/sound/OnsetFinder.h"
+#include "media/values/AudioBuffer.h"
 
 #include <cmath>
 #include <numbers>
@@ -9,14 +9,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 using Wave = std::function<double(double seconds)>;
 
 /// The onsets of three seconds of a wave, in seconds.
 std::vector<double> onsetsOf(const Wave& wave) {
-    OnsetFinder finder([&wave](std::int64_t position, std::span<float> samples) {
+    sound::OnsetFinder finder([&wave](std::int64_t position, std::span<float> samples) {
         for (std::size_t i = 0; i < samples.size(); ++i) {
             const auto at = position + static_cast<std::int64_t>(i) / mixing::channelCount;
             samples[i] = static_cast<float>(wave(static_cast<double>(at) / mixing::sampleRate));
@@ -67,4 +67,4 @@ TEST(OnsetFinder, takesNothingThatSoundsOnForABeginning) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -1,11 +1,11 @@
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <cstdint>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 TEST(PixelBuffer, planesOfOddPicturesAreAlignedAndDisjoint) {
@@ -56,4 +56,4 @@ TEST(PixelBufferDeathTest, refusesImpossibleSizes) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "media/AudioBuffer.h"
 #include "media/AudioMixReader.h"
+#include "media/values/AudioBuffer.h"
 
 #include <cmath>
 #include <cstdint>
@@ -13,21 +13,21 @@
 namespace vantro::test {
 
 /// A tone of amplitude 0.5 from `start` on, seconds, as sound of that time.
-inline AudioBuffer tone(double frequency, double start, double length) {
-    AudioBuffer buffer{MediaTime::fromSeconds(start, mixing::sampleRate), {}};
-    const auto frames = std::lround(length * mixing::sampleRate);
+inline media::AudioBuffer tone(double frequency, double start, double length) {
+    media::AudioBuffer buffer{media::MediaTime::fromSeconds(start, media::mixing::sampleRate), {}};
+    const auto frames = std::lround(length * media::mixing::sampleRate);
     for (long i = 0; i < frames; ++i) {
-        const double time = static_cast<double>(i) / mixing::sampleRate;
+        const double time = static_cast<double>(i) / media::mixing::sampleRate;
         const auto sample =
             static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * frequency * time));
-        buffer.samples.insert(buffer.samples.end(), mixing::channelCount, sample);
+        buffer.samples.insert(buffer.samples.end(), media::mixing::channelCount, sample);
     }
     return buffer;
 }
 
 /// Everything that a composition sounds like; interleaved stereo.
-inline std::vector<float> allSound(const Composition& composition) {
-    AudioMixReader reader(composition);
+inline std::vector<float> allSound(const media::Composition& composition) {
+    media::AudioMixReader reader(composition);
     std::vector<float> sound;
     while (const auto buffer = reader.copyNextBuffer())
         sound.insert(sound.end(), buffer->samples.begin(), buffer->samples.end());
@@ -36,27 +36,28 @@ inline std::vector<float> allSound(const Composition& composition) {
 
 /// A movie's sound from beginning to end, as a player gives it.
 inline std::vector<float> soundOf(const std::filesystem::path& movie) {
-    const auto asset = Asset::open(movie);
-    Composition composition(asset);
-    for (const auto& track : asset.tracks(MediaType::audio))
-        composition.addTrack(MediaType::audio).insert({{}, asset.duration()}, track, {});
+    const auto asset = media::Asset::open(movie);
+    media::Composition composition(asset);
+    for (const auto& track : asset.tracks(media::MediaType::audio))
+        composition.addTrack(media::MediaType::audio).insert({{}, asset.duration()}, track, {});
     return allSound(composition);
 }
 
 inline double secondsOf(const std::vector<float>& sound) {
-    return static_cast<double>(sound.size()) / mixing::channelCount / mixing::sampleRate;
+    return static_cast<double>(sound.size()) / media::mixing::channelCount /
+           media::mixing::sampleRate;
 }
 
 /// The amplitude of a tone of this frequency on one channel between two times (Goertzel).
 inline double toneAmplitude(const std::vector<float>& sound, double frequency, double from,
                             double to, std::size_t channel = 0) {
-    const auto first = static_cast<std::size_t>(from * mixing::sampleRate);
-    const auto last = static_cast<std::size_t>(to * mixing::sampleRate);
-    const double step = 2 * std::numbers::pi * frequency / mixing::sampleRate;
+    const auto first = static_cast<std::size_t>(from * media::mixing::sampleRate);
+    const auto last = static_cast<std::size_t>(to * media::mixing::sampleRate);
+    const double step = 2 * std::numbers::pi * frequency / media::mixing::sampleRate;
     double real = 0;
     double imaginary = 0;
     for (auto i = first; i < last; ++i) {
-        const double sample = sound.at(i * mixing::channelCount + channel);
+        const double sample = sound.at(i * media::mixing::channelCount + channel);
         real += sample * std::cos(step * static_cast<double>(i));
         imaginary += sample * std::sin(step * static_cast<double>(i));
     }
@@ -65,8 +66,8 @@ inline double toneAmplitude(const std::vector<float>& sound, double frequency, d
 
 /// How often the left channel swings per second between two times.
 inline double pitch(const std::vector<float>& sound, double from, double to) {
-    const auto first = static_cast<std::size_t>(from * mixing::sampleRate);
-    const auto last = static_cast<std::size_t>(to * mixing::sampleRate);
+    const auto first = static_cast<std::size_t>(from * media::mixing::sampleRate);
+    const auto last = static_cast<std::size_t>(to * media::mixing::sampleRate);
     int rising = 0;
     for (auto i = first; i + 1 < last; ++i)
         rising += sound.at(i * 2) < 0 && sound.at(i * 2 + 2) >= 0 ? 1 : 0;
@@ -76,7 +77,7 @@ inline double pitch(const std::vector<float>& sound, double from, double to) {
 /// When sound begins after at least 30 ms of silence; seconds.
 inline std::vector<double> beepTimes(const std::vector<float>& sound) {
     constexpr float audible = 0.1F;
-    constexpr std::size_t silence = mixing::sampleRate * 30 / 1000;
+    constexpr std::size_t silence = media::mixing::sampleRate * 30 / 1000;
     std::vector<double> times;
     std::size_t quiet = silence;
     for (std::size_t i = 0; i * 2 < sound.size(); ++i) {
@@ -85,7 +86,7 @@ inline std::vector<double> beepTimes(const std::vector<float>& sound) {
             continue;
         }
         if (quiet >= silence)
-            times.push_back(static_cast<double>(i) / mixing::sampleRate);
+            times.push_back(static_cast<double>(i) / media::mixing::sampleRate);
         quiet = 0;
     }
     return times;

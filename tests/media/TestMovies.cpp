@@ -24,8 +24,8 @@ std::string quoted(const std::filesystem::path& path) {
 
 } // namespace
 
-std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height, Rgb color) {
-    auto picture = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+std::shared_ptr<media::PixelBuffer> paintedNumber(int number, int width, int height, Rgb color) {
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     const int side = blockSide(width);
     for (int y = 0; y < height; ++y) {
         std::uint8_t* pixel = picture->mutableRow(0, y);
@@ -40,7 +40,7 @@ std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height, Rg
     return picture;
 }
 
-int numberIn(const PixelBuffer& picture) {
+int numberIn(const media::PixelBuffer& picture) {
     const int side = blockSide(picture.width());
     int number = 0;
     for (int block = 0; block < blocks; ++block) {
@@ -51,14 +51,14 @@ int numberIn(const PixelBuffer& picture) {
     return number;
 }
 
-Rgb colorAt(const PixelBuffer& picture, int x, int y) {
-    if (picture.format() == PixelFormat::bgra) {
+Rgb colorAt(const media::PixelBuffer& picture, int x, int y) {
+    if (picture.format() == media::PixelFormat::bgra) {
         const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
         return {pixel[2], pixel[1], pixel[0]};
     }
     const auto color = picture.color();
-    const double kr = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
-    const double kb = color.matrix == ColorMatrix::bt709 ? 0.0722 : 0.114;
+    const double kr = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double kb = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
     const double luma =
         color.fullRange ? picture.row(0, y)[x] / 255.0 : (picture.row(0, y)[x] - 16) / 219.0;
     const double chromaScale = color.fullRange ? 255.0 : 224.0;
@@ -75,7 +75,7 @@ Rgb colorAt(const PixelBuffer& picture, int x, int y) {
     return {byte(red), byte(green), byte(blue)};
 }
 
-VideoFrame shownAt(FrameSource& source, MediaTime t) {
+media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t) {
     const auto frame = source.frameAt(t);
     if (!frame)
         throw std::runtime_error("no picture is shown");

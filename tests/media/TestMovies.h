@@ -17,15 +17,15 @@ using Rgb = std::array<int, 3>;
 
 /// A picture of one colour that shows `number` (below 4096) as a row of black and white blocks,
 /// which survive lossy coding, scaling and any colour space.
-std::shared_ptr<PixelBuffer> paintedNumber(int number, int width, int height,
-                                           Rgb color = {30, 120, 200});
+std::shared_ptr<media::PixelBuffer> paintedNumber(int number, int width, int height,
+                                                  Rgb color = {30, 120, 200});
 /// The number painted into the picture.
-int numberIn(const PixelBuffer& picture);
+int numberIn(const media::PixelBuffer& picture);
 /// The picture's colour at a place, by floating-point arithmetic of our own.
-Rgb colorAt(const PixelBuffer& picture, int x, int y);
+Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 
 /// The picture that `source` shows at `t`; throws when it shows none.
-VideoFrame shownAt(FrameSource& source, MediaTime t);
+media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t);
 
 /// Painted numbers from 0 on, as a file of raw bgra pictures.
 void writeRawPictures(const std::filesystem::path& path, int count, int width, int height);

@@ -1,12 +1,12 @@
 #include "TestMovies.h"
-#include "media/MediaError.h"
 #include "media/VideoCompositionReader.h"
+#include "media/values/MediaError.h"
 
 #include <numeric>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 /// Hands the source's pixels through and notes what it was asked for.
@@ -112,4 +112,4 @@ TEST_F(VideoCompositionReading, endsSoonAfterCancel) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

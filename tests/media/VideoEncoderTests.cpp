@@ -2,11 +2,11 @@
 #include "StandInEncoder.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
-#include "media/ColorConversion.h"
 #include "media/FrameSource.h"
-#include "media/MediaError.h"
 #include "media/av/MovieMuxer.h"
 #include "media/av/VideoEncoder.h"
+#include "media/color/ColorConversion.h"
+#include "media/values/MediaError.h"
 
 #include <fstream>
 #include <numeric>
@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::media {
 namespace {
 
 using test::standInEncoder;
@@ -25,7 +25,7 @@ constexpr std::int64_t frameTicks = 2000; // of 60000 a second
 std::shared_ptr<const PixelBuffer> numberedPicture(int number) {
     const auto bgra = test::paintedNumber(number, 320, 180);
     auto picture = PixelBuffer::allocate(PixelFormat::i420, 320, 180);
-    convertBgraToI420(*bgra, *picture);
+    color::convertBgraToI420(*bgra, *picture);
     return picture;
 }
 
@@ -96,7 +96,7 @@ TEST(VideoEncoder, goesOnWithLibx264WhereTheHardwareFails) {
     // The first picture, some after it that are held back, a keyframe, the last, and the end.
     for (const int number : {0, 1, 5, 30, 42, frameCount - 1, frameCount}) {
         SCOPED_TRACE(number);
-        EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(failingAt(number))),
+        EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(failingAt(number))),
                   "stand-in, libx264");
         expectWholeFilm(folder / "film.mp4");
     }
@@ -107,22 +107,22 @@ TEST(VideoEncoder, goesOnWithLibx264WhereTheHardwareKeepsPicturesOrMixesThem) {
     const auto keepsLast = [](AVCodecContext* codec, const AVFrame* picture) {
         return picture == nullptr ? 0 : avcodec_send_frame(codec, picture);
     };
-    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(keepsLast)), "stand-in, libx264");
+    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(keepsLast)), "stand-in, libx264");
     expectWholeFilm(folder / "film.mp4");
     const auto swapsOrder = [](AVCodecContext& codec) { codec.max_b_frames = 3; };
-    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(avcodec_send_frame, swapsOrder)),
+    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(avcodec_send_frame, swapsOrder)),
               "stand-in, libx264");
     expectWholeFilm(folder / "film.mp4");
 }
 
 TEST(VideoEncoder, makesTheWholeFilmWithHardwareThatWorks) {
     const test::TemporaryFolder folder;
-    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder()), "stand-in");
+    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder()), "stand-in");
     expectWholeFilm(folder / "film.mp4");
 }
 
 TEST(VideoEncoder, tellsAFailedWriteFromAFailedEncoder) {
-    av::VideoEncoder encoder(test::filmSettings(), standInEncoder());
+    av::VideoEncoder encoder(test::filmSettings(), test::standInEncoder());
     const auto fullDisk = [](AVPacket&) { throw MediaError("No space left on device"); };
     const auto encodeAll = [&] {
         for (int number = 0; number < frameCount; ++number)
@@ -134,4 +134,4 @@ TEST(VideoEncoder, tellsAFailedWriteFromAFailedEncoder) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::media

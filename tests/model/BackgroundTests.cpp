@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 TEST(BackgroundColor, WritesHexWithComponentsRoundedAndKeptInRange) {
@@ -72,4 +72,4 @@ TEST_F(BackgroundCatalogTest, IsEmptyWithoutResources) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

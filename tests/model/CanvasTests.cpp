@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 using enum CanvasAspectRatio;
@@ -56,4 +56,4 @@ TEST(Choices, ReadBackTheirRawValuesAndNothingElse) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

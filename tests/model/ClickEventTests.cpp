@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 struct Offsets {
@@ -128,4 +128,4 @@ TEST(NormalizeClickEvents, BearsTimesThatAreNotNumbersAndVeryManyClicks) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 using nlohmann::json;
@@ -143,4 +143,4 @@ TEST(ProjectJson, OpensAnyVersion) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

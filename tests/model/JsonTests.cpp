@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 TEST(MetadataJson, IsCompactInTheOrderOfDeclaration) {
@@ -168,4 +168,4 @@ TEST(ProjectJson, WritesValidTextWhateverTheNameHolds) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

@@ -2,7 +2,7 @@
 
 #include "model/ProjectData.h"
 
-namespace vantro {
+namespace vantro::model {
 
 /// A small sound project in which no value is a default or equal to another of its record.
 inline ProjectData sampleProject() {
@@ -42,4 +42,4 @@ inline ProjectData sampleProject() {
     return project;
 }
 
-} // namespace vantro
+} // namespace vantro::model

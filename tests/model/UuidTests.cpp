@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 TEST(Uuid, ReadsEitherCaseAndWritesUpperCase) {
@@ -37,4 +37,4 @@ TEST(Uuid, MakesDistinctVersionFourIdentifiers) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

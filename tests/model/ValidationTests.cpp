@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::model {
 namespace {
 
 using testing::ElementsAre;
@@ -112,4 +112,4 @@ TEST(Validation, StopsAtTheLimitHoweverMuchIsWrong) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::model

@@ -1,5 +1,5 @@
-#include "render/CursorImage.h"
 #include "render/CursorThemeFile.h"
+#include "render/scene/CursorImage.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -7,10 +7,10 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
-const std::uint8_t* pixel(const PixelBuffer& picture, double x, double y) {
+const std::uint8_t* pixel(const media::PixelBuffer& picture, double x, double y) {
     return picture.row(0, static_cast<int>(y)) + static_cast<std::ptrdiff_t>(x) * 4;
 }
 
@@ -100,7 +100,7 @@ TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
     EXPECT_NEAR(image.width / image.pixels->width(), unit, 1e-6);
     EXPECT_NEAR(image.height / image.pixels->height(), unit, 1e-6);
     for (const double width : {10.0, 19.0, 36.5, 70.0, 130.0, 250.0}) {
-        const PixelBuffer& level = *textures.textureFor(width);
+        const media::PixelBuffer& level = *textures.textureFor(width);
         const double scale = level.width() / image.width;
         EXPECT_NEAR(level.height() / image.height, scale, 1e-4);
         const auto* body = pixel(level, (image.hotSpotX + 2) * scale, (image.hotSpotY + 7) * scale);
@@ -114,7 +114,7 @@ TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
 }
 
 TEST(HalvedPicture, AveragesBlocksAndRepeatsTheLastOddRowAndColumn) {
-    auto picture = PixelBuffer::allocate(PixelFormat::bgra, 3, 3);
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 3, 3);
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 12; ++x)
             picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(x / 4 * 10 + y * 60);
@@ -128,4 +128,4 @@ TEST(HalvedPicture, AveragesBlocksAndRepeatsTheLastOddRowAndColumn) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,20 +1,21 @@
-#include "render/FrameLayout.h"
+#include "render/scene/FrameLayout.h"
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 RenderParams framed(int canvasWidth, int canvasHeight, int sourceWidth, int sourceHeight) {
     RenderParams params;
-    params.source = PixelBuffer::allocate(PixelFormat::bgra, sourceWidth, sourceHeight);
+    params.source =
+        media::PixelBuffer::allocate(media::PixelFormat::bgra, sourceWidth, sourceHeight);
     params.canvasWidth = canvasWidth;
     params.canvasHeight = canvasHeight;
     return params;
 }
 
 TEST(FrameLayout, FitsTheRecordingIntoTheCanvasLessItsPadding) {
-    BackgroundSettings settings;
+    model::BackgroundSettings settings;
     settings.padding = 0.1;
     settings.cornerRadius = 40;
     const auto wide = recordingInset({1920, 1080}, {1600, 1000}, settings);
@@ -32,19 +33,19 @@ TEST(FrameLayout, FitsTheRecordingIntoTheCanvasLessItsPadding) {
 
 TEST(FrameLayout, FillsTheCanvasWithoutABackground) {
     const auto inset = recordingInset({640, 360}, {100, 900}, std::nullopt);
-    EXPECT_EQ(inset.rect, (Rect{0, 0, 640, 360}));
+    EXPECT_EQ(inset.rect, (model::Rect{0, 0, 640, 360}));
     EXPECT_EQ(inset.cornerRadius, 0);
 }
 
 TEST(FrameLayout, KeepsTheInsetWithinTheCanvasForAbsurdPadding) {
-    BackgroundSettings settings;
+    model::BackgroundSettings settings;
     for (const double padding : {0.5, 0.9, 1e300}) {
         settings.padding = padding;
         const auto inset = recordingInset({640, 360}, {640, 360}, settings);
-        EXPECT_EQ(inset.rect, (Rect{320, 180, 0, 0})) << padding;
+        EXPECT_EQ(inset.rect, (model::Rect{320, 180, 0, 0})) << padding;
     }
     settings.padding = -1e300;
-    EXPECT_EQ(recordingInset({640, 360}, {640, 360}, settings).rect, (Rect{0, 0, 640, 360}));
+    EXPECT_EQ(recordingInset({640, 360}, {640, 360}, settings).rect, (model::Rect{0, 0, 640, 360}));
 }
 
 TEST(FrameLayout, ShiftsTheZoomWindowAtTheEdgesWithoutShrinkingIt) {
@@ -88,33 +89,33 @@ TEST(FrameLayout, PutsTheCursorsHotSpotOnItsPosition) {
     params.cursorX = 500.0F;
     params.cursorY = 250.0F;
     params.cursorScale = 3;
-    const Rect rect = cursorRect(params, cursor);
+    const model::Rect rect = cursorRect(params, cursor);
     EXPECT_NEAR(rect.x + 5 * 3 * 0.4, 100 + 500 * 0.4, 1e-4);
     EXPECT_NEAR(rect.y + 6 * 3 * 0.4, 30 + 250 * 0.4, 1e-4);
     EXPECT_NEAR(rect.width, 20 * 3 * 0.4, 1e-4);
     EXPECT_NEAR(rect.height, 30 * 3 * 0.4, 1e-4);
 
     params.hasBackground = false; // then the recording is the whole canvas
-    const Rect bare = cursorRect(params, cursor);
+    const model::Rect bare = cursorRect(params, cursor);
     EXPECT_NEAR(bare.x + 5 * 3 * 0.5, 250, 1e-4);
     EXPECT_NEAR(bare.y + 6 * 3 * 0.5, 125, 1e-4);
 }
 
 TEST(FrameLayout, PlacesTheWebcamSquareInItsCornerAndShrinksItWhileZoomed) {
-    const Size canvas{1000, 600};
+    const model::Size canvas{1000, 600};
     const auto lower =
-        webcamPlacement(canvas, {1280, 720}, WebcamPosition::bottomRight, 0.2, 1.001);
+        webcamPlacement(canvas, {1280, 720}, model::WebcamPosition::bottomRight, 0.2, 1.001);
     EXPECT_EQ(lower.square, (RenderRect{1000 - 200 - 16, 16, 200, 200}));
     EXPECT_FLOAT_EQ(lower.cornerRadius, 54);
     EXPECT_FLOAT_EQ(lower.drawRect.height, 200);
     EXPECT_FLOAT_EQ(lower.drawRect.width, 200 * 16 / 9.0F);
     EXPECT_FLOAT_EQ(lower.drawRect.x + lower.drawRect.width / 2, 884);
 
-    const auto upper = webcamPlacement(canvas, {480, 640}, WebcamPosition::topLeft, 0.2, 4);
+    const auto upper = webcamPlacement(canvas, {480, 640}, model::WebcamPosition::topLeft, 0.2, 4);
     EXPECT_EQ(upper.square, (RenderRect{8, 600 - 100 - 8, 100, 100})); // half of it at scale 4
     EXPECT_FLOAT_EQ(upper.drawRect.width, 100);
     EXPECT_FLOAT_EQ(upper.drawRect.height, 100 * 640 / 480.0F);
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,4 +1,4 @@
-#include "render/ImageFile.h"
+#include "render/scene/ImageFile.h"
 
 #include <cmath>
 #include <cstdio>
@@ -10,7 +10,7 @@
 #include <jpeglib.h>
 #include <png.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 class ImageFile : public testing::Test {
@@ -61,7 +61,7 @@ class ImageFile : public testing::Test {
 };
 
 TEST_F(ImageFile, ReadsBackThePngThatItWrote) {
-    auto picture = PixelBuffer::allocate(PixelFormat::bgra, 37, 11);
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 37, 11);
     for (int y = 0; y < 11; ++y)
         for (int x = 0; x < 37 * 4; ++x)
             picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(x * 5 + y * 17);
@@ -76,7 +76,7 @@ TEST_F(ImageFile, ReadsBackThePngThatItWrote) {
 }
 
 TEST_F(ImageFile, WritesI420PixelsInTheirColours) {
-    auto picture = PixelBuffer::allocate(PixelFormat::i420, 5, 3);
+    auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 5, 3);
     for (int plane = 0; plane < 3; ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             std::fill_n(picture->mutableRow(plane, y), picture->stride(plane),
@@ -125,7 +125,7 @@ TEST_F(ImageFile, GivesNothingForWhatIsNoPicture) {
         writeBytes(bytes);
         EXPECT_EQ(loadImage(path), nullptr) << bytes;
     }
-    writePng(path, *PixelBuffer::allocate(PixelFormat::bgra, 300, 300));
+    writePng(path, *media::PixelBuffer::allocate(media::PixelFormat::bgra, 300, 300));
     writeBytes(bytesOfFile().substr(0, 60)); // its pixels are cut off
     EXPECT_EQ(loadImage(path), nullptr);
 }
@@ -134,7 +134,7 @@ TEST_F(ImageFile, RefusesPicturesThatAreTooLarge) {
     writeJpeg(16400, 8);
     EXPECT_EQ(loadImage(path), nullptr);
     // A PNG that claims 16384 x 16384 pixels is refused by its header, without reserving memory.
-    writePng(path, *PixelBuffer::allocate(PixelFormat::bgra, 16, 16));
+    writePng(path, *media::PixelBuffer::allocate(media::PixelFormat::bgra, 16, 16));
     std::string bytes = bytesOfFile();
     const std::string header("IHDR\0\0\x40\0\0\0\x40\0\x08\x02\0\0\0", 17);
     std::uint32_t check = 0xFFFFFFFFU;
@@ -151,7 +151,7 @@ TEST_F(ImageFile, RefusesPicturesThatAreTooLarge) {
 }
 
 TEST_F(ImageFile, LeavesNothingBehindWhenAPngCannotBeWritten) {
-    const auto picture = PixelBuffer::allocate(PixelFormat::bgra, 4, 4);
+    const auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 4, 4);
     EXPECT_THROW(writePng(directory / "absent" / "x.png", *picture),
                  std::filesystem::filesystem_error);
     std::filesystem::create_directory(path);
@@ -160,4 +160,4 @@ TEST_F(ImageFile, LeavesNothingBehindWhenAPngCannotBeWritten) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,6 +1,6 @@
 #include "render/ReferenceRenderer.h"
 
-#include "render/ShadowImage.h"
+#include "render/scene/ShadowImage.h"
 
 #include <algorithm>
 #include <cmath>
@@ -69,11 +69,11 @@ void drawMasked(ReferencePicture& target, const ReferencePicture& picture, const
         }
 }
 
-void drawCursor(ReferencePicture& target, const RenderParams& params, const CursorTextures& cursor,
-                const Box& inset) {
+void drawCursor(ReferencePicture& target, const render::RenderParams& params,
+                const render::CursorTextures& cursor, const Box& inset) {
     if (!params.cursorX || !params.cursorY)
         return;
-    const CursorImage& image = cursor.image();
+    const render::CursorImage& image = cursor.image();
     const double scale = inset.width / params.source->width();
     const double unit = params.cursorScale * scale;
     const Box box{inset.x + *params.cursorX * scale - unit * image.hotSpotX,
@@ -90,10 +90,10 @@ void drawCursor(ReferencePicture& target, const RenderParams& params, const Curs
         }
 }
 
-void drawWebcam(ReferencePicture& target, const RenderParams& params) {
+void drawWebcam(ReferencePicture& target, const render::RenderParams& params) {
     if (!params.webcam || !params.webcamRect || !params.webcamDrawRect)
         return;
-    const RenderRect& rect = *params.webcamRect;
+    const render::RenderRect& rect = *params.webcamRect;
     const ReferencePicture picture = referencePixels(*params.webcam);
     const double side = std::min(picture.width, picture.height);
     drawMasked(target, picture,
@@ -103,11 +103,12 @@ void drawWebcam(ReferencePicture& target, const RenderParams& params) {
                params.webcamCornerRadius);
 }
 
-void drawBackground(ReferencePicture& target, const RenderParams& params) {
-    const RenderColor color = params.bgColor.value_or(RenderColor{0.15F, 0.15F, 0.15F, 1});
+void drawBackground(ReferencePicture& target, const render::RenderParams& params) {
+    const render::RenderColor color =
+        params.bgColor.value_or(render::RenderColor{0.15F, 0.15F, 0.15F, 1});
     const double alpha = color.alpha * 255.0;
     const Color flat{color.blue * alpha, color.green * alpha, color.red * alpha, 255};
-    const auto shadow = drawShadow(shadowKey(params));
+    const auto shadow = render::drawShadow(render::shadowKey(params));
     std::optional<ReferencePicture> image;
     if (params.backgroundImage)
         image = referencePixels(*params.backgroundImage);
@@ -156,7 +157,7 @@ Color toYuv(const Color& bgr) {
             128 + (bgr[2] - luma) / 1.5748 * 224 / 255, 255};
 }
 
-ReferencePicture fromI420(const PixelBuffer& buffer) {
+ReferencePicture fromI420(const media::PixelBuffer& buffer) {
     ReferencePicture picture(buffer.width(), buffer.height());
     const auto chroma = [&](int plane, int x, int y) {
         const auto at = [&](int column, int row) {
@@ -195,8 +196,8 @@ ReferencePicture::ReferencePicture(int w, int h)
     , pixels(static_cast<std::size_t>(w) * static_cast<std::size_t>(h))
     , rim(pixels.size(), false) {}
 
-ReferencePicture referencePixels(const PixelBuffer& buffer) {
-    if (buffer.format() == PixelFormat::i420)
+ReferencePicture referencePixels(const media::PixelBuffer& buffer) {
+    if (buffer.format() == media::PixelFormat::i420)
         return fromI420(buffer);
     ReferencePicture picture(buffer.width(), buffer.height());
     for (int y = 0; y < picture.height; ++y)
@@ -206,10 +207,11 @@ ReferencePicture referencePixels(const PixelBuffer& buffer) {
     return picture;
 }
 
-ReferencePicture referenceFrame(const RenderParams& params, const CursorTextures& cursor) {
+ReferencePicture referenceFrame(const render::RenderParams& params,
+                                const render::CursorTextures& cursor) {
     const double width = params.canvasWidth;
     const double height = params.canvasHeight;
-    const ZoomKeyframe& key = params.keyframe;
+    const render::ZoomKeyframe& key = params.keyframe;
     const bool zoomed = key.scale > 1.001;
     const ReferencePicture source = referencePixels(*params.source);
     const Box sourceBox{0, 0, source.width * 1.0, source.height * 1.0};
@@ -243,7 +245,7 @@ ReferencePicture referenceFrame(const RenderParams& params, const CursorTextures
     return scene;
 }
 
-Difference difference(const PixelBuffer& drawn, const ReferencePicture& reference) {
+Difference difference(const media::PixelBuffer& drawn, const ReferencePicture& reference) {
     Difference worst;
     const auto note = [&](double value, double expected, bool rim) {
         double& place = rim ? worst.rim : worst.inside;
@@ -252,14 +254,14 @@ Difference difference(const PixelBuffer& drawn, const ReferencePicture& referenc
     for (int y = 0; y < reference.height; ++y)
         for (int x = 0; x < reference.width; ++x) {
             const bool rim = reference.rim[reference.index(x, y)];
-            if (drawn.format() == PixelFormat::i420)
+            if (drawn.format() == media::PixelFormat::i420)
                 note(drawn.row(0, y)[x], toYuv(reference.at(x, y))[0], rim);
             else
                 for (std::size_t i = 0; i < 4; ++i)
                     note(drawn.row(0, y)[static_cast<std::size_t>(x) * 4 + i],
                          reference.at(x, y)[i], rim);
         }
-    for (int y = 0; drawn.format() == PixelFormat::i420 && y < reference.height; y += 2)
+    for (int y = 0; drawn.format() == media::PixelFormat::i420 && y < reference.height; y += 2)
         for (int x = 0; x < reference.width; x += 2) {
             Color mean{};
             bool rim = false;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "render/CursorImage.h"
-#include "render/Renderer.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/Renderer.h"
 
 #include <array>
 #include <vector>
@@ -29,16 +29,17 @@ struct ReferencePicture {
 };
 
 /// The pixels of a buffer; i420 with chroma interpolated between its samples' centres.
-ReferencePicture referencePixels(const PixelBuffer& buffer);
+ReferencePicture referencePixels(const media::PixelBuffer& buffer);
 
 /// Draws the frame, layer by layer onto targets of 8 bits a channel.
-ReferencePicture referenceFrame(const RenderParams& params, const CursorTextures& cursor);
+ReferencePicture referenceFrame(const render::RenderParams& params,
+                                const render::CursorTextures& cursor);
 
 struct Difference {
     double inside = 0; ///< largest difference of a channel away from rims
     double rim = 0;    ///< and on them
 };
 /// bgra is compared by channel, i420 by sample after exact conversion of the reference.
-Difference difference(const PixelBuffer& drawn, const ReferencePicture& reference);
+Difference difference(const media::PixelBuffer& drawn, const ReferencePicture& reference);
 
 } // namespace vantro::test

@@ -1,19 +1,20 @@
-#include "render/SegmentTimeMap.h"
+#include "render/timing/SegmentTimeMap.h"
 
 #include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
-TimelineSegment segment(double start, double end, double speed) {
-    return {.id = Uuid::random(), .startFraction = start, .endFraction = end, .speed = speed};
+model::TimelineSegment segment(double start, double end, double speed) {
+    return {
+        .id = model::Uuid::random(), .startFraction = start, .endFraction = end, .speed = speed};
 }
 
 TEST(SegmentTimeMap, IsTheIdentityForAFreshRecording) {
-    const SegmentTimeMap map(fullLengthTimeline(), 12.5);
+    const SegmentTimeMap map(model::fullLengthTimeline(), 12.5);
     EXPECT_EQ(map.totalDuration(), 12.5);
     for (const double t : {0.0, 0.1, 6.25, 12.5}) {
         EXPECT_NEAR(map.sourceTime(t), t, 1e-12);
@@ -47,7 +48,7 @@ TEST(SegmentTimeMap, AnswersZeroWithoutSegmentsOrLength) {
     EXPECT_EQ(empty.sourceTime(3), 0);
     EXPECT_EQ(empty.outputTime(3), 0);
     EXPECT_EQ(empty.segmentAt(0.5), nullptr);
-    EXPECT_EQ(SegmentTimeMap(fullLengthTimeline(), 0).outputTime(3), 0);
+    EXPECT_EQ(SegmentTimeMap(model::fullLengthTimeline(), 0).outputTime(3), 0);
 }
 
 TEST(SegmentTimeMap, ComesBackToWhereItStartedForAnyTimeline) {
@@ -55,7 +56,7 @@ TEST(SegmentTimeMap, ComesBackToWhereItStartedForAnyTimeline) {
     std::uniform_real_distribution anyWidth(0.01, 0.1);
     std::uniform_real_distribution anySpeed(0.25, 8.0);
     for (int round = 0; round < 200; ++round) {
-        std::vector<TimelineSegment> segments;
+        std::vector<model::TimelineSegment> segments;
         double kept = 0;
         double at = anyWidth(random);
         while (at < 0.9) {
@@ -104,4 +105,4 @@ TEST(TimelineLabels, SayWhatPeopleExpect) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,11 +1,11 @@
-#include "render/RoundedRect.h"
-#include "render/ShadowImage.h"
+#include "render/scene/RoundedRect.h"
+#include "render/scene/ShadowImage.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 double gaussian(double distance) {
@@ -87,4 +87,4 @@ TEST(ShadowImageOfNothing, IsClear) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

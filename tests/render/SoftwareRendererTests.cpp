@@ -1,5 +1,5 @@
-#include "render/FrameLayout.h"
 #include "render/ReferenceRenderer.h"
+#include "render/scene/FrameLayout.h"
 #include "render/software/RowKernels.h"
 #include "render/software/SoftwareRenderer.h"
 
@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 using test::difference;
@@ -22,9 +22,9 @@ const CursorImage& arrow() {
 }
 
 /// Soft shapes with hard edges here and there, like a screen; chroma stays within the gamut.
-std::shared_ptr<PixelBuffer> testPicture(PixelFormat format, int width, int height, unsigned seed,
-                                         bool opaque = true) {
-    auto picture = PixelBuffer::allocate(format, width, height);
+std::shared_ptr<media::PixelBuffer> testPicture(media::PixelFormat format, int width, int height,
+                                                unsigned seed, bool opaque = true) {
+    auto picture = media::PixelBuffer::allocate(format, width, height);
     std::mt19937 random(seed);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
@@ -32,11 +32,11 @@ std::shared_ptr<PixelBuffer> testPicture(PixelFormat format, int width, int heig
                 const auto noise = static_cast<int>(random() % 40);
                 const int block = (x / 24 + y / 6) % 3 * 60;
                 picture->mutableRow(plane, y)[x] =
-                    static_cast<std::uint8_t>(format == PixelFormat::bgra ? noise + block
-                                              : plane == 0                ? 60 + noise + block / 2
-                                                                          : 118 + noise / 2);
+                    static_cast<std::uint8_t>(format == media::PixelFormat::bgra ? noise + block
+                                              : plane == 0 ? 60 + noise + block / 2
+                                                           : 118 + noise / 2);
             }
-    for (int y = 0; format == PixelFormat::bgra && y < height; ++y)
+    for (int y = 0; format == media::PixelFormat::bgra && y < height; ++y)
         for (int x = 0; x < width; ++x) {
             std::uint8_t* pixel = picture->mutableRow(0, y) + static_cast<std::ptrdiff_t>(x) * 4;
             pixel[3] = opaque ? 255 : std::max({pixel[0], pixel[1], pixel[2]});
@@ -51,8 +51,8 @@ struct FrameShape {
     int sourceHeight = 0;
 };
 
-RenderParams frame(const FrameShape& shape, PixelFormat format,
-                   const std::optional<BackgroundSettings>& background = std::nullopt) {
+RenderParams frame(const FrameShape& shape, media::PixelFormat format,
+                   const std::optional<model::BackgroundSettings>& background = std::nullopt) {
     RenderParams params;
     params.source = testPicture(format, shape.sourceWidth, shape.sourceHeight, 1);
     params.canvasWidth = shape.canvasWidth;
@@ -70,9 +70,9 @@ RenderParams frame(const FrameShape& shape, PixelFormat format,
     return params;
 }
 
-void addWebcam(RenderParams& params, double fraction, WebcamPosition position, int width,
+void addWebcam(RenderParams& params, double fraction, model::WebcamPosition position, int width,
                int height) {
-    params.webcam = testPicture(PixelFormat::bgra, width, height, 9);
+    params.webcam = testPicture(media::PixelFormat::bgra, width, height, 9);
     const auto placement = webcamPlacement(
         {static_cast<double>(params.canvasWidth), static_cast<double>(params.canvasHeight)},
         {static_cast<double>(width), static_cast<double>(height)}, position, fraction,
@@ -83,13 +83,13 @@ void addWebcam(RenderParams& params, double fraction, WebcamPosition position, i
 }
 
 /// Any kind of frame, decided by `random`.
-RenderParams randomFrame(std::mt19937& random, PixelFormat format) {
+RenderParams randomFrame(std::mt19937& random, media::PixelFormat format) {
     const auto between = [&](double low, double high) {
         return std::uniform_real_distribution(low, high)(random);
     };
     const auto size = [&] { return static_cast<int>(std::exp(between(0, 5.4))); };
     const auto chance = [&](double p) { return between(0, 1) < p; };
-    std::optional<BackgroundSettings> background;
+    std::optional<model::BackgroundSettings> background;
     if (chance(0.75)) {
         background.emplace();
         background->padding = between(0, 0.45);
@@ -101,27 +101,28 @@ RenderParams randomFrame(std::mt19937& random, PixelFormat format) {
     if (chance(0.5))
         params.bgColor = RenderColor{static_cast<float>(between(0, 1)), 0.5F, 0.9F, 1};
     if (chance(0.3))
-        params.backgroundImage = testPicture(PixelFormat::bgra, size(), size(), 3, chance(0.5));
+        params.backgroundImage =
+            testPicture(media::PixelFormat::bgra, size(), size(), 3, chance(0.5));
     if (chance(0.7)) {
         params.cursorX = static_cast<float>(between(-20, params.source->width() + 20));
         params.cursorY = static_cast<float>(between(-20, params.source->height() + 20));
         params.cursorScale = static_cast<float>(between(0.3, 6));
     }
     if (chance(0.4))
-        addWebcam(params, between(0.05, 0.6), static_cast<WebcamPosition>(random() % 4), size(),
-                  size());
+        addWebcam(params, between(0.05, 0.6), static_cast<model::WebcamPosition>(random() % 4),
+                  size(), size());
     return params;
 }
 
 /// Draws with `threads` threads into memory that was grey before.
-std::shared_ptr<PixelBuffer> drawn(const RenderParams& params, PixelFormat format,
-                                   unsigned threads = 1) {
-    auto output = PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
+std::shared_ptr<media::PixelBuffer> drawn(const RenderParams& params, media::PixelFormat format,
+                                          unsigned threads = 1) {
+    auto output = media::PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
     for (int plane = 0; plane < output->planeCount(); ++plane)
         for (int y = 0; y < output->planeHeight(plane); ++y)
             std::memset(output->mutableRow(plane, y), 77,
                         static_cast<std::size_t>(output->stride(plane)));
-    EXPECT_TRUE(makeSoftwareRenderer(arrow(), threads)->render(params, *output));
+    EXPECT_TRUE(software::makeSoftwareRenderer(arrow(), threads)->render(params, *output));
     return output;
 }
 
@@ -131,41 +132,41 @@ bool drawsNothing(const RenderParams& params) {
 }
 
 /// Compares `count` random frames with the reference.
-void compareRandomFrames(unsigned seed, int count, PixelFormat source, PixelFormat output,
-                         double tolerance) {
+void compareRandomFrames(unsigned seed, int count, media::PixelFormat source,
+                         media::PixelFormat output, double tolerance) {
     std::mt19937 random(seed);
     const CursorTextures cursor(arrow());
     for (int i = 0; i < count; ++i) {
         const RenderParams params = randomFrame(random, source);
         if (drawsNothing(params))
             continue;
-        const auto worst =
-            difference(*drawn(params, output, 1 + i % 3), referenceFrame(params, cursor));
+        const auto worst = test::difference(*drawn(params, output, 1 + i % 3),
+                                            test::referenceFrame(params, cursor));
         EXPECT_LE(worst.inside, tolerance) << "frame " << i << " of seed " << seed;
         EXPECT_LE(worst.rim, tolerance + 1) << "frame " << i << " of seed " << seed;
     }
 }
 
 TEST(SoftwareRenderer, DrawsEveryKindOfFrameLikeTheReference) {
-    compareRandomFrames(1, 150, PixelFormat::bgra, PixelFormat::bgra, 1.0);
-    compareRandomFrames(2, 60, PixelFormat::i420, PixelFormat::bgra, 2.0);
-    compareRandomFrames(3, 60, PixelFormat::bgra, PixelFormat::i420, 1.5);
-    compareRandomFrames(4, 60, PixelFormat::i420, PixelFormat::i420, 2.0);
+    compareRandomFrames(1, 150, media::PixelFormat::bgra, media::PixelFormat::bgra, 1.0);
+    compareRandomFrames(2, 60, media::PixelFormat::i420, media::PixelFormat::bgra, 2.0);
+    compareRandomFrames(3, 60, media::PixelFormat::bgra, media::PixelFormat::i420, 1.5);
+    compareRandomFrames(4, 60, media::PixelFormat::i420, media::PixelFormat::i420, 2.0);
 }
 
 TEST(SoftwareRenderer, DrawsTheSameWithEveryInstructionSet) {
     std::mt19937 random(5);
     std::vector<RenderParams> frames;
     for (int i = 0; i < 25; ++i)
-        frames.push_back(randomFrame(random, PixelFormat::bgra));
-    std::vector<std::shared_ptr<PixelBuffer>> expected;
+        frames.push_back(randomFrame(random, media::PixelFormat::bgra));
+    std::vector<std::shared_ptr<media::PixelBuffer>> expected;
     for (const auto& params : frames)
-        expected.push_back(drawn(params, PixelFormat::bgra));
+        expected.push_back(drawn(params, media::PixelFormat::bgra));
     for (const auto target : hwy::SupportedAndGeneratedTargets()) {
         hwy::SetSupportedTargetsForTest(target);
-        SCOPED_TRACE(kernelTarget());
+        SCOPED_TRACE(software::kernelTarget());
         for (std::size_t i = 0; i < frames.size(); ++i) {
-            const auto output = drawn(frames[i], PixelFormat::bgra);
+            const auto output = drawn(frames[i], media::PixelFormat::bgra);
             for (int y = 0; y < output->height(); ++y)
                 ASSERT_EQ(std::memcmp(output->row(0, y), expected[i]->row(0, y),
                                       static_cast<std::size_t>(output->width()) * 4),
@@ -177,34 +178,35 @@ TEST(SoftwareRenderer, DrawsTheSameWithEveryInstructionSet) {
 }
 
 TEST(SoftwareRenderer, CrossesTileBordersWithoutASeam) {
-    RenderParams params = frame({1203, 419, 1201, 417}, PixelFormat::i420, BackgroundSettings{});
+    RenderParams params =
+        frame({1203, 419, 1201, 417}, media::PixelFormat::i420, model::BackgroundSettings{});
     params.keyframe = {1.7, 500, 200};
     params.cursorX = 520.0F; // stands on the border between two tiles
     params.cursorY = 130.0F;
     params.cursorScale = 4;
-    addWebcam(params, 0.3, WebcamPosition::bottomLeft, 321, 211);
-    const auto reference = referenceFrame(params, CursorTextures(arrow()));
-    EXPECT_LE(difference(*drawn(params, PixelFormat::bgra, 4), reference).inside, 2.0);
+    addWebcam(params, 0.3, model::WebcamPosition::bottomLeft, 321, 211);
+    const auto reference = test::referenceFrame(params, CursorTextures(arrow()));
+    EXPECT_LE(test::difference(*drawn(params, media::PixelFormat::bgra, 4), reference).inside, 2.0);
     params.keyframe = {};
-    const auto whole = referenceFrame(params, CursorTextures(arrow()));
-    EXPECT_LE(difference(*drawn(params, PixelFormat::i420, 4), whole).inside, 2.0);
+    const auto whole = test::referenceFrame(params, CursorTextures(arrow()));
+    EXPECT_LE(test::difference(*drawn(params, media::PixelFormat::i420, 4), whole).inside, 2.0);
 }
 
 TEST(SoftwareRenderer, LeavesTheOutputAloneWhenThereIsNothingToDraw) {
-    RenderParams params = frame({40, 30, 40, 30}, PixelFormat::bgra);
+    RenderParams params = frame({40, 30, 40, 30}, media::PixelFormat::bgra);
     params.keyframe.scale = 1.001; // does not count as zoomed
-    EXPECT_EQ(drawn(params, PixelFormat::bgra)->row(0, 7)[9], 77);
+    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 7)[9], 77);
     params.keyframe = {1.0011, 20, 15};
-    EXPECT_NE(std::memcmp(drawn(params, PixelFormat::bgra)->row(0, 7),
+    EXPECT_NE(std::memcmp(drawn(params, media::PixelFormat::bgra)->row(0, 7),
                           std::vector<std::uint8_t>(160, 77).data(), 160),
               0);
 }
 
 TEST(SoftwareRenderer, CopiesASourceOfTheOutputsShapeAroundTheCursor) {
-    RenderParams params = frame({600, 300, 600, 300}, PixelFormat::i420);
+    RenderParams params = frame({600, 300, 600, 300}, media::PixelFormat::i420);
     params.cursorX = 300.0F;
     params.cursorY = 150.0F;
-    const auto output = drawn(params, PixelFormat::i420);
+    const auto output = drawn(params, media::PixelFormat::i420);
     for (int plane = 0; plane < 3; ++plane)
         for (const int y : {0, 50, output->planeHeight(plane) - 1})
             EXPECT_EQ(std::memcmp(output->row(plane, y), params.source->row(plane, y),
@@ -214,8 +216,9 @@ TEST(SoftwareRenderer, CopiesASourceOfTheOutputsShapeAroundTheCursor) {
 }
 
 TEST(SoftwareRenderer, ConvertsTheColoursOfASourceWithAnotherMatrix) {
-    RenderParams params = frame({64, 48, 64, 48}, PixelFormat::bgra);
-    auto source = PixelBuffer::allocate(PixelFormat::i420, 64, 48, {ColorMatrix::bt601, true});
+    RenderParams params = frame({64, 48, 64, 48}, media::PixelFormat::bgra);
+    auto source = media::PixelBuffer::allocate(media::PixelFormat::i420, 64, 48,
+                                               {media::ColorMatrix::bt601, true});
     for (int plane = 0; plane < 3; ++plane)
         for (int y = 0; y < source->planeHeight(plane); ++y)
             std::memset(source->mutableRow(plane, y),
@@ -226,67 +229,71 @@ TEST(SoftwareRenderer, ConvertsTheColoursOfASourceWithAnotherMatrix) {
     params.source = source; // pure red
     params.cursorX = 500.0F;
     params.cursorY = 500.0F;
-    const auto output = drawn(params, PixelFormat::i420);
+    const auto output = drawn(params, media::PixelFormat::i420);
     EXPECT_NEAR(output->row(0, 20)[20], 63, 1);
     EXPECT_NEAR(output->row(1, 10)[10], 102, 1);
     EXPECT_NEAR(output->row(2, 10)[10], 240, 1);
 }
 
 TEST(SoftwareRenderer, BlendsTheCursorWithoutADarkHalo) {
-    RenderParams params = frame({200, 200, 200, 200}, PixelFormat::bgra);
-    auto white = PixelBuffer::allocate(PixelFormat::bgra, 200, 200);
+    RenderParams params = frame({200, 200, 200, 200}, media::PixelFormat::bgra);
+    auto white = media::PixelBuffer::allocate(media::PixelFormat::bgra, 200, 200);
     for (int y = 0; y < 200; ++y)
         std::memset(white->mutableRow(0, y), 255, 800);
     params.source = white;
     params.cursorX = 60.3F;
     params.cursorY = 40.7F;
     params.cursorScale = 4.1F;
-    auto rim = PixelBuffer::allocate(PixelFormat::bgra, 64, 64); // a half-transparent white disc
+    auto rim = media::PixelBuffer::allocate(media::PixelFormat::bgra, 64,
+                                            64); // a half-transparent white disc
     for (int y = 0; y < 64; ++y)
         for (int x = 0; x < 256; ++x)
             rim->mutableRow(0, y)[x] = std::hypot(x / 4 - 31.5, y - 31.5) < 28 ? 128 : 0;
-    auto output = PixelBuffer::allocate(PixelFormat::bgra, 200, 200);
-    makeSoftwareRenderer({rim, 24, 24, 0, 0}, 1)->render(params, *output);
+    auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 200, 200);
+    software::makeSoftwareRenderer({rim, 24, 24, 0, 0}, 1)->render(params, *output);
     for (int y = 0; y < 200; ++y)
         for (int x = 0; x < 800; ++x)
             ASSERT_GE(output->row(0, y)[x], 254) << x / 4 << ", " << y;
 }
 
 TEST(SoftwareRenderer, RedrawsTheBackdropWhenItsColourPlaceOrSizeChanges) {
-    const auto renderer = makeSoftwareRenderer(arrow(), 2);
+    const auto renderer = software::makeSoftwareRenderer(arrow(), 2);
     const CursorTextures cursor(arrow());
-    BackgroundSettings settings;
-    RenderParams params = frame({220, 140, 220, 140}, PixelFormat::bgra, settings);
+    model::BackgroundSettings settings;
+    RenderParams params = frame({220, 140, 220, 140}, media::PixelFormat::bgra, settings);
     std::vector<RenderParams> changes{params};
     params.bgColor = RenderColor{1, 0.5F, 0, 1};
     changes.push_back(params);
     settings.padding = 0.2;
-    changes.push_back(frame({220, 140, 220, 140}, PixelFormat::bgra, settings));
-    changes.push_back(frame({180, 160, 220, 140}, PixelFormat::bgra, settings));
-    changes.back().backgroundImage = testPicture(PixelFormat::bgra, 90, 50, 8);
+    changes.push_back(frame({220, 140, 220, 140}, media::PixelFormat::bgra, settings));
+    changes.push_back(frame({180, 160, 220, 140}, media::PixelFormat::bgra, settings));
+    changes.back().backgroundImage = testPicture(media::PixelFormat::bgra, 90, 50, 8);
     for (const RenderParams& change : changes)
-        for (const PixelFormat format : {PixelFormat::bgra, PixelFormat::i420}) {
-            auto output = PixelBuffer::allocate(format, change.canvasWidth, change.canvasHeight);
+        for (const media::PixelFormat format :
+             {media::PixelFormat::bgra, media::PixelFormat::i420}) {
+            auto output =
+                media::PixelBuffer::allocate(format, change.canvasWidth, change.canvasHeight);
             renderer->render(change, *output);
-            EXPECT_LE(difference(*output, referenceFrame(change, cursor)).inside, 1.5);
+            EXPECT_LE(test::difference(*output, test::referenceFrame(change, cursor)).inside, 1.5);
         }
 }
 
 TEST(SoftwareRenderer, SurvivesParametersOutOfAllProportion) {
-    RenderParams params = frame({33, 21, 50, 40}, PixelFormat::bgra, BackgroundSettings{});
+    RenderParams params =
+        frame({33, 21, 50, 40}, media::PixelFormat::bgra, model::BackgroundSettings{});
     params.keyframe = {1e12, NAN, 1e300};
     params.cursorX = 1e30F;
     params.cursorY = NAN;
     params.cursorScale = 1e20F;
     params.cornerRadius = NAN;
-    addWebcam(params, 1e6, WebcamPosition::topLeft, 3, 900);
-    EXPECT_EQ(drawn(params, PixelFormat::bgra)->row(0, 10)[3], 255);
+    addWebcam(params, 1e6, model::WebcamPosition::topLeft, 3, 900);
+    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 10)[3], 255);
     params.insetW = 0;
     params.insetH = 0;
     params.keyframe = {};
     params.webcam = nullptr;
-    EXPECT_EQ(drawn(params, PixelFormat::bgra)->row(0, 10)[3], 255);
+    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 10)[3], 255);
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,4 +1,4 @@
-#include "render/ZoomAnimator.h"
+#include "render/timing/ZoomAnimator.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,14 +7,14 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
-constexpr Size frame{.width = 1920, .height = 1080};
+constexpr model::Size frame{.width = 1920, .height = 1080};
 constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
 
-ClickEvent click(double timestamp, double start, double end, double zoom, Point at) {
-    return {.id = Uuid::random(),
+model::ClickEvent click(double timestamp, double start, double end, double zoom, model::Point at) {
+    return {.id = model::Uuid::random(),
             .x = at.x,
             .y = at.y,
             .timestamp = timestamp,
@@ -28,9 +28,9 @@ ClickEvent click(double timestamp, double start, double end, double zoom, Point 
 /// animator's shortcuts must never differ from.
 class PlainAnimator {
   public:
-    explicit PlainAnimator(std::vector<ClickEvent> clicks) : m_clicks(std::move(clicks)) {
+    explicit PlainAnimator(std::vector<model::ClickEvent> clicks) : m_clicks(std::move(clicks)) {
         for (const auto& c : m_clicks) {
-            std::vector<ClickEvent> list;
+            std::vector<model::ClickEvent> list;
             for (const auto& d : m_clicks) {
                 if (d.id != c.id && c.timestamp < d.timestamp &&
                     d.timestamp <= c.timestamp + c.endOffset)
@@ -56,7 +56,7 @@ class PlainAnimator {
     }
 
   private:
-    std::vector<ClickEvent> intermediatesOf(const ClickEvent& c) const {
+    std::vector<model::ClickEvent> intermediatesOf(const model::ClickEvent& c) const {
         for (const auto& [id, list] : m_intermediates) {
             if (id == c.id)
                 return list;
@@ -69,7 +69,7 @@ class PlainAnimator {
         return p < 0.5 ? p * (p * (p * 4)) : f * (f * (f * 0.5)) + 1;
     }
 
-    double scaleOf(const ClickEvent& c, double t) const {
+    double scaleOf(const model::ClickEvent& c, double t) const {
         double zoomOut = std::min(c.endOffset * 0.9, 1.125);
         double hold = c.endOffset - zoomOut;
         if (const auto list = intermediatesOf(c); !list.empty()) {
@@ -92,14 +92,14 @@ class PlainAnimator {
         return c.zoomLevel + (1 - c.zoomLevel) * (g * g * g + 1);
     }
 
-    static Point clamp(const ClickEvent& c, double s) {
+    static model::Point clamp(const model::ClickEvent& c, double s) {
         const double halfW = frame.width / s * 0.5;
         const double halfH = frame.height / s * 0.5;
         return {.x = std::max(halfW, std::min(c.x, frame.width - halfW)),
                 .y = std::max(halfH, std::min(c.y, frame.height - halfH))};
     }
 
-    Point centerOf(const ClickEvent& c, double t, double s) const {
+    model::Point centerOf(const model::ClickEvent& c, double t, double s) const {
         auto points = intermediatesOf(c);
         points.insert(points.begin(), c);
         for (std::size_t i = 1; i < points.size(); ++i) {
@@ -117,8 +117,8 @@ class PlainAnimator {
         return clamp(points.back(), s);
     }
 
-    std::vector<ClickEvent> m_clicks;
-    std::vector<std::pair<Uuid, std::vector<ClickEvent>>> m_intermediates;
+    std::vector<model::ClickEvent> m_clicks;
+    std::vector<std::pair<model::Uuid, std::vector<model::ClickEvent>>> m_intermediates;
 };
 
 TEST(ZoomAnimator, ShowsTheWholeFrameWithoutClicks) {
@@ -193,11 +193,12 @@ enum class Order { byTime, any };
 enum class Identifiers { distinct, repeated };
 
 /// Times lie on a coarse grid, so that ties and exact meetings are common.
-std::vector<ClickEvent> anyClicks(std::mt19937& random, Order order, Identifiers identifiers) {
+std::vector<model::ClickEvent> anyClicks(std::mt19937& random, Order order,
+                                         Identifiers identifiers) {
     const auto pick = [&](std::initializer_list<double> values) {
         return values.begin()[random() % values.size()];
     };
-    std::vector<ClickEvent> clicks(random() % 25);
+    std::vector<model::ClickEvent> clicks(random() % 25);
     for (auto& each : clicks) {
         each.timestamp = static_cast<double>(random() % 80) * 0.25;
         each.x = static_cast<double>(random() % 2000);
@@ -209,7 +210,7 @@ std::vector<ClickEvent> anyClicks(std::mt19937& random, Order order, Identifiers
             each.id = clicks[random() % clicks.size()].id;
     }
     if (order == Order::byTime)
-        std::ranges::stable_sort(clicks, {}, &ClickEvent::timestamp);
+        std::ranges::stable_sort(clicks, {}, &model::ClickEvent::timestamp);
     return clicks;
 }
 
@@ -234,7 +235,7 @@ TEST(ZoomAnimator, AnswersAsThePlainRulesDoForAnyClicks) {
 
 TEST(ZoomAnimator, BearsVeryManyClicksInAnyOrder) {
     std::mt19937 random(9);
-    std::vector<ClickEvent> clicks;
+    std::vector<model::ClickEvent> clicks;
     for (int i = 0; i < 200'000; ++i)
         clicks.push_back(click(i * 0.01, 1.5, i == 0 ? 1e6 : 1.5, 2, {.x = 960, .y = 540}));
     const ZoomAnimator inOrder(clicks, frame);
@@ -247,4 +248,4 @@ TEST(ZoomAnimator, BearsVeryManyClicksInAnyOrder) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -1,14 +1,14 @@
 #include "model/VantroError.h"
-#include "render/ImageFile.h"
 #include "render/RendererFactory.h"
 #include "render/ZoomCompositor.h"
+#include "render/scene/ImageFile.h"
 
 #include <cstring>
 #include <filesystem>
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render {
 namespace {
 
 /// Notes what it is asked to draw, and fills the picture with the number of the call.
@@ -21,7 +21,7 @@ class RecordingRenderer final : public Renderer {
     explicit RecordingRenderer(std::shared_ptr<Calls> calls) : m_calls(std::move(calls)) {}
 
     std::string_view description() const override { return "recording"; }
-    bool render(const RenderParams& params, PixelBuffer& output) override {
+    bool render(const RenderParams& params, media::PixelBuffer& output) override {
         m_calls->params.push_back(params);
         output.mutableRow(0, 0)[0] = static_cast<std::uint8_t>(m_calls->params.size());
         return !m_calls->fails;
@@ -31,9 +31,9 @@ class RecordingRenderer final : public Renderer {
     std::shared_ptr<Calls> m_calls;
 };
 
-std::shared_ptr<PixelBuffer> plainPicture(PixelFormat format, int width, int height,
-                                          std::uint8_t value = 200) {
-    auto picture = PixelBuffer::allocate(format, width, height);
+std::shared_ptr<media::PixelBuffer> plainPicture(media::PixelFormat format, int width, int height,
+                                                 std::uint8_t value = 200) {
+    auto picture = media::PixelBuffer::allocate(format, width, height);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             std::memset(picture->mutableRow(plane, y), value,
@@ -45,11 +45,11 @@ class ZoomCompositorTest : public testing::Test {
   protected:
     void SetUp() override {
         compositor.setAnimator(
-            std::make_shared<ZoomAnimator>(std::vector{clickAt(10)}, Size{64, 48}));
+            std::make_shared<ZoomAnimator>(std::vector{clickAt(10)}, model::Size{64, 48}));
     }
 
-    static ClickEvent clickAt(double seconds) {
-        ClickEvent click;
+    static model::ClickEvent clickAt(double seconds) {
+        model::ClickEvent click;
         click.x = 20;
         click.y = 20;
         click.timestamp = seconds;
@@ -59,28 +59,32 @@ class ZoomCompositorTest : public testing::Test {
         return click;
     }
 
-    CompositionRequest at(double seconds) const {
-        return {MediaTime::fromSeconds(seconds), {source, {}, {}}, 64, 48, PixelFormat::bgra};
+    media::CompositionRequest at(double seconds) const {
+        return {media::MediaTime::fromSeconds(seconds),
+                {source, {}, {}},
+                64,
+                48,
+                media::PixelFormat::bgra};
     }
     const RenderParams& last() const { return calls->params.back(); }
-    void expectFailure(const CompositionRequest& request, std::string_view message) {
+    void expectFailure(const media::CompositionRequest& request, std::string_view message) {
         try {
             compositor.compose(request);
             ADD_FAILURE() << "no error, but wanted: " << message;
-        } catch (const VantroError& error) {
-            EXPECT_EQ(error.kind(), VantroError::Kind::exportFailed);
+        } catch (const model::VantroError& error) {
+            EXPECT_EQ(error.kind(), model::VantroError::Kind::exportFailed);
             EXPECT_EQ(error.message(), message);
         }
     }
 
-    std::shared_ptr<PixelBuffer> source = plainPicture(PixelFormat::bgra, 64, 48);
+    std::shared_ptr<media::PixelBuffer> source = plainPicture(media::PixelFormat::bgra, 64, 48);
     std::shared_ptr<RecordingRenderer::Calls> calls = std::make_shared<RecordingRenderer::Calls>();
     ZoomCompositor compositor{std::make_unique<RecordingRenderer>(calls)};
 };
 
 TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
-    compositor.setBackgroundSettings(BackgroundSettings{});
-    CompositionRequest request = at(0);
+    compositor.setBackgroundSettings(model::BackgroundSettings{});
+    media::CompositionRequest request = at(0);
     request.sourceFrame.pixels = nullptr;
     expectFailure(request, "Missing source frame");
     compositor.setAnimator(nullptr);
@@ -98,10 +102,11 @@ TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
     EXPECT_EQ(calls->params.size(), 2U);
 
     ZoomCompositor withoutRenderer(nullptr);
-    withoutRenderer.setAnimator(std::make_shared<ZoomAnimator>(std::vector<ClickEvent>{}, Size{}));
+    withoutRenderer.setAnimator(
+        std::make_shared<ZoomAnimator>(std::vector<model::ClickEvent>{}, model::Size{}));
     EXPECT_EQ(withoutRenderer.compose(at(0)), source); // passing on needs none
-    withoutRenderer.setBackgroundSettings(BackgroundSettings{});
-    EXPECT_THROW(withoutRenderer.compose(at(0)), VantroError);
+    withoutRenderer.setBackgroundSettings(model::BackgroundSettings{});
+    EXPECT_THROW(withoutRenderer.compose(at(0)), model::VantroError);
 }
 
 TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
@@ -112,14 +117,15 @@ TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
     EXPECT_NE(compositor.compose(at(0)), source);
     compositor.setCursor({}, 1, 3);
     EXPECT_EQ(compositor.compose(at(0)), source);
-    compositor.setBackgroundSettings(BackgroundSettings{});
+    compositor.setBackgroundSettings(model::BackgroundSettings{});
     EXPECT_NE(compositor.compose(at(0)), source);
 }
 
 TEST_F(ZoomCompositorTest, GivesTheAskedSizeAndFormatEvenWhenNothingIsDrawn) {
     ZoomCompositor real(makeRenderer(RendererChoice::software, nullptr, CursorStyle::builtIn));
-    real.setAnimator(std::make_shared<ZoomAnimator>(std::vector<ClickEvent>{}, Size{64, 48}));
-    CompositionRequest request = at(0);
+    real.setAnimator(
+        std::make_shared<ZoomAnimator>(std::vector<model::ClickEvent>{}, model::Size{64, 48}));
+    media::CompositionRequest request = at(0);
     request.width = 33;
     request.height = 21;
     const auto small = real.compose(request);
@@ -128,12 +134,12 @@ TEST_F(ZoomCompositorTest, GivesTheAskedSizeAndFormatEvenWhenNothingIsDrawn) {
         for (int x = 0; x < 33 * 4; ++x)
             ASSERT_EQ(small->row(0, y)[x], 200);
     request = at(0);
-    request.outputFormat = PixelFormat::i420;
+    request.outputFormat = media::PixelFormat::i420;
     EXPECT_NEAR(real.compose(request)->row(0, 30)[30], 16 + 200 * 219 / 255.0, 1);
 }
 
 TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
-    compositor.setBackgroundSettings(BackgroundSettings{});
+    compositor.setBackgroundSettings(model::BackgroundSettings{});
     compositor.setCursor({{3, 4, 0}, {3, 4, 2}, {9, 4, 3}}, 1, 3);
     const auto first = compositor.compose(at(0));
     EXPECT_EQ(compositor.compose(at(1.5)), first);
@@ -141,12 +147,13 @@ TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
 
     const auto moved = compositor.compose(at(2.5));
     EXPECT_NE(moved, first);
-    source = plainPicture(PixelFormat::bgra, 64, 48);
+    source = plainPicture(media::PixelFormat::bgra, 64, 48);
     EXPECT_NE(compositor.compose(at(2.5)), moved); // another source frame
-    CompositionRequest other = at(2.5);
-    other.outputFormat = PixelFormat::i420;
-    EXPECT_EQ(compositor.compose(other)->format(), PixelFormat::i420);
-    compositor.setBackgroundSettings(BackgroundSettings{BackgroundColor{1, 0, 0}, 0.1, 3});
+    media::CompositionRequest other = at(2.5);
+    other.outputFormat = media::PixelFormat::i420;
+    EXPECT_EQ(compositor.compose(other)->format(), media::PixelFormat::i420);
+    compositor.setBackgroundSettings(
+        model::BackgroundSettings{model::BackgroundColor{1, 0, 0}, 0.1, 3});
     compositor.compose(other);
     EXPECT_EQ(calls->params.size(), 5U);
     EXPECT_EQ(first->row(0, 0)[0], 1); // what was handed out earlier stays as it was
@@ -154,7 +161,8 @@ TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
 
 TEST_F(ZoomCompositorTest, LaysTheFrameOutAtTheSourceTime) {
     compositor.setTimeMapper([](double t) { return t * 2; });
-    compositor.setBackgroundSettings(BackgroundSettings{BackgroundColor{1, 0.5, 0}, 0.25, 7});
+    compositor.setBackgroundSettings(
+        model::BackgroundSettings{model::BackgroundColor{1, 0.5, 0}, 0.25, 7});
     compositor.setCursor({{2, 3, 10}, {4, 7, 12}}, 2, 1.5);
     compositor.compose(at(5.5));
     EXPECT_EQ(last().source, source);
@@ -173,18 +181,19 @@ TEST_F(ZoomCompositorTest, LaysTheFrameOutAtTheSourceTime) {
 
 TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTime) {
     std::vector<double> asked;
-    std::shared_ptr<const PixelBuffer> picture = plainPicture(PixelFormat::i420, 16, 8, 128);
+    std::shared_ptr<const media::PixelBuffer> picture =
+        plainPicture(media::PixelFormat::i420, 16, 8, 128);
     compositor.setTimeMapper([](double t) { return t + 1; });
     compositor.setWebcam(
         [&](double t) {
             asked.push_back(t);
             return picture;
         },
-        WebcamPosition::topRight, 0.25);
+        model::WebcamPosition::topRight, 0.25);
     compositor.compose(at(0));
     EXPECT_EQ(asked, std::vector{1.0});
     ASSERT_TRUE(last().webcam);
-    EXPECT_EQ(last().webcam->format(), PixelFormat::bgra);
+    EXPECT_EQ(last().webcam->format(), media::PixelFormat::bgra);
     EXPECT_NEAR(last().webcam->row(0, 3)[5], (128 - 16) * 255 / 219.0, 1);
     EXPECT_EQ(last().webcamRect, (RenderRect{64 - 16 - 1.28F, 48 - 16 - 1.28F, 16, 16}));
     compositor.compose(at(0.5));
@@ -195,9 +204,9 @@ TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTime) {
 
 TEST_F(ZoomCompositorTest, LoadsABackgroundPictureAndShrinksItTowardsTheCanvas) {
     const auto path = std::filesystem::temp_directory_path() / "compositor-background.png";
-    writePng(path, *plainPicture(PixelFormat::bgra, 300, 300, 90));
-    BackgroundSettings settings;
-    settings.type = BackgroundImageSource::custom(path);
+    writePng(path, *plainPicture(media::PixelFormat::bgra, 300, 300, 90));
+    model::BackgroundSettings settings;
+    settings.type = model::BackgroundImageSource::custom(path);
     compositor.setBackgroundSettings(settings);
     compositor.compose(at(0));
     const auto shown = last().backgroundImage;
@@ -210,7 +219,7 @@ TEST_F(ZoomCompositorTest, LoadsABackgroundPictureAndShrinksItTowardsTheCanvas) 
     compositor.setBackgroundSettings(settings); // same picture: not read again
     compositor.compose(at(0));
     EXPECT_EQ(last().backgroundImage, shown);
-    compositor.setBackgroundSettings(BackgroundSettings{BackgroundColor{}, 0.2, 5});
+    compositor.setBackgroundSettings(model::BackgroundSettings{model::BackgroundColor{}, 0.2, 5});
     compositor.compose(at(0));
     EXPECT_EQ(last().backgroundImage, nullptr);
     compositor.setBackgroundSettings(settings);
@@ -220,12 +229,13 @@ TEST_F(ZoomCompositorTest, LoadsABackgroundPictureAndShrinksItTowardsTheCanvas) 
 
 TEST(InterpolatedCursor, GoesInStraightLinesAndSticksToTheEnds) {
     EXPECT_EQ(interpolatedCursor({}, 1), std::nullopt);
-    const std::vector<CursorPosition> positions{{0, 0, 1}, {10, 20, 2}, {10, 20, 2}, {0, 40, 4}};
-    EXPECT_EQ(interpolatedCursor(positions, -5), (Point{0, 0}));
-    EXPECT_EQ(interpolatedCursor(positions, 1.5), (Point{5, 10}));
-    EXPECT_EQ(interpolatedCursor(positions, 2), (Point{10, 20}));
-    EXPECT_EQ(interpolatedCursor(positions, 3.5), (Point{2.5, 35}));
-    EXPECT_EQ(interpolatedCursor(positions, 99), (Point{0, 40}));
+    const std::vector<model::CursorPosition> positions{
+        {0, 0, 1}, {10, 20, 2}, {10, 20, 2}, {0, 40, 4}};
+    EXPECT_EQ(interpolatedCursor(positions, -5), (model::Point{0, 0}));
+    EXPECT_EQ(interpolatedCursor(positions, 1.5), (model::Point{5, 10}));
+    EXPECT_EQ(interpolatedCursor(positions, 2), (model::Point{10, 20}));
+    EXPECT_EQ(interpolatedCursor(positions, 3.5), (model::Point{2.5, 35}));
+    EXPECT_EQ(interpolatedCursor(positions, 99), (model::Point{0, 40}));
 }
 
 TEST(RendererFactory, AlwaysHasTheSoftwareRendererAndTellsWhyThereIsNoOther) {
@@ -243,4 +253,4 @@ TEST(RendererFactory, AlwaysHasTheSoftwareRendererAndTellsWhyThereIsNoOther) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render

@@ -31,7 +31,7 @@ double bandingOf(const ByteImage& image, const Ideal& ideal) {
 
 TEST(BackgroundCanvas, SlowGradientsDoNotBreakIntoBandsEvenAfterCompression) {
     const test::TemporaryFolder folder;
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     Canvas canvas({640, 256});
     // Six code values over 640 columns: undithered, each would be a band a hundred pixels wide.
     const auto light = [](float x) { return 0.030F + 0.0045F * x / 2.5F; };
@@ -48,7 +48,7 @@ TEST(BackgroundCanvas, SlowGradientsDoNotBreakIntoBandsEvenAfterCompression) {
 }
 
 TEST(BackgroundCanvas, CodeValuesAreSrgb) {
-    WorkerPool pool(1);
+    base::WorkerPool pool(1);
     for (const float light : {0.F, 0.0005F, 0.01F, 0.214F, 0.5F, 1.F, 3.F}) {
         Canvas canvas({64, 64});
         canvas.paint([&](Vec2) { return Rgb{light, light, light}; }, pool);
@@ -62,7 +62,7 @@ TEST(BackgroundCanvas, CodeValuesAreSrgb) {
 }
 
 TEST(BackgroundCanvas, EnlargingAndReducingKeepStraightGradientsInPlace) {
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     const Painter ramp = [](Vec2 p) { return Rgb{p.x, p.y, 1}; };
     Canvas coarse({80, 45});
     coarse.paint(ramp, pool);
@@ -82,7 +82,7 @@ TEST(BackgroundCanvas, EnlargingAndReducingKeepStraightGradientsInPlace) {
 }
 
 TEST(BackgroundCanvas, BloomSpreadsLightWithoutMakingAny) {
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     Canvas canvas({160, 90});
     canvas.paint(
         [](Vec2 p) { return length(p - Vec2{0.89F, 0.5F}) < 0.05F ? Rgb{5, 5, 5} : Rgb{}; }, pool);

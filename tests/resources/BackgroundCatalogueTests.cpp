@@ -31,7 +31,7 @@ float meanLuminance(const Canvas& canvas) {
 }
 
 /// The picture at a size where only its composition is left, in sRGB code values.
-std::vector<float> composition(const Canvas& canvas, WorkerPool& pool) {
+std::vector<float> composition(const Canvas& canvas, base::WorkerPool& pool) {
     const Canvas small = canvas.reduced({16, 9}, pool);
     std::vector<float> values;
     for (int row = 0; row < 9; ++row)
@@ -52,7 +52,7 @@ float meanDifference(const std::vector<float>& a, const std::vector<float>& b) {
 /// Every background painted small, once for all tests.
 const std::vector<Canvas>& tinyPictures() {
     static const std::vector<Canvas> pictures = [] {
-        WorkerPool pool(1);
+        base::WorkerPool pool(1);
         std::vector<Canvas> all;
         for (const auto& entry : catalogue())
             all.push_back(paint(entry, tiny, pool));
@@ -69,8 +69,8 @@ TEST(BackgroundCatalogue, NamesFiveWallpaperPairsThenSixteenPhotographs) {
 }
 
 TEST(BackgroundCatalogue, PicturesAreTheSameOnEachRunAndWithAnyNumberOfThreads) {
-    WorkerPool one(1);
-    WorkerPool three(3);
+    base::WorkerPool one(1);
+    base::WorkerPool three(3);
     for (std::size_t i = 0; i < catalogue().size(); ++i) {
         const auto& entry = catalogue()[i];
         const auto again = paint(entry, tiny, three).toBytes(entry.finish.grain, three);
@@ -109,7 +109,7 @@ TEST(BackgroundCatalogue, NoPixelIsBrokenAndHardlyAnyBurntOut) {
 }
 
 TEST(BackgroundCatalogue, NoTwoPicturesAreAlike) {
-    WorkerPool pool(1);
+    base::WorkerPool pool(1);
     std::vector<std::vector<float>> compositions;
     for (const auto& picture : tinyPictures())
         compositions.push_back(composition(picture, pool));
@@ -120,7 +120,7 @@ TEST(BackgroundCatalogue, NoTwoPicturesAreAlike) {
 }
 
 TEST(BackgroundCatalogue, TheCompositionDoesNotDependOnTheSize) {
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     for (std::size_t i = 0; i < catalogue().size(); ++i) {
         const auto larger = paint(catalogue()[i], {288, 162}, pool);
         EXPECT_LT(meanDifference(composition(tinyPictures()[i], pool), composition(larger, pool)),
@@ -131,7 +131,7 @@ TEST(BackgroundCatalogue, TheCompositionDoesNotDependOnTheSize) {
 
 TEST(BackgroundGenerator, WritesEachPictureAndATenthAsThumbnail) {
     const test::TemporaryFolder folder;
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     constexpr Frame frame{320, 180};
     const auto& entry = catalogue()[5];
     writeBackground(entry, frame, folder.path() / "new" / "Backgrounds", pool);

@@ -11,7 +11,7 @@ constexpr Frame frame{320, 180};
 constexpr Camera camera{.height = 2, .horizon = 0.4F, .focal = 1.2F, .nearest = 1, .farthest = 300};
 
 Relief makeRelief(HeightField height) {
-    WorkerPool pool(2);
+    base::WorkerPool pool(2);
     return {frame, camera, std::move(height), pool};
 }
 

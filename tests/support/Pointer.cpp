@@ -26,8 +26,8 @@ void Pointer::moveTo(int x, int y) {
     roundTrip(m_implementation->connection);
 }
 
-HostTime Pointer::click(int button) {
-    const HostTime before = hostNow();
+base::HostTime Pointer::click(int button) {
+    const base::HostTime before = base::hostNow();
     m_implementation->fake(XCB_BUTTON_PRESS, button);
     m_implementation->fake(XCB_BUTTON_RELEASE, button);
     roundTrip(m_implementation->connection);

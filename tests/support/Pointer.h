@@ -16,7 +16,7 @@ class Pointer {
 
     void moveTo(int x, int y);
     /// Presses and releases a button: 1 left, 2 middle, 3 right. Returns the instant just before.
-    HostTime click(int button);
+    base::HostTime click(int button);
 
   private:
     struct Implementation;

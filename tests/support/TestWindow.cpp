@@ -11,7 +11,7 @@
 namespace vantro::test {
 namespace {
 
-void fillRect(const XConnection& connection, xcb_window_t window, PixelRect rect,
+void fillRect(const XConnection& connection, xcb_window_t window, media::color::PixelRect rect,
               std::uint32_t color) {
     const xcb_gcontext_t context = xcb_generate_id(connection.get());
     xcb_create_gc(connection.get(), context, window, XCB_GC_FOREGROUND, &color);
@@ -43,7 +43,7 @@ xcb_visualid_t visualWithAlpha(const xcb_screen_t& screen) {
 struct TestWindow::Implementation {
     XConnection connection;
     std::string display;
-    PixelRect rect;
+    media::color::PixelRect rect;
     xcb_window_t window = 0;
     std::jthread clicks;
 
@@ -69,7 +69,7 @@ struct TestWindow::Implementation {
     }
 };
 
-TestWindow::TestWindow(const XServer& server, PixelRect rect, std::uint32_t color,
+TestWindow::TestWindow(const XServer& server, media::color::PixelRect rect, std::uint32_t color,
                        const Names& names)
     : m_implementation(
           new Implementation{connectTo(server.display()), server.display(), rect, 0, {}}) {
@@ -123,7 +123,7 @@ void TestWindow::hide() {
     roundTrip(m_implementation->connection);
 }
 
-void TestWindow::place(PixelRect rect) {
+void TestWindow::place(media::color::PixelRect rect) {
     const std::uint32_t values[] = {
         static_cast<std::uint32_t>(rect.x), static_cast<std::uint32_t>(rect.y),
         static_cast<std::uint32_t>(rect.width), static_cast<std::uint32_t>(rect.height)};
@@ -143,9 +143,9 @@ void TestWindow::setIcons(const std::vector<std::uint32_t>& property) {
     roundTrip(connection);
 }
 
-void TestWindow::shape(const std::vector<PixelRect>& parts) {
+void TestWindow::shape(const std::vector<media::color::PixelRect>& parts) {
     std::vector<xcb_rectangle_t> list;
-    for (const PixelRect& part : parts)
+    for (const media::color::PixelRect& part : parts)
         list.push_back({static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
                         static_cast<std::uint16_t>(part.width),
                         static_cast<std::uint16_t>(part.height)});
@@ -177,7 +177,7 @@ void TestWindow::fill(std::uint32_t color) {
     fill({0, 0, m_implementation->rect.width, m_implementation->rect.height}, color);
 }
 
-void TestWindow::fill(PixelRect rect, std::uint32_t color) {
+void TestWindow::fill(media::color::PixelRect rect, std::uint32_t color) {
     fillRect(m_implementation->connection, m_implementation->window, rect, color);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 #include "support/XServer.h"
 
 #include <cstdint>
@@ -24,8 +24,9 @@ class TestWindow {
         bool isBlended = false;    ///< colours are premultiplied 0xAARRGGBB
     };
 
-    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color, const Names& names);
-    TestWindow(const XServer& server, PixelRect rect, std::uint32_t color)
+    TestWindow(const XServer& server, media::color::PixelRect rect, std::uint32_t color,
+               const Names& names);
+    TestWindow(const XServer& server, media::color::PixelRect rect, std::uint32_t color)
         : TestWindow(server, rect, color, Names{}) {}
     ~TestWindow();
     TestWindow(const TestWindow&) = delete;
@@ -34,17 +35,17 @@ class TestWindow {
     std::uint32_t id() const;
     void fill(std::uint32_t color);
     /// `rect` in pixels of the window.
-    void fill(PixelRect rect, std::uint32_t color);
+    void fill(media::color::PixelRect rect, std::uint32_t color);
 
     /// Position and size on the screen. Pixels that are new show the colour that it was made with.
-    void place(PixelRect rect);
+    void place(media::color::PixelRect rect);
     /// Puts it above or below all others.
     void raise();
     void lower();
     /// What it carries as _NET_WM_ICON.
     void setIcons(const std::vector<std::uint32_t>& property);
     /// Only these parts of it show from now on, in pixels of the window.
-    void shape(const std::vector<PixelRect>& parts);
+    void shape(const std::vector<media::color::PixelRect>& parts);
     void hide();
     void show();
     /// It is gone from the screen when this returns; nothing else may be done with it.

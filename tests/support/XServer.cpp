@@ -115,7 +115,8 @@ void setRootProperty(const XServer& server, const std::string& name, const std::
 }
 
 // Through xrandr, because libxcb 1.15 gets the length of this request wrong.
-void addMonitor(const XServer& server, const std::string& name, PixelRect rect, bool isPrimary) {
+void addMonitor(const XServer& server, const std::string& name, media::color::PixelRect rect,
+                bool isPrimary) {
     const auto text = [](int value) { return std::to_string(value); };
     const std::string geometry = text(rect.width) + "/100x" + text(rect.height) + "/100+" +
                                  text(rect.x) + "+" + text(rect.y);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 
 #include <filesystem>
 #include <string>
@@ -49,7 +49,8 @@ class XServer {
 void setRootProperty(const XServer& server, const std::string& name, const std::string& value);
 
 /// Adds a monitor to the X screen, in its pixels, without an output of its own.
-void addMonitor(const XServer& server, const std::string& name, PixelRect rect, bool isPrimary);
+void addMonitor(const XServer& server, const std::string& name, media::color::PixelRect rect,
+                bool isPrimary);
 /// Takes a monitor away that was added. The server tells nobody until the screen's size changes.
 void removeMonitor(const XServer& server, const std::string& name);
 /// Changes the X screen's size, which is not to grow.

@@ -8,10 +8,10 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
-void report(const VantroError& error) {
+void report(const model::VantroError& error) {
     fmt::print(stderr, "vantro: {}\n", error.what());
     if (!error.recoverySuggestion().empty())
         fmt::print(stderr, "{}\n", error.recoverySuggestion());
@@ -19,7 +19,7 @@ void report(const VantroError& error) {
 
 int runAction(const CommandAction& action) try {
     return action();
-} catch (const VantroError& error) {
+} catch (const model::VantroError& error) {
     report(error);
     return exitFailure;
 } catch (const CLI::ParseError& error) {
@@ -58,8 +58,8 @@ int runCommandLine(int argc, const char* const* argv) {
         return app.exit(error) == 0 ? exitSuccess : exitUsage;
     }
     // A command itself says what went wrong, once.
-    configureLog(verbose ? LogLevel::info : LogLevel::fatal);
+    base::configureLog(verbose ? base::LogLevel::info : base::LogLevel::fatal);
     return runAction(action);
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// Exit codes that scripts rely on.
 enum ExitCode : int {
@@ -18,4 +18,4 @@ using CommandAction = std::function<int()>;
 /// Parses and runs `vantro SUBCOMMAND …`. Never throws: failures become a message and an exit code.
 int runCommandLine(int argc, const char* const* argv);
 
-} // namespace vantro
+} // namespace vantro::app::cli

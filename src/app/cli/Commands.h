@@ -7,7 +7,7 @@
 #include <CLI/App.hpp>
 
 /// The sub-commands. Each function adds one to the parser and sets `action` when it is chosen.
-namespace vantro {
+namespace vantro::app::cli {
 
 void addDisplaysCommand(CLI::App& app, CommandAction& action);
 void addWindowsCommand(CLI::App& app, CommandAction& action);
@@ -17,4 +17,4 @@ void addFrameCommand(CLI::App& app, CommandAction& action);
 void addRecoverCommand(CLI::App& app, CommandAction& action);
 void addInspectCommand(CLI::App& app, CommandAction& action);
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -1,6 +1,6 @@
 #include "app/cli/CommonOptions.h"
 
-#include "app/ProjectPackage.h"
+#include "app/files/ProjectPackage.h"
 #include "model/Validation.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
@@ -14,31 +14,31 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 namespace fs = std::filesystem;
 
 [[noreturn]] void failExport(std::string_view message) {
-    throw VantroError(VantroError::Kind::exportFailed, message);
+    throw model::VantroError(model::VantroError::Kind::exportFailed, message);
 }
 
 [[noreturn]] void failOpen(std::string_view message) {
-    throw VantroError(VantroError::Kind::projectOpenFailed, message);
+    throw model::VantroError(model::VantroError::Kind::projectOpenFailed, message);
 }
 
 } // namespace
 
 LoadedProject loadProject(const fs::path& packageURL) {
-    auto project = readProjectFile(packageURL);
-    if (const auto problems = validationProblems(project, 1); !problems.empty())
-        failOpen(
-            fmt::format("{}: {}", (packageURL / package::projectFile).string(), problems.front()));
-    const auto movie = packageURL / package::recordingFile;
+    auto project = files::readProjectFile(packageURL);
+    if (const auto problems = model::validationProblems(project, 1); !problems.empty())
+        failOpen(fmt::format("{}: {}", (packageURL / files::package::projectFile).string(),
+                             problems.front()));
+    const auto movie = packageURL / files::package::recordingFile;
     std::error_code error;
     if (!fs::exists(movie, error))
         failOpen(fmt::format("{}: no such file", movie.string()));
-    auto recording = editedRecording(project, movie);
+    auto recording = exporting::editedRecording(project, movie);
     return {std::move(project), std::move(recording)};
 }
 
@@ -48,16 +48,17 @@ void addProjectArgument(CLI::App& command, fs::path& target) {
         ->type_name("PROJECT");
 }
 
-void addResolutionOption(CLI::App& command, ExportResolution& target) {
+void addResolutionOption(CLI::App& command, exporting::ExportResolution& target) {
     command
         .add_option_function<std::string>(
             "--resolution",
-            [&target](const std::string& name) { target = *exportResolutionFrom(name); },
+            [&target](const std::string& name) { target = *exporting::exportResolutionFrom(name); },
             "Size of the output before the canvas aspect (default: original)")
         ->type_name("original|4k|1080p|720p")
         ->check([](const std::string& name) {
-            return exportResolutionFrom(name) ? std::string{}
-                                              : name + " is none of original, 4k, 1080p, 720p";
+            return exporting::exportResolutionFrom(name)
+                       ? std::string{}
+                       : name + " is none of original, 4k, 1080p, 720p";
         });
 }
 
@@ -67,12 +68,12 @@ void addRendererOption(CLI::App& command, std::string& target) {
         ->check(CLI::IsMember({"auto", "software", "gpu"}));
 }
 
-std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name) {
-    const auto choice = name == "gpu"        ? RendererChoice::gpu
-                        : name == "software" ? RendererChoice::software
-                                             : RendererChoice::automatic;
+std::unique_ptr<render::Renderer> makeRequestedRenderer(const std::string& name) {
+    const auto choice = name == "gpu"        ? render::RendererChoice::gpu
+                        : name == "software" ? render::RendererChoice::software
+                                             : render::RendererChoice::automatic;
     std::string why;
-    auto renderer = makeRenderer(choice, &why);
+    auto renderer = render::makeRenderer(choice, &why);
     if (!renderer)
         failExport(why);
     return renderer;
@@ -100,4 +101,4 @@ void requireWritableOutput(const fs::path& output, bool replace) {
         failExport(fmt::format("{}: {}", output.string(), std::generic_category().message(errno)));
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

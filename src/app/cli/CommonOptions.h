@@ -12,12 +12,12 @@
 
 #include <CLI/App.hpp>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// A project named on the command line, read and found sound.
 struct LoadedProject {
-    ProjectData data;
-    EditedRecording recording;
+    model::ProjectData data;
+    exporting::EditedRecording recording;
 };
 
 /// Reads the package and checks every value that work depends on. Throws VantroError
@@ -27,12 +27,12 @@ LoadedProject loadProject(const std::filesystem::path& packageURL);
 /// The positional argument PROJECT.vantro.
 void addProjectArgument(CLI::App& command, std::filesystem::path& target);
 /// --resolution original|4k|1080p|720p.
-void addResolutionOption(CLI::App& command, ExportResolution& target);
+void addResolutionOption(CLI::App& command, exporting::ExportResolution& target);
 /// --renderer auto|software|gpu.
 void addRendererOption(CLI::App& command, std::string& target);
 
 /// The renderer that --renderer names. Throws VantroError exportFailed where there is none.
-std::unique_ptr<Renderer> makeRequestedRenderer(const std::string& name);
+std::unique_ptr<render::Renderer> makeRequestedRenderer(const std::string& name);
 
 /// The option check that a file name ends in one of `extensions`.
 std::function<std::string(const std::string&)> endsIn(std::vector<std::string> extensions);
@@ -41,4 +41,4 @@ std::function<std::string(const std::string&)> endsIn(std::vector<std::string> e
 /// exists and must not be replaced.
 void requireWritableOutput(const std::filesystem::path& output, bool replace);
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -6,16 +6,16 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 using nlohmann::ordered_json;
 
-ordered_json toJson(const Rect& rect) {
+ordered_json toJson(const model::Rect& rect) {
     return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
 }
 
-ordered_json toJson(const ShareableDisplay& display) {
+ordered_json toJson(const capture::ShareableDisplay& display) {
     return {{"id", display.displayID},
             {"name", display.name},
             {"frame", toJson(display.frame)},
@@ -23,7 +23,7 @@ ordered_json toJson(const ShareableDisplay& display) {
             {"isMain", display.isMain}};
 }
 
-ordered_json toJson(const ShareableWindow& window) {
+ordered_json toJson(const capture::ShareableWindow& window) {
     return {{"id", window.windowID},
             {"title", window.title},
             {"applicationName", window.applicationName},
@@ -32,17 +32,17 @@ ordered_json toJson(const ShareableWindow& window) {
             {"isOnScreen", window.isOnScreen}};
 }
 
-std::string placeText(const Rect& frame) {
+std::string placeText(const model::Rect& frame) {
     return fmt::format("{}x{}{:+}{:+}", frame.width, frame.height, frame.x, frame.y);
 }
 
-void print(const ShareableDisplay& display) {
+void print(const capture::ShareableDisplay& display) {
     fmt::print("{:>10}  {:<12} {:<20} scale {}{}\n", display.displayID, display.name,
                placeText(display.frame), display.backingScaleFactor,
                display.isMain ? "  main" : "");
 }
 
-void print(const ShareableWindow& window) {
+void print(const capture::ShareableWindow& window) {
     fmt::print("{:>10}  {:<20} {:<18} {}{}\n", window.windowID, placeText(window.frame),
                window.applicationName, window.title, window.isOnScreen ? "" : "  (hidden)");
 }
@@ -79,13 +79,13 @@ void addListCommand(CLI::App& app, CommandAction& action, const char* name, cons
 
 void addDisplaysCommand(CLI::App& app, CommandAction& action) {
     addListCommand(app, action, "displays", "List the displays that can be recorded",
-                   [](const ShareableContent& content) { return content.displays; });
+                   [](const capture::ShareableContent& content) { return content.displays; });
 }
 
 void addWindowsCommand(CLI::App& app, CommandAction& action) {
     addListCommand(app, action, "windows",
                    "List the windows that can be recorded, front-most first",
-                   [](const ShareableContent& content) { return content.windows; });
+                   [](const capture::ShareableContent& content) { return content.windows; });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

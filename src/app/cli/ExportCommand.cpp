@@ -16,7 +16,7 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 using nlohmann::ordered_json;
@@ -32,11 +32,11 @@ void printEvent(const ordered_json& event) {
 class ProgressDisplay {
   public:
     ProgressDisplay(double outputDuration, bool json)
-        : m_started(hostNow()), m_outputDuration(outputDuration), m_json(json) {
+        : m_started(base::hostNow()), m_outputDuration(outputDuration), m_json(json) {
         update(0);
     }
 
-    double elapsed() const { return inSeconds(hostNow() - m_started); }
+    double elapsed() const { return base::inSeconds(base::hostNow() - m_started); }
     double speed(double fraction) const {
         return elapsed() > 0 ? fraction * m_outputDuration / elapsed() : 0;
     }
@@ -59,13 +59,13 @@ class ProgressDisplay {
   private:
     static constexpr int barWidth = 30;
     StatusLine m_line;
-    HostTime m_started;
+    base::HostTime m_started;
     double m_outputDuration;
     bool m_json;
 };
 
-ordered_json finishedEvent(const ExportJob& job, const ExportSummary& summary, std::uintmax_t bytes,
-                           const ProgressDisplay& display) {
+ordered_json finishedEvent(const ExportJob& job, const exporting::ExportSummary& summary,
+                           std::uintmax_t bytes, const ProgressDisplay& display) {
     ordered_json event{
         {"event", "finished"},      {"output", job.output.string()}, {"width", summary.width},
         {"height", summary.height}, {"frames", summary.frameCount},  {"duration", summary.duration},
@@ -75,8 +75,8 @@ ordered_json finishedEvent(const ExportJob& job, const ExportSummary& summary, s
     return event;
 }
 
-void printSummary(const ExportOptions& options, const ExportJob& job, const ExportSummary& summary,
-                  const ProgressDisplay& display) {
+void printSummary(const ExportOptions& options, const ExportJob& job,
+                  const exporting::ExportSummary& summary, const ProgressDisplay& display) {
     const auto bytes = fs::file_size(job.output);
     if (!summary.damage.empty())
         fmt::print(stderr, "vantro: {}; exported up to there\n", summary.damage);
@@ -90,19 +90,20 @@ void printSummary(const ExportOptions& options, const ExportJob& job, const Expo
 }
 
 /// The recording with what the options change of it.
-EditedRecording requestedRecording(const ExportOptions& options, const fs::path& project) {
+exporting::EditedRecording requestedRecording(const ExportOptions& options,
+                                              const fs::path& project) {
     auto recording = loadProject(project).recording;
     if (options.frameRate)
         recording.metadata.frameRate = *options.frameRate;
     if (options.range) {
-        const auto timeMap = openRecording(recording).timeMap;
-        recording.segments = segmentsWithin(recording.segments, timeMap.sourceDuration(),
-                                            options.range->start, options.range->end);
+        const auto timeMap = exporting::openRecording(recording).timeMap;
+        recording.segments = exporting::segmentsWithin(recording.segments, timeMap.sourceDuration(),
+                                                       options.range->start, options.range->end);
         if (recording.segments.empty())
-            throw VantroError(VantroError::Kind::exportFailed,
-                              fmt::format("The range begins at {:.2f} s, but {} lasts {:.2f} s",
-                                          options.range->start, project.string(),
-                                          timeMap.totalDuration()));
+            throw model::VantroError(
+                model::VantroError::Kind::exportFailed,
+                fmt::format("The range begins at {:.2f} s, but {} lasts {:.2f} s",
+                            options.range->start, project.string(), timeMap.totalDuration()));
     }
     return recording;
 }
@@ -111,25 +112,25 @@ int exportOne(const ExportOptions& options, const ExportJob& job,
               const std::stop_token& interrupted) {
     requireWritableOutput(job.output, options.force);
     const auto recording = requestedRecording(options, job.project);
-    const auto duration = openRecording(recording).timeMap.totalDuration();
+    const auto duration = exporting::openRecording(recording).timeMap.totalDuration();
 
     auto renderer = makeRequestedRenderer(options.renderer);
     ProgressDisplay display(duration, options.json);
     const auto report = [&](double fraction) { display.update(fraction); };
-    ExportSummary summary;
+    exporting::ExportSummary summary;
     if (job.isGif()) {
-        GIFExporter exporter(std::move(renderer));
-        exporter.setFrameRate(options.frameRate.value_or(GIFExporter::usualFrameRate));
+        exporting::GIFExporter exporter(std::move(renderer));
+        exporter.setFrameRate(options.frameRate.value_or(exporting::GIFExporter::usualFrameRate));
         exporter.setToleratesDamage(options.toleratesDamage);
         summary = exporter.run(recording, job.output, report, interrupted);
     } else {
-        VideoExporter exporter(std::move(renderer));
+        exporting::VideoExporter exporter(std::move(renderer));
         exporter.setToleratesDamage(options.toleratesDamage);
         exporter.setEncoder(options.encoder);
         summary = exporter.run(recording, options.resolution, job.output, report, interrupted);
     }
     display.clear();
-    if (summary.outcome == ExportOutcome::cancelled) {
+    if (summary.outcome == exporting::ExportOutcome::cancelled) {
         if (options.json)
             printEvent(ordered_json{{"event", "cancelled"}});
         return exitInterrupted;
@@ -189,4 +190,4 @@ void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

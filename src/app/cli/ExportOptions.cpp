@@ -11,7 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/ranges.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 namespace fs = std::filesystem;
@@ -53,18 +53,18 @@ void checkNamesDiffer(const std::vector<ExportJob>& jobs) {
     }
 }
 
-void addEncoderOption(CLI::App& command, VideoEncoderChoice& target) {
+void addEncoderOption(CLI::App& command, media::VideoEncoderChoice& target) {
     std::vector<std::string_view> names;
-    std::ranges::transform(allVideoEncoderChoices, std::back_inserter(names),
+    std::ranges::transform(media::allVideoEncoderChoices, std::back_inserter(names),
                            [](auto choice) { return optionName(choice); });
     command
         .add_option_function<std::string>(
             "--encoder",
-            [&target](const std::string& name) { target = *videoEncoderChoiceFrom(name); },
+            [&target](const std::string& name) { target = *media::videoEncoderChoiceFrom(name); },
             "What encodes a video (default: auto, a graphics card that can, else libx264)")
         ->type_name(fmt::format("{}", fmt::join(names, "|")))
         ->check([names](const std::string& name) {
-            return videoEncoderChoiceFrom(name)
+            return media::videoEncoderChoiceFrom(name)
                        ? std::string{}
                        : fmt::format("{} is none of {}", name, fmt::join(names, ", "));
         });
@@ -91,10 +91,10 @@ void checkTogether(const ExportOptions& options) {
     checkNamesDiffer(jobs);
     if (!jobs.front().isGif())
         return;
-    if (options.frameRate > GIFExporter::highestFrameRate)
+    if (options.frameRate > exporting::GIFExporter::highestFrameRate)
         throw CLI::ValidationError("--fps", fmt::format("a GIF plays at most {} frames a second",
-                                                        GIFExporter::highestFrameRate));
-    if (options.encoder != VideoEncoderChoice::automatic)
+                                                        exporting::GIFExporter::highestFrameRate));
+    if (options.encoder != media::VideoEncoderChoice::automatic)
         throw CLI::ValidationError("--encoder", "a GIF is not encoded as video");
 }
 
@@ -131,4 +131,4 @@ void addExportOptions(CLI::App& command, ExportOptions& options) {
     command.add_flag("--json", options.json, "Report progress as lines of JSON");
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "export/ExportResolution.h"
-#include "media/VideoEncoderChoice.h"
+#include "media/values/VideoEncoderChoice.h"
 
 #include <filesystem>
 #include <limits>
@@ -11,7 +11,7 @@
 
 #include <CLI/App.hpp>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// A stretch of the output, seconds.
 struct OutputRange {
@@ -26,9 +26,9 @@ struct ExportOptions {
     std::optional<OutputRange> range;
     std::optional<int> frameRate;
     std::string format; ///< "mp4" or "gif"; empty: as the output's name says, or mp4
-    VideoEncoderChoice encoder = VideoEncoderChoice::automatic;
+    media::VideoEncoderChoice encoder = media::VideoEncoderChoice::automatic;
     bool toleratesDamage = false;
-    ExportResolution resolution = ExportResolution::original;
+    exporting::ExportResolution resolution = exporting::ExportResolution::original;
     std::string renderer = "auto";
     bool force = false;
     bool json = false;
@@ -49,4 +49,4 @@ void addExportOptions(CLI::App& command, ExportOptions& options);
 /// Checks what no single option can. Throws CLI::ValidationError.
 void checkTogether(const ExportOptions& options);
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -1,18 +1,18 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "export/StillFrame.h"
-#include "render/ImageFile.h"
+#include "render/scene/ImageFile.h"
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 struct Options {
     std::filesystem::path project;
     std::filesystem::path output;
     double time = 0;
-    ExportResolution resolution = ExportResolution::original;
+    exporting::ExportResolution resolution = exporting::ExportResolution::original;
     std::string renderer = "auto";
     bool force = false;
 };
@@ -20,9 +20,10 @@ struct Options {
 int runFrame(const Options& options) {
     requireWritableOutput(options.output, options.force);
     const auto project = loadProject(options.project);
-    const auto pixels = composeStillFrame(project.recording, options.resolution, options.time,
-                                          makeRequestedRenderer(options.renderer));
-    writePng(options.output, *pixels);
+    const auto pixels =
+        exporting::composeStillFrame(project.recording, options.resolution, options.time,
+                                     makeRequestedRenderer(options.renderer));
+    render::writePng(options.output, *pixels);
     return exitSuccess;
 }
 
@@ -43,4 +44,4 @@ void addFrameCommand(CLI::App& app, CommandAction& action) {
     command->callback([options, &action] { action = [options] { return runFrame(*options); }; });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 using nlohmann::ordered_json;
@@ -23,21 +23,21 @@ ordered_json numberOrNull(const std::optional<double>& value) {
     return value ? ordered_json(*value) : ordered_json(nullptr);
 }
 
-ordered_json toJson(const KeyframeSample& sample) {
+ordered_json toJson(const exporting::KeyframeSample& sample) {
     return {{"outputTime", sample.outputTime},        {"sourceTime", sample.sourceTime},
             {"scale", sample.keyframe.scale},         {"centerX", sample.keyframe.centerX},
             {"centerY", sample.keyframe.centerY},     {"cursorX", numberOrNull(sample.cursorX)},
             {"cursorY", numberOrNull(sample.cursorY)}};
 }
 
-ordered_json toJson(const TimelineSegment& segment) {
+ordered_json toJson(const model::TimelineSegment& segment) {
     return {{"id", segment.id.toString()},
             {"startFraction", segment.startFraction},
             {"endFraction", segment.endFraction},
             {"speed", segment.speed}};
 }
 
-ordered_json toJson(const ClickEvent& click) {
+ordered_json toJson(const model::ClickEvent& click) {
     return {{"id", click.id.toString()},
             {"x", click.x},
             {"y", click.y},
@@ -64,11 +64,13 @@ struct RendererReport {
 
 RendererReport rendererInUse() {
     RendererReport report;
-    report.name = makeRenderer(RendererChoice::automatic, &report.reason)->description();
+    report.name =
+        render::makeRenderer(render::RendererChoice::automatic, &report.reason)->description();
     return report;
 }
 
-void printJson(const Inspection& found, const RendererReport& renderer, bool withKeyframes) {
+void printJson(const exporting::Inspection& found, const RendererReport& renderer,
+               bool withKeyframes) {
     ordered_json document{{"sourceDuration", found.sourceDuration},
                           {"outputDuration", found.outputDuration},
                           {"videoWidth", found.videoSize.width},
@@ -83,7 +85,8 @@ void printJson(const Inspection& found, const RendererReport& renderer, bool wit
     std::cout << document.dump(2) << '\n';
 }
 
-void printText(const Inspection& found, const RendererReport& renderer, bool withKeyframes) {
+void printText(const exporting::Inspection& found, const RendererReport& renderer,
+               bool withKeyframes) {
     fmt::print("Recording  {:.3f} s, {}x{}\n", found.sourceDuration, found.videoSize.width,
                found.videoSize.height);
     fmt::print("Output     {:.3f} s, {}x{}\n", found.outputDuration, found.canvasSize.width,
@@ -93,12 +96,12 @@ void printText(const Inspection& found, const RendererReport& renderer, bool wit
     fmt::print("Segments\n");
     for (const auto& segment : found.segments)
         fmt::print("  {:8.3f} s to {:8.3f} s at {}\n", segment.startFraction * found.sourceDuration,
-                   segment.endFraction * found.sourceDuration, speedLabel(segment.speed));
+                   segment.endFraction * found.sourceDuration, render::speedLabel(segment.speed));
     fmt::print("Zooms\n");
     for (const auto& click : found.clickEvents)
         fmt::print("  {:8.3f} s  {:>5} click at ({:.0f}, {:.0f})  {}\n", click.timestamp,
                    click.isRightClick ? "right" : "left", click.x, click.y,
-                   isSilenced(click)
+                   model::isSilenced(click)
                        ? std::string("merged into an earlier one")
                        : fmt::format("{:.2f}x from -{:.2f} s to +{:.2f} s", click.zoomLevel,
                                      click.startOffset, click.endOffset));
@@ -115,7 +118,7 @@ void printText(const Inspection& found, const RendererReport& renderer, bool wit
 
 int runInspect(const Options& options) {
     const auto project = loadProject(options.project);
-    const auto found = inspect(project.recording, options.keyframesPerSecond);
+    const auto found = exporting::inspect(project.recording, options.keyframesPerSecond);
     const bool withKeyframes = options.keyframesPerSecond > 0;
     if (options.json)
         printJson(found, rendererInUse(), withKeyframes);
@@ -140,4 +143,4 @@ void addInspectCommand(CLI::App& app, CommandAction& action) {
     command->callback([options, &action] { action = [options] { return runInspect(*options); }; });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

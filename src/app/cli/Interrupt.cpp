@@ -12,7 +12,7 @@
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 constexpr int interruptedExitCode = 130; // what shells report for Ctrl-C
@@ -32,7 +32,7 @@ InterruptWatcher::InterruptWatcher() : m_ending(::eventfd(0, EFD_CLOEXEC)) {
     const auto set = endingSignals();
     ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
     std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a write error, not our end
-    m_signals = FileDescriptor(::signalfd(-1, &set, SFD_CLOEXEC));
+    m_signals = base::FileDescriptor(::signalfd(-1, &set, SFD_CLOEXEC));
     m_thread = std::thread([this] { watch(); });
 }
 
@@ -45,7 +45,7 @@ InterruptWatcher::~InterruptWatcher() {
 }
 
 void InterruptWatcher::watch() {
-    setThreadName("vantro.signals");
+    base::setThreadName("vantro.signals");
     for (;;) {
         std::array<pollfd, 2> waiting{pollfd{m_signals.get(), POLLIN, 0},
                                       pollfd{m_ending.get(), POLLIN, 0}};
@@ -72,4 +72,4 @@ void waitFor(double seconds, const std::stop_token& stop) {
         changed.wait_for(lock, stop, std::chrono::duration<double>(seconds), stopped);
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -5,7 +5,7 @@
 #include <stop_token>
 #include <thread>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// Turns Ctrl-C (and a polite kill) into a stop request; a second one ends the program at once.
 ///
@@ -24,12 +24,12 @@ class InterruptWatcher {
     void watch();
 
     std::stop_source m_source;
-    FileDescriptor m_signals;
-    FileDescriptor m_ending;
+    base::FileDescriptor m_signals;
+    base::FileDescriptor m_ending;
     std::thread m_thread;
 };
 
 /// Waits until a stop is requested or `seconds` have passed (for ever when negative).
 void waitFor(double seconds, const std::stop_token& stop);
 
-} // namespace vantro
+} // namespace vantro::app::cli

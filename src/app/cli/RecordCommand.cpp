@@ -1,13 +1,13 @@
 #include "app/Desktop.h"
-#include "app/FinishedRecording.h"
-#include "app/ProjectPackage.h"
-#include "app/RecordingFolder.h"
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
 #include "app/cli/RecordingSelection.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/FinishedRecording.h"
+#include "app/files/ProjectPackage.h"
+#include "app/files/RecordingFolder.h"
 #include "base/HostClock.h"
 #include "capture/ScreenRecorder.h"
 #include "model/VantroError.h"
@@ -22,7 +22,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/resource.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 constexpr double longestRecording = 1e6; // seconds, eleven days: a slip of the keyboard beyond
@@ -40,7 +40,7 @@ struct Options {
 
 /// The folder that a recording is made in, removed once the package holds its files.
 struct RecordingFolder {
-    std::filesystem::path path = makeRecordingDirectory();
+    std::filesystem::path path = files::makeRecordingDirectory();
     RecordingFolder() = default;
     RecordingFolder(const RecordingFolder&) = delete;
     RecordingFolder& operator=(const RecordingFolder&) = delete;
@@ -56,12 +56,13 @@ struct RecordingFolder {
 
 /// What the process has used and when, to tell what a recording cost.
 struct ProcessorUse {
-    HostTime when = hostNow();
+    base::HostTime when = base::hostNow();
     double seconds = processorSeconds();
 
     /// The share of one core since then.
     double average() const {
-        return (processorSeconds() - seconds) / std::max(inSeconds(hostNow() - when), 1e-3);
+        return (processorSeconds() - seconds) /
+               std::max(base::inSeconds(base::hostNow() - when), 1e-3);
     }
 
     static double processorSeconds() {
@@ -77,9 +78,9 @@ struct ProcessorUse {
 /// False when it was interrupted.
 bool waitForStart(double delay, const std::stop_token& interrupted) {
     StatusLine line;
-    const auto started = hostNow();
+    const auto started = base::hostNow();
     while (!interrupted.stop_requested()) {
-        const double remaining = delay - inSeconds(hostNow() - started);
+        const double remaining = delay - base::inSeconds(base::hostNow() - started);
         if (remaining <= 0)
             return true;
         line.show(
@@ -89,9 +90,10 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
     return false;
 }
 
-void printSummary(const Options& options, const FinishedRecording& finished,
-                  const RecordingStatistics& statistics, RecordingEnd end, double processorShare) {
-    const auto bytes = std::filesystem::file_size(options.output / package::recordingFile);
+void printSummary(const Options& options, const files::FinishedRecording& finished,
+                  const capture::RecordingStatistics& statistics, RecordingEnd end,
+                  double processorShare) {
+    const auto bytes = std::filesystem::file_size(options.output / files::package::recordingFile);
     const auto& metadata = finished.metadata;
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},
@@ -112,18 +114,20 @@ void printSummary(const Options& options, const FinishedRecording& finished,
 }
 
 void requireNewPackage(const Options& options) {
-    if (const auto problem = newPackageProblem(options.output, options.force); !problem.empty())
-        throw VantroError(VantroError::Kind::projectSaveFailed, problem);
+    if (const auto problem = files::newPackageProblem(options.output, options.force);
+        !problem.empty())
+        throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
 }
 
 /// Ends the recording; a failure also tells how to get at what there is of it.
-RecordingMetadata finish(ScreenRecorder& recorder, const std::filesystem::path& folder) {
+model::RecordingMetadata finish(capture::ScreenRecorder& recorder,
+                                const std::filesystem::path& folder) {
     try {
         return recorder.stop();
-    } catch (const VantroError& error) {
-        throw VantroError(error.kind(),
-                          fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
-                                      error.message(), folder.string(), package::extension));
+    } catch (const model::VantroError& error) {
+        throw model::VantroError(
+            error.kind(), fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
+                                      error.message(), folder.string(), files::package::extension));
     }
 }
 
@@ -139,10 +143,10 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
         }
         choice = chooseRecording(options.selection, shareableContent(*platform));
     }
-    const auto name = defaultRecordingName();
+    const auto name = files::defaultRecordingName();
     RecordingFolder folder;
-    const auto movie = folder.path / package::recordingFile;
-    ScreenRecorder recorder({.outputURL = movie, .choice = std::move(choice)}, *platform);
+    const auto movie = folder.path / files::package::recordingFile;
+    capture::ScreenRecorder recorder({.outputURL = movie, .choice = std::move(choice)}, *platform);
     const ProcessorUse before;
     recorder.start();
     const auto end = watchRecording(recorder, movie, options.limits, interrupted);
@@ -150,18 +154,19 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();
     if (!std::filesystem::exists(movie))
-        throw VantroError(VantroError::Kind::noRecordingData);
+        throw model::VantroError(model::VantroError::Kind::noRecordingData);
 
-    const auto finished = finishRecording(movie, std::move(metadata));
+    const auto finished = files::finishRecording(movie, std::move(metadata));
     try {
-        saveNewProject(options.output, movie, freshProject(finished, name), options.force);
-    } catch (const VantroError& error) {
-        throw VantroError(error.kind(), fmt::format("{} (the recording is kept in {})",
-                                                    error.message(), folder.path.string()));
+        files::saveNewProject(options.output, movie, files::freshProject(finished, name),
+                              options.force);
+    } catch (const model::VantroError& error) {
+        throw model::VantroError(error.kind(), fmt::format("{} (the recording is kept in {})",
+                                                           error.message(), folder.path.string()));
     }
     folder.isSaved = true;
     printSummary(options, finished, statistics, end, processorShare);
-    if (statistics.condition == RecordingCondition::streamStopped)
+    if (statistics.condition == capture::RecordingCondition::streamStopped)
         fmt::print(stderr, "vantro: {}; the recording holds what it showed until then\n",
                    statistics.streamError);
     return exitSuccess;
@@ -204,7 +209,7 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
         ->required()
         ->type_name("NAME")
-        ->check(endsIn({package::extension}));
+        ->check(endsIn({files::package::extension}));
     addSelectionOptions(*command, options->selection);
     command->add_option("--delay", options->delay, "How long to wait before the start")
         ->type_name("S")
@@ -233,4 +238,4 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
     });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -8,19 +8,20 @@
 #include <cmath>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 [[noreturn]] void failStart(std::string_view message) {
-    throw VantroError(VantroError::Kind::captureStartFailed, message);
+    throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
 }
 
-const ShareableDisplay& findDisplay(const RecordingSelection& selection,
-                                    const ShareableContent& content) {
+const capture::ShareableDisplay& findDisplay(const RecordingSelection& selection,
+                                             const capture::ShareableContent& content) {
     const auto& displays = content.displays;
-    const auto display = selection.displayID ? std::ranges::find(displays, *selection.displayID,
-                                                                 &ShareableDisplay::displayID)
-                                             : displays.begin();
+    const auto display = selection.displayID
+                             ? std::ranges::find(displays, *selection.displayID,
+                                                 &capture::ShareableDisplay::displayID)
+                             : displays.begin();
     if (display == displays.end())
         failStart("Display not found");
     return *display;
@@ -35,11 +36,11 @@ std::string inLowerCase(std::string text) {
 }
 
 /// The front-most one that fits.
-const ShareableWindow& findWindow(const RecordingSelection& selection,
-                                  const ShareableContent& content) {
+const capture::ShareableWindow& findWindow(const RecordingSelection& selection,
+                                           const capture::ShareableContent& content) {
     const std::string title = inLowerCase(selection.windowTitle);
-    const auto fits = [&](const ShareableWindow& window) {
-        if (window.bundleIdentifier == ownBundleIdentifier)
+    const auto fits = [&](const capture::ShareableWindow& window) {
+        if (window.bundleIdentifier == capture::ownBundleIdentifier)
             return false;
         if (selection.windowID)
             return window.windowID == *selection.windowID;
@@ -54,7 +55,7 @@ const ShareableWindow& findWindow(const RecordingSelection& selection,
 
 } // namespace
 
-std::optional<Rect> parseRect(const std::string& text) {
+std::optional<model::Rect> parseRect(const std::string& text) {
     std::array<double, 4> numbers{};
     const char* position = text.data();
     const char* const end = text.data() + text.size();
@@ -68,25 +69,27 @@ std::optional<Rect> parseRect(const std::string& text) {
     }
     if (position != end)
         return {};
-    return Rect{.x = numbers[0], .y = numbers[1], .width = numbers[2], .height = numbers[3]};
+    return model::Rect{.x = numbers[0], .y = numbers[1], .width = numbers[2], .height = numbers[3]};
 }
 
-RecordingChoice chooseRecording(const RecordingSelection& selection,
-                                const ShareableContent& content) {
-    const ShareableDisplay& display = findDisplay(selection, content);
-    RecordingChoice choice;
-    choice.captureMode = captureModeFrom(selection.mode).value_or(CaptureMode::screen);
+capture::RecordingChoice chooseRecording(const RecordingSelection& selection,
+                                         const capture::ShareableContent& content) {
+    const capture::ShareableDisplay& display = findDisplay(selection, content);
+    capture::RecordingChoice choice;
+    choice.captureMode =
+        model::captureModeFrom(selection.mode).value_or(model::CaptureMode::screen);
     choice.displayID = display.displayID;
     switch (choice.captureMode) {
-    case CaptureMode::screen:
+    case model::CaptureMode::screen:
         choice.captureRect = display.frame;
         break;
-    case CaptureMode::area:
+    case model::CaptureMode::area:
         // Without a display that is asked for, an area counts from the main one: the pointer's
         // coordinates do too, so that its places are exact on every display.
-        choice.captureRect = clippedArea(parseRect(selection.rect).value_or(Rect{}), content);
+        choice.captureRect =
+            capture::clippedArea(parseRect(selection.rect).value_or(model::Rect{}), content);
         break;
-    case CaptureMode::window:
+    case model::CaptureMode::window:
         choice.selectedWindow = findWindow(selection, content);
         choice.captureRect = choice.selectedWindow->frame;
         break;
@@ -94,4 +97,4 @@ RecordingChoice chooseRecording(const RecordingSelection& selection,
     return choice;
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// What the options of a recording name.
 struct RecordingSelection {
@@ -17,12 +17,12 @@ struct RecordingSelection {
 };
 
 /// Four finite numbers between commas.
-std::optional<Rect> parseRect(const std::string& text);
+std::optional<model::Rect> parseRect(const std::string& text);
 
 /// Finds what is selected in `content`. Throws VantroError: captureStartFailed "Display not found"
 /// or "No window selected", or invalidSelection for an area without a pixel on any display. An area
 /// that reaches beyond the displays is clipped to them.
-RecordingChoice chooseRecording(const RecordingSelection& selection,
-                                const ShareableContent& content);
+capture::RecordingChoice chooseRecording(const RecordingSelection& selection,
+                                         const capture::ShareableContent& content);
 
-} // namespace vantro
+} // namespace vantro::app::cli

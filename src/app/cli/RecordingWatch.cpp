@@ -13,7 +13,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 // How often the status line changes, and how soon the end of a stream or a full size is noticed. At
@@ -40,13 +40,13 @@ bool isAtLeast(const std::filesystem::path& file, std::uint64_t bytes) {
     return !error && size >= bytes;
 }
 
-std::optional<RecordingEnd> endOf(RecordingCondition condition) {
+std::optional<RecordingEnd> endOf(capture::RecordingCondition condition) {
     switch (condition) {
-    case RecordingCondition::recording:
+    case capture::RecordingCondition::recording:
         return {};
-    case RecordingCondition::streamStopped:
+    case capture::RecordingCondition::streamStopped:
         return RecordingEnd::streamStopped;
-    case RecordingCondition::writerFailed:
+    case capture::RecordingCondition::writerFailed:
         break;
     }
     return RecordingEnd::writerFailed;
@@ -77,12 +77,12 @@ std::optional<std::uint64_t> parseByteSize(const std::string& text) {
     return static_cast<std::uint64_t>(bytes);
 }
 
-RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::path& movie,
+RecordingEnd watchRecording(capture::ScreenRecorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted) {
     StatusLine line;
-    const auto started = hostNow();
+    const auto started = base::hostNow();
     for (;;) {
-        const double elapsed = inSeconds(hostNow() - started);
+        const double elapsed = base::inSeconds(base::hostNow() - started);
         const auto statistics = recorder.statistics();
         if (const auto end = endOf(statistics.condition))
             return *end;
@@ -102,4 +102,4 @@ RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::pat
     }
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

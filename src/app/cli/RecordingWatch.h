@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// When a recording ends by itself.
 struct RecordingLimits {
@@ -29,7 +29,7 @@ std::optional<std::uint64_t> parseByteSize(const std::string& text);
 
 /// Shows on the terminal how a recording goes, until it is interrupted, reaches a limit or cannot
 /// go on. The size of `movie` is looked at a few times a second, so it ends a little above.
-RecordingEnd watchRecording(ScreenRecorder& recorder, const std::filesystem::path& movie,
+RecordingEnd watchRecording(capture::ScreenRecorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted);
 
-} // namespace vantro
+} // namespace vantro::app::cli

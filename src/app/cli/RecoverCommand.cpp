@@ -1,8 +1,8 @@
-#include "app/ProjectPackage.h"
-#include "app/RecordingRecovery.h"
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/ProjectPackage.h"
+#include "app/files/RecordingRecovery.h"
 #include "model/VantroError.h"
 
 #include <chrono>
@@ -12,7 +12,7 @@
 #include <fmt/chrono.h>
 #include <nlohmann/json.hpp>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 namespace fs = std::filesystem;
@@ -33,7 +33,7 @@ std::string lastWritten(const fs::path& file) {
 }
 
 int listInterrupted(bool asJson) {
-    const auto movies = interruptedRecordings();
+    const auto movies = files::interruptedRecordings();
     if (asJson) {
         auto list = nlohmann::ordered_json::array();
         for (const auto& movie : movies)
@@ -53,17 +53,19 @@ int runRecover(const Options& options) {
         return listInterrupted(options.json);
     if (options.output.empty())
         throw CLI::RequiredError("--output");
-    if (const auto problem = newPackageProblem(options.output, options.force); !problem.empty())
-        throw VantroError(VantroError::Kind::projectSaveFailed, problem);
-    const auto movie = options.folder / package::recordingFile;
+    if (const auto problem = files::newPackageProblem(options.output, options.force);
+        !problem.empty())
+        throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
+    const auto movie = options.folder / files::package::recordingFile;
     if (!fs::is_regular_file(movie))
-        throw VantroError(VantroError::Kind::projectOpenFailed,
-                          fmt::format("{} holds no recording", options.folder.string()));
-    const auto finished = recoverRecording(movie);
-    saveNewProject(options.output, movie, freshProject(finished, options.output.stem().string()),
-                   options.force);
+        throw model::VantroError(model::VantroError::Kind::projectOpenFailed,
+                                 fmt::format("{} holds no recording", options.folder.string()));
+    const auto finished = files::recoverRecording(movie);
+    files::saveNewProject(options.output, movie,
+                          files::freshProject(finished, options.output.stem().string()),
+                          options.force);
     const auto& metadata = finished.metadata;
-    const auto bytes = fs::file_size(options.output / package::recordingFile);
+    const auto bytes = fs::file_size(options.output / files::package::recordingFile);
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},
                                             {"duration", metadata.endTime},
@@ -90,10 +92,10 @@ void addRecoverCommand(CLI::App& app, CommandAction& action) {
         ->check(CLI::ExistingDirectory);
     command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
         ->type_name("NAME")
-        ->check(endsIn({package::extension}));
+        ->check(endsIn({files::package::extension}));
     command->add_flag("--force", options->force, "Replace an existing project");
     command->add_flag("--json", options->json, "Print the result as JSON");
     command->callback([options, &action] { action = [options] { return runRecover(*options); }; });
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::app::cli {
 namespace {
 
 constexpr auto eraseLine = "\r\x1b[K";
@@ -63,4 +63,4 @@ std::string sizeText(double bytes) {
     return fmt::format("{:.1f} {}", value, units[unit]);
 }
 
-} // namespace vantro
+} // namespace vantro::app::cli

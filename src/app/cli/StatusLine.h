@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::app::cli {
 
 /// One line on standard error that is written over again and again. Does nothing where standard
 /// error is no terminal. One thread.
@@ -31,4 +31,4 @@ std::string clockText(double seconds);
 /// "812 bytes", "3.4 MB".
 std::string sizeText(double bytes);
 
-} // namespace vantro
+} // namespace vantro::app::cli

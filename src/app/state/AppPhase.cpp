@@ -2,10 +2,10 @@
 
 #include "base/Fatal.h"
 
-namespace vantro {
+namespace vantro::app {
 
 AppPhase AppPhase::exporting(double progress) {
-    require(progress >= 0 && progress <= 1, "an export's progress lies between 0 and 1");
+    base::require(progress >= 0 && progress <= 1, "an export's progress lies between 0 and 1");
     return {Kind::exporting, progress};
 }
 
@@ -22,7 +22,7 @@ std::string_view name(AppPhase::Kind kind) {
     case AppPhase::Kind::previewing:
         return "previewing";
     }
-    fatal("no such phase");
+    base::fatal("no such phase");
 }
 
 bool isAllowedTransition(AppPhase::Kind from, AppPhase::Kind to) {
@@ -40,7 +40,7 @@ bool isAllowedTransition(AppPhase::Kind from, AppPhase::Kind to) {
     case exporting:
         return to == exporting || to == previewing;
     }
-    fatal("no such phase");
+    base::fatal("no such phase");
 }
 
-} // namespace vantro
+} // namespace vantro::app

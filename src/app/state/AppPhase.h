@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace vantro {
+namespace vantro::app {
 
 /// Where the application is, and in `exporting` how far: a fraction from 0 to 1, else 0.
 struct AppPhase {
@@ -41,4 +41,4 @@ std::string_view name(AppPhase::Kind kind);
 /// A new recording leads from any phase to idle.
 bool isAllowedTransition(AppPhase::Kind from, AppPhase::Kind to);
 
-} // namespace vantro
+} // namespace vantro::app

@@ -1,18 +1,19 @@
 #include "app/state/AppState.h"
 
-#include "app/RecordingFolder.h"
+#include "app/files/RecordingFolder.h"
 #include "base/Fatal.h"
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::app {
 namespace {
 
 bool equal(const auto& a, const auto& b) {
     return a == b;
 }
 
-bool equal(const std::optional<ShareableWindow>& a, const std::optional<ShareableWindow>& b) {
+bool equal(const std::optional<capture::ShareableWindow>& a,
+           const std::optional<capture::ShareableWindow>& b) {
     if (!a || !b)
         return a.has_value() == b.has_value();
     return a->windowID == b->windowID && a->title == b->title && a->frame == b->frame &&
@@ -20,7 +21,7 @@ bool equal(const std::optional<ShareableWindow>& a, const std::optional<Shareabl
            a->isOnScreen == b->isOnScreen;
 }
 
-bool equal(const std::optional<VantroError>& a, const std::optional<VantroError>& b) {
+bool equal(const std::optional<model::VantroError>& a, const std::optional<model::VantroError>& b) {
     if (!a || !b)
         return a.has_value() == b.has_value();
     return a->kind() == b->kind() && a->message() == b->message();
@@ -37,12 +38,12 @@ void assign(AppState& state, Value& field, Value value, void (AppState::*changed
 } // namespace
 
 AppState::AppState(std::uint32_t mainDisplayID)
-    : m_selectedDisplayID(mainDisplayID), m_recordingName(defaultRecordingName()) {}
+    : m_selectedDisplayID(mainDisplayID), m_recordingName(files::defaultRecordingName()) {}
 
 AppState::~AppState() = default;
 
-void AppState::setError(const std::string& message, VantroError::Kind kind) {
-    setError(VantroError(kind, message));
+void AppState::setError(const std::string& message, model::VantroError::Kind kind) {
+    setError(model::VantroError(kind, message));
     setShowError(true);
 }
 
@@ -52,41 +53,42 @@ void AppState::reset() {
     setRecordingURL({});
     setMetadataURL({});
     setMetadata({});
-    setSegments(fullLengthTimeline());
+    setSegments(model::fullLengthTimeline());
     setSelectedSegmentID({});
     setEditableClickEvents({});
     setSelectedClickID({});
     setCursorScale(2.0);
-    setCanvasAspectRatio(CanvasAspectRatio::automatic);
-    setWebcamPosition(WebcamPosition::bottomRight);
+    setCanvasAspectRatio(model::CanvasAspectRatio::automatic);
+    setWebcamPosition(model::WebcamPosition::bottomRight);
     setWebcamSize(0.2);
     setProjectURL({});
 }
 
-std::optional<ProjectData> AppState::projectData() const {
+std::optional<model::ProjectData> AppState::projectData() const {
     if (!m_metadata)
         return {};
-    return ProjectData{.recordingName = m_recordingName,
-                       .metadata = *m_metadata,
-                       .editableClickEvents = m_editableClickEvents,
-                       .segments = m_segments,
-                       .backgroundSettings = m_backgroundSettings,
-                       .canvasAspectRatio = m_canvasAspectRatio,
-                       .cursorScale = m_cursorScale,
-                       .webcamPosition = m_webcamPosition,
-                       .webcamSize = m_webcamSize};
+    return model::ProjectData{.recordingName = m_recordingName,
+                              .metadata = *m_metadata,
+                              .editableClickEvents = m_editableClickEvents,
+                              .segments = m_segments,
+                              .backgroundSettings = m_backgroundSettings,
+                              .canvasAspectRatio = m_canvasAspectRatio,
+                              .cursorScale = m_cursorScale,
+                              .webcamPosition = m_webcamPosition,
+                              .webcamSize = m_webcamSize};
 }
 
 void AppState::setPhase(AppPhase value) {
     if (m_phase == value)
         return;
-    require(isAllowedTransition(m_phase.kind, value.kind),
-            fmt::format("no phase leads from {} to {}", name(m_phase.kind), name(value.kind)));
+    base::require(
+        isAllowedTransition(m_phase.kind, value.kind),
+        fmt::format("no phase leads from {} to {}", name(m_phase.kind), name(value.kind)));
     m_phase = value;
     Q_EMIT phaseChanged();
 }
 
-void AppState::setSelectedRect(Rect value) {
+void AppState::setSelectedRect(model::Rect value) {
     assign(*this, m_selectedRect, value, &AppState::selectedRectChanged);
 }
 
@@ -102,11 +104,11 @@ void AppState::setMetadataURL(std::optional<std::filesystem::path> value) {
     assign(*this, m_metadataURL, std::move(value), &AppState::metadataURLChanged);
 }
 
-void AppState::setMetadata(std::optional<RecordingMetadata> value) {
+void AppState::setMetadata(std::optional<model::RecordingMetadata> value) {
     assign(*this, m_metadata, std::move(value), &AppState::metadataChanged);
 }
 
-void AppState::setError(std::optional<VantroError> value) {
+void AppState::setError(std::optional<model::VantroError> value) {
     assign(*this, m_error, std::move(value), &AppState::errorChanged);
 }
 
@@ -114,11 +116,11 @@ void AppState::setShowError(bool value) {
     assign(*this, m_showError, value, &AppState::showErrorChanged);
 }
 
-void AppState::setCaptureMode(CaptureMode value) {
+void AppState::setCaptureMode(model::CaptureMode value) {
     assign(*this, m_captureMode, value, &AppState::captureModeChanged);
 }
 
-void AppState::setSelectedWindow(std::optional<ShareableWindow> value) {
+void AppState::setSelectedWindow(std::optional<capture::ShareableWindow> value) {
     assign(*this, m_selectedWindow, std::move(value), &AppState::selectedWindowChanged);
 }
 
@@ -134,7 +136,7 @@ void AppState::setWebcamEnabled(bool value) {
     assign(*this, m_webcamEnabled, value, &AppState::webcamEnabledChanged);
 }
 
-void AppState::setWebcamPosition(WebcamPosition value) {
+void AppState::setWebcamPosition(model::WebcamPosition value) {
     assign(*this, m_webcamPosition, value, &AppState::webcamPositionChanged);
 }
 
@@ -142,19 +144,19 @@ void AppState::setWebcamSize(double value) {
     assign(*this, m_webcamSize, value, &AppState::webcamSizeChanged);
 }
 
-void AppState::setCanvasAspectRatio(CanvasAspectRatio value) {
+void AppState::setCanvasAspectRatio(model::CanvasAspectRatio value) {
     assign(*this, m_canvasAspectRatio, value, &AppState::canvasAspectRatioChanged);
 }
 
-void AppState::setBackgroundSettings(BackgroundSettings value) {
+void AppState::setBackgroundSettings(model::BackgroundSettings value) {
     assign(*this, m_backgroundSettings, std::move(value), &AppState::backgroundSettingsChanged);
 }
 
-void AppState::setSegments(std::vector<TimelineSegment> value) {
+void AppState::setSegments(std::vector<model::TimelineSegment> value) {
     assign(*this, m_segments, std::move(value), &AppState::segmentsChanged);
 }
 
-void AppState::setSelectedSegmentID(std::optional<Uuid> value) {
+void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
     assign(*this, m_selectedSegmentID, value, &AppState::selectedSegmentIDChanged);
 }
 
@@ -162,11 +164,11 @@ void AppState::setCursorScale(double value) {
     assign(*this, m_cursorScale, value, &AppState::cursorScaleChanged);
 }
 
-void AppState::setEditableClickEvents(std::vector<ClickEvent> value) {
+void AppState::setEditableClickEvents(std::vector<model::ClickEvent> value) {
     assign(*this, m_editableClickEvents, std::move(value), &AppState::editableClickEventsChanged);
 }
 
-void AppState::setSelectedClickID(std::optional<Uuid> value) {
+void AppState::setSelectedClickID(std::optional<model::Uuid> value) {
     assign(*this, m_selectedClickID, value, &AppState::selectedClickIDChanged);
 }
 
@@ -182,12 +184,12 @@ void AppState::setMainWindow(QObject* value) {
     assign(*this, m_mainWindow, value, &AppState::mainWindowChanged);
 }
 
-void AppState::setOverlayWindow(std::shared_ptr<AreaOverlay> value) {
+void AppState::setOverlayWindow(std::shared_ptr<flows::AreaOverlay> value) {
     assign(*this, m_overlayWindow, std::move(value), &AppState::overlayWindowChanged);
 }
 
-void AppState::setRecorder(std::shared_ptr<Recorder> value) {
+void AppState::setRecorder(std::shared_ptr<flows::Recorder> value) {
     assign(*this, m_recorder, std::move(value), &AppState::recorderChanged);
 }
 
-} // namespace vantro
+} // namespace vantro::app

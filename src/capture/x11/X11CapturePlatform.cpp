@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 class X11CapturePlatform final : public CapturePlatform {
@@ -36,17 +36,18 @@ class X11CapturePlatform final : public CapturePlatform {
 };
 
 /// The pixels of the X screen that a stream shows.
-PixelRect capturedArea(const X11Monitor& monitor, int scale,
-                       const ScreenStreamConfiguration& configuration) {
-    PixelRect area{monitor.rect.x, monitor.rect.y, configuration.width, configuration.height};
+media::color::PixelRect capturedArea(const X11Monitor& monitor, int scale,
+                                     const ScreenStreamConfiguration& configuration) {
+    media::color::PixelRect area{monitor.rect.x, monitor.rect.y, configuration.width,
+                                 configuration.height};
     if (configuration.sourceRect) {
-        area.x += static_cast<int>(truncatedToInteger(configuration.sourceRect->x * scale));
-        area.y += static_cast<int>(truncatedToInteger(configuration.sourceRect->y * scale));
+        area.x += static_cast<int>(base::truncatedToInteger(configuration.sourceRect->x * scale));
+        area.y += static_cast<int>(base::truncatedToInteger(configuration.sourceRect->y * scale));
     }
     return area;
 }
 
-bool isInside(PixelRect area, const xcb_screen_t& screen) {
+bool isInside(media::color::PixelRect area, const xcb_screen_t& screen) {
     return area.width > 0 && area.height > 0 && area.x >= 0 && area.y >= 0 &&
            area.width <= screen.width_in_pixels - area.x &&
            area.height <= screen.height_in_pixels - area.y;
@@ -92,7 +93,7 @@ X11CapturePlatform::makeScreenSource(const X11Connection& connection, const Cont
     const auto* monitor = geometry.find(filter.displayID);
     if (monitor == nullptr)
         return std::unexpected("Display not found");
-    const PixelRect area = capturedArea(*monitor, geometry.scale, configuration);
+    const media::color::PixelRect area = capturedArea(*monitor, geometry.scale, configuration);
     if (!isInside(area, connection.screen()))
         return std::unexpected("the area lies outside of the screen");
     return std::make_unique<X11ScreenSource>(
@@ -128,4 +129,4 @@ std::expected<std::unique_ptr<CapturePlatform>, std::string> connectX11(const st
                                                 std::move(isOwnProcess));
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Tells by its number whether a process is this application: its windows never appear in a screen
 /// or area recording, and presses in them are no clicks. Any thread.
@@ -24,4 +24,4 @@ bool isThisProcess(std::int64_t process);
 std::expected<std::unique_ptr<CapturePlatform>, std::string>
 connectX11(const std::string& display = {}, IsOwnProcess isOwnProcess = isThisProcess);
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -7,7 +7,7 @@
 
 #include <xcb/xinput.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 constexpr std::uint32_t leftButton = 1;
@@ -56,7 +56,8 @@ std::unique_ptr<ClickMonitor> X11ClickMonitor::create(const std::string& display
                                                       std::function<void()> handler) {
     auto connection = X11Connection::open(display);
     if (!connection || !selectEvents(*connection)) {
-        logWarning("Clicks are not recorded: the display lacks the extension XInputExtension 2");
+        base::logWarning(
+            "Clicks are not recorded: the display lacks the extension XInputExtension 2");
         return nullptr;
     }
     return std::make_unique<X11ClickMonitor>(std::move(*connection), button,
@@ -143,7 +144,7 @@ bool X11ClickMonitor::isOverOwnWindow() {
     m_own.forget(); // windows may have moved into others
     if (pointer->child != XCB_NONE && m_own.isOwn(pointer->child))
         return true;
-    const PixelRect place{pointer->root_x, pointer->root_y, 1, 1};
+    const media::color::PixelRect place{pointer->root_x, pointer->root_y, 1, 1};
     return std::ranges::any_of(m_ownWindows, [&](const X11Placement& each) {
         return each.window == pointer->child || // and is being destroyed
                (intersection(each.rect, place).width > 0 && isClosing(each.window));
@@ -151,7 +152,7 @@ bool X11ClickMonitor::isOverOwnWindow() {
 }
 
 void X11ClickMonitor::run(const std::stop_token& stop) {
-    setThreadName("cursor.clicks");
+    base::setThreadName("cursor.clicks");
     const auto opcode = m_connection.majorOpcode(xcb_input_id);
     for (const X11Placement& each : childrenOf(m_connection, m_connection.root()))
         addIfOwn(each);
@@ -166,4 +167,4 @@ void X11ClickMonitor::run(const std::stop_token& stop) {
     }
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

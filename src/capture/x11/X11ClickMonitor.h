@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Whether an event of XInput is a press of the button.
 bool isPressOf(MouseButton button, const xcb_generic_event_t& event, std::uint8_t opcode);
@@ -48,4 +48,4 @@ class X11ClickMonitor final : public ClickMonitor {
     std::jthread m_thread;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 #include <poll.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 std::string cannotOpen(const std::string& display) {
@@ -50,14 +50,14 @@ std::uint8_t X11Connection::majorOpcode(xcb_extension_t& extension) const {
     return xcb_get_extension_data(get(), &extension)->major_opcode;
 }
 
-void X11Connection::wait(int wakeUp, std::optional<HostTime> deadline) const {
+void X11Connection::wait(int wakeUp, std::optional<base::HostTime> deadline) const {
     xcb_flush(get());
     std::array<pollfd, 2> sources{
         {{.fd = xcb_get_file_descriptor(get()), .events = POLLIN, .revents = 0},
          {.fd = wakeUp, .events = POLLIN, .revents = 0}}};
     timespec remaining{};
     if (deadline) {
-        const auto span = std::max(*deadline - hostNow(), HostDuration::zero());
+        const auto span = std::max(*deadline - base::hostNow(), base::HostDuration::zero());
         const auto seconds = std::chrono::floor<std::chrono::seconds>(span);
         remaining.tv_sec = seconds.count();
         remaining.tv_nsec = (span - seconds).count();
@@ -65,4 +65,4 @@ void X11Connection::wait(int wakeUp, std::optional<HostTime> deadline) const {
     ppoll(sources.data(), sources.size(), deadline ? &remaining : nullptr, nullptr);
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

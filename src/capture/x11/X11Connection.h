@@ -10,7 +10,7 @@
 
 #include <xcb/xcb.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// One connection to an X server and its default screen. Movable. Used by one thread at a time; a
 /// part that waits on a thread of its own opens a connection of its own.
@@ -40,7 +40,7 @@ class X11Connection {
     /// Sends what is buffered and waits until the server has sent something, `wakeUp` (a file
     /// descriptor) is readable, or `deadline`, when given, is there. Events that have been read
     /// already do not end the wait: poll them first.
-    void wait(int wakeUp, std::optional<HostTime> deadline = {}) const;
+    void wait(int wakeUp, std::optional<base::HostTime> deadline = {}) const;
 
   private:
     struct Disconnect {
@@ -53,4 +53,4 @@ class X11Connection {
     const xcb_screen_t* m_screen = nullptr; // lives in the connection
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

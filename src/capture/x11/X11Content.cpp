@@ -9,7 +9,7 @@
 
 #include <xcb/randr.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 constexpr double dotsPerInchAtScaleOne = 96.0;
@@ -81,7 +81,7 @@ const X11Monitor* X11Geometry::find(std::uint32_t id) const {
     return found == monitors.end() ? nullptr : &*found;
 }
 
-Rect X11Geometry::toPoints(PixelRect rect) const {
+model::Rect X11Geometry::toPoints(media::color::PixelRect rect) const {
     const double pixels = scale;
     return {.x = (rect.x - main().rect.x) / pixels,
             .y = (rect.y - main().rect.y) / pixels,
@@ -114,4 +114,4 @@ std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry) {
     return displays;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

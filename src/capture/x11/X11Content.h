@@ -2,19 +2,19 @@
 
 #include "capture/ShareableContent.h"
 #include "capture/x11/X11Connection.h"
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// A monitor in the pixels of the X screen.
 struct X11Monitor {
     std::uint32_t id = 0; ///< a hash of the monitor's name
     std::string name;
-    PixelRect rect;
+    media::color::PixelRect rect;
 };
 
 /// How the X screen's pixels become global points, whose origin is the main monitor's top-left
@@ -25,7 +25,7 @@ struct X11Geometry {
 
     const X11Monitor& main() const { return monitors.front(); }
     const X11Monitor* find(std::uint32_t id) const;
-    Rect toPoints(PixelRect rect) const;
+    model::Rect toPoints(media::color::PixelRect rect) const;
 };
 
 /// The monitors that RandR tells of; where it tells of none, the whole X screen as one monitor.
@@ -40,4 +40,4 @@ class X11OwnWindows;
 std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
                                               const X11Geometry& geometry, X11OwnWindows& own);
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -8,7 +8,7 @@
 #include <xcb/damage.h>
 #include <xcb/xfixes.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 constexpr std::uint32_t allPlanes = ~0U;
@@ -20,7 +20,7 @@ bool nameContentsInto(const X11Connection& connection, xcb_window_t window, xcb_
     return !error;
 }
 
-xcb_rectangle_t toXcb(PixelRect rect) {
+xcb_rectangle_t toXcb(media::color::PixelRect rect) {
     return {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
             static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
 }
@@ -36,7 +36,7 @@ void blendRow(const std::uint8_t* source, std::uint8_t* destination, int width) 
 } // namespace
 
 X11CoveredWindow::X11CoveredWindow(const X11Connection& connection, const X11Placement& placement,
-                                   std::span<const PixelRect> own)
+                                   std::span<const media::color::PixelRect> own)
     : m_connection(connection)
     , m_placement(placement)
     , m_damage(X11DamageSource::create(connection, placement.window, 0, 0)) {
@@ -55,7 +55,7 @@ X11CoveredWindow::~X11CoveredWindow() {
 /// When the server starts to keep a window apart, it begins with what the screen shows there, ours
 /// included, and lets the window paint. Nobody draws while the server is grabbed, so what damage
 /// tells then is the window's background, which the server paints itself.
-void X11CoveredWindow::keepOwnPictureOut(std::span<const PixelRect> own) {
+void X11CoveredWindow::keepOwnPictureOut(std::span<const media::color::PixelRect> own) {
     auto* server = m_connection.get();
     xcb_grab_server(server);
     const auto pixmap = xcb_generate_id(server);
@@ -63,7 +63,7 @@ void X11CoveredWindow::keepOwnPictureOut(std::span<const PixelRect> own) {
     xcb_composite_redirect_window(server, m_placement.window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     if (!isApart && m_damage && nameContentsInto(m_connection, m_placement.window, pixmap)) {
         std::vector<xcb_rectangle_t> hidden;
-        for (PixelRect rect : own) {
+        for (media::color::PixelRect rect : own) {
             rect.x -= m_placement.rect.x + m_placement.border;
             rect.y -= m_placement.rect.y + m_placement.border;
             hidden.push_back(toXcb(rect));
@@ -99,8 +99,8 @@ void X11CoveredWindow::nameContents() {
     m_pixmap = xcb_generate_id(m_connection.get());
     xcb_composite_name_window_pixmap(m_connection.get(), m_placement.window, m_pixmap);
     const auto shown = shownParts(m_connection, m_placement.window);
-    m_shape = shown.value_or(std::vector<PixelRect>());
-    for (PixelRect& part : m_shape) {
+    m_shape = shown.value_or(std::vector<media::color::PixelRect>());
+    for (media::color::PixelRect& part : m_shape) {
         part.x += m_placement.border;
         part.y += m_placement.border;
     }
@@ -121,21 +121,22 @@ void X11CoveredWindow::handle(const xcb_generic_event_t& event) {
 void X11CoveredWindow::changesSeen() {
     if (!m_damage)
         return;
-    TileMap drawn(m_placement.rect.width, m_placement.rect.height);
+    pictures::TileMap drawn(m_placement.rect.width, m_placement.rect.height);
     m_damage->collect(drawn);
     m_mustPaint &= drawn.isEmpty();
 }
 
-bool X11CoveredWindow::covers(PixelRect rect) const {
+bool X11CoveredWindow::covers(media::color::PixelRect rect) const {
     return m_shape.size() == 1 && m_placement.depth != 32 &&
            intersection(m_placement.rect, rect) == rect;
 }
 
-void X11CoveredWindow::draw(PixelRect rect, std::uint8_t* picture, bool isBlended) const {
-    const PixelRect own{rect.x - m_placement.rect.x, rect.y - m_placement.rect.y, rect.width,
-                        rect.height};
-    for (const PixelRect& part : m_shape) {
-        const PixelRect shown = intersection(
+void X11CoveredWindow::draw(media::color::PixelRect rect, std::uint8_t* picture,
+                            bool isBlended) const {
+    const media::color::PixelRect own{rect.x - m_placement.rect.x, rect.y - m_placement.rect.y,
+                                      rect.width, rect.height};
+    for (const media::color::PixelRect& part : m_shape) {
+        const media::color::PixelRect shown = intersection(
             intersection(part, own), {0, 0, m_placement.rect.width, m_placement.rect.height});
         if (shown.width == 0)
             continue;
@@ -160,4 +161,4 @@ void X11CoveredWindow::draw(PixelRect rect, std::uint8_t* picture, bool isBlende
     }
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

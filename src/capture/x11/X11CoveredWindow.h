@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// A window of somebody else that lies, in part, beneath or above a window of ours, and whose
 /// pixels the server keeps apart for as long as this lives. Outlived by the connection; same
@@ -17,7 +17,7 @@ class X11CoveredWindow {
     /// `own` are the rectangles on the screen that show our windows at this moment. What they hide
     /// of this window is black until it has painted it, which it is asked to; never our picture.
     X11CoveredWindow(const X11Connection& connection, const X11Placement& placement,
-                     std::span<const PixelRect> own);
+                     std::span<const media::color::PixelRect> own);
     ~X11CoveredWindow();
     X11CoveredWindow(const X11CoveredWindow&) = delete;
     X11CoveredWindow& operator=(const X11CoveredWindow&) = delete;
@@ -34,20 +34,20 @@ class X11CoveredWindow {
     void awaitNoLonger() { m_mustPaint = false; }
 
     /// Whether nothing beneath `rect`, on the screen, shows through.
-    bool covers(PixelRect rect) const;
+    bool covers(media::color::PixelRect rect) const;
     /// Draws the window's part of `rect`, on the screen, into a BGRX picture of it.
-    void draw(PixelRect rect, std::uint8_t* picture, bool isBlended) const;
+    void draw(media::color::PixelRect rect, std::uint8_t* picture, bool isBlended) const;
 
   private:
-    void keepOwnPictureOut(std::span<const PixelRect> own);
+    void keepOwnPictureOut(std::span<const media::color::PixelRect> own);
     void nameContents();
 
     const X11Connection& m_connection;
     X11Placement m_placement;
     xcb_pixmap_t m_pixmap = 0;
-    std::vector<PixelRect> m_shape; // its visible parts, in pixels of the pixmap
+    std::vector<media::color::PixelRect> m_shape; // its visible parts, in pixels of the pixmap
     std::unique_ptr<X11DamageSource> m_damage;
     bool m_mustPaint = false;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -5,10 +5,10 @@
 #include <xcb/damage.h>
 #include <xcb/xfixes.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
-bool isWithin(PixelRect inner, PixelRect outer) {
+bool isWithin(media::color::PixelRect inner, media::color::PixelRect outer) {
     return inner.x >= outer.x && inner.y >= outer.y &&
            inner.x + inner.width <= outer.x + outer.width &&
            inner.y + inner.height <= outer.y + outer.height;
@@ -51,7 +51,8 @@ void X11DamageSource::handle(const xcb_generic_event_t& event) {
         m_hasChanges = true;
 }
 
-void X11DamageSource::collect(TileMap& changed, std::span<const PixelRect> ignored) {
+void X11DamageSource::collect(pictures::TileMap& changed,
+                              std::span<const media::color::PixelRect> ignored) {
     m_hasChanges = false;
     xcb_damage_subtract(m_connection.get(), m_damage, XCB_NONE, m_region);
     const auto reply = m_connection.await(xcb_xfixes_fetch_region_reply,
@@ -62,10 +63,11 @@ void X11DamageSource::collect(TileMap& changed, std::span<const PixelRect> ignor
     const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
     for (int index = 0; index < count; ++index) {
         const auto& each = rectangles[index];
-        const PixelRect rect{each.x - m_x, each.y - m_y, each.width, each.height};
-        if (std::ranges::none_of(ignored, [&](PixelRect part) { return isWithin(rect, part); }))
+        const media::color::PixelRect rect{each.x - m_x, each.y - m_y, each.width, each.height};
+        if (std::ranges::none_of(
+                ignored, [&](media::color::PixelRect part) { return isWithin(rect, part); }))
             changed.add(rect);
     }
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "capture/TileMap.h"
+#include "capture/pictures/TileMap.h"
 #include "capture/x11/X11Connection.h"
 
 #include <memory>
 #include <span>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Tells where a window has changed since it was last asked (extension DAMAGE).
 ///
@@ -30,7 +30,7 @@ class X11DamageSource {
     /// Adds what has changed, in pixels of the picture, and starts afresh. What changes after this
     /// is reported again, so pixels read after this are never older than what is told. Changes
     /// that lie wholly within one of `ignored` are left out.
-    void collect(TileMap& changed, std::span<const PixelRect> ignored = {});
+    void collect(pictures::TileMap& changed, std::span<const media::color::PixelRect> ignored = {});
 
   private:
     X11DamageSource(const X11Connection& connection, xcb_window_t window, int x, int y);
@@ -44,4 +44,4 @@ class X11DamageSource {
     bool m_hasChanges = true;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

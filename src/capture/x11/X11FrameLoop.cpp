@@ -1,6 +1,6 @@
 #include "capture/x11/X11FrameLoop.h"
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 X11FrameLoop::X11FrameLoop(std::unique_ptr<X11Connection> connection,
                            std::unique_ptr<X11PictureSource> source,
@@ -22,7 +22,7 @@ void X11FrameLoop::run(const std::stop_token& stop, const X11WakeUp& wakeUp,
         }
         if (!m_isOffered && !m_source->hasChanges()) {
             m_connection->wait(wakeUp.fd());
-        } else if (hostNow() < m_pacer.nextDeadline()) {
+        } else if (base::hostNow() < m_pacer.nextDeadline()) {
             m_connection->wait(wakeUp.fd(), m_pacer.nextDeadline());
         } else if (const auto taken = takeFrame(output); !taken) {
             output.streamStopped(taken.error());
@@ -37,7 +37,7 @@ void X11FrameLoop::drainEvents() {
 }
 
 std::expected<void, std::string> X11FrameLoop::takeFrame(ScreenStreamOutput& output) {
-    const HostTime now = hostNow();
+    const base::HostTime now = base::hostNow();
     m_pacer.frameTaken(now);
     const auto updated = m_source->update();
     if (m_connection->isLost())
@@ -59,4 +59,4 @@ std::expected<void, std::string> X11FrameLoop::takeFrame(ScreenStreamOutput& out
     return {};
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

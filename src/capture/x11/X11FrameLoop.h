@@ -1,9 +1,9 @@
 #pragma once
 
-#include "capture/FramePacer.h"
-#include "capture/PictureFit.h"
-#include "capture/PictureStore.h"
 #include "capture/ScreenStream.h"
+#include "capture/pictures/FramePacer.h"
+#include "capture/pictures/PictureFit.h"
+#include "capture/pictures/PictureStore.h"
 #include "capture/x11/X11Connection.h"
 #include "capture/x11/X11PictureSource.h"
 #include "capture/x11/X11WakeUp.h"
@@ -13,7 +13,7 @@
 #include <stop_token>
 #include <string>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Turns changes of a picture source into samples of one size, for as long as `run` runs.
 ///
@@ -35,11 +35,11 @@ class X11FrameLoop {
 
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11PictureSource> m_source;
-    PictureFit m_fit;
-    PictureStore m_pictures;
-    FramePacer m_pacer;
-    TileMap m_changed;        // not yet told to m_pictures
-    bool m_isOffered = false; // the latest picture was refused and waits to be taken
+    pictures::PictureFit m_fit;
+    pictures::PictureStore m_pictures;
+    pictures::FramePacer m_pacer;
+    pictures::TileMap m_changed; // not yet told to m_pictures
+    bool m_isOffered = false;    // the latest picture was refused and waits to be taken
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

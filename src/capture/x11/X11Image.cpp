@@ -10,7 +10,7 @@
 #include <sys/mman.h>
 #include <xcb/shm.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 constexpr std::uint32_t allPlanes = ~0U;
@@ -59,7 +59,8 @@ X11Image::X11Image(const X11Connection& connection, int width, int height)
     : m_connection(connection), m_width(width), m_height(height) {
     if (attachSharedMemory())
         return;
-    logWarning("The display lacks the extension MIT-SHM: recording takes more processor time");
+    base::logWarning(
+        "The display lacks the extension MIT-SHM: recording takes more processor time");
     m_ownMemory.resize(static_cast<std::size_t>(stride()) * m_height);
     m_memory = m_ownMemory;
 }
@@ -83,7 +84,8 @@ bool X11Image::attachSharedMemory() {
         xcb_shm_create_segment(m_connection.get(), segment, static_cast<std::uint32_t>(size), 0));
     if (!reply || reply->nfd != 1)
         return false;
-    const FileDescriptor file(xcb_shm_create_segment_reply_fds(m_connection.get(), reply.get())[0]);
+    const base::FileDescriptor file(
+        xcb_shm_create_segment_reply_fds(m_connection.get(), reply.get())[0]);
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
     if (memory == MAP_FAILED) {
         xcb_shm_detach(m_connection.get(), segment);
@@ -94,14 +96,14 @@ bool X11Image::attachSharedMemory() {
     return true;
 }
 
-bool X11Image::fetch(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
+bool X11Image::fetch(xcb_drawable_t drawable, int x, int y, const pictures::TileMap& where) {
     return m_segment != 0 ? fetchShared(drawable, x, y, where)
                           : fetchThroughConnection(drawable, x, y, where);
 }
 
-bool X11Image::fetchShared(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
+bool X11Image::fetchShared(xcb_drawable_t drawable, int x, int y, const pictures::TileMap& where) {
     std::vector<xcb_shm_get_image_cookie_t> cookies; // all sent first: one wait for all bands
-    where.forEachBand([&](PixelRect band) {
+    where.forEachBand([&](media::color::PixelRect band) {
         cookies.push_back(xcb_shm_get_image(
             m_connection.get(), drawable, static_cast<std::int16_t>(x),
             static_cast<std::int16_t>(y + band.y), static_cast<std::uint16_t>(band.width),
@@ -114,9 +116,10 @@ bool X11Image::fetchShared(xcb_drawable_t drawable, int x, int y, const TileMap&
     return isFetched;
 }
 
-bool X11Image::fetchThroughConnection(xcb_drawable_t drawable, int x, int y, const TileMap& where) {
+bool X11Image::fetchThroughConnection(xcb_drawable_t drawable, int x, int y,
+                                      const pictures::TileMap& where) {
     bool isFetched = true;
-    where.forEachBand([&](PixelRect band) {
+    where.forEachBand([&](media::color::PixelRect band) {
         const auto reply = m_connection.await(
             xcb_get_image_reply,
             xcb_get_image(m_connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
@@ -132,4 +135,4 @@ bool X11Image::fetchThroughConnection(xcb_drawable_t drawable, int x, int y, con
     return isFetched;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/TileMap.h"
+#include "capture/pictures/TileMap.h"
 #include "capture/x11/X11Connection.h"
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Why the screen's pixels cannot be read; nothing when they are 32-bit BGRX, as they must be.
 std::optional<std::string> unsupportedPixels(const X11Connection& connection);
@@ -36,12 +36,13 @@ class X11Image {
     /// Reads the full-width bands of rows that hold any of `where` from a window or pixmap, in
     /// which this picture begins at (x, y) and ends inside. False when the server refuses, as it
     /// does when the drawable has gone or shrunk.
-    bool fetch(xcb_drawable_t drawable, int x, int y, const TileMap& where);
+    bool fetch(xcb_drawable_t drawable, int x, int y, const pictures::TileMap& where);
 
   private:
     bool attachSharedMemory();
-    bool fetchShared(xcb_drawable_t drawable, int x, int y, const TileMap& where);
-    bool fetchThroughConnection(xcb_drawable_t drawable, int x, int y, const TileMap& where);
+    bool fetchShared(xcb_drawable_t drawable, int x, int y, const pictures::TileMap& where);
+    bool fetchThroughConnection(xcb_drawable_t drawable, int x, int y,
+                                const pictures::TileMap& where);
 
     const X11Connection& m_connection;
     int m_width;
@@ -51,4 +52,4 @@ class X11Image {
     std::uint32_t m_segment = 0;           // 0: not shared
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

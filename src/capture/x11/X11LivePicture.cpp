@@ -2,16 +2,18 @@
 
 #include "base/Log.h"
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
-X11LivePicture::X11LivePicture(const X11Connection& connection, xcb_window_t window, PixelRect area)
+X11LivePicture::X11LivePicture(const X11Connection& connection, xcb_window_t window,
+                               media::color::PixelRect area)
     : m_image(connection, area.width, area.height)
     , m_damage(X11DamageSource::create(connection, window, area.x, area.y))
     , m_wholeArea(area.width, area.height)
     , m_stale(area.width, area.height) {
     m_wholeArea.addAll();
     if (!m_damage) {
-        logWarning("The display lacks the extension DAMAGE: recording takes more processor time");
+        base::logWarning(
+            "The display lacks the extension DAMAGE: recording takes more processor time");
         m_comparison.emplace(area.width, area.height);
     }
 }
@@ -21,8 +23,8 @@ void X11LivePicture::handle(const xcb_generic_event_t& event) {
         m_damage->handle(event);
 }
 
-bool X11LivePicture::update(xcb_drawable_t drawable, int x, int y, TileMap& changed,
-                            std::span<const PixelRect> ignored) {
+bool X11LivePicture::update(xcb_drawable_t drawable, int x, int y, pictures::TileMap& changed,
+                            std::span<const media::color::PixelRect> ignored) {
     if (m_damage)
         m_damage->collect(m_stale, ignored);
     if (m_isAllStale)
@@ -37,4 +39,4 @@ bool X11LivePicture::update(xcb_drawable_t drawable, int x, int y, TileMap& chan
     return true;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
-PixelRect grown(PixelRect rect, int margin) {
+media::color::PixelRect grown(media::color::PixelRect rect, int margin) {
     return {rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin};
 }
 
 namespace {
 
 /// The smallest rectangle that holds both.
-PixelRect united(PixelRect a, PixelRect b) {
+media::color::PixelRect united(media::color::PixelRect a, media::color::PixelRect b) {
     const int x = std::min(a.x, b.x);
     const int y = std::min(a.y, b.y);
     return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
@@ -20,8 +20,8 @@ PixelRect united(PixelRect a, PixelRect b) {
 
 } // namespace
 
-std::vector<PixelRect> X11OwnPlaces::update(const std::vector<X11Placement>& own, bool isComposited,
-                                            HostTime now) {
+std::vector<media::color::PixelRect> X11OwnPlaces::update(const std::vector<X11Placement>& own,
+                                                          bool isComposited, base::HostTime now) {
     std::vector<Place> shown;
     for (const X11Placement& each : own)
         shown.push_back({each.window, grown(each.rect, reach(isComposited))});
@@ -30,13 +30,13 @@ std::vector<PixelRect> X11OwnPlaces::update(const std::vector<X11Placement>& own
         if (isComposited && std::ranges::find(shown, before) == shown.end())
             fade(before, now + fading);
     m_shown = std::move(shown);
-    std::vector<PixelRect> places;
+    std::vector<media::color::PixelRect> places;
     std::ranges::transform(m_shown, std::back_inserter(places), &Place::rect);
     std::ranges::transform(m_fading, std::back_inserter(places), &FadingPlace::rect);
     return places;
 }
 
-void X11OwnPlaces::fade(const Place& place, HostTime end) {
+void X11OwnPlaces::fade(const Place& place, base::HostTime end) {
     const auto known = std::ranges::find(m_fading, place.window, &FadingPlace::window);
     if (known == m_fading.end())
         m_fading.push_back({place.window, place.rect, end});
@@ -44,9 +44,9 @@ void X11OwnPlaces::fade(const Place& place, HostTime end) {
         *known = {place.window, united(known->rect, place.rect), end};
 }
 
-bool X11OwnPlaces::hasExpired(HostTime now) const {
+bool X11OwnPlaces::hasExpired(base::HostTime now) const {
     return std::ranges::any_of(m_fading,
                                [now](const FadingPlace& each) { return each.end <= now; });
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

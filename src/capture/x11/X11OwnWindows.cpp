@@ -6,7 +6,7 @@
 
 #include <xcb/res.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 // A frame holds the window itself or a container of it; deeper lie the windows' own contents.
@@ -100,4 +100,4 @@ bool X11OwnWindows::isOwnClient(xcb_window_t window) {
     return isOwn;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Recognises windows that belong to us, by the process that made them: what the window says itself
 /// (_NET_WM_PID) or what the server knows of its client (extension X-Resource). Outlived by the
@@ -35,4 +35,4 @@ class X11OwnWindows {
     std::unordered_map<std::uint32_t, bool> m_clients; // by what their windows' numbers begin with
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "capture/PictureFit.h"
-#include "capture/TileMap.h"
+#include "capture/pictures/PictureFit.h"
+#include "capture/pictures/TileMap.h"
 
 #include <expected>
 #include <string>
 
 #include <xcb/xcb.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// What a stream shows, as BGRX pixels that change. Used by one thread at a time.
 class X11PictureSource {
@@ -23,9 +23,9 @@ class X11PictureSource {
     /// nothing more will come.
     virtual std::expected<bool, std::string> update() = 0;
     /// The picture after an update that was true. Its size may be another each time.
-    virtual PictureView picture() const = 0;
+    virtual pictures::PictureView picture() const = 0;
     /// What has changed since the owner last cleared it: a map of the picture's size.
-    virtual TileMap& changed() = 0;
+    virtual pictures::TileMap& changed() = 0;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -2,7 +2,7 @@
 
 #include "capture/x11/X11ClickMonitor.h"
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 X11PointerSource::X11PointerSource(X11Connection connection, std::string display,
                                    const X11Geometry& geometry, IsOwnProcess isOwnProcess)
@@ -12,7 +12,7 @@ X11PointerSource::X11PointerSource(X11Connection connection, std::string display
     , m_mainScreen(geometry.main().rect)
     , m_scale(geometry.scale) {}
 
-Point X11PointerSource::location() {
+model::Point X11PointerSource::location() {
     const auto reply = m_connection.await(
         xcb_query_pointer_reply, xcb_query_pointer(m_connection.get(), m_connection.root()));
     if (reply) {
@@ -28,4 +28,4 @@ std::unique_ptr<ClickMonitor> X11PointerSource::monitorPresses(MouseButton butto
     return X11ClickMonitor::create(m_display, button, m_isOwnProcess, std::move(handler));
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// The pointer of one X server, asked on a connection of its own. Click monitors open theirs.
 class X11PointerSource final : public PointerSource {
@@ -14,7 +14,7 @@ class X11PointerSource final : public PointerSource {
     X11PointerSource(X11Connection connection, std::string display, const X11Geometry& geometry,
                      IsOwnProcess isOwnProcess);
 
-    Point location() override;
+    model::Point location() override;
     std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
                                                  std::function<void()> handler) override;
 
@@ -22,9 +22,9 @@ class X11PointerSource final : public PointerSource {
     X11Connection m_connection;
     std::string m_display;
     IsOwnProcess m_isOwnProcess;
-    PixelRect m_mainScreen;
+    media::color::PixelRect m_mainScreen;
     double m_scale;
-    Point m_lastLocation;
+    model::Point m_lastLocation;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -1,6 +1,6 @@
 #include "capture/x11/X11Properties.h"
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 constexpr std::uint32_t longestProperty = 1U << 18; // in 4-byte units: longer ones are cut off
@@ -42,4 +42,4 @@ std::vector<std::uint32_t> numbersProperty(const X11Connection& connection, xcb_
     return {first, first + reply->value_len};
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

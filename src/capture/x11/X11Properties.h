@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// The server's number for a name; 0 when no client has ever used it.
 xcb_atom_t findAtom(const X11Connection& connection, std::string_view name);
@@ -20,4 +20,4 @@ std::string textProperty(const X11Connection& connection, xcb_window_t window,
 std::vector<std::uint32_t> numbersProperty(const X11Connection& connection, xcb_window_t window,
                                            std::string_view name);
 
-} // namespace vantro
+} // namespace vantro::capture::x11

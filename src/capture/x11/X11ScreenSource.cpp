@@ -8,12 +8,12 @@
 #include <xcb/composite.h>
 #include <xcb/randr.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 // How long windows may take to paint what ours have hidden until now. Shorter shows them in black
 // for a moment; longer holds the recording up when one does not answer.
-constexpr HostDuration longestPainting = std::chrono::milliseconds(100);
+constexpr base::HostDuration longestPainting = std::chrono::milliseconds(100);
 
 // Our windows are looked for again after each reading of the screen. More attempts than this in one
 // frame mean that they move all the time; then the frame is left out.
@@ -41,7 +41,8 @@ X11ScreenSource::X11ScreenSource(const X11Connection& connection, Place place,
     if (connection.hasExtension(xcb_composite_id) && connection.hasExtension(xcb_xfixes_id))
         m_underlay.emplace(connection, place.area, std::move(own));
     else
-        logWarning("The display lacks the extension Composite: own windows appear in recordings");
+        base::logWarning(
+            "The display lacks the extension Composite: own windows appear in recordings");
     show(place.area);
     if (m_underlay)
         restack(*m_underlay);
@@ -86,7 +87,7 @@ std::expected<bool, std::string> X11ScreenSource::update() {
     return false;
 }
 
-PictureView X11ScreenSource::picture() const {
+pictures::PictureView X11ScreenSource::picture() const {
     auto& image = m_live->image();
     return {.pixels = image.pixels(),
             .stride = image.stride(),
@@ -98,7 +99,8 @@ bool X11ScreenSource::read() {
     if (m_underlay)
         m_underlay->beginReading();
     return m_live->update(m_connection.root(), m_area.x, m_area.y, m_changed,
-                          m_underlay ? m_underlay->hidden() : std::span<const PixelRect>());
+                          m_underlay ? m_underlay->hidden()
+                                     : std::span<const media::color::PixelRect>());
 }
 
 /// Whether none of our windows came into the picture while it was read.
@@ -116,8 +118,8 @@ bool X11ScreenSource::restack(X11Underlay& underlay) {
     if (!underlay.restack())
         return false;
     m_live->invalidate();
-    const HostTime limit = hostNow() + longestPainting;
-    while (underlay.awaitsPainting() && hostNow() < limit && !m_connection.isLost()) {
+    const base::HostTime limit = base::hostNow() + longestPainting;
+    while (underlay.awaitsPainting() && base::hostNow() < limit && !m_connection.isLost()) {
         constexpr int noWakeUp = -1;
         m_connection.wait(noWakeUp, limit);
         drainEvents();
@@ -135,7 +137,7 @@ void X11ScreenSource::drainEvents() {
 std::expected<void, std::string> X11ScreenSource::follow() {
     m_isGeometryStale = false;
     const X11Geometry geometry = queryGeometry(m_connection);
-    const PixelRect area = areaNow(geometry);
+    const media::color::PixelRect area = areaNow(geometry);
     const bool isMonitorGone =
         !m_monitors.empty() &&
         std::ranges::none_of(m_monitors, [&](auto id) { return geometry.find(id) != nullptr; });
@@ -149,11 +151,11 @@ std::expected<void, std::string> X11ScreenSource::follow() {
     return {};
 }
 
-PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) const {
+media::color::PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) const {
     const auto root = placementOf(m_connection, m_connection.root());
     if (!root)
         return m_area;
-    PixelRect area = m_place.area;
+    media::color::PixelRect area = m_place.area;
     if (const auto* monitor = geometry.find(m_place.monitor)) {
         const bool isSameSize = monitor->rect.width == m_monitorRect.width &&
                                 monitor->rect.height == m_monitorRect.height;
@@ -166,12 +168,12 @@ PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) const {
     return intersection(area, {0, 0, root->rect.width, root->rect.height});
 }
 
-void X11ScreenSource::show(PixelRect area) {
+void X11ScreenSource::show(media::color::PixelRect area) {
     m_area = area;
     m_live = std::make_unique<X11LivePicture>(m_connection, m_connection.root(), area);
-    m_changed = TileMap(area.width, area.height);
+    m_changed = pictures::TileMap(area.width, area.height);
     if (m_underlay)
         m_underlay->setArea(area);
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -2,7 +2,7 @@
 
 #include "base/SerialQueue.h"
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
                                  std::unique_ptr<X11PictureSource> source,
@@ -15,7 +15,7 @@ X11ScreenStream::~X11ScreenStream() {
 
 void X11ScreenStream::startCapture(ScreenStreamOutput& output) {
     m_thread = std::jthread([this, &output](const std::stop_token& stop) {
-        setThreadName("com.vantro.capture");
+        base::setThreadName("com.vantro.capture");
         m_loop.run(stop, m_wakeUp, output);
     });
 }
@@ -28,4 +28,4 @@ void X11ScreenStream::stopCapture() {
     m_thread.join();
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// A picture of an X display as a stream. Its thread and connection are its own.
 class X11ScreenStream final : public ScreenStream {
@@ -23,4 +23,4 @@ class X11ScreenStream final : public ScreenStream {
     std::jthread m_thread;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -6,7 +6,7 @@
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 /// A region that the server keeps, made from a window's shape.
@@ -24,7 +24,7 @@ class ShapeRegion {
     ShapeRegion(const ShapeRegion&) = delete;
     ShapeRegion& operator=(const ShapeRegion&) = delete;
 
-    void invertWithin(PixelRect bounds) {
+    void invertWithin(media::color::PixelRect bounds) {
         xcb_xfixes_invert_region(
             m_connection.get(), m_region,
             {static_cast<std::int16_t>(bounds.x), static_cast<std::int16_t>(bounds.y),
@@ -32,7 +32,7 @@ class ShapeRegion {
             m_region);
     }
 
-    std::optional<std::vector<PixelRect>> rectangles() const {
+    std::optional<std::vector<media::color::PixelRect>> rectangles() const {
         const auto reply = m_connection.await(
             xcb_xfixes_fetch_region_reply, xcb_xfixes_fetch_region(m_connection.get(), m_region));
         if (!reply)
@@ -40,9 +40,9 @@ class ShapeRegion {
         const std::span rectangles(
             xcb_xfixes_fetch_region_rectangles(reply.get()),
             static_cast<std::size_t>(xcb_xfixes_fetch_region_rectangles_length(reply.get())));
-        std::vector<PixelRect> all;
+        std::vector<media::color::PixelRect> all;
         std::ranges::transform(rectangles, std::back_inserter(all), [](const auto& each) {
-            return PixelRect{each.x, each.y, each.width, each.height};
+            return media::color::PixelRect{each.x, each.y, each.width, each.height};
         });
         return all;
     }
@@ -54,20 +54,20 @@ class ShapeRegion {
 
 } // namespace
 
-std::optional<std::vector<PixelRect>> shownParts(const X11Connection& connection,
-                                                 xcb_window_t window) {
+std::optional<std::vector<media::color::PixelRect>> shownParts(const X11Connection& connection,
+                                                               xcb_window_t window) {
     if (!connection.hasExtension(xcb_xfixes_id))
         return {};
     return ShapeRegion(connection, window).rectangles();
 }
 
-std::vector<PixelRect> cutOutParts(const X11Connection& connection, xcb_window_t window,
-                                   PixelRect bounds) {
+std::vector<media::color::PixelRect>
+cutOutParts(const X11Connection& connection, xcb_window_t window, media::color::PixelRect bounds) {
     if (!connection.hasExtension(xcb_xfixes_id))
         return {};
     ShapeRegion region(connection, window);
     region.invertWithin(bounds);
-    return region.rectangles().value_or(std::vector<PixelRect>());
+    return region.rectangles().value_or(std::vector<media::color::PixelRect>());
 }
 
 void watchShape(const X11Connection& connection, xcb_window_t window, bool isWatched) {
@@ -80,4 +80,4 @@ bool isShapeChange(const X11Connection& connection, const xcb_generic_event_t& e
            (event.response_type & 0x7f) == connection.firstEvent(xcb_shape_id) + XCB_SHAPE_NOTIFY;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -10,7 +10,7 @@
 #include <xcb/composite.h>
 #include <xcb/xfixes.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 /// A compositing manager owns this selection for as long as it runs.
@@ -39,14 +39,15 @@ bool isSelectionChange(const X11Connection& connection, const xcb_generic_event_
            connection.firstEvent(xcb_xfixes_id) + XCB_XFIXES_SELECTION_NOTIFY;
 }
 
-bool touchesAny(PixelRect rect, std::span<const PixelRect> parts) {
-    return std::ranges::any_of(parts,
-                               [&](PixelRect part) { return intersection(rect, part).width > 0; });
+bool touchesAny(media::color::PixelRect rect, std::span<const media::color::PixelRect> parts) {
+    return std::ranges::any_of(
+        parts, [&](media::color::PixelRect part) { return intersection(rect, part).width > 0; });
 }
 
 } // namespace
 
-X11Underlay::X11Underlay(const X11Connection& connection, PixelRect area, X11OwnWindows own)
+X11Underlay::X11Underlay(const X11Connection& connection, media::color::PixelRect area,
+                         X11OwnWindows own)
     : m_connection(connection)
     , m_area(area)
     , m_own(std::move(own))
@@ -55,7 +56,7 @@ X11Underlay::X11Underlay(const X11Connection& connection, PixelRect area, X11Own
                      xcb_composite_query_version(connection.get(), 0, 4));
 }
 
-void X11Underlay::setArea(PixelRect area) {
+void X11Underlay::setArea(media::color::PixelRect area) {
     m_area = area;
     m_hidden.clear();
     m_patches.clear();
@@ -116,7 +117,7 @@ bool X11Underlay::hasChanges() const {
 }
 
 bool X11Underlay::isStale() const {
-    return m_isStale || m_places.hasExpired(hostNow());
+    return m_isStale || m_places.hasExpired(base::hostNow());
 }
 
 bool X11Underlay::restack() {
@@ -132,10 +133,10 @@ bool X11Underlay::restack() {
     m_ours.clear();
     std::ranges::transform(windows.begin(), others.begin(), std::back_inserter(m_ours),
                            &X11Placement::window);
-    std::vector<PixelRect> hidden;
-    for (const PixelRect& place :
-         m_places.update({windows.begin(), others.begin()}, m_isComposited, hostNow())) {
-        const PixelRect shown = intersection(place, m_area);
+    std::vector<media::color::PixelRect> hidden;
+    for (const media::color::PixelRect& place :
+         m_places.update({windows.begin(), others.begin()}, m_isComposited, base::hostNow())) {
+        const media::color::PixelRect shown = intersection(place, m_area);
         if (shown.width > 0)
             hidden.push_back({shown.x - m_area.x, shown.y - m_area.y, shown.width, shown.height});
     }
@@ -146,10 +147,10 @@ bool X11Underlay::restack() {
     return isMoved;
 }
 
-void X11Underlay::hide(std::vector<PixelRect> places) {
+void X11Underlay::hide(std::vector<media::color::PixelRect> places) {
     m_hidden = std::move(places);
     m_patches.clear();
-    for (const PixelRect& rect : m_hidden)
+    for (const media::color::PixelRect& rect : m_hidden)
         m_patches.push_back(
             {.rect = rect,
              .pixels = std::vector<std::uint8_t>(std::size_t{4} * rect.width * rect.height)});
@@ -161,9 +162,9 @@ void X11Underlay::hide(std::vector<PixelRect> places) {
 
 /// Keeps those windows apart that share pixels with ours, and no others.
 void X11Underlay::updateCovered(const std::vector<X11Placement>& others) {
-    std::vector<PixelRect> own;
+    std::vector<media::color::PixelRect> own;
     std::ranges::transform(m_hidden, std::back_inserter(own),
-                           [this](PixelRect rect) { return onScreen(rect); });
+                           [this](media::color::PixelRect rect) { return onScreen(rect); });
     std::vector<std::unique_ptr<X11CoveredWindow>> kept;
     for (const X11Placement& placement : others) {
         if (!touchesAny(placement.rect, own))
@@ -202,7 +203,7 @@ void X11Underlay::readBackground() {
     xcb_configure_window(server, window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
     xcb_map_window(server, window);
     xcb_composite_name_window_pixmap(server, window, pixmap);
-    TileMap all(m_area.width, m_area.height);
+    pictures::TileMap all(m_area.width, m_area.height);
     all.addAll();
     m_background->fetch(pixmap, 0, 0, all);
     xcb_free_pixmap(server, pixmap);
@@ -224,7 +225,7 @@ void X11Underlay::awaitNoLonger() {
         covered->awaitNoLonger();
 }
 
-void X11Underlay::paint(X11Image& picture, TileMap& changed) {
+void X11Underlay::paint(X11Image& picture, pictures::TileMap& changed) {
     for (const auto& covered : m_covered) {
         if (!covered->hasChanges())
             continue;
@@ -248,7 +249,7 @@ void X11Underlay::paint(X11Image& picture, TileMap& changed) {
 }
 
 void X11Underlay::compose(Patch& patch) const {
-    const PixelRect rect = onScreen(patch.rect);
+    const media::color::PixelRect rect = onScreen(patch.rect);
     auto lowest = std::ranges::find_if(m_covered.rbegin(), m_covered.rend(),
                                        [&](const auto& each) { return each->covers(rect); });
     const auto first = lowest == m_covered.rend() ? m_covered.begin() : lowest.base() - 1;
@@ -263,8 +264,8 @@ void X11Underlay::compose(Patch& patch) const {
         (*covered)->draw(rect, patch.pixels.data(), m_isComposited);
 }
 
-PixelRect X11Underlay::onScreen(PixelRect rect) const {
+media::color::PixelRect X11Underlay::onScreen(media::color::PixelRect rect) const {
     return {rect.x + m_area.x, rect.y + m_area.y, rect.width, rect.height};
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -4,7 +4,7 @@
 
 #include <sys/eventfd.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// Ends another thread's wait on a connection: once rung it stays readable. `ring` on any thread.
 class X11WakeUp {
@@ -15,7 +15,7 @@ class X11WakeUp {
     void ring() const { eventfd_write(fd(), 1); }
 
   private:
-    FileDescriptor m_event;
+    base::FileDescriptor m_event;
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 // Lists show icons at 32 points, and screens have up to two pixels a point. A smaller picture would
@@ -90,4 +90,4 @@ std::shared_ptr<const WindowIcon> windowIcon(const X11Connection& connection, xc
     return icon;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -10,12 +10,12 @@
 
 #include <xcb/composite.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 // How long a window may take to paint what was covered until now. Toolkits need a few milliseconds;
 // one that never paints must not keep the recording from starting.
-constexpr HostDuration longestPainting = std::chrono::milliseconds(100);
+constexpr base::HostDuration longestPainting = std::chrono::milliseconds(100);
 
 constexpr const char* closedText = "the window was closed";
 
@@ -55,9 +55,9 @@ bool isPartlyHidden(const X11Connection& connection, xcb_window_t topLevel) {
 /// The part of a top-level window that is the chosen one with its frame: some window managers put
 /// an invisible margin around it. Nothing while the window is not shown, or its frame does not hold
 /// it, as when a window manager lets the frame shrink to an icon.
-std::optional<PixelRect> shownPart(const X11Connection& connection, xcb_window_t window,
-                                   const X11Placement& topLevel) {
-    const PixelRect whole{0, 0, topLevel.rect.width, topLevel.rect.height};
+std::optional<media::color::PixelRect>
+shownPart(const X11Connection& connection, xcb_window_t window, const X11Placement& topLevel) {
+    const media::color::PixelRect whole{0, 0, topLevel.rect.width, topLevel.rect.height};
     const auto inner = placementOf(connection, window);
     if (!topLevel.isShown || !inner || !inner->isShown)
         return {};
@@ -68,8 +68,9 @@ std::optional<PixelRect> shownPart(const X11Connection& connection, xcb_window_t
         xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0));
     if (!origin)
         return {};
-    PixelRect part{origin->dst_x - topLevel.rect.x, origin->dst_y - topLevel.rect.y,
-                   inner->rect.width - 2 * inner->border, inner->rect.height - 2 * inner->border};
+    media::color::PixelRect part{origin->dst_x - topLevel.rect.x, origin->dst_y - topLevel.rect.y,
+                                 inner->rect.width - 2 * inner->border,
+                                 inner->rect.height - 2 * inner->border};
     if (intersection(part, whole) != part)
         return {};
     const auto extents = numbersProperty(connection, window, "_NET_FRAME_EXTENTS");
@@ -143,13 +144,13 @@ std::expected<bool, std::string> X11WindowSource::update() {
 /// Where a shaped window has no pixels, its pixmap holds what was beneath when it was made.
 void X11WindowSource::blackenCutOut() {
     auto& image = m_live->image();
-    for (const PixelRect& part : m_cutOut)
+    for (const media::color::PixelRect& part : m_cutOut)
         for (int y = part.y; y < part.y + part.height; ++y)
             std::fill_n(image.pixels() + y * image.stride() + std::ptrdiff_t{4} * part.x,
                         std::size_t{4} * part.width, std::uint8_t{0});
 }
 
-PictureView X11WindowSource::picture() const {
+pictures::PictureView X11WindowSource::picture() const {
     auto& image = m_live->image();
     return {.pixels = image.pixels(),
             .stride = image.stride(),
@@ -179,10 +180,10 @@ bool X11WindowSource::follow() {
     xcb_composite_name_window_pixmap(m_connection.get(), topLevel, m_pixmap);
     const bool isSamePart = m_live && *crop == m_crop;
     m_crop = *crop;
-    const PixelRect area{crop->x - placement->border, crop->y - placement->border, crop->width,
-                         crop->height};
+    const media::color::PixelRect area{crop->x - placement->border, crop->y - placement->border,
+                                       crop->width, crop->height};
     m_cutOut = cutOutParts(m_connection, topLevel, area);
-    for (PixelRect& part : m_cutOut) {
+    for (media::color::PixelRect& part : m_cutOut) {
         part.x -= area.x;
         part.y -= area.y;
     }
@@ -191,7 +192,7 @@ bool X11WindowSource::follow() {
         return true;
     }
     m_live = std::make_unique<X11LivePicture>(m_connection, topLevel, area);
-    m_changed = TileMap(crop->width, crop->height);
+    m_changed = pictures::TileMap(crop->width, crop->height);
     return true;
 }
 
@@ -213,8 +214,8 @@ void X11WindowSource::releasePixmap() {
 /// What was covered has no pixels until the window has painted it, which the redirection asks it
 /// to.
 void X11WindowSource::awaitFirstPainting() {
-    const HostTime limit = hostNow() + longestPainting;
-    while (m_mustPaint && hostNow() < limit && !m_connection.isLost()) {
+    const base::HostTime limit = base::hostNow() + longestPainting;
+    while (m_mustPaint && base::hostNow() < limit && !m_connection.isLost()) {
         constexpr int noWakeUp = -1;
         m_connection.wait(noWakeUp, limit);
         while (const XcbEvent event = m_connection.pollEvent())
@@ -222,4 +223,4 @@ void X11WindowSource::awaitFirstPainting() {
     }
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// One window with the frame that the window manager has put around it, wherever it stands: the
 /// server keeps its pixels apart from the screen (extension Composite), so that what covers it or
@@ -22,8 +22,8 @@ class X11WindowSource final : public X11PictureSource {
     void handle(const xcb_generic_event_t& event) override;
     bool hasChanges() const override;
     std::expected<bool, std::string> update() override;
-    PictureView picture() const override;
-    TileMap& changed() override { return m_changed; }
+    pictures::PictureView picture() const override;
+    pictures::TileMap& changed() override { return m_changed; }
 
   private:
     X11WindowSource(const X11Connection& connection, xcb_window_t window);
@@ -35,15 +35,16 @@ class X11WindowSource final : public X11PictureSource {
     void awaitFirstPainting();
 
     const X11Connection& m_connection;
-    xcb_window_t m_window;           // as the user chose it
-    xcb_window_t m_topLevel = 0;     // the frame around it
-    xcb_pixmap_t m_pixmap = 0;       // its pixels; 0 while it is not shown
-    PixelRect m_crop;                // the frame's visible part, in pixels of the pixmap
-    std::vector<PixelRect> m_cutOut; // of the picture, where the window is not a rectangle
+    xcb_window_t m_window;          // as the user chose it
+    xcb_window_t m_topLevel = 0;    // the frame around it
+    xcb_pixmap_t m_pixmap = 0;      // its pixels; 0 while it is not shown
+    media::color::PixelRect m_crop; // the frame's visible part, in pixels of the pixmap
+    std::vector<media::color::PixelRect>
+        m_cutOut; // of the picture, where the window is not a rectangle
     std::unique_ptr<X11LivePicture> m_live;
-    TileMap m_changed{1, 1};
+    pictures::TileMap m_changed{1, 1};
     bool m_isStale = true;    // its size, frame or visibility may have changed
     bool m_mustPaint = false; // parts of it had no pixels when it was redirected
 };
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 /// Asks about all windows before it waits for the first answer.
@@ -66,7 +66,7 @@ xcb_window_t topLevelOf(const X11Connection& connection, xcb_window_t window) {
     }
 }
 
-PixelRect intersection(PixelRect a, PixelRect b) {
+media::color::PixelRect intersection(media::color::PixelRect a, media::color::PixelRect b) {
     const int left = std::max(a.x, b.x);
     const int top = std::max(a.y, b.y);
     const int right = std::min(a.x + a.width, b.x + b.width);
@@ -76,4 +76,4 @@ PixelRect intersection(PixelRect a, PixelRect b) {
     return {left, top, right - left, bottom - top};
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -1,20 +1,20 @@
 #pragma once
 
 #include "capture/x11/X11Connection.h"
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 
 #include <optional>
 #include <vector>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 /// A window as its parent places it.
 struct X11Placement {
     xcb_window_t window = 0;
-    PixelRect rect;       ///< with the border, in pixels of the parent
-    int border = 0;       ///< pixels on each side
-    int depth = 0;        ///< bits of a pixel
-    bool isShown = false; ///< it and all its ancestors are mapped, and it has pixels
+    media::color::PixelRect rect; ///< with the border, in pixels of the parent
+    int border = 0;               ///< pixels on each side
+    int depth = 0;                ///< bits of a pixel
+    bool isShown = false;         ///< it and all its ancestors are mapped, and it has pixels
 };
 
 /// Nothing for a window that has gone.
@@ -28,6 +28,6 @@ std::vector<X11Placement> childrenOf(const X11Connection& connection, xcb_window
 xcb_window_t topLevelOf(const X11Connection& connection, xcb_window_t window);
 
 /// What both rectangles hold; empty (no width) when that is nothing.
-PixelRect intersection(PixelRect a, PixelRect b);
+media::color::PixelRect intersection(media::color::PixelRect a, media::color::PixelRect b);
 
-} // namespace vantro
+} // namespace vantro::capture::x11

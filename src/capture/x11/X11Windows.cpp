@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 namespace {
 
 /// Lowest first, as X keeps them.
@@ -49,7 +49,8 @@ std::string windowTitle(const X11Connection& connection, xcb_window_t window) {
 }
 
 /// With the title bar and borders that the window manager has put around it.
-std::optional<PixelRect> outerRect(const X11Connection& connection, xcb_window_t window) {
+std::optional<media::color::PixelRect> outerRect(const X11Connection& connection,
+                                                 xcb_window_t window) {
     const auto geometry =
         connection.await(xcb_get_geometry_reply, xcb_get_geometry(connection.get(), window));
     const auto origin = connection.await(
@@ -57,7 +58,7 @@ std::optional<PixelRect> outerRect(const X11Connection& connection, xcb_window_t
         xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0));
     if (!geometry || !origin)
         return {};
-    PixelRect rect{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
+    media::color::PixelRect rect{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
     const auto extents = numbersProperty(connection, window, "_NET_FRAME_EXTENTS");
     if (extents.size() == 4) {
         const auto side = [&](std::size_t index) { return static_cast<int>(extents[index]); };
@@ -110,4 +111,4 @@ std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
     return windows;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

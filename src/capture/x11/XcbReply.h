@@ -5,7 +5,7 @@
 
 #include <xcb/xcb.h>
 
-namespace vantro {
+namespace vantro::capture::x11 {
 
 struct FreeXcbMemory {
     void operator()(void* memory) const { std::free(memory); }
@@ -28,4 +28,4 @@ XcbOwned<Reply> awaitReply(xcb_connection_t* connection,
     return reply;
 }
 
-} // namespace vantro
+} // namespace vantro::capture::x11

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// A colour as 0x00RRGGBB: a bgra pixel read as a little-endian word, without its alpha.
 using Color = std::uint32_t;
@@ -44,4 +44,4 @@ inline int distance(Color a, Color b) {
     return redWeight * dr * dr + greenWeight * dg * dg + blueWeight * db * db;
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 // The price of dither noise beside the error of the mean, both as squares. At 0 every colour
@@ -81,4 +81,4 @@ ColorMix ColorMatcher::compute(Color color) {
     return {second, first, static_cast<std::uint8_t>(share == 0 ? 255 : 256 - share)};
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Two palette entries that stand for a colour when pixels alternate between them: `share` of 256
 /// pixels show `high`, the others `low`. An undithered colour has equal entries.
@@ -86,4 +86,4 @@ inline std::uint8_t ColorMatcher::threshold(int x, int y) {
     return ditherThresholds[(static_cast<unsigned>(y) & 7) * 8 + (static_cast<unsigned>(x) & 7)];
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

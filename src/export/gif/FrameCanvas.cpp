@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 // Larger, and faint ghosts stay behind on flat areas; smaller, and the noise that a video codec
@@ -19,7 +19,7 @@ FrameCanvas::FrameCanvas(int width, int height)
     , m_shown(m_wanted.size(), Color{transparentIndex} << 24)
     , m_changed(m_wanted.size()) {}
 
-Region FrameCanvas::findChanges(const PixelBuffer& bgra) {
+Region FrameCanvas::findChanges(const media::PixelBuffer& bgra) {
     m_changedCount = 0;
     int left = m_width;
     int right = 0;
@@ -80,4 +80,4 @@ void FrameCanvas::changePalette(const Palette& palette) {
     }
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -2,13 +2,13 @@
 
 #include "export/gif/Color.h"
 #include "export/gif/GifBlocks.h"
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// What a viewer of the animation sees by now, and which pixels of the next picture differ from it
 /// visibly.
@@ -22,7 +22,7 @@ class FrameCanvas {
 
     /// Compares `bgra` with what is seen. The smallest region that holds all changed pixels; empty
     /// (width 0) where there are none.
-    Region findChanges(const PixelBuffer& bgra);
+    Region findChanges(const media::PixelBuffer& bgra);
     /// Of the last findChanges().
     bool isChanged(std::size_t at) const { return m_changed[at] != 0; }
     std::size_t changedCount() const { return m_changedCount; }
@@ -62,4 +62,4 @@ inline Color colorAt(const std::uint8_t* row, int x) {
     return Color{pixel[2]} << 16 | Color{pixel[1]} << 8 | Color{pixel[0]};
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 // Below this many pixels a table of just the colours in use may be cheaper than the global one's
@@ -20,10 +20,10 @@ Bytes FrameEncoder::fileHeader() const {
     return gif::fileHeader(m_width, m_height, m_chooser.globalPalette());
 }
 
-Bytes FrameEncoder::encode(const PixelBuffer& bgra) {
-    require(bgra.format() == PixelFormat::bgra && bgra.width() == m_width &&
-                bgra.height() == m_height,
-            "GIF frame of another shape");
+Bytes FrameEncoder::encode(const media::PixelBuffer& bgra) {
+    base::require(bgra.format() == media::PixelFormat::bgra && bgra.width() == m_width &&
+                      bgra.height() == m_height,
+                  "GIF frame of another shape");
     const auto region = m_canvas.findChanges(bgra);
     if (region.width == 0)
         return {};
@@ -42,7 +42,8 @@ Bytes FrameEncoder::encode(const PixelBuffer& bgra) {
     return image;
 }
 
-void FrameEncoder::drawChanges(const PixelBuffer& bgra, Region region, ColorMatcher& matcher) {
+void FrameEncoder::drawChanges(const media::PixelBuffer& bgra, Region region,
+                               ColorMatcher& matcher) {
     m_symbols.resize(static_cast<std::size_t>(region.width) * region.height);
     m_used.fill(false);
     auto* symbols = m_symbols.data();
@@ -93,4 +94,4 @@ Bytes FrameEncoder::encodeWithOwnTable(Region region, const Palette& palette) {
     return bytes;
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -4,12 +4,12 @@
 #include "export/gif/GifBlocks.h"
 #include "export/gif/LzwEncoder.h"
 #include "export/gif/PaletteChooser.h"
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <array>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Turns pictures into GIF images that hold what changed from one to the next. One thread.
 class FrameEncoder {
@@ -17,12 +17,12 @@ class FrameEncoder {
     FrameEncoder(int width, int height);
 
     /// The image, its delay still 0; empty where nothing changed visibly.
-    Bytes encode(const PixelBuffer& bgra);
+    Bytes encode(const media::PixelBuffer& bgra);
     /// The file's beginning; known after the first picture.
     Bytes fileHeader() const;
 
   private:
-    void drawChanges(const PixelBuffer& bgra, Region region, ColorMatcher& matcher);
+    void drawChanges(const media::PixelBuffer& bgra, Region region, ColorMatcher& matcher);
     Bytes encodeWithOwnTable(Region region, const Palette& palette);
     Bytes encodeWithGlobalTable(Region region);
 
@@ -35,4 +35,4 @@ class FrameEncoder {
     std::array<bool, 256> m_used{}; ///< entries that the image cannot do without
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

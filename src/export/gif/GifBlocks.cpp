@@ -4,7 +4,7 @@
 #include <bit>
 #include <string_view>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 constexpr std::uint8_t hasColorTable = 0x80;
@@ -85,4 +85,4 @@ void setDelay(std::span<std::uint8_t> image, int hundredths) {
     image[delayAt + 1] = static_cast<std::uint8_t>(hundredths >> 8);
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

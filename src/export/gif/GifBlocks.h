@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// The parts of a GIF file, byte by byte; the numbers in them are little-endian.
 
@@ -40,4 +40,4 @@ Bytes emptyImage();
 /// Sets the delay of an image that imageHeader() begins, in hundredths of a second.
 void setDelay(std::span<std::uint8_t> image, int hundredths);
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

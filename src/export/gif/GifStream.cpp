@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& target, int reason) {
@@ -39,4 +39,4 @@ void GifStream::commit() {
     m_descriptor.reset();
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Bytes on their way into a file that appears under its name only when it is whole.
 ///
@@ -23,8 +23,8 @@ class GifStream {
     void commit();
 
   private:
-    OutputFile m_file;
-    FileDescriptor m_descriptor;
+    base::OutputFile m_file;
+    base::FileDescriptor m_descriptor;
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace vantro {
+namespace vantro::exporting::gif {
 namespace {
 
 // In hundredths of a second, where a GIF has 16 bits. Ten minutes are a whole number of frames at
@@ -23,9 +23,9 @@ auto reported(const char* text, Step&& step) {
     try {
         return step();
     } catch (const std::filesystem::filesystem_error& error) {
-        throw VantroError(VantroError::Kind::exportFailed, std::string(text) + ": " +
-                                                               error.path1().string() + ": " +
-                                                               error.code().message());
+        throw model::VantroError(model::VantroError::Kind::exportFailed,
+                                 std::string(text) + ": " + error.path1().string() + ": " +
+                                     error.code().message());
     }
 }
 
@@ -36,10 +36,10 @@ constexpr auto cannotFinalize = "Failed to finalize GIF";
 
 class GifWriter::Body {
   public:
-    Body(const std::filesystem::path& target, int width, int height, MediaTime frameDelay)
+    Body(const std::filesystem::path& target, int width, int height, media::MediaTime frameDelay)
         : m_stream(target), m_encoder(width, height), m_frameDelay(frameDelay) {}
 
-    void append(const PixelBuffer& bgra) {
+    void append(const media::PixelBuffer& bgra) {
         auto image = m_encoder.encode(bgra);
         if (!image.empty()) {
             if (m_frameCount == 0)
@@ -53,9 +53,9 @@ class GifWriter::Body {
 
     void finish() {
         if (m_frameCount == 0)
-            throw VantroError(VantroError::Kind::exportFailed, std::string(cannotFinalize) + ": " +
-                                                                   m_stream.target().string() +
-                                                                   ": no frames");
+            throw model::VantroError(model::VantroError::Kind::exportFailed,
+                                     std::string(cannotFinalize) + ": " +
+                                         m_stream.target().string() + ": no frames");
         writePending();
         m_stream.write(gif::fileTrailer);
         m_stream.commit();
@@ -66,7 +66,7 @@ class GifWriter::Body {
     void writePending() {
         const auto ticks = [this](std::int64_t frames) {
             const auto hundredths =
-                checkedMultiply(checkedMultiply(frames, 100), m_frameDelay.value);
+                base::checkedMultiply(base::checkedMultiply(frames, 100), m_frameDelay.value);
             return (hundredths + m_frameDelay.timescale / 2) / m_frameDelay.timescale;
         };
         auto delay = ticks(m_frameCount) - m_shownUntil;
@@ -82,28 +82,29 @@ class GifWriter::Body {
 
     gif::GifStream m_stream;
     gif::FrameEncoder m_encoder;
-    MediaTime m_frameDelay;
+    media::MediaTime m_frameDelay;
     std::vector<std::uint8_t> m_pending; ///< the last picture, whose delay is not known yet
     std::int64_t m_frameCount = 0;
     std::int64_t m_shownUntil = 0; ///< when the pictures written so far end, hundredths of a second
 };
 
-GifWriter::GifWriter(std::filesystem::path target, int width, int height, MediaTime frameDelay) {
-    require(frameDelay.timescale > 0 && frameDelay.value * 50 >= frameDelay.timescale,
-            "GIF frames must last at least 1/50 s");
+GifWriter::GifWriter(std::filesystem::path target, int width, int height,
+                     media::MediaTime frameDelay) {
+    base::require(frameDelay.timescale > 0 && frameDelay.value * 50 >= frameDelay.timescale,
+                  "GIF frames must last at least 1/50 s");
     m_body = reported(cannotCreate,
                       [&] { return std::make_unique<Body>(target, width, height, frameDelay); });
 }
 
 GifWriter::~GifWriter() = default;
 
-void GifWriter::append(const PixelBuffer& bgra) {
-    require(m_body != nullptr, "GIF frame after the end");
+void GifWriter::append(const media::PixelBuffer& bgra) {
+    base::require(m_body != nullptr, "GIF frame after the end");
     reported(cannotFinalize, [&] { m_body->append(bgra); });
 }
 
 void GifWriter::finish() {
-    require(m_body != nullptr, "GIF finished twice");
+    base::require(m_body != nullptr, "GIF finished twice");
     reported(cannotFinalize, [&] { m_body->finish(); });
     m_body.reset();
 }
@@ -112,4 +113,4 @@ void GifWriter::cancel() {
     m_body.reset();
 }
 
-} // namespace vantro
+} // namespace vantro::exporting::gif

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "media/MediaTime.h"
-#include "media/PixelBuffer.h"
+#include "media/values/MediaTime.h"
+#include "media/values/PixelBuffer.h"
 
 #include <filesystem>
 #include <memory>
 
-namespace vantro {
+namespace vantro::exporting::gif {
 
 /// Writes an endlessly looping animated GIF of pictures that follow each other at one pace.
 ///
@@ -23,14 +23,14 @@ class GifWriter {
   public:
     /// Pixels from 1 to 32768 a side; `frameDelay` in seconds, at least 1/50 (players slow down
     /// anything faster). "Failed to create GIF destination" where the file cannot be made.
-    GifWriter(std::filesystem::path target, int width, int height, MediaTime frameDelay);
+    GifWriter(std::filesystem::path target, int width, int height, media::MediaTime frameDelay);
     ~GifWriter();
     GifWriter(const GifWriter&) = delete;
     GifWriter& operator=(const GifWriter&) = delete;
 
     /// The next picture: bgra, of the writer's size, alpha ignored. Nothing of it is kept by
     /// reference. "Failed to finalize GIF" where the file cannot be written.
-    void append(const PixelBuffer& bgra);
+    void append(const media::PixelBuffer& bgra);
 
     /// Completes the file. "Failed to finalize GIF" where that fails or no picture was appended.
     void finish();
@@ -43,4 +43,4 @@ class GifWriter {
     std::unique_ptr<Body> m_body; ///< none after finish or cancel
 };
 
-} // namespace vantro
+} // namespace vantro::exporting::gif

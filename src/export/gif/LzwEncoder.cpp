@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 constexpr std::size_t largestSubBlock = 255;
@@ -163,4 +163,4 @@ void LzwEncoder::flushBits() {
         m_bytes.push_back(static_cast<std::uint8_t>(m_pendingBits));
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// What one pixel may be coded as: either symbol shows the same. Equal where there is no choice.
 struct Symbols {
@@ -56,4 +56,4 @@ class LzwEncoder {
     int m_pendingCount = 0;
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -7,7 +7,7 @@
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace vantro::gif::HWY_NAMESPACE {
+namespace vantro::exporting::gif::HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -37,11 +37,11 @@ int findNearest(const NearestColor::Table& table, Color color) {
 }
 
 } // namespace
-} // namespace vantro::gif::HWY_NAMESPACE
+} // namespace vantro::exporting::gif::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 HWY_EXPORT(findNearest);
 } // namespace
@@ -61,5 +61,5 @@ int NearestColor::find(Color color) const {
     return HWY_DYNAMIC_DISPATCH(findNearest)(m_table, color);
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif
 #endif

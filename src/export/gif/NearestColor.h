@@ -5,7 +5,7 @@
 #include <array>
 #include <span>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Finds palette colours with the processor's widest SIMD instructions; results are the same on
 /// every processor. Thread-safety: const members from any thread.
@@ -28,4 +28,4 @@ class NearestColor {
     Table m_table;
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -10,7 +10,7 @@
 
 #include <libimagequant.h>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 // A power of two. Bounds the memory and the time that choosing takes.
@@ -155,4 +155,4 @@ Palette PaletteBuilder::build() const {
     return palette;
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Counts the colours of a picture and chooses the palette that shows them best.
 ///
@@ -37,4 +37,4 @@ class PaletteBuilder {
     int m_droppedBits = 0;
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

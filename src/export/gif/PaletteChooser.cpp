@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 namespace {
 
 constexpr std::size_t sampleSize = 4096;
@@ -19,7 +19,7 @@ double tolerated(double attainable) {
     return attainable * 1.5 + greyDistance(2);
 }
 
-Palette makePalette(const PixelBuffer& bgra, const FrameCanvas& canvas) {
+Palette makePalette(const media::PixelBuffer& bgra, const FrameCanvas& canvas) {
     const auto width = static_cast<std::size_t>(bgra.width());
     const auto total = width * static_cast<std::size_t>(bgra.height());
     const auto changed = canvas.changedCount();
@@ -37,7 +37,8 @@ Palette makePalette(const PixelBuffer& bgra, const FrameCanvas& canvas) {
 
 } // namespace
 
-PaletteChooser::Choice PaletteChooser::choose(const PixelBuffer& bgra, const FrameCanvas& canvas) {
+PaletteChooser::Choice PaletteChooser::choose(const media::PixelBuffer& bgra,
+                                              const FrameCanvas& canvas) {
     takeSample(bgra, canvas);
     const auto* before = m_global ? m_latest : nullptr;
     auto& matcher = best(bgra, canvas);
@@ -46,7 +47,7 @@ PaletteChooser::Choice PaletteChooser::choose(const PixelBuffer& bgra, const Fra
     return {&matcher, &matcher == m_global.get(), isOther};
 }
 
-ColorMatcher& PaletteChooser::best(const PixelBuffer& bgra, const FrameCanvas& canvas) {
+ColorMatcher& PaletteChooser::best(const media::PixelBuffer& bgra, const FrameCanvas& canvas) {
     if (m_global) {
         const auto tolerance = tolerated(m_attainable);
         if (errorOf(*m_global) <= tolerance)
@@ -68,7 +69,7 @@ double PaletteChooser::errorOf(ColorMatcher& matcher) const {
     return sum / static_cast<double>(m_sample.size());
 }
 
-void PaletteChooser::takeSample(const PixelBuffer& bgra, const FrameCanvas& canvas) {
+void PaletteChooser::takeSample(const media::PixelBuffer& bgra, const FrameCanvas& canvas) {
     m_sample.clear();
     const auto width = static_cast<std::size_t>(bgra.width());
     const auto total = width * static_cast<std::size_t>(bgra.height());
@@ -82,4 +83,4 @@ void PaletteChooser::takeSample(const PixelBuffer& bgra, const FrameCanvas& canv
     }
 }
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

@@ -2,12 +2,12 @@
 
 #include "export/gif/ColorMatcher.h"
 #include "export/gif/FrameCanvas.h"
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <memory>
 #include <vector>
 
-namespace vantro::gif {
+namespace vantro::exporting::gif {
 
 /// Decides with which palette a frame's changes are drawn: the global one, made from the first
 /// frame, the latest local one, or a new local one where neither is good enough.
@@ -21,14 +21,14 @@ class PaletteChooser {
     };
 
     /// For the changes that `canvas` found last in `bgra`; at least one.
-    Choice choose(const PixelBuffer& bgra, const FrameCanvas& canvas);
+    Choice choose(const media::PixelBuffer& bgra, const FrameCanvas& canvas);
     /// After the first choice.
     const Palette& globalPalette() const { return m_global->palette(); }
 
   private:
-    ColorMatcher& best(const PixelBuffer& bgra, const FrameCanvas& canvas);
+    ColorMatcher& best(const media::PixelBuffer& bgra, const FrameCanvas& canvas);
     double errorOf(ColorMatcher& matcher) const;
-    void takeSample(const PixelBuffer& bgra, const FrameCanvas& canvas);
+    void takeSample(const media::PixelBuffer& bgra, const FrameCanvas& canvas);
 
     std::vector<Color> m_sample; ///< of the changed pixels
     std::unique_ptr<ColorMatcher> m_global;
@@ -37,4 +37,4 @@ class PaletteChooser {
     double m_attainable = 0; ///< the mean error of the latest palette on what it was made for
 };
 
-} // namespace vantro::gif
+} // namespace vantro::exporting::gif

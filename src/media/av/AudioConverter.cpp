@@ -1,8 +1,8 @@
 #include "media/av/AudioConverter.h"
 
-#include "media/AudioBuffer.h"
-#include "media/MediaError.h"
 #include "media/av/Libraries.h"
+#include "media/values/AudioBuffer.h"
+#include "media/values/MediaError.h"
 
 #include <array>
 #include <new>
@@ -14,7 +14,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 /// The layout to mix from; sound that does not tell gets the usual one for its channels.
@@ -94,4 +94,4 @@ void AudioConverter::run(const AVFrame* frame, std::vector<float>& output) {
     output.resize(before + static_cast<std::size_t>(made) * mixing::channelCount);
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Turns decoded sound of any kind into the mix format. One thread at a time.
 ///
@@ -35,4 +35,4 @@ class AudioConverter {
     int m_inputChannels = 0;
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

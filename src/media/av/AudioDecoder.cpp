@@ -1,16 +1,16 @@
 #include "media/av/AudioDecoder.h"
 
-#include "media/AudioBuffer.h"
-#include "media/MediaError.h"
 #include "media/av/DecoderSetup.h"
 #include "media/av/Libraries.h"
+#include "media/values/AudioBuffer.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <cstdlib>
 
 #include <fmt/format.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // Timestamps of sound jitter by their own rounding, a millisecond in Matroska. Less than this goes
@@ -130,4 +130,4 @@ void AudioDecoder::breakOff(const std::string& reason) const {
                     static_cast<double>(m_position.value_or(0)) / mixing::sampleRate, reason));
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "media/MediaTime.h"
 #include "media/av/AudioConverter.h"
 #include "media/av/MovieFile.h"
+#include "media/values/MediaTime.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Sound on its file's time line, in the mix format.
 struct DecodedSound {
@@ -51,4 +51,4 @@ class AudioDecoder {
     std::optional<std::int64_t> m_position; ///< where the next converted sample stands
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,13 +1,13 @@
 #include "media/av/AudioEncoder.h"
 
-#include "media/AudioBuffer.h"
-#include "media/MediaError.h"
 #include "media/av/Libraries.h"
+#include "media/values/AudioBuffer.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <new>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 constexpr int channels = mixing::channelCount;
@@ -86,4 +86,4 @@ void AudioEncoder::send(const AVFrame* frame, const PacketSink& sink) {
     throw MediaError("Encoding sound failed: " + errorText(result));
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "media/AssetWriter.h"
 #include "media/av/Handles.h"
+#include "media/values/WriterSettings.h"
 
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Encodes sound of the mix format as AAC-LC. One thread at a time.
 ///
@@ -39,4 +39,4 @@ class AudioEncoder {
     std::int64_t m_position = 0;  ///< of the first waiting sample
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

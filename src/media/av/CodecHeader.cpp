@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 std::vector<std::uint8_t> headerOf(const AVCodecContext& codec) {
     return {codec.extradata, codec.extradata + codec.extradata_size};
@@ -20,4 +20,4 @@ void setHeader(AVCodecContext& codec, std::span<const std::uint8_t> header) {
     codec.extradata_size = static_cast<int>(header.size());
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

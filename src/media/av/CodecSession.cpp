@@ -2,7 +2,7 @@
 
 #include "media/av/Libraries.h"
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 CodecSession::CodecSession(std::string name, CodecHandle codec, Submit submit)
     : m_name(std::move(name))
@@ -26,4 +26,4 @@ std::expected<void, std::string> CodecSession::encode(const AVFrame* picture,
     return std::unexpected(detail.empty() ? errorText(result) : detail);
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 using PacketSink = std::function<void(AVPacket&)>;
 
@@ -33,4 +33,4 @@ class CodecSession {
     PacketHandle m_packet;
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

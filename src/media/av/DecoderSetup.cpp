@@ -1,13 +1,13 @@
 #include "media/av/DecoderSetup.h"
 
-#include "media/MediaError.h"
 #include "media/av/Libraries.h"
+#include "media/values/MediaError.h"
 
 #include <new>
 
 #include <fmt/format.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 AVStream& selectStream(const MovieFile& file, int index, AVMediaType type) {
     AVStream* selected = nullptr;
@@ -41,4 +41,4 @@ CodecHandle openDecoder(const MovieFile& file, const AVStream& stream, unsigned 
     return context;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -3,7 +3,7 @@
 #include "media/av/Handles.h"
 #include "media/av/MovieFile.h"
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// The file's stream of this index and kind, which from now on is the only one that is read. Throws
 /// MediaError "No video track found" or "No audio track found".
@@ -13,4 +13,4 @@ AVStream& selectStream(const MovieFile& file, int index, AVMediaType type);
 /// file's path.
 CodecHandle openDecoder(const MovieFile& file, const AVStream& stream, unsigned threads);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -2,10 +2,10 @@
 
 #include "base/Guarded.h"
 #include "base/Log.h"
-#include "media/MediaError.h"
 #include "media/av/EncoderTrial.h"
 #include "media/av/HardwareEncoder.h"
 #include "media/av/SoftwareEncoder.h"
+#include "media/values/MediaError.h"
 
 #include <array>
 #include <map>
@@ -14,7 +14,7 @@
 
 #include <fmt/ranges.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // At 20 Mbit/s what these make cannot be told from libx264's work by eye, it is there several times
@@ -53,7 +53,7 @@ CodecSession openAutomatic(const VideoSettings& settings) {
         }
         problems.push_back(fmt::format("{}: {}", optionName(hardware), problem));
     }
-    logInfo("Encoding with libx264 ({})", fmt::join(problems, "; "));
+    base::logInfo("Encoding with libx264 ({})", fmt::join(problems, "; "));
     return openSoftwareEncoder(settings);
 }
 
@@ -61,7 +61,7 @@ CodecSession openAutomatic(const VideoSettings& settings) {
 
 std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& settings) {
     using Case = std::tuple<VideoEncoderChoice, int, int, double>;
-    static Guarded<std::map<Case, std::string>> known;
+    static base::Guarded<std::map<Case, std::string>> known;
     const Case wanted{hardware, settings.width, settings.height, settings.expectedFrameRate};
     const auto answer = known.with([&](auto& answers) {
         const auto found = answers.find(wanted);
@@ -81,4 +81,4 @@ CodecSession openSelectedEncoder(const VideoSettings& settings) {
                                                              : openForced(settings);
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "media/VideoEncoderChoice.h"
 #include "media/av/CodecSession.h"
 #include "media/av/EncoderSetup.h"
+#include "media/values/VideoEncoderChoice.h"
 
 #include <string>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Opens the encoder that the settings ask for. The automatic choice takes the first hardware
 /// encoder that passes a trial with the movie's size, else libx264, and leaves a line in the log;
@@ -18,4 +18,4 @@ CodecSession openSelectedEncoder(const VideoSettings& settings);
 /// nothing does. Tried once for each size and rate while the program runs. Any thread.
 std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& settings);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

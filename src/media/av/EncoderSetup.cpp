@@ -1,7 +1,7 @@
 #include "media/av/EncoderSetup.h"
 
-#include "media/MediaError.h"
 #include "media/av/Libraries.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // A still screen is sharp long before this; below it, text already perfect costs megabits.
@@ -100,4 +100,4 @@ FrameHandle encoderFrame(std::shared_ptr<const PixelBuffer> picture, std::int64_
     return frame;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "media/AssetWriter.h"
-#include "media/PixelBuffer.h"
 #include "media/av/Handles.h"
+#include "media/values/PixelBuffer.h"
+#include "media/values/WriterSettings.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// What every H.264 encoder is told alike: size, rates, High profile, BT.709. Throws MediaError
 /// when libavcodec has no encoder of this name.
@@ -29,4 +29,4 @@ int framesBetweenKeyframes(const VideoSettings& settings);
 /// The i420 picture as a frame to encode, sharing its memory and keeping it alive.
 FrameHandle encoderFrame(std::shared_ptr<const PixelBuffer> picture, std::int64_t ticks);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 constexpr int pictureCount = 3;
@@ -143,4 +143,4 @@ std::string faultInTrial(CodecSession encoder, const VideoSettings& settings) {
     return faultInPackets(encoder.context(), made.packets, settings);
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,6 +1,6 @@
 #include "media/av/FrameConversion.h"
 
-#include "media/MediaError.h"
+#include "media/values/MediaError.h"
 
 #include <cstring>
 #include <new>
@@ -9,7 +9,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 bool isFullRange(const AVFrame& frame) {
@@ -130,4 +130,4 @@ std::shared_ptr<PixelBuffer> FrameConverter::scaledToBgra(const AVFrame& frame) 
     return picture;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

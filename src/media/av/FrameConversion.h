@@ -1,12 +1,12 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
 #include "media/av/Handles.h"
 #include "media/av/MovieFile.h"
+#include "media/values/PixelBuffer.h"
 
 #include <memory>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Turns decoded frames of one stream into pixel buffers that stand upright with square pixels.
 ///
@@ -28,4 +28,4 @@ class FrameConverter {
     ScalerHandle m_scaler; ///< reused while the frames' properties stay the same
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

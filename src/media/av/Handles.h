@@ -12,7 +12,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Releases a libav object with the library's own function, which takes the pointer or its address.
 template <auto release>
@@ -43,4 +43,4 @@ using BufferHandle = Handle<AVBufferRef, av_buffer_unref>;
 FrameHandle makeFrame();
 PacketHandle makePacket();
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,9 +1,9 @@
 #include "media/av/HardwareEncoder.h"
 
 #include "base/Fatal.h"
-#include "media/MediaError.h"
 #include "media/av/Libraries.h"
 #include "media/av/RenderNodes.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/hwcontext.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 /// Without B-frames, which many of these encoders lack and which win little at export bit rates:
@@ -169,7 +169,7 @@ CodecSession openHardwareEncoder(VideoEncoderChoice hardware, const VideoSetting
     case VideoEncoderChoice::libx264:
         break;
     }
-    fatal("not a hardware encoder");
+    base::fatal("not a hardware encoder");
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

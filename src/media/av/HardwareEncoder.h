@@ -1,10 +1,10 @@
 #pragma once
 
-#include "media/VideoEncoderChoice.h"
 #include "media/av/CodecSession.h"
 #include "media/av/EncoderSetup.h"
+#include "media/values/VideoEncoderChoice.h"
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Why this machine cannot have such an encoder, by a look at its devices that costs next to
 /// nothing; empty where one is worth a try.
@@ -14,4 +14,4 @@ std::string missingDevice(VideoEncoderChoice hardware);
 /// which they go in. Throws MediaError with the reason.
 CodecSession openHardwareEncoder(VideoEncoderChoice hardware, const VideoSettings& settings);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,8 +1,8 @@
 #include "media/av/Libraries.h"
 
 #include "base/Log.h"
-#include "media/MediaError.h"
 #include "media/av/Handles.h"
+#include "media/values/MediaError.h"
 
 #include <array>
 #include <cstdarg>
@@ -15,7 +15,7 @@ extern "C" {
 #include <libavutil/log.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 thread_local std::string lastErrorLine;
@@ -32,7 +32,7 @@ void receiveLogLine(void* object, int level, const char* format, std::va_list ar
         text.remove_suffix(1);
     if (text.empty())
         return;
-    logInfo("libav: {}", text);
+    base::logInfo("libav: {}", text);
     // "[mov,mp4 @ 0x55…] moov atom not found": the prefix says nothing to a user.
     if (const auto prefix = text.rfind("] "); prefix != std::string_view::npos)
         text.remove_prefix(prefix + 2);
@@ -78,4 +78,4 @@ PacketHandle makePacket() {
     return packet;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Sends the libraries' own error lines to our log as information and keeps everything else off
 /// standard error. Any thread, any number of times.
@@ -24,4 +24,4 @@ std::string takeLastErrorLine();
 /// As libav wants a file's name: never taken for another protocol's address.
 std::string fileUrl(const std::filesystem::path& path);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -11,7 +11,7 @@ extern "C" {
 #include <libavutil/mathematics.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 constexpr AVRational microseconds{1, AV_TIME_BASE};
@@ -139,4 +139,4 @@ PictureSize squarePixelSize(const AVStream& stream) {
     return {static_cast<int>(std::clamp<std::int64_t>(stretched, 1, largestSide)), height};
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// How a picture must be turned to stand upright: shown (x, y) = matrix × stored (x, y).
 struct Orientation {
@@ -49,4 +49,4 @@ Orientation orientation(const AVStream& stream);
 /// ratio. Not yet turned upright.
 PictureSize squarePixelSize(const AVStream& stream);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

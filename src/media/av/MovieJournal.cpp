@@ -13,7 +13,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 constexpr auto heading = "vantro movie journal 1";
@@ -118,13 +118,13 @@ void MovieJournal::append(const std::string& line) {
     if (m_isGivenUp || m_journal.append(line))
         return;
     m_isGivenUp = true;
-    logWarning("The recording's journal cannot be written; it would not survive the program");
+    base::logWarning("The recording's journal cannot be written; it would not survive the program");
 }
 
 JournalledMovie readMovieJournal(const std::filesystem::path& movie) {
     std::vector<std::string> lines;
     try {
-        lines = readJournal(movieJournalPath(movie));
+        lines = base::readJournal(movieJournalPath(movie));
     } catch (const std::filesystem::filesystem_error& error) {
         fail("Cannot recover", movie, error.code().message());
     }
@@ -148,4 +148,4 @@ JournalledMovie readMovieJournal(const std::filesystem::path& movie) {
     return journalled;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

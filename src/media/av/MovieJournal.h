@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Where one packet lies in a movie. Times are in the encoder's time base.
 struct JournalledPacket {
@@ -37,7 +37,7 @@ class MovieJournal {
   private:
     void append(const std::string& line);
 
-    JournalWriter m_journal;
+    base::JournalWriter m_journal;
     bool m_isGivenUp = false;
 };
 
@@ -50,4 +50,4 @@ struct JournalledMovie {
 /// Throws MediaError when there is no journal, or it is none.
 JournalledMovie readMovieJournal(const std::filesystem::path& movie);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -10,7 +10,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // Divides every usual track timescale, so that the movie's length is as exact as the tracks'.
@@ -131,4 +131,4 @@ void MovieMuxer::check(int result) const {
         fail("Cannot write", m_shownPath, errorText(result));
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "media/AssetWriter.h"
 #include "media/av/Handles.h"
 #include "media/av/MovieJournal.h"
+#include "media/values/WriterSettings.h"
 
 #include <filesystem>
 #include <mutex>
 #include <optional>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Writes encoded packets into a movie file. Every failed write throws MediaError with the path
 /// that the user knows and the reason. Any thread may write; the rest is for one at a time.
@@ -56,4 +56,4 @@ class MovieMuxer {
     std::optional<MovieJournal> m_journal;
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 namespace fs = std::filesystem;
@@ -31,4 +31,4 @@ std::vector<RenderNode> renderNodes() {
     return nodes;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

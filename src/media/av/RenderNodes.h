@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// A device for drawing and encoding without a display.
 struct RenderNode {
@@ -14,4 +14,4 @@ struct RenderNode {
 /// This machine's, in the order of their numbers. Any thread.
 std::vector<RenderNode> renderNodes();
 
-} // namespace vantro::av
+} // namespace vantro::media::av

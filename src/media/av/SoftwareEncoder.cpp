@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <thread>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 constexpr auto codecName = "libx264";
@@ -56,4 +56,4 @@ CodecSession openSucceedingEncoder(const VideoSettings& settings) {
     return {codecName, std::move(codec)};
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

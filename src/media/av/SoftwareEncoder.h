@@ -3,7 +3,7 @@
 #include "media/av/CodecSession.h"
 #include "media/av/EncoderSetup.h"
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// libx264, live or for a file as the settings say. Throws MediaError.
 CodecSession openSoftwareEncoder(const VideoSettings& settings);
@@ -14,4 +14,4 @@ CodecSession openSoftwareEncoder(const VideoSettings& settings);
 /// always give the same parameter sets. Throws MediaError.
 CodecSession openSucceedingEncoder(const VideoSettings& settings);
 
-} // namespace vantro::av
+} // namespace vantro::media::av

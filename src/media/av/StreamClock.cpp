@@ -1,10 +1,10 @@
 #include "media/av/StreamClock.h"
 
-#include "media/Fraction.h"
+#include "media/values/Fraction.h"
 
 #include <algorithm>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // Sums with boundary times stay exact up to here: the common timescale fits 32 bits.
@@ -34,4 +34,4 @@ std::int64_t StreamClock::ticksAtOrBefore(MediaTime t) const {
     return static_cast<std::int64_t>(floor) + m_zero;
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

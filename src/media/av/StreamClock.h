@@ -1,11 +1,11 @@
 #pragma once
 
-#include "media/MediaTime.h"
 #include "media/av/Handles.h"
+#include "media/values/MediaTime.h"
 
 #include <cstdint>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Converts between a stream's ticks and times on its file's time line, whose zero is where a
 /// player starts the file. A plain value.
@@ -28,4 +28,4 @@ class StreamClock {
     std::int64_t m_zero;
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

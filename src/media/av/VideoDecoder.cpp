@@ -1,8 +1,8 @@
 #include "media/av/VideoDecoder.h"
 
-#include "media/MediaError.h"
 #include "media/av/DecoderSetup.h"
 #include "media/av/Libraries.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <thread>
@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 // More threads decode no 60 Hz movie better, and each holds a frame.
@@ -190,4 +190,4 @@ void VideoDecoder::breakOff(std::int64_t ticks, const std::string& reason) const
                                  endTime().seconds(), reason));
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

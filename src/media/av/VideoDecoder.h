@@ -1,12 +1,12 @@
 #pragma once
 
-#include "media/MediaTime.h"
 #include "media/av/MovieFile.h"
+#include "media/values/MediaTime.h"
 
 #include <optional>
 #include <string>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// A decoded picture, not yet converted, and when it is to be shown.
 struct DecodedFrame {
@@ -66,4 +66,4 @@ class VideoDecoder {
     std::optional<std::int64_t> m_lastTicks; ///< of the last picture given
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

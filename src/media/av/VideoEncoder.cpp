@@ -1,11 +1,11 @@
 #include "media/av/VideoEncoder.h"
 
 #include "base/Log.h"
-#include "media/MediaError.h"
 #include "media/av/CodecHeader.h"
 #include "media/av/EncoderSelection.h"
 #include "media/av/EncoderSetup.h"
 #include "media/av/SoftwareEncoder.h"
+#include "media/values/MediaError.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -14,7 +14,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro::av {
+namespace vantro::media::av {
 namespace {
 
 /// A context that only describes what another makes.
@@ -127,7 +127,7 @@ std::expected<void, std::string> VideoEncoder::sendToHardware(const AVFrame* fra
 
 /// Goes on with libx264 from the first picture that is not done.
 void VideoEncoder::succeed(const std::string& reason, const PacketSink& sink) {
-    logWarning("The encoder {} failed: {}; going on with libx264", m_session.name(), reason);
+    base::logWarning("The encoder {} failed: {}; going on with libx264", m_session.name(), reason);
     m_session = openSucceedingEncoder(m_settings);
     if (headerOf(m_session.context()) != m_successorHeader)
         throw MediaError("Encoding failed: " + reason);
@@ -137,4 +137,4 @@ void VideoEncoder::succeed(const std::string& reason, const PacketSink& sink) {
         send(encoderFrame(std::move(picture.pixels), picture.ticks).get(), sink);
 }
 
-} // namespace vantro::av
+} // namespace vantro::media::av

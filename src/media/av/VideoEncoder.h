@@ -1,7 +1,8 @@
 #pragma once
 
-#include "media/AssetWriter.h"
 #include "media/av/CodecSession.h"
+#include "media/values/PixelBuffer.h"
+#include "media/values/WriterSettings.h"
 
 #include <cstdint>
 #include <deque>
@@ -10,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace vantro::av {
+namespace vantro::media::av {
 
 /// Encodes i420 pictures as H.264 High. One thread at a time; encodes on threads of its own.
 ///
@@ -65,4 +66,4 @@ class VideoEncoder {
     bool m_isFirst = true;
 };
 
-} // namespace vantro::av
+} // namespace vantro::media::av

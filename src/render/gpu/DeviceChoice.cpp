@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 std::expected<std::size_t, std::string> chooseDevice(std::span<const DeviceCandidate> candidates,
                                                      bool allowSoftware) {
@@ -23,4 +23,4 @@ std::expected<std::size_t, std::string> chooseDevice(std::span<const DeviceCandi
     return static_cast<std::size_t>(std::distance(candidates.begin(), best));
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

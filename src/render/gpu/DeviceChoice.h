@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 enum class DeviceKind { discrete, integrated, virtualised, unknown, software };
 
@@ -22,4 +22,4 @@ struct DeviceCandidate {
 std::expected<std::size_t, std::string> chooseDevice(std::span<const DeviceCandidate> candidates,
                                                      bool allowSoftware);
 
-} // namespace vantro
+} // namespace vantro::render::gpu

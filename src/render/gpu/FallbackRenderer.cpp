@@ -5,27 +5,28 @@
 
 #include <utility>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 FallbackRenderer::FallbackRenderer(std::unique_ptr<Renderer> preferred, Factory makeFallback)
     : m_renderer(std::move(preferred)), m_makeFallback(std::move(makeFallback)) {
-    require(m_renderer != nullptr && m_makeFallback, "a fallback needs both renderers");
+    base::require(m_renderer != nullptr && m_makeFallback, "a fallback needs both renderers");
 }
 
 std::string_view FallbackRenderer::description() const {
     return m_renderer->description();
 }
 
-bool FallbackRenderer::render(const RenderParams& params, PixelBuffer& output) {
+bool FallbackRenderer::render(const RenderParams& params, media::PixelBuffer& output) {
     if (m_renderer->render(params, output))
         return true;
     if (!m_makeFallback)
         return false;
     auto fallback = std::exchange(m_makeFallback, nullptr)();
-    require(fallback != nullptr, "no renderer to fall back on");
-    logWarning("{} gave up, going on with {}", m_renderer->description(), fallback->description());
+    base::require(fallback != nullptr, "no renderer to fall back on");
+    base::logWarning("{} gave up, going on with {}", m_renderer->description(),
+                     fallback->description());
     m_renderer = std::move(fallback);
     return m_renderer->render(params, output);
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

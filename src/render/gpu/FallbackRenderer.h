@@ -1,11 +1,11 @@
 #pragma once
 
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <functional>
 #include <memory>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 /// Draws with a preferred renderer until that fails, then with another for good. The frame at which
 /// it fails is drawn again, so none is lost, and one line is logged.
@@ -19,11 +19,11 @@ class FallbackRenderer : public Renderer {
     /// Of the renderer that draws now; valid until the next `render`.
     std::string_view description() const override;
     /// False only when the second renderer fails as well.
-    bool render(const RenderParams& params, PixelBuffer& output) override;
+    bool render(const RenderParams& params, media::PixelBuffer& output) override;
 
   private:
     std::unique_ptr<Renderer> m_renderer;
     Factory m_makeFallback; ///< empty once used
 };
 
-} // namespace vantro
+} // namespace vantro::render::gpu

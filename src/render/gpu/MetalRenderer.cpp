@@ -2,17 +2,17 @@
 
 #include "base/Fatal.h"
 #include "base/Log.h"
-#include "render/CursorImage.h"
-#include "render/ShadowImage.h"
 #include "render/gpu/QuadPlan.h"
 #include "render/gpu/vulkan/OutputPicture.h"
 #include "render/gpu/vulkan/PictureTexture.h"
 #include "render/gpu/vulkan/SourceTexture.h"
 #include "render/gpu/vulkan/VulkanError.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/ShadowImage.h"
 
 #include <algorithm>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 using vulkan::PictureTexture;
 
@@ -27,7 +27,7 @@ struct MetalRenderer::State {
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
-    void draw(const RenderParams& params, PixelBuffer& output);
+    void draw(const RenderParams& params, media::PixelBuffer& output);
     void bringPictures(const RenderParams& params, const QuadPlan& plan);
     void bring(const RenderParams& params, const QuadDraw& quad);
     void drawPass(VkRenderPass pass, const vulkan::RenderTarget& target, const QuadList& quads);
@@ -40,16 +40,16 @@ struct MetalRenderer::State {
     vulkan::Commands commands;
     vulkan::QuadPainter painter;
     vulkan::SourceTexture source;
-    PictureTexture background{PictureTexture::Changes::rarely};
-    PictureTexture shadow{PictureTexture::Changes::rarely};
-    PictureTexture cursor{PictureTexture::Changes::rarely};
-    PictureTexture webcam{PictureTexture::Changes::often};
+    vulkan::PictureTexture background{vulkan::PictureTexture::Changes::rarely};
+    vulkan::PictureTexture shadow{vulkan::PictureTexture::Changes::rarely};
+    vulkan::PictureTexture cursor{vulkan::PictureTexture::Changes::rarely};
+    vulkan::PictureTexture webcam{vulkan::PictureTexture::Changes::often};
     vulkan::RenderTarget scene;
     vulkan::OutputPicture output;
     bool failed = false;
 };
 
-void MetalRenderer::State::draw(const RenderParams& params, PixelBuffer& finished) {
+void MetalRenderer::State::draw(const RenderParams& params, media::PixelBuffer& finished) {
     const QuadPlan plan = planQuads(params, cursors.image());
     if (plan.path == DrawPath::nothing)
         return;
@@ -69,7 +69,7 @@ void MetalRenderer::State::draw(const RenderParams& params, PixelBuffer& finishe
     output.recordReturn(context, commands);
     commands.submitAndWait();
 
-    for (PictureTexture* picture : {&background, &shadow, &cursor, &webcam})
+    for (vulkan::PictureTexture* picture : {&background, &shadow, &cursor, &webcam})
         picture->frameDone();
     output.copyTo(finished);
 }
@@ -139,17 +139,17 @@ std::string_view MetalRenderer::description() const {
     return m_state->description;
 }
 
-bool MetalRenderer::render(const RenderParams& params, PixelBuffer& output) {
-    require(params.source != nullptr && output.width() == params.canvasWidth &&
-                output.height() == params.canvasHeight,
-            "a frame without source, or an output of another size");
+bool MetalRenderer::render(const RenderParams& params, media::PixelBuffer& output) {
+    base::require(params.source != nullptr && output.width() == params.canvasWidth &&
+                      output.height() == params.canvasHeight,
+                  "a frame without source, or an output of another size");
     if (m_state->failed)
         return false;
     try {
         m_state->draw(params, output);
         return true;
     } catch (const vulkan::VulkanError& error) {
-        logError("Drawing on the GPU failed: {}", error.what());
+        base::logError("Drawing on the GPU failed: {}", error.what());
         m_state->failed = true;
         return false;
     }
@@ -165,4 +165,4 @@ std::expected<std::unique_ptr<Renderer>, std::string> makeMetalRenderer(const Cu
     }
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

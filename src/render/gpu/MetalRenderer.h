@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <expected>
 #include <functional>
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 struct GpuOptions {
     /// Also take a driver that draws in software when there is no real GPU. It is many times slower
@@ -30,7 +30,7 @@ class MetalRenderer : public Renderer {
     ~MetalRenderer() override;
 
     std::string_view description() const override;
-    bool render(const RenderParams& params, PixelBuffer& output) override;
+    bool render(const RenderParams& params, media::PixelBuffer& output) override;
 
   private:
     friend std::expected<std::unique_ptr<Renderer>, std::string>
@@ -47,4 +47,4 @@ class MetalRenderer : public Renderer {
 std::expected<std::unique_ptr<Renderer>, std::string>
 makeMetalRenderer(const CursorImage& cursor, const GpuOptions& options = {});
 
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,9 +1,9 @@
 #include "render/gpu/QuadPlan.h"
 
 #include "base/Fatal.h"
-#include "render/FrameLayout.h"
+#include "render/scene/FrameLayout.h"
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 /// Canvas pixels, y from the top.
@@ -80,7 +80,7 @@ void addRecording(QuadList& list, const RenderParams& params) {
 void addCursor(QuadList& list, const RenderParams& params, const CursorImage& cursor) {
     if (!params.cursorX || !params.cursorY || !cursor.pixels)
         return;
-    const Rect place = cursorRect(params, cursor);
+    const model::Rect place = cursorRect(params, cursor);
     const TopRect rect{static_cast<float>(place.x), static_cast<float>(place.y),
                        static_cast<float>(place.width), static_cast<float>(place.height)};
     if (rect.width > 0 && rect.height > 0)
@@ -112,7 +112,7 @@ void addWebcam(QuadList& list, const RenderParams& params) {
 }
 
 void addZoomSample(QuadList& list, const RenderParams& params, PictureRole picture,
-                   const ZoomWindow& window, Size pictureSize) {
+                   const ZoomWindow& window, model::Size pictureSize) {
     QuadDraw draw = plainQuad(PipelineKind::zoomSample, picture, wholeCanvas(params), params);
     draw.uniforms.origin = {static_cast<float>(window.x / pictureSize.width),
                             static_cast<float>(window.y / pictureSize.height)};
@@ -140,14 +140,14 @@ DrawPath drawPath(const RenderParams& params) {
 }
 
 void QuadList::add(const QuadDraw& draw) {
-    require(m_count < capacity, "too many quads in one pass");
+    base::require(m_count < capacity, "too many quads in one pass");
     m_draws[m_count++] = draw;
 }
 
 QuadPlan planQuads(const RenderParams& params, const CursorImage& cursor) {
     QuadPlan plan{.path = drawPath(params), .scene = {}, .output = {}};
-    const Size canvas{static_cast<double>(params.canvasWidth),
-                      static_cast<double>(params.canvasHeight)};
+    const model::Size canvas{static_cast<double>(params.canvasWidth),
+                             static_cast<double>(params.canvasHeight)};
     switch (plan.path) {
     case DrawPath::nothing:
         return plan;
@@ -156,8 +156,8 @@ QuadPlan planQuads(const RenderParams& params, const CursorImage& cursor) {
         addCursor(plan.output, params, cursor);
         break;
     case DrawPath::zoomWithoutBackground: {
-        const Size source{static_cast<double>(params.source->width()),
-                          static_cast<double>(params.source->height())};
+        const model::Size source{static_cast<double>(params.source->width()),
+                                 static_cast<double>(params.source->height())};
         addZoomSample(plan.output, params, PictureRole::source, sourceZoomWindow(params), source);
         addCursor(plan.output, params, cursor);
         break;
@@ -174,4 +174,4 @@ QuadPlan planQuads(const RenderParams& params, const CursorImage& cursor) {
     return plan;
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <array>
 #include <cstddef>
 #include <span>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 /// Which of the ways to draw a frame its parameters call for.
 enum class DrawPath {
@@ -77,4 +77,4 @@ struct QuadPlan {
 /// Lays the frame's quads out. `cursor` gives the pointer's proportions. Pure.
 QuadPlan planQuads(const RenderParams& params, const CursorImage& cursor);
 
-} // namespace vantro
+} // namespace vantro::render::gpu

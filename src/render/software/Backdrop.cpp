@@ -1,13 +1,13 @@
 #include "render/software/Backdrop.h"
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 #include "render/software/BilinearRows.h"
 #include "render/software/SourceRows.h"
 
 #include <cmath>
 #include <cstring>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 /// Rows that a worker takes at once.
@@ -23,14 +23,14 @@ std::uint32_t opaquePixel(const RenderColor& color) {
            channel(color.blue);
 }
 
-void drawColor(const RenderColor& color, PixelSpan rows, PixelBuffer& out) {
+void drawColor(const RenderColor& color, PixelSpan rows, media::PixelBuffer& out) {
     const std::uint32_t pixel = opaquePixel(color);
     for (int y = rows.begin; y < rows.end; ++y)
         for (int x = 0; x < out.width(); ++x)
             std::memcpy(out.mutableRow(0, y) + std::ptrdiff_t{x} * 4, &pixel, sizeof pixel);
 }
 
-void drawImage(const PixelBuffer& image, PixelSpan rows, PixelBuffer& out) {
+void drawImage(const media::PixelBuffer& image, PixelSpan rows, media::PixelBuffer& out) {
     const auto columns = SampleAxis::stretched(image.width(), 0, image.width(), 0, out.width());
     const auto lines = SampleAxis::stretched(image.height(), 0, image.height(), 0, out.height());
     BilinearRows stretched;
@@ -48,7 +48,7 @@ void drawImage(const PixelBuffer& image, PixelSpan rows, PixelBuffer& out) {
 
 } // namespace
 
-void Backdrop::update(const RenderParams& params, WorkerPool& workers) {
+void Backdrop::update(const RenderParams& params, base::WorkerPool& workers) {
     Key key{params.bgColor, params.backgroundImage, shadowKey(params)};
     if (m_bgra && key == m_key)
         return;
@@ -56,7 +56,8 @@ void Backdrop::update(const RenderParams& params, WorkerPool& workers) {
     m_i420IsCurrent = false;
     if (!m_bgra || m_bgra->width() != params.canvasWidth ||
         m_bgra->height() != params.canvasHeight) {
-        m_bgra = PixelBuffer::allocate(PixelFormat::bgra, params.canvasWidth, params.canvasHeight);
+        m_bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, params.canvasWidth,
+                                              params.canvasHeight);
         m_i420.reset();
     }
     const AlphaImage& shadow = *m_shadow.imageFor(m_key.shadow);
@@ -74,15 +75,16 @@ void Backdrop::update(const RenderParams& params, WorkerPool& workers) {
     });
 }
 
-const PixelBuffer& Backdrop::as(PixelFormat format) {
-    if (format == PixelFormat::bgra)
+const media::PixelBuffer& Backdrop::as(media::PixelFormat format) {
+    if (format == media::PixelFormat::bgra)
         return *m_bgra;
     if (!m_i420)
-        m_i420 = PixelBuffer::allocate(PixelFormat::i420, m_bgra->width(), m_bgra->height());
+        m_i420 = media::PixelBuffer::allocate(media::PixelFormat::i420, m_bgra->width(),
+                                              m_bgra->height());
     if (!m_i420IsCurrent)
-        convertBgraToI420(*m_bgra, *m_i420);
+        media::color::convertBgraToI420(*m_bgra, *m_i420);
     m_i420IsCurrent = true;
     return *m_i420;
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,22 +1,22 @@
 #pragma once
 
 #include "base/WorkerPool.h"
-#include "render/ShadowImage.h"
+#include "render/scene/ShadowImage.h"
 
 #include <memory>
 #include <optional>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// A frame's background with the shadow on it, opaque. Drawn once and kept while neither changes,
 /// as BGRA for mixing and in the output's format for copying. One thread; works on the pool.
 class Backdrop {
   public:
     /// Draws unless the held one is the right one.
-    void update(const RenderParams& params, WorkerPool& workers);
+    void update(const RenderParams& params, base::WorkerPool& workers);
 
-    const PixelBuffer& bgra() const { return *m_bgra; }
-    const PixelBuffer& as(PixelFormat format);
+    const media::PixelBuffer& bgra() const { return *m_bgra; }
+    const media::PixelBuffer& as(media::PixelFormat format);
 
   private:
     struct Key {
@@ -28,9 +28,9 @@ class Backdrop {
 
     Key m_key;
     ShadowCache m_shadow;
-    std::shared_ptr<PixelBuffer> m_bgra;
-    std::shared_ptr<PixelBuffer> m_i420;
+    std::shared_ptr<media::PixelBuffer> m_bgra;
+    std::shared_ptr<media::PixelBuffer> m_i420;
     bool m_i420IsCurrent = false;
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

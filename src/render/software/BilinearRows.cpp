@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 /// A weight in 1/32768; the largest word stands for what would round up to 1.
@@ -77,4 +77,4 @@ void BilinearRows::write(int row, std::uint8_t* out) {
     mixRows(upper.words.data(), lower.words.data(), weight, m_columns.length(), out);
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// Draws rows of a stretched picture with bilinear sampling. Neighbouring output rows share the
 /// horizontally mixed texel rows, so going down a picture mixes each of those once.
@@ -48,4 +48,4 @@ class BilinearRows {
     TexelRow m_texelRow;
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,13 +1,14 @@
 #include "render/software/FramePlan.h"
 
-#include "render/FrameLayout.h"
-#include "render/MaskSpans.h"
+#include "render/scene/FrameLayout.h"
+#include "render/scene/MaskSpans.h"
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 /// `part` of the picture over `rect`, which has its y from the top.
-PicturePlan stretchedOver(const Rect& rect, const PixelBuffer& picture, const Rect& part) {
+PicturePlan stretchedOver(const model::Rect& rect, const media::PixelBuffer& picture,
+                          const model::Rect& part) {
     PicturePlan plan;
     plan.picture = &picture;
     plan.x = SampleAxis::stretched(picture.width(), part.x, part.width, rect.x, rect.width);
@@ -15,12 +16,12 @@ PicturePlan stretchedOver(const Rect& rect, const PixelBuffer& picture, const Re
     return plan;
 }
 
-Rect wholeOf(const PixelBuffer& picture) {
+model::Rect wholeOf(const media::PixelBuffer& picture) {
     return {0, 0, static_cast<double>(picture.width()), static_cast<double>(picture.height())};
 }
 
-PicturePlan maskedPicture(const Rect& rect, double radius, const PixelBuffer& picture,
-                          const Rect& part, const Tile& canvas) {
+PicturePlan maskedPicture(const model::Rect& rect, double radius, const media::PixelBuffer& picture,
+                          const model::Rect& part, const Tile& canvas) {
     PicturePlan plan = stretchedOver(rect, picture, part);
     plan.mask.emplace(rect.x, rect.y, rect.width, rect.height, radius);
     plan.touched = {touchedPixels(plan.mask->left(), plan.mask->right(), canvas.columns),
@@ -29,13 +30,13 @@ PicturePlan maskedPicture(const Rect& rect, double radius, const PixelBuffer& pi
 }
 
 PicturePlan recordingPlan(const RenderParams& params, const Tile& canvas) {
-    const PixelBuffer& source = *params.source;
+    const media::PixelBuffer& source = *params.source;
     if (params.hasBackground) {
         const double top = static_cast<double>(params.canvasHeight) - params.insetY - params.insetH;
         return maskedPicture({params.insetX, top, params.insetW, params.insetH},
                              params.cornerRadius, source, wholeOf(source), canvas);
     }
-    Rect part = wholeOf(source);
+    model::Rect part = wholeOf(source);
     if (params.keyframe.isZoomed()) {
         const ZoomWindow window = sourceZoomWindow(params);
         part = {window.x, window.y, window.width, window.height};
@@ -51,10 +52,10 @@ std::optional<PicturePlan> cursorPlan(const RenderParams& params, const CursorTe
                                       const Tile& canvas) {
     if (!params.cursorX || !params.cursorY)
         return {};
-    const Rect rect = cursorRect(params, cursor.image());
+    const model::Rect rect = cursorRect(params, cursor.image());
     if (!(rect.width > 0 && rect.height > 0))
         return {};
-    const PixelBuffer& texture = *cursor.textureFor(rect.width);
+    const media::PixelBuffer& texture = *cursor.textureFor(rect.width);
     PicturePlan plan = stretchedOver(rect, texture, wholeOf(texture));
     // A quad covers the pixels whose centres lie in it.
     const auto centresWithin = [](double from, double length, PixelSpan extent) {
@@ -72,11 +73,12 @@ std::optional<PicturePlan> webcamPlan(const RenderParams& params, const Tile& ca
     if (!params.webcam || !params.webcamRect || !params.webcamDrawRect)
         return {};
     const RenderRect& square = *params.webcamRect;
-    const Rect rect{square.x, static_cast<double>(params.canvasHeight) - square.y - square.height,
-                    square.width, square.height};
-    const Rect whole = wholeOf(*params.webcam);
+    const model::Rect rect{square.x,
+                           static_cast<double>(params.canvasHeight) - square.y - square.height,
+                           square.width, square.height};
+    const model::Rect whole = wholeOf(*params.webcam);
     const double side = std::min(whole.width, whole.height); // the picture's centre square
-    const Rect part{(whole.width - side) / 2, (whole.height - side) / 2, side, side};
+    const model::Rect part{(whole.width - side) / 2, (whole.height - side) / 2, side, side};
     PicturePlan plan = maskedPicture(rect, params.webcamCornerRadius, *params.webcam, part, canvas);
     if (plan.touched.isEmpty())
         return {};
@@ -135,4 +137,4 @@ Tile FramePlan::livePart(const Tile& tile) const {
     return {evenAligned(live.columns, tile.columns), evenAligned(live.rows, tile.rows)};
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "render/CursorImage.h"
-#include "render/RoundedRect.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/RoundedRect.h"
 #include "render/software/SampleAxis.h"
 
 #include <optional>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// A rectangle of pixels.
 struct Tile {
@@ -21,7 +21,8 @@ struct Tile {
 
 /// A picture stretched over a part of its target.
 struct PicturePlan {
-    const PixelBuffer* picture = nullptr; ///< owned by the frame's parameters or the renderer
+    const media::PixelBuffer* picture =
+        nullptr; ///< owned by the frame's parameters or the renderer
     SampleAxis x;
     SampleAxis y;
     Tile touched;                    ///< the target pixels that it may draw
@@ -53,4 +54,4 @@ struct FramePlan {
 /// Nothing when the parameters ask for no drawing.
 std::optional<FramePlan> planFrame(const RenderParams& params, const CursorTextures& cursor);
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,11 +1,11 @@
 #include "render/software/LayerRows.h"
 
-#include "render/MaskSpans.h"
+#include "render/scene/MaskSpans.h"
 
 #include <cmath>
 #include <cstring>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 void copyPixels(const std::uint8_t* from, std::ptrdiff_t begin, std::ptrdiff_t end,
@@ -93,4 +93,4 @@ void LayerRows::blend(int row, std::uint8_t* out) {
     });
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// One layer of a frame, drawn row by row within a rectangle of its target.
 ///
@@ -39,4 +39,4 @@ class LayerRows {
     std::vector<std::uint8_t> m_pixels;
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

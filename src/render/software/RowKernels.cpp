@@ -11,7 +11,7 @@
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace vantro::HWY_NAMESPACE {
+namespace vantro::render::software::HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -210,11 +210,11 @@ const char* targetNameHere() {
 }
 
 } // namespace
-} // namespace vantro::HWY_NAMESPACE
+} // namespace vantro::render::software::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace vantro {
+namespace vantro::render::software {
 
 HWY_EXPORT(filterColumnsHere);
 HWY_EXPORT(mixRowsHere);
@@ -248,5 +248,5 @@ std::string_view kernelTarget() {
     return HWY_DYNAMIC_DISPATCH(targetNameHere)();
 }
 
-} // namespace vantro
+} // namespace vantro::render::software
 #endif

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// The software renderer's inner loops, compiled for each instruction set and chosen at run time.
 ///
@@ -50,4 +50,4 @@ void darken(const std::uint8_t* alpha, int count, std::uint8_t* out);
 /// The chosen instruction set, for people.
 std::string_view kernelTarget();
 
-} // namespace vantro
+} // namespace vantro::render::software

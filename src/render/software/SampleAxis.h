@@ -1,11 +1,11 @@
 #pragma once
 
-#include "render/PixelSpan.h"
+#include "render/scene/PixelSpan.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// One axis of a picture that is drawn stretched: which place in the picture an output pixel shows.
 /// Pixel i's centre shows start + (i + 0.5) × step, where texel k spans k to k + 1.
@@ -44,4 +44,4 @@ struct SampleAxis {
     bool isCopy() const { return step == 1 && start == std::floor(start); }
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

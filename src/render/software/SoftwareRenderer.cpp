@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 /// Output pixels a tile: its rows in flight (source, mixed, scene and output) fit into 32 KiB of
@@ -31,10 +31,10 @@ class SoftwareRenderer final : public Renderer {
 
     std::string_view description() const override { return m_description; }
 
-    bool render(const RenderParams& params, PixelBuffer& output) override {
-        require(params.source && output.width() == params.canvasWidth &&
-                    output.height() == params.canvasHeight,
-                "output picture does not have the canvas size");
+    bool render(const RenderParams& params, media::PixelBuffer& output) override {
+        base::require(params.source && output.width() == params.canvasWidth &&
+                          output.height() == params.canvasHeight,
+                      "output picture does not have the canvas size");
         const auto plan = planFrame(params, m_cursor);
         if (!plan)
             return true;
@@ -51,13 +51,14 @@ class SoftwareRenderer final : public Renderer {
 
   private:
     /// Whether copied bytes mean the same colours.
-    static bool holdsSamePixels(const PixelBuffer& source, const PixelBuffer& output) {
+    static bool holdsSamePixels(const media::PixelBuffer& source,
+                                const media::PixelBuffer& output) {
         return source.format() == output.format() &&
-               (source.format() == PixelFormat::bgra || source.color() == output.color());
+               (source.format() == media::PixelFormat::bgra || source.color() == output.color());
     }
 
     void paintTiles(const FramePlan& plan, const TilePainter::Grounds& grounds,
-                    PixelBuffer& output) {
+                    media::PixelBuffer& output) {
         const int across = (plan.width + tileWidth - 1) / tileWidth;
         const int down = (plan.height + tileHeight - 1) / tileHeight;
         m_workers.forEach(static_cast<std::size_t>(across) * static_cast<std::size_t>(down),
@@ -71,7 +72,7 @@ class SoftwareRenderer final : public Renderer {
     }
 
     CursorTextures m_cursor;
-    WorkerPool m_workers;
+    base::WorkerPool m_workers;
     std::vector<TilePainter> m_painters; // one for each worker
     Backdrop m_backdrop;
     std::string m_description;
@@ -83,4 +84,4 @@ std::unique_ptr<Renderer> makeSoftwareRenderer(const CursorImage& cursor, unsign
     return std::make_unique<SoftwareRenderer>(cursor, threads);
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <memory>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// Draws on the processor: SIMD for each row of pixels, tiles of the frame over the worker threads.
 /// It is the reference for other renderers; its results lie within 1/255 of exact arithmetic.
@@ -12,4 +12,4 @@ namespace vantro {
 /// `threads` counts the calling thread; 0 takes one for each core. Never fails.
 std::unique_ptr<Renderer> makeSoftwareRenderer(const CursorImage& cursor, unsigned threads = 0);
 
-} // namespace vantro
+} // namespace vantro::render::software

@@ -1,11 +1,11 @@
 #include "render/software/SourceRows.h"
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 #include "render/software/RowKernels.h"
 
 #include <cstring>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
 /// Rows converted at once: enough to pay for the call, few enough to stay in the nearest cache.
@@ -13,7 +13,7 @@ constexpr int rowsAtOnce = 4;
 
 } // namespace
 
-void SourceRows::prepare(const PixelBuffer& picture, PixelSpan columns, PixelSpan rows) {
+void SourceRows::prepare(const media::PixelBuffer& picture, PixelSpan columns, PixelSpan rows) {
     m_picture = &picture;
     m_columns = columns;
     m_rows = rows;
@@ -23,7 +23,7 @@ void SourceRows::prepare(const PixelBuffer& picture, PixelSpan columns, PixelSpa
 }
 
 const std::uint8_t* SourceRows::row(int y) {
-    if (m_picture->format() == PixelFormat::i420)
+    if (m_picture->format() == media::PixelFormat::i420)
         return converted(y);
     // Reading past a row's end is harmless where the picture's own next row follows.
     const std::uint8_t* start = m_picture->row(0, y) + std::ptrdiff_t{m_columns.begin} * 4;
@@ -42,11 +42,11 @@ const std::uint8_t* SourceRows::copied(int y) {
 const std::uint8_t* SourceRows::converted(int y) {
     if (y < m_held.begin || y >= m_held.end) {
         m_held = PixelSpan{y, y + rowsAtOnce}.clippedTo(m_rows);
-        i420RegionToBgra(*m_picture,
-                         {m_columns.begin, m_held.begin, m_columns.length(), m_held.length()},
-                         m_pixels.data(), static_cast<std::ptrdiff_t>(m_stride));
+        media::color::i420RegionToBgra(
+            *m_picture, {m_columns.begin, m_held.begin, m_columns.length(), m_held.length()},
+            m_pixels.data(), static_cast<std::ptrdiff_t>(m_stride));
     }
     return m_pixels.data() + static_cast<std::size_t>(y - m_held.begin) * m_stride;
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

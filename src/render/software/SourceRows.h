@@ -1,12 +1,12 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 #include "render/software/SampleAxis.h"
 
 #include <cstdint>
 #include <vector>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// The rows of a picture as BGRA, within a span of columns; i420 is converted a few rows at a time.
 ///
@@ -14,7 +14,7 @@ namespace vantro {
 class SourceRows {
   public:
     /// `picture` must outlive the use; rows outside of `rows` are not asked for.
-    void prepare(const PixelBuffer& picture, PixelSpan columns, PixelSpan rows);
+    void prepare(const media::PixelBuffer& picture, PixelSpan columns, PixelSpan rows);
 
     /// Row `y` from the span's first column on, readable for `columnOverread` pixels past its last.
     /// Stays valid until the next call.
@@ -24,7 +24,7 @@ class SourceRows {
     const std::uint8_t* copied(int y);
     const std::uint8_t* converted(int y);
 
-    const PixelBuffer* m_picture = nullptr;
+    const media::PixelBuffer* m_picture = nullptr;
     PixelSpan m_columns;
     PixelSpan m_rows;
     PixelSpan m_held; ///< the rows in m_pixels
@@ -32,4 +32,4 @@ class SourceRows {
     std::vector<std::uint8_t> m_pixels;
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

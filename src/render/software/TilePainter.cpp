@@ -1,14 +1,14 @@
 #include "render/software/TilePainter.h"
 
-#include "media/ColorConversion.h"
+#include "media/color/ColorConversion.h"
 
 #include <cstring>
 
-namespace vantro {
+namespace vantro::render::software {
 namespace {
 
-void copyTile(const PixelBuffer& from, const Tile& tile, PixelBuffer& to) {
-    const int pixelBytes = from.format() == PixelFormat::bgra ? 4 : 1;
+void copyTile(const media::PixelBuffer& from, const Tile& tile, media::PixelBuffer& to) {
+    const int pixelBytes = from.format() == media::PixelFormat::bgra ? 4 : 1;
     for (int plane = 0; plane < from.planeCount(); ++plane) {
         const int shift = plane == 0 ? 0 : 1;
         const int left = (tile.columns.begin >> shift) * pixelBytes;
@@ -27,7 +27,7 @@ void resizeRow(std::vector<std::uint8_t>& row, int pixels) {
 } // namespace
 
 void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Tile& tile,
-                        PixelBuffer& output) {
+                        media::PixelBuffer& output) {
     Tile live = tile;
     if (grounds.still != nullptr) {
         live = plan.livePart(tile);
@@ -39,7 +39,7 @@ void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Til
         return;
     m_backdrop = grounds.backdrop;
     prepare(plan, live);
-    if (output.format() == PixelFormat::bgra)
+    if (output.format() == media::PixelFormat::bgra)
         writeBgra(output);
     else
         writeI420(output);
@@ -84,12 +84,12 @@ void TilePainter::writeOutputRow(int row, std::uint8_t* out) {
         m_webcam.blend(row, out);
 }
 
-void TilePainter::writeBgra(PixelBuffer& output) {
+void TilePainter::writeBgra(media::PixelBuffer& output) {
     for (int row = m_part.rows.begin; row < m_part.rows.end; ++row)
         writeOutputRow(row, output.mutableRow(0, row) + std::ptrdiff_t{m_part.columns.begin} * 4);
 }
 
-void TilePainter::writeI420(PixelBuffer& output) {
+void TilePainter::writeI420(media::PixelBuffer& output) {
     const int left = m_part.columns.begin;
     for (auto& row : m_outputRows)
         resizeRow(row, m_part.columns.length());
@@ -97,12 +97,12 @@ void TilePainter::writeI420(PixelBuffer& output) {
         const int next = row + 1 < m_part.rows.end ? 1 : 0; // a last odd row stands for its pair
         for (int i = 0; i <= next; ++i)
             writeOutputRow(row + i, m_outputRows[static_cast<std::size_t>(i)].data());
-        bgraRowsToI420(m_outputRows[0].data(), m_outputRows[static_cast<std::size_t>(next)].data(),
-                       m_part.columns.length(), output.mutableRow(0, row) + left,
-                       output.mutableRow(0, row + next) + left,
-                       output.mutableRow(1, row / 2) + left / 2,
-                       output.mutableRow(2, row / 2) + left / 2);
+        media::color::bgraRowsToI420(
+            m_outputRows[0].data(), m_outputRows[static_cast<std::size_t>(next)].data(),
+            m_part.columns.length(), output.mutableRow(0, row) + left,
+            output.mutableRow(0, row + next) + left, output.mutableRow(1, row / 2) + left / 2,
+            output.mutableRow(2, row / 2) + left / 2);
     }
 }
 
-} // namespace vantro
+} // namespace vantro::render::software

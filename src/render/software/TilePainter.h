@@ -5,7 +5,7 @@
 #include <array>
 #include <vector>
 
-namespace vantro {
+namespace vantro::render::software {
 
 /// Draws tiles of planned frames, from the source pixels to the output pixels, one row after
 /// another so that all the work stays in the nearest caches.
@@ -16,25 +16,25 @@ class TilePainter {
     /// What a frame's tiles are drawn from, besides the pictures in the plan.
     struct Grounds {
         /// BGRA, canvas size; absent for plans without a backdrop.
-        const PixelBuffer* backdrop = nullptr;
+        const media::PixelBuffer* backdrop = nullptr;
         /// What the output shows outside of the live part, in the output's own format; absent when
         /// everything is live.
-        const PixelBuffer* still = nullptr;
+        const media::PixelBuffer* still = nullptr;
     };
 
     /// The tile begins at an even column and row, and ends at one or at the canvas edge.
     void paint(const FramePlan& plan, const Grounds& grounds, const Tile& tile,
-               PixelBuffer& output);
+               media::PixelBuffer& output);
 
   private:
     void prepare(const FramePlan& plan, const Tile& part);
     void writeSceneRow(int row, std::uint8_t* out);
     void writeOutputRow(int row, std::uint8_t* out);
-    void writeBgra(PixelBuffer& output);
-    void writeI420(PixelBuffer& output);
+    void writeBgra(media::PixelBuffer& output);
+    void writeI420(media::PixelBuffer& output);
 
     const FramePlan* m_plan = nullptr;
-    const PixelBuffer* m_backdrop = nullptr;
+    const media::PixelBuffer* m_backdrop = nullptr;
     Tile m_part;
     PixelSpan m_sceneColumns;
     LayerRows m_recording;
@@ -45,4 +45,4 @@ class TilePainter {
     std::array<std::vector<std::uint8_t>, 2> m_outputRows;
 };
 
-} // namespace vantro
+} // namespace vantro::render::software

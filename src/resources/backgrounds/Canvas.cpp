@@ -91,22 +91,22 @@ std::array<float, 4> splineWeights(float t) {
 Canvas::Canvas(Frame frame)
     : m_frame(frame)
     , m_pixels(static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height)) {
-    require(frame.width > 0 && frame.height > 0, "a canvas needs pixels");
+    base::require(frame.width > 0 && frame.height > 0, "a canvas needs pixels");
 }
 
-void Canvas::forEachRow(WorkerPool& pool, const std::function<void(int)>& work) const {
+void Canvas::forEachRow(base::WorkerPool& pool, const std::function<void(int)>& work) const {
     pool.forEach(static_cast<std::size_t>(m_frame.height),
                  [&work](std::size_t row, unsigned) { work(static_cast<int>(row)); });
 }
 
-void Canvas::paint(const Painter& painter, WorkerPool& pool) {
+void Canvas::paint(const Painter& painter, base::WorkerPool& pool) {
     forEachRow(pool, [&](int row) {
         for (int column = 0; column < m_frame.width; ++column)
             m_pixels[index(column, row)] = painter(m_frame.place(column, row));
     });
 }
 
-void Canvas::blur(int radius, WorkerPool& pool) {
+void Canvas::blur(int radius, base::WorkerPool& pool) {
     const auto width = static_cast<std::size_t>(m_frame.width);
     const auto height = static_cast<std::size_t>(m_frame.height);
     // Three boxes are close to a bell.
@@ -139,7 +139,7 @@ Rgb Canvas::sampled(Vec2 p) const {
     return interpolated(p.x * height - 0.5F, p.y * height - 0.5F);
 }
 
-void Canvas::addBloom(float share, float radius, WorkerPool& pool) {
+void Canvas::addBloom(float share, float radius, base::WorkerPool& pool) {
     // The glow is soft: an eighth of the resolution holds it.
     const int factor = std::clamp(m_frame.height / 135, 1, 8);
     Canvas glow =
@@ -159,7 +159,7 @@ void Canvas::addBloom(float share, float radius, WorkerPool& pool) {
     });
 }
 
-void Canvas::addVignette(float vignette, WorkerPool& pool) {
+void Canvas::addVignette(float vignette, base::WorkerPool& pool) {
     const Vec2 middle{m_frame.aspect() / 2, 0.5F};
     const float corner = dot(middle, middle);
     forEachRow(pool, [&](int row) {
@@ -172,7 +172,7 @@ void Canvas::addVignette(float vignette, WorkerPool& pool) {
     });
 }
 
-void Canvas::develop(WorkerPool& pool) {
+void Canvas::develop(base::WorkerPool& pool) {
     forEachRow(pool, [&](int row) {
         for (int column = 0; column < m_frame.width; ++column) {
             auto& pixel = m_pixels[index(column, row)];
@@ -181,9 +181,9 @@ void Canvas::develop(WorkerPool& pool) {
     });
 }
 
-Canvas Canvas::reduced(Frame frame, WorkerPool& pool) const {
-    require(frame.width <= m_frame.width && frame.height <= m_frame.height,
-            "reducing cannot enlarge");
+Canvas Canvas::reduced(Frame frame, base::WorkerPool& pool) const {
+    base::require(frame.width <= m_frame.width && frame.height <= m_frame.height,
+                  "reducing cannot enlarge");
     Canvas result(frame);
     // Integer bounds: each pixel takes the whole pixels that begin inside it.
     result.forEachRow(pool, [&](int row) {
@@ -222,7 +222,7 @@ Rgb Canvas::onCurve(int column, int row, const std::array<float, 4>& x,
     return {std::max(0.F, sum.x), std::max(0.F, sum.y), std::max(0.F, sum.z)};
 }
 
-Canvas Canvas::enlarged(Frame frame, WorkerPool& pool) const {
+Canvas Canvas::enlarged(Frame frame, base::WorkerPool& pool) const {
     Canvas result(frame);
     const float scaleX = static_cast<float>(m_frame.width) / static_cast<float>(frame.width);
     const float scaleY = static_cast<float>(m_frame.height) / static_cast<float>(frame.height);
@@ -241,7 +241,7 @@ Canvas Canvas::enlarged(Frame frame, WorkerPool& pool) const {
     return result;
 }
 
-ByteImage Canvas::toBytes(float grain, WorkerPool& pool) const {
+ByteImage Canvas::toBytes(float grain, base::WorkerPool& pool) const {
     static const Encoder encode;
     ByteImage image{.width = m_frame.width, .height = m_frame.height, .pixels = {}};
     image.pixels.resize(m_pixels.size() * 3);

@@ -46,29 +46,29 @@ class Canvas {
     /// The light at a place of the picture, blended from the pixels around it.
     Rgb sampled(Vec2 p) const;
 
-    void paint(const Painter& painter, WorkerPool& pool);
+    void paint(const Painter& painter, base::WorkerPool& pool);
     /// Lets light spill softly around bright places, as lenses do. `share` of the light takes
     /// part, and `radius` is how far it gets, in picture heights.
-    void addBloom(float share, float radius, WorkerPool& pool);
+    void addBloom(float share, float radius, base::WorkerPool& pool);
     /// Darkens the corners by the share `vignette`.
-    void addVignette(float vignette, WorkerPool& pool);
+    void addVignette(float vignette, base::WorkerPool& pool);
     /// Applies film's response to light.
-    void develop(WorkerPool& pool);
+    void develop(base::WorkerPool& pool);
     /// The same picture with each pixel the mean of those it covers. `frame` is no larger.
-    Canvas reduced(Frame frame, WorkerPool& pool) const;
+    Canvas reduced(Frame frame, base::WorkerPool& pool) const;
     /// The same picture with smooth curves through its pixels.
-    Canvas enlarged(Frame frame, WorkerPool& pool) const;
+    Canvas enlarged(Frame frame, base::WorkerPool& pool) const;
     /// Rounds to 8 bits after adding noise, so that slow gradients do not break into bands.
     /// `grain` is the noise's standard deviation in code values, on top of the rounding's own.
-    ByteImage toBytes(float grain, WorkerPool& pool) const;
+    ByteImage toBytes(float grain, base::WorkerPool& pool) const;
 
   private:
     std::size_t index(int column, int row) const {
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_frame.width) +
                static_cast<std::size_t>(column);
     }
-    void forEachRow(WorkerPool& pool, const std::function<void(int)>& work) const;
-    void blur(int radius, WorkerPool& pool);
+    void forEachRow(base::WorkerPool& pool, const std::function<void(int)>& work) const;
+    void blur(int radius, base::WorkerPool& pool);
     Rgb interpolated(float column, float row) const;
     Rgb onCurve(int column, int row, const std::array<float, 4>& x,
                 const std::array<float, 4>& y) const;

@@ -40,7 +40,7 @@ constexpr std::array entries{
     Entry{"builtin-26-mirelune", paintSnow, {.bloom = 0.08F, .film = true, .vignette = 0.15F}},
 };
 
-Canvas painted(const Entry& entry, const Frame& frame, WorkerPool& pool) {
+Canvas painted(const Entry& entry, const Frame& frame, base::WorkerPool& pool) {
     const int coarseness = entry.coarseness;
     // Rounded up: the painted pixels must cover the picture.
     const Frame coarse{(frame.width + coarseness - 1) / coarseness,
@@ -56,7 +56,7 @@ std::span<const Entry> catalogue() {
     return entries;
 }
 
-Canvas paint(const Entry& entry, const Frame& frame, WorkerPool& pool) {
+Canvas paint(const Entry& entry, const Frame& frame, base::WorkerPool& pool) {
     Canvas canvas = painted(entry, frame, pool);
     const Finish& finish = entry.finish;
     if (finish.bloom > 0)

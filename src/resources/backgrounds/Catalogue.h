@@ -26,7 +26,7 @@ struct Entry {
     /// The base name of its files.
     std::string_view name;
     /// Prepares what the picture needs as a whole, on `pool`, and returns its painter.
-    Painter (*makePainter)(const Frame& frame, WorkerPool& pool);
+    Painter (*makePainter)(const Frame& frame, base::WorkerPool& pool);
     Finish finish;
     /// Pixels of the finished picture to a painted one, in each direction: above 1 for pictures
     /// without fine detail.
@@ -38,6 +38,6 @@ struct Entry {
 std::span<const Entry> catalogue();
 
 /// The finished picture.
-Canvas paint(const Entry& entry, const Frame& frame, WorkerPool& pool);
+Canvas paint(const Entry& entry, const Frame& frame, base::WorkerPool& pool);
 
 } // namespace vantro::backgrounds

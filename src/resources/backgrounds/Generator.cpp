@@ -12,7 +12,7 @@ constexpr int thumbnailQuality = 90;
 } // namespace
 
 void writeBackground(const Entry& entry, const Frame& frame, const std::filesystem::path& directory,
-                     WorkerPool& pool) {
+                     base::WorkerPool& pool) {
     std::filesystem::create_directories(directory / "Thumbnails");
     const auto file = std::string(entry.name) + ".jpeg";
     const Canvas canvas = paint(entry, frame, pool);

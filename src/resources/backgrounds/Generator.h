@@ -13,6 +13,6 @@ constexpr int thumbnailShare = 10;
 /// missing. `frame` is at least `thumbnailShare` pixels wide and high. Errors are
 /// std::filesystem_error.
 void writeBackground(const Entry& entry, const Frame& frame, const std::filesystem::path& directory,
-                     WorkerPool& pool);
+                     base::WorkerPool& pool);
 
 } // namespace vantro::backgrounds

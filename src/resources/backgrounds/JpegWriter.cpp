@@ -60,7 +60,7 @@ class Compressor {
 
 void writeJpeg(const std::filesystem::path& path, const ByteImage& image, int quality) {
     Compressor compressor;
-    writeWholeFile(path, compressor.compress(image, quality));
+    base::writeWholeFile(path, compressor.compress(image, quality));
 }
 
 } // namespace vantro::backgrounds

@@ -77,7 +77,7 @@ Rgb toRgb(Lab lab) {
 }
 
 Gradient::Gradient(std::initializer_list<Stop> stops) {
-    require(stops.size() >= 2, "a gradient needs two colours");
+    base::require(stops.size() >= 2, "a gradient needs two colours");
     std::vector<LabStop> curve;
     curve.reserve(stops.size());
     for (const auto& stop : stops)

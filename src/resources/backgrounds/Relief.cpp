@@ -72,7 +72,7 @@ class Relief::Column {
     float m_visible = 0;  // distance of the ground at m_top
 };
 
-Relief::Relief(const Frame& frame, const Camera& camera, HeightField height, WorkerPool& pool)
+Relief::Relief(const Frame& frame, const Camera& camera, HeightField height, base::WorkerPool& pool)
     : m_frame(frame)
     , m_camera(camera)
     , m_height(std::move(height))

@@ -36,7 +36,7 @@ class Relief {
         float otherShare = 0;
     };
 
-    Relief(const Frame& frame, const Camera& camera, HeightField height, WorkerPool& pool);
+    Relief(const Frame& frame, const Camera& camera, HeightField height, base::WorkerPool& pool);
 
     Hit at(Vec2 p) const;
     /// The ground that is seen at `p` from `distance` away.

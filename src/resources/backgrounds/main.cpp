@@ -39,7 +39,7 @@ Frame parsedSize(const std::string& text) {
 
 void run(const Options& options) {
     const Frame frame = parsedSize(options.size);
-    WorkerPool pool(options.threads);
+    base::WorkerPool pool(options.threads);
     bool found = false;
     for (const auto& entry : catalogue()) {
         if (!options.only.empty() && options.only != entry.name)

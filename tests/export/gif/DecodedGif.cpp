@@ -46,7 +46,7 @@ void draw(const SavedImage& image, const ColorMapObject* globalColors, int trans
 }
 
 template <typename Visit>
-void visitErrors(const DecodedGif::Image& image, const PixelBuffer& expected, Visit visit) {
+void visitErrors(const DecodedGif::Image& image, const media::PixelBuffer& expected, Visit visit) {
     for (int y = 0; y < expected.height(); ++y) {
         for (int x = 0; x < expected.width(); ++x) {
             const auto* wanted = expected.row(0, y) + static_cast<std::ptrdiff_t>(x) * 4;
@@ -101,13 +101,13 @@ DecodedGif decodeGif(const std::filesystem::path& path) {
     return decoded;
 }
 
-int largestError(const DecodedGif::Image& image, const PixelBuffer& expected) {
+int largestError(const DecodedGif::Image& image, const media::PixelBuffer& expected) {
     int largest = 0;
     visitErrors(image, expected, [&](int error) { largest = std::max(largest, error); });
     return largest;
 }
 
-double meanError(const DecodedGif::Image& image, const PixelBuffer& expected) {
+double meanError(const DecodedGif::Image& image, const media::PixelBuffer& expected) {
     double sum = 0;
     visitErrors(image, expected, [&](int error) { sum += error; });
     return sum / (3.0 * expected.width() * expected.height());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -30,8 +30,8 @@ struct DecodedGif {
 DecodedGif decodeGif(const std::filesystem::path& path);
 
 /// The largest difference in any channel of any pixel.
-int largestError(const DecodedGif::Image& image, const PixelBuffer& expected);
+int largestError(const DecodedGif::Image& image, const media::PixelBuffer& expected);
 /// The mean over all pixels and channels.
-double meanError(const DecodedGif::Image& image, const PixelBuffer& expected);
+double meanError(const DecodedGif::Image& image, const media::PixelBuffer& expected);
 
 } // namespace vantro::test

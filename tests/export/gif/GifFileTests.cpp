@@ -16,11 +16,11 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::shared_ptr<PixelBuffer> flat(int width, int height, int color) {
+std::shared_ptr<media::PixelBuffer> flat(int width, int height, int color) {
     return picture(width, height, [&](int, int) { return color; });
 }
 
-std::shared_ptr<PixelBuffer> noise(int width, int height, unsigned seed) {
+std::shared_ptr<media::PixelBuffer> noise(int width, int height, unsigned seed) {
     std::minstd_rand random(seed);
     return picture(width, height, [&](int, int) { return random() & 0xFFFFFF; });
 }
@@ -38,8 +38,8 @@ template <typename Action>
 std::string exportError(Action action) {
     try {
         action();
-    } catch (const VantroError& error) {
-        EXPECT_EQ(error.kind(), VantroError::Kind::exportFailed);
+    } catch (const model::VantroError& error) {
+        EXPECT_EQ(error.kind(), model::VantroError::Kind::exportFailed);
         return error.message();
     }
     return "no error";
@@ -48,7 +48,7 @@ std::string exportError(Action action) {
 using GifFile = GifTest;
 
 TEST_F(GifFile, keepsTimeWhateverTheRoundingOfSingleFrames) {
-    GifWriter writer(m_target, 4, 4, twelfth);
+    exporting::gif::GifWriter writer(m_target, 4, 4, twelfth);
     for (int frame = 0; frame < 100; ++frame)
         writer.append(*flat(4, 4, frame % 2 == 0 ? 0xFFFFFF : 0x203040));
     writer.finish();
@@ -68,7 +68,7 @@ TEST_F(GifFile, stillPicturesOnlyLengthenTheOneBefore) {
     const auto lastOne = flat(320, 180, 0x336699);
     std::uintmax_t bytesOfOne = 0;
     for (const int repetitions : {1, 300}) {
-        GifWriter writer(m_target, 320, 180, twelfth);
+        exporting::gif::GifWriter writer(m_target, 320, 180, twelfth);
         for (int frame = 0; frame < repetitions; ++frame)
             writer.append(frame % 2 == 0 ? *still : *stillAgain);
         writer.append(*lastOne);
@@ -86,7 +86,7 @@ TEST_F(GifFile, stillPicturesOnlyLengthenTheOneBefore) {
 
 TEST_F(GifFile, pausesLongerThanADelayCanSayAreKept) {
     constexpr int frames = 12 * 60 * 25; // 25 minutes
-    GifWriter writer(m_target, 3, 2, twelfth);
+    exporting::gif::GifWriter writer(m_target, 3, 2, twelfth);
     const auto still = flat(3, 2, 0x8899AA);
     for (int frame = 0; frame < frames; ++frame)
         writer.append(*still);
@@ -101,7 +101,7 @@ TEST_F(GifFile, pausesLongerThanADelayCanSayAreKept) {
 TEST_F(GifFile, fullDiskLeavesTheEarlierFileAndSaysWhatHappened) {
     writeText(m_target, "earlier");
     const auto message = exportError([&] {
-        GifWriter writer(m_target, 320, 180, twelfth);
+        exporting::gif::GifWriter writer(m_target, 320, 180, twelfth);
         const FileSizeLimit limit(100'000);
         for (unsigned frame = 0; frame < 20; ++frame)
             writer.append(*noise(320, 180, frame));
@@ -115,7 +115,8 @@ TEST_F(GifFile, fullDiskLeavesTheEarlierFileAndSaysWhatHappened) {
 
 TEST_F(GifFile, placeThatCannotBeWrittenFailsAtOnce) {
     const auto target = m_folder / "missing" / "movie.gif";
-    const auto message = exportError([&] { const GifWriter writer(target, 8, 8, twelfth); });
+    const auto message =
+        exportError([&] { const exporting::gif::GifWriter writer(target, 8, 8, twelfth); });
     EXPECT_THAT(message, AllOf(StartsWith("Failed to create GIF destination"),
                                HasSubstr(target.string()), HasSubstr("No such file or directory")));
 }
@@ -123,20 +124,20 @@ TEST_F(GifFile, placeThatCannotBeWrittenFailsAtOnce) {
 TEST_F(GifFile, appearsOnlyWhenFinished) {
     writeText(m_target, "earlier");
     {
-        GifWriter cancelled(m_target, 64, 64, twelfth);
+        exporting::gif::GifWriter cancelled(m_target, 64, 64, twelfth);
         cancelled.append(*noise(64, 64, 1));
         cancelled.append(*noise(64, 64, 2));
         cancelled.cancel();
         EXPECT_EQ(filesInFolder(), 1);
-        GifWriter dropped(m_target, 64, 64, twelfth);
+        exporting::gif::GifWriter dropped(m_target, 64, 64, twelfth);
         dropped.append(*noise(64, 64, 1));
     }
     EXPECT_EQ(filesInFolder(), 1);
-    GifWriter empty(m_target, 64, 64, twelfth);
+    exporting::gif::GifWriter empty(m_target, 64, 64, twelfth);
     EXPECT_THAT(exportError([&] { empty.finish(); }), StartsWith("Failed to finalize GIF"));
     EXPECT_EQ(readText(m_target), "earlier");
 
-    GifWriter writer(m_target, 64, 64, twelfth);
+    exporting::gif::GifWriter writer(m_target, 64, 64, twelfth);
     writer.append(*noise(64, 64, 1));
     EXPECT_EQ(readText(m_target), "earlier");
     writer.finish();

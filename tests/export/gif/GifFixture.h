@@ -15,12 +15,12 @@
 
 namespace vantro::test {
 
-inline constexpr MediaTime twelfth{1, 12};
+inline constexpr media::MediaTime twelfth{1, 12};
 
 /// A picture whose pixel at (x, y) is `color(x, y)`, 0xRRGGBB.
 template <std::invocable<int, int> ColorAt>
-std::shared_ptr<PixelBuffer> picture(int width, int height, ColorAt color) {
-    auto buffer = PixelBuffer::allocate(PixelFormat::bgra, width, height);
+std::shared_ptr<media::PixelBuffer> picture(int width, int height, ColorAt color) {
+    auto buffer = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const auto value = static_cast<std::uint32_t>(color(x, y));

@@ -10,10 +10,10 @@
 namespace vantro::test {
 namespace {
 
-using Pictures = std::vector<std::shared_ptr<PixelBuffer>>;
+using Pictures = std::vector<std::shared_ptr<media::PixelBuffer>>;
 
 /// A soft gradient from the left to the right and a fainter one downwards.
-std::shared_ptr<PixelBuffer> gradient(int width, int height, int red, int green, int blue) {
+std::shared_ptr<media::PixelBuffer> gradient(int width, int height, int red, int green, int blue) {
     return picture(width, height, [&](int x, int y) {
         const int level = 40 + 170 * x / width;
         const int across = 60 * y / height;
@@ -25,7 +25,8 @@ std::shared_ptr<PixelBuffer> gradient(int width, int height, int red, int green,
 class GifPicture : public GifTest {
   protected:
     DecodedGif written(const Pictures& pictures) {
-        GifWriter writer(m_target, pictures[0]->width(), pictures[0]->height(), twelfth);
+        exporting::gif::GifWriter writer(m_target, pictures[0]->width(), pictures[0]->height(),
+                                         twelfth);
         for (const auto& frame : pictures)
             writer.append(*frame);
         writer.finish();

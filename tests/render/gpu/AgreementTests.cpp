@@ -1,9 +1,9 @@
-#include "render/CursorImage.h"
-#include "render/FrameLayout.h"
 #include "render/gpu/CheckedGpu.h"
 #include "render/gpu/GeneratedFrames.h"
 #include "render/gpu/QuadPlan.h"
 #include "render/gpu/TestPictures.h"
+#include "render/scene/CursorImage.h"
+#include "render/scene/FrameLayout.h"
 #include "render/software/SoftwareRenderer.h"
 
 #include <algorithm>
@@ -13,19 +13,19 @@
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 /// How far the two renderers may lie apart in any channel, of 255: each rounds several times, and
 /// GPUs place samples to 1/256 of a texel only.
 constexpr int tolerance = 2;
 
-int worstDifference(const PixelBuffer& a, const PixelBuffer& b) {
+int worstDifference(const media::PixelBuffer& a, const media::PixelBuffer& b) {
     int worst = 0;
     for (int plane = 0; plane < a.planeCount(); ++plane) {
-        const int bytes = a.format() == PixelFormat::bgra ? a.width() * 4
-                          : plane == 0                    ? a.width()
-                                                          : (a.width() + 1) / 2;
+        const int bytes = a.format() == media::PixelFormat::bgra ? a.width() * 4
+                          : plane == 0                           ? a.width()
+                                                                 : (a.width() + 1) / 2;
         for (int y = 0; y < a.planeHeight(plane); ++y)
             for (int i = 0; i < bytes; ++i)
                 worst = std::max(worst, std::abs(a.row(plane, y)[i] - b.row(plane, y)[i]));
@@ -33,9 +33,9 @@ int worstDifference(const PixelBuffer& a, const PixelBuffer& b) {
     return worst;
 }
 
-std::shared_ptr<PixelBuffer> blank(const GeneratedFrame& frame) {
-    auto output = PixelBuffer::allocate(frame.outputFormat, frame.params.canvasWidth,
-                                        frame.params.canvasHeight);
+std::shared_ptr<media::PixelBuffer> blank(const GeneratedFrame& frame) {
+    auto output = media::PixelBuffer::allocate(frame.outputFormat, frame.params.canvasWidth,
+                                               frame.params.canvasHeight);
     for (int plane = 0; plane < output->planeCount(); ++plane)
         for (int y = 0; y < output->planeHeight(plane); ++y)
             std::memset(output->mutableRow(plane, y), 77,
@@ -73,7 +73,7 @@ class RendererAgreement : public CheckedGpu {
     }
 
     std::unique_ptr<Renderer> software =
-        makeSoftwareRenderer(standardCursor(CursorStyle::builtIn), 1);
+        software::makeSoftwareRenderer(standardCursor(CursorStyle::builtIn), 1);
 };
 
 TEST_F(RendererAgreement, holdsForAnyParameters) {
@@ -101,11 +101,11 @@ TEST_F(RendererAgreement, holdsForAnyParameters) {
 GeneratedFrame fullFrame(int width, int height) {
     GeneratedFrame frame;
     RenderParams& params = frame.params;
-    params.source = screenPicture(PixelFormat::i420, width, height, 1);
+    params.source = screenPicture(media::PixelFormat::i420, width, height, 1);
     params.canvasWidth = width;
     params.canvasHeight = height;
-    const Size size{static_cast<double>(width), static_cast<double>(height)};
-    const RecordingInset inset = recordingInset(size, size, BackgroundSettings{});
+    const model::Size size{static_cast<double>(width), static_cast<double>(height)};
+    const RecordingInset inset = recordingInset(size, size, model::BackgroundSettings{});
     params.insetX = static_cast<float>(inset.rect.x);
     params.insetY = static_cast<float>(inset.rect.y);
     params.insetW = static_cast<float>(inset.rect.width);
@@ -113,12 +113,12 @@ GeneratedFrame fullFrame(int width, int height) {
     params.cornerRadius = 32;
     params.hasBackground = true;
     params.keyframe = {1.7, size.width * 0.3, size.height * 0.4};
-    params.backgroundImage = screenPicture(PixelFormat::bgra, 90, 60, 2);
+    params.backgroundImage = screenPicture(media::PixelFormat::bgra, 90, 60, 2);
     params.cursorX = static_cast<float>(width) * 0.3F;
     params.cursorY = static_cast<float>(height) * 0.4F;
-    params.webcam = screenPicture(PixelFormat::bgra, 128, 72, 3);
+    params.webcam = screenPicture(media::PixelFormat::bgra, 128, 72, 3);
     const WebcamPlacement place =
-        webcamPlacement(size, {128, 72}, WebcamPosition::topRight, 0.25, 1.7);
+        webcamPlacement(size, {128, 72}, model::WebcamPosition::topRight, 0.25, 1.7);
     params.webcamRect = place.square;
     params.webcamDrawRect = place.drawRect;
     params.webcamCornerRadius = place.cornerRadius;
@@ -130,12 +130,12 @@ TEST_F(RendererAgreement, holdsWhileOneThingAfterTheOtherChanges) {
     GeneratedFrame frame = fullFrame(320, 200);
     RenderParams& params = frame.params;
     expectAgreement(frame, "first frame");
-    params.source =
-        screenPicture(PixelFormat::i420, 320, 200, 11, {ColorMatrix::bt601, /*fullRange=*/true});
+    params.source = screenPicture(media::PixelFormat::i420, 320, 200, 11,
+                                  {media::ColorMatrix::bt601, /*fullRange=*/true});
     expectAgreement(frame, "next source, of another standard");
-    params.webcam = screenPicture(PixelFormat::bgra, 128, 72, 12);
+    params.webcam = screenPicture(media::PixelFormat::bgra, 128, 72, 12);
     expectAgreement(frame, "next webcam picture");
-    params.backgroundImage = screenPicture(PixelFormat::bgra, 90, 60, 13);
+    params.backgroundImage = screenPicture(media::PixelFormat::bgra, 90, 60, 13);
     expectAgreement(frame, "another background");
     params.cornerRadius = 5;
     expectAgreement(frame, "another shadow");
@@ -145,7 +145,7 @@ TEST_F(RendererAgreement, holdsWhileOneThingAfterTheOtherChanges) {
     expectAgreement(frame, "smaller cursor");
     params.keyframe.scale = 1;
     expectAgreement(frame, "zoomed out");
-    frame.outputFormat = PixelFormat::i420;
+    frame.outputFormat = media::PixelFormat::i420;
     expectAgreement(frame, "planar output");
     params.keyframe.scale = 2;
     expectAgreement(frame, "planar output, zoomed in");
@@ -154,8 +154,8 @@ TEST_F(RendererAgreement, holdsWhileOneThingAfterTheOtherChanges) {
     expectAgreement(frame, "colour for a background");
     params.hasBackground = false;
     expectAgreement(frame, "no background");
-    frame.outputFormat = PixelFormat::bgra;
-    params.source = screenPicture(PixelFormat::bgra, 320, 200, 14);
+    frame.outputFormat = media::PixelFormat::bgra;
+    params.source = screenPicture(media::PixelFormat::bgra, 320, 200, 14);
     expectAgreement(frame, "source that is not planar");
     params.webcam.reset();
     params.webcamRect.reset();
@@ -167,9 +167,9 @@ TEST_F(RendererAgreement, holdsForALargeScreen) {
     GeneratedFrame frame = fullFrame(3840, 2160);
     expectAgreement(frame, "zoomed");
     frame.params.keyframe.scale = 1;
-    frame.outputFormat = PixelFormat::i420;
+    frame.outputFormat = media::PixelFormat::i420;
     expectAgreement(frame, "not zoomed");
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render::gpu

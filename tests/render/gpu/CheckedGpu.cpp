@@ -1,11 +1,11 @@
 #include "render/gpu/CheckedGpu.h"
 
-#include "render/CursorImage.h"
 #include "render/gpu/MetalRenderer.h"
+#include "render/scene/CursorImage.h"
 
 #include <cstdlib>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 /// Mesa's software driver mixes neighbouring texels in 8 bits, coarser than any GPU does. It reads
@@ -37,4 +37,4 @@ void CheckedGpu::TearDown() {
     });
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Guarded.h"
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <memory>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 /// Tests that draw on whatever Vulkan device there is, a software one included, with the validation
 /// layers watching. Anything that these report fails the test.
@@ -20,10 +20,10 @@ class CheckedGpu : public testing::Test {
     void TearDown() override;
 
   private:
-    Guarded<std::vector<std::string>> m_messages; // outlives the device, which reports here
+    base::Guarded<std::vector<std::string>> m_messages; // outlives the device, which reports here
 
   protected:
     std::unique_ptr<Renderer> gpu;
 };
 
-} // namespace vantro
+} // namespace vantro::render::gpu

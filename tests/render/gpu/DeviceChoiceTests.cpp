@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 DeviceCandidate device(std::string name, DeviceKind kind, bool capable = true) {
@@ -42,4 +42,4 @@ TEST(DeviceChoice, passesOverDevicesThatCannotDraw) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 /// Marks each frame that it draws with its own value; from `failFrom` on it leaves frames undone.
@@ -17,7 +17,7 @@ class ScriptedRenderer : public Renderer {
         : m_name(std::move(name)), m_mark(mark), m_failFrom(failFrom) {}
 
     std::string_view description() const override { return m_name; }
-    bool render(const RenderParams& /*params*/, PixelBuffer& output) override {
+    bool render(const RenderParams& /*params*/, media::PixelBuffer& output) override {
         if (m_frames++ >= m_failFrom)
             return false;
         *output.mutableRow(0, 0) = m_mark;
@@ -34,7 +34,7 @@ class ScriptedRenderer : public Renderer {
 constexpr int never = 1000;
 
 std::uint8_t drawOne(Renderer& renderer) {
-    const auto output = PixelBuffer::allocate(PixelFormat::bgra, 1, 1);
+    const auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 1, 1);
     std::memset(output->mutableRow(0, 0), 0, 4);
     EXPECT_TRUE(renderer.render({}, *output));
     return *output->row(0, 0);
@@ -72,10 +72,10 @@ TEST(FallbackRenderer, failsWhenBothFail) {
     FallbackRenderer renderer(std::make_unique<ScriptedRenderer>("gpu", 1, 0),
                               [] { return std::make_unique<ScriptedRenderer>("software", 2, 1); });
     EXPECT_EQ(drawOne(renderer), 2);
-    const auto output = PixelBuffer::allocate(PixelFormat::bgra, 1, 1);
+    const auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 1, 1);
     EXPECT_FALSE(renderer.render({}, *output));
     EXPECT_FALSE(renderer.render({}, *output));
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,14 +1,14 @@
 #include "render/gpu/GeneratedFrames.h"
 
-#include "render/FrameLayout.h"
 #include "render/gpu/TestPictures.h"
+#include "render/scene/FrameLayout.h"
 
 #include <array>
 #include <random>
 
 #include <fmt/format.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 class Dice {
@@ -31,7 +31,7 @@ class Dice {
 
 constexpr std::array sides{1, 2, 3, 17, 64, 101, 160, 255, 256, 333, 400};
 
-Size canvasFor(Dice& dice) {
+model::Size canvasFor(Dice& dice) {
     if (dice.chance(0.02))
         return {4000, 11};
     if (dice.chance(0.02))
@@ -39,11 +39,11 @@ Size canvasFor(Dice& dice) {
     return {static_cast<double>(dice.oneOf(sides)), static_cast<double>(dice.oneOf(sides))};
 }
 
-void addBackground(RenderParams& params, Size canvas, Size source, Dice& dice) {
+void addBackground(RenderParams& params, model::Size canvas, model::Size source, Dice& dice) {
     const std::array radii{0.0, 1.0, 12.5, 32.0, 0.3 * canvas.width, 2 * canvas.width};
-    const BackgroundSettings settings{.type = BackgroundColor{},
-                                      .padding = dice.between(0, 0.4),
-                                      .cornerRadius = dice.oneOf(radii)};
+    const model::BackgroundSettings settings{.type = model::BackgroundColor{},
+                                             .padding = dice.between(0, 0.4),
+                                             .cornerRadius = dice.oneOf(radii)};
     const RecordingInset inset = recordingInset(canvas, source, settings);
     params.hasBackground = true;
     params.insetX = static_cast<float>(inset.rect.x);
@@ -53,7 +53,7 @@ void addBackground(RenderParams& params, Size canvas, Size source, Dice& dice) {
     params.cornerRadius = static_cast<float>(inset.cornerRadius);
     if (dice.chance(0.3))
         params.backgroundImage = dice.chance(0.5)
-                                     ? screenPicture(PixelFormat::bgra, 97, 64, dice.seed())
+                                     ? screenPicture(media::PixelFormat::bgra, 97, 64, dice.seed())
                                      : translucentPicture(97, 64, dice.seed());
     else if (dice.chance(0.8))
         params.bgColor = RenderColor{
@@ -61,15 +61,17 @@ void addBackground(RenderParams& params, Size canvas, Size source, Dice& dice) {
             static_cast<float>(dice.between(0, 1)), dice.chance(0.2) ? 0.5F : 1.0F};
 }
 
-void addWebcam(RenderParams& params, Size canvas, Dice& dice) {
-    constexpr std::array corners{WebcamPosition::topLeft, WebcamPosition::topRight,
-                                 WebcamPosition::bottomLeft, WebcamPosition::bottomRight};
-    constexpr std::array shapes{Size{128, 72}, Size{72, 128}, Size{90, 90}};
-    const Size shape = dice.oneOf(shapes);
+void addWebcam(RenderParams& params, model::Size canvas, Dice& dice) {
+    constexpr std::array corners{model::WebcamPosition::topLeft, model::WebcamPosition::topRight,
+                                 model::WebcamPosition::bottomLeft,
+                                 model::WebcamPosition::bottomRight};
+    constexpr std::array shapes{model::Size{128, 72}, model::Size{72, 128}, model::Size{90, 90}};
+    const model::Size shape = dice.oneOf(shapes);
     const auto width = static_cast<int>(shape.width);
     const auto height = static_cast<int>(shape.height);
-    params.webcam = dice.chance(0.8) ? screenPicture(PixelFormat::bgra, width, height, dice.seed())
-                                     : translucentPicture(width, height, dice.seed());
+    params.webcam = dice.chance(0.8)
+                        ? screenPicture(media::PixelFormat::bgra, width, height, dice.seed())
+                        : translucentPicture(width, height, dice.seed());
     const WebcamPlacement place = webcamPlacement(canvas, shape, dice.oneOf(corners),
                                                   dice.between(0.1, 0.4), params.keyframe.scale);
     params.webcamRect = place.square;
@@ -81,15 +83,15 @@ void addWebcam(RenderParams& params, Size canvas, Dice& dice) {
 
 GeneratedFrame generateFrame(std::uint32_t seed) {
     Dice dice(seed);
-    constexpr std::array formats{PixelFormat::bgra, PixelFormat::i420};
+    constexpr std::array formats{media::PixelFormat::bgra, media::PixelFormat::i420};
     constexpr std::array scales{1.0, 1.001, 1.0011, 1.25, 1.5, 2.0, 4.0};
     GeneratedFrame frame;
     frame.outputFormat = dice.oneOf(formats);
     RenderParams& params = frame.params;
-    const Size canvas = canvasFor(dice);
-    const Size source = dice.chance(0.3) ? canvas : canvasFor(dice);
-    const ColorDescription color{dice.chance(0.5) ? ColorMatrix::bt709 : ColorMatrix::bt601,
-                                 dice.chance(0.3)};
+    const model::Size canvas = canvasFor(dice);
+    const model::Size source = dice.chance(0.3) ? canvas : canvasFor(dice);
+    const media::ColorDescription color{
+        dice.chance(0.5) ? media::ColorMatrix::bt709 : media::ColorMatrix::bt601, dice.chance(0.3)};
     params.source = screenPicture(dice.oneOf(formats), static_cast<int>(source.width),
                                   static_cast<int>(source.height), dice.seed(), color);
     params.canvasWidth = static_cast<int>(canvas.width);
@@ -109,16 +111,16 @@ GeneratedFrame generateFrame(std::uint32_t seed) {
         addWebcam(params, canvas, dice);
     // A planar source that ends up pixel for pixel in a planar output may be copied there, with
     // colours that RGB, which the GPU goes through, has no room for.
-    const bool maybeCopied =
-        !params.hasBackground && source == canvas && params.source->format() == PixelFormat::i420;
+    const bool maybeCopied = !params.hasBackground && source == canvas &&
+                             params.source->format() == media::PixelFormat::i420;
     if (maybeCopied)
-        frame.outputFormat = PixelFormat::bgra;
+        frame.outputFormat = media::PixelFormat::bgra;
     return frame;
 }
 
 std::string GeneratedFrame::describe() const {
-    const auto name = [](PixelFormat format) {
-        return format == PixelFormat::bgra ? "bgra" : "i420";
+    const auto name = [](media::PixelFormat format) {
+        return format == media::PixelFormat::bgra ? "bgra" : "i420";
     };
     return fmt::format(
         "{} {}x{} -> {} {}x{}, scale {}, inset {} {} {} {} radius {}, background {}, image {}, "
@@ -130,4 +132,4 @@ std::string GeneratedFrame::describe() const {
         params.webcam != nullptr);
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

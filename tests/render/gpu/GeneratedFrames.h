@@ -1,16 +1,16 @@
 #pragma once
 
-#include "render/Renderer.h"
+#include "render/scene/Renderer.h"
 
 #include <cstdint>
 #include <string>
 
-namespace vantro {
+namespace vantro::render::gpu {
 
 /// A frame to draw, made up from a seed: the same seed gives the same frame.
 struct GeneratedFrame {
     RenderParams params;
-    PixelFormat outputFormat = PixelFormat::bgra;
+    media::PixelFormat outputFormat = media::PixelFormat::bgra;
 
     std::string describe() const;
 };
@@ -19,4 +19,4 @@ struct GeneratedFrame {
 /// even; laid out the way that the compositor does it.
 GeneratedFrame generateFrame(std::uint32_t seed);
 
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,7 +1,7 @@
-#include "render/CursorImage.h"
 #include "render/gpu/CheckedGpu.h"
 #include "render/gpu/MetalRenderer.h"
 #include "render/gpu/TestPictures.h"
+#include "render/scene/CursorImage.h"
 
 #include <array>
 #include <cstdlib>
@@ -9,30 +9,30 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 using Pixel = std::array<int, 4>;
 
-Pixel pixelAt(const PixelBuffer& picture, int x, int y) {
+Pixel pixelAt(const media::PixelBuffer& picture, int x, int y) {
     const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
     return {pixel[0], pixel[1], pixel[2], pixel[3]};
 }
 
-std::shared_ptr<PixelBuffer> filled(PixelFormat format, int width, int height,
-                                    std::array<std::uint8_t, 4> samples,
-                                    ColorDescription color = {}) {
-    auto picture = PixelBuffer::allocate(format, width, height, color);
+std::shared_ptr<media::PixelBuffer> filled(media::PixelFormat format, int width, int height,
+                                           std::array<std::uint8_t, 4> samples,
+                                           media::ColorDescription color = {}) {
+    auto picture = media::PixelBuffer::allocate(format, width, height, color);
     for (int plane = 0; plane < picture->planeCount(); ++plane)
         for (int y = 0; y < picture->planeHeight(plane); ++y)
             for (int i = 0; i < picture->stride(plane); ++i)
-                picture->mutableRow(plane, y)[i] =
-                    samples[static_cast<std::size_t>(format == PixelFormat::bgra ? i % 4 : plane)];
+                picture->mutableRow(plane, y)[i] = samples[static_cast<std::size_t>(
+                    format == media::PixelFormat::bgra ? i % 4 : plane)];
     return picture;
 }
 
 /// Parameters under which the output is the source, pixel for pixel.
-RenderParams copyOf(std::shared_ptr<const PixelBuffer> source) {
+RenderParams copyOf(std::shared_ptr<const media::PixelBuffer> source) {
     RenderParams params;
     params.canvasWidth = source->width();
     params.canvasHeight = source->height();
@@ -45,7 +45,7 @@ RenderParams copyOf(std::shared_ptr<const PixelBuffer> source) {
     return params;
 }
 
-bool samePixels(const PixelBuffer& a, const PixelBuffer& b) {
+bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
     for (int y = 0; y < a.height(); ++y)
         if (std::memcmp(a.row(0, y), b.row(0, y), static_cast<std::size_t>(a.width()) * 4) != 0)
             return false;
@@ -54,19 +54,19 @@ bool samePixels(const PixelBuffer& a, const PixelBuffer& b) {
 
 class MetalRendererTest : public CheckedGpu {
   protected:
-    std::shared_ptr<PixelBuffer> draw(const RenderParams& params,
-                                      PixelFormat format = PixelFormat::bgra) {
-        auto output = PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
+    std::shared_ptr<media::PixelBuffer> draw(const RenderParams& params,
+                                             media::PixelFormat format = media::PixelFormat::bgra) {
+        auto output = media::PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
         EXPECT_TRUE(gpu->render(params, *output));
         return output;
     }
 };
 
 TEST_F(MetalRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
-    const auto first = screenPicture(PixelFormat::bgra, 61, 40, 1);
-    const auto second = screenPicture(PixelFormat::bgra, 61, 40, 2);
-    const auto larger = screenPicture(PixelFormat::bgra, 130, 77, 3);
-    const auto planar = filled(PixelFormat::i420, 61, 40, {126, 128, 128, 0});
+    const auto first = screenPicture(media::PixelFormat::bgra, 61, 40, 1);
+    const auto second = screenPicture(media::PixelFormat::bgra, 61, 40, 2);
+    const auto larger = screenPicture(media::PixelFormat::bgra, 130, 77, 3);
+    const auto planar = filled(media::PixelFormat::i420, 61, 40, {126, 128, 128, 0});
     EXPECT_TRUE(samePixels(*draw(copyOf(first)), *first));
     EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
     EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 30, 20), (Pixel{128, 128, 128, 255}));
@@ -76,7 +76,7 @@ TEST_F(MetalRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
 }
 
 TEST_F(MetalRendererTest, doesNotSendTheSamePictureTwice) {
-    for (const PixelFormat format : {PixelFormat::bgra, PixelFormat::i420}) {
+    for (const media::PixelFormat format : {media::PixelFormat::bgra, media::PixelFormat::i420}) {
         const auto source = filled(format, 32, 32, {126, 128, 128, 255});
         const auto before = draw(copyOf(source));
         for (int y = 0; y < 32; ++y) // a change that only a new upload would see
@@ -86,39 +86,39 @@ TEST_F(MetalRendererTest, doesNotSendTheSamePictureTwice) {
 }
 
 TEST_F(MetalRendererTest, takesRecordingsAsOpaque) {
-    const auto output = draw(copyOf(filled(PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
+    const auto output = draw(copyOf(filled(media::PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
     EXPECT_EQ(pixelAt(*output, 2, 2), (Pixel{10, 20, 30, 255}));
 }
 
 TEST_F(MetalRendererTest, drawsNothingWhereNothingIsAskedFor) {
-    RenderParams params = copyOf(screenPicture(PixelFormat::bgra, 8, 8, 1));
+    RenderParams params = copyOf(screenPicture(media::PixelFormat::bgra, 8, 8, 1));
     params.cursorX.reset();
-    const auto output = filled(PixelFormat::bgra, 8, 8, {1, 2, 3, 4});
+    const auto output = filled(media::PixelFormat::bgra, 8, 8, {1, 2, 3, 4});
     EXPECT_TRUE(gpu->render(params, *output));
     EXPECT_EQ(pixelAt(*output, 7, 7), (Pixel{1, 2, 3, 4}));
 }
 
 TEST_F(MetalRendererTest, convertsKnownColoursBothWays) {
     struct Known {
-        ColorDescription color;
+        media::ColorDescription color;
         std::array<std::uint8_t, 4> planes;
     };
     // Pure red as each standard writes it.
     const std::array reds{
-        Known{{ColorMatrix::bt709, false}, {63, 102, 240, 0}},
-        Known{{ColorMatrix::bt601, false}, {81, 90, 240, 0}},
-        Known{{ColorMatrix::bt709, true}, {54, 99, 255, 0}},
-        Known{{ColorMatrix::bt601, true}, {76, 85, 255, 0}},
+        Known{{media::ColorMatrix::bt709, false}, {63, 102, 240, 0}},
+        Known{{media::ColorMatrix::bt601, false}, {81, 90, 240, 0}},
+        Known{{media::ColorMatrix::bt709, true}, {54, 99, 255, 0}},
+        Known{{media::ColorMatrix::bt601, true}, {76, 85, 255, 0}},
     };
     for (const Known& red : reds) {
-        const auto source = filled(PixelFormat::i420, 7, 5, red.planes, red.color);
+        const auto source = filled(media::PixelFormat::i420, 7, 5, red.planes, red.color);
         const Pixel pixel = pixelAt(*draw(copyOf(source)), 6, 4);
         EXPECT_NEAR(pixel[0], 0, 2);
         EXPECT_NEAR(pixel[1], 0, 2);
         EXPECT_NEAR(pixel[2], 255, 2);
     }
-    const auto output =
-        draw(copyOf(filled(PixelFormat::bgra, 7, 5, {0, 0, 255, 255})), PixelFormat::i420);
+    const auto output = draw(copyOf(filled(media::PixelFormat::bgra, 7, 5, {0, 0, 255, 255})),
+                             media::PixelFormat::i420);
     for (int plane = 0; plane < 3; ++plane)
         for (const int column : {0, plane == 0 ? 6 : 3})
             EXPECT_EQ(output->row(plane, output->planeHeight(plane) - 1)[column],
@@ -126,11 +126,11 @@ TEST_F(MetalRendererTest, convertsKnownColoursBothWays) {
 }
 
 TEST_F(MetalRendererTest, givesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
-    const auto source = screenPicture(PixelFormat::bgra, 8, 8, 1);
+    const auto source = screenPicture(media::PixelFormat::bgra, 8, 8, 1);
     RenderParams huge = copyOf(source);
     huge.canvasWidth = 32768;
     huge.canvasHeight = 1;
-    const auto output = PixelBuffer::allocate(PixelFormat::bgra, 32768, 1);
+    const auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 32768, 1);
     testing::internal::CaptureStderr();
     const bool drewHuge = gpu->render(huge, *output);
     const bool drewAgain = gpu->render(huge, *output);
@@ -160,4 +160,4 @@ TEST(MakeMetalRenderer, saysSoWhereThereIsNoDriver) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render::gpu

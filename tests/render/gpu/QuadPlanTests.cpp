@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 using testing::ElementsAre;
@@ -22,7 +22,7 @@ CursorImage arrow() {
 /// A 400 × 200 recording in the middle of an 800 × 600 canvas, everything switched on.
 RenderParams fullFrame() {
     RenderParams params;
-    params.source = screenPicture(PixelFormat::bgra, 400, 200, 1);
+    params.source = screenPicture(media::PixelFormat::bgra, 400, 200, 1);
     params.canvasWidth = 800;
     params.canvasHeight = 600;
     params.hasBackground = true;
@@ -33,7 +33,7 @@ RenderParams fullFrame() {
     params.cornerRadius = 12;
     params.cursorX = 10.0F;
     params.cursorY = 20.0F;
-    params.webcam = screenPicture(PixelFormat::bgra, 128, 72, 2);
+    params.webcam = screenPicture(media::PixelFormat::bgra, 128, 72, 2);
     params.webcamRect = RenderRect{600, 50, 100, 100};
     params.webcamDrawRect = RenderRect{561, 50, 178, 100};
     params.webcamCornerRadius = 27;
@@ -73,7 +73,7 @@ TEST(QuadPlan, drawsLayersInOrderAndZoomsAllButTheWebcam) {
     EXPECT_THAT(pictures(direct.output), ElementsAre(none, shadow, source, cursor, webcam));
 
     params.keyframe.scale = 2;
-    params.backgroundImage = screenPicture(PixelFormat::bgra, 4, 4, 3);
+    params.backgroundImage = screenPicture(media::PixelFormat::bgra, 4, 4, 3);
     const QuadPlan zoomed = planQuads(params, arrow());
     EXPECT_THAT(pictures(zoomed.scene), ElementsAre(background, shadow, source, cursor));
     EXPECT_THAT(pictures(zoomed.output), ElementsAre(scene, webcam));
@@ -110,7 +110,7 @@ TEST(QuadPlan, cropsTheWebcamToItsCentreSquare) {
     EXPECT_THAT(crop().rectangle, ElementsAre(600, 450, 100, 100));
     EXPECT_THAT(crop().origin, ElementsAre(FloatEq(28.0F / 128), 0));
     EXPECT_THAT(crop().size, ElementsAre(FloatEq(72.0F / 128), 1));
-    params.webcam = screenPicture(PixelFormat::bgra, 72, 128, 2);
+    params.webcam = screenPicture(media::PixelFormat::bgra, 72, 128, 2);
     EXPECT_THAT(crop().origin, ElementsAre(0, FloatEq(28.0F / 128)));
     EXPECT_THAT(crop().size, ElementsAre(1, FloatEq(72.0F / 128)));
 }
@@ -126,4 +126,4 @@ TEST(QuadPlan, shiftsTheZoomWindowAtEdgesAndNeverShrinksIt) {
 }
 
 } // namespace
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -1,6 +1,6 @@
 #include "render/gpu/TestPictures.h"
 
-namespace vantro {
+namespace vantro::render::gpu {
 namespace {
 
 /// One channel of the picture at a pixel: a gradient, broken up by blocks with a fine pattern.
@@ -15,11 +15,12 @@ std::uint8_t sampleAt(int x, int y, std::uint32_t seed) {
 
 } // namespace
 
-std::shared_ptr<PixelBuffer> screenPicture(PixelFormat format, int width, int height,
-                                           std::uint32_t seed, ColorDescription color) {
-    auto picture = PixelBuffer::allocate(format, width, height, color);
+std::shared_ptr<media::PixelBuffer> screenPicture(media::PixelFormat format, int width, int height,
+                                                  std::uint32_t seed,
+                                                  media::ColorDescription color) {
+    auto picture = media::PixelBuffer::allocate(format, width, height, color);
     for (int plane = 0; plane < picture->planeCount(); ++plane) {
-        const bool isColor = format == PixelFormat::bgra;
+        const bool isColor = format == media::PixelFormat::bgra;
         const int columns = plane == 0 ? width : (width + 1) / 2;
         for (int y = 0; y < picture->planeHeight(plane); ++y) {
             std::uint8_t* row = picture->mutableRow(plane, y);
@@ -32,8 +33,8 @@ std::shared_ptr<PixelBuffer> screenPicture(PixelFormat format, int width, int he
     return picture;
 }
 
-std::shared_ptr<PixelBuffer> translucentPicture(int width, int height, std::uint32_t seed) {
-    auto picture = screenPicture(PixelFormat::bgra, width, height, seed);
+std::shared_ptr<media::PixelBuffer> translucentPicture(int width, int height, std::uint32_t seed) {
+    auto picture = screenPicture(media::PixelFormat::bgra, width, height, seed);
     for (int y = 0; y < height; ++y) {
         std::uint8_t* row = picture->mutableRow(0, y);
         for (int x = 0; x < width; ++x) {
@@ -47,4 +48,4 @@ std::shared_ptr<PixelBuffer> translucentPicture(int width, int height, std::uint
     return picture;
 }
 
-} // namespace vantro
+} // namespace vantro::render::gpu

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 // A frame has seven pictures, one set of planes and one conversion; while one is replaced, its
@@ -149,4 +149,4 @@ BindingSet Bindings::conversion(const Image& image, const MappedBuffer& buffer) 
     return set;
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -7,7 +7,7 @@
 
 #include <span>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// What a shader reads and writes, besides its uniforms. Goes back to the pool that it came from,
 /// which must outlive it.
@@ -57,4 +57,4 @@ class Bindings {
     DescriptorPoolHandle m_pool;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

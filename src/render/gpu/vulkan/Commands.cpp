@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 CommandPoolHandle createPool(const Device& device) {
@@ -120,4 +120,4 @@ void Commands::makeReadable(const MappedBuffer& buffer) {
                          VK_PIPELINE_STAGE_HOST_BIT, 0, 0, nullptr, 1, &barrier, 0, nullptr);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// The one command buffer, recorded anew for each frame. begin → record → submitAndWait.
 class Commands {
@@ -35,4 +35,4 @@ class Commands {
     VkCommandBuffer m_buffer = VK_NULL_HANDLE;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -5,7 +5,7 @@
 #include "render/gpu/vulkan/Pipelines.h"
 #include "render/gpu/vulkan/RenderPasses.h"
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// What stays the same for as long as a device is used.
 struct Context {
@@ -21,4 +21,4 @@ struct Context {
     Pipelines pipelines;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 DeviceKind kindOf(VkPhysicalDeviceType type) {
@@ -126,4 +126,4 @@ void Device::waitIdle() const noexcept {
     vkDeviceWaitIdle(m_device);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// One graphics device with one queue that draws, computes and copies. Must outlive all that it
 /// makes. Calls that can fail throw VulkanError.
@@ -47,4 +47,4 @@ class Device {
     VkQueue m_queue = VK_NULL_HANDLE;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -4,7 +4,7 @@
 
 #include <vulkan/vulkan.h>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// Owns one object that a device made. The device must outlive it, and must be done with the object
 /// when it goes.
@@ -47,4 +47,4 @@ using SamplerHandle = Handle<VkSampler, vkDestroySampler>;
 using SetLayoutHandle = Handle<VkDescriptorSetLayout, vkDestroyDescriptorSetLayout>;
 using ShaderHandle = Handle<VkShaderModule, vkDestroyShaderModule>;
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 VkImageUsageFlags usageFor(Image::Use use) {
@@ -73,4 +73,4 @@ Image::Image(const Device& device, Content content, int width, int height, Use u
     m_view = {device.get(), createView(device.get(), m_image.get(), content)};
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// A picture in the GPU's own memory, with one view of the whole of it.
 class Image {
@@ -41,4 +41,4 @@ class Image {
     ImageViewHandle m_view;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

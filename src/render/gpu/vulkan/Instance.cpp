@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 constexpr const char* validationLayer = "VK_LAYER_KHRONOS_validation";
@@ -106,4 +106,4 @@ Instance::~Instance() {
     vkDestroyInstance(m_instance, nullptr);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

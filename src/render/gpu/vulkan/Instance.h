@@ -6,7 +6,7 @@
 
 #include <vulkan/vulkan.h>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// What the validation layers say; may come from any thread that calls Vulkan.
 using ValidationListener = std::function<void(std::string_view message)>;
@@ -31,4 +31,4 @@ class Instance {
     VkDebugUtilsMessengerEXT m_messenger = VK_NULL_HANDLE;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

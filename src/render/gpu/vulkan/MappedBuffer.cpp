@@ -2,7 +2,7 @@
 
 #include "render/gpu/vulkan/VulkanError.h"
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 VkBufferUsageFlags usageFor(MappedBuffer::Purpose purpose) {
@@ -43,4 +43,4 @@ MappedBuffer::MappedBuffer(const Device& device, Purpose purpose, std::size_t si
     m_data = static_cast<std::byte*>(data);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// Memory that the processor and the GPU both see, mapped for as long as it lives. Coherent: writes
 /// need no flush.
@@ -31,4 +31,4 @@ class MappedBuffer {
     std::size_t m_size = 0;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 // One invocation of the conversion makes 8 × 2 pixels; a group has 8 × 8 invocations.
@@ -24,15 +24,15 @@ PlaneLayout planeLayout(int width, int height) {
             .redOffset = lumaWords + blocks * chromaRows};
 }
 
-std::size_t returnedBytes(PixelFormat format, int width, int height) {
-    if (format == PixelFormat::bgra)
+std::size_t returnedBytes(media::PixelFormat format, int width, int height) {
+    if (format == media::PixelFormat::bgra)
         return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
     const PlaneLayout layout = planeLayout(width, height);
     return (std::size_t{2} * layout.redOffset - layout.blueOffset) * 4;
 }
 
 void unpackRows(const std::byte* source, std::size_t sourceStride, std::size_t rowBytes, int plane,
-                PixelBuffer& output) {
+                media::PixelBuffer& output) {
     for (int y = 0; y < output.planeHeight(plane); ++y)
         std::memcpy(output.mutableRow(plane, y),
                     source + static_cast<std::size_t>(y) * sourceStride, rowBytes);
@@ -40,7 +40,8 @@ void unpackRows(const std::byte* source, std::size_t sourceStride, std::size_t r
 
 } // namespace
 
-void OutputPicture::prepare(const Context& context, PixelFormat format, int width, int height) {
+void OutputPicture::prepare(const Context& context, media::PixelFormat format, int width,
+                            int height) {
     const bool sameSize = m_target.isSized(width, height);
     if (sameSize && m_format == format)
         return;
@@ -48,20 +49,20 @@ void OutputPicture::prepare(const Context& context, PixelFormat format, int widt
         m_target = RenderTarget(context.device, context.bindings, context.passes, width, height);
     m_format = format;
     const std::size_t bytes = returnedBytes(format, width, height);
-    if (format == PixelFormat::i420 && bytes > context.device.largestShaderBuffer())
+    if (format == media::PixelFormat::i420 && bytes > context.device.largestShaderBuffer())
         throw VulkanError("the planes of a frame are too large for the graphics device");
     m_returned = MappedBuffer(context.device, MappedBuffer::Purpose::readBack, bytes);
-    if (format == PixelFormat::i420)
+    if (format == media::PixelFormat::i420)
         m_conversion = context.bindings.conversion(m_target.image(), m_returned);
 }
 
 VkRenderPass OutputPicture::pass(const Context& context) const {
-    return m_format == PixelFormat::bgra ? context.passes.thenCopied()
-                                         : context.passes.thenSampled();
+    return m_format == media::PixelFormat::bgra ? context.passes.thenCopied()
+                                                : context.passes.thenSampled();
 }
 
 void OutputPicture::recordReturn(const Context& context, Commands& commands) {
-    if (m_format == PixelFormat::bgra)
+    if (m_format == media::PixelFormat::bgra)
         commands.download(m_target.image(), m_returned);
     else
         recordConversion(context, commands);
@@ -83,9 +84,9 @@ void OutputPicture::recordConversion(const Context& context, Commands& commands)
                   static_cast<std::uint32_t>((height + groupHeight - 1) / groupHeight), 1);
 }
 
-void OutputPicture::copyTo(PixelBuffer& output) const {
+void OutputPicture::copyTo(media::PixelBuffer& output) const {
     const auto width = static_cast<std::size_t>(output.width());
-    if (m_format == PixelFormat::bgra) {
+    if (m_format == media::PixelFormat::bgra) {
         unpackRows(m_returned.data(), width * 4, width * 4, 0, output);
         return;
     }
@@ -97,4 +98,4 @@ void OutputPicture::copyTo(PixelBuffer& output) const {
     unpackRows(words + layout.redOffset * 4UL, layout.chromaStride * 4UL, chromaWidth, 2, output);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/values/PixelBuffer.h"
 #include "render/gpu/vulkan/Commands.h"
 #include "render/gpu/vulkan/Context.h"
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// The finished frame: drawn on the GPU, brought back as colour or, for half the bytes, as planes.
 class OutputPicture {
   public:
     /// Makes ready for frames of this shape; costs nothing while the shape stays.
-    void prepare(const Context& context, PixelFormat format, int width, int height);
+    void prepare(const Context& context, media::PixelFormat format, int width, int height);
 
     /// The pass to draw with, and its target.
     VkRenderPass pass(const Context& context) const;
@@ -18,15 +18,15 @@ class OutputPicture {
     /// Records the way back; after the pass.
     void recordReturn(const Context& context, Commands& commands);
     /// Call when the GPU is done with the frame.
-    void copyTo(PixelBuffer& output) const;
+    void copyTo(media::PixelBuffer& output) const;
 
   private:
     void recordConversion(const Context& context, Commands& commands);
 
-    PixelFormat m_format = PixelFormat::bgra;
+    media::PixelFormat m_format = media::PixelFormat::bgra;
     RenderTarget m_target;
     MappedBuffer m_returned;
     BindingSet m_conversion;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

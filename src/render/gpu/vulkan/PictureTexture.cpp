@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 void packRows(const PlanePixels& pixels, std::byte* destination) {
     if (pixels.stride == static_cast<std::ptrdiff_t>(pixels.rowBytes)) {
@@ -17,10 +17,10 @@ void packRows(const PlanePixels& pixels, std::byte* destination) {
 }
 
 void PictureTexture::hold(const Context& context, Commands& commands,
-                          const std::shared_ptr<const PixelBuffer>& picture, bool opaque) {
+                          const std::shared_ptr<const media::PixelBuffer>& picture, bool opaque) {
     if (m_held == picture)
         return;
-    require(picture->format() == PixelFormat::bgra, "a picture to draw is not bgra");
+    base::require(picture->format() == media::PixelFormat::bgra, "a picture to draw is not bgra");
     send(context, commands, opaque ? Image::Content::opaque : Image::Content::color,
          picture->width(),
          {picture->plane(0), picture->stride(0), static_cast<std::size_t>(picture->width()) * 4,
@@ -55,4 +55,4 @@ void PictureTexture::frameDone() {
         m_staging = {};
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

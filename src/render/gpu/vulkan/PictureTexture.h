@@ -1,15 +1,15 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
-#include "render/ShadowImage.h"
+#include "media/values/PixelBuffer.h"
 #include "render/gpu/vulkan/Commands.h"
 #include "render/gpu/vulkan/Context.h"
+#include "render/scene/ShadowImage.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// One plane of samples in the processor's memory.
 struct PlanePixels {
@@ -37,7 +37,7 @@ class PictureTexture {
     /// Records the upload of a picture, unless it is the one held: a bgra one, which may be taken
     /// as opaque whatever its alpha says, or alpha alone. One texture holds only one of the three.
     void hold(const Context& context, Commands& commands,
-              const std::shared_ptr<const PixelBuffer>& picture, bool opaque = false);
+              const std::shared_ptr<const media::PixelBuffer>& picture, bool opaque = false);
     void hold(const Context& context, Commands& commands,
               const std::shared_ptr<const AlphaImage>& picture);
     /// Call when the GPU is done with the frame.
@@ -56,4 +56,4 @@ class PictureTexture {
     BindingSet m_bindings;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

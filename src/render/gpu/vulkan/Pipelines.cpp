@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 ShaderHandle loadShader(VkDevice device, shaders::Program program) {
@@ -159,4 +159,4 @@ Pipelines::Pipelines(const Device& device, const Bindings& bindings, const Rende
         createCompute(device.get(), m_toPlanes.layout.get(), shaders::computeConvertToI420());
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -8,7 +8,7 @@
 
 #include <array>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// How 4:2:0 samples become channels; the layout that its shader declares. Samples are 0 to 1.
 struct PlaneConversion {
@@ -59,4 +59,4 @@ class Pipelines {
     Pipeline m_toPlanes;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 // Scene, output and the conversion of the source.
@@ -53,7 +53,7 @@ void QuadPainter::drawPlanes(const PlaneConversion& conversion, VkDescriptorSet 
 
 void QuadPainter::drawQuad(const Pipeline& pipeline, std::span<const QuadVertex> vertices,
                            std::span<const std::byte> uniforms, VkDescriptorSet bindings) {
-    require(m_usedQuads < mostQuads, "too many quads in one frame");
+    base::require(m_usedQuads < mostQuads, "too many quads in one frame");
     const VkDeviceSize offset = m_usedQuads++ * quadBytes;
     std::memcpy(m_vertices.data() + offset, vertices.data(), quadBytes);
 
@@ -73,4 +73,4 @@ void QuadPainter::endPass() {
     vkCmdEndRenderPass(m_commands.get());
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

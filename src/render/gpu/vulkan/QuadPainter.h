@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <span>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// Records a frame's passes. Vertices go to a mapped buffer that lasts for the painter's life.
 class QuadPainter {
@@ -37,4 +37,4 @@ class QuadPainter {
     std::size_t m_usedQuads = 0;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 constexpr std::array<VkSubpassDependency, 2> dependencies{
@@ -83,4 +83,4 @@ RenderTarget::RenderTarget(const Device& device, const Bindings& bindings,
     , m_bindings(bindings.picture(m_image))
     , m_framebuffer(device.get(), createFramebuffer(device.get(), passes.thenSampled(), m_image)) {}
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

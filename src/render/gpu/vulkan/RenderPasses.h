@@ -5,7 +5,7 @@
 #include "render/gpu/vulkan/Handle.h"
 #include "render/gpu/vulkan/Image.h"
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// Passes that clear one picture to opaque black, draw into it and store it. Both fit the same
 /// pipelines; they differ in what the picture is ready for afterwards. Each waits for earlier work
@@ -40,4 +40,4 @@ class RenderTarget {
     FramebufferHandle m_framebuffer;
 };
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -1,6 +1,6 @@
 #include "render/gpu/vulkan/Shaders.h"
 
-namespace vantro::vulkan::shaders {
+namespace vantro::render::gpu::vulkan::shaders {
 namespace {
 
 // Made at build time, one array for each program.
@@ -40,4 +40,4 @@ Program computeConvertToI420() {
     return compute_convert_to_i420;
 }
 
-} // namespace vantro::vulkan::shaders
+} // namespace vantro::render::gpu::vulkan::shaders

@@ -4,7 +4,7 @@
 #include <span>
 
 /// The shader programs of resources/shaders, compiled into this library.
-namespace vantro::vulkan::shaders {
+namespace vantro::render::gpu::vulkan::shaders {
 
 using Program = std::span<const std::uint32_t>;
 
@@ -17,4 +17,4 @@ Program fragmentZoomSample();
 Program fragmentConvertI420();
 Program computeConvertToI420();
 
-} // namespace vantro::vulkan::shaders
+} // namespace vantro::render::gpu::vulkan::shaders

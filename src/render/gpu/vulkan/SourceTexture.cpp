@@ -1,14 +1,14 @@
 #include "render/gpu/vulkan/SourceTexture.h"
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 /// Planes begin at multiples of this many bytes, which every device can copy from quickly.
 constexpr std::size_t planeAlignment = 256;
 
-PlaneConversion conversionFor(ColorDescription color) {
-    const double redShare = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
-    const double blueShare = color.matrix == ColorMatrix::bt709 ? 0.0722 : 0.114;
+PlaneConversion conversionFor(media::ColorDescription color) {
+    const double redShare = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double blueShare = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
     const double greenShare = 1 - redShare - blueShare;
     const double redPerRed = 2 * (1 - redShare);
     const double bluePerBlue = 2 * (1 - blueShare);
@@ -22,16 +22,16 @@ PlaneConversion conversionFor(ColorDescription color) {
             .blueFromBlue = static_cast<float>(bluePerBlue)};
 }
 
-int planeWidth(const PixelBuffer& frame, int plane) {
+int planeWidth(const media::PixelBuffer& frame, int plane) {
     return plane == 0 ? frame.width() : (frame.width() + 1) / 2;
 }
 
-PlanePixels planePixels(const PixelBuffer& frame, int plane) {
+PlanePixels planePixels(const media::PixelBuffer& frame, int plane) {
     return {frame.plane(plane), frame.stride(plane),
             static_cast<std::size_t>(planeWidth(frame, plane)), frame.planeHeight(plane)};
 }
 
-std::size_t alignedBytes(const PixelBuffer& frame, int plane) {
+std::size_t alignedBytes(const media::PixelBuffer& frame, int plane) {
     return (planePixels(frame, plane).bytes() + planeAlignment - 1) / planeAlignment *
            planeAlignment;
 }
@@ -39,8 +39,8 @@ std::size_t alignedBytes(const PixelBuffer& frame, int plane) {
 } // namespace
 
 void SourceTexture::hold(const Context& context, Commands& commands, QuadPainter& painter,
-                         const std::shared_ptr<const PixelBuffer>& frame) {
-    m_planar = frame->format() == PixelFormat::i420;
+                         const std::shared_ptr<const media::PixelBuffer>& frame) {
+    m_planar = frame->format() == media::PixelFormat::i420;
     if (!m_planar) {
         m_picture.hold(context, commands, frame, true);
         return;
@@ -55,9 +55,9 @@ void SourceTexture::hold(const Context& context, Commands& commands, QuadPainter
 }
 
 void SourceTexture::sendPlanes(const Context& context, Commands& commands,
-                               const PixelBuffer& frame) {
+                               const media::PixelBuffer& frame) {
     if (!m_converted.isSized(frame.width(), frame.height())) {
-        for (int plane = 0; plane < PixelBuffer::maxPlanes; ++plane)
+        for (int plane = 0; plane < media::PixelBuffer::maxPlanes; ++plane)
             m_planes[plane] = Image(context.device, Image::Content::plane, planeWidth(frame, plane),
                                     frame.planeHeight(plane), Image::Use::uploaded);
         m_planeBindings = context.bindings.planes(m_planes[0], m_planes[1], m_planes[2]);
@@ -68,11 +68,11 @@ void SourceTexture::sendPlanes(const Context& context, Commands& commands,
         m_staging = MappedBuffer(context.device, MappedBuffer::Purpose::upload, bytes);
     }
     std::size_t offset = 0;
-    for (int plane = 0; plane < PixelBuffer::maxPlanes; ++plane) {
+    for (int plane = 0; plane < media::PixelBuffer::maxPlanes; ++plane) {
         packRows(planePixels(frame, plane), m_staging.data() + offset);
         commands.upload(m_staging, offset, m_planes[plane]);
         offset += alignedBytes(frame, plane);
     }
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 namespace {
 
 std::string describe(VkResult result) {
@@ -30,4 +30,4 @@ void check(VkResult result, std::string_view call) {
         throw VulkanError(call, result);
 }
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -5,7 +5,7 @@
 
 #include <vulkan/vulkan.h>
 
-namespace vantro::vulkan {
+namespace vantro::render::gpu::vulkan {
 
 /// A Vulkan call that failed. Thrown within the GPU renderer only, which turns it into its own
 /// result and never lets it out.
@@ -18,4 +18,4 @@ class VulkanError : public std::runtime_error {
 /// Throws unless `result` is success; `call` names what was tried.
 void check(VkResult result, std::string_view call);
 
-} // namespace vantro::vulkan
+} // namespace vantro::render::gpu::vulkan

@@ -97,7 +97,7 @@ Rgb lakeAt(const Scene& scene, Vec2 p) {
 
 } // namespace
 
-Painter paintAurora(const Frame& frame, WorkerPool& pool) {
+Painter paintAurora(const Frame& frame, base::WorkerPool& pool) {
     Canvas glow({(frame.width + 2) / 3, (frame.height + 2) / 3});
     glow.paint(auroraAt, pool);
     const auto scene = std::make_shared<Scene>(

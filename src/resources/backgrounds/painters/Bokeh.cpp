@@ -57,7 +57,7 @@ Rgb lightsAt(const Lights& layer, const Gradient& tints, Vec2 p) {
 
 } // namespace
 
-Painter paintBokeh(const Frame&, WorkerPool&) {
+Painter paintBokeh(const Frame&, base::WorkerPool&) {
     struct Palettes {
         Gradient night{
             {0, 0x070b1a}, {0.4F, 0x131735}, {0.66F, 0x3a2346}, {0.85F, 0x1a1430}, {1, 0x090a18}};

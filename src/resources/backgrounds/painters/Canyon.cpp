@@ -80,7 +80,7 @@ Rgb canyonAt(const Relief& relief, Vec2 p, float distance) {
 
 } // namespace
 
-Painter paintCanyon(const Frame& frame, WorkerPool& pool) {
+Painter paintCanyon(const Frame& frame, base::WorkerPool& pool) {
     const Camera camera{
         .height = 13.5F, .horizon = 0.36F, .focal = 1.35F, .nearest = 8, .farthest = 420};
     const auto relief = std::make_shared<Relief>(frame, camera, canyonHeight, pool);

@@ -72,7 +72,7 @@ Rgb cloudsAt(const Relief& relief, Vec2 p, float distance) {
 
 } // namespace
 
-Painter paintClouds(const Frame& frame, WorkerPool& pool) {
+Painter paintClouds(const Frame& frame, base::WorkerPool& pool) {
     const Camera camera{
         .height = 9, .horizon = horizon, .focal = 1.1F, .nearest = 3, .farthest = 480};
     const auto relief = std::make_shared<Relief>(frame, camera, cloudTop, pool);

@@ -73,7 +73,7 @@ Rgb duneAt(const Relief& relief, Vec2 p, float distance) {
 
 } // namespace
 
-Painter paintDunes(const Frame& frame, WorkerPool& pool) {
+Painter paintDunes(const Frame& frame, base::WorkerPool& pool) {
     const Camera camera{
         .height = 8.5F, .horizon = 0.30F, .focal = 1.25F, .nearest = 3, .farthest = 400};
     const auto relief = std::make_shared<Relief>(frame, camera, duneHeight, pool);

@@ -50,7 +50,7 @@ Painter makeSilk(Silk silk) {
 
 } // namespace
 
-Painter paintFoldsDark(const Frame&, WorkerPool&) {
+Painter paintFoldsDark(const Frame&, base::WorkerPool&) {
     return makeSilk({.cloth = {{0, 0x0b1033},
                                {0.25F, 0x1c1a5e},
                                {0.45F, 0x4a2290},
@@ -62,7 +62,7 @@ Painter paintFoldsDark(const Frame&, WorkerPool&) {
                      .sheenStrength = 0.10F});
 }
 
-Painter paintFoldsLight(const Frame&, WorkerPool&) {
+Painter paintFoldsLight(const Frame&, base::WorkerPool&) {
     return makeSilk({.cloth = {{0, 0xc3d4ff},
                                {0.25F, 0xd6d0ff},
                                {0.45F, 0xecd3fb},

@@ -130,7 +130,7 @@ Rgb forestAt(const Palettes& palettes, std::span<const Row> rows, Vec2 p, float 
 
 } // namespace
 
-Painter paintForest(const Frame& frame, WorkerPool&) {
+Painter paintForest(const Frame& frame, base::WorkerPool&) {
     std::vector<Row> rows;
     for (int row = 0; row < rowCount; ++row)
         rows.push_back(makeRow(row, frame));

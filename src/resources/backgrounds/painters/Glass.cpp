@@ -47,7 +47,7 @@ Painter makeGlass(GlassPalette palette, const Frame& frame) {
 
 } // namespace
 
-Painter paintGlassDark(const Frame& frame, WorkerPool&) {
+Painter paintGlassDark(const Frame& frame, base::WorkerPool&) {
     return makeGlass({.glow = {{0, 0x07070d},
                                {0.25F, 0x1a0f2e},
                                {0.45F, 0x5c1640},
@@ -59,7 +59,7 @@ Painter paintGlassDark(const Frame& frame, WorkerPool&) {
                      frame);
 }
 
-Painter paintGlassLight(const Frame& frame, WorkerPool&) {
+Painter paintGlassLight(const Frame& frame, base::WorkerPool&) {
     return makeGlass({.glow = {{0, 0xf4f1ec},
                                {0.25F, 0xeee6f4},
                                {0.45F, 0xcfd9fb},

@@ -101,7 +101,7 @@ Rgb lakeAt(const Relief& relief, Vec2 p, float distance) {
 
 } // namespace
 
-Painter paintLake(const Frame& frame, WorkerPool& pool) {
+Painter paintLake(const Frame& frame, base::WorkerPool& pool) {
     const Camera camera{
         .height = 0.9F, .horizon = horizon, .focal = 1.5F, .nearest = 2.5F, .farthest = 220};
     const auto height = [](Vec2 place, float footprint) {

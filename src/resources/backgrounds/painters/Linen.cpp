@@ -61,7 +61,7 @@ Rgb linenAt(Vec2 p, float pixel) {
 
 } // namespace
 
-Painter paintLinen(const Frame& frame, WorkerPool&) {
+Painter paintLinen(const Frame& frame, base::WorkerPool&) {
     return [pixel = frame.pixel()](Vec2 p) { return linenAt(p, pixel); };
 }
 

@@ -45,7 +45,7 @@ Painter makeMesh(Spots spots) {
 
 } // namespace
 
-Painter paintMeshDark(const Frame&, WorkerPool&) {
+Painter paintMeshDark(const Frame&, base::WorkerPool&) {
     return makeMesh(makeSpots({{{0.10F, 0.05F}, 0.42F, 0x04101c},
                                {{0.55F, 0.20F}, 0.36F, 0x0a5a72},
                                {{1.05F, 0.02F}, 0.40F, 0x0b1d52},
@@ -57,7 +57,7 @@ Painter paintMeshDark(const Frame&, WorkerPool&) {
                                {{1.70F, 0.95F}, 0.44F, 0x14082e}}));
 }
 
-Painter paintMeshLight(const Frame&, WorkerPool&) {
+Painter paintMeshLight(const Frame&, base::WorkerPool&) {
     return makeMesh(makeSpots({{{0.10F, 0.05F}, 0.42F, 0xfdf3ff},
                                {{0.55F, 0.20F}, 0.36F, 0x9fdcf2},
                                {{1.05F, 0.02F}, 0.40F, 0xe3ecff},

@@ -76,7 +76,7 @@ Rgb nightAt(const Scene& scene, Vec2 p) {
 
 } // namespace
 
-Painter paintMilkyWay(const Frame& frame, WorkerPool& pool) {
+Painter paintMilkyWay(const Frame& frame, base::WorkerPool& pool) {
     Canvas band({(frame.width + 1) / 2, (frame.height + 1) / 2});
     band.paint(milkyWayAt, pool);
     std::vector<Profile> ranges;

@@ -100,7 +100,7 @@ Rgb stoneAt(const Gradient& body, Vec2 p) {
 
 } // namespace
 
-Painter paintIce(const Frame&, WorkerPool&) {
+Painter paintIce(const Frame&, base::WorkerPool&) {
     return [depths = Gradient{{0, 0x031a2b},
                               {0.25F, 0x063a52},
                               {0.5F, 0x0f6480},
@@ -108,7 +108,7 @@ Painter paintIce(const Frame&, WorkerPool&) {
                               {1, 0x86d3d8}}](Vec2 p) { return iceAt(depths, p); };
 }
 
-Painter paintStone(const Frame&, WorkerPool&) {
+Painter paintStone(const Frame&, base::WorkerPool&) {
     return [body = Gradient{{0, 0x0a1212},
                             {0.3F, 0x142221},
                             {0.55F, 0x22393a},

@@ -84,7 +84,7 @@ Rgb mistAt(const Palettes& palettes, std::span<const Ridge> ridges, Vec2 p, floa
 
 } // namespace
 
-Painter paintMist(const Frame& frame, WorkerPool&) {
+Painter paintMist(const Frame& frame, base::WorkerPool&) {
     return [palettes = Palettes{}, ridges = makeRidges(frame), pixel = frame.pixel()](Vec2 p) {
         return mistAt(palettes, ridges, p, pixel);
     };

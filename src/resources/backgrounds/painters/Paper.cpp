@@ -86,7 +86,7 @@ float windowAt(Vec2 p) {
 }
 
 /// Sunlight on the wall as a grey picture: soft everywhere, so coarse pixels hold it.
-Canvas makeSunlight(const Frame& frame, WorkerPool& pool) {
+Canvas makeSunlight(const Frame& frame, base::WorkerPool& pool) {
     Canvas sunlight({(frame.width + 2) / 3, (frame.height + 2) / 3});
     sunlight.paint(
         [leaves = makeLeaves()](Vec2 p) {
@@ -113,7 +113,7 @@ Rgb paperAt(const Canvas& sunlight, Vec2 p, float pixel) {
 
 } // namespace
 
-Painter paintPaper(const Frame& frame, WorkerPool& pool) {
+Painter paintPaper(const Frame& frame, base::WorkerPool& pool) {
     const auto sunlight = std::make_shared<Canvas>(makeSunlight(frame, pool));
     return [sunlight, pixel = frame.pixel()](Vec2 p) { return paperAt(*sunlight, p, pixel); };
 }

@@ -67,7 +67,7 @@ Rgb seaAt(const Palettes& palettes, Vec2 p, const Frame& frame) {
 
 } // namespace
 
-Painter paintSea(const Frame& frame, WorkerPool&) {
+Painter paintSea(const Frame& frame, base::WorkerPool&) {
     return [palettes = Palettes{}, frame](Vec2 p) {
         const float cover = coverage(p.y - horizon, frame.pixel() * 2);
         if (cover <= 0)

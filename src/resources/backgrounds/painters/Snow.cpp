@@ -54,7 +54,7 @@ Rgb snowAt(const Relief& relief, Vec2 p, float distance) {
 
 } // namespace
 
-Painter paintSnow(const Frame& frame, WorkerPool& pool) {
+Painter paintSnow(const Frame& frame, base::WorkerPool& pool) {
     const Camera camera{
         .height = 6.5F, .horizon = 0.70F, .focal = 2.0F, .nearest = 2, .farthest = 260};
     const auto relief = std::make_shared<Relief>(frame, camera, mountainHeight, pool);

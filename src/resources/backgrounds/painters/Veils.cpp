@@ -64,7 +64,7 @@ Painter makeVeils(VeilPalette palette, const Frame& frame) {
 
 } // namespace
 
-Painter paintVeilsDark(const Frame& frame, WorkerPool&) {
+Painter paintVeilsDark(const Frame& frame, base::WorkerPool&) {
     return makeVeils({.ground = {{0, 0x02060f}, {0.5F, 0x061a2e}, {1, 0x0d1233}},
                       .veil = {{0, 0x0fb5a0}, {0.35F, 0x1b86d8}, {0.65F, 0x4f5be6}, {1, 0xa646d8}},
                       .opacity = 0.42F,
@@ -73,7 +73,7 @@ Painter paintVeilsDark(const Frame& frame, WorkerPool&) {
                      frame);
 }
 
-Painter paintVeilsLight(const Frame& frame, WorkerPool&) {
+Painter paintVeilsLight(const Frame& frame, base::WorkerPool&) {
     return makeVeils({.ground = {{0, 0xf3f7fc}, {0.5F, 0xe9f1fb}, {1, 0xf3ecfb}},
                       .veil = {{0, 0x5fe0cf}, {0.35F, 0x62b4fb}, {0.65F, 0x8f92ff}, {1, 0xe08cf5}},
                       .opacity = 0.52F,

@@ -70,7 +70,7 @@ Painter makeWaves(WavePalette palette, const Frame& frame) {
 
 } // namespace
 
-Painter paintWavesDark(const Frame& frame, WorkerPool&) {
+Painter paintWavesDark(const Frame& frame, base::WorkerPool&) {
     return makeWaves(
         {.sky = {{0, 0x0a1030}, {0.3F, 0x2b1a55}, {0.6F, 0x7a2f6e}},
          .crest =
@@ -82,7 +82,7 @@ Painter paintWavesDark(const Frame& frame, WorkerPool&) {
         frame);
 }
 
-Painter paintWavesLight(const Frame& frame, WorkerPool&) {
+Painter paintWavesLight(const Frame& frame, base::WorkerPool&) {
     return makeWaves(
         {.sky = {{0, 0xdcecff}, {0.3F, 0xfbe9e4}, {0.6F, 0xffd9b8}},
          .crest =

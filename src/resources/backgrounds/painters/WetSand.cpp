@@ -74,7 +74,7 @@ Rgb sandAt(Vec2 p, const Frame& frame) {
 
 } // namespace
 
-Painter paintWetSand(const Frame& frame, WorkerPool&) {
+Painter paintWetSand(const Frame& frame, base::WorkerPool&) {
     return [frame](Vec2 p) { return sandAt(p, frame); };
 }
 

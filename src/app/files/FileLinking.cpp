@@ -1,0 +1,60 @@
+#include "app/files/FileLinking.h"
+
+#include "base/FileDescriptor.h"
+#include "base/OutputFile.h"
+#include "model/Uuid.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vantro::app::files {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* what, const fs::path& from, const fs::path& to) {
+    throw fs::filesystem_error(what, from, to, std::error_code(errno, std::generic_category()));
+}
+
+/// Copies the bytes inside the kernel, sharing the blocks where the file system can.
+void copyBytes(const fs::path& source, const fs::path& temporary, const fs::path& target) {
+    const base::FileDescriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
+    const base::FileDescriptor to(::open(temporary.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC));
+    if (!from || !to)
+        fail("cannot copy", source, target);
+    if (::ioctl(to.get(), FICLONE, from.get()) == 0)
+        return;
+    fs::copy_file(source, temporary, fs::copy_options::overwrite_existing);
+}
+
+} // namespace
+
+void linkOrCopy(const fs::path& source, const fs::path& target) {
+    std::error_code ignored;
+    if (fs::equivalent(source, target, ignored))
+        return;
+    const auto linked = target.parent_path() / ("." + model::Uuid::random().toString());
+    if (::link(source.c_str(), linked.c_str()) == 0) {
+        if (::rename(linked.c_str(), target.c_str()) == 0)
+            return;
+        const int reason = errno;
+        ::unlink(linked.c_str());
+        errno = reason;
+        fail("cannot link", source, target);
+    }
+    const bool linkingUnsupported =
+        errno == EXDEV || errno == EPERM || errno == ENOTSUP || errno == EMLINK;
+    if (!linkingUnsupported)
+        fail("cannot link", source, target);
+    base::OutputFile copy(target);
+    copyBytes(source, copy.temporaryPath(), target);
+    copy.commit();
+}
+
+} // namespace vantro::app::files

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+
+namespace vantro::app::files {
+
+/// Makes `target` hold the content of `source`: a hard link on the same file system, else a shared
+/// or real copy. An earlier `target` is replaced in one step, so nothing half-written ever carries
+/// its name. Throws std::filesystem::filesystem_error.
+void linkOrCopy(const std::filesystem::path& source, const std::filesystem::path& target);
+
+} // namespace vantro::app::files

@@ -1,0 +1,95 @@
+#include "app/files/RecordingRecovery.h"
+
+#include "app/files/ProjectPackage.h"
+#include "app/files/RecordingFolder.h"
+#include "base/Log.h"
+#include "capture/CursorJournal.h"
+#include "media/Asset.h"
+#include "media/MovieRecovery.h"
+#include "media/values/MediaError.h"
+#include "model/Json.h"
+#include "model/VantroError.h"
+
+#include <algorithm>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <system_error>
+
+namespace vantro::app::files {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<model::RecordingMetadata> writtenMetadata(const fs::path& path) try {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream json;
+    json << file.rdbuf();
+    return file ? std::optional(model::decodeMetadata(json.view())) : std::nullopt;
+} catch (const model::DecodingError& error) {
+    base::logWarning("{}: {}", path.string(), error.what()); // it was being written when all ended
+    return {};
+}
+
+std::optional<model::RecordingMetadata> journalledMetadata(const fs::path& movie) try {
+    return capture::readCursorJournal(movie);
+} catch (const std::runtime_error& error) {
+    base::logWarning("The pointer's path is lost: {}", error.what());
+    return {};
+}
+
+/// A recording of which there is nothing but the movie.
+model::RecordingMetadata metadataOf(const media::Asset& asset) {
+    model::RecordingMetadata metadata;
+    if (const auto tracks = asset.tracks(media::MediaType::video); !tracks.empty())
+        metadata.captureRect = {0, 0, tracks.front().naturalSize.width,
+                                tracks.front().naturalSize.height};
+    metadata.endTime = asset.duration().seconds();
+    return metadata;
+}
+
+media::MediaTime mediaTime(double seconds) {
+    constexpr std::int32_t microseconds = 1'000'000;
+    return {static_cast<std::int64_t>(seconds * microseconds), microseconds};
+}
+
+} // namespace
+
+FinishedRecording recoverRecording(const fs::path& recordingURL) try {
+    if (!fs::is_regular_file(recordingURL))
+        throw model::VantroError(model::VantroError::Kind::noRecordingData);
+    auto metadata = writtenMetadata(recordingURL.parent_path() / package::metadataFile);
+    if (!metadata)
+        metadata = journalledMetadata(recordingURL);
+    if (media::movieCondition(recordingURL) != media::MovieCondition::whole)
+        media::recoverMovie(recordingURL,
+                            metadata ? std::optional(mediaTime(metadata->endTime)) : std::nullopt);
+    const auto asset = media::Asset::open(recordingURL);
+    return finishRecording(recordingURL, metadata ? std::move(*metadata) : metadataOf(asset));
+} catch (const media::MediaError& error) {
+    throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
+} catch (const fs::filesystem_error& error) {
+    throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
+}
+
+bool isBeingRecorded(const fs::path& recordingURL) {
+    return media::movieCondition(recordingURL) == media::MovieCondition::beingWritten;
+}
+
+std::vector<fs::path> interruptedRecordings() {
+    std::vector<fs::path> movies;
+    std::error_code ignored; // a folder that cannot be read holds nothing for us
+    for (const auto& folder : fs::directory_iterator(recordingsDirectory(), ignored)) {
+        auto movie = folder.path() / package::recordingFile;
+        if (fs::is_regular_file(movie, ignored) &&
+            media::movieCondition(movie) == media::MovieCondition::interrupted)
+            movies.push_back(std::move(movie));
+    }
+    std::ranges::sort(movies, {}, [](const auto& movie) {
+        std::error_code gone;
+        return fs::last_write_time(movie, gone);
+    });
+    return movies;
+}
+
+} // namespace vantro::app::files

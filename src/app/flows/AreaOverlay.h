@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/Geometry.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace vantro::app::flows {
+
+/// The full-screen window on which an area is dragged out, while it is shown. Destroying it takes
+/// it off the screen. Main thread.
+class AreaOverlay {
+  public:
+    virtual ~AreaOverlay() = default;
+};
+
+/// What an overlay tells; one of the two is called, once, when it has hidden itself. It is still at
+/// work then, so it is destroyed later.
+struct AreaOverlayCallbacks {
+    std::function<void(std::uint32_t displayID, model::Rect rect)> onSelection; ///< global points
+    std::function<void()> onCancel;
+};
+
+/// Shows area overlays. Main thread.
+class AreaOverlays {
+  public:
+    virtual ~AreaOverlays() = default;
+
+    /// Shows one on the main screen, above everything and with the keyboard; nothing when there is
+    /// no screen.
+    virtual std::shared_ptr<AreaOverlay> show(AreaOverlayCallbacks callbacks) = 0;
+};
+
+} // namespace vantro::app::flows

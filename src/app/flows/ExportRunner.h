@@ -1,0 +1,30 @@
+#pragma once
+
+#include "export/ComposedMovie.h"
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <stop_token>
+
+namespace vantro::app::flows {
+
+enum class ExportFormat { mp4, gif };
+
+inline constexpr std::array allExportFormats{ExportFormat::mp4, ExportFormat::gif};
+
+/// One export as the user asked for it.
+struct ExportJob {
+    exporting::EditedRecording recording;
+    ExportFormat format = ExportFormat::mp4;
+    exporting::ExportResolution resolution = exporting::ExportResolution::original;
+    std::filesystem::path output;
+};
+
+/// Does an export; blocks. Called on one worker thread. Throws VantroError or another
+/// std::exception; being cancelled is no failure.
+using ExportRunner =
+    std::function<void(const ExportJob& job, const std::function<void(double fraction)>& progress,
+                       const std::stop_token& cancelled)>;
+
+} // namespace vantro::app::flows

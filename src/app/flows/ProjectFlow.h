@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/flows/FilePanels.h"
+#include "app/flows/TaskRunner.h"
+#include "app/state/AppState.h"
+
+namespace vantro::app::flows {
+
+/// Saves the edit as a project package and opens one. Files are read, linked and written on the
+/// worker thread of `tasks`, since a package on another file system takes a copy of the movie.
+/// One operation at a time; what is asked for meanwhile does nothing. Main thread.
+class ProjectFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Activity { none, asking, working };
+
+    ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks);
+
+    void saveProject();
+    void openProject();
+    /// openProject without its panel.
+    void openPackage(const std::filesystem::path& packageURL);
+
+    Activity activity() const { return m_activity; }
+    bool isBusy() const { return m_activity != Activity::none; }
+
+  Q_SIGNALS:
+    void activityChanged();
+    void saved(const QString& path);
+    void opened(const QString& path);
+
+  private:
+    bool mayOpen() const;
+    void write(const std::filesystem::path& packageURL);
+    void wrote(const std::filesystem::path& packageURL, const std::filesystem::path& sourceURL,
+               const std::string& failure);
+    void show(const std::filesystem::path& packageURL, model::ProjectData project);
+    void setActivity(Activity activity);
+
+    AppState& m_state;
+    FilePanels& m_panels;
+    TaskRunner& m_tasks;
+    Activity m_activity = Activity::none;
+};
+
+} // namespace vantro::app::flows

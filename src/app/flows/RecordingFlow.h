@@ -1,0 +1,94 @@
+#pragma once
+
+#include "app/files/FinishedRecording.h"
+#include "app/flows/AreaOverlay.h"
+#include "app/flows/MainTimers.h"
+#include "app/flows/Recorder.h"
+#include "app/flows/TaskRunner.h"
+#include "app/state/AppState.h"
+
+namespace vantro::app::flows {
+
+/// What the recording flow works with; all of it outlives the flow. `tasks` is the flow's own.
+struct RecordingServices {
+    RecordingPlatform& platform;
+    AreaOverlays& overlays;
+    MainTimers& timers;
+    TaskRunner& tasks;
+};
+
+/// From the record button to the editor: chooses the target by the capture mode, runs the recorder,
+/// counts the seconds, and puts what it recorded into the state.
+///
+/// The recorder starts and stops on the worker thread of `tasks`, one call after the other; what
+/// comes back from a recording that has failed meanwhile is dropped. Main thread.
+class RecordingFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    RecordingFlow(AppState& state, RecordingServices services);
+    ~RecordingFlow() override;
+
+    /// The record button. Does nothing unless the application is idle.
+    void beginCapture();
+    void windowSelected(const capture::ShareableWindow& window);
+    void windowPickerCancelled();
+    void areaSelected(std::uint32_t displayID, model::Rect rect);
+    void areaCancelled();
+    void startRecording();
+    /// Does nothing unless a recording is under way and not yet stopping.
+    void stopRecording();
+
+    /// Whole seconds to count down before a recording starts; 0 starts it at once.
+    void setCountdown(int seconds) { m_countdown = seconds; }
+    /// What is left of a countdown under way, else 0.
+    int countdownRemaining() const { return m_countdownRemaining; }
+    void cancelCountdown();
+
+    double elapsedSeconds() const { return m_elapsedSeconds; }
+    bool isWindowPickerShown() const { return m_windowPickerShown; }
+    bool isStopping() const { return m_stopping; }
+    /// Of the recording under way, as of the last second.
+    const RecorderStatus& recorderStatus() const { return m_recorderStatus; }
+
+  Q_SIGNALS:
+    void elapsedSecondsChanged();
+    void windowPickerShownChanged();
+    void stoppingChanged();
+    void recorderStatusChanged();
+    void countdownRemainingChanged();
+    /// Capture runs: the recording would be lost from sight if the program ended now.
+    void begun(const QString& recordingPath);
+    /// A recording could not be finished; what there is of it may be recovered.
+    void leftBehind(const QString& recordingPath);
+
+  private:
+    void captureScreen();
+    void captureArea();
+    void targetChosen();
+    void tickCountdown();
+    void tickSecond();
+    void startFailed(int request, const std::string& message);
+    void stopFailed(int request, const std::string& message);
+    void recordingFinished(int request, files::FinishedRecording finished);
+    void setElapsedSeconds(double seconds);
+    void setWindowPickerShown(bool shown);
+    void setStopping(bool stopping);
+    void setRecorderStatus(const RecorderStatus& status);
+    void setCountdownRemaining(int seconds);
+
+    AppState& m_state;
+    RecordingServices m_services;
+    int m_request = 0; ///< tells apart what comes back from different recordings
+    int m_countdown = 0;
+    int m_countdownRemaining = 0;
+    double m_elapsedSeconds = 0;
+    bool m_windowPickerShown = false;
+    bool m_stopping = false;
+    RecorderStatus m_recorderStatus;
+    std::filesystem::path m_outputURL;
+    std::unique_ptr<MainTimer> m_secondTimer;
+    std::unique_ptr<MainTimer> m_countdownTimer;
+};
+
+} // namespace vantro::app::flows

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/files/FinishedRecording.h"
+#include "app/flows/TaskRunner.h"
+#include "app/state/AppState.h"
+
+#include <functional>
+
+namespace vantro::app::flows {
+
+/// Makes a finished recording out of what a run of the program left behind. Blocks; called on a
+/// worker thread; throws std::exception.
+using Recoverer =
+    std::function<files::FinishedRecording(const std::filesystem::path& recordingURL)>;
+
+/// Offers the last recording again when the program ended, or was killed, before a project held it.
+/// Main thread.
+class RecoveryFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer);
+
+    /// Offers the recording of this movie, if it is still there and nobody is at work on it.
+    void offer(const std::filesystem::path& recordingURL);
+    bool isOffered() const { return !m_recordingURL.empty(); }
+    /// Shows the offered recording in the editor. A failure is shown and withdraws the offer.
+    void recover();
+    /// Withdraws the offer; the files stay where they are.
+    void dismiss();
+
+  Q_SIGNALS:
+    void offeredChanged();
+    /// The user does not want the recording.
+    void dismissed();
+
+  private:
+    void show(files::FinishedRecording finished);
+    void withdraw();
+
+    AppState& m_state;
+    TaskRunner& m_tasks;
+    Recoverer m_recoverer;
+    std::filesystem::path m_recordingURL;
+};
+
+} // namespace vantro::app::flows

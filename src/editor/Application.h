@@ -1,9 +1,0 @@
-#pragma once
-
-namespace vantro {
-
-/// Runs the windowed program until it is quit and returns its exit status. Where no window can be
-/// opened it says so in one line and ends with status 1. Called once, by main.
-int runApplication(int& argc, char** argv);
-
-} // namespace vantro

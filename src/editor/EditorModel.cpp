@@ -1,0 +1,148 @@
+#include "editor/EditorModel.h"
+
+#include "app/flows/ExportFlow.h"
+#include "app/flows/ProjectFlow.h"
+#include "ui/TimeText.h"
+
+#include <QFileInfo>
+
+namespace vantro::editor {
+
+EditorModel::EditorModel(app::AppState& state, StillPreview& preview, window::Flows flows)
+    : m_state(state), m_preview(preview), m_flows(flows) {
+    connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
+    connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
+    connect(&preview, &StillPreview::durationChanged, this, &EditorModel::durationChanged);
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    connect(&m_refresh, &QTimer::timeout, this, &EditorModel::refreshPreview);
+    followState();
+    followFlows();
+}
+
+void EditorModel::followState() {
+    connect(&m_state, &app::AppState::recordingNameChanged, this,
+            &EditorModel::recordingNameChanged);
+    connect(&m_state, &app::AppState::phaseChanged, this, &EditorModel::exportChanged);
+    for (const auto changed :
+         {&app::AppState::recordingURLChanged, &app::AppState::metadataChanged,
+          &app::AppState::editableClickEventsChanged, &app::AppState::segmentsChanged,
+          &app::AppState::backgroundSettingsChanged, &app::AppState::canvasAspectRatioChanged,
+          &app::AppState::cursorScaleChanged, &app::AppState::webcamPositionChanged,
+          &app::AppState::webcamSizeChanged, &app::AppState::phaseChanged})
+        connect(&m_state, changed, this, [this, changed] {
+            const bool isProgress = changed == &app::AppState::phaseChanged &&
+                                    m_state.phase().kind == app::AppPhase::Kind::exporting;
+            // Opening a project writes field after field: one picture follows from all of them.
+            if (!isProgress)
+                m_refresh.start();
+        });
+}
+
+void EditorModel::followFlows() {
+    connect(&m_flows.exports, &app::flows::ExportFlow::runningChanged, this,
+            &EditorModel::exportChanged);
+    connect(&m_flows.exports, &app::flows::ExportFlow::exported, this, [this](const QString& path) {
+        setNotice(QStringLiteral("Exported %1").arg(QFileInfo(path).fileName()));
+    });
+    connect(&m_flows.projects, &app::flows::ProjectFlow::activityChanged, this,
+            &EditorModel::busyChanged);
+    connect(&m_flows.projects, &app::flows::ProjectFlow::saved, this, [this](const QString& path) {
+        setNotice(QStringLiteral("Saved %1").arg(QFileInfo(path).fileName()));
+    });
+    connect(&m_state, &app::AppState::metadataChanged, this, [this] { setNotice({}); });
+}
+
+void EditorModel::refreshPreview() {
+    const auto project = m_state.projectData();
+    const auto& recordingURL = m_state.recordingURL();
+    const bool shown = m_state.phase().kind == app::AppPhase::Kind::previewing ||
+                       m_state.phase().kind == app::AppPhase::Kind::exporting;
+    if (shown && project && recordingURL)
+        m_preview.setRecording(exporting::editedRecording(*project, *recordingURL));
+    else
+        m_preview.setRecording({});
+}
+
+void EditorModel::setRecordingName(const QString& name) {
+    m_state.setRecordingName(name.toStdString());
+}
+
+QString EditorModel::pictureText() const {
+    if (!m_preview.picture().isNull())
+        return {};
+    return m_preview.problem().isEmpty() ? QStringLiteral("Loading preview...")
+                                         : m_preview.problem();
+}
+
+QString EditorModel::positionLabel() const {
+    return ui::positionText(position());
+}
+
+QString EditorModel::durationLabel() const {
+    return ui::positionText(duration());
+}
+
+QStringList EditorModel::formats() const {
+    return {QStringLiteral("MP4 video"), QStringLiteral("Animated GIF")};
+}
+
+QStringList EditorModel::resolutions() const {
+    QStringList labels;
+    for (const auto resolution : exporting::allExportResolutions)
+        labels.append(QString::fromStdString(std::string(exporting::label(resolution))));
+    return labels;
+}
+
+bool EditorModel::exporting() const {
+    return m_flows.exports.isRunning();
+}
+
+QString EditorModel::progressText() const {
+    return QString::asprintf("%.0f%%", progress() * 100);
+}
+
+bool EditorModel::busy() const {
+    return m_flows.projects.isBusy();
+}
+
+bool EditorModel::working() const {
+    return m_flows.projects.activity() == app::flows::ProjectFlow::Activity::working;
+}
+
+bool EditorModel::hasFixedSize(int format) const {
+    return format == static_cast<int>(app::flows::ExportFormat::gif);
+}
+
+void EditorModel::exportRecording(int format, int resolution) {
+    setNotice({});
+    m_flows.exports.exportRecording(
+        app::flows::allExportFormats.at(static_cast<std::size_t>(format)),
+        exporting::allExportResolutions.at(static_cast<std::size_t>(resolution)));
+}
+
+void EditorModel::cancelExport() {
+    m_flows.exports.cancel();
+}
+
+void EditorModel::newRecording() {
+    m_state.reset();
+}
+
+void EditorModel::openProject() {
+    m_flows.projects.openProject();
+}
+
+void EditorModel::saveProject() {
+    setNotice({});
+    m_flows.projects.saveProject();
+}
+
+void EditorModel::setNotice(const QString& notice) {
+    if (m_notice == notice)
+        return;
+    m_notice = notice;
+    Q_EMIT noticeChanged();
+}
+
+} // namespace vantro::editor

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "editor/StillPreview.h"
+#include "window/MainModel.h"
+
+#include <QStringList>
+#include <QTimer>
+
+namespace vantro::editor {
+
+/// What the editor screen shows and does: the composed picture at a position, the recording's name,
+/// and the project and export actions. Holds no truth but the notice of what was last done. Main
+/// thread.
+class EditorModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(
+        QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
+    Q_PROPERTY(QImage picture READ picture NOTIFY pictureChanged)
+    Q_PROPERTY(QString pictureText READ pictureText NOTIFY pictureChanged)
+    Q_PROPERTY(double position READ position WRITE setPosition NOTIFY positionChanged)
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)
+    Q_PROPERTY(QString positionLabel READ positionLabel NOTIFY positionChanged)
+    Q_PROPERTY(QString durationLabel READ durationLabel NOTIFY durationChanged)
+    Q_PROPERTY(QStringList formats READ formats CONSTANT)
+    Q_PROPERTY(QStringList resolutions READ resolutions CONSTANT)
+    Q_PROPERTY(bool exporting READ exporting NOTIFY exportChanged)
+    Q_PROPERTY(double progress READ progress NOTIFY exportChanged)
+    Q_PROPERTY(QString progressText READ progressText NOTIFY exportChanged)
+    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+    Q_PROPERTY(bool working READ working NOTIFY busyChanged)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+
+  public:
+    EditorModel(app::AppState& state, StillPreview& preview, window::Flows flows);
+
+    QString recordingName() const { return QString::fromStdString(m_state.recordingName()); }
+    void setRecordingName(const QString& name);
+    QImage picture() const { return m_preview.picture(); }
+    QString pictureText() const;
+    double position() const { return m_preview.position(); }
+    void setPosition(double seconds) { m_preview.setPosition(seconds); }
+    double duration() const { return m_preview.duration(); }
+    QString positionLabel() const;
+    QString durationLabel() const;
+    QStringList formats() const;
+    QStringList resolutions() const;
+    bool exporting() const;
+    double progress() const { return m_state.phase().progress; }
+    QString progressText() const;
+    bool busy() const;
+    bool working() const;
+    const QString& notice() const { return m_notice; }
+
+    /// Whether this format has a size of its own instead of a chosen resolution.
+    Q_INVOKABLE bool hasFixedSize(int format) const;
+    /// Indices into formats and resolutions.
+    Q_INVOKABLE void exportRecording(int format, int resolution);
+    Q_INVOKABLE void cancelExport();
+    Q_INVOKABLE void newRecording();
+    Q_INVOKABLE void openProject();
+    Q_INVOKABLE void saveProject();
+
+  Q_SIGNALS:
+    void recordingNameChanged();
+    void pictureChanged();
+    void positionChanged();
+    void durationChanged();
+    void exportChanged();
+    void busyChanged();
+    void noticeChanged();
+
+  private:
+    void followState();
+    void followFlows();
+    void refreshPreview();
+    void setNotice(const QString& notice);
+
+    app::AppState& m_state;
+    StillPreview& m_preview;
+    window::Flows m_flows;
+    QTimer m_refresh; ///< fires once the event loop is back
+    QString m_notice;
+};
+
+} // namespace vantro::editor

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "media/av/AudioDecoder.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace vantro::media::sound {
+
+/// A movie's sound track as one endless line of samples in the mix format: silence before it,
+/// behind it and where it has gaps.
+///
+/// Going forward decodes on; going back by more than a fifth of a second, or far ahead, seeks. One
+/// thread at a time.
+class AudioSource {
+  public:
+    /// Throws MediaError, with "No audio track found" when there is none with that id.
+    AudioSource(const std::filesystem::path& path, int trackID);
+
+    /// Fills `samples`, interleaved, with what sounds from `position` on (samples after time zero,
+    /// which may be negative). Throws MediaError where the movie breaks off.
+    void read(std::int64_t position, std::span<float> samples);
+
+  private:
+    std::int64_t bufferEnd() const;
+    void moveTo(std::int64_t position);
+    void fillUpTo(std::int64_t end);
+    void forgetBefore(std::int64_t position);
+
+    av::AudioDecoder m_decoder;
+    std::int64_t m_bufferStart = 0;
+    std::vector<float> m_buffer;
+    std::optional<av::DecodedSound> m_next; ///< decoded, lies at or behind the buffer's end
+    bool m_ended = false;
+};
+
+} // namespace vantro::media::sound

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "base/BoundedQueue.h"
+#include "base/Guarded.h"
+#include "media/av/AudioEncoder.h"
+#include "media/av/MovieMuxer.h"
+#include "media/values/AudioBuffer.h"
+#include "media/values/WriterSettings.h"
+#include "media/writing/TrackPace.h"
+
+#include <atomic>
+#include <exception>
+#include <optional>
+#include <thread>
+
+namespace vantro::media::writing {
+
+/// The sound's way into a movie: a queue, and a thread that places, encodes and writes.
+///
+/// Times that leave a gap are filled with silence, also at the beginning; what overlaps is dropped.
+/// Sound that is not live follows the pictures, so that both lie side by side in the file and
+/// neither waits in memory. One thread appends; the other calls come from any one thread.
+class AudioWriterInput {
+  public:
+    /// Adds its track to `muxer`, which outlives it as `pictures` does. Throws MediaError.
+    AudioWriterInput(const AudioSettings& settings, av::MovieMuxer& muxer, TrackPace& pictures);
+    ~AudioWriterInput();
+
+    /// Begins to work; `sessionStart` becomes time zero.
+    void start(MediaTime sessionStart);
+    bool hasFailed() const { return m_failed; }
+    bool isReady() const { return !m_failed && !m_queue.isFull(); }
+    bool append(AudioBuffer buffer);
+    /// Waits until everything is written. Throws what went wrong, be it long ago.
+    void finish();
+    /// Drops what waits and ends; the pace of the pictures has been released.
+    void cancel();
+
+  private:
+    void run();
+    void write(const AudioBuffer& buffer);
+    void writeSilence(std::int64_t length);
+    void encode(std::span<const float> samples);
+    void finishTrack();
+
+    const AudioSettings m_settings;
+    av::MovieMuxer& m_muxer;
+    TrackPace& m_pictures;
+    av::AudioEncoder m_encoder;
+    int m_track;
+    base::BoundedQueue<AudioBuffer> m_queue;
+    std::thread m_thread;
+    MediaTime m_sessionStart;
+    std::int64_t m_position = 0; ///< of the next sample; the writing thread only
+    std::atomic<bool> m_failed = false;
+    std::atomic<bool> m_cancelled = false;
+    base::Guarded<std::exception_ptr> m_failure;
+};
+
+} // namespace vantro::media::writing

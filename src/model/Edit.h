@@ -1,0 +1,29 @@
+#pragma once
+
+#include "model/Background.h"
+#include "model/Canvas.h"
+#include "model/Choices.h"
+#include "model/ClickEvent.h"
+#include "model/SharedList.h"
+#include "model/TimelineSegment.h"
+
+namespace vantro::model {
+
+/// What the user has made of a recording. A value; copies share clicks and segments, so a step of
+/// editing costs what it changes. The defaults are those of a fresh edit.
+struct Edit {
+    SharedList<ClickEvent> clickEvents; ///< the zooms, normalised; "editableClickEvents" in files
+    SharedList<TimelineSegment> segments = fullLengthTimeline();
+    BackgroundSettings background;
+    CanvasAspectRatio canvasAspectRatio = CanvasAspectRatio::automatic;
+    double cursorScale = 3.0; ///< 0 hides the pointer
+    WebcamPosition webcamPosition = WebcamPosition::bottomRight;
+    double webcamSize = 0.2; ///< fraction of the canvas width
+    bool webcamHidden = false;
+    bool webcamMirrored = false;
+    double systemAudioVolume = 1; ///< 0 to 2
+    double microphoneVolume = 1;  ///< 0 to 2
+    bool operator==(const Edit&) const = default;
+};
+
+} // namespace vantro::model

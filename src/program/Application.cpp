@@ -1,0 +1,172 @@
+#include "program/Application.h"
+
+#include "app/files/RecordingRecovery.h"
+#include "app/flows/ExportFlow.h"
+#include "app/flows/PermissionService.h"
+#include "app/flows/ProjectFlow.h"
+#include "app/flows/QtMainLoop.h"
+#include "app/flows/RecoveryFlow.h"
+#include "capture/RecordingTarget.h"
+#include "editor/EditorModel.h"
+#include "program/DesktopServices.h"
+#include "ui/platform/Appearance.h"
+#include "ui/platform/NativePanels.h"
+#include "window/MainWindow.h"
+#include "window/overlay/DesktopOverlays.h"
+#include "window/platform/OptionsMenu.h"
+#include "window/platform/QuitSignals.h"
+#include "window/platform/StartUp.h"
+#include "window/platform/TrayIcon.h"
+#include "window/platform/WindowPlacement.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QQuickWindow>
+
+namespace vantro::program {
+namespace {
+
+constexpr int countdownSeconds = 3;
+
+std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
+    const auto displays = platform.displays();
+    return displays.empty() ? 0 : displays.front().displayID;
+}
+
+/// Everything that the program consists of, made in the order in which it depends on each other.
+class Program {
+  public:
+    Program();
+    int run();
+
+  private:
+    void followPreferences();
+    void followRecordings();
+    void connectQuitting();
+
+    ui::Preferences m_preferences;
+    ui::Appearance m_appearance{m_preferences};
+    DesktopRecording m_desktop;
+    app::flows::QtMainTimers m_timers;
+    app::AppState m_state{mainDisplayID(m_desktop)};
+    app::flows::PermissionService m_permission{m_timers, [this] { return m_desktop.preflight(); }};
+    ui::NativePanels m_panels{m_state};
+    window::overlay::DesktopOverlays m_overlays{m_desktop};
+
+    app::flows::QtTaskRunner m_recordingTasks{"com.vantro.recording"};
+    app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
+    app::flows::QtTaskRunner m_fileTasks{"com.vantro.files"};
+    app::flows::QtTaskRunner m_previewTasks{"com.vantro.preview"};
+    app::flows::QtTaskRunner m_listTasks{"com.vantro.windows"};
+
+    app::flows::RecordingFlow m_recording{m_state,
+                                          {m_desktop, m_overlays, m_timers, m_recordingTasks}};
+    app::flows::ExportFlow m_exports{m_state, m_panels, m_exportTasks, runExport};
+    app::flows::ProjectFlow m_projects{m_state, m_panels, m_fileTasks};
+    app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
+    const window::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
+
+    editor::StillPreview m_preview{m_previewTasks, exportPreview()};
+    window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
+    window::MainModel m_model{m_state, m_permission, m_windows, m_flows};
+    editor::EditorModel m_editor{m_state, m_preview, m_flows};
+    window::TrayIcon m_tray{m_state, m_recording};
+    window::MainWindow m_window{{m_model, m_editor, m_windows, m_appearance}};
+    window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
+    window::QuitSignals m_signals{[this] {
+        if (m_state.phase() == app::AppPhase::recording())
+            m_model.stopAndQuit();
+        else
+            QCoreApplication::quit();
+    }};
+};
+
+Program::Program() {
+    m_state.setMainWindow(&m_window.window());
+    followPreferences();
+    followRecordings();
+    connectQuitting();
+    m_recovery.offer(m_preferences.unsavedRecording().toStdString());
+}
+
+void Program::followPreferences() {
+    const auto countDown = [this] {
+        m_recording.setCountdown(m_preferences.countdown() ? countdownSeconds : 0);
+    };
+    countDown();
+    QObject::connect(&m_preferences, &ui::Preferences::countdownChanged, countDown);
+    QObject::connect(&m_model, &window::MainModel::optionsWanted, [this](double x, double y) {
+        window::showOptionsMenu(
+            m_preferences, QPointF(x, y).toPoint(),
+            [this](const QString& path) { m_projects.openPackage(path.toStdString()); });
+    });
+}
+
+/// Remembers which recording would be lost from sight if the program ended now.
+void Program::followRecordings() {
+    QObject::connect(&m_state, &app::AppState::phaseChanged, [this] {
+        if (m_state.phase() == app::AppPhase::previewing() && m_state.recordingURL() &&
+            !m_state.projectURL())
+            m_preferences.setUnsavedRecording(
+                QString::fromStdString(m_state.recordingURL()->string()));
+    });
+    QObject::connect(&m_recording, &app::flows::RecordingFlow::begun,
+                     [this](const QString& path) { m_preferences.setUnsavedRecording(path); });
+    QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
+                     [this](const QString& path) { m_recovery.offer(path.toStdString()); });
+    const auto used = [this](const QString& path) { m_preferences.addRecentProject(path); };
+    QObject::connect(&m_projects, &app::flows::ProjectFlow::saved, used);
+    QObject::connect(&m_projects, &app::flows::ProjectFlow::opened, used);
+    QObject::connect(&m_projects, &app::flows::ProjectFlow::saved,
+                     [this] { m_preferences.setUnsavedRecording({}); });
+    QObject::connect(&m_recovery, &app::flows::RecoveryFlow::dismissed,
+                     [this] { m_preferences.setUnsavedRecording({}); });
+}
+
+void Program::connectQuitting() {
+    QObject::connect(&m_window.window(), &QWindow::visibleChanged, [](bool visible) {
+        if (!visible)
+            QCoreApplication::quit();
+    });
+    QObject::connect(&m_model, &window::MainModel::quitReady, qApp, &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [this] {
+        m_permission.stopPolling();
+        m_placement.remember();
+    });
+}
+
+int Program::run() {
+    m_permission.startPolling();
+    m_placement.restore();
+    m_window.window().show();
+    return QCoreApplication::exec();
+}
+
+void nameApplication() {
+    // The window class, by which recordings leave our own windows out.
+    QCoreApplication::setApplicationName(QString::fromLatin1(capture::ownBundleIdentifier));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vantro"));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(capture::ownBundleIdentifier));
+}
+
+} // namespace
+
+int runApplication(int& argc, char** argv) {
+    nameApplication();
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    std::optional<QApplication> application;
+    {
+        const window::StartUpGuard guard;
+        application.emplace(argc, argv);
+    }
+    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Vantro/vantro.svg")));
+    window::chooseSceneGraph();
+    Program program;
+    return program.run();
+}
+
+} // namespace vantro::program

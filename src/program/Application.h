@@ -1,0 +1,9 @@
+#pragma once
+
+namespace vantro::program {
+
+/// Runs the windowed program until it is quit and returns its exit status. Where no window can be
+/// opened it says so in one line and ends with status 1. Called once, by main.
+int runApplication(int& argc, char** argv);
+
+} // namespace vantro::program

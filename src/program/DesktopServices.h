@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/flows/ExportRunner.h"
+#include "app/flows/Recorder.h"
+#include "editor/StillPreview.h"
+#include "window/picker/WindowPickerModel.h"
+
+#include <memory>
+
+namespace vantro::capture {
+class CapturePlatform;
+} // namespace vantro::capture
+
+namespace vantro::program {
+
+/// Recording on the desktop that this program runs on. Main thread; each recorder connects to the
+/// desktop by itself.
+class DesktopRecording : public app::flows::RecordingPlatform {
+  public:
+    DesktopRecording();
+    ~DesktopRecording() override;
+
+    std::vector<capture::ShareableDisplay> displays() override;
+    std::shared_ptr<app::flows::Recorder>
+    makeRecorder(app::flows::RecorderConfiguration configuration) override;
+    /// Whether the desktop lets us record; a lost connection is tried again.
+    bool preflight();
+
+  private:
+    std::unique_ptr<capture::CapturePlatform> m_platform;
+};
+
+/// Lists what can be recorded, over a connection of its own.
+std::expected<capture::ShareableContent, std::string> listShareableContent();
+
+/// Exports with the best renderer that works here.
+void runExport(const app::flows::ExportJob& job,
+               const std::function<void(double fraction)>& progress,
+               const std::stop_token& cancelled);
+
+/// Draws previews as an export at the original resolution would.
+editor::PreviewSource exportPreview();
+
+} // namespace vantro::program

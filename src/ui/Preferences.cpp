@@ -1,0 +1,91 @@
+#include "ui/Preferences.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace vantro::ui {
+namespace {
+
+constexpr qsizetype mostRecentProjects = 8;
+const QString themeKey = QStringLiteral("theme");
+const QString countdownKey = QStringLiteral("countdown");
+const QString positionKey = QStringLiteral("windowPosition");
+const QString recentKey = QStringLiteral("recentProjects");
+const QString unsavedKey = QStringLiteral("unsavedRecording");
+
+QString standardFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/vantro/vantro.ini");
+}
+
+} // namespace
+
+Preferences::Preferences(const QString& file)
+    : m_settings(file.isEmpty() ? standardFile() : file, QSettings::IniFormat) {}
+
+ThemeChoice Preferences::theme() const {
+    const auto name = m_settings.value(themeKey).toString();
+    if (name == QStringLiteral("light"))
+        return ThemeChoice::light;
+    return name == QStringLiteral("dark") ? ThemeChoice::dark : ThemeChoice::system;
+}
+
+void Preferences::setTheme(ThemeChoice theme) {
+    switch (theme) {
+    case ThemeChoice::system:
+        m_settings.remove(themeKey);
+        break;
+    case ThemeChoice::light:
+        m_settings.setValue(themeKey, QStringLiteral("light"));
+        break;
+    case ThemeChoice::dark:
+        m_settings.setValue(themeKey, QStringLiteral("dark"));
+        break;
+    }
+    Q_EMIT themeChanged();
+}
+
+bool Preferences::countdown() const {
+    return m_settings.value(countdownKey, false).toBool();
+}
+
+void Preferences::setCountdown(bool countdown) {
+    m_settings.setValue(countdownKey, countdown);
+    Q_EMIT countdownChanged();
+}
+
+std::optional<QPoint> Preferences::windowPosition() const {
+    if (!m_settings.contains(positionKey))
+        return {};
+    return m_settings.value(positionKey).toPoint();
+}
+
+void Preferences::setWindowPosition(QPoint position) {
+    m_settings.setValue(positionKey, position);
+}
+
+QStringList Preferences::recentProjects() const {
+    return m_settings.value(recentKey).toStringList();
+}
+
+void Preferences::addRecentProject(const QString& path) {
+    const auto whole = QDir(path).absolutePath();
+    auto paths = recentProjects();
+    paths.removeAll(whole);
+    paths.prepend(whole);
+    m_settings.setValue(recentKey, QStringList(paths.mid(0, mostRecentProjects)));
+}
+
+QString Preferences::unsavedRecording() const {
+    return m_settings.value(unsavedKey).toString();
+}
+
+void Preferences::setUnsavedRecording(const QString& path) {
+    if (path.isEmpty())
+        m_settings.remove(unsavedKey);
+    else
+        m_settings.setValue(unsavedKey, path);
+    m_settings.sync(); // it is for the case that the program does not end in an orderly way
+}
+
+} // namespace vantro::ui

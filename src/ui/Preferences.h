@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QSettings>
+#include <QStringList>
+#include <optional>
+
+namespace vantro::ui {
+
+enum class ThemeChoice { system, light, dark };
+
+/// What is remembered from one run to the next. Capture choices are not: every start begins with
+/// the same ones. Writes reach the disk by themselves. Main thread.
+class Preferences : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Kept in `file`; empty takes the user's configuration folder.
+    explicit Preferences(const QString& file = {});
+
+    ThemeChoice theme() const;
+    void setTheme(ThemeChoice theme);
+
+    /// Count down before recording.
+    bool countdown() const;
+    void setCountdown(bool countdown);
+
+    /// Where the main window stood.
+    std::optional<QPoint> windowPosition() const;
+    void setWindowPosition(QPoint position);
+
+    /// Project packages, the latest first.
+    QStringList recentProjects() const;
+    void addRecentProject(const QString& path);
+
+    /// The movie of the last recording while no project holds it; empty when there is none.
+    QString unsavedRecording() const;
+    void setUnsavedRecording(const QString& path);
+
+  Q_SIGNALS:
+    void themeChanged();
+    void countdownChanged();
+
+  private:
+    QSettings m_settings;
+};
+
+} // namespace vantro::ui

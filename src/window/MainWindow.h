@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QQmlEngine>
+#include <memory>
+
+class QQuickWindow;
+
+namespace vantro::editor {
+class EditorModel;
+} // namespace vantro::editor
+
+namespace vantro::ui {
+class Appearance;
+} // namespace vantro::ui
+
+namespace vantro::window::picker {
+class WindowPickerModel;
+} // namespace vantro::window::picker
+
+namespace vantro::window {
+
+class MainModel;
+
+/// What the main window shows; all of it outlives the window.
+struct MainWindowModels {
+    MainModel& app;
+    editor::EditorModel& editor;
+    picker::WindowPickerModel& windows;
+    QObject& appearance; ///< with the property `dark`
+};
+
+/// The program's only window, loaded from the QML module but not shown yet. Main thread.
+class MainWindow {
+  public:
+    explicit MainWindow(MainWindowModels models);
+    ~MainWindow();
+
+    QQuickWindow& window() { return *m_window; }
+
+  private:
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickWindow> m_window;
+};
+
+} // namespace vantro::window

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "app/flows/AreaOverlay.h"
+
+namespace vantro::app::flows {
+class RecordingPlatform;
+} // namespace vantro::app::flows
+
+namespace vantro::window::overlay {
+
+/// Shows selection overlays on the main screen. Main thread.
+class DesktopOverlays : public app::flows::AreaOverlays {
+  public:
+    explicit DesktopOverlays(app::flows::RecordingPlatform& platform) : m_platform(platform) {}
+
+    std::shared_ptr<app::flows::AreaOverlay>
+    show(app::flows::AreaOverlayCallbacks callbacks) override;
+
+  private:
+    app::flows::RecordingPlatform& m_platform;
+};
+
+} // namespace vantro::window::overlay

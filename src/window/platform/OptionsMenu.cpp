@@ -1,0 +1,56 @@
+#include "window/platform/OptionsMenu.h"
+
+#include "ui/Preferences.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+
+namespace vantro::window {
+namespace {
+
+void addRecentProjects(QMenu& menu, const ui::Preferences& preferences,
+                       const std::function<void(const QString&)>& open) {
+    auto* recent = menu.addMenu(QStringLiteral("Recent Projects"));
+    for (const auto& path : preferences.recentProjects()) {
+        if (!QDir(path).exists())
+            continue;
+        auto* action = recent->addAction(QFileInfo(path).completeBaseName());
+        action->setToolTip(path);
+        QObject::connect(action, &QAction::triggered, [open, path] { open(path); });
+    }
+    recent->setToolTipsVisible(true);
+    recent->setEnabled(!recent->isEmpty());
+}
+
+void addThemes(QMenu& menu, ui::Preferences& preferences) {
+    auto* themes = menu.addMenu(QStringLiteral("Appearance"));
+    for (const auto& [choice, label] :
+         {std::pair{ui::ThemeChoice::system, QStringLiteral("Follow the Desktop")},
+          std::pair{ui::ThemeChoice::light, QStringLiteral("Light")},
+          std::pair{ui::ThemeChoice::dark, QStringLiteral("Dark")}}) {
+        auto* action = themes->addAction(label);
+        action->setCheckable(true);
+        action->setChecked(preferences.theme() == choice);
+        QObject::connect(action, &QAction::triggered, &preferences,
+                         [&preferences, choice = choice] { preferences.setTheme(choice); });
+    }
+}
+
+} // namespace
+
+void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
+                     const std::function<void(const QString&)>& open) {
+    auto* menu = new QMenu;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addRecentProjects(*menu, preferences, open);
+    menu->addSeparator();
+    auto* countdown = menu->addAction(QStringLiteral("Count Down Before Recording"));
+    countdown->setCheckable(true);
+    countdown->setChecked(preferences.countdown());
+    QObject::connect(countdown, &QAction::toggled, &preferences, &ui::Preferences::setCountdown);
+    addThemes(*menu, preferences);
+    menu->popup(globalPosition);
+}
+
+} // namespace vantro::window

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <optional>
+
+class QWindow;
+
+namespace vantro::app {
+class AppState;
+} // namespace vantro::app
+
+namespace vantro::ui {
+class Preferences;
+} // namespace vantro::ui
+
+namespace vantro::window {
+
+/// Where the main window stands: where it last stood, and in a corner of its screen while a
+/// recording runs. A remembered place that is off every screen is not used, and a window that grows
+/// with its screen is moved so that all of it can be seen. Main thread.
+class WindowPlacement : public QObject {
+  public:
+    WindowPlacement(QWindow& window, app::AppState& state, ui::Preferences& preferences);
+
+    /// Puts the window where it stood in the last run.
+    void restore();
+    void remember();
+
+  private:
+    void noteHome();
+    void phaseChanged();
+    void stepAside();
+    void goHome();
+
+    QWindow& m_window;
+    app::AppState& m_state;
+    ui::Preferences& m_preferences;
+    bool m_isAside = false;
+    bool m_isLarge = false;
+    std::optional<QPoint> m_home; ///< where the window stands when it is not aside
+};
+
+} // namespace vantro::window

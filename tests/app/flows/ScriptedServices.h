@@ -1,0 +1,192 @@
+#pragma once
+
+#include "app/flows/AreaOverlay.h"
+#include "app/flows/FilePanels.h"
+#include "app/flows/MainTimers.h"
+#include "app/flows/Recorder.h"
+#include "app/flows/TaskRunner.h"
+#include "model/VantroError.h"
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+/// The flows' surroundings, each of which does only what a test tells it to.
+namespace vantro::test {
+
+inline capture::ShareableWindow windowOf(std::uint32_t id, const std::string& title,
+                                         model::Rect frame = {}) {
+    capture::ShareableWindow window;
+    window.windowID = id;
+    window.title = title;
+    window.frame = frame;
+    return window;
+}
+
+inline capture::ShareableDisplay displayOf(std::uint32_t id, model::Rect frame, double scale = 1) {
+    capture::ShareableDisplay display;
+    display.displayID = id;
+    display.frame = frame;
+    display.backingScaleFactor = scale;
+    return display;
+}
+
+/// Runs nothing until the test asks for it.
+class ManualTasks : public app::flows::TaskRunner {
+  public:
+    void run(std::function<Continuation()> work) override { m_work.push_back(std::move(work)); }
+    void onMain(Continuation task) override { m_main.push_back(std::move(task)); }
+
+    /// Does one piece of work and leaves what follows from it to runMain().
+    void runWork() {
+        if (m_work.empty())
+            throw std::logic_error("no work is waiting");
+        auto work = std::move(m_work.front());
+        m_work.pop_front();
+        if (auto continuation = work())
+            onMain(std::move(continuation));
+    }
+    void runMain() {
+        while (!m_main.empty()) {
+            auto task = std::move(m_main.front());
+            m_main.pop_front();
+            task();
+        }
+    }
+    void runAll() {
+        runMain();
+        while (!m_work.empty()) {
+            runWork();
+            runMain();
+        }
+    }
+    std::size_t waitingWork() const { return m_work.size(); }
+
+  private:
+    std::deque<std::function<Continuation()>> m_work;
+    std::deque<Continuation> m_main;
+};
+
+/// Time that passes only when the test says so.
+class ManualTimers : public app::flows::MainTimers {
+  public:
+    std::unique_ptr<app::flows::MainTimer> repeat(std::chrono::milliseconds interval,
+                                                  std::function<void()> tick) override {
+        return std::make_unique<Timer>(m_timers, Entry{interval, interval, std::move(tick)});
+    }
+
+    void advance(std::chrono::milliseconds span) {
+        const auto running = m_timers; // a tick may start and stop timers
+        for (const auto& timer : running)
+            for (timer->left -= span; timer->left.count() <= 0 && isRunning(timer);
+                 timer->left += timer->interval)
+                timer->tick();
+    }
+    std::size_t running() const { return m_timers.size(); }
+
+  private:
+    struct Entry {
+        std::chrono::milliseconds interval;
+        std::chrono::milliseconds left;
+        std::function<void()> tick;
+    };
+    using Entries = std::vector<std::shared_ptr<Entry>>;
+
+    class Timer : public app::flows::MainTimer {
+      public:
+        Timer(Entries& timers, Entry entry)
+            : m_timers(timers), m_entry(std::make_shared<Entry>(std::move(entry))) {
+            m_timers.push_back(m_entry);
+        }
+        ~Timer() override { std::erase(m_timers, m_entry); }
+
+      private:
+        Entries& m_timers;
+        std::shared_ptr<Entry> m_entry;
+    };
+
+    bool isRunning(const std::shared_ptr<Entry>& entry) const {
+        return std::ranges::find(m_timers, entry) != m_timers.end();
+    }
+
+    Entries m_timers;
+};
+
+/// Succeeds, or fails as it is told.
+class ScriptedRecorder : public app::flows::Recorder {
+  public:
+    std::optional<model::VantroError> startFailure;
+    std::optional<model::VantroError> stopFailure;
+    model::RecordingMetadata metadata;
+    app::flows::RecorderStatus recorderStatus;
+    int starts = 0;
+    int stops = 0;
+
+    void start() override {
+        ++starts;
+        if (startFailure)
+            throw *startFailure;
+    }
+    model::RecordingMetadata stop() override {
+        ++stops;
+        if (stopFailure)
+            throw *stopFailure;
+        return metadata;
+    }
+    app::flows::RecorderStatus status() override { return recorderStatus; }
+};
+
+class ScriptedPlatform : public app::flows::RecordingPlatform {
+  public:
+    std::vector<capture::ShareableDisplay> attached{displayOf(7, {0, 0, 1920, 1080}),
+                                                    displayOf(8, {1920, 0, 1280, 1024})};
+    std::shared_ptr<ScriptedRecorder> next = std::make_shared<ScriptedRecorder>();
+    std::vector<app::flows::RecorderConfiguration> made;
+
+    std::vector<capture::ShareableDisplay> displays() override { return attached; }
+    std::shared_ptr<app::flows::Recorder>
+    makeRecorder(app::flows::RecorderConfiguration configuration) override {
+        made.push_back(std::move(configuration));
+        return next;
+    }
+};
+
+class ScriptedOverlays : public app::flows::AreaOverlays {
+  public:
+    bool hasScreen = true;
+    app::flows::AreaOverlayCallbacks callbacks; ///< of the overlay shown last
+    std::weak_ptr<app::flows::AreaOverlay> shown;
+
+    std::shared_ptr<app::flows::AreaOverlay>
+    show(app::flows::AreaOverlayCallbacks wanted) override {
+        if (!hasScreen)
+            return nullptr;
+        callbacks = std::move(wanted);
+        auto overlay = std::make_shared<app::flows::AreaOverlay>();
+        shown = overlay;
+        return overlay;
+    }
+};
+
+class ScriptedPanels : public app::flows::FilePanels {
+  public:
+    std::optional<app::flows::PanelKind> kind; ///< of the panel that is open
+    std::string proposedName;
+
+    void ask(app::flows::PanelKind wanted, const std::string& name, Answer answer) override {
+        kind = wanted;
+        proposedName = name;
+        m_answer = std::move(answer);
+    }
+    void answer(std::optional<std::filesystem::path> path) {
+        kind.reset();
+        std::exchange(m_answer, {})(std::move(path));
+    }
+
+  private:
+    Answer m_answer;
+};
+
+} // namespace vantro::test
