@@ -2,9 +2,8 @@
 // device's name, without which the numbers mean nothing. `--software-device` also takes a driver
 // that draws in software.
 
-#include "render/gpu/MetalRenderer.h"
-#include "render/scene/CursorImage.h"
-#include "render/scene/FrameLayout.h"
+#include "render/scene/Scene.h"
+#include "render/vulkan/VulkanRenderer.h"
 
 #include <algorithm>
 #include <array>
@@ -27,24 +26,16 @@ std::shared_ptr<media::PixelBuffer> gradient(media::PixelFormat format, int widt
 }
 
 /// A zoomed frame with background, shadow, rounded corners and cursor.
-render::RenderParams zoomedParams(int width, int height) {
-    const model::Size size{static_cast<double>(width), static_cast<double>(height)};
-    const render::RecordingInset inset =
-        render::recordingInset(size, size, model::BackgroundSettings{});
-    render::RenderParams params;
-    params.canvasWidth = width;
-    params.canvasHeight = height;
-    params.keyframe = {1.5, size.width * 0.4, size.height * 0.6};
-    params.bgColor = render::RenderColor{0.2F, 0.4F, 0.6F, 1};
-    params.insetX = static_cast<float>(inset.rect.x);
-    params.insetY = static_cast<float>(inset.rect.y);
-    params.insetW = static_cast<float>(inset.rect.width);
-    params.insetH = static_cast<float>(inset.rect.height);
-    params.cornerRadius = static_cast<float>(inset.cornerRadius);
-    params.hasBackground = true;
-    params.cursorX = static_cast<float>(width) * 0.4F;
-    params.cursorY = static_cast<float>(height) * 0.6F;
-    return params;
+render::Scene zoomedScene(media::PixelFormat format, int width, int height, int shift) {
+    static const render::CursorTextures arrow(render::standardCursor(render::CursorStyle::builtIn));
+    const model::BackgroundSettings background{.type = model::BackgroundColor{0.2, 0.4, 0.6}};
+    render::SceneContent content;
+    content.recording = gradient(format, width, height, shift);
+    content.camera = {1.5, width * 0.4, height * 0.6};
+    content.background = &background;
+    content.pointer = render::PixelPoint{width * 0.4, height * 0.6};
+    content.cursor = &arrow;
+    return render::makeScene({width, height}, content);
 }
 
 /// Made by main before the measuring begins.
@@ -60,14 +51,12 @@ void zoomedFrame(benchmark::State& state) {
     const media::PixelFormat format =
         state.range(2) != 0 ? media::PixelFormat::i420 : media::PixelFormat::bgra;
     // Two sources in turn, so that each frame is sent.
-    const std::array sources{gradient(format, width, height, 0),
-                             gradient(format, width, height, 9)};
+    const std::array scenes{zoomedScene(format, width, height, 0),
+                            zoomedScene(format, width, height, 9)};
     const auto output = media::PixelBuffer::allocate(format, width, height);
-    render::RenderParams params = zoomedParams(width, height);
     std::size_t frame = 0;
     while (state.KeepRunning()) {
-        params.source = sources[frame++ % sources.size()];
-        if (!measured()->render(params, *output)) {
+        if (!measured()->render(scenes[frame++ % scenes.size()], *output)) {
             state.SkipWithError("the GPU gave up");
             break;
         }
@@ -88,7 +77,7 @@ BENCHMARK(zoomedFrame)
 } // namespace vantro
 
 int main(int argc, char** argv) {
-    vantro::render::gpu::GpuOptions options;
+    vantro::render::vulkan::GpuOptions options;
     for (int i = 1; i < argc; ++i) {
         if (std::string_view(argv[i]) != "--software-device")
             continue;
@@ -97,8 +86,7 @@ int main(int argc, char** argv) {
         --argc;
         break;
     }
-    auto renderer = vantro::render::gpu::makeMetalRenderer(
-        vantro::render::standardCursor(vantro::render::CursorStyle::builtIn), options);
+    auto renderer = vantro::render::vulkan::makeVulkanRenderer(options);
     if (!renderer) {
         fmt::print(stderr, "no GPU to measure: {}\n", renderer.error());
         return 1;

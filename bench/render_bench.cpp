@@ -1,7 +1,5 @@
 #include "media/values/PixelBuffer.h"
-#include "render/scene/CursorImage.h"
-#include "render/scene/FrameLayout.h"
-#include "render/scene/ShadowImage.h"
+#include "render/scene/Scene.h"
 #include "render/software/SoftwareRenderer.h"
 
 #include <cstring>
@@ -22,76 +20,54 @@ std::shared_ptr<media::PixelBuffer> screenLikePicture(media::PixelFormat format,
     return picture;
 }
 
-struct Scene {
+struct Shown {
     bool background = true;
     double scale = 1;
     bool cursor = true;
     bool webcam = false;
 };
 
-render::RenderParams frame(const Scene& scene, media::PixelFormat sourceFormat, int width,
-                           int height) {
-    render::RenderParams params;
-    params.source = screenLikePicture(sourceFormat, width, height);
-    params.canvasWidth = width;
-    params.canvasHeight = height;
-    params.keyframe = {scene.scale, width * 0.4, height * 0.45};
-    params.hasBackground = scene.background;
-    const model::Size size{static_cast<double>(width), static_cast<double>(height)};
-    const auto inset = render::recordingInset(
-        size, size, scene.background ? std::optional(model::BackgroundSettings{}) : std::nullopt);
-    params.insetX = static_cast<float>(inset.rect.x);
-    params.insetY = static_cast<float>(inset.rect.y);
-    params.insetW = static_cast<float>(inset.rect.width);
-    params.insetH = static_cast<float>(inset.rect.height);
-    params.cornerRadius = static_cast<float>(inset.cornerRadius);
-    params.bgColor = render::RenderColor{0.2F, 0.3F, 0.5F, 1};
-    if (scene.cursor) {
-        params.cursorX = static_cast<float>(width * 0.4);
-        params.cursorY = static_cast<float>(height * 0.45);
-        params.cursorScale = 3;
-    }
-    if (scene.webcam) {
-        params.webcam = screenLikePicture(media::PixelFormat::bgra, 1280, 720);
-        const auto placement = render::webcamPlacement(
-            size, {1280, 720}, model::WebcamPosition::bottomRight, 0.2, scene.scale);
-        params.webcamRect = placement.square;
-        params.webcamDrawRect = placement.drawRect;
-        params.webcamCornerRadius = placement.cornerRadius;
-    }
-    return params;
+render::Scene frame(const Shown& shown, media::PixelFormat sourceFormat, int width, int height) {
+    static const render::CursorTextures arrow(render::standardCursor(render::CursorStyle::builtIn));
+    const model::BackgroundSettings background{.type = model::BackgroundColor{0.2, 0.3, 0.5}};
+    render::SceneContent content;
+    content.recording = screenLikePicture(sourceFormat, width, height);
+    content.camera = {shown.scale, width * 0.4, height * 0.45};
+    content.background = shown.background ? &background : nullptr;
+    if (shown.cursor)
+        content.pointer = render::PixelPoint{width * 0.4, height * 0.45};
+    content.cursorScale = 3;
+    content.cursor = &arrow;
+    if (shown.webcam)
+        content.webcam = screenLikePicture(media::PixelFormat::bgra, 1280, 720);
+    content.webcamSize = 0.2;
+    return render::makeScene({width, height}, content);
 }
 
-void drawFrames(benchmark::State& state, const Scene& scene, media::PixelFormat sourceFormat,
+void drawFrames(benchmark::State& state, const Shown& shown, media::PixelFormat sourceFormat,
                 media::PixelFormat outputFormat, int width, int height) {
-    const auto renderer = render::software::makeSoftwareRenderer(
-        render::standardCursor(render::CursorStyle::builtIn), 1);
-    const render::RenderParams params = frame(scene, sourceFormat, width, height);
+    const auto renderer = render::software::makeSoftwareRenderer(1);
+    const render::Scene scene = frame(shown, sourceFormat, width, height);
     const auto output = media::PixelBuffer::allocate(outputFormat, width, height);
-    renderer->render(params, *output); // draws backdrop and shadow, which frames share
+    renderer->render(scene, *output); // draws backdrop and shadow, which frames share
     while (state.KeepRunning()) {
-        renderer->render(params, *output);
+        renderer->render(scene, *output);
         benchmark::DoNotOptimize(output->row(0, 0));
     }
     state.SetLabel(std::string(renderer->description()));
 }
 
-void drawShadowOnce(benchmark::State& state, int width, int height, float radius) {
-    const render::ShadowCacheKey key{width,
-                                     height,
-                                     static_cast<float>(width) * 0.08F,
-                                     static_cast<float>(height) * 0.08F,
-                                     static_cast<float>(width) * 0.84F,
-                                     static_cast<float>(height) * 0.84F,
-                                     radius};
+void drawShadowOnce(benchmark::State& state, int width, int height, double radius) {
+    const render::ShadowShape shape{
+        {width, height}, {width * 0.08, height * 0.08, width * 0.84, height * 0.84}, radius};
     while (state.KeepRunning())
-        benchmark::DoNotOptimize(render::drawShadow(key));
+        benchmark::DoNotOptimize(render::drawShadow(shape));
 }
 
 void registerFrames(const std::string& size, int width, int height) {
     struct Case {
         const char* name;
-        Scene scene;
+        Shown shown;
     };
     const Case cases[] = {
         {"zoomed2.0_background", {true, 2.0, true, false}},
@@ -110,7 +86,7 @@ void registerFrames(const std::string& size, int width, int height) {
                 benchmark::RegisterBenchmark(
                     (size + "/" + entry.name + "/" + sourceName + "_to_" + outputName).c_str(),
                     [=](benchmark::State& state) {
-                        drawFrames(state, entry.scene, source, output, width, height);
+                        drawFrames(state, entry.shown, source, output, width, height);
                     })
                     ->Unit(benchmark::kMillisecond);
 }

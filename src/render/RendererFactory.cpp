@@ -1,8 +1,8 @@
 #include "render/RendererFactory.h"
 
-#include "render/gpu/FallbackRenderer.h"
-#include "render/gpu/MetalRenderer.h"
+#include "render/FallbackRenderer.h"
 #include "render/software/SoftwareRenderer.h"
+#include "render/vulkan/VulkanRenderer.h"
 
 #include <filesystem>
 
@@ -18,29 +18,27 @@ bool hasGraphicsDevice() {
            std::filesystem::exists("/dev/dxg", error);
 }
 
-std::expected<std::unique_ptr<Renderer>, std::string> makeGpuRenderer(const CursorImage& cursor) {
+std::expected<std::unique_ptr<Renderer>, std::string> makeGpuRenderer() {
     if (!hasGraphicsDevice())
         return std::unexpected("this machine has no graphics device");
-    auto gpu = gpu::makeMetalRenderer(cursor);
+    auto gpu = vulkan::makeVulkanRenderer();
     if (!gpu)
         return gpu;
-    return std::make_unique<gpu::FallbackRenderer>(
-        *std::move(gpu), [cursor] { return software::makeSoftwareRenderer(cursor); });
+    return std::make_unique<FallbackRenderer>(*std::move(gpu),
+                                              [] { return software::makeSoftwareRenderer(); });
 }
 
 } // namespace
 
-std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why,
-                                       CursorStyle cursorStyle) {
-    const auto cursor = standardCursor(cursorStyle);
+std::unique_ptr<Renderer> makeRenderer(RendererChoice choice, std::string* why) {
     if (choice == RendererChoice::software)
-        return software::makeSoftwareRenderer(cursor);
-    auto gpu = makeGpuRenderer(cursor);
+        return software::makeSoftwareRenderer();
+    auto gpu = makeGpuRenderer();
     if (gpu)
         return *std::move(gpu);
     if (why != nullptr)
         *why = "The GPU renderer is not available: " + gpu.error();
-    return choice == RendererChoice::gpu ? nullptr : software::makeSoftwareRenderer(cursor);
+    return choice == RendererChoice::gpu ? nullptr : software::makeSoftwareRenderer();
 }
 
 } // namespace vantro::render

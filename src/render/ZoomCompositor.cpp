@@ -2,8 +2,6 @@
 
 #include "media/color/ColorConversion.h"
 #include "model/VantroError.h"
-#include "render/scene/CursorImage.h"
-#include "render/scene/FrameLayout.h"
 #include "render/scene/ImageFile.h"
 
 #include <algorithm>
@@ -105,18 +103,6 @@ struct Webcam {
     }
 };
 
-model::Size sizeOf(const media::PixelBuffer& picture) {
-    return {static_cast<double>(picture.width()), static_cast<double>(picture.height())};
-}
-
-void setInset(RenderParams& params, const RecordingInset& inset) {
-    params.insetX = static_cast<float>(inset.rect.x);
-    params.insetY = static_cast<float>(inset.rect.y);
-    params.insetW = static_cast<float>(inset.rect.width);
-    params.insetH = static_cast<float>(inset.rect.height);
-    params.cornerRadius = static_cast<float>(inset.cornerRadius);
-}
-
 } // namespace
 
 struct ZoomCompositor::State {
@@ -127,89 +113,61 @@ struct ZoomCompositor::State {
     BackgroundPicture backgroundPicture;
     std::vector<model::CursorPosition> cursorPositions; // source pixels
     double cursorScale = 1;
+    CursorTextures cursor;
     std::optional<Webcam> webcam;
     OutputBuffers buffers;
-    RenderParams lastParams;
+    Scene lastScene;
     std::shared_ptr<const media::PixelBuffer> lastOutput;
 
-    RenderParams parametersFor(const media::CompositionRequest& request,
-                               const ZoomKeyframe& keyframe, double t);
-    std::shared_ptr<const media::PixelBuffer> untouched(const media::CompositionRequest& request);
-    std::shared_ptr<const media::PixelBuffer> drawn(const RenderParams& params,
+    explicit State(CursorStyle cursorStyle) : cursor(standardCursor(cursorStyle)) {}
+
+    Scene sceneFor(const media::CompositionRequest& request, double t);
+    std::shared_ptr<const media::PixelBuffer> drawn(const Scene& scene,
                                                     const media::CompositionRequest& request);
 };
 
-RenderParams ZoomCompositor::State::parametersFor(const media::CompositionRequest& request,
-                                                  const ZoomKeyframe& keyframe, double t) {
-    const model::Size canvas{static_cast<double>(request.width),
-                             static_cast<double>(request.height)};
-    RenderParams params;
-    params.source = request.sourceFrame.pixels;
-    params.canvasWidth = request.width;
-    params.canvasHeight = request.height;
-    params.keyframe = keyframe;
-    params.hasBackground = background.has_value();
-    setInset(params, recordingInset(canvas, sizeOf(*params.source), background));
+Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request, double t) {
+    SceneContent content;
+    content.recording = request.sourceFrame.pixels;
+    content.camera = animator->keyframe(t);
     if (background) {
-        if (const auto* color = std::get_if<model::BackgroundColor>(&background->type))
-            params.bgColor =
-                RenderColor{static_cast<float>(color->red), static_cast<float>(color->green),
-                            static_cast<float>(color->blue), 1};
-        params.backgroundImage = backgroundPicture.fittedTo(request.width, request.height);
+        content.background = &*background;
+        content.backgroundPicture = backgroundPicture.fittedTo(request.width, request.height);
     }
-    if (const auto cursor = interpolatedCursor(cursorPositions, t)) {
-        params.cursorX = static_cast<float>(cursor->x);
-        params.cursorY = static_cast<float>(cursor->y);
+    if (const auto pointer = interpolatedCursor(cursorPositions, t))
+        content.pointer = PixelPoint{pointer->x, pointer->y};
+    content.cursorScale = cursorScale;
+    content.cursor = &cursor;
+    if (webcam) {
+        content.webcam = webcam->imageAt(t);
+        content.webcamPosition = webcam->position;
+        content.webcamSize = webcam->sizeFraction;
     }
-    params.cursorScale = static_cast<float>(cursorScale);
-    if (webcam)
-        params.webcam = webcam->imageAt(t);
-    if (params.webcam) {
-        const auto placement = webcamPlacement(canvas, sizeOf(*params.webcam), webcam->position,
-                                               webcam->sizeFraction, keyframe.scale);
-        params.webcamRect = placement.square;
-        params.webcamDrawRect = placement.drawRect;
-        params.webcamCornerRadius = placement.cornerRadius;
-    }
-    return params;
+    return makeScene({request.width, request.height}, content);
 }
 
-/// The source frame as it is, in the size and format that were asked for.
-std::shared_ptr<const media::PixelBuffer>
-ZoomCompositor::State::untouched(const media::CompositionRequest& request) {
-    const auto& source = request.sourceFrame.pixels;
-    const bool sameSize = source->width() == request.width && source->height() == request.height;
-    const bool readable = source->format() == media::PixelFormat::bgra ||
-                          source->color() == media::ColorDescription{};
-    if (sameSize && source->format() == request.outputFormat && readable)
-        return source;
-    // A recording that covers the whole canvas of a frame with a background is drawn stretched
-    // over it, with nothing else to be seen.
-    RenderParams params;
-    params.source = source;
-    params.canvasWidth = request.width;
-    params.canvasHeight = request.height;
-    params.hasBackground = true;
-    setInset(params, recordingInset(
-                         {static_cast<double>(request.width), static_cast<double>(request.height)},
-                         sizeOf(*source), std::nullopt));
-    return drawn(params, request);
+/// Whether the frame can be handed on where the recording alone is asked for.
+bool isReadyMade(const media::PixelBuffer& frame, const media::CompositionRequest& request) {
+    return frame.width() == request.width && frame.height() == request.height &&
+           frame.format() == request.outputFormat &&
+           (frame.format() == media::PixelFormat::bgra ||
+            frame.color() == media::ColorDescription{});
 }
 
 std::shared_ptr<const media::PixelBuffer>
-ZoomCompositor::State::drawn(const RenderParams& params, const media::CompositionRequest& request) {
-    if (lastOutput && lastOutput->format() == request.outputFormat && params == lastParams)
+ZoomCompositor::State::drawn(const Scene& scene, const media::CompositionRequest& request) {
+    if (lastOutput && lastOutput->format() == request.outputFormat && scene == lastScene)
         return lastOutput;
     auto output = buffers.take(request);
-    if (!renderer || !renderer->render(params, *output))
-        fail("Metal renderer unavailable");
-    lastParams = params;
+    if (!renderer || !renderer->render(scene, *output))
+        fail("Renderer unavailable");
+    lastScene = scene;
     lastOutput = std::move(output);
     return lastOutput;
 }
 
-ZoomCompositor::ZoomCompositor(std::unique_ptr<Renderer> renderer)
-    : m_state(std::make_unique<State>()) {
+ZoomCompositor::ZoomCompositor(std::unique_ptr<Renderer> renderer, CursorStyle cursor)
+    : m_state(std::make_unique<State>(cursor)) {
     m_state->renderer = std::move(renderer);
 }
 
@@ -261,13 +219,10 @@ ZoomCompositor::compose(const media::CompositionRequest& request) {
         fail("Missing source frame");
     const double outputTime = request.compositionTime.seconds();
     const double t = state.timeMapper ? state.timeMapper(outputTime) : outputTime;
-    const ZoomKeyframe keyframe = state.animator->keyframe(t);
-    if (!state.background && !keyframe.isZoomed() && !state.webcam && state.cursorPositions.empty())
-        return state.untouched(request);
-    const RenderParams params = state.parametersFor(request, keyframe, t);
-    if (!state.background && !keyframe.isZoomed() && !params.cursorX && !params.webcam)
-        return state.untouched(request);
-    return state.drawn(params, request);
+    const Scene scene = state.sceneFor(request, t);
+    const auto& frame = request.sourceFrame.pixels;
+    return scene.isRecordingAlone() && isReadyMade(*frame, request) ? frame
+                                                                    : state.drawn(scene, request);
 }
 
 std::optional<model::Point> interpolatedCursor(const std::vector<model::CursorPosition>& positions,

@@ -26,8 +26,9 @@ class ZoomCompositor : public media::VideoCompositor {
     using WebcamFrames =
         std::function<std::shared_ptr<const media::PixelBuffer>(double sourceSeconds)>;
 
-    /// Without a renderer every frame that must be drawn fails with "Metal renderer unavailable".
-    explicit ZoomCompositor(std::unique_ptr<Renderer> renderer);
+    /// Without a renderer every frame that must be drawn fails with "Renderer unavailable".
+    explicit ZoomCompositor(std::unique_ptr<Renderer> renderer,
+                            CursorStyle cursor = CursorStyle::theme);
     ~ZoomCompositor() override;
 
     void setAnimator(std::shared_ptr<const ZoomAnimator> animator);
@@ -43,7 +44,7 @@ class ZoomCompositor : public media::VideoCompositor {
     void setWebcam(WebcamFrames frames, model::WebcamPosition position, double sizeFraction);
 
     /// Throws VantroError (exportFailed) with "No zoom animator configured", "Missing source
-    /// frame", "Failed to create output buffer", or "Metal renderer unavailable", the last also
+    /// frame", "Failed to create output buffer", or "Renderer unavailable", the last also
     /// when the renderer's device failed.
     std::shared_ptr<const media::PixelBuffer>
     compose(const media::CompositionRequest& request) override;

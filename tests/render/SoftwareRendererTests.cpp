@@ -1,11 +1,9 @@
-#include "render/ReferenceRenderer.h"
-#include "render/scene/FrameLayout.h"
+#include "render/TestScenes.h"
 #include "render/software/RowKernels.h"
 #include "render/software/SoftwareRenderer.h"
 
 #include <cmath>
 #include <cstring>
-#include <random>
 
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
@@ -13,286 +11,137 @@
 namespace vantro::render {
 namespace {
 
-using test::difference;
-using test::referenceFrame;
+using media::PixelFormat;
 
-const CursorImage& arrow() {
-    static const CursorImage cursor = standardCursor(CursorStyle::builtIn);
-    return cursor;
+using Pixel = std::array<int, 3>;
+
+Pixel pixelAt(const media::PixelBuffer& picture, int x, int y) {
+    const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
+    return {pixel[0], pixel[1], pixel[2]};
 }
 
-/// Soft shapes with hard edges here and there, like a screen; chroma stays within the gamut.
-std::shared_ptr<media::PixelBuffer> testPicture(media::PixelFormat format, int width, int height,
-                                                unsigned seed, bool opaque = true) {
-    auto picture = media::PixelBuffer::allocate(format, width, height);
-    std::mt19937 random(seed);
-    for (int plane = 0; plane < picture->planeCount(); ++plane)
-        for (int y = 0; y < picture->planeHeight(plane); ++y)
-            for (int x = 0; x < picture->stride(plane); ++x) {
-                const auto noise = static_cast<int>(random() % 40);
-                const int block = (x / 24 + y / 6) % 3 * 60;
-                picture->mutableRow(plane, y)[x] =
-                    static_cast<std::uint8_t>(format == media::PixelFormat::bgra ? noise + block
-                                              : plane == 0 ? 60 + noise + block / 2
-                                                           : 118 + noise / 2);
-            }
-    for (int y = 0; format == media::PixelFormat::bgra && y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            std::uint8_t* pixel = picture->mutableRow(0, y) + static_cast<std::ptrdiff_t>(x) * 4;
-            pixel[3] = opaque ? 255 : std::max({pixel[0], pixel[1], pixel[2]});
-        }
-    return picture;
+std::shared_ptr<media::PixelBuffer> drawnInSoftware(const Scene& scene, PixelFormat format,
+                                                    unsigned threads = 1) {
+    return test::drawn(*software::makeSoftwareRenderer(threads), scene, format);
 }
 
-struct FrameShape {
-    int canvasWidth = 0;
-    int canvasHeight = 0;
-    int sourceWidth = 0;
-    int sourceHeight = 0;
-};
-
-RenderParams frame(const FrameShape& shape, media::PixelFormat format,
-                   const std::optional<model::BackgroundSettings>& background = std::nullopt) {
-    RenderParams params;
-    params.source = testPicture(format, shape.sourceWidth, shape.sourceHeight, 1);
-    params.canvasWidth = shape.canvasWidth;
-    params.canvasHeight = shape.canvasHeight;
-    params.hasBackground = background.has_value();
-    const auto inset = recordingInset(
-        {static_cast<double>(shape.canvasWidth), static_cast<double>(shape.canvasHeight)},
-        {static_cast<double>(shape.sourceWidth), static_cast<double>(shape.sourceHeight)},
-        background);
-    params.insetX = static_cast<float>(inset.rect.x);
-    params.insetY = static_cast<float>(inset.rect.y);
-    params.insetW = static_cast<float>(inset.rect.width);
-    params.insetH = static_cast<float>(inset.rect.height);
-    params.cornerRadius = static_cast<float>(inset.cornerRadius);
-    return params;
+/// The recording over the whole canvas.
+SceneContent alone(std::shared_ptr<const media::PixelBuffer> recording) {
+    SceneContent content;
+    content.recording = std::move(recording);
+    content.cursor = &test::arrow();
+    return content;
 }
 
-void addWebcam(RenderParams& params, double fraction, model::WebcamPosition position, int width,
-               int height) {
-    params.webcam = testPicture(media::PixelFormat::bgra, width, height, 9);
-    const auto placement = webcamPlacement(
-        {static_cast<double>(params.canvasWidth), static_cast<double>(params.canvasHeight)},
-        {static_cast<double>(width), static_cast<double>(height)}, position, fraction,
-        params.keyframe.scale);
-    params.webcamRect = placement.square;
-    params.webcamDrawRect = placement.drawRect;
-    params.webcamCornerRadius = placement.cornerRadius;
-}
-
-/// Any kind of frame, decided by `random`.
-RenderParams randomFrame(std::mt19937& random, media::PixelFormat format) {
-    const auto between = [&](double low, double high) {
-        return std::uniform_real_distribution(low, high)(random);
+TEST(SoftwareRenderer, DrawsLayersInOrderEachInItsPlace) {
+    auto content = alone(test::flatPicture(PixelFormat::bgra, 160, 100, {10, 20, 200, 255}));
+    const model::BackgroundSettings background{
+        .type = model::BackgroundColor{0.2, 1, 0.4}, .padding = 0.25, .cornerRadius = 20};
+    content.background = &background;
+    content.webcam = test::flatPicture(PixelFormat::bgra, 30, 50, {250, 240, 5, 255});
+    content.webcamSize = 0.25; // 80 pixels, reaching over the recording's right edge
+    content.pointer = PixelPoint{40, 30};
+    content.cursorScale = 4;
+    const Scene scene = makeScene({320, 200}, content);
+    const auto picture = drawnInSoftware(scene, PixelFormat::bgra);
+    const auto shadow = drawShadow(scene.shadow());
+    const auto shaded = [&](int x, int y) { // the background's color under the shadow
+        const double light = 1 - shadow->row(y)[x] / 255.0;
+        return Pixel{static_cast<int>(std::lround(102 * light)),
+                     static_cast<int>(std::lround(255 * light)),
+                     static_cast<int>(std::lround(51 * light))};
     };
-    const auto size = [&] { return static_cast<int>(std::exp(between(0, 5.4))); };
-    const auto chance = [&](double p) { return between(0, 1) < p; };
-    std::optional<model::BackgroundSettings> background;
-    if (chance(0.75)) {
-        background.emplace();
-        background->padding = between(0, 0.45);
-        background->cornerRadius = chance(0.2) ? 1000 : between(0, 40);
-    }
-    RenderParams params = frame({size(), size(), size(), size()}, format, background);
-    params.keyframe = {chance(0.4) ? 1.0 : between(1, 4), between(0, params.source->width()),
-                       between(0, params.source->height())};
-    if (chance(0.5))
-        params.bgColor = RenderColor{static_cast<float>(between(0, 1)), 0.5F, 0.9F, 1};
-    if (chance(0.3))
-        params.backgroundImage =
-            testPicture(media::PixelFormat::bgra, size(), size(), 3, chance(0.5));
-    if (chance(0.7)) {
-        params.cursorX = static_cast<float>(between(-20, params.source->width() + 20));
-        params.cursorY = static_cast<float>(between(-20, params.source->height() + 20));
-        params.cursorScale = static_cast<float>(between(0.3, 6));
-    }
-    if (chance(0.4))
-        addWebcam(params, between(0.05, 0.6), static_cast<model::WebcamPosition>(random() % 4),
-                  size(), size());
-    return params;
+    EXPECT_EQ(pixelAt(*picture, 2, 2), shaded(2, 2));
+    EXPECT_EQ(pixelAt(*picture, 81, 51), shaded(81, 51)) << "the rounded corner shows the shadow";
+    EXPECT_EQ(pixelAt(*picture, 200, 60), (Pixel{10, 20, 200}));
+    EXPECT_EQ(pixelAt(*picture, 128, 104), (Pixel{0, 0, 0})) << "the cursor's body";
+    EXPECT_EQ(pixelAt(*picture, 238, 140), (Pixel{250, 240, 5})) << "the webcam covers it";
 }
 
-/// Draws with `threads` threads into memory that was grey before.
-std::shared_ptr<media::PixelBuffer> drawn(const RenderParams& params, media::PixelFormat format,
-                                          unsigned threads = 1) {
-    auto output = media::PixelBuffer::allocate(format, params.canvasWidth, params.canvasHeight);
-    for (int plane = 0; plane < output->planeCount(); ++plane)
-        for (int y = 0; y < output->planeHeight(plane); ++y)
-            std::memset(output->mutableRow(plane, y), 77,
-                        static_cast<std::size_t>(output->stride(plane)));
-    EXPECT_TRUE(software::makeSoftwareRenderer(arrow(), threads)->render(params, *output));
-    return output;
-}
-
-bool drawsNothing(const RenderParams& params) {
-    return !params.hasBackground && !params.keyframe.isZoomed() && !params.cursorX &&
-           !params.webcam;
-}
-
-/// Compares `count` random frames with the reference.
-void compareRandomFrames(unsigned seed, int count, media::PixelFormat source,
-                         media::PixelFormat output, double tolerance) {
-    std::mt19937 random(seed);
-    const CursorTextures cursor(arrow());
-    for (int i = 0; i < count; ++i) {
-        const RenderParams params = randomFrame(random, source);
-        if (drawsNothing(params))
-            continue;
-        const auto worst = test::difference(*drawn(params, output, 1 + i % 3),
-                                            test::referenceFrame(params, cursor));
-        EXPECT_LE(worst.inside, tolerance) << "frame " << i << " of seed " << seed;
-        EXPECT_LE(worst.rim, tolerance + 1) << "frame " << i << " of seed " << seed;
+TEST(SoftwareRenderer, MixesNeighborsInProportion) {
+    auto ramp = test::flatPicture(PixelFormat::bgra, 2, 1, {0, 100, 200, 255});
+    std::memset(ramp->mutableRow(0, 0) + 4, 200, 3);
+    const auto picture = drawnInSoftware(makeScene({40, 3}, alone(ramp)), PixelFormat::bgra);
+    for (int x = 0; x < 40; ++x) {
+        const double share = std::clamp((x + 0.5) / 20 - 0.5, 0.0, 1.0);
+        EXPECT_NEAR(pixelAt(*picture, x, 1)[0], 200 * share, 1) << x;
+        EXPECT_NEAR(pixelAt(*picture, x, 1)[1], 100 + 100 * share, 1) << x;
     }
 }
 
-TEST(SoftwareRenderer, DrawsEveryKindOfFrameLikeTheReference) {
-    compareRandomFrames(1, 150, media::PixelFormat::bgra, media::PixelFormat::bgra, 1.0);
-    compareRandomFrames(2, 60, media::PixelFormat::i420, media::PixelFormat::bgra, 2.0);
-    compareRandomFrames(3, 60, media::PixelFormat::bgra, media::PixelFormat::i420, 1.5);
-    compareRandomFrames(4, 60, media::PixelFormat::i420, media::PixelFormat::i420, 2.0);
-}
-
-TEST(SoftwareRenderer, DrawsTheSameWithEveryInstructionSet) {
-    std::mt19937 random(5);
-    std::vector<RenderParams> frames;
-    for (int i = 0; i < 25; ++i)
-        frames.push_back(randomFrame(random, media::PixelFormat::bgra));
+TEST(SoftwareRenderer, DrawsTheSameWithEveryInstructionSetAndNumberOfThreads) {
+    std::vector<test::GeneratedFrame> frames;
+    for (std::uint32_t seed = 1000; seed < 1030; ++seed)
+        frames.push_back(test::generateFrame(seed));
     std::vector<std::shared_ptr<media::PixelBuffer>> expected;
-    for (const auto& params : frames)
-        expected.push_back(drawn(params, media::PixelFormat::bgra));
+    for (const auto& frame : frames)
+        expected.push_back(drawnInSoftware(frame.scene, frame.outputFormat, 4));
     for (const auto target : hwy::SupportedAndGeneratedTargets()) {
         hwy::SetSupportedTargetsForTest(target);
-        SCOPED_TRACE(software::kernelTarget());
-        for (std::size_t i = 0; i < frames.size(); ++i) {
-            const auto output = drawn(frames[i], media::PixelFormat::bgra);
-            for (int y = 0; y < output->height(); ++y)
-                ASSERT_EQ(std::memcmp(output->row(0, y), expected[i]->row(0, y),
-                                      static_cast<std::size_t>(output->width()) * 4),
-                          0)
-                    << "frame " << i << " row " << y;
-        }
+        for (std::size_t i = 0; i < frames.size(); ++i)
+            EXPECT_EQ(test::difference(*drawnInSoftware(frames[i].scene, frames[i].outputFormat),
+                                       *expected[i])
+                          .worst,
+                      0)
+                << software::kernelTarget() << ": " << frames[i].describe();
         hwy::SetSupportedTargetsForTest(0);
     }
 }
 
-TEST(SoftwareRenderer, CrossesTileBordersWithoutASeam) {
-    RenderParams params =
-        frame({1203, 419, 1201, 417}, media::PixelFormat::i420, model::BackgroundSettings{});
-    params.keyframe = {1.7, 500, 200};
-    params.cursorX = 520.0F; // stands on the border between two tiles
-    params.cursorY = 130.0F;
-    params.cursorScale = 4;
-    addWebcam(params, 0.3, model::WebcamPosition::bottomLeft, 321, 211);
-    const auto reference = test::referenceFrame(params, CursorTextures(arrow()));
-    EXPECT_LE(test::difference(*drawn(params, media::PixelFormat::bgra, 4), reference).inside, 2.0);
-    params.keyframe = {};
-    const auto whole = test::referenceFrame(params, CursorTextures(arrow()));
-    EXPECT_LE(test::difference(*drawn(params, media::PixelFormat::i420, 4), whole).inside, 2.0);
-}
-
-TEST(SoftwareRenderer, LeavesTheOutputAloneWhenThereIsNothingToDraw) {
-    RenderParams params = frame({40, 30, 40, 30}, media::PixelFormat::bgra);
-    params.keyframe.scale = 1.001; // does not count as zoomed
-    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 7)[9], 77);
-    params.keyframe = {1.0011, 20, 15};
-    EXPECT_NE(std::memcmp(drawn(params, media::PixelFormat::bgra)->row(0, 7),
-                          std::vector<std::uint8_t>(160, 77).data(), 160),
-              0);
-}
-
 TEST(SoftwareRenderer, CopiesASourceOfTheOutputsShapeAroundTheCursor) {
-    RenderParams params = frame({600, 300, 600, 300}, media::PixelFormat::i420);
-    params.cursorX = 300.0F;
-    params.cursorY = 150.0F;
-    const auto output = drawn(params, media::PixelFormat::i420);
+    auto content = alone(test::screenPicture(PixelFormat::i420, 600, 300, 1));
+    content.pointer = PixelPoint{300, 150};
+    const auto output = drawnInSoftware(makeScene({600, 300}, content), PixelFormat::i420);
+    const media::PixelBuffer& source = *content.recording;
     for (int plane = 0; plane < 3; ++plane)
         for (const int y : {0, 50, output->planeHeight(plane) - 1})
-            EXPECT_EQ(std::memcmp(output->row(plane, y), params.source->row(plane, y),
+            EXPECT_EQ(std::memcmp(output->row(plane, y), source.row(plane, y),
                                   static_cast<std::size_t>(plane == 0 ? 600 : 300)),
                       0);
-    EXPECT_NE(output->row(0, 160)[304], params.source->row(0, 160)[304]);
+    EXPECT_NE(output->row(0, 160)[304], source.row(0, 160)[304]);
 }
 
-TEST(SoftwareRenderer, ConvertsTheColoursOfASourceWithAnotherMatrix) {
-    RenderParams params = frame({64, 48, 64, 48}, media::PixelFormat::bgra);
-    auto source = media::PixelBuffer::allocate(media::PixelFormat::i420, 64, 48,
-                                               {media::ColorMatrix::bt601, true});
-    for (int plane = 0; plane < 3; ++plane)
-        for (int y = 0; y < source->planeHeight(plane); ++y)
-            std::memset(source->mutableRow(plane, y),
-                        plane == 2   ? 255
-                        : plane == 1 ? 85
-                                     : 76,
-                        static_cast<std::size_t>(source->stride(plane)));
-    params.source = source; // pure red
-    params.cursorX = 500.0F;
-    params.cursorY = 500.0F;
-    const auto output = drawn(params, media::PixelFormat::i420);
+TEST(SoftwareRenderer, ConvertsTheColorsOfASourceWithAnotherMatrix) {
+    const auto red = test::flatPicture(PixelFormat::i420, 64, 48, {76, 85, 255, 0},
+                                       {media::ColorMatrix::bt601, true});
+    const auto output = drawnInSoftware(makeScene({64, 48}, alone(red)), PixelFormat::i420);
     EXPECT_NEAR(output->row(0, 20)[20], 63, 1);
     EXPECT_NEAR(output->row(1, 10)[10], 102, 1);
     EXPECT_NEAR(output->row(2, 10)[10], 240, 1);
 }
 
 TEST(SoftwareRenderer, BlendsTheCursorWithoutADarkHalo) {
-    RenderParams params = frame({200, 200, 200, 200}, media::PixelFormat::bgra);
-    auto white = media::PixelBuffer::allocate(media::PixelFormat::bgra, 200, 200);
-    for (int y = 0; y < 200; ++y)
-        std::memset(white->mutableRow(0, y), 255, 800);
-    params.source = white;
-    params.cursorX = 60.3F;
-    params.cursorY = 40.7F;
-    params.cursorScale = 4.1F;
-    auto rim = media::PixelBuffer::allocate(media::PixelFormat::bgra, 64,
-                                            64); // a half-transparent white disc
-    for (int y = 0; y < 64; ++y)
+    auto disc = media::PixelBuffer::allocate(PixelFormat::bgra, 64, 64);
+    for (int y = 0; y < 64; ++y) // half-transparent white
         for (int x = 0; x < 256; ++x)
-            rim->mutableRow(0, y)[x] = std::hypot(x / 4 - 31.5, y - 31.5) < 28 ? 128 : 0;
-    auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 200, 200);
-    software::makeSoftwareRenderer({rim, 24, 24, 0, 0}, 1)->render(params, *output);
-    for (int y = 0; y < 200; ++y)
-        for (int x = 0; x < 800; ++x)
-            ASSERT_GE(output->row(0, y)[x], 254) << x / 4 << ", " << y;
+            disc->mutableRow(0, y)[x] = std::hypot(x / 4 - 31.5, y - 31.5) < 28 ? 128 : 0;
+    const CursorTextures cursor({disc, 24, 24, 0, 0});
+    auto content = alone(test::flatPicture(PixelFormat::bgra, 200, 200, {255, 255, 255, 255}));
+    content.cursor = &cursor;
+    content.pointer = PixelPoint{60.3, 40.7};
+    content.cursorScale = 4.1;
+    const auto output = drawnInSoftware(makeScene({200, 200}, content), PixelFormat::bgra);
+    EXPECT_LE(test::difference(*output, *content.recording).worst, 1);
 }
 
-TEST(SoftwareRenderer, RedrawsTheBackdropWhenItsColourPlaceOrSizeChanges) {
-    const auto renderer = software::makeSoftwareRenderer(arrow(), 2);
-    const CursorTextures cursor(arrow());
-    model::BackgroundSettings settings;
-    RenderParams params = frame({220, 140, 220, 140}, media::PixelFormat::bgra, settings);
-    std::vector<RenderParams> changes{params};
-    params.bgColor = RenderColor{1, 0.5F, 0, 1};
-    changes.push_back(params);
-    settings.padding = 0.2;
-    changes.push_back(frame({220, 140, 220, 140}, media::PixelFormat::bgra, settings));
-    changes.push_back(frame({180, 160, 220, 140}, media::PixelFormat::bgra, settings));
-    changes.back().backgroundImage = testPicture(media::PixelFormat::bgra, 90, 50, 8);
-    for (const RenderParams& change : changes)
-        for (const media::PixelFormat format :
-             {media::PixelFormat::bgra, media::PixelFormat::i420}) {
-            auto output =
-                media::PixelBuffer::allocate(format, change.canvasWidth, change.canvasHeight);
-            renderer->render(change, *output);
-            EXPECT_LE(test::difference(*output, test::referenceFrame(change, cursor)).inside, 1.5);
-        }
-}
-
-TEST(SoftwareRenderer, SurvivesParametersOutOfAllProportion) {
-    RenderParams params =
-        frame({33, 21, 50, 40}, media::PixelFormat::bgra, model::BackgroundSettings{});
-    params.keyframe = {1e12, NAN, 1e300};
-    params.cursorX = 1e30F;
-    params.cursorY = NAN;
-    params.cursorScale = 1e20F;
-    params.cornerRadius = NAN;
-    addWebcam(params, 1e6, model::WebcamPosition::topLeft, 3, 900);
-    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 10)[3], 255);
-    params.insetW = 0;
-    params.insetH = 0;
-    params.keyframe = {};
-    params.webcam = nullptr;
-    EXPECT_EQ(drawn(params, media::PixelFormat::bgra)->row(0, 10)[3], 255);
+TEST(SoftwareRenderer, SurvivesScenesOutOfAllProportion) {
+    auto content = alone(test::screenPicture(PixelFormat::bgra, 50, 40, 1));
+    model::BackgroundSettings background;
+    background.cornerRadius = NAN;
+    content.background = &background;
+    content.camera = {1e12, NAN, 1e300};
+    content.pointer = PixelPoint{1e30, NAN};
+    content.cursorScale = 1e20;
+    content.webcam = test::screenPicture(PixelFormat::bgra, 3, 900, 2);
+    content.webcamSize = 1e6;
+    const auto alphaOf = [&] {
+        return drawnInSoftware(makeScene({33, 21}, content), PixelFormat::bgra)->row(0, 10)[3];
+    };
+    EXPECT_EQ(alphaOf(), 255);
+    background.padding = 0.5; // no recording is left
+    content.camera = {};
+    content.webcam = nullptr;
+    EXPECT_EQ(alphaOf(), 255);
 }
 
 } // namespace

@@ -15,15 +15,15 @@ namespace {
 class RecordingRenderer final : public Renderer {
   public:
     struct Calls {
-        std::vector<RenderParams> params;
+        std::vector<Scene> scenes;
         bool fails = false;
     };
     explicit RecordingRenderer(std::shared_ptr<Calls> calls) : m_calls(std::move(calls)) {}
 
     std::string_view description() const override { return "recording"; }
-    bool render(const RenderParams& params, media::PixelBuffer& output) override {
-        m_calls->params.push_back(params);
-        output.mutableRow(0, 0)[0] = static_cast<std::uint8_t>(m_calls->params.size());
+    bool render(const Scene& scene, media::PixelBuffer& output) override {
+        m_calls->scenes.push_back(scene);
+        output.mutableRow(0, 0)[0] = static_cast<std::uint8_t>(m_calls->scenes.size());
         return !m_calls->fails;
     }
 
@@ -66,7 +66,7 @@ class ZoomCompositorTest : public testing::Test {
                 48,
                 media::PixelFormat::bgra};
     }
-    const RenderParams& last() const { return calls->params.back(); }
+    const Scene& last() const { return calls->scenes.back(); }
     void expectFailure(const media::CompositionRequest& request, std::string_view message) {
         try {
             compositor.compose(request);
@@ -79,7 +79,7 @@ class ZoomCompositorTest : public testing::Test {
 
     std::shared_ptr<media::PixelBuffer> source = plainPicture(media::PixelFormat::bgra, 64, 48);
     std::shared_ptr<RecordingRenderer::Calls> calls = std::make_shared<RecordingRenderer::Calls>();
-    ZoomCompositor compositor{std::make_unique<RecordingRenderer>(calls)};
+    ZoomCompositor compositor{std::make_unique<RecordingRenderer>(calls), CursorStyle::builtIn};
 };
 
 TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
@@ -96,10 +96,10 @@ TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
     request.width = 40000;
     expectFailure(request, "Failed to create output buffer");
     calls->fails = true;
-    expectFailure(at(0), "Metal renderer unavailable");
+    expectFailure(at(0), "Renderer unavailable");
     calls->fails = false;
     EXPECT_NE(compositor.compose(at(0)), nullptr); // the failed picture was not kept
-    EXPECT_EQ(calls->params.size(), 2U);
+    EXPECT_EQ(calls->scenes.size(), 2U);
 
     ZoomCompositor withoutRenderer(nullptr);
     withoutRenderer.setAnimator(
@@ -111,7 +111,7 @@ TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
 
 TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
     EXPECT_EQ(compositor.compose(at(0)), source);
-    EXPECT_TRUE(calls->params.empty());
+    EXPECT_TRUE(calls->scenes.empty());
     EXPECT_NE(compositor.compose(at(10)), source); // zoomed
     compositor.setCursor({{3, 4, 0}}, 1, 3);
     EXPECT_NE(compositor.compose(at(0)), source);
@@ -122,7 +122,7 @@ TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
 }
 
 TEST_F(ZoomCompositorTest, GivesTheAskedSizeAndFormatEvenWhenNothingIsDrawn) {
-    ZoomCompositor real(makeRenderer(RendererChoice::software, nullptr, CursorStyle::builtIn));
+    ZoomCompositor real(makeRenderer(RendererChoice::software));
     real.setAnimator(
         std::make_shared<ZoomAnimator>(std::vector<model::ClickEvent>{}, model::Size{64, 48}));
     media::CompositionRequest request = at(0);
@@ -143,7 +143,7 @@ TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
     compositor.setCursor({{3, 4, 0}, {3, 4, 2}, {9, 4, 3}}, 1, 3);
     const auto first = compositor.compose(at(0));
     EXPECT_EQ(compositor.compose(at(1.5)), first);
-    EXPECT_EQ(calls->params.size(), 1U);
+    EXPECT_EQ(calls->scenes.size(), 1U);
 
     const auto moved = compositor.compose(at(2.5));
     EXPECT_NE(moved, first);
@@ -155,7 +155,7 @@ TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
     compositor.setBackgroundSettings(
         model::BackgroundSettings{model::BackgroundColor{1, 0, 0}, 0.1, 3});
     compositor.compose(other);
-    EXPECT_EQ(calls->params.size(), 5U);
+    EXPECT_EQ(calls->scenes.size(), 5U);
     EXPECT_EQ(first->row(0, 0)[0], 1); // what was handed out earlier stays as it was
 }
 
@@ -165,18 +165,16 @@ TEST_F(ZoomCompositorTest, LaysTheFrameOutAtTheSourceTime) {
         model::BackgroundSettings{model::BackgroundColor{1, 0.5, 0}, 0.25, 7});
     compositor.setCursor({{2, 3, 10}, {4, 7, 12}}, 2, 1.5);
     compositor.compose(at(5.5));
-    EXPECT_EQ(last().source, source);
-    EXPECT_EQ(last().keyframe.scale, 2); // the click at 10 s
-    EXPECT_EQ(last().bgColor, (RenderColor{1, 0.5F, 0, 1}));
-    EXPECT_TRUE(last().hasBackground);
-    EXPECT_FLOAT_EQ(last().insetX, 16);
-    EXPECT_FLOAT_EQ(last().insetY, 12);
-    EXPECT_FLOAT_EQ(last().insetW, 32);
-    EXPECT_FLOAT_EQ(last().insetH, 24);
-    EXPECT_FLOAT_EQ(last().cornerRadius, 7);
-    EXPECT_FLOAT_EQ(last().cursorX.value_or(0), 6); // half-way, in pixels of a display of scale 2
-    EXPECT_FLOAT_EQ(last().cursorY.value_or(0), 10);
-    EXPECT_FLOAT_EQ(last().cursorScale, 1.5F);
+    EXPECT_EQ(last().recording.picture, source);
+    EXPECT_EQ(last().recording.place, (PixelRect{16, 12, 32, 24}));
+    EXPECT_EQ(last().recording.cornerRadius, 7);
+    EXPECT_EQ(last().background->color, (model::BackgroundColor{1, 0.5, 0}));
+    EXPECT_EQ(last().zoom->width, 32); // the click at 10 s
+    // Half-way between two samples, in pixels of a display of scale 2, on a recording drawn at 1/2.
+    const CursorImage arrow = CursorTextures(standardCursor(CursorStyle::builtIn)).image();
+    EXPECT_NEAR(last().cursor->place.x + arrow.hotSpotX * 0.75, 16 + 6 * 0.5, 1e-9);
+    EXPECT_NEAR(last().cursor->place.y + arrow.hotSpotY * 0.75, 12 + 10 * 0.5, 1e-9);
+    EXPECT_NEAR(last().cursor->place.width, arrow.width * 0.75, 1e-9);
 }
 
 TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTime) {
@@ -193,11 +191,11 @@ TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTime) {
     compositor.compose(at(0));
     EXPECT_EQ(asked, std::vector{1.0});
     ASSERT_TRUE(last().webcam);
-    EXPECT_EQ(last().webcam->format(), media::PixelFormat::bgra);
-    EXPECT_NEAR(last().webcam->row(0, 3)[5], (128 - 16) * 255 / 219.0, 1);
-    EXPECT_EQ(last().webcamRect, (RenderRect{64 - 16 - 1.28F, 48 - 16 - 1.28F, 16, 16}));
+    EXPECT_EQ(last().webcam->picture->format(), media::PixelFormat::bgra);
+    EXPECT_NEAR(last().webcam->picture->row(0, 3)[5], (128 - 16) * 255 / 219.0, 1);
+    EXPECT_EQ(last().webcam->place, (PixelRect{64 - 16 - 1.28, 1.28, 16, 16}));
     compositor.compose(at(0.5));
-    EXPECT_EQ(calls->params.size(), 1U); // the same picture, converted once
+    EXPECT_EQ(calls->scenes.size(), 1U); // the same picture, converted once
     picture = nullptr;
     EXPECT_EQ(compositor.compose(at(1)), source);
 }
@@ -209,22 +207,21 @@ TEST_F(ZoomCompositorTest, LoadsABackgroundPictureAndShrinksItTowardsTheCanvas) 
     settings.type = model::BackgroundImageSource::custom(path);
     compositor.setBackgroundSettings(settings);
     compositor.compose(at(0));
-    const auto shown = last().backgroundImage;
+    const auto shown = last().background->picture;
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->width(), 75); // halved while it stays as large as 64 × 48
-    EXPECT_EQ(last().bgColor, std::nullopt);
 
     std::filesystem::remove(path);
     settings.padding = 0.2;
     compositor.setBackgroundSettings(settings); // same picture: not read again
     compositor.compose(at(0));
-    EXPECT_EQ(last().backgroundImage, shown);
+    EXPECT_EQ(last().background->picture, shown);
     compositor.setBackgroundSettings(model::BackgroundSettings{model::BackgroundColor{}, 0.2, 5});
     compositor.compose(at(0));
-    EXPECT_EQ(last().backgroundImage, nullptr);
+    EXPECT_EQ(last().background->picture, nullptr);
     compositor.setBackgroundSettings(settings);
     compositor.compose(at(0));
-    EXPECT_EQ(last().backgroundImage, nullptr); // gone, and not an error
+    EXPECT_EQ(last().background->picture, nullptr); // gone, and not an error
 }
 
 TEST(InterpolatedCursor, GoesInStraightLinesAndSticksToTheEnds) {

@@ -1,11 +1,24 @@
 #pragma once
 
-#include "render/scene/Renderer.h"
+#include "media/values/PixelBuffer.h"
 
-#include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace vantro::render {
+
+/// A picture to draw. Shared and immutable; the same pointer is the same picture.
+using ImagePointer = std::shared_ptr<const media::PixelBuffer>;
+
+/// The pointer's picture, premultiplied bgra. Size and hot spot are in cursor units, of which a
+/// standard arrow is about 24 high; the bitmap may be finer.
+struct CursorImage {
+    ImagePointer pixels;
+    float width = 0;
+    float height = 0;
+    float hotSpotX = 0;
+    float hotSpotY = 0;
+};
 
 enum class CursorStyle {
     theme,   ///< the desktop's cursor theme, else the built-in one
@@ -24,8 +37,8 @@ class CursorTextures {
   public:
     explicit CursorTextures(const CursorImage& cursor);
 
-    /// The cursor with its margin: size, hot spot and placement arithmetic (`cursorRect`) use this
-    /// one, and every level covers exactly its rectangle.
+    /// The cursor with its margin: size and hot spot to place it by. Every level covers exactly its
+    /// rectangle.
     const CursorImage& image() const { return m_image; }
 
     /// The smallest level that is at least `drawnWidth` pixels wide, so less than twice as wide

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/scene/Renderer.h"
+#include "render/scene/CursorImage.h"
 
 #include <filesystem>
 

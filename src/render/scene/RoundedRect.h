@@ -1,12 +1,13 @@
 #pragma once
 
+#include "render/scene/PixelRect.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace vantro::render {
 
-/// A rectangle with rounded corners: pixels, y from the top. The radius is taken as at most half of
-/// the shorter side.
+/// A rectangle with rounded corners. The radius is taken as at most half of the shorter side.
 ///
 /// Coverage is the one mask that the recording, its shadow and the webcam picture share; a shader
 /// computes the same:
@@ -16,11 +17,11 @@ namespace vantro::render {
 /// Every pixel with coverage above 0 is drawn, so a quad reaches one pixel beyond the rectangle.
 class RoundedRect {
   public:
-    RoundedRect(double x, double y, double width, double height, double radius)
-        : m_centerX(x + width / 2)
-        , m_centerY(y + height / 2)
-        , m_halfWidth(width / 2)
-        , m_halfHeight(height / 2)
+    RoundedRect(const PixelRect& rect, double radius)
+        : m_centerX(rect.x + rect.width / 2)
+        , m_centerY(rect.y + rect.height / 2)
+        , m_halfWidth(rect.width / 2)
+        , m_halfHeight(rect.height / 2)
         , m_radius(radius > 0 ? std::min(radius, std::min(m_halfWidth, m_halfHeight)) : 0) {}
 
     bool isEmpty() const { return !(m_halfWidth > 0 && m_halfHeight > 0); }

@@ -154,42 +154,37 @@ class BlurredRoundedRect {
 
 } // namespace
 
-ShadowCacheKey shadowKey(const RenderParams& params) {
-    return {params.canvasWidth, params.canvasHeight, params.insetX,      params.insetY,
-            params.insetW,      params.insetH,       params.cornerRadius};
-}
-
-std::shared_ptr<const AlphaImage> drawShadow(const ShadowCacheKey& key) {
-    base::require(key.width >= 1 && key.height >= 1, "shadow without a canvas");
+std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
+    const auto [width, height] = shape.canvas;
+    base::require(width >= 1 && height >= 1, "shadow without a canvas");
     auto image = std::make_shared<AlphaImage>();
-    image->width = key.width;
-    image->height = key.height;
-    image->alpha.resize(static_cast<std::size_t>(key.width) * static_cast<std::size_t>(key.height));
-    const double top = static_cast<double>(key.height) - key.insetY - key.insetH;
-    const RoundedRect shape(key.insetX, top, key.insetW, key.insetH, key.cornerRadius);
-    if (shape.isEmpty())
+    image->width = width;
+    image->height = height;
+    image->alpha.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const RoundedRect solid(shape.place, shape.cornerRadius);
+    if (solid.isEmpty())
         return image;
-    const BlurredRoundedRect blurred(
-        RoundedRect(key.insetX, top + offsetDown, key.insetW, key.insetH, key.cornerRadius),
-        key.width, key.height);
-    std::vector<float> blurredRow(static_cast<std::size_t>(key.width));
-    for (int y = 0; y < key.height; ++y) {
+    PixelRect lowered = shape.place;
+    lowered.y += offsetDown;
+    const BlurredRoundedRect blurred(RoundedRect(lowered, shape.cornerRadius), width, height);
+    std::vector<float> blurredRow(static_cast<std::size_t>(width));
+    for (int y = 0; y < height; ++y) {
         blurred.row(y, blurredRow);
-        std::uint8_t* out = image->alpha.data() + static_cast<std::ptrdiff_t>(y) * key.width;
+        std::uint8_t* out = image->alpha.data() + static_cast<std::ptrdiff_t>(y) * width;
         for (std::size_t x = 0; x < blurredRow.size(); ++x)
             out[x] = static_cast<std::uint8_t>(
                 std::clamp(blurredRow[x] * strength, 0.0F, 1.0F) * 255.0F + 0.5F);
-        const PixelSpan solid = maskSpans(shape, y, {0, key.width}).solid;
-        if (!solid.isEmpty())
-            std::memset(out + solid.begin, 255, static_cast<std::size_t>(solid.length()));
+        const PixelSpan filled = maskSpans(solid, y, {0, width}).solid;
+        if (!filled.isEmpty())
+            std::memset(out + filled.begin, 255, static_cast<std::size_t>(filled.length()));
     }
     return image;
 }
 
-const std::shared_ptr<const AlphaImage>& ShadowCache::imageFor(const ShadowCacheKey& key) {
-    if (!m_image || !(key == m_key)) {
-        m_image = drawShadow(key);
-        m_key = key;
+const std::shared_ptr<const AlphaImage>& ShadowCache::imageFor(const ShadowShape& shape) {
+    if (!m_image || !(shape == m_shape)) {
+        m_image = drawShadow(shape);
+        m_shape = shape;
     }
     return m_image;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/scene/Renderer.h"
+#include "render/scene/PixelRect.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace vantro::render {
 
-/// A canvas-sized plane of 8-bit alpha; its colour is black. Top row first, rows back to back.
+/// A canvas-sized plane of 8-bit alpha; its color is black. Top row first, rows back to back.
 struct AlphaImage {
     int width = 0;
     int height = 0;
@@ -20,8 +20,13 @@ struct AlphaImage {
     }
 };
 
-/// The key of the shadow that belongs to a frame with a background.
-ShadowCacheKey shadowKey(const RenderParams& params);
+/// The rounded rectangle that throws a shadow, and the canvas that it falls on.
+struct ShadowShape {
+    PixelSize canvas;
+    PixelRect place;
+    double cornerRadius = 0; ///< pixels
+    bool operator==(const ShadowShape&) const = default;
+};
 
 /// Draws a rounded rectangle in black together with its drop shadow: 10 px further down, blurred by
 /// a Gaussian with a standard deviation of 15 px, black at half strength.
@@ -29,16 +34,16 @@ ShadowCacheKey shadowKey(const RenderParams& params);
 /// The black fill is there where the recording covers its pixel wholly. The softened rim of the
 /// rectangle holds the shadow alone, because black would shine through the recording's own soft rim
 /// as a dark line. Pure; a canvas size below 1 is fatal.
-std::shared_ptr<const AlphaImage> drawShadow(const ShadowCacheKey& key);
+std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape);
 
 /// Keeps the last shadow. One thread.
 class ShadowCache {
   public:
-    /// The same pointer while the key is equal.
-    const std::shared_ptr<const AlphaImage>& imageFor(const ShadowCacheKey& key);
+    /// The same pointer while the shape is equal.
+    const std::shared_ptr<const AlphaImage>& imageFor(const ShadowShape& shape);
 
   private:
-    ShadowCacheKey m_key;
+    ShadowShape m_shape;
     std::shared_ptr<const AlphaImage> m_image;
 };
 

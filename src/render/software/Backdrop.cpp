@@ -13,17 +13,16 @@ namespace {
 /// Rows that a worker takes at once.
 constexpr int bandHeight = 32;
 
-/// The colour over black, as an opaque pixel.
-std::uint32_t opaquePixel(const RenderColor& color) {
-    const auto channel = [&](float value) {
-        const double shown = std::clamp(double{value} * color.alpha, 0.0, 1.0);
+std::uint32_t opaquePixel(const model::BackgroundColor& color) {
+    const auto channel = [](double value) { // by way of float, as a shader gets it
+        const double shown = std::clamp(double{static_cast<float>(value)}, 0.0, 1.0);
         return static_cast<std::uint32_t>(std::lround(shown * 255));
     };
     return 0xFF000000U | channel(color.red) << 16U | channel(color.green) << 8U |
            channel(color.blue);
 }
 
-void drawColor(const RenderColor& color, PixelSpan rows, media::PixelBuffer& out) {
+void drawColor(const model::BackgroundColor& color, PixelSpan rows, media::PixelBuffer& out) {
     const std::uint32_t pixel = opaquePixel(color);
     for (int y = rows.begin; y < rows.end; ++y)
         for (int x = 0; x < out.width(); ++x)
@@ -48,30 +47,28 @@ void drawImage(const media::PixelBuffer& image, PixelSpan rows, media::PixelBuff
 
 } // namespace
 
-void Backdrop::update(const RenderParams& params, base::WorkerPool& workers) {
-    Key key{params.bgColor, params.backgroundImage, shadowKey(params)};
+void Backdrop::update(const Scene& scene, base::WorkerPool& workers) {
+    Key key{*scene.background, scene.shadow()};
     if (m_bgra && key == m_key)
         return;
     m_key = std::move(key);
     m_i420IsCurrent = false;
-    if (!m_bgra || m_bgra->width() != params.canvasWidth ||
-        m_bgra->height() != params.canvasHeight) {
-        m_bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, params.canvasWidth,
-                                              params.canvasHeight);
+    const auto [width, height] = scene.canvas;
+    if (!m_bgra || m_bgra->width() != width || m_bgra->height() != height) {
+        m_bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
         m_i420.reset();
     }
     const AlphaImage& shadow = *m_shadow.imageFor(m_key.shadow);
-    const int height = params.canvasHeight;
     const int bands = (height + bandHeight - 1) / bandHeight;
     workers.forEach(static_cast<std::size_t>(bands), [&](std::size_t band, unsigned) {
         const int begin = static_cast<int>(band) * bandHeight;
-        const PixelSpan rows{begin, std::min(begin + bandHeight, height)};
-        if (params.backgroundImage)
-            drawImage(*params.backgroundImage, rows, *m_bgra);
+        const PixelSpan rows{begin, std::min(begin + bandHeight, shadow.height)};
+        if (m_key.background.picture)
+            drawImage(*m_key.background.picture, rows, *m_bgra);
         else
-            drawColor(params.bgColor.value_or(RenderColor{}), rows, *m_bgra);
+            drawColor(m_key.background.color, rows, *m_bgra);
         for (int y = rows.begin; y < rows.end; ++y)
-            darken(shadow.row(y), params.canvasWidth, m_bgra->mutableRow(0, y));
+            darken(shadow.row(y), shadow.width, m_bgra->mutableRow(0, y));
     });
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "base/WorkerPool.h"
-#include "render/scene/ShadowImage.h"
+#include "render/scene/Scene.h"
 
 #include <memory>
-#include <optional>
 
 namespace vantro::render::software {
 
@@ -12,17 +11,16 @@ namespace vantro::render::software {
 /// as BGRA for mixing and in the output's format for copying. One thread; works on the pool.
 class Backdrop {
   public:
-    /// Draws unless the held one is the right one.
-    void update(const RenderParams& params, base::WorkerPool& workers);
+    /// Draws that of a scene with a background, unless it is the one held.
+    void update(const Scene& scene, base::WorkerPool& workers);
 
     const media::PixelBuffer& bgra() const { return *m_bgra; }
     const media::PixelBuffer& as(media::PixelFormat format);
 
   private:
     struct Key {
-        std::optional<RenderColor> color;
-        ImagePointer image; // held, so that its address stays its own
-        ShadowCacheKey shadow;
+        Scene::Background background; // holds the picture, so that its address stays its own
+        ShadowShape shadow;
         bool operator==(const Key&) const = default;
     };
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "render/scene/CursorImage.h"
 #include "render/scene/RoundedRect.h"
+#include "render/scene/Scene.h"
 #include "render/software/SampleAxis.h"
 
 #include <optional>
@@ -21,19 +21,15 @@ struct Tile {
 
 /// A picture stretched over a part of its target.
 struct PicturePlan {
-    const media::PixelBuffer* picture =
-        nullptr; ///< owned by the frame's parameters or the renderer
+    const media::PixelBuffer* picture = nullptr; ///< owned by the scene
     SampleAxis x;
     SampleAxis y;
     Tile touched;                    ///< the target pixels that it may draw
     std::optional<RoundedRect> mask; ///< absent: every pixel of the spans is drawn
 };
 
-/// One frame's layers and where they stand; drawn in this order.
-///
-/// The scene is the canvas before the zoom: backdrop, recording, cursor. With `zoomX` and `zoomY`
-/// the output magnifies a window of the scene, else it is the scene. The webcam picture comes on
-/// top of the output.
+/// How the pixels of one scene come about. With `zoomX` and `zoomY` the output magnifies a window
+/// of the canvas, else it is the canvas; the webcam picture comes on top of the output.
 struct FramePlan {
     int width = 0;
     int height = 0;
@@ -51,7 +47,6 @@ struct FramePlan {
     Tile livePart(const Tile& tile) const;
 };
 
-/// Nothing when the parameters ask for no drawing.
-std::optional<FramePlan> planFrame(const RenderParams& params, const CursorTextures& cursor);
+FramePlan planFrame(const Scene& scene);
 
 } // namespace vantro::render::software

@@ -21,9 +21,8 @@ constexpr int tileHeight = 128;
 
 class SoftwareRenderer final : public Renderer {
   public:
-    SoftwareRenderer(const CursorImage& cursor, unsigned threads)
-        : m_cursor(cursor)
-        , m_workers(threads)
+    explicit SoftwareRenderer(unsigned threads)
+        : m_workers(threads)
         , m_painters(m_workers.workerCount())
         , m_description(fmt::format("software ({}, {} thread{})", kernelTarget(),
                                     m_workers.workerCount(),
@@ -31,21 +30,20 @@ class SoftwareRenderer final : public Renderer {
 
     std::string_view description() const override { return m_description; }
 
-    bool render(const RenderParams& params, media::PixelBuffer& output) override {
-        base::require(params.source && output.width() == params.canvasWidth &&
-                          output.height() == params.canvasHeight,
-                      "output picture does not have the canvas size");
-        const auto plan = planFrame(params, m_cursor);
-        if (!plan)
-            return true;
+    bool render(const Scene& scene, media::PixelBuffer& output) override {
+        const media::PixelBuffer* source = scene.recording.picture.get();
+        base::require(source != nullptr && output.width() == scene.canvas.width &&
+                          output.height() == scene.canvas.height,
+                      "a scene without a recording, or an output of another size");
+        const FramePlan plan = planFrame(scene);
         TilePainter::Grounds grounds;
-        if (plan->hasBackdrop) {
-            m_backdrop.update(params, m_workers);
-            grounds = {&m_backdrop.bgra(), plan->zoomX ? nullptr : &m_backdrop.as(output.format())};
-        } else if (plan->recordingIsCopy() && holdsSamePixels(*params.source, output)) {
-            grounds.still = params.source.get();
+        if (plan.hasBackdrop) {
+            m_backdrop.update(scene, m_workers);
+            grounds = {&m_backdrop.bgra(), plan.zoomX ? nullptr : &m_backdrop.as(output.format())};
+        } else if (plan.recordingIsCopy() && holdsSamePixels(*source, output)) {
+            grounds.still = source;
         }
-        paintTiles(*plan, grounds, output);
+        paintTiles(plan, grounds, output);
         return true;
     }
 
@@ -71,7 +69,6 @@ class SoftwareRenderer final : public Renderer {
                           });
     }
 
-    CursorTextures m_cursor;
     base::WorkerPool m_workers;
     std::vector<TilePainter> m_painters; // one for each worker
     Backdrop m_backdrop;
@@ -80,8 +77,8 @@ class SoftwareRenderer final : public Renderer {
 
 } // namespace
 
-std::unique_ptr<Renderer> makeSoftwareRenderer(const CursorImage& cursor, unsigned threads) {
-    return std::make_unique<SoftwareRenderer>(cursor, threads);
+std::unique_ptr<Renderer> makeSoftwareRenderer(unsigned threads) {
+    return std::make_unique<SoftwareRenderer>(threads);
 }
 
 } // namespace vantro::render::software

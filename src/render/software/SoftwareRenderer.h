@@ -10,6 +10,6 @@ namespace vantro::render::software {
 /// It is the reference for other renderers; its results lie within 1/255 of exact arithmetic.
 ///
 /// `threads` counts the calling thread; 0 takes one for each core. Never fails.
-std::unique_ptr<Renderer> makeSoftwareRenderer(const CursorImage& cursor, unsigned threads = 0);
+std::unique_ptr<Renderer> makeSoftwareRenderer(unsigned threads = 0);
 
 } // namespace vantro::render::software

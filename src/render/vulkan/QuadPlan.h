@@ -1,0 +1,70 @@
+#pragma once
+
+#include "render/scene/Scene.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+namespace vantro::render::vulkan {
+
+/// One corner of a quad: normalised device coordinates with y upwards, and texture coordinates with
+/// v downwards.
+struct QuadVertex {
+    float x = 0;
+    float y = 0;
+    float u = 0;
+    float v = 0;
+};
+static_assert(sizeof(QuadVertex) == 16);
+
+/// What a quad's fragment shader is given; the layout that the shaders declare.
+struct QuadUniforms {
+    std::array<float, 4> color{};     ///< red, green, blue, alpha; straight
+    std::array<float, 4> rectangle{}; ///< x, y from the top, width, height in canvas pixels
+    float cornerRadius = 0;           ///< canvas pixels
+    float unused0 = 0;
+    std::array<float, 2> origin{}; ///< where sampling starts, texture coordinates
+    std::array<float, 2> size{};   ///< how far it reaches
+    std::array<float, 2> unused1{};
+};
+static_assert(sizeof(QuadUniforms) == 64);
+
+/// In the order in which the pipelines are made.
+enum class PipelineKind { solidColor, texture, roundedRect, roundedRectCropped, zoomSample };
+inline constexpr std::size_t pipelineKinds = 5;
+
+/// What a quad samples; `canvas` is what the first pass has drawn.
+enum class PictureRole { none, recording, background, shadow, cursor, webcam, canvas };
+
+struct QuadDraw {
+    PipelineKind pipeline = PipelineKind::solidColor;
+    PictureRole picture = PictureRole::none;
+    std::array<QuadVertex, 6> vertices{};
+    QuadUniforms uniforms;
+};
+
+/// The quads of one pass, in drawing order. A fixed room, so that a frame allocates nothing.
+class QuadList {
+  public:
+    /// Background, shadow, recording, cursor, webcam.
+    static constexpr std::size_t capacity = 5;
+
+    void add(const QuadDraw& draw);
+    std::span<const QuadDraw> draws() const { return {m_draws.data(), m_count}; }
+
+  private:
+    std::array<QuadDraw, capacity> m_draws{};
+    std::size_t m_count = 0;
+};
+
+/// All that is drawn for a frame.
+struct QuadPlan {
+    QuadList canvas; ///< drawn first, to be magnified; empty without a zoom of the canvas
+    QuadList output;
+};
+
+/// The scene as quads. Pure.
+QuadPlan planQuads(const Scene& scene);
+
+} // namespace vantro::render::vulkan

@@ -1,0 +1,137 @@
+#include "render/TestScenes.h"
+#include "render/vulkan/CheckedGpu.h"
+#include "render/vulkan/VulkanRenderer.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+namespace vantro::render::vulkan {
+namespace {
+
+using Pixel = std::array<int, 4>;
+
+Pixel pixelAt(const media::PixelBuffer& picture, int x, int y) {
+    const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
+    return {pixel[0], pixel[1], pixel[2], pixel[3]};
+}
+
+/// A scene that is its source, pixel for pixel.
+Scene copyOf(std::shared_ptr<const media::PixelBuffer> source) {
+    const PixelSize size{source->width(), source->height()};
+    SceneContent content;
+    content.recording = std::move(source);
+    return makeScene(size, content);
+}
+
+bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
+    for (int y = 0; y < a.height(); ++y)
+        if (std::memcmp(a.row(0, y), b.row(0, y), static_cast<std::size_t>(a.width()) * 4) != 0)
+            return false;
+    return a.width() == b.width() && a.height() == b.height();
+}
+
+class VulkanRendererTest : public CheckedGpu {
+  protected:
+    std::shared_ptr<media::PixelBuffer> draw(const Scene& scene,
+                                             media::PixelFormat format = media::PixelFormat::bgra) {
+        return test::drawn(*gpu, scene, format);
+    }
+};
+
+TEST_F(VulkanRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
+    const auto first = test::screenPicture(media::PixelFormat::bgra, 61, 40, 1);
+    const auto second = test::screenPicture(media::PixelFormat::bgra, 61, 40, 2);
+    const auto larger = test::screenPicture(media::PixelFormat::bgra, 130, 77, 3);
+    const auto planar = test::flatPicture(media::PixelFormat::i420, 61, 40, {126, 128, 128, 0});
+    EXPECT_TRUE(samePixels(*draw(copyOf(first)), *first));
+    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
+    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 30, 20), (Pixel{128, 128, 128, 255}));
+    EXPECT_TRUE(samePixels(*draw(copyOf(larger)), *larger));
+    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
+    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 60, 39), (Pixel{128, 128, 128, 255}));
+}
+
+TEST_F(VulkanRendererTest, doesNotSendTheSamePictureTwice) {
+    for (const media::PixelFormat format : {media::PixelFormat::bgra, media::PixelFormat::i420}) {
+        const auto source = test::flatPicture(format, 32, 32, {126, 128, 128, 255});
+        const auto before = draw(copyOf(source));
+        for (int y = 0; y < 32; ++y) // a change that only a new upload would see
+            std::memset(source->mutableRow(0, y), 0, 32);
+        EXPECT_TRUE(samePixels(*draw(copyOf(source)), *before));
+    }
+}
+
+TEST_F(VulkanRendererTest, takesRecordingsAsOpaque) {
+    const auto output =
+        draw(copyOf(test::flatPicture(media::PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
+    EXPECT_EQ(pixelAt(*output, 2, 2), (Pixel{10, 20, 30, 255}));
+}
+
+TEST_F(VulkanRendererTest, convertsKnownColorsBothWays) {
+    struct Known {
+        media::ColorDescription color;
+        std::array<std::uint8_t, 4> planes;
+    };
+    // Pure red as each standard writes it.
+    const std::array reds{
+        Known{{media::ColorMatrix::bt709, false}, {63, 102, 240, 0}},
+        Known{{media::ColorMatrix::bt601, false}, {81, 90, 240, 0}},
+        Known{{media::ColorMatrix::bt709, true}, {54, 99, 255, 0}},
+        Known{{media::ColorMatrix::bt601, true}, {76, 85, 255, 0}},
+    };
+    for (const Known& red : reds) {
+        const auto source =
+            test::flatPicture(media::PixelFormat::i420, 7, 5, red.planes, red.color);
+        const Pixel pixel = pixelAt(*draw(copyOf(source)), 6, 4);
+        EXPECT_NEAR(pixel[0], 0, 2);
+        EXPECT_NEAR(pixel[1], 0, 2);
+        EXPECT_NEAR(pixel[2], 255, 2);
+    }
+    const auto output =
+        draw(copyOf(test::flatPicture(media::PixelFormat::bgra, 7, 5, {0, 0, 255, 255})),
+             media::PixelFormat::i420);
+    for (int plane = 0; plane < 3; ++plane)
+        for (const int column : {0, plane == 0 ? 6 : 3})
+            EXPECT_EQ(output->row(plane, output->planeHeight(plane) - 1)[column],
+                      reds[0].planes[static_cast<std::size_t>(plane)]);
+}
+
+TEST_F(VulkanRendererTest, givesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
+    const auto source = test::screenPicture(media::PixelFormat::bgra, 8, 8, 1);
+    Scene huge = copyOf(source);
+    huge.canvas = {32768, 1};
+    huge.recording.place = PixelRect::whole(huge.canvas);
+    const auto output = media::PixelBuffer::allocate(media::PixelFormat::bgra, 32768, 1);
+    testing::internal::CaptureStderr();
+    const bool drewHuge = gpu->render(huge, *output);
+    const bool drewAgain = gpu->render(huge, *output);
+    const std::string logged = testing::internal::GetCapturedStderr();
+    if (drewHuge)
+        GTEST_SKIP() << "this device holds pictures of any size that we have";
+    EXPECT_FALSE(drewAgain);
+    EXPECT_THAT(logged, testing::HasSubstr("32768 × 1 is too large"));
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+}
+
+TEST(MakeVulkanRenderer, leavesSoftwareDriversAloneUnlessTold) {
+    const auto made = makeVulkanRenderer();
+    if (made)
+        GTEST_SKIP() << "a real GPU is here: " << (*made)->description();
+    EXPECT_THAT(made.error(), testing::StartsWith("only software Vulkan (llvmpipe"));
+}
+
+TEST(MakeVulkanRenderer, saysSoWhereThereIsNoDriver) {
+    const char* set = std::getenv("VK_ICD_FILENAMES"); // NOLINT(concurrency-mt-unsafe)
+    const std::string before = set == nullptr ? "" : set;
+    setenv("VK_ICD_FILENAMES", "/nonexistent.json", 1); // NOLINT(concurrency-mt-unsafe)
+    const auto made = makeVulkanRenderer();
+    setenv("VK_ICD_FILENAMES", before.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    ASSERT_FALSE(made.has_value());
+    EXPECT_EQ(made.error(), "no Vulkan driver");
+}
+
+} // namespace
+} // namespace vantro::render::vulkan
