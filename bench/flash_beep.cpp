@@ -47,18 +47,18 @@ std::vector<Stretch> stretches() {
 }
 
 void writeProject(const std::filesystem::path& source, const std::filesystem::path& folder) {
-    model::ProjectData project;
-    project.recordingName = "film";
-    project.metadata.frameRate = frameRate;
-    project.metadata.displayScaleFactor = 1;
-    project.metadata.endTime = sourceSeconds;
-    project.metadata.captureRect = {0, 0, 640, 360};
-    project.segments.clear();
+    model::RecordingMetadata metadata;
+    metadata.frameRate = frameRate;
+    metadata.endTime = sourceSeconds;
+    metadata.captureRect = {0, 0, 640, 360};
+    std::vector<model::TimelineSegment> segments;
     for (const auto& [from, to, speed] : stretches())
-        project.segments.push_back({.startFraction = from / double{sourceSeconds},
-                                    .endFraction = to / double{sourceSeconds},
-                                    .speed = speed});
-    app::files::saveProject(folder / "film.vantro", source, project);
+        segments.push_back({.startFraction = from / double{sourceSeconds},
+                            .endFraction = to / double{sourceSeconds},
+                            .speed = speed});
+    model::Project project{"film", model::Recording(source, std::move(metadata)), {}};
+    project.edit.segments = std::move(segments);
+    app::files::saveProject(folder / "film.vantro", project);
 }
 
 /// One line for each flash: its time, the speed, and 1 if a segment begins with it.

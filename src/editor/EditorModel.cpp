@@ -24,19 +24,12 @@ void EditorModel::followState() {
     connect(&m_state, &app::AppState::recordingNameChanged, this,
             &EditorModel::recordingNameChanged);
     connect(&m_state, &app::AppState::phaseChanged, this, &EditorModel::exportChanged);
-    for (const auto changed :
-         {&app::AppState::recordingURLChanged, &app::AppState::metadataChanged,
-          &app::AppState::editableClickEventsChanged, &app::AppState::segmentsChanged,
-          &app::AppState::backgroundSettingsChanged, &app::AppState::canvasAspectRatioChanged,
-          &app::AppState::cursorScaleChanged, &app::AppState::webcamPositionChanged,
-          &app::AppState::webcamSizeChanged, &app::AppState::phaseChanged})
-        connect(&m_state, changed, this, [this, changed] {
-            const bool isProgress = changed == &app::AppState::phaseChanged &&
-                                    m_state.phase().kind == app::AppPhase::Kind::exporting;
-            // Opening a project writes field after field: one picture follows from all of them.
-            if (!isProgress)
-                m_refresh.start();
-        });
+    // Several changes at once are one picture.
+    connect(&m_state.document(), &app::EditDocument::changed, this, [this] { m_refresh.start(); });
+    connect(&m_state, &app::AppState::phaseChanged, this, [this] {
+        if (m_state.phase().kind != app::AppPhase::Kind::exporting)
+            m_refresh.start();
+    });
 }
 
 void EditorModel::followFlows() {
@@ -54,14 +47,13 @@ void EditorModel::followFlows() {
 }
 
 void EditorModel::refreshPreview() {
-    const auto project = m_state.projectData();
-    const auto& recordingURL = m_state.recordingURL();
+    const auto& document = m_state.document();
     const bool shown = m_state.phase().kind == app::AppPhase::Kind::previewing ||
                        m_state.phase().kind == app::AppPhase::Kind::exporting;
-    if (shown && project && recordingURL)
-        m_preview.setRecording(exporting::editedRecording(*project, *recordingURL));
+    if (shown)
+        m_preview.show(document.recording(), document.edit());
     else
-        m_preview.setRecording({});
+        m_preview.show({});
 }
 
 void EditorModel::setRecordingName(const QString& name) {

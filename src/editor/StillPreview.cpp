@@ -25,11 +25,12 @@ QImage imageOf(const std::shared_ptr<const media::PixelBuffer>& pixels) {
 StillPreview::StillPreview(app::flows::TaskRunner& tasks, PreviewSource source)
     : m_tasks(tasks), m_source(std::move(source)) {}
 
-void StillPreview::setRecording(std::optional<exporting::EditedRecording> recording) {
+void StillPreview::show(std::optional<model::Recording> recording, model::Edit edit) {
     // Saving moves the movie into a package: what tells recordings apart is what was recorded.
-    const bool sameMovie = recording && m_recording && recording->metadata == m_recording->metadata;
+    const bool sameMovie = recording && m_recording && recording->isSameAs(*m_recording);
     m_recording = std::move(recording);
-    ++m_edit;
+    m_edit = std::move(edit);
+    ++m_version;
     if (!sameMovie) {
         m_picture = {};
         m_problem.clear();
@@ -60,28 +61,30 @@ void StillPreview::draw() {
     }
     m_drawing = true;
     m_drawAgain = false;
-    m_tasks.run([this, edit = m_edit, source = m_source, recording = *m_recording,
-                 position = m_position]() -> app::flows::TaskRunner::Continuation {
-        return [this, edit, result = work(source, recording, position)] { drawn(edit, result); };
+    m_tasks.run([this, version = m_version, source = m_source, recording = *m_recording,
+                 edit = m_edit, position = m_position]() -> app::flows::TaskRunner::Continuation {
+        return [this, version, result = work(source, recording, edit, position)] {
+            drawn(version, result);
+        };
     });
 }
 
 StillPreview::Drawn StillPreview::work(const PreviewSource& source,
-                                       const exporting::EditedRecording& recording,
+                                       const model::Recording& recording, const model::Edit& edit,
                                        double position) {
     Drawn result;
     try {
-        result.duration = source.duration(recording);
-        result.pixels = source.picture(recording, std::clamp(position, 0.0, result.duration));
+        result.duration = source.duration(recording, edit);
+        result.pixels = source.picture(recording, edit, std::clamp(position, 0.0, result.duration));
     } catch (const std::exception& failure) {
         result.problem = failure.what();
     }
     return result;
 }
 
-void StillPreview::drawn(int edit, const Drawn& result) {
+void StillPreview::drawn(int version, const Drawn& result) {
     m_drawing = false;
-    if (edit == m_edit) {
+    if (version == m_version) {
         if (m_duration != result.duration) {
             m_duration = result.duration;
             Q_EMIT durationChanged();

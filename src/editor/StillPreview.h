@@ -1,7 +1,8 @@
 #pragma once
 
 #include "app/flows/TaskRunner.h"
-#include "export/ComposedMovie.h"
+#include "model/Edit.h"
+#include "model/Recording.h"
 
 #include <QImage>
 #include <QObject>
@@ -16,10 +17,10 @@ namespace vantro::editor {
 /// What a preview is drawn with; called on one worker thread, throws std::exception.
 struct PreviewSource {
     /// Seconds of output.
-    std::function<double(const exporting::EditedRecording&)> duration;
+    std::function<double(const model::Recording&, const model::Edit&)> duration;
     /// The composed picture at an output second, bgra.
-    std::function<std::shared_ptr<const media::PixelBuffer>(const exporting::EditedRecording&,
-                                                            double time)>
+    std::function<std::shared_ptr<const media::PixelBuffer>(const model::Recording&,
+                                                            const model::Edit&, double time)>
         picture;
 };
 
@@ -33,8 +34,8 @@ class StillPreview : public QObject {
   public:
     StillPreview(app::flows::TaskRunner& tasks, PreviewSource source);
 
-    /// A changed edit keeps the position; no edit clears the picture.
-    void setRecording(std::optional<exporting::EditedRecording> recording);
+    /// A changed edit keeps the position; no recording clears the picture.
+    void show(std::optional<model::Recording> recording, model::Edit edit = {});
     /// Seconds of output, clamped to its duration.
     void setPosition(double seconds);
 
@@ -58,14 +59,15 @@ class StillPreview : public QObject {
     };
 
     void draw();
-    void drawn(int edit, const Drawn& result);
-    static Drawn work(const PreviewSource& source, const exporting::EditedRecording& recording,
-                      double position);
+    void drawn(int version, const Drawn& result);
+    static Drawn work(const PreviewSource& source, const model::Recording& recording,
+                      const model::Edit& edit, double position);
 
     app::flows::TaskRunner& m_tasks;
     PreviewSource m_source;
-    std::optional<exporting::EditedRecording> m_recording;
-    int m_edit = 0; ///< tells apart the edits that pictures are of
+    std::optional<model::Recording> m_recording;
+    model::Edit m_edit;
+    int m_version = 0; ///< tells apart the edits that pictures are of
     double m_position = 0;
     double m_duration = 0;
     bool m_drawing = false;

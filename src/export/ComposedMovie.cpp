@@ -35,44 +35,30 @@ std::vector<model::ClickEvent> inPixels(std::vector<model::ClickEvent> clicks,
     return clicks;
 }
 
-/// The webcam's movie lies beside the recording's.
-void configureWebcam(render::ZoomCompositor& compositor, const EditedRecording& recording) {
-    if (!recording.metadata.hasWebcam)
+void configureWebcam(render::ZoomCompositor& compositor, const model::Recording& recording,
+                     const model::Edit& edit) {
+    if (!recording.metadata().hasWebcam || edit.webcamHidden)
         return;
-    const auto movie =
-        std::make_shared<render::WebcamMovie>(recording.videoURL.parent_path() / "webcam.mov");
-    compositor.setWebcam([movie](double t) { return movie->pictureAt(t); },
-                         recording.webcamPosition, recording.webcamSize);
+    const auto movie = std::make_shared<render::WebcamMovie>(recording.webcamMovie());
+    compositor.setWebcam([movie](double t) { return movie->pictureAt(t); }, edit.webcamPosition,
+                         edit.webcamSize);
 }
 
 } // namespace
 
-EditedRecording editedRecording(const model::ProjectData& project, std::filesystem::path videoURL) {
-    return {.videoURL = std::move(videoURL),
-            .metadata = project.metadata,
-            .backgroundSettings = project.backgroundSettings,
-            .canvasAspectRatio = project.canvasAspectRatio,
-            .segments = project.segments,
-            .clickEvents = project.editableClickEvents,
-            .cursorPositions = project.metadata.cursorPositions,
-            .cursorScale = project.cursorScale,
-            .webcamPosition = project.webcamPosition,
-            .webcamSize = project.webcamSize};
-}
-
-OpenedRecording openRecording(const EditedRecording& recording) try {
-    auto asset = media::Asset::open(recording.videoURL);
+OpenedRecording openRecording(const model::Recording& recording, const model::Edit& edit) try {
+    auto asset = media::Asset::open(recording.movie());
     auto track = firstVideoTrack(asset);
-    render::SegmentTimeMap timeMap(recording.segments, asset.duration().seconds());
+    render::SegmentTimeMap timeMap(edit.segments, asset.duration().seconds());
     auto animator = std::make_shared<const render::ZoomAnimator>(
-        inPixels(recording.clickEvents, recording.metadata.displayScaleFactor), track.naturalSize);
+        inPixels(edit.clickEvents, recording.metadata().displayScaleFactor), track.naturalSize);
     return {std::move(asset), std::move(track), std::move(timeMap), std::move(animator)};
 } catch (const media::MediaError& error) {
     fail(error.what());
 }
 
-model::Size renderSize(const EditedRecording& recording, model::Size baseSize) {
-    const auto size = model::canvasSize(recording.canvasAspectRatio, baseSize);
+model::Size renderSize(const model::Edit& edit, model::Size baseSize) {
+    const auto size = model::canvasSize(edit.canvasAspectRatio, baseSize);
     const bool drawable = size.width >= 2 && size.height >= 2 && size.width <= largestCanvasSide &&
                           size.height <= largestCanvasSide;
     if (!drawable)
@@ -80,18 +66,17 @@ model::Size renderSize(const EditedRecording& recording, model::Size baseSize) {
     return size;
 }
 
-ComposedMovie composeMovie(const EditedRecording& recording, const OpenedRecording& opened,
-                           model::Size renderSize, int frameRate,
+ComposedMovie composeMovie(const model::Recording& recording, const model::Edit& edit,
+                           const OpenedRecording& opened, model::Size renderSize, int frameRate,
                            std::unique_ptr<render::Renderer> renderer) {
-    auto composition =
-        render::buildComposition(opened.asset, opened.videoTrack, recording.segments);
+    auto composition = render::buildComposition(opened.asset, opened.videoTrack, edit.segments);
     auto compositor = std::make_shared<render::ZoomCompositor>(std::move(renderer));
     compositor->setAnimator(opened.animator);
-    compositor->setBackgroundSettings(recording.backgroundSettings);
+    compositor->setBackgroundSettings(edit.background);
     compositor->setTimeMapper([map = opened.timeMap](double t) { return map.sourceTime(t); });
-    compositor->setCursor(recording.cursorPositions, recording.metadata.displayScaleFactor,
-                          recording.cursorScale);
-    configureWebcam(*compositor, recording);
+    compositor->setCursor(recording.metadata().cursorPositions,
+                          recording.metadata().displayScaleFactor, edit.cursorScale);
+    configureWebcam(*compositor, recording, edit);
     auto video =
         render::buildVideoComposition(composition, frameRate, static_cast<int>(renderSize.width),
                                       static_cast<int>(renderSize.height), std::move(compositor));

@@ -56,12 +56,13 @@ GIFExporter::GIFExporter(std::unique_ptr<render::Renderer> renderer)
 
 GIFExporter::~GIFExporter() = default;
 
-ExportSummary GIFExporter::run(const EditedRecording& recording,
+ExportSummary GIFExporter::run(const model::Recording& recording, const model::Edit& edit,
                                const std::filesystem::path& output, const ExportProgress& progress,
                                const std::stop_token& cancelled) try {
-    const auto opened = openRecording(recording);
-    const auto size = renderSize(recording, gifBaseSize(opened.videoSize()));
-    const auto movie = composeMovie(recording, opened, size, m_frameRate, std::move(m_renderer));
+    const auto opened = openRecording(recording, edit);
+    const auto size = renderSize(edit, gifBaseSize(opened.videoSize()));
+    const auto movie =
+        composeMovie(recording, edit, opened, size, m_frameRate, std::move(m_renderer));
     const int width = movie.video.renderWidth;
     const int height = movie.video.renderHeight;
     Transfer transfer{.reader = {movie.composition, movie.video, media::PixelFormat::bgra},

@@ -27,8 +27,9 @@ class GIFExporter {
     /// Whether a movie that breaks off is exported up to there; else it is an error.
     void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
 
-    ExportSummary run(const EditedRecording& recording, const std::filesystem::path& output,
-                      const ExportProgress& progress, const std::stop_token& cancelled);
+    ExportSummary run(const model::Recording& recording, const model::Edit& edit,
+                      const std::filesystem::path& output, const ExportProgress& progress,
+                      const std::stop_token& cancelled);
 
   private:
     std::unique_ptr<render::Renderer> m_renderer;

@@ -5,15 +5,15 @@
 namespace vantro::exporting {
 namespace {
 
-KeyframeSample sampleAt(double outputTime, const EditedRecording& recording,
+KeyframeSample sampleAt(double outputTime, const model::Recording& recording,
                         const OpenedRecording& opened) {
     KeyframeSample sample;
     sample.outputTime = outputTime;
     sample.sourceTime = opened.timeMap.sourceTime(outputTime);
     sample.keyframe = opened.animator->keyframe(sample.sourceTime);
     if (const auto cursor =
-            render::interpolatedCursor(recording.cursorPositions, sample.sourceTime)) {
-        const double pixelsPerPoint = recording.metadata.displayScaleFactor;
+            render::interpolatedCursor(recording.metadata().cursorPositions, sample.sourceTime)) {
+        const double pixelsPerPoint = recording.metadata().displayScaleFactor;
         sample.cursorX = cursor->x * pixelsPerPoint;
         sample.cursorY = cursor->y * pixelsPerPoint;
     }
@@ -22,14 +22,15 @@ KeyframeSample sampleAt(double outputTime, const EditedRecording& recording,
 
 } // namespace
 
-Inspection inspect(const EditedRecording& recording, int keyframesPerSecond) {
-    const auto opened = openRecording(recording);
+Inspection inspect(const model::Recording& recording, const model::Edit& edit,
+                   int keyframesPerSecond) {
+    const auto opened = openRecording(recording, edit);
     Inspection found{.sourceDuration = opened.timeMap.sourceDuration(),
                      .outputDuration = opened.timeMap.totalDuration(),
                      .videoSize = opened.videoSize(),
-                     .canvasSize = renderSize(recording, opened.videoSize()),
-                     .segments = recording.segments,
-                     .clickEvents = recording.clickEvents,
+                     .canvasSize = renderSize(edit, opened.videoSize()),
+                     .segments = edit.segments,
+                     .clickEvents = edit.clickEvents,
                      .keyframes = {}};
     if (keyframesPerSecond <= 0)
         return found;

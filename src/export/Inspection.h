@@ -29,6 +29,7 @@ struct Inspection {
 };
 
 /// `keyframesPerSecond` 0 takes no samples. Throws VantroError as an export would.
-Inspection inspect(const EditedRecording& recording, int keyframesPerSecond);
+Inspection inspect(const model::Recording& recording, const model::Edit& edit,
+                   int keyframesPerSecond);
 
 } // namespace vantro::exporting

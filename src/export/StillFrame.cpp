@@ -22,13 +22,14 @@ constexpr std::int32_t stillTimescale = 705'600'000;
 } // namespace
 
 std::shared_ptr<const media::PixelBuffer>
-composeStillFrame(const EditedRecording& recording, ExportResolution resolution, double time,
+composeStillFrame(const model::Recording& recording, const model::Edit& edit,
+                  ExportResolution resolution, double time,
                   std::unique_ptr<render::Renderer> renderer) try {
-    const auto opened = openRecording(recording);
-    const auto size = renderSize(recording, baseSize(resolution, opened.videoSize()));
+    const auto opened = openRecording(recording, edit);
+    const auto size = renderSize(edit, baseSize(resolution, opened.videoSize()));
     const auto movie =
-        composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
-                     std::move(renderer));
+        composeMovie(recording, edit, opened, size,
+                     static_cast<int>(recording.metadata().frameRate), std::move(renderer));
     const double duration = movie.composition.duration().seconds();
     if (!std::isfinite(time) || time < 0 || time > duration)
         fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, duration));

@@ -8,7 +8,8 @@ namespace vantro::exporting {
 /// shows then, before encoding. A time outside of the output throws VantroError exportFailed, as
 /// does everything that would fail an export.
 std::shared_ptr<const media::PixelBuffer>
-composeStillFrame(const EditedRecording& recording, ExportResolution resolution, double time,
+composeStillFrame(const model::Recording& recording, const model::Edit& edit,
+                  ExportResolution resolution, double time,
                   std::unique_ptr<render::Renderer> renderer);
 
 } // namespace vantro::exporting

@@ -152,15 +152,15 @@ VideoExporter::VideoExporter(std::unique_ptr<render::Renderer> renderer)
 
 VideoExporter::~VideoExporter() = default;
 
-ExportSummary VideoExporter::run(const EditedRecording& recording, ExportResolution resolution,
-                                 const std::filesystem::path& output,
+ExportSummary VideoExporter::run(const model::Recording& recording, const model::Edit& edit,
+                                 ExportResolution resolution, const std::filesystem::path& output,
                                  const ExportProgress& progress,
                                  const std::stop_token& cancelled) try {
-    const auto opened = openRecording(recording);
-    const auto size = renderSize(recording, baseSize(resolution, opened.videoSize()));
+    const auto opened = openRecording(recording, edit);
+    const auto size = renderSize(edit, baseSize(resolution, opened.videoSize()));
     auto movie =
-        composeMovie(recording, opened, size, static_cast<int>(recording.metadata.frameRate),
-                     std::move(m_renderer));
+        composeMovie(recording, edit, opened, size,
+                     static_cast<int>(recording.metadata().frameRate), std::move(m_renderer));
     Transfer transfer(movie, output, m_encoder, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);

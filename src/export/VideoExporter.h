@@ -27,9 +27,9 @@ class VideoExporter {
     /// libx264 goes on.
     void setEncoder(media::VideoEncoderChoice encoder) { m_encoder = encoder; }
 
-    ExportSummary run(const EditedRecording& recording, ExportResolution resolution,
-                      const std::filesystem::path& output, const ExportProgress& progress,
-                      const std::stop_token& cancelled);
+    ExportSummary run(const model::Recording& recording, const model::Edit& edit,
+                      ExportResolution resolution, const std::filesystem::path& output,
+                      const ExportProgress& progress, const std::stop_token& cancelled);
 
   private:
     std::unique_ptr<render::Renderer> m_renderer;

@@ -4,6 +4,7 @@
 #include "model/Canvas.h"
 #include "model/Choices.h"
 #include "model/ClickEvent.h"
+#include "model/RecordingMetadata.h"
 #include "model/SharedList.h"
 #include "model/TimelineSegment.h"
 
@@ -25,5 +26,9 @@ struct Edit {
     double microphoneVolume = 1;  ///< 0 to 2
     bool operator==(const Edit&) const = default;
 };
+
+/// The edit that a new recording begins with: each of its clicks a zoom, normalised, and all of its
+/// length; the rest as in `choices`.
+Edit freshEdit(const RecordingMetadata& metadata, Edit choices = {});
 
 } // namespace vantro::model

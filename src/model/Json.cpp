@@ -7,6 +7,42 @@
 namespace vantro::model::json {
 
 template <>
+struct Codec<Uuid> {
+    static void write(JsonWriter& out, const Uuid& value) { out.plainString(value.toString()); }
+    static std::optional<Uuid> tryRead(JsonValue value) {
+        const auto text = value.asString();
+        return text ? Uuid::parse(*text) : std::nullopt;
+    }
+    static Uuid read(JsonValue value) {
+        if (const auto id = tryRead(value))
+            return *id;
+        constexpr std::string_view expected = "a UUID";
+        const auto text = value.asString();
+        throw text ? wrongText(expected, *text) : wrongKind(expected, value);
+    }
+};
+
+template <typename Element>
+struct Codec<SharedList<Element>> {
+    static void write(JsonWriter& out, const SharedList<Element>& list) {
+        Codec<std::vector<Element>>::write(out, list);
+    }
+    static SharedList<Element> read(JsonValue value) {
+        return Codec<std::vector<Element>>::read(value);
+    }
+};
+
+template <typename Record>
+struct Codec<std::shared_ptr<const Record>> {
+    static void write(JsonWriter& out, const std::shared_ptr<const Record>& record) {
+        Codec<Record>::write(out, *record);
+    }
+    static std::shared_ptr<const Record> read(JsonValue value) {
+        return std::make_shared<const Record>(Codec<Record>::read(value));
+    }
+};
+
+template <>
 struct Fields<Rect> {
     static constexpr std::array list{required<&Rect::x>("x"), required<&Rect::y>("y"),
                                      required<&Rect::width>("width"),
@@ -151,19 +187,55 @@ struct Codec<CanvasAspectRatio> : ChoiceCodec<CanvasAspectRatio, allCanvasAspect
 template <>
 struct Codec<WebcamPosition> : ChoiceCodec<WebcamPosition, allWebcamPositions> {};
 
+/// The document: a project without the place of its movie.
+struct ProjectDocument {
+    std::int64_t version = 1;
+    std::string recordingName;
+    std::shared_ptr<const RecordingMetadata> metadata;
+    Edit edit;
+};
+
+/// A member of the edit, whose keys stand beside the document's own.
+template <auto member>
+constexpr Field<ProjectDocument> ofEdit(std::string_view key) {
+    return {
+        .key = key,
+        .write = [](JsonWriter& out,
+                    const ProjectDocument& project) { writeMember<member>(out, project.edit); },
+        .read = [](const std::optional<JsonValue>& value,
+                   ProjectDocument& project) { required<member>({}).read(value, project.edit); }};
+}
+
+/// The same for a key that older projects lack: one at its default is left out.
+template <auto member>
+constexpr Field<ProjectDocument> optionalOfEdit(std::string_view key) {
+    auto field = ofEdit<member>(key);
+    field.read = [](const std::optional<JsonValue>& value, ProjectDocument& project) {
+        if (value)
+            project.edit.*member = CodecOf<member>::read(*value);
+    };
+    field.isWritten = [](const ProjectDocument& project) {
+        return project.edit.*member != Edit{}.*member;
+    };
+    return field;
+}
+
 template <>
-struct Fields<ProjectData> {
-    using Record = ProjectData;
-    static constexpr std::array list{required<&Record::version>("version"),
-                                     required<&Record::recordingName>("recordingName"),
-                                     required<&Record::metadata>("metadata"),
-                                     required<&Record::editableClickEvents>("editableClickEvents"),
-                                     required<&Record::segments>("segments"),
-                                     required<&Record::backgroundSettings>("backgroundSettings"),
-                                     required<&Record::canvasAspectRatio>("canvasAspectRatio"),
-                                     required<&Record::cursorScale>("cursorScale"),
-                                     required<&Record::webcamPosition>("webcamPosition"),
-                                     required<&Record::webcamSize>("webcamSize")};
+struct Fields<ProjectDocument> {
+    static constexpr std::array list{required<&ProjectDocument::version>("version"),
+                                     required<&ProjectDocument::recordingName>("recordingName"),
+                                     required<&ProjectDocument::metadata>("metadata"),
+                                     ofEdit<&Edit::clickEvents>("editableClickEvents"),
+                                     ofEdit<&Edit::segments>("segments"),
+                                     ofEdit<&Edit::background>("backgroundSettings"),
+                                     ofEdit<&Edit::canvasAspectRatio>("canvasAspectRatio"),
+                                     ofEdit<&Edit::cursorScale>("cursorScale"),
+                                     ofEdit<&Edit::webcamPosition>("webcamPosition"),
+                                     ofEdit<&Edit::webcamSize>("webcamSize"),
+                                     optionalOfEdit<&Edit::webcamHidden>("webcamHidden"),
+                                     optionalOfEdit<&Edit::webcamMirrored>("webcamMirrored"),
+                                     optionalOfEdit<&Edit::systemAudioVolume>("systemAudioVolume"),
+                                     optionalOfEdit<&Edit::microphoneVolume>("microphoneVolume")};
 };
 
 namespace {
@@ -194,11 +266,17 @@ Record decode(std::string_view text) {
 namespace vantro::model {
 namespace {
 
-/// Puts the catalogue's picture in the place of a built-in one that has only its name yet.
-void complete(BackgroundType& type, const BackgroundCatalog& backgrounds) {
+/// Puts the catalogue's picture in the place of a built-in one that has only its name yet, and a
+/// custom one into the project's folder.
+void complete(BackgroundType& type, const std::filesystem::path& folder,
+              const BackgroundCatalog& backgrounds) {
     auto* image = std::get_if<BackgroundImageSource>(&type);
-    if (image == nullptr || !image->isBuiltIn)
+    if (image == nullptr)
         return;
+    if (!image->isBuiltIn) {
+        image->url = folder / image->url.filename();
+        return;
+    }
     const auto name = image->url.string();
     const auto found = backgrounds.builtIn(name);
     if (!found)
@@ -217,14 +295,20 @@ RecordingMetadata decodeMetadata(std::string_view json) {
     return json::decode<RecordingMetadata>(json);
 }
 
-std::string encodeProject(const ProjectData& project) {
-    return json::encode(project, json::JsonWriter::Style::pretty);
+std::string encodeProject(const Project& project) {
+    return json::encode(json::ProjectDocument{.recordingName = project.name,
+                                              .metadata = project.recording.sharedMetadata(),
+                                              .edit = project.edit},
+                        json::JsonWriter::Style::pretty);
 }
 
-ProjectData decodeProject(std::string_view json, const BackgroundCatalog& backgrounds) {
-    auto project = json::decode<ProjectData>(json);
-    complete(project.backgroundSettings.type, backgrounds);
-    return project;
+Project decodeProject(std::string_view json, const std::filesystem::path& movie,
+                      const BackgroundCatalog& backgrounds) {
+    auto document = json::decode<json::ProjectDocument>(json);
+    complete(document.edit.background.type, movie.parent_path(), backgrounds);
+    return {.name = std::move(document.recordingName),
+            .recording = Recording(movie, std::move(document.metadata)),
+            .edit = std::move(document.edit)};
 }
 
 } // namespace vantro::model

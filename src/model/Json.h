@@ -1,8 +1,9 @@
 #pragma once
 
 #include "model/BackgroundCatalog.h"
-#include "model/ProjectData.h"
+#include "model/Project.h"
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -32,18 +33,21 @@ class EncodingError : public std::runtime_error {
 // Encoding throws EncodingError, decoding DecodingError. Decoding is strict: every key must be
 // there with a value of its type, except that the has-flags of a recording's metadata fall back to
 // false, and a click's identifier, offsets and zoom level to those of a fresh click, so that
-// recordings from before these existed still open. Unknown keys are ignored; of a repeated key the
+// recordings from before these existed still open; optional keys must have their type where they
+// are there. Unknown keys are ignored; of a repeated key the
 // last one counts. What the values mean is not looked at: see Validation.h. Any thread.
 
 /// "metadata.json": compact, keys in the order of declaration.
 std::string encodeMetadata(const RecordingMetadata& metadata);
 RecordingMetadata decodeMetadata(std::string_view json);
 
-/// "project.json": pretty-printed with sorted keys.
-std::string encodeProject(const ProjectData& project);
-/// Built-in backgrounds are stored by name and looked up in the catalogue; one that is not there
-/// fails with "Unknown built-in background: NAME". A custom picture's `url` is its bare file name.
-ProjectData decodeProject(std::string_view json,
-                          const BackgroundCatalog& backgrounds = BackgroundCatalog::application());
+/// "project.json": pretty-printed with sorted keys. What an edit has come to know later than the
+/// other keys is written only where it is not at its default.
+std::string encodeProject(const Project& project);
+/// The project whose movie is at `movie`. Any integer will do as its version. Built-in backgrounds
+/// are stored by name and looked up in the catalogue; one that is not there fails with "Unknown
+/// built-in background: NAME". A custom picture lies beside the movie.
+Project decodeProject(std::string_view json, const std::filesystem::path& movie,
+                      const BackgroundCatalog& backgrounds = BackgroundCatalog::application());
 
 } // namespace vantro::model

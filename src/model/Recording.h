@@ -24,6 +24,7 @@ class Recording {
     /// The camera's movie, beside the screen's; there only if the metadata says so.
     std::filesystem::path webcamMovie() const { return m_movie.parent_path() / "webcam.mov"; }
     const RecordingMetadata& metadata() const { return *m_metadata; }
+    const std::shared_ptr<const RecordingMetadata>& sharedMetadata() const { return m_metadata; }
 
     /// The same recording after its files have been linked or copied to another place.
     Recording movedTo(std::filesystem::path movie) const { return {std::move(movie), m_metadata}; }
@@ -31,6 +32,10 @@ class Recording {
     /// Whether both are the same recording, wherever their files lie; decided without looking at
     /// the samples.
     bool isSameAs(const Recording& other) const { return m_metadata == other.m_metadata; }
+
+    bool operator==(const Recording& other) const {
+        return m_movie == other.m_movie && (isSameAs(other) || *m_metadata == *other.m_metadata);
+    }
 
   private:
     std::filesystem::path m_movie;

@@ -16,6 +16,7 @@ constexpr double zoomLimit = 1000;
 constexpr double displayScaleLimit = 100;
 constexpr double cursorScaleLimit = 1000;
 constexpr std::int64_t frameRateLimit = 1000;
+constexpr double volumeLimit = 2;
 // Speeds beyond these play a recording of a minute within a frame, or for days.
 constexpr double slowestSpeed = 0.001;
 constexpr double fastestSpeed = 1000;
@@ -146,15 +147,18 @@ void checkBackground(Findings& findings, const BackgroundSettings& background) {
 
 } // namespace
 
-std::vector<std::string> validationProblems(const ProjectData& project, std::size_t limit) {
+std::vector<std::string> validationProblems(const Project& project, std::size_t limit) {
+    const auto& edit = project.edit;
     Findings findings(limit);
-    checkMetadata(findings, "metadata.", project.metadata);
-    checkClicks(findings, "editableClickEvents", project.editableClickEvents);
-    checkSegments(findings, project.segments);
-    checkBackground(findings, project.backgroundSettings);
+    checkMetadata(findings, "metadata.", project.recording.metadata());
+    checkClicks(findings, "editableClickEvents", edit.clickEvents);
+    checkSegments(findings, edit.segments);
+    checkBackground(findings, edit.background);
     findings.enter("");
-    findings.inRange("cursorScale", project.cursorScale, 0, cursorScaleLimit);
-    findings.positive("webcamSize", project.webcamSize, 1);
+    findings.inRange("cursorScale", edit.cursorScale, 0, cursorScaleLimit);
+    findings.positive("webcamSize", edit.webcamSize, 1);
+    findings.inRange("systemAudioVolume", edit.systemAudioVolume, 0, volumeLimit);
+    findings.inRange("microphoneVolume", edit.microphoneVolume, 0, volumeLimit);
     return findings.take();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/ProjectData.h"
+#include "model/Project.h"
 
 #include <cstddef>
 #include <string>
@@ -15,7 +15,7 @@ namespace vantro::model {
 /// One text each, naming the key by its path, for example:
 /// segments[1].speed: must be greater than 0, is -2
 /// At most `limit` of them; none for sound values. Any thread.
-std::vector<std::string> validationProblems(const ProjectData& project, std::size_t limit = 20);
+std::vector<std::string> validationProblems(const Project& project, std::size_t limit = 20);
 
 /// The same for the record of a recording alone; paths start at its own keys.
 std::vector<std::string> validationProblems(const RecordingMetadata& metadata,

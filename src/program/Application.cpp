@@ -105,10 +105,10 @@ void Program::followPreferences() {
 /// Remembers which recording would be lost from sight if the program ended now.
 void Program::followRecordings() {
     QObject::connect(&m_state, &app::AppState::phaseChanged, [this] {
-        if (m_state.phase() == app::AppPhase::previewing() && m_state.recordingURL() &&
-            !m_state.projectURL())
+        if (m_state.phase() == app::AppPhase::previewing() && m_state.recordingPath() &&
+            !m_state.projectPath())
             m_preferences.setUnsavedRecording(
-                QString::fromStdString(m_state.recordingURL()->string()));
+                QString::fromStdString(m_state.recordingPath()->string()));
     });
     QObject::connect(&m_recording, &app::flows::RecordingFlow::begun,
                      [this](const QString& path) { m_preferences.setUnsavedRecording(path); });

@@ -28,11 +28,11 @@ recorderConfiguration(const app::flows::RecorderConfiguration& wanted) {
 }
 
 /// The movie's length is rounded segment by segment: the very end may lie a hair beyond it.
-double insideOutput(const exporting::EditedRecording& recording, double time) {
+double insideOutput(const model::Recording& recording, const model::Edit& edit, double time) {
     constexpr double oneFrame = 1.0 / 60;
     constexpr double roundingOfSegment = 1.0 / 600;
-    const double end = exporting::inspect(recording, 0).outputDuration - oneFrame -
-                       roundingOfSegment * static_cast<double>(recording.segments.size());
+    const double end = exporting::inspect(recording, edit, 0).outputDuration - oneFrame -
+                       roundingOfSegment * static_cast<double>(edit.segments.size());
     return std::clamp(time, 0.0, std::max(end, 0.0));
 }
 
@@ -118,22 +118,22 @@ void runExport(const app::flows::ExportJob& job,
     auto renderer = render::makeRenderer(render::RendererChoice::automatic);
     if (job.format == app::flows::ExportFormat::gif)
         exporting::GIFExporter(std::move(renderer))
-            .run(job.recording, job.output, progress, cancelled);
+            .run(job.recording, job.edit, job.output, progress, cancelled);
     else
         exporting::VideoExporter(std::move(renderer))
-            .run(job.recording, job.resolution, job.output, progress, cancelled);
+            .run(job.recording, job.edit, job.resolution, job.output, progress, cancelled);
 }
 
 editor::PreviewSource exportPreview() {
     return {.duration =
-                [](const exporting::EditedRecording& recording) {
-                    return exporting::inspect(recording, 0).outputDuration;
+                [](const model::Recording& recording, const model::Edit& edit) {
+                    return exporting::inspect(recording, edit, 0).outputDuration;
                 },
             .picture =
-                [](const exporting::EditedRecording& recording, double time) {
+                [](const model::Recording& recording, const model::Edit& edit, double time) {
                     return exporting::composeStillFrame(
-                        recording, exporting::ExportResolution::original,
-                        insideOutput(recording, time),
+                        recording, edit, exporting::ExportResolution::original,
+                        insideOutput(recording, edit, time),
                         render::makeRenderer(render::RendererChoice::automatic));
                 }};
 }

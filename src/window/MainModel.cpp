@@ -18,7 +18,7 @@ MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permis
 
 void MainModel::connectState() {
     connect(&m_state, &app::AppState::phaseChanged, this, &MainModel::phaseChanged);
-    connect(&m_state, &app::AppState::recordingURLChanged, this, &MainModel::screenChanged);
+    connect(&m_state, &app::AppState::recordingPathChanged, this, &MainModel::screenChanged);
     connect(&m_state, &app::AppState::metadataChanged, this, &MainModel::screenChanged);
     connect(&m_state, &app::AppState::captureModeChanged, this, &MainModel::captureModeChanged);
     for (const auto changed :
@@ -69,8 +69,7 @@ QString MainModel::screen() const {
         return QStringLiteral("recording");
     case app::AppPhase::Kind::previewing:
     case app::AppPhase::Kind::exporting:
-        return m_state.recordingURL() && m_state.metadata() ? QStringLiteral("editor")
-                                                            : QStringLiteral("empty");
+        return m_state.document().recording() ? QStringLiteral("editor") : QStringLiteral("empty");
     case app::AppPhase::Kind::idle:
         break;
     }

@@ -35,24 +35,25 @@ class CommandLine : public ::testing::Test {
   protected:
     CommandLine() {
         writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
-        project.recordingName = "sample";
-        project.metadata.frameRate = 30;
-        project.metadata.endTime = 2;
-        project.metadata.captureRect = {0, 0, 320, 180};
-        project.metadata.cursorPositions = {{100, 50, 0}, {200, 90, 1}};
-        project.editableClickEvents = {
-            {.x = 200, .y = 90, .timestamp = 1, .startOffset = 0.5, .endOffset = 0.8}};
+        metadata.frameRate = 30;
+        metadata.endTime = 2;
+        metadata.captureRect = {0, 0, 320, 180};
+        metadata.cursorPositions = {{100, 50, 0}, {200, 90, 1}};
+        edit.clickEvents = {
+            {{.x = 200, .y = 90, .timestamp = 1, .startOffset = 0.5, .endOffset = 0.8}}};
         save("sample.vantro");
     }
 
     void save(const std::string& name) {
-        app::files::saveProject(folder / name, folder / "recording.mov", project);
+        app::files::saveProject(
+            folder / name, {"sample", model::Recording(folder / "recording.mov", metadata), edit});
     }
     std::string path(const std::string& name) const { return "'" + (folder / name).string() + "'"; }
     bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
 
     TemporaryFolder folder;
-    model::ProjectData project;
+    model::RecordingMetadata metadata;
+    model::Edit edit;
 };
 
 } // namespace vantro::test

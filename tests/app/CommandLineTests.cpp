@@ -63,18 +63,21 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
 TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
     const struct {
         const char* name;
-        std::function<void(model::ProjectData&)> spoil;
+        std::function<void(model::RecordingMetadata&, model::TimelineSegment&)> spoil;
         const char* message;
     } cases[]{
-        {"speed", [](auto& p) { p.segments[0].speed = 0; }, "segments[0].speed"},
-        {"length", [](auto& p) { p.segments[0].endFraction = 0; }, "segments[0]"},
-        {"duration", [](auto& p) { p.metadata.endTime = -1; }, "endTime"},
-        {"scale", [](auto& p) { p.metadata.displayScaleFactor = 0; }, "displayScaleFactor"},
+        {"speed", [](auto&, auto& segment) { segment.speed = 0; }, "segments[0].speed"},
+        {"length", [](auto&, auto& segment) { segment.endFraction = 0; }, "segments[0]"},
+        {"duration", [](auto& record, auto&) { record.endTime = -1; }, "endTime"},
+        {"scale", [](auto& record, auto&) { record.displayScaleFactor = 0; },
+         "displayScaleFactor"},
     };
-    const auto original = project;
+    const auto original = metadata;
     for (const auto& [name, spoil, message] : cases) {
-        project = original;
-        spoil(project);
+        metadata = original;
+        model::TimelineSegment segment;
+        spoil(metadata, segment);
+        edit.segments = {{segment}};
         save("bad.vantro");
         const auto result = test::vantro("inspect " + path("bad.vantro"));
         EXPECT_EQ(result.exitCode, 1) << name;

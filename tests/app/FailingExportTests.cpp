@@ -9,7 +9,7 @@ using namespace vantro::test;
 class FailingExport : public test::CommandLine, public ::testing::WithParamInterface<const char*> {
   protected:
     FailingExport() {
-        project.segments = {{.startFraction = 0, .endFraction = 0.6, .speed = 2}};
+        edit.segments = {{{.startFraction = 0, .endFraction = 0.6, .speed = 2}}};
         save("short.vantro");
     }
 

@@ -28,14 +28,15 @@ std::string read(const fs::path& path) {
     return content.str();
 }
 
-model::ProjectData sampleProject() {
-    model::ProjectData project;
-    project.recordingName = "vantro_2024-03-05_14-07-09";
-    project.metadata.endTime = 12.5;
-    project.metadata.captureRect = {0, 0, 1920, 1080};
-    project.metadata.cursorPositions = {{1, 2, 0.016}};
-    project.editableClickEvents = {{.x = 10, .y = 20, .timestamp = 3}};
-    return project;
+model::Project sampleProject(const fs::path& movie, bool hasWebcam = false) {
+    model::RecordingMetadata metadata;
+    metadata.endTime = 12.5;
+    metadata.captureRect = {0, 0, 1920, 1080};
+    metadata.cursorPositions = {{1, 2, 0.016}};
+    metadata.hasWebcam = hasWebcam;
+    model::Edit edit;
+    edit.clickEvents = {{{.x = 10, .y = 20, .timestamp = 3}}};
+    return {"vantro_2024-03-05_14-07-09", model::Recording(movie, metadata), edit};
 }
 
 template <typename Action>
@@ -52,13 +53,13 @@ TEST(ProjectPackage, OpensAsItWasSavedAndLinksTheRecording) {
     const test::TemporaryFolder folder;
     write(folder / "recording.mov", "movie");
     write(folder / "webcam.mov", "webcam");
-    auto project = sampleProject();
-    project.metadata.hasWebcam = true;
-    files::saveProject(folder / "a.vantro", folder / "recording.mov", project);
-    files::saveProject(folder / "b.vantro", folder / "a.vantro" / "recording.mov", project);
+    const auto project = sampleProject(folder / "recording.mov", true);
+    const auto first = files::saveProject(folder / "a.vantro", project);
+    const auto second = files::saveProject(folder / "b.vantro", first);
 
-    EXPECT_EQ(files::readProjectFile(folder / "a.vantro"), project);
-    EXPECT_EQ(files::readProjectFile(folder / "b.vantro"), project);
+    EXPECT_EQ(first.recording.movie(), folder / "a.vantro" / "recording.mov");
+    EXPECT_EQ(files::readProjectFile(folder / "a.vantro"), first);
+    EXPECT_EQ(files::readProjectFile(folder / "b.vantro"), second);
     EXPECT_TRUE(fs::equivalent(folder / "recording.mov", folder / "b.vantro" / "recording.mov"));
     fs::remove_all(folder / "a.vantro");
     EXPECT_EQ(read(folder / "b.vantro" / "recording.mov"), "movie");
@@ -69,17 +70,17 @@ TEST(ProjectPackage, CarriesACustomBackgroundWhereverItIsMoved) {
     const test::TemporaryFolder folder;
     write(folder / "recording.mov", "movie");
     write(folder / "my beach.png", "picture");
-    auto project = sampleProject();
-    project.backgroundSettings.type = model::BackgroundImageSource::custom(folder / "my beach.png");
-    files::saveProject(folder / "a.vantro", folder / "recording.mov", project);
+    auto project = sampleProject(folder / "recording.mov");
+    project.edit.background.type = model::BackgroundImageSource::custom(folder / "my beach.png");
+    files::saveProject(folder / "a.vantro", project);
     fs::remove(folder / "my beach.png");
     fs::rename(folder / "a.vantro", folder / "moved.vantro");
 
     const auto opened = files::readProjectFile(folder / "moved.vantro");
-    const auto& image = std::get<model::BackgroundImageSource>(opened.backgroundSettings.type);
+    const auto& image = std::get<model::BackgroundImageSource>(opened.edit.background.type);
     EXPECT_EQ(image.url, folder / "moved.vantro" / "my beach.png");
     EXPECT_EQ(read(image.url), "picture");
-    files::saveProject(folder / "moved.vantro", folder / "moved.vantro" / "recording.mov", opened);
+    files::saveProject(folder / "moved.vantro", opened);
     EXPECT_EQ(read(image.url), "picture"); // saving in place keeps the copy it was opened with
 }
 
@@ -107,7 +108,7 @@ TEST(ProjectPackage, TellsWhatIsWrongWithWhatItOpens) {
                 HasSubstr("project.json"));
 
     write(folder / "recording.mov", "movie");
-    files::saveProject(folder / "a.vantro", folder / "recording.mov", sampleProject());
+    files::saveProject(folder / "a.vantro", sampleProject(folder / "recording.mov"));
     const auto document = folder / "a.vantro" / "project.json";
     write(document, std::regex_replace(read(document), std::regex("\"webcamSize\": [0-9.]+"),
                                        "\"webcamSize\": \"large\""));
@@ -118,30 +119,24 @@ TEST(ProjectPackage, TellsWhatIsWrongWithWhatItOpens) {
 TEST(ProjectPackage, AppearsWholeAndReplacesOnlyPackages) {
     const test::TemporaryFolder folder;
     write(folder / "recording.mov", "movie");
-    auto project = sampleProject();
-    files::saveNewProject(folder / "a.vantro", folder / "recording.mov", project, false);
+    auto project = sampleProject(folder / "recording.mov");
+    files::saveNewProject(folder / "a.vantro", project, false);
 
-    project.recordingName = "second";
-    EXPECT_THAT(failureOf([&] {
-                    files::saveNewProject(folder / "a.vantro", folder / "recording.mov", project,
-                                          false);
-                }),
+    project.name = "second";
+    EXPECT_THAT(failureOf([&] { files::saveNewProject(folder / "a.vantro", project, false); }),
                 HasSubstr("use --force"));
-    EXPECT_NE(files::readProjectFile(folder / "a.vantro").recordingName, "second");
-    files::saveNewProject(folder / "a.vantro", folder / "recording.mov", project, true);
-    EXPECT_EQ(files::readProjectFile(folder / "a.vantro").recordingName, "second");
+    EXPECT_NE(files::readProjectFile(folder / "a.vantro").name, "second");
+    files::saveNewProject(folder / "a.vantro", project, true);
+    EXPECT_EQ(files::readProjectFile(folder / "a.vantro").name, "second");
 
     fs::create_directory(folder / "photos.vantro");
     write(folder / "photos.vantro" / "holiday.jpg", "precious");
-    EXPECT_THAT(failureOf([&] {
-                    files::saveNewProject(folder / "photos.vantro", folder / "recording.mov",
-                                          project, true);
-                }),
+    EXPECT_THAT(failureOf([&] { files::saveNewProject(folder / "photos.vantro", project, true); }),
                 HasSubstr("is not a project"));
     EXPECT_EQ(read(folder / "photos.vantro" / "holiday.jpg"), "precious");
 
     EXPECT_NE(failureOf([&] {
-                  files::saveNewProject(folder / "b.vantro", folder / "missing.mov", project,
+                  files::saveNewProject(folder / "b.vantro", sampleProject(folder / "missing.mov"),
                                         false);
               }),
               "no error");

@@ -87,7 +87,7 @@ TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
     EXPECT_TRUE(test::hasColor(*first, 2, 2, green, codingTolerance));
     EXPECT_TRUE(test::hasColor(*first, 56, 36, green, codingTolerance));
     EXPECT_TRUE(test::hasColor(*first, 64, 20, red, codingTolerance));
-    const auto click = files::readProjectFile(project).metadata.clickEvents.at(0);
+    const auto click = files::readProjectFile(project).recording.metadata().clickEvents.at(0);
     EXPECT_EQ((model::Point{click.x, click.y}), (model::Point{30, 20}));
 }
 
@@ -111,7 +111,7 @@ TEST_F(RecordCommand, RecordsACoveredWindowUntilItIsClosed) {
     const auto first = frames().at(0).pixels;
     EXPECT_EQ(first->width(), 200);
     EXPECT_TRUE(test::hasColor(*first, 100, 60, red, codingTolerance));
-    EXPECT_EQ(files::readProjectFile(project).metadata.captureRect,
+    EXPECT_EQ(files::readProjectFile(project).recording.metadata().captureRect,
               (model::Rect{300, 100, 200, 120}));
 }
 
@@ -122,7 +122,7 @@ TEST_F(RecordCommand, WaitsBeforeItStarts) {
         fmt::format("--mode window --window {} --delay 0.6 --seconds 0.2 --json", window.id()));
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_GT(base::inSeconds(base::hostNow() - before), 0.8);
-    EXPECT_LT(files::readProjectFile(project).metadata.endTime, 0.5);
+    EXPECT_LT(files::readProjectFile(project).recording.metadata().endTime, 0.5);
     EXPECT_THAT(result.output, HasSubstr("\"cpuPercent\":"));
 }
 

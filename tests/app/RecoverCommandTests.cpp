@@ -183,7 +183,7 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
         const auto project = folder / (std::to_string(i) + ".vantro");
         const auto result = recover(running[i]->files(), project);
         ASSERT_EQ(result.exitCode, 0) << name << ": " << result.output;
-        const auto metadata = files::readProjectFile(project).metadata;
+        const auto metadata = files::readProjectFile(project).recording.metadata();
         const auto kept = std::ranges::count_if(clicks, [&](base::HostTime click) {
             return click < running[i]->killed - std::chrono::milliseconds(200);
         });

@@ -43,14 +43,15 @@ EditorFixture::EditorFixture() {
 }
 
 editor::PreviewSource EditorFixture::previewSource() {
-    return {.duration = [this](const exporting::EditedRecording&) { return previewDuration; },
-            .picture =
-                [this](const exporting::EditedRecording&, double time) {
-                    if (!previewProblem.empty())
-                        throw std::runtime_error(previewProblem);
-                    drawnPositions.push_back(time);
-                    return testPicture();
-                }};
+    return {
+        .duration = [this](const model::Recording&, const model::Edit&) { return previewDuration; },
+        .picture =
+            [this](const model::Recording&, const model::Edit&, double time) {
+                if (!previewProblem.empty())
+                    throw std::runtime_error(previewProblem);
+                drawnPositions.push_back(time);
+                return testPicture();
+            }};
 }
 
 void EditorFixture::showWindow() {
@@ -111,10 +112,7 @@ void EditorFixture::record(model::CaptureMode mode) {
 void EditorFixture::showEditor() {
     model::RecordingMetadata metadata;
     metadata.endTime = 20;
-    state.setRecordingURL("/nowhere/recording.mov");
-    state.setMetadata(metadata);
-    state.setRecordingName("demo");
-    state.setPhase(app::AppPhase::previewing());
+    state.show({"demo", model::Recording("/nowhere/recording.mov", metadata), {}});
     runTasks();
 }
 

@@ -127,7 +127,8 @@ TEST_F(EditorScreenTest, ProjectActionsReachTheirFlows) {
 }
 
 TEST_F(EditorScreenTest, WithoutARecordingItSaysSo) {
-    state.setMetadata({});
+    state.reset();
+    state.setPhase(app::AppPhase::previewing());
     settle();
     EXPECT_EQ(app.screen(), "empty");
     click("statusAction");
@@ -165,13 +166,15 @@ TEST_F(StillPreviewTest, AnEditKeepsThePositionAndDropsThePictureOfTheOneBefore)
 TEST_F(StillPreviewTest, SavingKeepsThePictureAndAnotherRecordingClearsIt) {
     preview.setPosition(5);
     runTasks();
-    state.setRecordingURL("/saved.vantro/recording.mov");
+    auto project = *state.document().project();
+    project.recording = project.recording.movedTo("/saved.vantro/recording.mov");
+    state.saved(project, "/nowhere/recording.mov", "/saved.vantro");
     settle();
     EXPECT_FALSE(preview.picture().isNull());
     EXPECT_EQ(preview.position(), 5);
     model::RecordingMetadata other;
     other.endTime = 4;
-    state.setMetadata(other);
+    state.show({"other", model::Recording("/other/recording.mov", other), {}});
     settle();
     EXPECT_TRUE(preview.picture().isNull());
     EXPECT_EQ(preview.position(), 0);

@@ -107,7 +107,7 @@ TEST_F(EndToEndTest, KeysRecordAndStopAndSaveAProject) {
     session.xdo({"key", "Return"});
     ASSERT_TRUE(test::eventually([&] { return fs::exists(package / "project.json"); })) << errors();
     const auto project = app::files::readProjectFile(package);
-    EXPECT_EQ(project.metadata.captureRect, (model::Rect{0, 0, 1280, 900}));
+    EXPECT_EQ(project.recording.metadata().captureRect, (model::Rect{0, 0, 1280, 900}));
     EXPECT_FALSE(
         media::Asset::open(package / "recording.mov").tracks(media::MediaType::video).empty());
 }

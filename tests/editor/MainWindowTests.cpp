@@ -1,3 +1,4 @@
+#include "app/files/FinishRecording.h"
 #include "editor/EditorFixture.h"
 #include "media/AssetWriter.h"
 
@@ -258,7 +259,8 @@ TEST_F(MainWindowTest, OffersTheLastRecordingAndOpensOrDismissesIt) {
     click("acceptButton");
     runTasks();
     EXPECT_EQ(state.phase(), app::AppPhase::previewing());
-    EXPECT_EQ(state.metadata(), metadata);
+    ASSERT_TRUE(state.metadata());
+    EXPECT_EQ(*state.metadata(), metadata);
     EXPECT_EQ(state.editableClickEvents().size(), 1U);
 
     state.reset();

@@ -12,10 +12,10 @@ namespace {
 
 using namespace vantro::test;
 
-ExportSummary exportGif(const std::filesystem::path& output, const EditedRecording& edit,
+ExportSummary exportGif(const std::filesystem::path& output, const model::Project& project,
                         const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
     return GIFExporter(render::makeRenderer(render::RendererChoice::software))
-        .run(edit, output, progress, stop);
+        .run(project.recording, project.edit, output, progress, stop);
 }
 
 TEST(GIFExporter, IsNeverWiderThan640NorLargerThanTheRecording) {
@@ -27,9 +27,9 @@ TEST(GIFExporter, IsNeverWiderThan640NorLargerThanTheRecording) {
 TEST(GIFExporter, WritesTwelveFramesASecondThatFollowTheEdit) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 320, 180, 30, 3);
-    auto edit = test::plainEdit(folder / "recording.mov", 30);
-    edit.segments = {{.startFraction = 1.0 / 3, .endFraction = 1, .speed = 2}};
-    const auto summary = exportGif(folder / "out.gif", edit);
+    auto project = test::plainProject(folder / "recording.mov", 30);
+    project.edit.segments = {{{.startFraction = 1.0 / 3, .endFraction = 1, .speed = 2}}};
+    const auto summary = exportGif(folder / "out.gif", project);
 
     EXPECT_EQ(summary.frameCount, 12);
     const auto probed = test::probe(folder / "out.gif");
@@ -43,12 +43,12 @@ TEST(GIFExporter, LeavesTheEarlierFileWhenItFailsOrIsCancelled) {
     test::writeColorClock(source / "recording.mov", 320, 180, 30, 4);
     const test::TemporaryFolder target;
     std::ofstream(target / "out.gif") << "earlier";
-    EXPECT_THROW(exportGif(target / "out.gif", test::plainEdit(source / "missing.mov", 30)),
+    EXPECT_THROW(exportGif(target / "out.gif", test::plainProject(source / "missing.mov", 30)),
                  model::VantroError);
 
     std::stop_source stop;
     const auto summary = exportGif(
-        target / "out.gif", test::plainEdit(source / "recording.mov", 30),
+        target / "out.gif", test::plainProject(source / "recording.mov", 30),
         [&](double) { stop.request_stop(); }, stop.get_token());
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
     EXPECT_EQ(std::filesystem::file_size(target / "out.gif"), 7U);

@@ -86,15 +86,12 @@ void writeColorClock(const std::filesystem::path& path, int width, int height, i
                });
 }
 
-exporting::EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate) {
-    exporting::EditedRecording edit;
-    edit.videoURL = movie;
-    edit.metadata.frameRate = frameRate;
-    edit.metadata.displayScaleFactor = 1;
-    edit.backgroundSettings = model::BackgroundSettings{
-        .type = model::BackgroundColor{}, .padding = 0, .cornerRadius = 0};
-    edit.segments = model::fullLengthTimeline();
-    return edit;
+model::Project plainProject(const std::filesystem::path& movie, int frameRate,
+                            model::RecordingMetadata metadata) {
+    metadata.frameRate = frameRate;
+    model::Project project{"plain", model::Recording(movie, std::move(metadata)), {}};
+    project.edit.background = {.type = model::BackgroundColor{}, .padding = 0, .cornerRadius = 0};
+    return project;
 }
 
 namespace {

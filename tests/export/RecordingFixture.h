@@ -1,7 +1,7 @@
 #pragma once
 
-#include "export/ComposedMovie.h"
 #include "media/values/PixelBuffer.h"
+#include "model/Project.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -42,8 +42,9 @@ Rgb colorOfSecond(int second);
 void writeColorClock(const std::filesystem::path& path, int width, int height, int frameRate,
                      int seconds);
 
-/// An edit without padding, corners, cursor or zooms: output pixels are the recording's own.
-exporting::EditedRecording plainEdit(const std::filesystem::path& movie, int frameRate);
+/// Without padding, corners, cursor or zooms: output pixels are the recording's own.
+model::Project plainProject(const std::filesystem::path& movie, int frameRate,
+                            model::RecordingMetadata metadata = {});
 
 /// What an independent reader (ffprobe) says of a file's first video stream and format.
 nlohmann::json probe(const std::filesystem::path& file);

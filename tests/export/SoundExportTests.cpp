@@ -57,18 +57,18 @@ std::vector<double> flashTimes(const std::filesystem::path& movie) {
     return times;
 }
 
-EditedRecording edited(const std::filesystem::path& movie,
-                       std::vector<model::TimelineSegment> segments) {
-    auto edit = test::plainEdit(movie, frameRate);
+model::Project edited(const std::filesystem::path& movie,
+                      std::vector<model::TimelineSegment> segments) {
+    auto project = test::plainProject(movie, frameRate);
     if (!segments.empty())
-        edit.segments = std::move(segments);
-    return edit;
+        project.edit.segments = std::move(segments);
+    return project;
 }
 
-ExportSummary exportTo(const std::filesystem::path& output, const EditedRecording& edit,
+ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
                        const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
     return VideoExporter(render::makeRenderer(render::RendererChoice::software, nullptr))
-        .run(edit, ExportResolution::original, output, progress, stop);
+        .run(project.recording, project.edit, ExportResolution::original, output, progress, stop);
 }
 
 /// What ffprobe says of the file's sound; null when it has none.
@@ -87,10 +87,10 @@ TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
         return model::TimelineSegment{
             .startFraction = from / 20.0, .endFraction = to / 20.0, .speed = speed};
     };
-    const auto edit = edited(folder / "recording.mov",
-                             {at(0, 2, 1), at(3, 5, 2), at(6, 7, 0.5), at(7, 8, 1), at(9, 13, 4),
-                              at(14, 15, 0.25), at(15, 17, 1), at(18, 20, 1)});
-    exportTo(folder / "out.mp4", edit);
+    const auto project = edited(folder / "recording.mov",
+                                {at(0, 2, 1), at(3, 5, 2), at(6, 7, 0.5), at(7, 8, 1), at(9, 13, 4),
+                                 at(14, 15, 0.25), at(15, 17, 1), at(18, 20, 1)});
+    exportTo(folder / "out.mp4", project);
 
     const auto flashes = flashTimes(folder / "out.mp4");
     const auto beeps = test::beepTimes(test::soundOf(folder / "out.mp4"));
@@ -124,7 +124,7 @@ TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
 TEST(SoundExport, leavesARecordingWithoutSoundSilent) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
-    exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30));
+    exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30));
     EXPECT_TRUE(audioStream(folder / "out.mp4").is_null());
 }
 
@@ -156,13 +156,14 @@ TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
     const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 4);
     damage(folder / "recording.mov", "v:0", 2.0);
-    const auto edit = edited(folder / "recording.mov", {});
-    EXPECT_THROW(exportTo(folder / "out.mp4", edit), model::VantroError);
+    const auto project = edited(folder / "recording.mov", {});
+    EXPECT_THROW(exportTo(folder / "out.mp4", project), model::VantroError);
     EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
 
     VideoExporter exporter(render::makeRenderer(render::RendererChoice::software, nullptr));
     exporter.setToleratesDamage(true);
-    const auto summary = exporter.run(edit, ExportResolution::original, folder / "out.mp4", {}, {});
+    const auto summary = exporter.run(project.recording, project.edit, ExportResolution::original,
+                                      folder / "out.mp4", {}, {});
     EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
     EXPECT_NEAR(summary.duration, 2.0,
                 0.15); // a break takes up to three reordered pictures with it

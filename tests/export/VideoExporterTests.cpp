@@ -25,10 +25,11 @@ std::unique_ptr<render::Renderer> softwareRenderer() {
     return render::makeRenderer(render::RendererChoice::software, nullptr);
 }
 
-ExportSummary exportTo(const std::filesystem::path& output, const EditedRecording& edit,
+ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
                        ExportResolution resolution = ExportResolution::original,
                        const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return VideoExporter(softwareRenderer()).run(edit, resolution, output, progress, stop);
+    return VideoExporter(softwareRenderer())
+        .run(project.recording, project.edit, resolution, output, progress, stop);
 }
 
 test::Rgb colorAt(const std::filesystem::path& movie, double seconds) {
@@ -53,7 +54,7 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
     test::writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
     std::vector<double> reports;
     const auto summary =
-        exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30),
+        exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30),
                  ExportResolution::original, [&](double fraction) { reports.push_back(fraction); });
 
     EXPECT_EQ(summary.frameCount, 60);
@@ -79,12 +80,12 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
 TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 320, 180, 30, 4);
-    auto edit = test::plainEdit(folder / "recording.mov", 30);
+    auto project = test::plainProject(folder / "recording.mov", 30);
     // Second 0 at double speed, second 1 cut, second 2 at half speed, second 3 as it is.
-    edit.segments = {{.startFraction = 0, .endFraction = 0.25, .speed = 2},
-                     {.startFraction = 0.5, .endFraction = 0.75, .speed = 0.5},
-                     {.startFraction = 0.75, .endFraction = 1, .speed = 1}};
-    const auto summary = exportTo(folder / "out.mp4", edit);
+    project.edit.segments = {{{.startFraction = 0, .endFraction = 0.25, .speed = 2},
+                              {.startFraction = 0.5, .endFraction = 0.75, .speed = 0.5},
+                              {.startFraction = 0.75, .endFraction = 1, .speed = 1}}};
+    const auto summary = exportTo(folder / "out.mp4", project);
 
     EXPECT_NEAR(summary.duration, 3.5, 0.01);
     EXPECT_EQ(summary.frameCount, 105);
@@ -100,7 +101,7 @@ TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
 
 TEST(VideoExporter, EncodesEveryCanvasAtTheSizeItsRuleGives) {
     const model::Size video{1000, 562};
-    EditedRecording edit;
+    model::Edit edit;
     const struct {
         ExportResolution resolution;
         model::CanvasAspectRatio aspect;
@@ -128,7 +129,7 @@ TEST(VideoExporter, GivesAnOddCanvasTheEvenSizeBelow) {
     const auto command = "ffmpeg -v error -f lavfi -i color=c=red:s=321x181:r=30:d=0.5 -c:v png '" +
                          (folder / "recording.mov").string() + "'";
     ASSERT_EQ(std::system(command.c_str()), 0);
-    exportTo(folder / "out.mp4", test::plainEdit(folder / "recording.mov", 30));
+    exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30));
     const auto stream = test::probe(folder / "out.mp4")["streams"][0];
     EXPECT_EQ(stream["width"], 320);
     EXPECT_EQ(stream["height"], 180);
@@ -143,14 +144,16 @@ TEST(VideoExporter, EncodesTheSamePictureThatAStillFrameShows) {
             for (int x = 100; x < 160; ++x)
                 bgra.mutableRow(0, y)[x * 4 + 1] = 0;
     });
-    auto edit = test::plainEdit(folder / "recording.mov", 30);
-    edit.backgroundSettings = model::BackgroundSettings{};
-    edit.clickEvents = {
-        {.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1, .zoomLevel = 2}};
-    edit.cursorPositions = {{130, 60, 0}, {130, 60, 2}};
-    exportTo(folder / "out.mp4", edit);
+    model::RecordingMetadata metadata;
+    metadata.cursorPositions = {{130, 60, 0}, {130, 60, 2}};
+    auto project = test::plainProject(folder / "recording.mov", 30, metadata);
+    project.edit.background = {};
+    project.edit.clickEvents = {
+        {{.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1, .zoomLevel = 2}}};
+    exportTo(folder / "out.mp4", project);
 
-    const auto still = composeStillFrame(edit, ExportResolution::original, 1.2, softwareRenderer());
+    const auto still = composeStillFrame(project.recording, project.edit,
+                                         ExportResolution::original, 1.2, softwareRenderer());
     const auto asset = media::Asset::open(folder / "out.mp4");
     media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
     const auto frame = source.frameAt({36, 30});
@@ -169,8 +172,8 @@ TEST(VideoExporter, LeavesNothingBehindWhenCancelled) {
     std::ofstream(target / "out.mp4") << "the earlier file";
     std::stop_source stop;
     const auto summary = exportTo(
-        target / "out.mp4", test::plainEdit(source / "recording.mov", 30), ExportResolution::fourK,
-        [&](double) { stop.request_stop(); }, stop.get_token());
+        target / "out.mp4", test::plainProject(source / "recording.mov", 30),
+        ExportResolution::fourK, [&](double) { stop.request_stop(); }, stop.get_token());
 
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
     EXPECT_EQ(std::filesystem::file_size(target / "out.mp4"), 16U);
@@ -181,7 +184,8 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
     const test::TemporaryFolder folder;
     std::ofstream(folder / "out.mp4") << "the earlier file";
     const auto fails = [&](const std::string& name) {
-        return failureOf([&] { exportTo(folder / "out.mp4", test::plainEdit(folder / name, 30)); });
+        return failureOf(
+            [&] { exportTo(folder / "out.mp4", test::plainProject(folder / name, 30)); });
     };
     EXPECT_THAT(fails("missing.mov"), HasSubstr("missing.mov"));
 
@@ -208,10 +212,10 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
 TEST(StillFrame, AnswersOnlyForTimesOfTheOutput) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
-    const auto edit = test::plainEdit(folder / "recording.mov", 30);
+    const auto project = test::plainProject(folder / "recording.mov", 30);
     const auto colorOf = [&](double time) {
-        const auto still =
-            composeStillFrame(edit, ExportResolution::original, time, softwareRenderer());
+        const auto still = composeStillFrame(project.recording, project.edit,
+                                             ExportResolution::original, time, softwareRenderer());
         return test::meanColor(*still, 160, 90);
     };
     EXPECT_LE(test::distance(colorOf(0), test::colorOfSecond(0)), colorTolerance);

@@ -65,11 +65,12 @@ TEST(ComposedMovie, StandsTheWebcamInItsCornerAndDoesWithoutABrokenOne) {
     test::writeMovie(folder / "recording.mov", 640, 360, 30, 30,
                      [](media::PixelBuffer& bgra, int) { test::fill(bgra, {20, 20, 20}); });
     writeWebcam(folder / "webcam.mov", {0});
-    auto edit = test::plainEdit(folder / "recording.mov", 30);
-    edit.metadata.hasWebcam = true;
-    edit.webcamSize = 0.25; // a square of 160 pixels, 12.8 from the edges
+    model::RecordingMetadata metadata;
+    metadata.hasWebcam = true;
+    auto project = test::plainProject(folder / "recording.mov", 30, metadata);
+    project.edit.webcamSize = 0.25; // a square of 160 pixels, 12.8 from the edges
     const auto still = [&] {
-        return composeStillFrame(edit, ExportResolution::original, 0.5,
+        return composeStillFrame(project.recording, project.edit, ExportResolution::original, 0.5,
                                  render::makeRenderer(render::RendererChoice::software));
     };
     const struct {
@@ -81,7 +82,7 @@ TEST(ComposedMovie, StandsTheWebcamInItsCornerAndDoesWithoutABrokenOne) {
                 {model::WebcamPosition::bottomLeft, 93, 267},
                 {model::WebcamPosition::bottomRight, 547, 267}};
     for (const auto& shown : corners) {
-        edit.webcamPosition = shown.position;
+        project.edit.webcamPosition = shown.position;
         const auto picture = still();
         for (const auto& corner : corners) {
             const bool isThere = corner.position == shown.position;

@@ -14,7 +14,7 @@ namespace vantro::model {
 namespace {
 
 TEST(MetadataJson, IsCompactInTheOrderOfDeclaration) {
-    const auto metadata = sampleProject().metadata;
+    const auto metadata = sampleMetadata();
     const auto* expected =
         R"({"startTime":0.25,"endTime":12.5,)"
         R"("captureRect":{"x":-1920,"y":10,"width":1280,"height":720},)"
@@ -77,13 +77,13 @@ TEST(MetadataJson, OpensRecordsFromBeforeZoomParametersAndTracksExisted) {
 }
 
 TEST(MetadataJson, TakesTheLastOfARepeatedKey) {
-    auto text = encodeMetadata(sampleProject().metadata);
+    auto text = encodeMetadata(sampleMetadata());
     text.insert(1, R"("endTime":"early",)");
     EXPECT_EQ(decodeMetadata(text).endTime, 12.5);
 }
 
 TEST(MetadataJson, RefusesToWriteNumbersThatJsonDoesNotHave) {
-    auto metadata = sampleProject().metadata;
+    auto metadata = sampleMetadata();
     metadata.clickEvents.push_back(ClickEvent{});
     metadata.clickEvents[1].y = std::numeric_limits<double>::infinity();
     try {
@@ -101,9 +101,9 @@ TEST(MetadataJson, ReadsALongRecordingAndDeepNestingWithoutTrouble) {
     EXPECT_EQ(decodeMetadata(encodeMetadata(metadata)), metadata);
     const std::string deep(1'000'000, '[');
     EXPECT_THROW(decodeMetadata(deep), DecodingError);
-    auto text = encodeMetadata(sampleProject().metadata);
+    auto text = encodeMetadata(sampleMetadata());
     text.insert(1, "\"unknown\":" + deep + std::string(deep.size(), ']') + ",");
-    EXPECT_EQ(decodeMetadata(text), sampleProject().metadata);
+    EXPECT_EQ(decodeMetadata(text), sampleMetadata());
 }
 
 /// Whether the keys of every object in the text come in ascending order.
@@ -118,7 +118,7 @@ TEST(ProjectJson, IsPrettySortedAndStable) {
     EXPECT_TRUE(text.starts_with("{\n  \"backgroundSettings\": {\n    \"cornerRadius\": 16,\n"));
     EXPECT_TRUE(text.ends_with("  \"webcamPosition\": \"topLeft\",\n  \"webcamSize\": 0.3\n}"));
     EXPECT_TRUE(hasSortedKeys(text));
-    const auto decoded = decodeProject(text);
+    const auto decoded = decodeProject(text, "/p.vantro/recording.mov");
     EXPECT_EQ(decoded, project);
     EXPECT_EQ(encodeProject(decoded), text);
 }
@@ -130,12 +130,12 @@ TEST(ProjectJson, StoresBackgroundsUnderTheirDiscriminator) {
     };
     EXPECT_EQ(type(), R"({"color":{"blue":0.3,"green":0.2,"red":0.1},"type":"color"})");
 
-    project.backgroundSettings.type = BackgroundImageSource::custom("/home/me/my \"lake\".jpg");
+    project.edit.background.type = BackgroundImageSource::custom("/home/me/my \"lake\".jpg");
     EXPECT_EQ(type(), R"({"image":{"customFilename":"my \"lake\".jpg","isBuiltIn":false},)"
                       R"("type":"image"})");
-    const auto decoded = decodeProject(encodeProject(project));
-    EXPECT_EQ(std::get<BackgroundImageSource>(decoded.backgroundSettings.type),
-              BackgroundImageSource::custom("my \"lake\".jpg"));
+    const auto decoded = decodeProject(encodeProject(project), "/p.vantro/recording.mov");
+    EXPECT_EQ(std::get<BackgroundImageSource>(decoded.edit.background.type),
+              BackgroundImageSource::custom("/p.vantro/my \"lake\".jpg"));
 }
 
 TEST(ProjectJson, CompletesBuiltInBackgroundsFromTheCatalogue) {
@@ -144,14 +144,14 @@ TEST(ProjectJson, CompletesBuiltInBackgroundsFromTheCatalogue) {
     folder.write("Backgrounds/Thumbnails/builtin-11-mirelune.jpeg", "");
     const BackgroundCatalog catalog(folder.path());
     auto project = sampleProject();
-    project.backgroundSettings.type = catalog.builtInBackgrounds().at(0);
+    project.edit.background.type = catalog.builtInBackgrounds().at(0);
     auto text = encodeProject(project);
-    EXPECT_EQ(decodeProject(text, catalog), project);
+    EXPECT_EQ(decodeProject(text, "/p.vantro/recording.mov", catalog), project);
 
     const std::string name = "builtin-11-mirelune";
     text.replace(text.find(name), name.size(), "builtin-27");
     try {
-        decodeProject(text, catalog);
+        decodeProject(text, "/p.vantro/recording.mov", catalog);
         FAIL();
     } catch (const DecodingError& error) {
         EXPECT_STREQ(error.what(), "Unknown built-in background: builtin-27");
@@ -161,10 +161,11 @@ TEST(ProjectJson, CompletesBuiltInBackgroundsFromTheCatalogue) {
 
 TEST(ProjectJson, WritesValidTextWhateverTheNameHolds) {
     auto project = sampleProject();
-    project.recordingName = "Ünïcode \"quoted\" \\ \n\x01 😀";
-    EXPECT_EQ(decodeProject(encodeProject(project)).recordingName, project.recordingName);
-    project.recordingName = "broken \xFF\xC3";
-    EXPECT_EQ(decodeProject(encodeProject(project)).recordingName, "broken \uFFFD\uFFFD");
+    project.name = "Ünïcode \"quoted\" \\ \n\x01 😀";
+    EXPECT_EQ(decodeProject(encodeProject(project), "/p.vantro/recording.mov").name, project.name);
+    project.name = "broken \xFF\xC3";
+    EXPECT_EQ(decodeProject(encodeProject(project), "/p.vantro/recording.mov").name,
+              "broken \uFFFD\uFFFD");
 }
 
 } // namespace

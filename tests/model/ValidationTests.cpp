@@ -17,21 +17,31 @@ using testing::SizeIs;
 constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
 constexpr auto infinity = std::numeric_limits<double>::infinity();
 
-std::vector<std::string> problemsAfter(const std::function<void(ProjectData&)>& change) {
-    auto project = sampleProject();
-    change(project);
-    return validationProblems(project);
+/// The parts of a project, open to changes.
+struct Parts {
+    RecordingMetadata metadata = sampleMetadata();
+    Edit edit = sampleEdit();
+    std::vector<TimelineSegment> segments = edit.segments;
+    std::vector<ClickEvent> clicks = edit.clickEvents;
+};
+
+std::vector<std::string> problemsAfter(const std::function<void(Parts&)>& change) {
+    Parts parts;
+    change(parts);
+    parts.edit.segments = parts.segments;
+    parts.edit.clickEvents = parts.clicks;
+    return validationProblems(Project{"", Recording("", parts.metadata), parts.edit});
 }
 
 TEST(Validation, FindsNothingWrongWithSoundProjects) {
     EXPECT_THAT(validationProblems(sampleProject()), IsEmpty());
-    EXPECT_THAT(validationProblems(sampleProject().metadata), IsEmpty());
-    EXPECT_THAT(validationProblems(ProjectData{}), IsEmpty());
+    EXPECT_THAT(validationProblems(sampleMetadata()), IsEmpty());
+    EXPECT_THAT(validationProblems(Project{"", Recording("", RecordingMetadata{}), {}}), IsEmpty());
     // Bounds that meet, a cursor of size nothing, positions outside the recording.
-    EXPECT_THAT(problemsAfter([](ProjectData& project) {
+    EXPECT_THAT(problemsAfter([](Parts& project) {
                     project.segments[0].endFraction = project.segments[1].startFraction;
-                    project.cursorScale = 0;
-                    project.backgroundSettings.padding = 0;
+                    project.edit.cursorScale = 0;
+                    project.edit.background.padding = 0;
                     project.metadata.cursorPositions[0].x = -5000;
                 }),
                 IsEmpty());
@@ -39,7 +49,7 @@ TEST(Validation, FindsNothingWrongWithSoundProjects) {
 
 TEST(Validation, NamesWhatIsWrongWithSegments) {
     const auto first = [](auto change) {
-        return problemsAfter([&](ProjectData& project) { change(project.segments[0]); });
+        return problemsAfter([&](Parts& project) { change(project.segments[0]); });
     };
     EXPECT_THAT(first([](auto& segment) { segment.speed = 0; }),
                 ElementsAre("segments[0].speed: must be greater than 0, is 0"));
@@ -60,12 +70,12 @@ TEST(Validation, NamesWhatIsWrongWithSegments) {
         first([](auto& segment) { segment.endFraction = 0.7; }),
         ElementsAre(
             "segments[1].startFraction: must not lie before the end of the segment before it"));
-    EXPECT_THAT(problemsAfter([](ProjectData& project) { project.segments.clear(); }),
+    EXPECT_THAT(problemsAfter([](Parts& project) { project.segments.clear(); }),
                 ElementsAre("segments: nothing is left of the recording"));
 }
 
 TEST(Validation, NamesWhatIsWrongElsewhere) {
-    const auto expect = [](const std::function<void(ProjectData&)>& change, const char* path) {
+    const auto expect = [](const std::function<void(Parts&)>& change, const char* path) {
         const auto problems = problemsAfter(change);
         ASSERT_THAT(problems, SizeIs(1)) << path;
         EXPECT_THAT(problems[0], testing::StartsWith(std::string(path) + ": must"));
@@ -85,25 +95,23 @@ TEST(Validation, NamesWhatIsWrongElsewhere) {
     expect([](auto& p) { p.metadata.cursorPositions[1].timestamp = infinity; },
            "metadata.cursorPositions[1].timestamp");
     expect([](auto& p) { p.metadata.clickEvents[0].x = nan; }, "metadata.clickEvents[0].x");
-    expect([](auto& p) { p.editableClickEvents[0].zoomLevel = 0; },
-           "editableClickEvents[0].zoomLevel");
-    expect([](auto& p) { p.editableClickEvents[0].endOffset = -infinity; },
-           "editableClickEvents[0].endOffset");
-    expect([](auto& p) { p.backgroundSettings.padding = 0.5; }, "backgroundSettings.padding");
-    expect([](auto& p) { p.backgroundSettings.cornerRadius = nan; },
+    expect([](auto& p) { p.clicks[0].zoomLevel = 0; }, "editableClickEvents[0].zoomLevel");
+    expect([](auto& p) { p.clicks[0].endOffset = -infinity; }, "editableClickEvents[0].endOffset");
+    expect([](auto& p) { p.edit.background.padding = 0.5; }, "backgroundSettings.padding");
+    expect([](auto& p) { p.edit.background.cornerRadius = nan; },
            "backgroundSettings.cornerRadius");
-    expect([](auto& p) { p.backgroundSettings.type = BackgroundColor{0, 2, 0}; },
+    expect([](auto& p) { p.edit.background.type = BackgroundColor{0, 2, 0}; },
            "backgroundSettings.type.color.green");
-    expect([](auto& p) { p.cursorScale = -1; }, "cursorScale");
-    expect([](auto& p) { p.webcamSize = 1.5; }, "webcamSize");
+    expect([](auto& p) { p.edit.cursorScale = -1; }, "cursorScale");
+    expect([](auto& p) { p.edit.webcamSize = 1.5; }, "webcamSize");
     EXPECT_THAT(problemsAfter([](auto& p) {
-                    p.backgroundSettings.type = BackgroundImageSource::custom("folder/");
+                    p.edit.background.type = BackgroundImageSource::custom("folder/");
                 }),
                 ElementsAre("backgroundSettings.type.image.customFilename: names no file"));
 }
 
 TEST(Validation, StopsAtTheLimitHoweverMuchIsWrong) {
-    auto metadata = sampleProject().metadata;
+    auto metadata = sampleMetadata();
     metadata.clickEvents.assign(500'000, ClickEvent{.id = {}, .x = nan});
     EXPECT_THAT(validationProblems(metadata, 3),
                 ElementsAre("clickEvents[0].x: must be from -1000000000 to 1000000000, is nan",

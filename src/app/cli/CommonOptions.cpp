@@ -29,17 +29,15 @@ namespace fs = std::filesystem;
 
 } // namespace
 
-LoadedProject loadProject(const fs::path& packageURL) {
-    auto project = files::readProjectFile(packageURL);
+model::Project loadProject(const fs::path& packagePath) {
+    auto project = files::readProjectFile(packagePath);
     if (const auto problems = model::validationProblems(project, 1); !problems.empty())
-        failOpen(fmt::format("{}: {}", (packageURL / files::package::projectFile).string(),
+        failOpen(fmt::format("{}: {}", (packagePath / files::package::projectFile).string(),
                              problems.front()));
-    const auto movie = packageURL / files::package::recordingFile;
     std::error_code error;
-    if (!fs::exists(movie, error))
+    if (const auto& movie = project.recording.movie(); !fs::exists(movie, error))
         failOpen(fmt::format("{}: no such file", movie.string()));
-    auto recording = exporting::editedRecording(project, movie);
-    return {std::move(project), std::move(recording)};
+    return project;
 }
 
 void addProjectArgument(CLI::App& command, fs::path& target) {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "app/cli/CommandLine.h"
-#include "export/ComposedMovie.h"
-#include "model/ProjectData.h"
+#include "export/ExportResolution.h"
+#include "model/Project.h"
+#include "render/scene/Renderer.h"
 
 #include <filesystem>
 #include <functional>
@@ -14,15 +15,9 @@
 
 namespace vantro::app::cli {
 
-/// A project named on the command line, read and found sound.
-struct LoadedProject {
-    model::ProjectData data;
-    exporting::EditedRecording recording;
-};
-
-/// Reads the package and checks every value that work depends on. Throws VantroError
-/// projectOpenFailed.
-LoadedProject loadProject(const std::filesystem::path& packageURL);
+/// Reads the package of a project that work is about to begin with; its movie is there. Throws
+/// VantroError projectOpenFailed.
+model::Project loadProject(const std::filesystem::path& packagePath);
 
 /// The positional argument PROJECT.vantro.
 void addProjectArgument(CLI::App& command, std::filesystem::path& target);

@@ -64,7 +64,7 @@ class ProgressDisplay {
     bool m_json;
 };
 
-ordered_json finishedEvent(const ExportJob& job, const exporting::ExportSummary& summary,
+ordered_json finishedEvent(const ProjectExport& job, const exporting::ExportSummary& summary,
                            std::uintmax_t bytes, const ProgressDisplay& display) {
     ordered_json event{
         {"event", "finished"},      {"output", job.output.string()}, {"width", summary.width},
@@ -75,7 +75,7 @@ ordered_json finishedEvent(const ExportJob& job, const exporting::ExportSummary&
     return event;
 }
 
-void printSummary(const ExportOptions& options, const ExportJob& job,
+void printSummary(const ExportOptions& options, const ProjectExport& job,
                   const exporting::ExportSummary& summary, const ProgressDisplay& display) {
     const auto bytes = fs::file_size(job.output);
     if (!summary.damage.empty())
@@ -89,30 +89,33 @@ void printSummary(const ExportOptions& options, const ExportJob& job,
                    display.speed(1));
 }
 
-/// The recording with what the options change of it.
-exporting::EditedRecording requestedRecording(const ExportOptions& options,
-                                              const fs::path& project) {
-    auto recording = loadProject(project).recording;
-    if (options.frameRate)
-        recording.metadata.frameRate = *options.frameRate;
+/// The project with what the options change of it.
+model::Project requestedProject(const ExportOptions& options, const fs::path& packagePath) {
+    auto project = loadProject(packagePath);
+    if (options.frameRate) {
+        auto metadata = project.recording.metadata();
+        metadata.frameRate = *options.frameRate;
+        project.recording = {project.recording.movie(), std::move(metadata)};
+    }
     if (options.range) {
-        const auto timeMap = exporting::openRecording(recording).timeMap;
-        recording.segments = exporting::segmentsWithin(recording.segments, timeMap.sourceDuration(),
-                                                       options.range->start, options.range->end);
-        if (recording.segments.empty())
+        auto& segments = project.edit.segments;
+        const auto timeMap = exporting::openRecording(project.recording, project.edit).timeMap;
+        segments = exporting::segmentsWithin(segments, timeMap.sourceDuration(),
+                                             options.range->start, options.range->end);
+        if (segments.empty())
             throw model::VantroError(
                 model::VantroError::Kind::exportFailed,
                 fmt::format("The range begins at {:.2f} s, but {} lasts {:.2f} s",
-                            options.range->start, project.string(), timeMap.totalDuration()));
+                            options.range->start, packagePath.string(), timeMap.totalDuration()));
     }
-    return recording;
+    return project;
 }
 
-int exportOne(const ExportOptions& options, const ExportJob& job,
+int exportOne(const ExportOptions& options, const ProjectExport& job,
               const std::stop_token& interrupted) {
     requireWritableOutput(job.output, options.force);
-    const auto recording = requestedRecording(options, job.project);
-    const auto duration = exporting::openRecording(recording).timeMap.totalDuration();
+    const auto [name, recording, edit] = requestedProject(options, job.project);
+    const auto duration = exporting::openRecording(recording, edit).timeMap.totalDuration();
 
     auto renderer = makeRequestedRenderer(options.renderer);
     ProgressDisplay display(duration, options.json);
@@ -122,12 +125,13 @@ int exportOne(const ExportOptions& options, const ExportJob& job,
         exporting::GIFExporter exporter(std::move(renderer));
         exporter.setFrameRate(options.frameRate.value_or(exporting::GIFExporter::usualFrameRate));
         exporter.setToleratesDamage(options.toleratesDamage);
-        summary = exporter.run(recording, job.output, report, interrupted);
+        summary = exporter.run(recording, edit, job.output, report, interrupted);
     } else {
         exporting::VideoExporter exporter(std::move(renderer));
         exporter.setToleratesDamage(options.toleratesDamage);
         exporter.setEncoder(options.encoder);
-        summary = exporter.run(recording, options.resolution, job.output, report, interrupted);
+        summary =
+            exporter.run(recording, edit, options.resolution, job.output, report, interrupted);
     }
     display.clear();
     if (summary.outcome == exporting::ExportOutcome::cancelled) {
@@ -139,7 +143,7 @@ int exportOne(const ExportOptions& options, const ExportJob& job,
     return exitSuccess;
 }
 
-void reportFailure(const ExportOptions& options, const ExportJob& job,
+void reportFailure(const ExportOptions& options, const ProjectExport& job,
                    const std::exception& error) {
     fmt::print(stderr, "vantro: {}: {}\n", job.project.string(), error.what());
     if (options.json)
@@ -148,7 +152,7 @@ void reportFailure(const ExportOptions& options, const ExportJob& job,
 }
 
 /// Exports all that can be exported; one that fails does not keep the others from it.
-int exportAll(const ExportOptions& options, const std::vector<ExportJob>& jobs,
+int exportAll(const ExportOptions& options, const std::vector<ProjectExport>& jobs,
               const std::stop_token& interrupted) {
     std::error_code ignored; // each project tells where it cannot go
     fs::create_directory(options.output, ignored);

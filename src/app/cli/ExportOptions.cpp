@@ -44,7 +44,7 @@ void checkName(const ExportOptions& options) {
         throw CLI::ValidationError("--output", problem);
 }
 
-void checkNamesDiffer(const std::vector<ExportJob>& jobs) {
+void checkNamesDiffer(const std::vector<ProjectExport>& jobs) {
     std::set<fs::path> outputs;
     for (const auto& job : jobs) {
         if (!outputs.insert(job.output).second)
@@ -72,11 +72,11 @@ void addEncoderOption(CLI::App& command, media::VideoEncoderChoice& target) {
 
 } // namespace
 
-std::vector<ExportJob> jobsOf(const ExportOptions& options) {
+std::vector<ProjectExport> jobsOf(const ExportOptions& options) {
     if (options.projects.size() == 1)
         return {{options.projects.front(), options.output}};
     const auto extension = options.format == "gif" ? ".gif" : ".mp4";
-    std::vector<ExportJob> jobs;
+    std::vector<ProjectExport> jobs;
     for (const auto& project : options.projects) {
         const auto name = project.has_filename() ? project : project.parent_path();
         jobs.push_back({project, options.output / name.stem().concat(extension)});

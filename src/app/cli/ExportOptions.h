@@ -35,14 +35,14 @@ struct ExportOptions {
 };
 
 /// One project on its way to one file.
-struct ExportJob {
+struct ProjectExport {
     std::filesystem::path project;
     std::filesystem::path output;
     bool isGif() const { return output.extension() == ".gif"; }
 };
 
 /// Of several projects, PROJECT.vantro becomes PROJECT.mp4, or PROJECT.gif, in the output folder.
-std::vector<ExportJob> jobsOf(const ExportOptions& options);
+std::vector<ProjectExport> jobsOf(const ExportOptions& options);
 
 /// Adds the arguments, which fill `options` while the command line is read.
 void addExportOptions(CLI::App& command, ExportOptions& options);

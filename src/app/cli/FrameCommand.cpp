@@ -21,8 +21,8 @@ int runFrame(const Options& options) {
     requireWritableOutput(options.output, options.force);
     const auto project = loadProject(options.project);
     const auto pixels =
-        exporting::composeStillFrame(project.recording, options.resolution, options.time,
-                                     makeRequestedRenderer(options.renderer));
+        exporting::composeStillFrame(project.recording, project.edit, options.resolution,
+                                     options.time, makeRequestedRenderer(options.renderer));
     render::writePng(options.output, *pixels);
     return exitSuccess;
 }

@@ -118,7 +118,8 @@ void printText(const exporting::Inspection& found, const RendererReport& rendere
 
 int runInspect(const Options& options) {
     const auto project = loadProject(options.project);
-    const auto found = exporting::inspect(project.recording, options.keyframesPerSecond);
+    const auto found =
+        exporting::inspect(project.recording, project.edit, options.keyframesPerSecond);
     const bool withKeyframes = options.keyframesPerSecond > 0;
     if (options.json)
         printJson(found, rendererInUse(), withKeyframes);

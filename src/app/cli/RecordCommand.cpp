@@ -5,7 +5,7 @@
 #include "app/cli/RecordingSelection.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
-#include "app/files/FinishedRecording.h"
+#include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "base/HostClock.h"
@@ -90,11 +90,10 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
     return false;
 }
 
-void printSummary(const Options& options, const files::FinishedRecording& finished,
+void printSummary(const Options& options, const model::RecordingMetadata& metadata,
                   const capture::RecordingStatistics& statistics, RecordingEnd end,
                   double processorShare) {
     const auto bytes = std::filesystem::file_size(options.output / files::package::recordingFile);
-    const auto& metadata = finished.metadata;
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},
                                             {"duration", metadata.endTime},
@@ -156,16 +155,18 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     if (!std::filesystem::exists(movie))
         throw model::VantroError(model::VantroError::Kind::noRecordingData);
 
-    const auto finished = files::finishRecording(movie, std::move(metadata));
+    const auto recording = files::finishRecording(movie, std::move(metadata));
     try {
-        files::saveNewProject(options.output, movie, files::freshProject(finished, name),
-                              options.force);
+        files::saveNewProject(
+            options.output,
+            {.name = name, .recording = recording, .edit = model::freshEdit(recording.metadata())},
+            options.force);
     } catch (const model::VantroError& error) {
         throw model::VantroError(error.kind(), fmt::format("{} (the recording is kept in {})",
                                                            error.message(), folder.path.string()));
     }
     folder.isSaved = true;
-    printSummary(options, finished, statistics, end, processorShare);
+    printSummary(options, recording.metadata(), statistics, end, processorShare);
     if (statistics.condition == capture::RecordingCondition::streamStopped)
         fmt::print(stderr, "vantro: {}; the recording holds what it showed until then\n",
                    statistics.streamError);

@@ -60,11 +60,13 @@ int runRecover(const Options& options) {
     if (!fs::is_regular_file(movie))
         throw model::VantroError(model::VantroError::Kind::projectOpenFailed,
                                  fmt::format("{} holds no recording", options.folder.string()));
-    const auto finished = files::recoverRecording(movie);
-    files::saveNewProject(options.output, movie,
-                          files::freshProject(finished, options.output.stem().string()),
+    const auto recording = files::recoverRecording(movie);
+    const auto& metadata = recording.metadata();
+    files::saveNewProject(options.output,
+                          {.name = options.output.stem().string(),
+                           .recording = recording,
+                           .edit = model::freshEdit(metadata)},
                           options.force);
-    const auto& metadata = finished.metadata;
     const auto bytes = fs::file_size(options.output / files::package::recordingFile);
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},

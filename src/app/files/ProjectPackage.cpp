@@ -44,13 +44,13 @@ std::string readWholeFile(const fs::path& path) {
     return std::move(content).str();
 }
 
-void requirePackageFolder(const fs::path& packageURL) {
+void requirePackageFolder(const fs::path& packagePath) {
     std::error_code error;
-    const auto status = fs::status(packageURL, error);
+    const auto status = fs::status(packagePath, error);
     if (!fs::exists(status))
-        failOpen(fmt::format("{}: no such project", packageURL.string()));
+        failOpen(fmt::format("{}: no such project", packagePath.string()));
     if (!fs::is_directory(status))
-        failOpen(fmt::format("{}: not a project folder", packageURL.string()));
+        failOpen(fmt::format("{}: not a project folder", packagePath.string()));
 }
 
 bool isPackage(const fs::path& folder) {
@@ -58,21 +58,21 @@ bool isPackage(const fs::path& folder) {
     return fs::is_directory(folder, error) && fs::exists(folder / package::projectFile, error);
 }
 
-/// Puts the whole folder `fresh` in the place of `packageURL`, in one step where the file system
+/// Puts the whole folder `fresh` in the place of `packagePath`, in one step where the file system
 /// can swap two names.
-void moveIntoPlace(const fs::path& fresh, const fs::path& packageURL, bool replace) {
-    const auto flags = replace && fs::exists(packageURL) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
-    if (::renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, packageURL.c_str(), flags) == 0) {
+void moveIntoPlace(const fs::path& fresh, const fs::path& packagePath, bool replace) {
+    const auto flags = replace && fs::exists(packagePath) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
+    if (::renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, packagePath.c_str(), flags) == 0) {
         if (flags == RENAME_EXCHANGE)
             fs::remove_all(fresh); // now the earlier package
         return;
     }
     if (errno != EINVAL && errno != ENOSYS)
-        throw fs::filesystem_error("cannot save", packageURL,
+        throw fs::filesystem_error("cannot save", packagePath,
                                    std::error_code(errno, std::generic_category()));
     if (flags == RENAME_EXCHANGE)
-        fs::remove_all(packageURL);
-    fs::rename(fresh, packageURL);
+        fs::remove_all(packagePath);
+    fs::rename(fresh, packagePath);
 }
 
 /// A folder that is removed with what it holds unless it has been moved away.
@@ -91,38 +91,24 @@ struct TemporaryFolder {
 
 } // namespace
 
-void writeProjectFile(const fs::path& packageURL, const model::ProjectData& project) try {
-    base::writeWholeFile(packageURL / package::projectFile, model::encodeProject(project));
-} catch (const fs::filesystem_error& error) {
-    failSave(error.what());
-} catch (const model::EncodingError& error) {
-    failSave(error.what());
-}
-
-model::ProjectData readProjectFile(const fs::path& packageURL) {
-    requirePackageFolder(packageURL);
-    const auto path = packageURL / package::projectFile;
+model::Project readProjectFile(const fs::path& packagePath) {
+    requirePackageFolder(packagePath);
+    const auto path = packagePath / package::projectFile;
     try {
-        auto project = model::decodeProject(readWholeFile(path));
-        if (auto* image =
-                std::get_if<model::BackgroundImageSource>(&project.backgroundSettings.type);
-            image != nullptr && !image->isBuiltIn)
-            image->url = packageURL / image->url.filename();
-        return project;
+        return model::decodeProject(readWholeFile(path), packagePath / package::recordingFile);
     } catch (const model::DecodingError& error) {
         failOpen(fmt::format("{}: {}", path.string(), error.what()));
     }
 }
 
-void saveProject(const fs::path& packageURL, const fs::path& recordingURL,
-                 const model::ProjectData& project) try {
-    fs::create_directories(packageURL);
-    linkOrCopy(recordingURL, packageURL / package::recordingFile);
-    if (project.metadata.hasWebcam)
-        linkOrCopy(recordingURL.parent_path() / package::webcamFile,
-                   packageURL / package::webcamFile);
-    if (const auto* image = customBackground(project.backgroundSettings)) {
-        const auto target = packageURL / image->url.filename();
+model::Project saveProject(const fs::path& packagePath, model::Project project) try {
+    const auto& recording = project.recording;
+    fs::create_directories(packagePath);
+    linkOrCopy(recording.movie(), packagePath / package::recordingFile);
+    if (recording.metadata().hasWebcam)
+        linkOrCopy(recording.webcamMovie(), packagePath / package::webcamFile);
+    if (const auto* image = customBackground(project.edit.background)) {
+        const auto target = packagePath / image->url.filename();
         std::error_code ignored;
         if (!fs::equivalent(image->url, target, ignored)) {
             base::OutputFile copy(target);
@@ -130,39 +116,42 @@ void saveProject(const fs::path& packageURL, const fs::path& recordingURL,
             copy.commit();
         }
     }
-    writeProjectFile(packageURL, project);
+    base::writeWholeFile(packagePath / package::projectFile, model::encodeProject(project));
+    project.recording = recording.movedTo(packagePath / package::recordingFile);
+    return project;
 } catch (const fs::filesystem_error& error) {
+    failSave(error.what());
+} catch (const model::EncodingError& error) {
     failSave(error.what());
 }
 
-std::string newPackageProblem(const fs::path& packageURL, bool replace) {
+std::string newPackageProblem(const fs::path& packagePath, bool replace) {
     std::error_code error;
-    const auto parent = fs::absolute(packageURL).parent_path();
-    if (packageURL.extension() != package::extension)
-        return fmt::format("{}: a project's name ends in {}", packageURL.string(),
+    const auto parent = fs::absolute(packagePath).parent_path();
+    if (packagePath.extension() != package::extension)
+        return fmt::format("{}: a project's name ends in {}", packagePath.string(),
                            package::extension);
     if (!fs::is_directory(parent, error))
         return fmt::format("{}: no such folder", parent.string());
     if (::faccessat(AT_FDCWD, parent.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return fmt::format("{}: {}", parent.string(), std::generic_category().message(errno));
-    if (!fs::exists(fs::symlink_status(packageURL, error)))
+    if (!fs::exists(fs::symlink_status(packagePath, error)))
         return {};
     if (!replace)
-        return fmt::format("{} exists; use --force to replace it", packageURL.string());
-    if (!isPackage(packageURL))
+        return fmt::format("{} exists; use --force to replace it", packagePath.string());
+    if (!isPackage(packagePath))
         return fmt::format("{} exists and is not a project; it is left as it is",
-                           packageURL.string());
+                           packagePath.string());
     return {};
 }
 
-void saveNewProject(const fs::path& packageURL, const fs::path& recordingURL,
-                    const model::ProjectData& project, bool replace) try {
-    if (const auto problem = newPackageProblem(packageURL, replace); !problem.empty())
+void saveNewProject(const fs::path& packagePath, const model::Project& project, bool replace) try {
+    if (const auto problem = newPackageProblem(packagePath, replace); !problem.empty())
         failSave(problem);
-    const auto target = fs::absolute(packageURL);
+    const auto target = fs::absolute(packagePath);
     const TemporaryFolder fresh(target.parent_path() / ("." + target.filename().string() + "." +
                                                         model::Uuid::random().toString()));
-    saveProject(fresh.path, recordingURL, project);
+    saveProject(fresh.path, project);
     moveIntoPlace(fresh.path, target, replace);
 } catch (const fs::filesystem_error& error) {
     failSave(error.what());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/ProjectData.h"
+#include "model/Project.h"
 
 #include <filesystem>
 
@@ -18,28 +18,23 @@ inline constexpr auto metadataFile = "metadata.json";
 
 } // namespace package
 
-/// Writes "project.json" into an existing package folder. Throws VantroError projectSaveFailed.
-void writeProjectFile(const std::filesystem::path& packageURL, const model::ProjectData& project);
+/// Reads and decodes "project.json"; the project's files are those inside the package. Throws
+/// VantroError projectOpenFailed, which tells the key that is wrong.
+model::Project readProjectFile(const std::filesystem::path& packagePath);
 
-/// Reads and decodes "project.json"; a custom background is re-pointed to the copy inside the
-/// package. Throws VantroError projectOpenFailed, which tells the key that is wrong.
-model::ProjectData readProjectFile(const std::filesystem::path& packageURL);
-
-/// Fills the package folder at `packageURL` (made with the folders above it): the recording's files
-/// linked or copied from beside `recordingURL`, the custom background copied, "project.json"
-/// written last. Each file is replaced whole; a failure leaves what was done before it. Throws
-/// VantroError projectSaveFailed.
-void saveProject(const std::filesystem::path& packageURL, const std::filesystem::path& recordingURL,
-                 const model::ProjectData& project);
+/// Fills the package folder at `packagePath` (made with the folders above it): the recording's
+/// files linked or copied, the custom background copied, "project.json" written last. Each file is
+/// replaced whole; a failure leaves what was done before it. Returns the project with its recording
+/// in the package. Throws VantroError projectSaveFailed.
+model::Project saveProject(const std::filesystem::path& packagePath, model::Project project);
 
 /// saveProject for a package that must appear whole: it is filled under a temporary name beside
-/// `packageURL` and then takes its place, replacing an earlier package if `replace`. An existing
+/// `packagePath` and then takes its place, replacing an earlier package if `replace`. An existing
 /// folder that is no package is never replaced.
-void saveNewProject(const std::filesystem::path& packageURL,
-                    const std::filesystem::path& recordingURL, const model::ProjectData& project,
+void saveNewProject(const std::filesystem::path& packagePath, const model::Project& project,
                     bool replace);
 
-/// Why `packageURL` cannot become a new package, before any work is done; empty when it can.
-std::string newPackageProblem(const std::filesystem::path& packageURL, bool replace);
+/// Why `packagePath` cannot become a new package, before any work is done; empty when it can.
+std::string newPackageProblem(const std::filesystem::path& packagePath, bool replace);
 
 } // namespace vantro::app::files

@@ -1,5 +1,6 @@
 #include "app/files/RecordingRecovery.h"
 
+#include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "base/Log.h"
@@ -55,25 +56,25 @@ media::MediaTime mediaTime(double seconds) {
 
 } // namespace
 
-FinishedRecording recoverRecording(const fs::path& recordingURL) try {
-    if (!fs::is_regular_file(recordingURL))
+model::Recording recoverRecording(const fs::path& movie) try {
+    if (!fs::is_regular_file(movie))
         throw model::VantroError(model::VantroError::Kind::noRecordingData);
-    auto metadata = writtenMetadata(recordingURL.parent_path() / package::metadataFile);
+    auto metadata = writtenMetadata(movie.parent_path() / package::metadataFile);
     if (!metadata)
-        metadata = journalledMetadata(recordingURL);
-    if (media::movieCondition(recordingURL) != media::MovieCondition::whole)
-        media::recoverMovie(recordingURL,
+        metadata = journalledMetadata(movie);
+    if (media::movieCondition(movie) != media::MovieCondition::whole)
+        media::recoverMovie(movie,
                             metadata ? std::optional(mediaTime(metadata->endTime)) : std::nullopt);
-    const auto asset = media::Asset::open(recordingURL);
-    return finishRecording(recordingURL, metadata ? std::move(*metadata) : metadataOf(asset));
+    const auto asset = media::Asset::open(movie);
+    return finishRecording(movie, metadata ? std::move(*metadata) : metadataOf(asset));
 } catch (const media::MediaError& error) {
     throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
 } catch (const fs::filesystem_error& error) {
     throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
 }
 
-bool isBeingRecorded(const fs::path& recordingURL) {
-    return media::movieCondition(recordingURL) == media::MovieCondition::beingWritten;
+bool isBeingRecorded(const fs::path& movie) {
+    return media::movieCondition(movie) == media::MovieCondition::beingWritten;
 }
 
 std::vector<fs::path> interruptedRecordings() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/files/FinishedRecording.h"
+#include "model/Recording.h"
 
 #include <filesystem>
 #include <vector>
@@ -12,10 +12,10 @@ namespace vantro::app::files {
 /// recording that is whole is only read. May be tried again after a failure. Throws VantroError
 /// noRecordingData or assetWriterFailed, the latter also while the recording is still under way.
 /// Any thread; blocks.
-FinishedRecording recoverRecording(const std::filesystem::path& recordingURL);
+model::Recording recoverRecording(const std::filesystem::path& movie);
 
 /// Whether the movie's recording is under way, in whatever process.
-bool isBeingRecorded(const std::filesystem::path& recordingURL);
+bool isBeingRecorded(const std::filesystem::path& movie);
 
 /// The movies of all recordings that a killed program left behind where recordings are made, the
 /// oldest first. Any thread.

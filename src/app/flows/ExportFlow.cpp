@@ -22,11 +22,11 @@ ExportFlow::~ExportFlow() {
 void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolution resolution) {
     if (m_asking || m_running)
         return;
-    const auto project = m_state.projectData();
-    const auto& recordingURL = m_state.recordingURL();
-    if (!project || !recordingURL)
+    const auto& recording = m_state.document().recording();
+    if (!recording)
         return m_state.setError({}, model::VantroError::Kind::noRecordingData);
-    ExportJob job{.recording = exporting::editedRecording(*project, *recordingURL),
+    ExportJob job{.recording = *recording,
+                  .edit = m_state.document().edit(),
                   .format = format,
                   .resolution = resolution,
                   .output = {}};

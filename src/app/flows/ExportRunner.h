@@ -1,6 +1,8 @@
 #pragma once
 
-#include "export/ComposedMovie.h"
+#include "export/ExportResolution.h"
+#include "model/Edit.h"
+#include "model/Recording.h"
 
 #include <array>
 #include <filesystem>
@@ -15,7 +17,8 @@ inline constexpr std::array allExportFormats{ExportFormat::mp4, ExportFormat::gi
 
 /// One export as the user asked for it.
 struct ExportJob {
-    exporting::EditedRecording recording;
+    model::Recording recording;
+    model::Edit edit;
     ExportFormat format = ExportFormat::mp4;
     exporting::ExportResolution resolution = exporting::ExportResolution::original;
     std::filesystem::path output;

@@ -11,19 +11,18 @@ namespace {
 constexpr auto saveFailed = model::VantroError::Kind::projectSaveFailed;
 constexpr auto openFailed = model::VantroError::Kind::projectOpenFailed;
 
-std::string trySave(const std::filesystem::path& packageURL,
-                    const std::filesystem::path& recordingURL, const model::ProjectData& project) {
+std::expected<model::Project, std::string> trySave(const std::filesystem::path& packagePath,
+                                                   const model::Project& project) {
     try {
-        files::saveProject(packageURL, recordingURL, project);
-        return {};
+        return files::saveProject(packagePath, project);
     } catch (const std::exception& failure) {
-        return failureText(failure, saveFailed);
+        return std::unexpected(failureText(failure, saveFailed));
     }
 }
 
-std::expected<model::ProjectData, std::string> tryRead(const std::filesystem::path& packageURL) {
+std::expected<model::Project, std::string> tryRead(const std::filesystem::path& packagePath) {
     try {
-        return files::readProjectFile(packageURL);
+        return files::readProjectFile(packagePath);
     } catch (const std::exception& failure) {
         return std::unexpected(failureText(failure, openFailed));
     }
@@ -37,40 +36,32 @@ ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks)
 void ProjectFlow::saveProject() {
     if (isBusy())
         return;
-    if (!m_state.metadata() || !m_state.recordingURL())
+    if (!m_state.document().recording())
         return m_state.setError("No recording metadata available", saveFailed);
     setActivity(Activity::asking);
     m_panels.ask(PanelKind::saveProject, m_state.recordingName() + files::package::extension,
-                 [this](const auto& packageURL) {
+                 [this](const auto& packagePath) {
                      setActivity(Activity::none);
-                     if (packageURL)
-                         write(*packageURL);
+                     if (packagePath)
+                         write(*packagePath);
                  });
 }
 
-void ProjectFlow::write(const std::filesystem::path& packageURL) {
-    const auto edit = m_state.projectData();
-    const auto& movie = m_state.recordingURL();
-    if (!edit || !movie)
+void ProjectFlow::write(const std::filesystem::path& packagePath) {
+    auto project = m_state.document().project();
+    if (!project)
         return; // reset while the panel was open
     setActivity(Activity::working);
-    m_tasks.run([this, packageURL, sourceURL = *movie,
-                 project = *edit]() -> TaskRunner::Continuation {
-        const auto failure = trySave(packageURL, sourceURL, project);
-        return [this, packageURL, sourceURL, failure] { wrote(packageURL, sourceURL, failure); };
+    m_tasks.run([this, packagePath, project = std::move(*project)]() -> TaskRunner::Continuation {
+        return [this, packagePath, movie = project.recording.movie(),
+                written = trySave(packagePath, project)] {
+            setActivity(Activity::none);
+            if (!written)
+                return m_state.setError(written.error(), saveFailed);
+            m_state.saved(*written, movie, packagePath);
+            Q_EMIT saved(QString::fromStdString(packagePath.string()));
+        };
     });
-}
-
-void ProjectFlow::wrote(const std::filesystem::path& packageURL,
-                        const std::filesystem::path& sourceURL, const std::string& failure) {
-    setActivity(Activity::none);
-    if (!failure.empty())
-        return m_state.setError(failure, saveFailed);
-    Q_EMIT saved(QString::fromStdString(packageURL.string()));
-    if (m_state.recordingURL() != sourceURL)
-        return; // another recording has taken its place meanwhile
-    m_state.setRecordingURL(packageURL / files::package::recordingFile);
-    m_state.setProjectURL(packageURL);
 }
 
 bool ProjectFlow::mayOpen() const {
@@ -82,42 +73,28 @@ void ProjectFlow::openProject() {
     if (!mayOpen())
         return;
     setActivity(Activity::asking);
-    m_panels.ask(PanelKind::openProject, {}, [this](const auto& packageURL) {
+    m_panels.ask(PanelKind::openProject, {}, [this](const auto& packagePath) {
         setActivity(Activity::none);
-        if (packageURL)
-            openPackage(*packageURL);
+        if (packagePath)
+            openPackage(*packagePath);
     });
 }
 
-void ProjectFlow::openPackage(const std::filesystem::path& packageURL) {
+void ProjectFlow::openPackage(const std::filesystem::path& packagePath) {
     if (!mayOpen())
         return;
     setActivity(Activity::working);
-    m_tasks.run([this, packageURL]() -> TaskRunner::Continuation {
-        return [this, packageURL, project = tryRead(packageURL)]() mutable {
+    m_tasks.run([this, packagePath]() -> TaskRunner::Continuation {
+        return [this, packagePath, project = tryRead(packagePath)]() mutable {
             setActivity(Activity::none);
             if (!project)
-                m_state.setError(project.error(), openFailed);
-            else if (mayOpen())
-                show(packageURL, std::move(*project));
+                return m_state.setError(project.error(), openFailed);
+            if (!mayOpen())
+                return;
+            m_state.show(std::move(*project), packagePath);
+            Q_EMIT opened(QString::fromStdString(packagePath.string()));
         };
     });
-}
-
-void ProjectFlow::show(const std::filesystem::path& packageURL, model::ProjectData project) {
-    m_state.setRecordingURL(packageURL / files::package::recordingFile);
-    m_state.setMetadata(std::move(project.metadata));
-    m_state.setEditableClickEvents(std::move(project.editableClickEvents));
-    m_state.setSegments(std::move(project.segments));
-    m_state.setBackgroundSettings(std::move(project.backgroundSettings));
-    m_state.setCanvasAspectRatio(project.canvasAspectRatio);
-    m_state.setCursorScale(project.cursorScale);
-    m_state.setWebcamPosition(project.webcamPosition);
-    m_state.setWebcamSize(project.webcamSize);
-    m_state.setRecordingName(std::move(project.recordingName));
-    m_state.setProjectURL(packageURL);
-    m_state.setPhase(AppPhase::previewing());
-    Q_EMIT opened(QString::fromStdString(packageURL.string()));
 }
 
 void ProjectFlow::setActivity(Activity activity) {

@@ -20,7 +20,7 @@ class ProjectFlow : public QObject {
     void saveProject();
     void openProject();
     /// openProject without its panel.
-    void openPackage(const std::filesystem::path& packageURL);
+    void openPackage(const std::filesystem::path& packagePath);
 
     Activity activity() const { return m_activity; }
     bool isBusy() const { return m_activity != Activity::none; }
@@ -32,10 +32,7 @@ class ProjectFlow : public QObject {
 
   private:
     bool mayOpen() const;
-    void write(const std::filesystem::path& packageURL);
-    void wrote(const std::filesystem::path& packageURL, const std::filesystem::path& sourceURL,
-               const std::string& failure);
-    void show(const std::filesystem::path& packageURL, model::ProjectData project);
+    void write(const std::filesystem::path& packagePath);
     void setActivity(Activity activity);
 
     AppState& m_state;

@@ -1,5 +1,6 @@
 #include "app/flows/RecordingFlow.h"
 
+#include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "app/flows/ErrorText.h"
@@ -177,9 +178,10 @@ void RecordingFlow::stopRecording() {
     m_services.tasks.run([this, recorder = m_state.recorder(), outputURL = m_outputURL,
                           request = m_request]() -> TaskRunner::Continuation {
         try {
-            return [this, request, finished = files::finishRecording(outputURL, recorder->stop())] {
-                recordingFinished(request, finished);
-            };
+            return
+                [this, request, recording = files::finishRecording(outputURL, recorder->stop())] {
+                    recordingFinished(request, recording);
+                };
         } catch (const std::exception& failure) {
             auto text = failureText(failure, model::VantroError::Kind::assetWriterFailed);
             return [this, request, text] { stopFailed(request, text); };
@@ -196,17 +198,13 @@ void RecordingFlow::stopFailed(int request, const std::string& message) {
     Q_EMIT leftBehind(QString::fromStdString(m_outputURL.string()));
 }
 
-void RecordingFlow::recordingFinished(int request, files::FinishedRecording finished) {
+void RecordingFlow::recordingFinished(int request, const model::Recording& recording) {
     if (request != m_request)
         return;
     setStopping(false);
-    m_state.setRecordingURL(std::move(finished.recordingURL));
-    m_state.setMetadataURL(std::move(finished.metadataURL));
-    m_state.setMetadata(std::move(finished.metadata));
-    m_state.setEditableClickEvents(std::move(finished.editableClickEvents));
-    m_state.setSegments(std::move(finished.segments));
-    m_state.setSelectedSegmentID({});
-    m_state.setPhase(AppPhase::previewing());
+    m_state.show({.name = m_state.recordingName(),
+                  .recording = recording,
+                  .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
 }
 
 void RecordingFlow::setElapsedSeconds(double seconds) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/files/FinishedRecording.h"
 #include "app/flows/AreaOverlay.h"
 #include "app/flows/MainTimers.h"
 #include "app/flows/Recorder.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
+#include "model/Recording.h"
 
 namespace vantro::app::flows {
 
@@ -70,7 +70,7 @@ class RecordingFlow : public QObject {
     void tickSecond();
     void startFailed(int request, const std::string& message);
     void stopFailed(int request, const std::string& message);
-    void recordingFinished(int request, files::FinishedRecording finished);
+    void recordingFinished(int request, const model::Recording& recording);
     void setElapsedSeconds(double seconds);
     void setWindowPickerShown(bool shown);
     void setStopping(bool stopping);

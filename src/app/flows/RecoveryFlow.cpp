@@ -15,22 +15,21 @@ constexpr auto recoveryFailed = model::VantroError::Kind::assetWriterFailed;
 RecoveryFlow::RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer)
     : m_state(state), m_tasks(tasks), m_recoverer(std::move(recoverer)) {}
 
-void RecoveryFlow::offer(const std::filesystem::path& recordingURL) {
+void RecoveryFlow::offer(const std::filesystem::path& movie) {
     std::error_code error;
-    if (recordingURL.empty() || !std::filesystem::is_regular_file(recordingURL, error) ||
-        files::isBeingRecorded(recordingURL))
+    if (movie.empty() || !std::filesystem::is_regular_file(movie, error) ||
+        files::isBeingRecorded(movie))
         return;
-    m_recordingURL = recordingURL;
+    m_movie = movie;
     Q_EMIT offeredChanged();
 }
 
 void RecoveryFlow::recover() {
     if (!isOffered())
         return;
-    m_tasks.run([this, recoverer = m_recoverer,
-                 recordingURL = m_recordingURL]() -> TaskRunner::Continuation {
+    m_tasks.run([this, recoverer = m_recoverer, movie = m_movie]() -> TaskRunner::Continuation {
         try {
-            return [this, finished = recoverer(recordingURL)] { show(finished); };
+            return [this, finished = recoverer(movie)] { show(finished); };
         } catch (const std::exception& failure) {
             return [this, text = failureText(failure, recoveryFailed)] {
                 m_state.setError(text, recoveryFailed);
@@ -40,15 +39,12 @@ void RecoveryFlow::recover() {
     withdraw();
 }
 
-void RecoveryFlow::show(files::FinishedRecording finished) {
+void RecoveryFlow::show(const model::Recording& recording) {
     if (m_state.phase() != AppPhase::idle())
         return;
-    m_state.setRecordingURL(std::move(finished.recordingURL));
-    m_state.setMetadataURL(std::move(finished.metadataURL));
-    m_state.setMetadata(std::move(finished.metadata));
-    m_state.setEditableClickEvents(std::move(finished.editableClickEvents));
-    m_state.setSegments(std::move(finished.segments));
-    m_state.setPhase(AppPhase::previewing());
+    m_state.show({.name = m_state.recordingName(),
+                  .recording = recording,
+                  .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
 }
 
 void RecoveryFlow::dismiss() {
@@ -59,7 +55,7 @@ void RecoveryFlow::dismiss() {
 }
 
 void RecoveryFlow::withdraw() {
-    m_recordingURL.clear();
+    m_movie.clear();
     Q_EMIT offeredChanged();
 }
 

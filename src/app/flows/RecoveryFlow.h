@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/files/FinishedRecording.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
+#include "model/Recording.h"
 
 #include <functional>
 
@@ -10,8 +10,7 @@ namespace vantro::app::flows {
 
 /// Makes a finished recording out of what a run of the program left behind. Blocks; called on a
 /// worker thread; throws std::exception.
-using Recoverer =
-    std::function<files::FinishedRecording(const std::filesystem::path& recordingURL)>;
+using Recoverer = std::function<model::Recording(const std::filesystem::path& movie)>;
 
 /// Offers the last recording again when the program ended, or was killed, before a project held it.
 /// Main thread.
@@ -22,8 +21,8 @@ class RecoveryFlow : public QObject {
     RecoveryFlow(AppState& state, TaskRunner& tasks, Recoverer recoverer);
 
     /// Offers the recording of this movie, if it is still there and nobody is at work on it.
-    void offer(const std::filesystem::path& recordingURL);
-    bool isOffered() const { return !m_recordingURL.empty(); }
+    void offer(const std::filesystem::path& movie);
+    bool isOffered() const { return !m_movie.empty(); }
     /// Shows the offered recording in the editor. A failure is shown and withdraws the offer.
     void recover();
     /// Withdraws the offer; the files stay where they are.
@@ -35,13 +34,13 @@ class RecoveryFlow : public QObject {
     void dismissed();
 
   private:
-    void show(files::FinishedRecording finished);
+    void show(const model::Recording& recording);
     void withdraw();
 
     AppState& m_state;
     TaskRunner& m_tasks;
     Recoverer m_recoverer;
-    std::filesystem::path m_recordingURL;
+    std::filesystem::path m_movie;
 };
 
 } // namespace vantro::app::flows

@@ -1,7 +1,12 @@
 #include "app/state/AppState.h"
 
+#include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "base/Fatal.h"
+
+#include <QScopedValueRollback>
+#include <array>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -37,8 +42,81 @@ void assign(AppState& state, Value& field, Value value, void (AppState::*changed
 
 } // namespace
 
+/// A field that follows from the document or belongs to it.
+struct AppState::Field {
+    void (AppState::*changed)();
+    bool (*differs)(const Shown& a, const Shown& b);
+
+    template <auto member>
+    static constexpr Field ofEdit(void (AppState::*changed)()) {
+        return {changed, [](const Shown& a, const Shown& b) {
+                    return a.content.edit.*member != b.content.edit.*member;
+                }};
+    }
+    template <auto member>
+    static constexpr Field ofLinks(void (AppState::*changed)()) {
+        return {changed,
+                [](const Shown& a, const Shown& b) { return a.links.*member != b.links.*member; }};
+    }
+    template <auto differ>
+    static constexpr Field ofRecording(void (AppState::*changed)()) {
+        return {changed, [](const Shown& a, const Shown& b) {
+                    const auto& from = a.content.recording;
+                    const auto& to = b.content.recording;
+                    return from && to ? differ(*from, *to) : from.has_value() != to.has_value();
+                }};
+    }
+};
+
+struct AppState::Fields {
+    static constexpr auto recordingPath =
+        Field::ofRecording<[](const auto& a, const auto& b) { return a.movie() != b.movie(); }>(
+            &AppState::recordingPathChanged);
+    static constexpr auto metadata = Field::ofRecording<[](const auto& a, const auto& b) {
+        return !a.isSameAs(b) && a.metadata() != b.metadata();
+    }>(&AppState::metadataChanged);
+    static constexpr Field name{
+        &AppState::recordingNameChanged,
+        [](const Shown& a, const Shown& b) { return a.content.name != b.content.name; }};
+    static constexpr auto clicks =
+        Field::ofEdit<&model::Edit::clickEvents>(&AppState::editableClickEventsChanged);
+    static constexpr auto segments =
+        Field::ofEdit<&model::Edit::segments>(&AppState::segmentsChanged);
+    static constexpr auto background =
+        Field::ofEdit<&model::Edit::background>(&AppState::backgroundSettingsChanged);
+    static constexpr auto canvas =
+        Field::ofEdit<&model::Edit::canvasAspectRatio>(&AppState::canvasAspectRatioChanged);
+    static constexpr auto cursorScale =
+        Field::ofEdit<&model::Edit::cursorScale>(&AppState::cursorScaleChanged);
+    static constexpr auto webcamPosition =
+        Field::ofEdit<&model::Edit::webcamPosition>(&AppState::webcamPositionChanged);
+    static constexpr auto webcamSize =
+        Field::ofEdit<&model::Edit::webcamSize>(&AppState::webcamSizeChanged);
+    static constexpr auto metadataPath =
+        Field::ofLinks<&Links::metadataPath>(&AppState::metadataPathChanged);
+    static constexpr auto projectPath =
+        Field::ofLinks<&Links::projectPath>(&AppState::projectPathChanged);
+    static constexpr auto selectedSegment =
+        Field::ofLinks<&Links::selectedSegmentID>(&AppState::selectedSegmentIDChanged);
+    static constexpr auto selectedClick =
+        Field::ofLinks<&Links::selectedClickID>(&AppState::selectedClickIDChanged);
+
+    static constexpr std::array inShowing{
+        recordingPath,   metadataPath,  metadata,   clicks,     segments,
+        selectedSegment, selectedClick, background, canvas,     cursorScale,
+        webcamPosition,  webcamSize,    name,       projectPath};
+    static constexpr std::array inReset{
+        recordingPath, metadataPath, metadata, segments,       selectedSegment, clicks,
+        selectedClick, cursorScale,  canvas,   webcamPosition, webcamSize,      projectPath};
+};
+
 AppState::AppState(std::uint32_t mainDisplayID)
-    : m_selectedDisplayID(mainDisplayID), m_recordingName(files::defaultRecordingName()) {}
+    : m_selectedDisplayID(mainDisplayID), m_document(files::defaultRecordingName()) {
+    connect(&m_document, &EditDocument::changed, this, [this](const auto& before) {
+        if (!m_rewriting)
+            tellWhatDiffers({before, m_links}, Fields::inShowing);
+    });
+}
 
 AppState::~AppState() = default;
 
@@ -47,35 +125,74 @@ void AppState::setError(const std::string& message, model::VantroError::Kind kin
     setShowError(true);
 }
 
+void AppState::tellWhatDiffers(const Shown& before, std::span<const Field> order) {
+    const Shown now{m_document.content(), m_links};
+    for (const auto& field : order)
+        if (field.differs(before, now))
+            Q_EMIT(this->*field.changed)();
+}
+
+template <typename Write>
+void AppState::rewrite(std::span<const Field> order, const Write& write) {
+    const Shown before{m_document.content(), m_links};
+    {
+        const QScopedValueRollback rewriting(m_rewriting, true);
+        write();
+    }
+    tellWhatDiffers(before, order);
+}
+
+void AppState::show(model::Project project, std::optional<std::filesystem::path> package) {
+    rewrite(Fields::inShowing, [&] {
+        if (!package)
+            m_links.metadataPath =
+                project.recording.movie().parent_path() / files::package::metadataFile;
+        m_links.projectPath = std::move(package);
+        m_links.selectedSegmentID.reset();
+        m_links.selectedClickID.reset();
+        m_document.open(std::move(project));
+    });
+    setPhase(AppPhase::previewing());
+}
+
+void AppState::saved(const model::Project& written, const std::filesystem::path& movie,
+                     const std::filesystem::path& package) {
+    if (recordingPath() != movie)
+        return;
+    rewrite(Fields::inShowing, [&] {
+        m_links.projectPath = package;
+        m_document.saved(written);
+    });
+}
+
 void AppState::reset() {
     setPhase(AppPhase::idle());
     setSelectedWindow({});
-    setRecordingURL({});
-    setMetadataURL({});
-    setMetadata({});
-    setSegments(model::fullLengthTimeline());
-    setSelectedSegmentID({});
-    setEditableClickEvents({});
-    setSelectedClickID({});
-    setCursorScale(2.0);
-    setCanvasAspectRatio(model::CanvasAspectRatio::automatic);
-    setWebcamPosition(model::WebcamPosition::bottomRight);
-    setWebcamSize(0.2);
-    setProjectURL({});
+    rewrite(Fields::inReset, [this] {
+        constexpr double cursorScale = 2.0; // a fresh edit's is larger
+        m_links = {};
+        model::Edit choices;
+        choices.background = edit().background;
+        choices.cursorScale = cursorScale;
+        m_document.close(std::move(choices));
+    });
 }
 
-std::optional<model::ProjectData> AppState::projectData() const {
-    if (!m_metadata)
-        return {};
-    return model::ProjectData{.recordingName = m_recordingName,
-                              .metadata = *m_metadata,
-                              .editableClickEvents = m_editableClickEvents,
-                              .segments = m_segments,
-                              .backgroundSettings = m_backgroundSettings,
-                              .canvasAspectRatio = m_canvasAspectRatio,
-                              .cursorScale = m_cursorScale,
-                              .webcamPosition = m_webcamPosition,
-                              .webcamSize = m_webcamSize};
+std::optional<std::filesystem::path> AppState::recordingPath() const {
+    const auto& recording = m_document.recording();
+    return recording ? std::optional(recording->movie()) : std::nullopt;
+}
+
+const model::RecordingMetadata* AppState::metadata() const {
+    const auto& recording = m_document.recording();
+    return recording ? &recording->metadata() : nullptr;
+}
+
+template <typename Value>
+void AppState::editStep(Value model::Edit::* field, Value value) {
+    auto changed = edit();
+    changed.*field = std::move(value);
+    m_document.apply(std::move(changed));
 }
 
 void AppState::setPhase(AppPhase value) {
@@ -94,18 +211,6 @@ void AppState::setSelectedRect(model::Rect value) {
 
 void AppState::setSelectedDisplayID(std::uint32_t value) {
     assign(*this, m_selectedDisplayID, value, &AppState::selectedDisplayIDChanged);
-}
-
-void AppState::setRecordingURL(std::optional<std::filesystem::path> value) {
-    assign(*this, m_recordingURL, std::move(value), &AppState::recordingURLChanged);
-}
-
-void AppState::setMetadataURL(std::optional<std::filesystem::path> value) {
-    assign(*this, m_metadataURL, std::move(value), &AppState::metadataURLChanged);
-}
-
-void AppState::setMetadata(std::optional<model::RecordingMetadata> value) {
-    assign(*this, m_metadata, std::move(value), &AppState::metadataChanged);
 }
 
 void AppState::setError(std::optional<model::VantroError> value) {
@@ -137,47 +242,43 @@ void AppState::setWebcamEnabled(bool value) {
 }
 
 void AppState::setWebcamPosition(model::WebcamPosition value) {
-    assign(*this, m_webcamPosition, value, &AppState::webcamPositionChanged);
+    editStep(&model::Edit::webcamPosition, value);
 }
 
 void AppState::setWebcamSize(double value) {
-    assign(*this, m_webcamSize, value, &AppState::webcamSizeChanged);
+    editStep(&model::Edit::webcamSize, value);
 }
 
 void AppState::setCanvasAspectRatio(model::CanvasAspectRatio value) {
-    assign(*this, m_canvasAspectRatio, value, &AppState::canvasAspectRatioChanged);
+    editStep(&model::Edit::canvasAspectRatio, value);
 }
 
 void AppState::setBackgroundSettings(model::BackgroundSettings value) {
-    assign(*this, m_backgroundSettings, std::move(value), &AppState::backgroundSettingsChanged);
+    editStep(&model::Edit::background, std::move(value));
 }
 
-void AppState::setSegments(std::vector<model::TimelineSegment> value) {
-    assign(*this, m_segments, std::move(value), &AppState::segmentsChanged);
+void AppState::setSegments(model::SharedList<model::TimelineSegment> value) {
+    editStep(&model::Edit::segments, std::move(value));
 }
 
 void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
-    assign(*this, m_selectedSegmentID, value, &AppState::selectedSegmentIDChanged);
+    assign(*this, m_links.selectedSegmentID, value, &AppState::selectedSegmentIDChanged);
 }
 
 void AppState::setCursorScale(double value) {
-    assign(*this, m_cursorScale, value, &AppState::cursorScaleChanged);
+    editStep(&model::Edit::cursorScale, value);
 }
 
-void AppState::setEditableClickEvents(std::vector<model::ClickEvent> value) {
-    assign(*this, m_editableClickEvents, std::move(value), &AppState::editableClickEventsChanged);
+void AppState::setEditableClickEvents(model::SharedList<model::ClickEvent> value) {
+    editStep(&model::Edit::clickEvents, std::move(value));
 }
 
 void AppState::setSelectedClickID(std::optional<model::Uuid> value) {
-    assign(*this, m_selectedClickID, value, &AppState::selectedClickIDChanged);
+    assign(*this, m_links.selectedClickID, value, &AppState::selectedClickIDChanged);
 }
 
 void AppState::setRecordingName(std::string value) {
-    assign(*this, m_recordingName, std::move(value), &AppState::recordingNameChanged);
-}
-
-void AppState::setProjectURL(std::optional<std::filesystem::path> value) {
-    assign(*this, m_projectURL, std::move(value), &AppState::projectURLChanged);
+    m_document.rename(std::move(value));
 }
 
 void AppState::setMainWindow(QObject* value) {

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "app/state/AppPhase.h"
+#include "app/state/EditDocument.h"
 #include "capture/ShareableContent.h"
-#include "model/ProjectData.h"
 #include "model/VantroError.h"
 
 #include <QObject>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace vantro::app::flows {
 class AreaOverlay;
@@ -20,8 +21,10 @@ namespace vantro::app {
 /// The one state of the application: what is to be captured, the finished recording, its edit, the
 /// error to show and the phase. Everything else on the screen follows from it.
 ///
-/// Each field has a signal that tells of its changes; a write of an equal value tells nobody. Owned
-/// by the application for the whole run. Main thread.
+/// Each field has a signal that tells of its changes; a write of an equal value tells nobody. What
+/// belongs to the recording and its edit lives in `document()`; this class only shows it field by
+/// field. Where one call changes several fields, all are written before the first signal. Owned by
+/// the application for the whole run. Main thread.
 class AppState : public QObject {
     Q_OBJECT
 
@@ -32,11 +35,20 @@ class AppState : public QObject {
 
     /// Shows an error of this kind in the alert.
     void setError(const std::string& message, model::VantroError::Kind kind);
+    /// Puts a recording and its edit into the editor: a project opened from `package`, or without
+    /// one a recording that was just made or recovered. Nothing is selected then.
+    void show(model::Project project, std::optional<std::filesystem::path> package = {});
+    /// Tells that `written`, whose movie was at `movie` before, has been saved as `package`. Does
+    /// nothing where the editor shows another recording by now.
+    void saved(const model::Project& written, const std::filesystem::path& movie,
+               const std::filesystem::path& package);
     /// Makes the state ready for a new recording. The capture choices, the background and the
     /// recording's name stay.
     void reset();
-    /// The edit as a project keeps it; nothing without a recording.
-    std::optional<model::ProjectData> projectData() const;
+
+    /// The edit with its steps. The fields below change with it.
+    EditDocument& document() { return m_document; }
+    const EditDocument& document() const { return m_document; }
 
     // The phase changes only as AppPhase.h draws it; anything else is fatal.
     AppPhase phase() const { return m_phase; }
@@ -44,13 +56,12 @@ class AppState : public QObject {
         return m_selectedRect;
     } ///< capture rectangle, global points
     std::uint32_t selectedDisplayID() const { return m_selectedDisplayID; }
-    const std::optional<std::filesystem::path>& recordingURL() const {
-        return m_recordingURL;
-    } ///< the recorded movie
-    const std::optional<std::filesystem::path>& metadataURL() const {
-        return m_metadataURL;
+    std::optional<std::filesystem::path> recordingPath() const; ///< the recorded movie
+    const std::optional<std::filesystem::path>& metadataPath() const {
+        return m_links.metadataPath;
     } ///< written beside the movie
-    const std::optional<model::RecordingMetadata>& metadata() const { return m_metadata; }
+    /// Null without a recording.
+    const model::RecordingMetadata* metadata() const;
     const std::optional<model::VantroError>& error() const { return m_error; }
     bool showError() const { return m_showError; } ///< the alert is presented
     model::CaptureMode captureMode() const { return m_captureMode; }
@@ -60,26 +71,26 @@ class AppState : public QObject {
     bool systemAudioEnabled() const { return m_systemAudioEnabled; }
     bool microphoneAudioEnabled() const { return m_microphoneAudioEnabled; }
     bool webcamEnabled() const { return m_webcamEnabled; }
-    model::WebcamPosition webcamPosition() const { return m_webcamPosition; }
-    double webcamSize() const { return m_webcamSize; } ///< fraction of the canvas width
-    model::CanvasAspectRatio canvasAspectRatio() const { return m_canvasAspectRatio; }
-    const model::BackgroundSettings& backgroundSettings() const { return m_backgroundSettings; }
-    const std::vector<model::TimelineSegment>& segments() const { return m_segments; }
+    model::WebcamPosition webcamPosition() const { return edit().webcamPosition; }
+    double webcamSize() const { return edit().webcamSize; } ///< fraction of the canvas width
+    model::CanvasAspectRatio canvasAspectRatio() const { return edit().canvasAspectRatio; }
+    const model::BackgroundSettings& backgroundSettings() const { return edit().background; }
+    const model::SharedList<model::TimelineSegment>& segments() const { return edit().segments; }
     const std::optional<model::Uuid>& selectedSegmentID() const {
-        return m_selectedSegmentID;
+        return m_links.selectedSegmentID;
     } ///< in the editor
-    double cursorScale() const { return m_cursorScale; }
-    const std::vector<model::ClickEvent>& editableClickEvents() const {
-        return m_editableClickEvents;
+    double cursorScale() const { return edit().cursorScale; }
+    const model::SharedList<model::ClickEvent>& editableClickEvents() const {
+        return edit().clickEvents;
     } ///< the zooms as edited
     const std::optional<model::Uuid>& selectedClickID() const {
-        return m_selectedClickID;
+        return m_links.selectedClickID;
     } ///< in the editor
     const std::string& recordingName() const {
-        return m_recordingName;
+        return m_document.name();
     } ///< base name of exports and projects
-    const std::optional<std::filesystem::path>& projectURL() const {
-        return m_projectURL;
+    const std::optional<std::filesystem::path>& projectPath() const {
+        return m_links.projectPath;
     } ///< last saved or opened
     QObject* mainWindow() const { return m_mainWindow; } ///< not owned
     const std::shared_ptr<flows::AreaOverlay>& overlayWindow() const {
@@ -89,12 +100,10 @@ class AppState : public QObject {
         return m_recorder;
     } ///< of the recording in progress, else the last one
 
+    // Those of the edit make a step in the document each.
     void setPhase(AppPhase value);
     void setSelectedRect(model::Rect value);
     void setSelectedDisplayID(std::uint32_t value);
-    void setRecordingURL(std::optional<std::filesystem::path> value);
-    void setMetadataURL(std::optional<std::filesystem::path> value);
-    void setMetadata(std::optional<model::RecordingMetadata> value);
     void setError(std::optional<model::VantroError> value);
     void setShowError(bool value);
     void setCaptureMode(model::CaptureMode value);
@@ -106,13 +115,12 @@ class AppState : public QObject {
     void setWebcamSize(double value);
     void setCanvasAspectRatio(model::CanvasAspectRatio value);
     void setBackgroundSettings(model::BackgroundSettings value);
-    void setSegments(std::vector<model::TimelineSegment> value);
+    void setSegments(model::SharedList<model::TimelineSegment> value);
     void setSelectedSegmentID(std::optional<model::Uuid> value);
     void setCursorScale(double value);
-    void setEditableClickEvents(std::vector<model::ClickEvent> value);
+    void setEditableClickEvents(model::SharedList<model::ClickEvent> value);
     void setSelectedClickID(std::optional<model::Uuid> value);
     void setRecordingName(std::string value);
-    void setProjectURL(std::optional<std::filesystem::path> value);
     void setMainWindow(QObject* value);
     void setOverlayWindow(std::shared_ptr<flows::AreaOverlay> value);
     void setRecorder(std::shared_ptr<flows::Recorder> value);
@@ -121,8 +129,8 @@ class AppState : public QObject {
     void phaseChanged();
     void selectedRectChanged();
     void selectedDisplayIDChanged();
-    void recordingURLChanged();
-    void metadataURLChanged();
+    void recordingPathChanged();
+    void metadataPathChanged();
     void metadataChanged();
     void errorChanged();
     void showErrorChanged();
@@ -141,18 +149,36 @@ class AppState : public QObject {
     void editableClickEventsChanged();
     void selectedClickIDChanged();
     void recordingNameChanged();
-    void projectURLChanged();
+    void projectPathChanged();
     void mainWindowChanged();
     void overlayWindowChanged();
     void recorderChanged();
 
   private:
+    /// What belongs to the document in the editor but is no part of it.
+    struct Links {
+        std::optional<std::filesystem::path> metadataPath;
+        std::optional<std::filesystem::path> projectPath;
+        std::optional<model::Uuid> selectedSegmentID;
+        std::optional<model::Uuid> selectedClickID;
+    };
+    struct Shown {
+        EditDocument::Content content;
+        Links links;
+    };
+    struct Field;
+    struct Fields;
+
+    const model::Edit& edit() const { return m_document.edit(); }
+    template <typename Value>
+    void editStep(Value model::Edit::* field, Value value);
+    template <typename Write>
+    void rewrite(std::span<const Field> order, const Write& write);
+    void tellWhatDiffers(const Shown& before, std::span<const Field> order);
+
     AppPhase m_phase;
     model::Rect m_selectedRect;
     std::uint32_t m_selectedDisplayID = 0;
-    std::optional<std::filesystem::path> m_recordingURL;
-    std::optional<std::filesystem::path> m_metadataURL;
-    std::optional<model::RecordingMetadata> m_metadata;
     std::optional<model::VantroError> m_error;
     bool m_showError = false;
     model::CaptureMode m_captureMode = model::CaptureMode::area;
@@ -160,17 +186,9 @@ class AppState : public QObject {
     bool m_systemAudioEnabled = true;
     bool m_microphoneAudioEnabled = false;
     bool m_webcamEnabled = false;
-    model::WebcamPosition m_webcamPosition = model::WebcamPosition::bottomRight;
-    double m_webcamSize = 0.2;
-    model::CanvasAspectRatio m_canvasAspectRatio = model::CanvasAspectRatio::automatic;
-    model::BackgroundSettings m_backgroundSettings;
-    std::vector<model::TimelineSegment> m_segments = model::fullLengthTimeline();
-    std::optional<model::Uuid> m_selectedSegmentID;
-    double m_cursorScale = 3.0;
-    std::vector<model::ClickEvent> m_editableClickEvents;
-    std::optional<model::Uuid> m_selectedClickID;
-    std::string m_recordingName;
-    std::optional<std::filesystem::path> m_projectURL;
+    EditDocument m_document;
+    Links m_links;
+    bool m_rewriting = false; ///< signals wait until all is written
     QObject* m_mainWindow = nullptr;
     std::shared_ptr<flows::AreaOverlay> m_overlayWindow;
     std::shared_ptr<flows::Recorder> m_recorder;

@@ -70,14 +70,6 @@ std::string Codec<std::string>::read(JsonValue value) {
     return std::string(*text);
 }
 
-Uuid Codec<Uuid>::read(JsonValue value) {
-    if (const auto id = tryRead(value))
-        return *id;
-    constexpr std::string_view expected = "a UUID";
-    const auto text = value.asString();
-    throw text ? wrongText(expected, *text) : wrongKind(expected, value);
-}
-
 JsonValue requiredMember(JsonValue object, std::string_view key) {
     if (object.kind() != JsonValue::Kind::object)
         throw wrongKind("an object", object);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/Uuid.h"
 #include "model/json/JsonDocument.h"
 #include "model/json/JsonFault.h"
 #include "model/json/JsonWriter.h"
@@ -25,6 +24,8 @@ struct Field {
     void (*write)(JsonWriter&, const Record&);
     /// `value` is absent where the object has no such key.
     void (*read)(const std::optional<JsonValue>& value, Record&);
+    /// Whether the key is there at all.
+    bool (*isWritten)(const Record&) = [](const Record&) { return true; };
 };
 
 /// A record's fields in the order of declaration, as `static constexpr std::array list`.
@@ -65,16 +66,6 @@ template <>
 struct Codec<std::string> {
     static void write(JsonWriter& out, const std::string& value) { out.string(value); }
     static std::string read(JsonValue value);
-};
-
-template <>
-struct Codec<Uuid> {
-    static void write(JsonWriter& out, const Uuid& value) { out.plainString(value.toString()); }
-    static Uuid read(JsonValue value);
-    static std::optional<Uuid> tryRead(JsonValue value) {
-        const auto text = value.asString();
-        return text ? Uuid::parse(*text) : std::nullopt;
-    }
 };
 
 /// Runs `action` on a member; a fault that comes out of it gets the key into its path.
@@ -128,7 +119,7 @@ JsonValue requiredMember(JsonValue object, std::string_view key);
 template <typename Record>
 Record blankRecord() {
     if constexpr (requires(Record record) { record.id; })
-        return Record{.id = Uuid{}};
+        return Record{.id = {}};
     else
         return Record{};
 }
@@ -148,6 +139,8 @@ struct Codec<Record> {
         out.beginObject();
         const bool sorted = out.style() == JsonWriter::Style::pretty;
         for (const auto& field : sorted ? sortedFields<Record> : Fields<Record>::list) {
+            if (!field.isWritten(record))
+                continue;
             out.key(field.key);
             atKey(field.key, [&] { field.write(out, record); });
         }
@@ -208,8 +201,8 @@ constexpr Field<RecordOf<member>> lenientIdentifier(std::string_view key) {
     return {.key = key,
             .write = writeMember<member>,
             .read = [](const std::optional<JsonValue>& value, RecordOf<member>& record) {
-                const auto read = value ? Codec<Uuid>::tryRead(*value) : std::nullopt;
-                record.*member = read ? *read : Uuid::random();
+                const auto read = value ? CodecOf<member>::tryRead(*value) : std::nullopt;
+                record.*member = read ? *read : decltype(valueOf(member))::random();
             }};
 }
 

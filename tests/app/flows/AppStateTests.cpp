@@ -80,7 +80,7 @@ TEST(AppState, BeginsReadyToSelectAnAreaOfTheMainDisplay) {
     ASSERT_EQ(state.segments().size(), 1U);
     EXPECT_EQ(state.segments().front().endFraction, 1.0);
     EXPECT_THAT(state.recordingName(), testing::ContainsRegex("^vantro_[-0-9]+_[-0-9]+$"));
-    EXPECT_FALSE(state.projectData());
+    EXPECT_FALSE(state.document().project());
 }
 
 TEST(AppState, TellsOfAChangeOnceAndOfAnEqualWriteNotAtAll) {
@@ -120,24 +120,22 @@ TEST(AppState, ResetClearsTheRecordingAndItsEditButKeepsTheCaptureChoices) {
     background.padding = 0.2;
     state.setBackgroundSettings(background);
     state.setSelectedWindow(test::windowOf(3, "t"));
-    state.setRecordingURL("/r/recording.mov");
-    state.setMetadataURL("/r/metadata.json");
-    state.setMetadata(model::RecordingMetadata{});
-    state.setEditableClickEvents({model::ClickEvent{}});
+    state.show({"demo", model::Recording("/r/recording.mov", model::RecordingMetadata{}),
+                state.document().edit()},
+               "/p.vantro");
+    state.setEditableClickEvents({{model::ClickEvent{}}});
     state.setSelectedClickID(model::Uuid::random());
     state.setSelectedSegmentID(model::Uuid::random());
-    state.setSegments({model::TimelineSegment{}, model::TimelineSegment{}});
+    state.setSegments({{model::TimelineSegment{}, model::TimelineSegment{}}});
     state.setWebcamPosition(model::WebcamPosition::topLeft);
     state.setWebcamSize(0.4);
     state.setCanvasAspectRatio(model::CanvasAspectRatio::ratio1x1);
-    state.setProjectURL("/p.vantro");
-    state.setPhase(AppPhase::previewing());
 
     state.reset();
 
     EXPECT_EQ(state.phase(), AppPhase::idle());
-    EXPECT_FALSE(state.selectedWindow() || state.recordingURL() || state.metadataURL() ||
-                 state.metadata() || state.projectURL() || state.selectedClickID() ||
+    EXPECT_FALSE(state.selectedWindow() || state.recordingPath() || state.metadataPath() ||
+                 state.metadata() || state.projectPath() || state.selectedClickID() ||
                  state.selectedSegmentID());
     EXPECT_TRUE(state.editableClickEvents().empty());
     ASSERT_EQ(state.segments().size(), 1U);

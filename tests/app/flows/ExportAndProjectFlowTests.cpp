@@ -23,10 +23,7 @@ class EditedStateTest : public testing::Test {
         std::ofstream(folder / "source/recording.mov") << "movie";
         model::RecordingMetadata metadata;
         metadata.endTime = 5;
-        state.setRecordingURL(folder / "source/recording.mov");
-        state.setMetadata(metadata);
-        state.setRecordingName("demo");
-        state.setPhase(AppPhase::previewing());
+        state.show({"demo", model::Recording(folder / "source/recording.mov", metadata), {}});
         QObject::connect(&state, &AppState::phaseChanged,
                          [this] { phases.push_back(state.phase()); });
     }
@@ -80,7 +77,7 @@ TEST_F(ExportFlowTest, ProposesTheRecordingsNameAndExportsTheEditWithProgress) {
     ASSERT_EQ(jobs.size(), 1U);
     EXPECT_EQ(jobs[0].output, folder / "out.mp4");
     EXPECT_EQ(jobs[0].resolution, exporting::ExportResolution::hd720);
-    EXPECT_EQ(jobs[0].recording.videoURL, folder / "source/recording.mov");
+    EXPECT_EQ(jobs[0].recording.movie(), folder / "source/recording.mov");
     EXPECT_THAT(phases, ElementsAre(AppPhase::exporting(0.25), AppPhase::exporting(1.0),
                                     AppPhase::previewing()));
     EXPECT_EQ(exported.size(), 1U);
@@ -146,7 +143,7 @@ TEST_F(ExportFlowTest, ANewRecordingLeavesTheExportBehind) {
 }
 
 TEST_F(ExportFlowTest, WithoutARecordingThereIsNothingToExport) {
-    state.setMetadata({});
+    state.reset();
     flow.exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);
     expectError(Kind::noRecordingData, "");
     EXPECT_FALSE(panels.kind);
@@ -173,16 +170,16 @@ TEST_F(ProjectFlowTest, ASavedProjectOpensAgainWithTheWholeEdit) {
     model::TimelineSegment half;
     half.endFraction = 0.5;
     half.speed = 2;
-    state.setSegments({half});
+    state.setSegments({{half}});
     model::ClickEvent zoom;
     zoom.timestamp = 1;
     zoom.zoomLevel = 2.5;
-    state.setEditableClickEvents({zoom});
-    const auto edit = state.projectData();
+    state.setEditableClickEvents({{zoom}});
+    const auto edit = state.document().edit();
     const auto package = save("demo.vantro");
     EXPECT_EQ(panels.proposedName, "demo.vantro");
-    EXPECT_EQ(state.projectURL(), package);
-    EXPECT_EQ(state.recordingURL(), package / "recording.mov");
+    EXPECT_EQ(state.projectPath(), package);
+    EXPECT_EQ(state.recordingPath(), package / "recording.mov");
     EXPECT_TRUE(fs::equivalent(package / "recording.mov", folder / "source/recording.mov"));
 
     AppState fresh{1};
@@ -194,20 +191,21 @@ TEST_F(ProjectFlowTest, ASavedProjectOpensAgainWithTheWholeEdit) {
     panels.answer(package);
     tasks.runAll();
     EXPECT_EQ(fresh.phase(), AppPhase::previewing());
-    EXPECT_EQ(fresh.projectData(), edit);
-    EXPECT_EQ(fresh.recordingURL(), package / "recording.mov");
-    EXPECT_FALSE(fresh.metadataURL());
+    EXPECT_EQ(fresh.document().edit(), edit);
+    EXPECT_FALSE(state.document().isModified() || fresh.document().isModified());
+    EXPECT_EQ(fresh.recordingPath(), package / "recording.mov");
+    EXPECT_FALSE(fresh.metadataPath());
     EXPECT_EQ(used.size(), 1U);
 }
 
 TEST_F(ProjectFlowTest, AFailedOpenLeavesTheStateUnchanged) {
     const auto package = save("demo.vantro");
     std::ofstream(package / "project.json") << "{\"version\": 1}";
-    const auto before = state.projectData();
+    const auto before = state.document().project();
     flow.openPackage(package);
     tasks.runAll();
     expectError(Kind::projectOpenFailed, "project.json");
-    EXPECT_EQ(state.projectData(), before);
+    EXPECT_EQ(state.document().project(), before);
     flow.openPackage(folder / "nowhere.vantro");
     tasks.runAll();
     expectError(Kind::projectOpenFailed, "nowhere.vantro");
@@ -218,11 +216,11 @@ TEST_F(ProjectFlowTest, AFailedSaveIsShownAndKeepsTheRecordingWhereItIs) {
     std::ofstream(folder / "file") << "in the way";
     save("file/demo.vantro");
     expectError(Kind::projectSaveFailed, "file");
-    EXPECT_EQ(state.recordingURL(), folder / "source/recording.mov");
-    EXPECT_FALSE(state.projectURL());
+    EXPECT_EQ(state.recordingPath(), folder / "source/recording.mov");
+    EXPECT_FALSE(state.projectPath());
     EXPECT_FALSE(flow.isBusy());
 
-    state.setMetadata({});
+    state.reset();
     flow.saveProject();
     expectError(Kind::projectSaveFailed, "No recording metadata available");
     EXPECT_FALSE(panels.kind);

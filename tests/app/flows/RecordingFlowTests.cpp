@@ -103,16 +103,17 @@ TEST_F(RecordingFlowTest, AStoppedRecordingBecomesAnEditOfItsClicks) {
     EXPECT_FALSE(flow.isStopping());
     EXPECT_THAT(phases, ElementsAre(recording, previewing));
     const auto& movie = platform.made.front().outputURL;
-    EXPECT_EQ(state.recordingURL(), movie);
-    EXPECT_EQ(state.metadataURL(), movie.parent_path() / "metadata.json");
-    EXPECT_EQ(state.metadata(), recorder().metadata);
+    EXPECT_EQ(state.recordingPath(), movie);
+    EXPECT_EQ(state.metadataPath(), movie.parent_path() / "metadata.json");
+    ASSERT_TRUE(state.metadata());
+    EXPECT_EQ(*state.metadata(), recorder().metadata);
     ASSERT_EQ(state.editableClickEvents().size(), 3U);
     EXPECT_DOUBLE_EQ(state.editableClickEvents()[0].startOffset, 0.3);
     EXPECT_DOUBLE_EQ(state.editableClickEvents()[1].endOffset, 0.8);
     EXPECT_EQ(state.segments().size(), 1U);
     EXPECT_FALSE(state.selectedSegmentID());
 
-    std::ifstream file(*state.metadataURL());
+    std::ifstream file(*state.metadataPath());
     const std::string json{std::istreambuf_iterator<char>(file), {}};
     EXPECT_EQ(model::decodeMetadata(json), recorder().metadata);
 }
@@ -149,7 +150,10 @@ TEST_F(RecordingFlowTest, AStopAskedForDuringAStartThatFailsReportsTheStartAlone
 }
 
 TEST_F(RecordingFlowTest, AFailedStopIsShownAndKeepsTheEarlierRecordingFields) {
-    state.setRecordingURL("/earlier/recording.mov");
+    state.show(
+        {"earlier", model::Recording("/earlier/recording.mov", model::RecordingMetadata{}), {}});
+    state.setPhase(AppPhase::idle());
+    phases.clear();
     recorder().stopFailure = model::VantroError(Kind::assetWriterFailed, "disk full");
     std::vector<std::string> recoverable;
     const auto note = [&](const QString& path) { recoverable.push_back(path.toStdString()); };
@@ -163,8 +167,7 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndKeepsTheEarlierRecordingFields) {
     EXPECT_THAT(recoverable, ElementsAre(movie, movie));
     expectError(Kind::assetWriterFailed, "disk full");
     EXPECT_THAT(phases, ElementsAre(recording, idle));
-    EXPECT_EQ(state.recordingURL(), "/earlier/recording.mov");
-    EXPECT_FALSE(state.metadata());
+    EXPECT_EQ(state.recordingPath(), "/earlier/recording.mov");
 }
 
 TEST_F(RecordingFlowTest, MetadataThatCannotBeWrittenFailsTheStop) {
@@ -176,7 +179,7 @@ TEST_F(RecordingFlowTest, MetadataThatCannotBeWrittenFailsTheStop) {
     EXPECT_EQ(state.error()->kind(), Kind::assetWriterFailed);
     EXPECT_THAT(state.error()->message(), testing::HasSubstr("metadata.json"));
     EXPECT_EQ(state.phase(), AppPhase::idle());
-    EXPECT_FALSE(state.recordingURL());
+    EXPECT_FALSE(state.recordingPath());
 }
 
 TEST_F(RecordingFlowTest, SecondClicksOnRecordAndStopDoNothing) {
