@@ -1,5 +1,5 @@
 #include "render/CursorThemeFile.h"
-#include "render/scene/CursorImage.h"
+#include "render/scene/CursorTextures.h"
 
 #include <cmath>
 #include <cstdlib>

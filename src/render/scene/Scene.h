@@ -3,7 +3,7 @@
 #include "media/values/PixelBuffer.h"
 #include "model/Background.h"
 #include "model/Choices.h"
-#include "render/scene/CursorImage.h"
+#include "render/scene/CursorTextures.h"
 #include "render/scene/PixelRect.h"
 #include "render/scene/ShadowImage.h"
 #include "render/timing/ZoomAnimator.h"

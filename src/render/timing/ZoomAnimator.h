@@ -2,10 +2,8 @@
 
 #include "model/ClickEvent.h"
 #include "model/Geometry.h"
-#include "render/timing/MaxTree.h"
 
 #include <cstddef>
-#include <optional>
 #include <vector>
 
 namespace vantro::render {
@@ -16,7 +14,7 @@ struct ZoomKeyframe {
     static constexpr double zoomedThreshold = 1.001;
 
     double scale = 1;   ///< 1 shows the whole recording; larger is closer
-    double centerX = 0; ///< the point in the view's centre, in the units of the video size
+    double centerX = 0; ///< the point in the view's center, in the units of the video size
     double centerY = 0;
 
     bool isZoomed() const { return scale > zoomedThreshold; }
@@ -24,16 +22,15 @@ struct ZoomKeyframe {
 };
 
 /// Turns click events into camera movement: eases in towards each click, holds, eases out, and pans
-/// from click to click while further ones fall into a zoom's hold. Those further ones are called
-/// the click's intermediates; they keep zooms of their own, and the strongest zoom has the camera.
+/// from click to click while further ones fall into a zoom's hold. Those keep zooms of their own,
+/// unless they are silenced, and the strongest zoom has the camera.
 ///
 /// Pure arithmetic over immutable input; any number of threads may ask at once. Click positions and
-/// `videoSize` share one coordinate space, which the answers are in too. A question costs time in
-/// the number of zooms under way at that instant, and looks at every click only where the camera
-/// pans along a list that is out of order.
+/// `videoSize` share one coordinate space, which the answers are in too. A question costs a look at
+/// each zoom.
 class ZoomAnimator {
   public:
-    /// `clicks` in order of time: the pan path visits them in this order.
+    /// `clicks` in any order. Those whose time is not a number are left out.
     ZoomAnimator(std::vector<model::ClickEvent> clicks, model::Size videoSize);
 
     /// The camera at `t` seconds of source time. Never fails.
@@ -42,44 +39,26 @@ class ZoomAnimator {
   private:
     /// The course of one click's zoom in seconds: `start` is source time, the others are lengths.
     struct Zoom {
+        std::size_t click = 0;     ///< positions in m_clicks
+        std::size_t firstStop = 0; ///< where the camera pans to during the hold
+        std::size_t endStop = 0;   ///< one past the last of these stops; firstStop if none
+        double level = 1;
         double start = 0;
         double delay = 0; ///< a pause at full frame, then
         double zoomIn = 0;
         double hold = 0;
         double zoomOut = 0;
-        /// Whose intermediates the camera pans along: the click itself, or another one with the
-        /// same identifier; none where it does not pan.
-        std::optional<std::size_t> chain;
 
-        double scaleAt(double t, double zoomLevel) const;
-        double latestEnd() const;
-    };
-    /// The stretch of a pan that the camera is on; from a click to itself where it rests.
-    struct Leg {
-        const model::ClickEvent* from;
-        const model::ClickEvent* to;
+        double scaleAt(double t) const;
     };
 
-    void findIntermediates();
-    void shareChains();
-    void planZooms();
-    void indexZooms();
-    model::Point center(std::size_t click, double t, double scale) const;
-    model::Point clamped(const model::ClickEvent& click, double scale) const;
-    Leg legAt(std::size_t click, double t) const;
-    Leg legInOrder(std::size_t click, double t) const;
+    Zoom zoomOf(std::size_t click) const;
+    model::Point center(const Zoom& zoom, double t, double scale) const;
+    model::Point clamped(std::size_t click, double scale) const;
 
-    std::vector<model::ClickEvent> m_clicks;
+    std::vector<model::ClickEvent> m_clicks; ///< in order of time
+    std::vector<Zoom> m_zooms;               ///< in order of their clicks
     model::Size m_videoSize;
-    std::vector<Zoom> m_zooms; ///< one for each click
-    /// For each click the one of its intermediates that stands last in the list.
-    std::vector<std::optional<std::size_t>> m_lastIntermediates;
-    bool m_isOrderly = true; ///< the clicks are in order of time, their identifiers distinct
-
-    // The zooms in order of their start, for finding those that are under way.
-    std::vector<std::size_t> m_byStart; ///< positions in m_clicks
-    std::vector<double> m_starts;
-    MaxTree<double> m_ends;
 };
 
 } // namespace vantro::render

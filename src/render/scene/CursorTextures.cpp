@@ -1,4 +1,4 @@
-#include "render/scene/CursorImage.h"
+#include "render/scene/CursorTextures.h"
 
 #include "base/Fatal.h"
 #include "render/scene/ArrowDrawing.h"
