@@ -19,8 +19,9 @@ std::unique_ptr<capture::CapturePlatform> connectDesktop() {
     return valueOrThrow(capture::x11::connectX11());
 }
 
-capture::ShareableContent shareableContent(capture::CapturePlatform& platform) {
-    return valueOrThrow(platform.shareableContent());
+capture::ShareableContent shareableContent(capture::CapturePlatform& platform,
+                                           capture::CapturePlatform::WindowIcons icons) {
+    return valueOrThrow(platform.shareableContent(icons));
 }
 
 } // namespace vantro::app

@@ -11,6 +11,8 @@ namespace vantro::app {
 std::unique_ptr<capture::CapturePlatform> connectDesktop();
 
 /// What can be recorded now. Throws VantroError captureStartFailed.
-capture::ShareableContent shareableContent(capture::CapturePlatform& platform);
+capture::ShareableContent shareableContent(
+    capture::CapturePlatform& platform,
+    capture::CapturePlatform::WindowIcons icons = capture::CapturePlatform::WindowIcons::leftOut);
 
 } // namespace vantro::app

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "capture/PlatformAbilities.h"
 #include "capture/PointerSource.h"
 #include "capture/ScreenStream.h"
 #include "capture/ShareableContent.h"
+#include "capture/TargetQuestion.h"
 
 #include <expected>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 namespace vantro::capture {
@@ -14,13 +17,32 @@ namespace vantro::capture {
 /// thread at a time; what it hands out is independent of it and of each other.
 class CapturePlatform {
   public:
+    enum class WindowIcons { leftOut, included };
+
     virtual ~CapturePlatform() = default;
 
-    virtual std::expected<ShareableContent, std::string> shareableContent() = 0;
+    virtual PlatformAbilities abilities() = 0;
+    /// The main one first. Cheap enough for the window's thread.
+    virtual std::expected<std::vector<ShareableDisplay>, std::string> displays() = 0;
+    /// Icons make it dear.
+    virtual std::expected<ShareableContent, std::string>
+    shareableContent(WindowIcons icons = WindowIcons::leftOut) = 0;
+
+    /// Finds what a request names. `answer` is called once, on any thread, perhaps before this
+    /// returns. Where content can be listed, it is looked up there at once; a desktop that asks the
+    /// user itself overrides this.
+    virtual std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
+                                                       TargetAnswer answer);
+
     virtual std::expected<std::unique_ptr<ScreenStream>, std::string>
-    makeScreenStream(const ContentFilter& filter,
-                     const ScreenStreamConfiguration& configuration) = 0;
+    makeScreenStream(const RecordingTarget& target) = 0;
     virtual std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() = 0;
 };
+
+/// Waits for the target of a request; nothing when `cancelled` or the user took it back. Throws
+/// VantroError.
+std::optional<RecordingTarget> awaitTarget(CapturePlatform& platform,
+                                           const RecordingRequest& request,
+                                           std::stop_token cancelled = {});
 
 } // namespace vantro::capture

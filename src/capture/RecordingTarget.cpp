@@ -4,45 +4,42 @@
 #include "model/VantroError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace vantro::capture {
 namespace {
 
-constexpr base::HostDuration frameInterval{1'000'000'000 / 60}; // 60 frames a second at most
-
 [[noreturn]] void failStart(std::string_view message) {
     throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
 }
 
-/// Whole points times whole pixels per point, rounded down to even.
-int evenPixels(double points, std::int64_t scale) {
-    const auto pixels = base::checkedMultiply(base::truncatedToInteger(points), scale);
+/// Whole pixels of a length in points, rounded down to even. Thirds of points come back a hair
+/// below the pixels that they were made from.
+int evenPixels(double points, double scale) {
+    constexpr double hair = 1.0 / 1024;
+    const auto pixels = base::truncatedToInteger(points * std::trunc(scale) + hair);
     base::require(pixels >= 0 && pixels <= std::numeric_limits<int>::max(),
                   "picture size out of range");
     return static_cast<int>(pixels) & ~1;
 }
 
-std::vector<std::uint32_t> ownWindows(const ShareableContent& content) {
-    std::vector<std::uint32_t> own;
-    for (const auto& window : content.windows)
-        if (window.bundleIdentifier == ownBundleIdentifier)
-            own.push_back(window.windowID);
-    return own;
+bool touch(const model::Rect& a, const model::Rect& b) {
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
+           b.y < a.y + a.height;
 }
 
-} // namespace
-
-model::Rect clippedArea(model::Rect area, const ShareableContent& content) {
+/// The part of an area that lies inside of the smallest rectangle around all displays.
+model::Rect clippedArea(const model::Rect& area, const std::vector<ShareableDisplay>& displays) {
     double left = std::numeric_limits<double>::max();
     double top = left;
     double right = -left;
     double bottom = -left;
-    for (const auto& [id, name, frame, scale, isMain] : content.displays) {
-        left = std::min(left, frame.x);
-        top = std::min(top, frame.y);
-        right = std::max(right, frame.x + frame.width);
-        bottom = std::max(bottom, frame.y + frame.height);
+    for (const ShareableDisplay& display : displays) {
+        left = std::min(left, display.frame.x);
+        top = std::min(top, display.frame.y);
+        right = std::max(right, display.frame.x + display.frame.width);
+        bottom = std::max(bottom, display.frame.y + display.frame.height);
     }
     left = std::max(left, area.x);
     top = std::max(top, area.y);
@@ -55,44 +52,90 @@ model::Rect clippedArea(model::Rect area, const ShareableContent& content) {
     return clipped;
 }
 
-RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content) {
-    const auto display =
-        std::ranges::find(content.displays, choice.displayID, &ShareableDisplay::displayID);
-    if (display == content.displays.end())
+std::string inLowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char character) {
+        const bool isUpper = character >= 'A' && character <= 'Z';
+        return isUpper ? static_cast<char>(character - 'A' + 'a') : character;
+    });
+    return text;
+}
+
+/// The front-most one that fits.
+const ShareableWindow& findWindow(const RecordingRequest& request,
+                                  const std::vector<ShareableWindow>& windows) {
+    const std::string title = inLowerCase(request.windowTitle);
+    const auto window = std::ranges::find_if(windows, [&](const ShareableWindow& each) {
+        if (each.bundleIdentifier == ownBundleIdentifier)
+            return false;
+        if (request.windowID)
+            return each.windowID == *request.windowID;
+        return !title.empty() && each.isOnScreen &&
+               inLowerCase(each.title).find(title) != std::string::npos;
+    });
+    if (window == windows.end())
+        failStart("No window selected");
+    return *window;
+}
+
+std::vector<std::uint32_t> ownWindows(const std::vector<ShareableWindow>& windows) {
+    std::vector<std::uint32_t> own;
+    for (const ShareableWindow& window : windows)
+        if (window.bundleIdentifier == ownBundleIdentifier)
+            own.push_back(window.windowID);
+    return own;
+}
+
+const ShareableDisplay& findDisplay(const RecordingRequest& request, const model::Rect* place,
+                                    const std::vector<ShareableDisplay>& displays) {
+    const ShareableDisplay* display = nullptr;
+    if (request.displayID) {
+        const auto named =
+            std::ranges::find(displays, *request.displayID, &ShareableDisplay::displayID);
+        display = named == displays.end() ? nullptr : &*named;
+    } else {
+        display = displayUnder(place == nullptr ? model::Rect{} : *place, displays);
+    }
+    if (display == nullptr)
         failStart("Display not found");
+    return *display;
+}
+
+} // namespace
+
+const ShareableDisplay* displayUnder(const model::Rect& rect,
+                                     const std::vector<ShareableDisplay>& displays) {
+    const auto under = std::ranges::find_if(
+        displays, [&](const ShareableDisplay& display) { return touch(display.frame, rect); });
+    if (under != displays.end())
+        return &*under;
+    return displays.empty() ? nullptr : &displays.front();
+}
+
+RecordingTarget resolveTarget(const RecordingRequest& request, const ShareableContent& content) {
     RecordingTarget target;
-    target.display = *display;
-    target.filter.displayID = choice.displayID;
-    target.stream.minimumFrameInterval = frameInterval;
-    const model::Rect frame = display->frame;
-    model::Size size{.width = frame.width, .height = frame.height};
-    switch (choice.captureMode) {
+    target.mode = request.mode;
+    switch (request.mode) {
     case model::CaptureMode::screen:
-        target.filter.excludedWindows = ownWindows(content);
+        target.display = findDisplay(request, nullptr, content.displays);
+        target.captureRect = target.display.frame;
+        target.excludedWindows = ownWindows(content.windows);
         break;
-    case model::CaptureMode::area: {
-        const model::Rect area = choice.captureRect;
-        target.filter.excludedWindows = ownWindows(content);
-        target.stream.sourceRect = model::Rect{.x = area.x - frame.x,
-                                               .y = area.y - frame.y,
-                                               .width = area.width,
-                                               .height = area.height};
-        size = {.width = area.width, .height = area.height};
+    case model::CaptureMode::area:
+        target.display = findDisplay(request, &request.area, content.displays);
+        target.captureRect = clippedArea(request.area, content.displays);
+        target.excludedWindows = ownWindows(content.windows);
         break;
-    }
-    case model::CaptureMode::window:
-        if (!choice.selectedWindow)
-            failStart("No window selected");
-        target.filter.window = choice.selectedWindow->windowID;
-        size = {.width = choice.selectedWindow->frame.width,
-                .height = choice.selectedWindow->frame.height};
+    case model::CaptureMode::window: {
+        const ShareableWindow& window = findWindow(request, content.windows);
+        target.display = findDisplay(request, &window.frame, content.displays);
+        target.captureRect = window.frame;
+        target.windowID = window.windowID;
         break;
     }
-    const auto scale = base::truncatedToInteger(display->backingScaleFactor);
-    target.stream.width = evenPixels(size.width, scale);
-    target.stream.height = evenPixels(size.height, scale);
-    if (choice.captureMode == model::CaptureMode::area &&
-        (target.stream.width == 0 || target.stream.height == 0))
+    }
+    target.width = evenPixels(target.captureRect.width, target.display.backingScaleFactor);
+    target.height = evenPixels(target.captureRect.height, target.display.backingScaleFactor);
+    if (request.mode == model::CaptureMode::area && (target.width == 0 || target.height == 0))
         throw model::VantroError(model::VantroError::Kind::invalidSelection);
     return target;
 }

@@ -1,38 +1,38 @@
 #pragma once
 
-#include "capture/ScreenStream.h"
+#include "base/HostClock.h"
+#include "capture/RecordingRequest.h"
 #include "capture/ShareableContent.h"
-#include "model/Choices.h"
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace vantro::capture {
 
-/// What the user chose to record.
-struct RecordingChoice {
-    model::CaptureMode captureMode = model::CaptureMode::screen;
-    std::uint32_t displayID = 0;
-    model::Rect captureRect; ///< global points, top-left origin
-    std::optional<ShareableWindow> selectedWindow;
-};
-
-/// How a choice is captured: what the stream shows, at which size.
+/// What a recording shows: the one description that stream, pointer and metadata are made from. A
+/// plain record.
 struct RecordingTarget {
-    ShareableDisplay display;
-    ContentFilter filter;
-    ScreenStreamConfiguration stream;
+    model::CaptureMode mode = model::CaptureMode::screen;
+    ShareableDisplay display;   ///< that is shown or that the area or window lies on
+    model::Rect captureRect;    ///< global points; of a window, where it stood
+    std::uint32_t windowID = 0; ///< in window mode
+    std::vector<std::uint32_t> excludedWindows; ///< that are not to be seen otherwise
+    int width = 0; ///< of the movie: pixels, even; content beyond it is cut off
+    int height = 0;
+    base::HostDuration minimumFrameInterval{1'000'000'000 / 60};
 };
 
 /// The windows of the application with this identifier are never recorded: it is our own.
 inline constexpr const char* ownBundleIdentifier = "com.vantro.app";
 
-/// The part of an area that lies inside of the smallest rectangle around all displays. Throws
-/// VantroError invalidSelection when nothing is left.
-model::Rect clippedArea(model::Rect area, const ShareableContent& content);
+/// The first display that the rectangle touches, else the main one; null without displays.
+const ShareableDisplay* displayUnder(const model::Rect& rect,
+                                     const std::vector<ShareableDisplay>& displays);
 
-/// Throws VantroError captureStartFailed, "Display not found" or "No window selected", and
-/// invalidSelection for an area without pixels.
-RecordingTarget resolveTarget(const RecordingChoice& choice, const ShareableContent& content);
+/// Finds what a request names in what a desktop offers. Throws VantroError captureStartFailed,
+/// "Display not found" or "No window selected", and invalidSelection for an area without pixels on
+/// any display.
+RecordingTarget resolveTarget(const RecordingRequest& request, const ShareableContent& content);
 
 } // namespace vantro::capture

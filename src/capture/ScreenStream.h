@@ -2,30 +2,11 @@
 
 #include "base/HostClock.h"
 #include "media/values/PixelBuffer.h"
-#include "model/Geometry.h"
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace vantro::capture {
-
-/// What a stream shows: a display without some windows, or one window wherever it stands.
-struct ContentFilter {
-    std::uint32_t displayID = 0;
-    std::vector<std::uint32_t> excludedWindows; ///< of the display
-    std::optional<std::uint32_t> window;        ///< this window alone instead of the display
-};
-
-struct ScreenStreamConfiguration {
-    int width = 0; ///< pixels, even; content beyond it is cut off
-    int height = 0;
-    /// The part of the display to show: points from the display's top-left corner. Absent: all.
-    std::optional<model::Rect> sourceRect;
-    base::HostDuration minimumFrameInterval{1'000'000'000 / 60};
-};
 
 enum class FrameStatus { complete, idle, blank, suspended, started, stopped };
 

@@ -1,7 +1,7 @@
 #include "program/DesktopServices.h"
 
 #include "app/Desktop.h"
-#include "capture/ScreenRecorder.h"
+#include "capture/RecordingSession.h"
 #include "export/GIFExporter.h"
 #include "export/Inspection.h"
 #include "export/StillFrame.h"
@@ -10,22 +10,9 @@
 #include "render/RendererFactory.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace vantro::program {
 namespace {
-
-capture::ScreenRecorder::Configuration
-recorderConfiguration(const app::flows::RecorderConfiguration& wanted) {
-    return {.outputURL = wanted.outputURL,
-            .choice = {.captureMode = wanted.captureMode,
-                       .displayID = wanted.displayID,
-                       .captureRect = wanted.captureRect,
-                       .selectedWindow = wanted.selectedWindow},
-            .systemAudioEnabled = wanted.systemAudioEnabled,
-            .microphoneAudioEnabled = wanted.microphoneAudioEnabled,
-            .webcamEnabled = wanted.webcamEnabled};
-}
 
 /// The movie's length is rounded segment by segment: the very end may lie a hair beyond it.
 double insideOutput(const model::Recording& recording, const model::Edit& edit, double time) {
@@ -36,79 +23,54 @@ double insideOutput(const model::Recording& recording, const model::Edit& edit, 
     return std::clamp(time, 0.0, std::max(end, 0.0));
 }
 
-/// A ScreenRecorder with the connection that it records over.
-class DesktopRecorder : public app::flows::Recorder {
-  public:
-    explicit DesktopRecorder(app::flows::RecorderConfiguration configuration)
-        : m_configuration(std::move(configuration)) {}
-
-    void start() override {
-        m_platform = app::connectDesktop();
-        m_recorder = std::make_unique<capture::ScreenRecorder>(
-            recorderConfiguration(m_configuration), *m_platform);
-        m_recorder->start();
-        m_running = m_recorder.get();
-    }
-
-    model::RecordingMetadata stop() override {
-        if (m_recorder == nullptr)
-            throw model::VantroError(model::VantroError::Kind::noRecordingData);
-        auto metadata = m_recorder->stop();
-        if (!std::filesystem::exists(m_configuration.outputURL))
-            throw model::VantroError(model::VantroError::Kind::noRecordingData);
-        return metadata;
-    }
-
-    app::flows::RecorderStatus status() override {
-        auto* running = m_running.load();
-        if (running == nullptr)
-            return {};
-        const auto statistics = running->statistics();
-        return {.framesDropped = statistics.framesDropped,
-                .isCapturing = statistics.condition == capture::RecordingCondition::recording};
-    }
-
-  private:
-    const app::flows::RecorderConfiguration m_configuration;
-    std::unique_ptr<capture::CapturePlatform> m_platform;
-    std::unique_ptr<capture::ScreenRecorder> m_recorder;
-    std::atomic<capture::ScreenRecorder*> m_running = nullptr; ///< once it has started
-};
-
 } // namespace
 
 DesktopRecording::DesktopRecording() = default;
 DesktopRecording::~DesktopRecording() = default;
 
-std::vector<capture::ShareableDisplay> DesktopRecording::displays() {
-    if (!preflight())
-        return {};
-    auto content = m_platform->shareableContent();
-    return content ? std::move(content->displays) : std::vector<capture::ShareableDisplay>();
+capture::CapturePlatform* DesktopRecording::connected() {
+    if (m_platform != nullptr && m_platform->displays())
+        return m_platform.get();
+    try {
+        m_platform = app::connectDesktop();
+    } catch (const std::exception& error) {
+        m_platform.reset();
+        m_whyNot = error.what();
+    }
+    return m_platform.get();
 }
 
-std::shared_ptr<app::flows::Recorder>
-DesktopRecording::makeRecorder(app::flows::RecorderConfiguration configuration) {
-    return std::make_shared<DesktopRecorder>(std::move(configuration));
+std::vector<capture::ShareableDisplay> DesktopRecording::displays() {
+    auto* platform = connected();
+    if (platform == nullptr)
+        return {};
+    return platform->displays().value_or(std::vector<capture::ShareableDisplay>());
+}
+
+capture::PlatformAbilities DesktopRecording::abilities() {
+    auto* platform = connected();
+    return platform != nullptr ? platform->abilities() : capture::noAbilities(m_whyNot);
+}
+
+std::shared_ptr<capture::Recorder>
+DesktopRecording::makeRecorder(capture::RecordingRequest request) {
+    auto recorder =
+        std::make_shared<capture::RecordingSession>(std::move(request), app::connectDesktop);
+    m_recorder = recorder;
+    return recorder;
 }
 
 bool DesktopRecording::preflight() {
-    if (m_platform != nullptr && m_platform->shareableContent())
-        return true;
-    try {
-        m_platform = app::connectDesktop();
-        return true;
-    } catch (const model::VantroError&) {
-        m_platform.reset();
-        return false;
-    }
+    const auto recorder = m_recorder.lock();
+    return (recorder && recorder->statistics().isRunning) || connected() != nullptr;
 }
 
 std::expected<capture::ShareableContent, std::string> listShareableContent() {
     try {
-        return app::shareableContent(*app::connectDesktop());
-    } catch (const model::VantroError& error) {
-        return std::unexpected(error.message());
+        return app::shareableContent(*app::connectDesktop(),
+                                     capture::CapturePlatform::WindowIcons::included);
+    } catch (const std::exception& error) {
+        return std::unexpected(error.what());
     }
 }
 

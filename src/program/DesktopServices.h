@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/flows/ExportRunner.h"
-#include "app/flows/Recorder.h"
+#include "app/flows/RecordingPlatform.h"
 #include "editor/StillPreview.h"
 #include "window/picker/WindowPickerModel.h"
 
@@ -21,13 +21,19 @@ class DesktopRecording : public app::flows::RecordingPlatform {
     ~DesktopRecording() override;
 
     std::vector<capture::ShareableDisplay> displays() override;
-    std::shared_ptr<app::flows::Recorder>
-    makeRecorder(app::flows::RecorderConfiguration configuration) override;
-    /// Whether the desktop lets us record; a lost connection is tried again.
+    capture::PlatformAbilities abilities() override;
+    std::shared_ptr<capture::Recorder> makeRecorder(capture::RecordingRequest request) override;
+    /// Whether the desktop lets us record; a lost connection is tried again. Not asked anew while
+    /// a recording runs.
     bool preflight();
 
   private:
+    /// Null where the desktop cannot be reached.
+    capture::CapturePlatform* connected();
+
     std::unique_ptr<capture::CapturePlatform> m_platform;
+    std::string m_whyNot; ///< there is no platform
+    std::weak_ptr<capture::Recorder> m_recorder;
 };
 
 /// Lists what can be recorded, over a connection of its own.

@@ -95,7 +95,7 @@ QString MainModel::elapsed() const {
 
 QString MainModel::recordingNote() const {
     const auto& status = m_flows.recording.recorderStatus();
-    if (!status.isCapturing)
+    if (!status.isCapturing())
         return QStringLiteral("Capture has ended. Stop to keep what was recorded.");
     if (status.framesDropped > 0)
         return QStringLiteral("%1 frames dropped").arg(status.framesDropped);

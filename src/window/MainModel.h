@@ -63,7 +63,7 @@ class MainModel : public QObject {
     void setWebcam(bool enabled) { m_state.setWebcamEnabled(enabled); }
     QString elapsed() const;
     QString recordingNote() const;
-    bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing; }
+    bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }
     bool stopping() const { return m_flows.recording.isStopping(); }
     int countdown() const { return m_flows.recording.countdownRemaining(); }
     bool alertShown() const { return m_state.showError(); }
@@ -76,7 +76,7 @@ class MainModel : public QObject {
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
     Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
-    Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelCountdown(); }
+    Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelPreparation(); }
     /// A row of the window picker's list; one that is gone by now does nothing.
     Q_INVOKABLE void pickWindow(int row);
     Q_INVOKABLE void cancelPicker() { m_flows.recording.windowPickerCancelled(); }

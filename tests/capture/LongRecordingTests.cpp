@@ -1,7 +1,7 @@
 // Two hours of recording in a few seconds, on clocks that the tests drive.
 #include "capture/CursorTracker.h"
+#include "capture/RecordingSession.h"
 #include "capture/ResidentMemory.h"
-#include "capture/ScreenRecorder.h"
 #include "capture/ScriptedPlatform.h"
 #include "media/Asset.h"
 #include "support/Eventually.h"
@@ -54,7 +54,7 @@ class RushingClock final : public CaptureClock {
 
 TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
     RushingClock clock;
-    test::ScriptedPlatform platform;
+    test::ScriptedPlatform platform(std::make_shared<test::StreamScript>());
     CursorTracker tracker({0, 0, 320, 240}, 240, platform.makePointerSource().value(), clock);
     const auto before = test::residentMemory();
     tracker.start();
@@ -75,14 +75,10 @@ TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
 TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
     const test::TemporaryFolder folder;
     const auto movie = folder.path() / "recording.mov";
-    test::ScriptedPlatform platform;
-    ScreenRecorder recorder({.outputURL = movie,
-                             .choice = {.captureMode = model::CaptureMode::screen,
-                                        .displayID = test::ScriptedPlatform::displayID,
-                                        .captureRect = {0, 0, 320, 240},
-                                        .selectedWindow = {}}},
-                            platform);
-    recorder.start();
+    const auto script = std::make_shared<test::StreamScript>();
+    RecordingSession recorder({}, [&] { return std::make_unique<test::ScriptedPlatform>(script); });
+    ASSERT_TRUE(recorder.choose({}));
+    recorder.start(movie);
     const auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 320, 240);
     // The two hours end now. The first ten minutes fill caches and queues.
     const base::HostTime start = base::hostNow() - length;
@@ -92,9 +88,9 @@ TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
         if (time == 10min)
             before = test::residentMemory();
         const auto deliver = [&] {
-            return platform.output->screenSample({.status = FrameStatus::complete,
-                                                  .presentationTime = start + time,
-                                                  .pixels = picture});
+            return script->output->screenSample({.status = FrameStatus::complete,
+                                                 .presentationTime = start + time,
+                                                 .pixels = picture});
         };
         // The encoder takes its time.
         ASSERT_TRUE(test::eventually([&] { return deliver() == SampleDisposition::taken; }));

@@ -8,100 +8,102 @@ namespace {
 
 using testing::ElementsAre;
 
-ShareableWindow window(std::uint32_t id, std::string bundleIdentifier) {
+ShareableWindow window(std::uint32_t id, std::string title, std::string bundleIdentifier) {
     ShareableWindow made;
     made.windowID = id;
+    made.title = std::move(title);
     made.bundleIdentifier = std::move(bundleIdentifier);
+    made.frame = {5, 5, 321.7, 99};
+    made.isOnScreen = true;
     return made;
 }
 
 const ShareableContent content{.displays = {{7, "main", {0, 0, 683.5, 384}, 2.0, true},
                                             {9, "side", {1000, -20, 301, 201}, 1.75, false}},
-                               .windows = {window(1, "org.example.editor"),
-                                           window(2, "com.vantro.app"),
-                                           window(3, "com.vantro.app")}};
+                               .windows = {window(2, "our report", "com.vantro.app"),
+                                           window(1, "A Report", "org.example.editor"),
+                                           window(3, "", "com.vantro.app")}};
 
-RecordingChoice choice(model::CaptureMode mode, std::uint32_t displayID,
-                       model::Rect captureRect = {}) {
-    return {.captureMode = mode,
+RecordingRequest request(model::CaptureMode mode, std::optional<std::uint32_t> displayID = {},
+                         model::Rect area = {}) {
+    return {.mode = mode,
             .displayID = displayID,
-            .captureRect = captureRect,
-            .selectedWindow = {}};
-}
-
-std::string failure(const RecordingChoice& wrong) {
-    try {
-        resolveTarget(wrong, content);
-    } catch (const model::VantroError& error) {
-        EXPECT_EQ(error.kind(), model::VantroError::Kind::captureStartFailed);
-        return error.message();
-    }
-    return {};
+            .area = area,
+            .windowID = {},
+            .windowTitle = {},
+            .sources = {}};
 }
 
 TEST(RecordingTarget, TakesEveryPixelOfADisplayAndRoundsOddSizesDown) {
-    const auto main = resolveTarget(choice(model::CaptureMode::screen, 7), content);
-    EXPECT_EQ(main.stream.width, 1366);
-    EXPECT_EQ(main.stream.height, 768);
-    EXPECT_EQ(main.stream.minimumFrameInterval, base::HostDuration(16'666'666));
-    EXPECT_FALSE(main.stream.sourceRect);
-    const auto side = resolveTarget(choice(model::CaptureMode::screen, 9), content);
-    EXPECT_EQ(side.stream.width, 300) << "the scale counts in whole numbers";
-    EXPECT_EQ(side.stream.height, 200);
-}
-
-TEST(RecordingTarget, PlacesAnAreaRelativeToItsDisplay) {
-    const auto target =
-        resolveTarget(choice(model::CaptureMode::area, 9, {1010, 0, 101.9, 51.2}), content);
-    EXPECT_EQ(target.stream.sourceRect, (model::Rect{10, 20, 101.9, 51.2}));
-    EXPECT_EQ(target.stream.width, 100);
-    EXPECT_EQ(target.stream.height, 50);
+    const auto main = resolveTarget(request(model::CaptureMode::screen), content);
+    EXPECT_EQ(main.display.displayID, 7);
+    EXPECT_EQ(main.width, 1366);
+    EXPECT_EQ(main.height, 768);
+    EXPECT_EQ(main.minimumFrameInterval, base::HostDuration(16'666'666));
+    const auto side = resolveTarget(request(model::CaptureMode::screen, 9), content);
+    EXPECT_EQ(side.captureRect, content.displays[1].frame);
+    EXPECT_EQ(side.width, 300) << "the scale counts in whole numbers";
+    EXPECT_EQ(side.height, 200);
+    const ShareableContent thirds{
+        .displays = {{1, "third", {0, 0, 1000 / 3.0, 700 / 3.0}, 3.0, true}}, .windows = {}};
+    const auto third = resolveTarget(request(model::CaptureMode::screen), thirds);
+    EXPECT_EQ(third.width, 1000);
+    EXPECT_EQ(third.height, 700);
 }
 
 TEST(RecordingTarget, ClipsAnAreaToTheDisplaysAndRefusesWhatIsEmptyOrOutside) {
-    // The displays lie within (0, -20) and (1301, 384).
-    EXPECT_EQ(clippedArea({-50, -50, 100, 100}, content), (model::Rect{0, -20, 50, 70}));
-    EXPECT_EQ(clippedArea({600, 100, 500, 50}, content), (model::Rect{600, 100, 500, 50}));
-    const auto isRefused = [](const auto& attempt) {
-        try {
-            attempt();
-        } catch (const model::VantroError& error) {
-            return error.kind() == model::VantroError::Kind::invalidSelection &&
-                   error.description() == "Invalid screen area selected.";
-        }
-        return false;
+    const auto area = [](model::Rect rect) {
+        return resolveTarget(request(model::CaptureMode::area, {}, rect), content);
     };
-    for (const model::Rect& rect :
-         {model::Rect{}, model::Rect{10, 10, 0, 20}, model::Rect{10, 10, -5, 20},
-          model::Rect{1301, 0, 100, 100}, model::Rect{0, 384, 10, 10}})
-        EXPECT_TRUE(isRefused([&] { clippedArea(rect, content); })) << rect.x << " " << rect.width;
-    EXPECT_TRUE(isRefused([] {
-        resolveTarget(choice(model::CaptureMode::area, 9, {1000, 0, 1.5, 50}), content);
-    })) << "not two pixels wide";
+    // The displays lie within (0, -20) and (1301, 384).
+    EXPECT_EQ(area({-50, -50, 100, 100}).captureRect, (model::Rect{0, -20, 50, 70}));
+    EXPECT_EQ(area({600, 100, 500, 50}).captureRect, (model::Rect{600, 100, 500, 50}));
+    const auto onSide = area({1010, 0, 101.9, 51.2});
+    EXPECT_EQ(onSide.display.displayID, 9) << "that it lies on";
+    EXPECT_EQ(onSide.width, 100);
+    EXPECT_EQ(onSide.height, 50);
+    for (const model::Rect& rect : {model::Rect{}, model::Rect{10, 10, 0, 20},
+                                    model::Rect{10, 10, -5, 20}, model::Rect{1301, 0, 100, 100},
+                                    model::Rect{0, 384, 10, 10}, model::Rect{1000, 0, 1.5, 50}}) {
+        try {
+            area(rect);
+            ADD_FAILURE() << rect.x << " " << rect.width;
+        } catch (const model::VantroError& error) {
+            EXPECT_EQ(error.description(), "Invalid screen area selected.");
+        }
+    }
 }
 
 TEST(RecordingTarget, LeavesOutOwnWindowsButNotFromAWindowRecording) {
-    EXPECT_THAT(
-        resolveTarget(choice(model::CaptureMode::screen, 7), content).filter.excludedWindows,
-        ElementsAre(2, 3));
-    RecordingChoice chosen = choice(model::CaptureMode::window, 7);
-    chosen.selectedWindow = window(1, {});
-    chosen.selectedWindow->frame = {5, 5, 321.7, 99};
-    const auto target = resolveTarget(chosen, content);
-    EXPECT_EQ(target.filter.window, 1U);
-    EXPECT_TRUE(target.filter.excludedWindows.empty());
-    EXPECT_EQ(target.stream.width, 642);
-    EXPECT_EQ(target.stream.height, 198);
+    EXPECT_THAT(resolveTarget(request(model::CaptureMode::screen), content).excludedWindows,
+                ElementsAre(2, 3));
+    auto named = request(model::CaptureMode::window);
+    named.windowTitle = "REPORT";
+    const auto target = resolveTarget(named, content);
+    EXPECT_EQ(target.windowID, 1U);
+    EXPECT_TRUE(target.excludedWindows.empty());
+    EXPECT_EQ(target.captureRect, (model::Rect{5, 5, 321.7, 99}));
+    EXPECT_EQ(target.width, 642);
+    EXPECT_EQ(target.height, 198);
 }
 
 TEST(RecordingTarget, TellsWhatIsMissing) {
-    EXPECT_EQ(failure(choice(model::CaptureMode::screen, 8)), "Display not found");
-    EXPECT_EQ(failure(choice(model::CaptureMode::window, 7)), "No window selected");
-}
-
-TEST(RecordingTarget, AnAreaTooLargeToCountIsFatal) {
-    EXPECT_DEATH(resolveTarget(choice(model::CaptureMode::area, 7, {0, 0, 1e300, 10}), content),
-                 "too large");
+    auto ours = request(model::CaptureMode::window);
+    ours.windowID = 2;
+    auto untitled = request(model::CaptureMode::window);
+    untitled.windowTitle = "letter";
+    for (const auto& [wrong, message] :
+         {std::pair{request(model::CaptureMode::screen, 8), "Display not found"},
+          std::pair{request(model::CaptureMode::window), "No window selected"},
+          std::pair{ours, "No window selected"}, std::pair{untitled, "No window selected"}}) {
+        try {
+            resolveTarget(wrong, content);
+            ADD_FAILURE() << message;
+        } catch (const model::VantroError& error) {
+            EXPECT_EQ(error.kind(), model::VantroError::Kind::captureStartFailed);
+            EXPECT_EQ(error.message(), message);
+        }
+    }
 }
 
 } // namespace

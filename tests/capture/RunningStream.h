@@ -11,39 +11,35 @@
 
 namespace vantro::test {
 
-/// As a user chooses a window.
-inline capture::RecordingChoice choiceOf(const XServer& server, const TestWindow& window) {
-    const auto content = connectTo(server)->shareableContent().value();
-    const auto found =
-        std::ranges::find(content.windows, window.id(), &capture::ShareableWindow::windowID);
-    return {.captureMode = model::CaptureMode::window,
-            .displayID = content.displays.front().displayID,
-            .captureRect = found->frame,
-            .selectedWindow = *found};
+inline capture::RecordingRequest windowRequest(const TestWindow& window) {
+    capture::RecordingRequest request;
+    request.mode = model::CaptureMode::window;
+    request.windowID = window.id();
+    return request;
+}
+
+/// Of the display with this name.
+inline capture::RecordingRequest screenRequest(const XServer& server, const std::string& name) {
+    const auto displays = connectTo(server)->displays().value();
+    capture::RecordingRequest request;
+    request.displayID =
+        std::ranges::find(displays, name, &capture::ShareableDisplay::name)->displayID;
+    return request;
+}
+
+inline capture::RecordingRequest areaRequest(model::Rect area) {
+    capture::RecordingRequest request;
+    request.mode = model::CaptureMode::area;
+    request.area = area;
+    return request;
 }
 
 /// A running stream from the server that a test gives.
 struct RunningStream {
-    /// The whole main display, or the part of it in `sourceRect`.
-    explicit RunningStream(const XServer& server, std::optional<model::Rect> sourceRect = {})
-        : platform(connectTo(server)) {
-        const auto display = platform->shareableContent().value().displays.front();
-        const model::Rect shown = sourceRect.value_or(display.frame);
-        capture::ContentFilter filter;
-        filter.displayID = display.displayID;
-        capture::ScreenStreamConfiguration configuration;
-        configuration.width = static_cast<int>(shown.width) & ~1;
-        configuration.height = static_cast<int>(shown.height) & ~1;
-        configuration.sourceRect = sourceRect;
-        stream = platform->makeScreenStream(filter, configuration).value();
-        stream->startCapture(collector);
-    }
-
-    /// What a user chooses, resolved as a recording does it.
-    RunningStream(const XServer& server, const capture::RecordingChoice& choice)
-        : platform(connectTo(server)) {
-        const auto target = capture::resolveTarget(choice, platform->shareableContent().value());
-        stream = platform->makeScreenStream(target.filter, target.stream).value();
+    /// The whole main display unless told otherwise.
+    explicit RunningStream(const XServer& server, const capture::RecordingRequest& request = {})
+        : platform(connectTo(server))
+        , stream(platform->makeScreenStream(awaitTarget(*platform, request).value()).value()) {
         stream->startCapture(collector);
     }
 

@@ -3,7 +3,7 @@
 #include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "capture/OwnProcess.h"
-#include "capture/ScreenRecorder.h"
+#include "capture/RecordingSession.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/TemporaryFolder.h"
@@ -27,16 +27,11 @@ constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossles
 constexpr double frame = 1.0 / 60;
 
 struct Recording {
-    explicit Recording(const test::XServer& server) : platform(test::connectTo(server)) {
-        const auto display = platform->shareableContent()->displays.front();
-        recorder = std::make_unique<ScreenRecorder>(
-            ScreenRecorder::Configuration{.outputURL = movie,
-                                          .choice = {.captureMode = model::CaptureMode::screen,
-                                                     .displayID = display.displayID,
-                                                     .captureRect = display.frame,
-                                                     .selectedWindow = {}}},
-            *platform);
-        recorder->start();
+    explicit Recording(const test::XServer& server, const RecordingRequest& request = {})
+        : recorder(std::make_unique<RecordingSession>(
+              request, [&server] { return test::connectTo(server); })) {
+        recorder->choose({});
+        recorder->start(movie);
     }
 
     /// Waits until one frame more than `before` has been captured.
@@ -54,8 +49,7 @@ struct Recording {
 
     test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
-    std::unique_ptr<CapturePlatform> platform;
-    std::unique_ptr<ScreenRecorder> recorder;
+    std::unique_ptr<RecordingSession> recorder;
 };
 
 TEST(ScreenRecording, HoldsEachStateOfTheScreenAndThePointersPath) {

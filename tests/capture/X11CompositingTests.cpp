@@ -129,7 +129,7 @@ TEST_P(UnderACompositingManager, ACoveredWindowIsRecordedWhetherItRunsOrNot) {
     test::TestWindow window(server, {500, 300, 300, 250}, red);
     const test::TestWindow cover(server, {520, 320, 400, 400}, green);
     std::optional<test::CompositingManager> manager(std::in_place, server, GetParam());
-    test::RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::windowRequest(window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue);
     ASSERT_TRUE(running.awaitColor(210, 210, blue));

@@ -18,7 +18,9 @@ using test::XServer;
 using testing::HasSubstr;
 
 ShareableContent contentOf(const test::XServer& server) {
-    return test::connectTo(server)->shareableContent().value();
+    return test::connectTo(server)
+        ->shareableContent(CapturePlatform::WindowIcons::included)
+        .value();
 }
 
 TEST(X11Content, NamesMonitorsTheSameInEveryRun) {

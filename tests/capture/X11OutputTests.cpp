@@ -1,8 +1,8 @@
 // Displays that are plugged in and out and change their resolution in the middle of a recording,
 // and presses by touch and pen, on a real Xorg server.
 #include "capture/MovieFrames.h"
+#include "capture/RecordingSession.h"
 #include "capture/RunningStream.h"
-#include "capture/ScreenRecorder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 #include "support/XConnection.h"
@@ -47,15 +47,6 @@ class XorgTest : public testing::Test {
         xrandr({"--addmode", "DUMMY1", "small"});
         xrandr({"--output", "DUMMY1", "--mode", "small", side, "DUMMY0"});
     }
-    RecordingChoice choose(const std::string& output) {
-        const auto content = test::connectTo(*server)->shareableContent().value();
-        const auto display = std::ranges::find(content.displays, output, &ShareableDisplay::name);
-        return {.captureMode = model::CaptureMode::screen,
-                .displayID = display->displayID,
-                .captureRect = display->frame,
-                .selectedWindow = {}};
-    }
-
     test::TemporaryFolder folder;
     std::unique_ptr<test::XServer> server;
 };
@@ -64,9 +55,10 @@ TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {
     plugIn("--right-of");
     const test::TestWindow window(*server, {800, 0, 640, 480}, red);
     const auto movie = folder.path() / "recording.mov";
-    const auto platform = test::connectTo(*server);
-    ScreenRecorder recorder({.outputURL = movie, .choice = choose("DUMMY1")}, *platform);
-    recorder.start();
+    RecordingSession recorder(test::screenRequest(*server, "DUMMY1"),
+                              [this] { return test::connectTo(*server); });
+    ASSERT_TRUE(recorder.choose({}));
+    recorder.start(movie);
     ASSERT_TRUE(test::eventually([&] { return recorder.statistics().framesCaptured > 0; }));
     xrandr({"--output", "DUMMY1", "--off"});
     ASSERT_TRUE(test::eventually(
@@ -81,7 +73,7 @@ TEST_F(XorgTest, ARecordingOfAnUnpluggedDisplayEndsAndKeepsWhatItHas) {
 
 TEST_F(XorgTest, ARecordingGoesOnWhileOtherDisplaysComeAndGo) {
     test::TestWindow window(*server, {0, 0, 800, 600}, red);
-    test::RunningStream running(*server, choose("DUMMY0"));
+    test::RunningStream running(*server, test::screenRequest(*server, "DUMMY0"));
     ASSERT_TRUE(running.awaitColor(400, 300, red));
     plugIn("--left-of"); // which moves the one that is recorded
     window.place({640, 0, 800, 600});
@@ -97,7 +89,7 @@ TEST_F(XorgTest, ARecordingGoesOnWhileOtherDisplaysComeAndGo) {
 
 TEST_F(XorgTest, AnotherResolutionIsFittedIntoTheMovie) {
     test::TestWindow window(*server, {0, 0, 1280, 720}, red);
-    test::RunningStream running(*server, choose("DUMMY0"));
+    test::RunningStream running(*server, test::screenRequest(*server, "DUMMY0"));
     ASSERT_TRUE(running.awaitColor(790, 590, red));
     xrandr({"--output", "DUMMY0", "--mode", "1280x720"}); // shown as the middle 800 × 450 pixels
     window.fill({0, 0, 640, 720}, green);

@@ -156,11 +156,8 @@ TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
     const auto content = platform->shareableContent().value();
     ASSERT_EQ(content.windows.size(), 1);
     EXPECT_EQ(content.windows[0].bundleIdentifier, ownBundleIdentifier);
-    RecordingChoice choice;
-    choice.displayID = content.displays[0].displayID;
-    const auto target = resolveTarget(choice, content);
     test::SampleCollector collector;
-    const auto stream = platform->makeScreenStream(target.filter, target.stream).value();
+    const auto stream = platform->makeScreenStream(resolveTarget({}, content)).value();
     stream->startCapture(collector);
     ASSERT_TRUE(collector.awaitSample([](const ScreenSample&) { return true; }));
     EXPECT_TRUE(test::hasColor(*collector.samples()[0].pixels, 320, 240, black));

@@ -91,7 +91,7 @@ TEST(X11ScreenStream, ShowsOnlyTheAreaAskedFor) {
     const test::XServer server({.width = 501, .height = 301});
     test::TestWindow window(server, {0, 0, 501, 301}, red);
     window.fill({301, 100, 100, 51}, green);
-    test::RunningStream running(server, model::Rect{301, 100, 101, 51});
+    test::RunningStream running(server, test::areaRequest({301, 100, 101, 51}));
     ASSERT_TRUE(running.awaitColor(0, 0, green));
     const auto first = running.collector.samples().front().pixels;
     EXPECT_EQ(first->width(), 100);
@@ -113,16 +113,6 @@ struct ThreeMonitors {
         test::addMonitor(server, "right", {700, 0, 201, 401}, false);
     }
 
-    RecordingChoice choose(model::CaptureMode mode, const std::string& name,
-                           model::Rect rect = {}) const {
-        const auto displays = test::connectTo(server)->shareableContent().value().displays;
-        const auto display = std::ranges::find(displays, name, &ShareableDisplay::name);
-        return {.captureMode = mode,
-                .displayID = display->displayID,
-                .captureRect = rect,
-                .selectedWindow = {}};
-    }
-
     test::XServer server{{.width = 901, .height = 401}};
     test::TestWindow left{server, {0, 100, 300, 200}, red};
     test::TestWindow middle{server, {300, 50, 400, 300}, green};
@@ -134,7 +124,7 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
     for (const auto& [name, color, width, height] : {std::tuple{"left", red, 300, 200},
                                                      {"middle", green, 400, 300},
                                                      {"right", blue, 200, 400}}) {
-        test::RunningStream running(desk.server, desk.choose(model::CaptureMode::screen, name));
+        test::RunningStream running(desk.server, test::screenRequest(desk.server, name));
         ASSERT_TRUE(running.awaitColor(0, 0, color)) << name;
         const auto first = running.collector.samples()[0].pixels;
         EXPECT_EQ(first->width(), width);
@@ -142,8 +132,7 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
         EXPECT_TRUE(test::hasColor(*first, width - 1, height - 1, color));
     }
     // Global points count from the main monitor's corner: this one is on all three.
-    test::RunningStream across(
-        desk.server, desk.choose(model::CaptureMode::area, "middle", {-100, 100, 600, 50}));
+    test::RunningStream across(desk.server, test::areaRequest({-100, 100, 600, 50}));
     ASSERT_TRUE(across.awaitColor(99, 49, red));
     const auto first = across.collector.samples()[0].pixels;
     EXPECT_TRUE(test::hasColor(*first, 100, 0, green));
@@ -153,8 +142,8 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
 
 TEST(X11ScreenStream, EndsWhenItsMonitorHasGoneAndGoesOnWhenAnotherHas) {
     ThreeMonitors desk;
-    test::RunningStream right(desk.server, desk.choose(model::CaptureMode::screen, "right"));
-    test::RunningStream left(desk.server, desk.choose(model::CaptureMode::screen, "left"));
+    test::RunningStream right(desk.server, test::screenRequest(desk.server, "right"));
+    test::RunningStream left(desk.server, test::screenRequest(desk.server, "left"));
     ASSERT_TRUE(right.awaitColor(100, 100, blue));
     ASSERT_TRUE(left.awaitColor(100, 100, red));
     test::removeMonitor(desk.server, "right");
@@ -193,15 +182,11 @@ TEST(X11ScreenStream, TellsWhenTheServerDies) {
 TEST(X11ScreenStream, RefusesWhatLiesOutsideOfTheScreen) {
     const test::XServer server;
     const auto platform = test::connectTo(server);
-    ContentFilter filter;
-    filter.displayID = platform->shareableContent()->displays.front().displayID;
-    ScreenStreamConfiguration configuration;
-    configuration.width = 640;
-    configuration.height = 482;
-    EXPECT_EQ(platform->makeScreenStream(filter, configuration).error(),
-              "the area lies outside of the screen");
-    filter.displayID += 1;
-    EXPECT_EQ(platform->makeScreenStream(filter, configuration).error(), "Display not found");
+    auto target = awaitTarget(*platform, {}).value();
+    target.height += 2;
+    EXPECT_EQ(platform->makeScreenStream(target).error(), "the area lies outside of the screen");
+    target.display.displayID += 1;
+    EXPECT_EQ(platform->makeScreenStream(target).error(), "Display not found");
 }
 
 } // namespace

@@ -20,7 +20,7 @@ TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
     const test::XServer server({.missingExtensions = GetParam()});
     test::TestWindow window(server, {500, 300, 301, 251}, red);
     test::TestWindow cover(server, {520, 320, 400, 400}, green);
-    test::RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::windowRequest(window));
     ASSERT_TRUE(running.awaitColor(100, 100, red));
     window.fill({200, 200, 20, 20}, blue); // beyond the screen's corner, and covered
     ASSERT_TRUE(running.awaitColor(210, 210, blue));
@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn, test::usualServers(), test:
 TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
     const test::XServer server;
     test::TestWindow window(server, {10, 10, 200, 100}, red);
-    test::RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::windowRequest(window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.place({300, 200, 200, 100});
     window.fill({0, 0, 200, 100}, green);
@@ -67,7 +67,7 @@ TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
     const test::TestWindow ground(server, {0, 0, 640, 480}, blue);
     test::TestWindow window(server, {10, 10, 200, 100}, red);
     window.shape({{0, 0, 200, 60}});
-    test::RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::windowRequest(window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     window.shape({{50, 0, 100, 100}});
     window.fill(green);
@@ -80,7 +80,7 @@ TEST(X11WindowStream, ShowsBlackWhereAWindowIsCutOut) {
 TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
     const test::XServer server;
     test::TestWindow window(server, {10, 10, 200, 100}, red);
-    test::RunningStream running(server, test::choiceOf(server, window));
+    test::RunningStream running(server, test::windowRequest(window));
     ASSERT_TRUE(running.awaitColor(100, 50, red));
     const auto before = running.collector.samples().size();
     window.hide();
@@ -97,14 +97,11 @@ TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
 TEST(X11WindowStream, TellsThatThereIsNoSuchWindowOrNoExtensionForIt) {
     const test::XServer server;
     test::TestWindow window(server, {10, 10, 200, 100}, red);
-    ContentFilter filter;
-    filter.window = window.id();
-    const ScreenStreamConfiguration configuration{.width = 200, .height = 100, .sourceRect = {}};
+    const auto target = awaitTarget(*test::connectTo(server), test::windowRequest(window)).value();
     window.close();
-    EXPECT_EQ(test::connectTo(server)->makeScreenStream(filter, configuration).error(),
-              "No window selected");
+    EXPECT_EQ(test::connectTo(server)->makeScreenStream(target).error(), "No window selected");
     const test::XServer plain({.missingExtensions = {"Composite"}});
-    EXPECT_EQ(test::connectTo(plain)->makeScreenStream(filter, configuration).error(),
+    EXPECT_EQ(test::connectTo(plain)->makeScreenStream(target).error(),
               "single windows cannot be captured: the display lacks the extension Composite");
 }
 

@@ -54,7 +54,7 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     recording.setCountdown(3);
     record();
     keep("countdown");
-    recording.cancelCountdown();
+    recording.cancelPreparation();
     recording.setCountdown(0);
 
     record();
@@ -63,7 +63,7 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     window().close();
     keep("quit");
     app.keepRecording();
-    platform.next->recorderStatus.isCapturing = false;
+    platform.next->recorderStatus.condition = capture::RecordingCondition::streamStopped;
     timers.advance(std::chrono::seconds(1));
     keep("recording-ended");
 }

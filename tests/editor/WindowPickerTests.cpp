@@ -76,6 +76,7 @@ TEST_F(WindowPickerTest, AChosenRowIsRecorded) {
     runTasks();
     key(Qt::Key_Down);
     key(Qt::Key_Return);
+    runTasks();
     EXPECT_EQ(state.phase(), app::AppPhase::recording());
     ASSERT_TRUE(state.selectedWindow());
     EXPECT_EQ(state.selectedWindow()->windowID, 2U);

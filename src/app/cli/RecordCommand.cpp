@@ -2,17 +2,18 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
-#include "app/cli/RecordingSelection.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
 #include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "base/HostClock.h"
-#include "capture/ScreenRecorder.h"
+#include "capture/RecordingSession.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <iostream>
 #include <system_error>
@@ -31,7 +32,7 @@ constexpr double countdownPeriod = 0.25; // seconds
 
 struct Options {
     std::filesystem::path output;
-    RecordingSelection selection;
+    capture::RecordingRequest request;
     double delay = 0; ///< seconds before the start
     RecordingLimits limits;
     bool force = false;
@@ -119,8 +120,7 @@ void requireNewPackage(const Options& options) {
 }
 
 /// Ends the recording; a failure also tells how to get at what there is of it.
-model::RecordingMetadata finish(capture::ScreenRecorder& recorder,
-                                const std::filesystem::path& folder) {
+model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesystem::path& folder) {
     try {
         return recorder.stop();
     } catch (const model::VantroError& error) {
@@ -132,29 +132,22 @@ model::RecordingMetadata finish(capture::ScreenRecorder& recorder,
 
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
-    const auto platform = connectDesktop();
-    // A mistake is told before the wait; where everything is, only after it.
-    auto choice = chooseRecording(options.selection, shareableContent(*platform));
-    if (options.delay > 0) {
-        if (!waitForStart(options.delay, interrupted)) {
-            fmt::print(stderr, "vantro: cancelled, nothing was recorded\n");
-            return exitInterrupted;
-        }
-        choice = chooseRecording(options.selection, shareableContent(*platform));
+    capture::RecordingSession recorder(options.request, connectDesktop);
+    // A mistake is told before the wait; where everything is, is looked up again at the start.
+    if (!recorder.choose(interrupted) ||
+        (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
+        fmt::print(stderr, "vantro: cancelled, nothing was recorded\n");
+        return exitInterrupted;
     }
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
-    capture::ScreenRecorder recorder({.outputURL = movie, .choice = std::move(choice)}, *platform);
     const ProcessorUse before;
-    recorder.start();
+    recorder.start(movie);
     const auto end = watchRecording(recorder, movie, options.limits, interrupted);
     auto metadata = finish(recorder, folder.path);
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();
-    if (!std::filesystem::exists(movie))
-        throw model::VantroError(model::VantroError::Kind::noRecordingData);
-
     const auto recording = files::finishRecording(movie, std::move(metadata));
     try {
         files::saveNewProject(
@@ -173,29 +166,56 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     return exitSuccess;
 }
 
-void addSelectionOptions(CLI::App& command, RecordingSelection& selection) {
-    const auto isRect = [](const std::string& text) {
-        return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
-    };
-    auto* mode = command.add_option("--mode", selection.mode, "What to record (default: screen)")
+/// Four finite numbers between commas.
+std::optional<model::Rect> parseRect(const std::string& text) {
+    std::array<double, 4> numbers{};
+    const char* position = text.data();
+    const char* const end = text.data() + text.size();
+    for (std::size_t index = 0; index < numbers.size(); ++index) {
+        if (index > 0 && (position == end || *position++ != ','))
+            return {};
+        const auto [next, error] = std::from_chars(position, end, numbers[index]);
+        if (error != std::errc() || !std::isfinite(numbers[index]))
+            return {};
+        position = next;
+    }
+    if (position != end)
+        return {};
+    return model::Rect{.x = numbers[0], .y = numbers[1], .width = numbers[2], .height = numbers[3]};
+}
+
+void addRequestOptions(CLI::App& command, capture::RecordingRequest& request) {
+    auto* mode = command
+                     .add_option_function<std::string>(
+                         "--mode",
+                         [&request](const std::string& text) {
+                             request.mode = model::captureModeFrom(text).value();
+                         },
+                         "What to record (default: screen)")
                      ->type_name("screen|area|window")
                      ->check(CLI::IsMember({"screen", "area", "window"}));
     command
-        .add_option("--display", selection.displayID,
+        .add_option("--display", request.displayID,
                     "The display to record, by the number that `vantro displays` prints")
         ->type_name("ID");
-    command.add_option("--rect", selection.rect, "The area to record, in points of the desktop")
+    command
+        .add_option_function<std::string>(
+            "--rect",
+            [&request](const std::string& text) { request.area = parseRect(text).value(); },
+            "The area to record, in points of the desktop")
         ->type_name("X,Y,W,H")
-        ->check(isRect)
+        ->check([](const std::string& text) {
+            return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
+        })
         ->needs(mode);
     auto* window =
         command
-            .add_option("--window", selection.windowID,
+            .add_option("--window", request.windowID,
                         "The window to record, by the number that `vantro windows` prints")
             ->type_name("ID")
             ->needs(mode);
     command
-        .add_option("--window-title", selection.windowTitle,
+        .add_option("--window-title", request.windowTitle,
                     "The front-most window with this text in its title, in any case")
         ->type_name("TEXT")
         ->needs(mode)
@@ -211,7 +231,7 @@ void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_toke
         ->required()
         ->type_name("NAME")
         ->check(endsIn({files::package::extension}));
-    addSelectionOptions(*command, options->selection);
+    addRequestOptions(*command, options->request);
     command->add_option("--delay", options->delay, "How long to wait before the start")
         ->type_name("S")
         ->check(CLI::Range(0.0, longestDelay));

@@ -77,7 +77,7 @@ std::optional<std::uint64_t> parseByteSize(const std::string& text) {
     return static_cast<std::uint64_t>(bytes);
 }
 
-RecordingEnd watchRecording(capture::ScreenRecorder& recorder, const std::filesystem::path& movie,
+RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted) {
     StatusLine line;
     const auto started = base::hostNow();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/ScreenRecorder.h"
+#include "capture/Recorder.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -29,7 +29,7 @@ std::optional<std::uint64_t> parseByteSize(const std::string& text);
 
 /// Shows on the terminal how a recording goes, until it is interrupted, reaches a limit or cannot
 /// go on. The size of `movie` is looked at a few times a second, so it ends a little above.
-RecordingEnd watchRecording(capture::ScreenRecorder& recorder, const std::filesystem::path& movie,
+RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted);
 
 } // namespace vantro::app::cli

@@ -4,73 +4,100 @@
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "app/flows/ErrorText.h"
+#include "base/Fatal.h"
+#include "capture/RecordingTarget.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vantro::app::flows {
 namespace {
 
 using namespace std::chrono_literals;
 
-bool intersect(const model::Rect& a, const model::Rect& b) {
-    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
-           b.y < a.y + a.height;
-}
-
 } // namespace
 
 RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
-    : m_state(state), m_services(services) {}
+    : m_state(state), m_services(services) {
+    connect(&m_state, &AppState::phaseChanged, this, [this] {
+        if (m_state.phase() == AppPhase::previewing())
+            cancelPreparation();
+    });
+}
 
 RecordingFlow::~RecordingFlow() = default;
 
+bool RecordingFlow::mayFollow(Preparation before, Preparation after) {
+    switch (after) {
+        using enum Preparation;
+    case none:
+        return true;
+    case pickingWindow:
+    case selectingArea:
+        return before == none;
+    case choosing:
+        return before != choosing && before != countingDown;
+    case countingDown:
+        return before == choosing;
+    }
+    return false;
+}
+
+void RecordingFlow::setPreparation(Preparation preparation) {
+    const auto before = std::exchange(m_preparation, preparation);
+    base::require(mayFollow(before, preparation),
+                  "the preparations of a recording are out of order");
+    using enum Preparation;
+    if ((before == pickingWindow) != (preparation == pickingWindow))
+        Q_EMIT windowPickerShownChanged();
+}
+
 void RecordingFlow::beginCapture() {
-    const bool busy = m_windowPickerShown || m_countdownRemaining > 0;
-    if (m_state.phase() != AppPhase::idle() || busy)
+    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
         return;
     switch (m_state.captureMode()) {
     case model::CaptureMode::screen:
         return captureScreen();
     case model::CaptureMode::window:
-        return setWindowPickerShown(true);
+        return setPreparation(Preparation::pickingWindow);
     case model::CaptureMode::area:
         return captureArea();
     }
 }
 
+/// The display that was chosen, while it is attached, else the main one.
 void RecordingFlow::captureScreen() {
     if (const auto displays = m_services.platform.displays(); !displays.empty()) {
-        const auto& main = displays.front();
-        m_state.setSelectedRect({0, 0, main.frame.width, main.frame.height});
-        m_state.setSelectedDisplayID(main.displayID);
+        const auto selected = std::ranges::find(displays, m_state.selectedDisplayID(),
+                                                &capture::ShareableDisplay::displayID);
+        const auto& display = selected != displays.end() ? *selected : displays.front();
+        m_state.setSelectedRect(display.frame);
+        m_state.setSelectedDisplayID(display.displayID);
     }
-    targetChosen();
+    choose();
 }
 
 void RecordingFlow::windowSelected(const capture::ShareableWindow& window) {
-    if (!m_windowPickerShown)
+    if (m_preparation != Preparation::pickingWindow)
         return;
-    setWindowPickerShown(false);
     m_state.setSelectedWindow(window);
     m_state.setSelectedRect(window.frame);
-    if (const auto displays = m_services.platform.displays(); !displays.empty()) {
-        const auto under = std::ranges::find_if(displays, [&window](const auto& display) {
-            return intersect(display.frame, window.frame);
-        });
-        m_state.setSelectedDisplayID(
-            (under != displays.end() ? *under : displays.front()).displayID);
-    }
-    targetChosen();
+    const auto displays = m_services.platform.displays();
+    if (const auto* display = capture::displayUnder(window.frame, displays))
+        m_state.setSelectedDisplayID(display->displayID);
+    choose();
 }
 
 void RecordingFlow::windowPickerCancelled() {
-    setWindowPickerShown(false);
+    if (m_preparation == Preparation::pickingWindow)
+        cancelPreparation();
 }
 
 void RecordingFlow::captureArea() {
+    setPreparation(Preparation::selectingArea);
     m_state.setPhase(AppPhase::selecting());
     m_services.tasks.onMain([this] {
-        if (m_state.phase() != AppPhase::selecting())
+        if (m_preparation != Preparation::selectingArea)
             return;
         // An answer leads to the overlay's end, which must not come while it is answering.
         auto& tasks = m_services.tasks;
@@ -87,24 +114,80 @@ void RecordingFlow::captureArea() {
 }
 
 void RecordingFlow::areaSelected(std::uint32_t displayID, model::Rect rect) {
-    if (m_state.phase() != AppPhase::selecting())
+    if (m_preparation != Preparation::selectingArea)
         return;
     m_state.setOverlayWindow({});
     m_state.setSelectedRect(rect);
     m_state.setSelectedDisplayID(displayID);
-    targetChosen();
+    choose();
 }
 
 void RecordingFlow::areaCancelled() {
-    if (m_state.phase() != AppPhase::selecting())
-        return;
-    m_state.setOverlayWindow({});
-    m_state.setPhase(AppPhase::idle());
+    if (m_preparation == Preparation::selectingArea)
+        cancelPreparation();
 }
 
-void RecordingFlow::targetChosen() {
+void RecordingFlow::cancelPreparation() {
+    if (m_preparation == Preparation::none)
+        return;
+    ++m_request;
+    m_choice.request_stop();
+    m_chosen.reset();
+    m_countdownTimer.reset();
+    setCountdownRemaining(0);
+    setPreparation(Preparation::none);
+    m_state.setOverlayWindow({});
+    if (m_state.phase() == AppPhase::selecting())
+        m_state.setPhase(AppPhase::idle());
+}
+
+capture::RecordingRequest RecordingFlow::makeRequest() const {
+    capture::RecordingRequest request{.mode = m_state.captureMode(),
+                                      .displayID = m_state.selectedDisplayID(),
+                                      .area = m_state.selectedRect(),
+                                      .windowID = {},
+                                      .windowTitle = {},
+                                      .sources = {.systemSound = m_state.systemAudioEnabled(),
+                                                  .microphone = m_state.microphoneAudioEnabled(),
+                                                  .camera = m_state.webcamEnabled()}};
+    if (m_state.selectedWindow())
+        request.windowID = m_state.selectedWindow()->windowID;
+    return request;
+}
+
+void RecordingFlow::choose() {
+    setPreparation(Preparation::choosing);
+    m_choice = std::stop_source();
+    m_services.tasks.run([this, recorder = m_services.platform.makeRecorder(makeRequest()),
+                          cancelled = m_choice.get_token(),
+                          request = ++m_request]() -> TaskRunner::Continuation {
+        try {
+            const bool isChosen = recorder->choose(cancelled);
+            return [this, request, recorder, isChosen] { chosen(request, recorder, isChosen); };
+        } catch (const std::exception& failure) {
+            auto text = failureText(failure, model::VantroError::Kind::captureStartFailed);
+            return [this, request, text] { chooseFailed(request, text); };
+        }
+    });
+}
+
+void RecordingFlow::chooseFailed(int request, const std::string& message) {
+    if (request != m_request)
+        return;
+    cancelPreparation();
+    m_state.setError(message, model::VantroError::Kind::captureStartFailed);
+}
+
+void RecordingFlow::chosen(int request, const std::shared_ptr<capture::Recorder>& recorder,
+                           bool isChosen) {
+    if (request != m_request)
+        return;
+    if (!isChosen)
+        return cancelPreparation();
+    m_chosen = recorder;
     if (m_countdown <= 0)
         return startRecording();
+    setPreparation(Preparation::countingDown);
     setCountdownRemaining(m_countdown);
     m_countdownTimer = m_services.timers.repeat(1s, [this] { tickCountdown(); });
 }
@@ -118,35 +201,20 @@ void RecordingFlow::tickCountdown() {
     startRecording();
 }
 
-void RecordingFlow::cancelCountdown() {
-    if (m_countdownRemaining == 0)
-        return;
-    m_countdownTimer.reset();
-    setCountdownRemaining(0);
-    m_state.setPhase(AppPhase::idle());
-}
-
 void RecordingFlow::startRecording() {
+    setPreparation(Preparation::none);
     m_state.setPhase(AppPhase::recording());
     m_state.setRecordingName(files::defaultRecordingName());
     setElapsedSeconds(0);
     setRecorderStatus({});
     m_outputURL = files::makeRecordingDirectory() / files::package::recordingFile;
-    auto recorder = m_services.platform.makeRecorder(
-        {.outputURL = m_outputURL,
-         .captureRect = m_state.selectedRect(),
-         .displayID = m_state.selectedDisplayID(),
-         .captureMode = m_state.captureMode(),
-         .selectedWindow = m_state.selectedWindow(),
-         .systemAudioEnabled = m_state.systemAudioEnabled(),
-         .microphoneAudioEnabled = m_state.microphoneAudioEnabled(),
-         .webcamEnabled = m_state.webcamEnabled()});
+    const auto recorder = std::exchange(m_chosen, nullptr);
     m_state.setRecorder(recorder);
     m_secondTimer = m_services.timers.repeat(1s, [this] { tickSecond(); });
     m_services.tasks.run([this, recorder, outputURL = m_outputURL,
                           request = ++m_request]() -> TaskRunner::Continuation {
         try {
-            recorder->start();
+            recorder->start(outputURL);
             return [this, outputURL] { Q_EMIT begun(QString::fromStdString(outputURL.string())); };
         } catch (const std::exception& failure) {
             auto text = failureText(failure, model::VantroError::Kind::captureStartFailed);
@@ -157,7 +225,7 @@ void RecordingFlow::startRecording() {
 
 void RecordingFlow::tickSecond() {
     setElapsedSeconds(m_elapsedSeconds + 1);
-    setRecorderStatus(m_state.recorder()->status());
+    setRecorderStatus(m_state.recorder()->statistics());
 }
 
 void RecordingFlow::startFailed(int request, const std::string& message) {
@@ -214,13 +282,6 @@ void RecordingFlow::setElapsedSeconds(double seconds) {
     Q_EMIT elapsedSecondsChanged();
 }
 
-void RecordingFlow::setWindowPickerShown(bool shown) {
-    if (m_windowPickerShown == shown)
-        return;
-    m_windowPickerShown = shown;
-    Q_EMIT windowPickerShownChanged();
-}
-
 void RecordingFlow::setStopping(bool stopping) {
     if (m_stopping == stopping)
         return;
@@ -228,10 +289,10 @@ void RecordingFlow::setStopping(bool stopping) {
     Q_EMIT stoppingChanged();
 }
 
-void RecordingFlow::setRecorderStatus(const RecorderStatus& status) {
-    if (m_recorderStatus == status)
+void RecordingFlow::setRecorderStatus(const capture::RecordingStatistics& statistics) {
+    if (m_recorderStatus == statistics)
         return;
-    m_recorderStatus = status;
+    m_recorderStatus = statistics;
     Q_EMIT recorderStatusChanged();
 }
 

@@ -2,10 +2,12 @@
 
 #include "app/flows/AreaOverlay.h"
 #include "app/flows/MainTimers.h"
-#include "app/flows/Recorder.h"
+#include "app/flows/RecordingPlatform.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
 #include "model/Recording.h"
+
+#include <stop_token>
 
 namespace vantro::app::flows {
 
@@ -17,11 +19,12 @@ struct RecordingServices {
     TaskRunner& tasks;
 };
 
-/// From the record button to the editor: chooses the target by the capture mode, runs the recorder,
-/// counts the seconds, and puts what it recorded into the state.
+/// From the record button to the editor: asks what to record by the capture mode, runs the
+/// recorder, counts the seconds, and puts what it recorded into the state.
 ///
-/// The recorder starts and stops on the worker thread of `tasks`, one call after the other; what
-/// comes back from a recording that has failed meanwhile is dropped. Main thread.
+/// The recorder's calls run on the worker thread of `tasks`, one after the other; what comes back
+/// from one that has failed or was given up meanwhile is dropped. Preparations are given up when
+/// the editor opens, as it does for a project or a recovered recording. Main thread.
 class RecordingFlow : public QObject {
     Q_OBJECT
 
@@ -35,7 +38,8 @@ class RecordingFlow : public QObject {
     void windowPickerCancelled();
     void areaSelected(std::uint32_t displayID, model::Rect rect);
     void areaCancelled();
-    void startRecording();
+    /// Takes everything back that precedes a recording. Harmless when there is nothing.
+    void cancelPreparation();
     /// Does nothing unless a recording is under way and not yet stopping.
     void stopRecording();
 
@@ -43,13 +47,12 @@ class RecordingFlow : public QObject {
     void setCountdown(int seconds) { m_countdown = seconds; }
     /// What is left of a countdown under way, else 0.
     int countdownRemaining() const { return m_countdownRemaining; }
-    void cancelCountdown();
 
     double elapsedSeconds() const { return m_elapsedSeconds; }
-    bool isWindowPickerShown() const { return m_windowPickerShown; }
+    bool isWindowPickerShown() const { return m_preparation == Preparation::pickingWindow; }
     bool isStopping() const { return m_stopping; }
     /// Of the recording under way, as of the last second.
-    const RecorderStatus& recorderStatus() const { return m_recorderStatus; }
+    const capture::RecordingStatistics& recorderStatus() const { return m_recorderStatus; }
 
   Q_SIGNALS:
     void elapsedSecondsChanged();
@@ -63,29 +66,44 @@ class RecordingFlow : public QObject {
     void leftBehind(const QString& recordingPath);
 
   private:
+    /// What precedes a recording. From each of these back to none: cancelled, failed, or the editor
+    /// was opened meanwhile.
+    ///
+    ///   none -+-> pickingWindow -+-> choosing -+-> countingDown -+-> none (recording)
+    ///         +-> selectingArea -+             |                 |
+    ///         +------------------+             +-----------------+
+    enum class Preparation { none, pickingWindow, selectingArea, choosing, countingDown };
+
+    static bool mayFollow(Preparation before, Preparation after);
+    void setPreparation(Preparation preparation);
     void captureScreen();
     void captureArea();
-    void targetChosen();
+    capture::RecordingRequest makeRequest() const;
+    void choose();
+    void chosen(int request, const std::shared_ptr<capture::Recorder>& recorder, bool isChosen);
+    void startRecording();
     void tickCountdown();
     void tickSecond();
+    void chooseFailed(int request, const std::string& message);
     void startFailed(int request, const std::string& message);
     void stopFailed(int request, const std::string& message);
     void recordingFinished(int request, const model::Recording& recording);
     void setElapsedSeconds(double seconds);
-    void setWindowPickerShown(bool shown);
     void setStopping(bool stopping);
-    void setRecorderStatus(const RecorderStatus& status);
+    void setRecorderStatus(const capture::RecordingStatistics& status);
     void setCountdownRemaining(int seconds);
 
     AppState& m_state;
     RecordingServices m_services;
     int m_request = 0; ///< tells apart what comes back from different recordings
+    Preparation m_preparation = Preparation::none;
+    std::stop_source m_choice; ///< takes the choice under way back
+    std::shared_ptr<capture::Recorder> m_chosen;
     int m_countdown = 0;
     int m_countdownRemaining = 0;
     double m_elapsedSeconds = 0;
-    bool m_windowPickerShown = false;
     bool m_stopping = false;
-    RecorderStatus m_recorderStatus;
+    capture::RecordingStatistics m_recorderStatus;
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;
     std::unique_ptr<MainTimer> m_countdownTimer;

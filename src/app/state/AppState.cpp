@@ -289,7 +289,7 @@ void AppState::setOverlayWindow(std::shared_ptr<flows::AreaOverlay> value) {
     assign(*this, m_overlayWindow, std::move(value), &AppState::overlayWindowChanged);
 }
 
-void AppState::setRecorder(std::shared_ptr<flows::Recorder> value) {
+void AppState::setRecorder(std::shared_ptr<capture::Recorder> value) {
     assign(*this, m_recorder, std::move(value), &AppState::recorderChanged);
 }
 

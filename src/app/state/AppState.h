@@ -13,8 +13,11 @@
 
 namespace vantro::app::flows {
 class AreaOverlay;
-class Recorder;
 } // namespace vantro::app::flows
+
+namespace vantro::capture {
+class Recorder;
+} // namespace vantro::capture
 
 namespace vantro::app {
 
@@ -96,7 +99,7 @@ class AppState : public QObject {
     const std::shared_ptr<flows::AreaOverlay>& overlayWindow() const {
         return m_overlayWindow;
     } ///< while an area is selected
-    const std::shared_ptr<flows::Recorder>& recorder() const {
+    const std::shared_ptr<capture::Recorder>& recorder() const {
         return m_recorder;
     } ///< of the recording in progress, else the last one
 
@@ -123,7 +126,7 @@ class AppState : public QObject {
     void setRecordingName(std::string value);
     void setMainWindow(QObject* value);
     void setOverlayWindow(std::shared_ptr<flows::AreaOverlay> value);
-    void setRecorder(std::shared_ptr<flows::Recorder> value);
+    void setRecorder(std::shared_ptr<capture::Recorder> value);
 
   Q_SIGNALS:
     void phaseChanged();
@@ -191,7 +194,7 @@ class AppState : public QObject {
     bool m_rewriting = false; ///< signals wait until all is written
     QObject* m_mainWindow = nullptr;
     std::shared_ptr<flows::AreaOverlay> m_overlayWindow;
-    std::shared_ptr<flows::Recorder> m_recorder;
+    std::shared_ptr<capture::Recorder> m_recorder;
 };
 
 } // namespace vantro::app

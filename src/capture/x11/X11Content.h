@@ -38,6 +38,7 @@ class X11OwnWindows;
 /// The windows that the window manager manages; where none runs, the root's children. Those in
 /// `own` carry our own bundle identifier, whatever they call themselves.
 std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
-                                              const X11Geometry& geometry, X11OwnWindows& own);
+                                              const X11Geometry& geometry, X11OwnWindows& own,
+                                              bool withIcons);
 
 } // namespace vantro::capture::x11

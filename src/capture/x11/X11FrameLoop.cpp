@@ -3,14 +3,13 @@
 namespace vantro::capture::x11 {
 
 X11FrameLoop::X11FrameLoop(std::unique_ptr<X11Connection> connection,
-                           std::unique_ptr<X11PictureSource> source,
-                           const ScreenStreamConfiguration& configuration)
+                           std::unique_ptr<X11PictureSource> source, const RecordingTarget& target)
     : m_connection(std::move(connection))
     , m_source(std::move(source))
-    , m_fit(configuration.width, configuration.height)
-    , m_pictures(configuration.width, configuration.height)
-    , m_pacer(configuration.minimumFrameInterval)
-    , m_changed(configuration.width, configuration.height) {}
+    , m_fit(target.width, target.height)
+    , m_pictures(target.width, target.height)
+    , m_pacer(target.minimumFrameInterval)
+    , m_changed(target.width, target.height) {}
 
 void X11FrameLoop::run(const std::stop_token& stop, const X11WakeUp& wakeUp,
                        ScreenStreamOutput& output) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/RecordingTarget.h"
 #include "capture/ScreenStream.h"
 #include "capture/pictures/FramePacer.h"
 #include "capture/pictures/PictureFit.h"
@@ -22,8 +23,7 @@ class X11FrameLoop {
   public:
     /// `source` uses the connection.
     X11FrameLoop(std::unique_ptr<X11Connection> connection,
-                 std::unique_ptr<X11PictureSource> source,
-                 const ScreenStreamConfiguration& configuration);
+                 std::unique_ptr<X11PictureSource> source, const RecordingTarget& target);
 
     /// Returns once a stop is asked for and `wakeUp` has been rung, or after `output` was told of
     /// an error.

@@ -6,8 +6,8 @@ namespace vantro::capture::x11 {
 
 X11ScreenStream::X11ScreenStream(std::unique_ptr<X11Connection> connection,
                                  std::unique_ptr<X11PictureSource> source,
-                                 const ScreenStreamConfiguration& configuration)
-    : m_loop(std::move(connection), std::move(source), configuration) {}
+                                 const RecordingTarget& target)
+    : m_loop(std::move(connection), std::move(source), target) {}
 
 X11ScreenStream::~X11ScreenStream() {
     stopCapture();

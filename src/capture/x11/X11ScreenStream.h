@@ -10,8 +10,7 @@ namespace vantro::capture::x11 {
 class X11ScreenStream final : public ScreenStream {
   public:
     X11ScreenStream(std::unique_ptr<X11Connection> connection,
-                    std::unique_ptr<X11PictureSource> source,
-                    const ScreenStreamConfiguration& configuration);
+                    std::unique_ptr<X11PictureSource> source, const RecordingTarget& target);
     ~X11ScreenStream() override;
 
     void startCapture(ScreenStreamOutput& output) override;

@@ -79,7 +79,7 @@ bool isHidden(const X11Connection& connection, xcb_window_t window) {
 /// Nothing for a window that has gone meanwhile or that shows no picture.
 std::optional<ShareableWindow> describe(const X11Connection& connection,
                                         const X11Geometry& geometry, X11OwnWindows& own,
-                                        xcb_window_t window) {
+                                        bool withIcons, xcb_window_t window) {
     const auto attributes = connection.await(xcb_get_window_attributes_reply,
                                              xcb_get_window_attributes(connection.get(), window));
     const auto rect = outerRect(connection, window);
@@ -97,16 +97,17 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
                            .frame = geometry.toPoints(*rect),
                            .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
                                          !isHidden(connection, window),
-                           .icon = windowIcon(connection, window)};
+                           .icon = withIcons ? windowIcon(connection, window) : nullptr};
 }
 
 } // namespace
 
 std::vector<ShareableWindow> shareableWindows(const X11Connection& connection,
-                                              const X11Geometry& geometry, X11OwnWindows& own) {
+                                              const X11Geometry& geometry, X11OwnWindows& own,
+                                              bool withIcons) {
     std::vector<ShareableWindow> windows;
     for (const xcb_window_t window : stackedWindows(connection) | std::views::reverse)
-        if (auto described = describe(connection, geometry, own, window))
+        if (auto described = describe(connection, geometry, own, withIcons, window))
             windows.push_back(std::move(*described));
     return windows;
 }

@@ -1,6 +1,6 @@
 #include "window/overlay/DesktopOverlays.h"
 
-#include "app/flows/Recorder.h"
+#include "app/flows/RecordingPlatform.h"
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>

@@ -3,7 +3,7 @@
 #include "app/flows/AreaOverlay.h"
 #include "app/flows/FilePanels.h"
 #include "app/flows/MainTimers.h"
-#include "app/flows/Recorder.h"
+#include "app/flows/RecordingPlatform.h"
 #include "app/flows/TaskRunner.h"
 #include "model/VantroError.h"
 
@@ -115,17 +115,26 @@ class ManualTimers : public app::flows::MainTimers {
 };
 
 /// Succeeds, or fails as it is told.
-class ScriptedRecorder : public app::flows::Recorder {
+class ScriptedRecorder : public capture::Recorder {
   public:
+    bool isTakenBack = false; ///< by the user, who is asked what to record
+    std::optional<model::VantroError> chooseFailure;
     std::optional<model::VantroError> startFailure;
     std::optional<model::VantroError> stopFailure;
     model::RecordingMetadata metadata;
-    app::flows::RecorderStatus recorderStatus;
+    capture::RecordingStatistics recorderStatus;
+    std::filesystem::path movie;
     int starts = 0;
     int stops = 0;
 
-    void start() override {
+    bool choose(std::stop_token cancelled) override {
+        if (chooseFailure)
+            throw *chooseFailure;
+        return !isTakenBack && !cancelled.stop_requested();
+    }
+    void start(const std::filesystem::path& output) override {
         ++starts;
+        movie = output;
         if (startFailure)
             throw *startFailure;
     }
@@ -135,20 +144,21 @@ class ScriptedRecorder : public app::flows::Recorder {
             throw *stopFailure;
         return metadata;
     }
-    app::flows::RecorderStatus status() override { return recorderStatus; }
+    capture::RecordingStatistics statistics() override { return recorderStatus; }
 };
 
 class ScriptedPlatform : public app::flows::RecordingPlatform {
   public:
     std::vector<capture::ShareableDisplay> attached{displayOf(7, {0, 0, 1920, 1080}),
                                                     displayOf(8, {1920, 0, 1280, 1024})};
+    capture::PlatformAbilities able;
     std::shared_ptr<ScriptedRecorder> next = std::make_shared<ScriptedRecorder>();
-    std::vector<app::flows::RecorderConfiguration> made;
+    std::vector<capture::RecordingRequest> made;
 
     std::vector<capture::ShareableDisplay> displays() override { return attached; }
-    std::shared_ptr<app::flows::Recorder>
-    makeRecorder(app::flows::RecorderConfiguration configuration) override {
-        made.push_back(std::move(configuration));
+    capture::PlatformAbilities abilities() override { return able; }
+    std::shared_ptr<capture::Recorder> makeRecorder(capture::RecordingRequest request) override {
+        made.push_back(std::move(request));
         return next;
     }
 };

@@ -1,6 +1,6 @@
 #include "base/Log.h"
 #include "capture/MovieFrames.h"
-#include "capture/ScreenRecorder.h"
+#include "capture/RecordingSession.h"
 #include "capture/ScriptedPlatform.h"
 #include "model/VantroError.h"
 #include "support/Eventually.h"
@@ -37,27 +37,32 @@ std::shared_ptr<const media::PixelBuffer> noisyPicture(unsigned seed) {
     return picture;
 }
 
-class ScreenRecorderTest : public testing::Test {
+class RecordingSessionTest : public testing::Test {
   protected:
-    ScreenRecorder::Configuration configuration() const {
-        return {.outputURL = movie,
-                .choice = {.captureMode = model::CaptureMode::screen,
-                           .displayID = test::ScriptedPlatform::displayID,
-                           .captureRect = {0, 0, 320, 240},
-                           .selectedWindow = {}}};
+    /// Records what the test's platform shows; the session owns the platform.
+    std::unique_ptr<RecordingSession> makeSession(const RecordingRequest& request = {}) {
+        return std::make_unique<RecordingSession>(
+            request, [this] { return std::make_unique<test::ScriptedPlatform>(script); });
+    }
+    std::unique_ptr<RecordingSession> startedSession(const RecordingRequest& request = {}) {
+        auto session = makeSession(request);
+        EXPECT_TRUE(session->choose({}));
+        session->start(movie);
+        return session;
     }
 
     SampleDisposition deliver(std::shared_ptr<const media::PixelBuffer> picture,
                               FrameStatus status = FrameStatus::complete) {
-        return platform.output->screenSample(
+        return script->output->screenSample(
             {.status = status, .presentationTime = base::hostNow(), .pixels = std::move(picture)});
     }
 
     /// What start throws.
-    model::VantroError startFailure(const ScreenRecorder::Configuration& wrong) {
-        ScreenRecorder recorder(wrong, platform);
+    model::VantroError startFailure(const std::filesystem::path& output) {
+        const auto session = makeSession();
+        session->choose({});
         try {
-            recorder.start();
+            session->start(output);
         } catch (const model::VantroError& error) {
             return error;
         }
@@ -67,12 +72,11 @@ class ScreenRecorderTest : public testing::Test {
 
     test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
-    test::ScriptedPlatform platform;
+    std::shared_ptr<test::StreamScript> script = std::make_shared<test::StreamScript>();
 };
 
-TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) {
-    ScreenRecorder recorder(configuration(), platform);
-    recorder.start();
+TEST_F(RecordingSessionTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) {
+    const auto recorder = startedSession();
     for (const auto status : {FrameStatus::started, FrameStatus::idle, FrameStatus::blank})
         EXPECT_EQ(deliver(flatPicture(200), status), SampleDisposition::taken);
     deliver(flatPicture(60));
@@ -82,9 +86,9 @@ TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) 
     deliver(flatPicture(20), FrameStatus::suspended);
     const auto end = base::hostNow() + 100ms;
     ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
-    const auto metadata = recorder.stop();
-    EXPECT_EQ(recorder.statistics().framesCaptured, 2);
-    EXPECT_EQ(recorder.statistics().framesDropped, 0);
+    const auto metadata = recorder->stop();
+    EXPECT_EQ(recorder->statistics().framesCaptured, 2);
+    EXPECT_EQ(recorder->statistics().framesDropped, 0);
 
     const auto frames = test::framesOf(movie);
     ASSERT_GE(frames.size(), 2);
@@ -99,11 +103,10 @@ TEST_F(ScreenRecorderTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) 
     EXPECT_GE(length, frames[1].presentationTime.seconds() + 0.099);
 }
 
-TEST_F(ScreenRecorderTest, FillsTheMetadata) {
-    ScreenRecorder recorder(configuration(), platform);
-    recorder.start();
+TEST_F(RecordingSessionTest, FillsTheMetadata) {
+    const auto recorder = startedSession();
     deliver(flatPicture(60));
-    const auto metadata = recorder.stop();
+    const auto metadata = recorder->stop();
     EXPECT_EQ(metadata.startTime, 0);
     EXPECT_EQ(metadata.captureRect, (model::Rect{0, 0, 320, 240}));
     EXPECT_EQ(metadata.displayID, test::ScriptedPlatform::displayID);
@@ -116,45 +119,44 @@ TEST_F(ScreenRecorderTest, FillsTheMetadata) {
     EXPECT_FALSE(metadata.hasSystemAudio || metadata.hasMicrophoneAudio || metadata.hasWebcam);
 }
 
-TEST_F(ScreenRecorderTest, LeavesNoMovieWithoutFramesButStillTellsThePointersPath) {
-    ScreenRecorder recorder(configuration(), platform);
-    recorder.start();
+TEST_F(RecordingSessionTest, LeavesNothingWithoutFrames) {
+    const auto recorder = startedSession();
     deliver(nullptr, FrameStatus::idle);
-    const auto metadata = recorder.stop();
-    EXPECT_FALSE(std::filesystem::exists(movie));
-    EXPECT_FALSE(metadata.cursorPositions.empty());
+    try {
+        recorder->stop();
+        FAIL() << "stop succeeded";
+    } catch (const model::VantroError& error) {
+        EXPECT_EQ(error.kind(), model::VantroError::Kind::noRecordingData);
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
-TEST_F(ScreenRecorderTest, RefusesAndCountsFramesThatTheEncoderHasNotCaughtUpWith) {
-    ScreenRecorder recorder(configuration(), platform);
-    recorder.start();
+TEST_F(RecordingSessionTest, RefusesAndCountsFramesThatTheEncoderHasNotCaughtUpWith) {
+    const auto recorder = startedSession();
     int refused = 0;
     constexpr int offered = 60;
     const auto picture = noisyPicture(1);
     for (int index = 0; index < offered; ++index)
         refused += deliver(picture) == SampleDisposition::refused ? 1 : 0;
-    const auto statistics = recorder.statistics();
+    const auto statistics = recorder->statistics();
     EXPECT_GT(refused, 0) << "a burst without a pause outruns any encoder";
     EXPECT_EQ(statistics.framesDropped, refused);
     EXPECT_EQ(statistics.framesCaptured, offered - refused);
     EXPECT_EQ(statistics.condition, RecordingCondition::recording);
-    recorder.stop();
+    recorder->stop();
 }
 
-TEST_F(ScreenRecorderTest, AStartThatFailsTellsWhyAndLeavesNothing) {
-    platform.startFailure = "the stream is tired";
-    EXPECT_EQ(startFailure(configuration()).description(),
+TEST_F(RecordingSessionTest, AStartThatFailsTellsWhyAndLeavesNothing) {
+    script->startFailure = "the stream is tired";
+    EXPECT_EQ(startFailure(movie).description(),
               "Failed to start screen capture: the stream is tired");
     EXPECT_FALSE(std::filesystem::exists(movie));
 
-    auto elsewhere = configuration();
-    elsewhere.choice.displayID = 6;
-    EXPECT_EQ(startFailure(elsewhere).description(),
-              "Failed to start screen capture: Display not found");
+    RecordingRequest elsewhere;
+    elsewhere.displayID = 6;
+    EXPECT_THROW(makeSession(elsewhere)->choose({}), model::VantroError);
 
-    auto noFolder = configuration();
-    noFolder.outputURL = folder.path() / "missing" / "recording.mov";
-    const auto error = startFailure(noFolder);
+    const auto error = startFailure(folder.path() / "missing" / "recording.mov");
     EXPECT_EQ(error.kind(), model::VantroError::Kind::assetWriterFailed);
     EXPECT_THAT(error.message(), HasSubstr("Failed to create writer"));
     EXPECT_THAT(error.message(), HasSubstr("No such file or directory"));
@@ -175,38 +177,36 @@ class FileSizeLimit {
     rlimit m_before{};
 };
 
-TEST_F(ScreenRecorderTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReason) {
+TEST_F(RecordingSessionTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReason) {
     const FileSizeLimit limit(200'000);
-    ScreenRecorder recorder(configuration(), platform);
-    recorder.start();
+    const auto recorder = startedSession();
     unsigned seed = 0;
     ASSERT_TRUE(test::eventually([&] {
         deliver(noisyPicture(++seed));
-        return recorder.statistics().condition == RecordingCondition::writerFailed;
+        return recorder->statistics().condition == RecordingCondition::writerFailed;
     }));
     EXPECT_EQ(deliver(noisyPicture(0)), SampleDisposition::taken) << "offering it again is in vain";
     try {
-        recorder.stop();
+        recorder->stop();
         FAIL() << "stop succeeded";
     } catch (const model::VantroError& error) {
         EXPECT_EQ(error.kind(), model::VantroError::Kind::assetWriterFailed);
         EXPECT_THAT(error.message(), HasSubstr(movie.string()));
         EXPECT_THAT(error.message(), HasSubstr("File too large"));
     }
-    EXPECT_EQ(platform.output, nullptr) << "the stream has stopped";
+    EXPECT_EQ(script->output, nullptr) << "the stream has stopped";
 }
 
-TEST_F(ScreenRecorderTest, LogsTheStepsOfARecording) {
+TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {
     base::configureLog(base::LogLevel::info);
     testing::internal::CaptureStderr();
-    auto wishes = configuration();
-    wishes.systemAudioEnabled = true;
-    ScreenRecorder recorder(wishes, platform);
-    recorder.start();
+    RecordingRequest request;
+    request.sources.systemSound = true;
+    const auto recorder = startedSession(request);
     deliver(flatPicture(60));
-    platform.output->streamStopped("the screen went away");
-    EXPECT_EQ(recorder.statistics().condition, RecordingCondition::streamStopped);
-    recorder.stop();
+    script->output->streamStopped("the screen went away");
+    EXPECT_EQ(recorder->statistics().condition, RecordingCondition::streamStopped);
+    recorder->stop();
     base::configureLog(base::LogLevel::warning);
     const std::string log = testing::internal::GetCapturedStderr();
     std::size_t at = 0;

@@ -3,27 +3,15 @@
 #include "base/SerialQueue.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CursorTracker.h"
-#include "capture/RecordingTarget.h"
+#include "capture/Recorder.h"
 #include "media/AssetWriter.h"
-#include "model/RecordingMetadata.h"
 
-#include <cstdint>
-#include <filesystem>
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace vantro::capture {
-
-/// Whether a recording still goes on. After anything but `recording` no frame follows and the owner
-/// should stop it.
-enum class RecordingCondition { recording, streamStopped, writerFailed };
-
-struct RecordingStatistics {
-    std::int64_t framesCaptured = 0; ///< handed to the encoder
-    std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
-    RecordingCondition condition = RecordingCondition::recording;
-    std::string streamError; ///< why the stream stopped, for the user; empty otherwise
-};
 
 /// Records the screen into one movie, with the pointer's path and clicks beside it.
 ///
@@ -38,39 +26,32 @@ struct RecordingStatistics {
 ///
 /// The movie's time zero is its first frame, the pointer's is the tracker's construction just
 /// before: everything slow is opened before both, so that they lie within one frame.
-class ScreenRecorder final : private ScreenStreamOutput {
+class RecordingSession final : public Recorder, private ScreenStreamOutput {
   public:
-    struct Configuration {
-        std::filesystem::path outputURL; ///< the movie; its folder exists
-        RecordingChoice choice;
-        bool systemAudioEnabled = false;
-        bool microphoneAudioEnabled = false;
-        bool webcamEnabled = false;
-    };
+    /// Connects to the desktop, on the thread that chooses and starts. Throws VantroError.
+    using Connect = std::function<std::unique_ptr<CapturePlatform>()>;
 
-    /// `platform` outlives the recorder and is used by start alone.
-    ScreenRecorder(Configuration configuration, CapturePlatform& platform);
+    RecordingSession(RecordingRequest request, Connect connect);
     /// A recording that was not stopped is thrown away.
-    ~ScreenRecorder() override;
+    ~RecordingSession() override;
 
+    bool choose(std::stop_token cancelled) override;
     /// Throws VantroError, captureStartFailed or assetWriterFailed; nothing is left running and no
     /// file is left then.
-    void start();
+    void start(const std::filesystem::path& movie) override;
     /// Finishes the movie, whose last picture stays until now. Throws VantroError assetWriterFailed
-    /// when the movie could not be written to its end; everything has stopped then too. Without any
-    /// frame there is no movie, and the metadata is still returned.
-    model::RecordingMetadata stop();
-
-    /// Any thread, at any time.
-    RecordingStatistics statistics();
+    /// when the movie could not be written to its end, and noRecordingData when no frame has come;
+    /// everything has stopped then too.
+    model::RecordingMetadata stop() override;
+    RecordingStatistics statistics() override;
 
   private:
     SampleDisposition screenSample(const ScreenSample& sample) override;
     void streamStopped(const std::string& error) override;
 
-    void prepareStream(const RecordingTarget& target);
-    void prepareWriter(const RecordingTarget& target);
-    void startTracker(const RecordingTarget& target, std::shared_ptr<PointerSource> pointer);
+    void prepareStream();
+    void prepareWriter();
+    void startTracker(std::shared_ptr<PointerSource> pointer);
     void startCapture();
     void abandon();
     SampleDisposition append(const media::VideoFrame& frame, bool isFirst);
@@ -79,12 +60,15 @@ class ScreenRecorder final : private ScreenStreamOutput {
     model::RecordingMetadata describeRecording() const;
     model::RecordingMetadata makeMetadata(CursorTracker* tracker) const;
 
-    const Configuration m_configuration;
-    CapturePlatform& m_platform;
-    double m_displayScaleFactor = 2.0;
+    const RecordingRequest m_request;
+    const Connect m_connect;
+    std::unique_ptr<CapturePlatform> m_platform; // once chosen
+    RecordingTarget m_target;                    // likewise
+    std::filesystem::path m_movie;
     std::unique_ptr<media::AssetWriter> m_assetWriter;
     std::unique_ptr<CursorTracker> m_cursorTracker;
 
+    std::atomic<bool> m_isRunning = false;
     bool _isWriting = false;
     std::optional<media::MediaTime> _firstSampleTime;
     std::int64_t _frameCount = 0;

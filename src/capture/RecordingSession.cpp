@@ -1,5 +1,6 @@
-#include "capture/ScreenRecorder.h"
+#include "capture/RecordingSession.h"
 
+#include "base/Fatal.h"
 #include "base/Log.h"
 #include "media/values/MediaError.h"
 #include "model/VantroError.h"
@@ -31,74 +32,84 @@ media::MediaTime toMediaTime(base::HostTime time) {
     throw model::VantroError(model::VantroError::Kind::assetWriterFailed, message);
 }
 
-void logTarget(const ScreenRecorder::Configuration& configuration, const RecordingTarget& target) {
-    const auto& choice = configuration.choice;
-    base::logInfo("Capturing {}: {}x{}, systemAudio: {}, mic: {}",
-                  model::rawValue(choice.captureMode), target.stream.width, target.stream.height,
-                  configuration.systemAudioEnabled, configuration.microphoneAudioEnabled);
+void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
+    base::logInfo("Capturing {}: {}x{}, systemAudio: {}, mic: {}", model::rawValue(target.mode),
+                  target.width, target.height, request.sources.systemSound,
+                  request.sources.microphone);
+    const model::Rect& rect = target.captureRect;
     base::logInfo("Display: {:.0f}x{:.0f}, captureRect: ({}, {}, {}, {})",
-                  target.display.frame.width, target.display.frame.height, choice.captureRect.x,
-                  choice.captureRect.y, choice.captureRect.width, choice.captureRect.height);
+                  target.display.frame.width, target.display.frame.height, rect.x, rect.y,
+                  rect.width, rect.height);
 }
 
-void logLeftOutSources(const ScreenRecorder::Configuration& configuration) {
-    if (configuration.systemAudioEnabled)
+void logLeftOutSources(const SourceSwitches& sources) {
+    if (sources.systemSound)
         base::logWarning("System audio is not available, skipping system audio recording");
-    if (configuration.microphoneAudioEnabled)
+    if (sources.microphone)
         base::logWarning("Microphone is not available, skipping mic recording");
-    if (configuration.webcamEnabled)
+    if (sources.camera)
         base::logWarning("No camera available, skipping webcam recording");
 }
 
 } // namespace
 
-ScreenRecorder::ScreenRecorder(Configuration configuration, CapturePlatform& platform)
-    : m_configuration(std::move(configuration)), m_platform(platform) {}
+RecordingSession::RecordingSession(RecordingRequest request, Connect connect)
+    : m_request(std::move(request)), m_connect(std::move(connect)) {}
 
-ScreenRecorder::~ScreenRecorder() {
+RecordingSession::~RecordingSession() {
     abandon();
 }
 
-void ScreenRecorder::start() {
-    auto content = m_platform.shareableContent();
-    if (!content)
-        failStart(content.error());
-    const RecordingTarget target = resolveTarget(m_configuration.choice, *content);
-    m_displayScaleFactor = target.display.backingScaleFactor;
-    logTarget(m_configuration, target);
-    logLeftOutSources(m_configuration);
+bool RecordingSession::choose(std::stop_token cancelled) {
+    if (!m_platform)
+        m_platform = m_connect();
+    auto target = awaitTarget(*m_platform, m_request, std::move(cancelled));
+    if (target)
+        m_target = std::move(*target);
+    return target.has_value();
+}
+
+void RecordingSession::start(const std::filesystem::path& movie) {
+    base::require(m_platform != nullptr, "a recording starts before its target is chosen");
+    // Where content can be listed, what stands where counts as it is now.
+    if (m_platform->abilities().listsContent.isAvailable())
+        choose({});
+    m_movie = movie;
+    logTarget(m_request, m_target);
+    logLeftOutSources(m_request.sources);
     try {
-        prepareStream(target);
-        prepareWriter(target);
-        auto pointer = m_platform.makePointerSource();
+        prepareStream();
+        prepareWriter();
+        auto pointer = m_platform->makePointerSource();
         if (!pointer)
             failStart(pointer.error());
-        startTracker(target, std::move(*pointer));
+        startTracker(std::move(*pointer));
         m_stateQueue.sync([this] { _isWriting = true; });
         startCapture();
     } catch (...) {
         abandon();
         throw;
     }
+    m_isRunning = true;
     base::logInfo("Capture started");
 }
 
-void ScreenRecorder::prepareStream(const RecordingTarget& target) {
-    auto stream = m_platform.makeScreenStream(target.filter, target.stream);
+void RecordingSession::prepareStream() {
+    auto stream = m_platform->makeScreenStream(m_target);
     if (!stream)
         failStart(stream.error());
     m_stream = std::move(*stream);
 }
 
-void ScreenRecorder::prepareWriter(const RecordingTarget& target) {
-    const media::VideoSettings settings{.width = target.stream.width,
-                                        .height = target.stream.height,
+void RecordingSession::prepareWriter() {
+    const media::VideoSettings settings{.width = m_target.width,
+                                        .height = m_target.height,
                                         .averageBitRate = videoBitRate,
                                         .expectedFrameRate = expectedFrameRate,
                                         .expectsRealTime = true};
     try {
         m_assetWriter = std::make_unique<media::AssetWriter>(
-            m_configuration.outputURL, media::FileType::quickTimeMovie, settings);
+            m_movie, media::FileType::quickTimeMovie, settings);
     } catch (const media::MediaError& error) {
         failWriter(fmt::format("Failed to create writer: {}", error.what()));
     }
@@ -109,24 +120,23 @@ void ScreenRecorder::prepareWriter(const RecordingTarget& target) {
     }
 }
 
-void ScreenRecorder::startTracker(const RecordingTarget& target,
-                                  std::shared_ptr<PointerSource> pointer) {
+void RecordingSession::startTracker(std::shared_ptr<PointerSource> pointer) {
     auto journal = makeJournal(); // takes a moment: before time zero
-    m_cursorTracker = std::make_unique<CursorTracker>(
-        m_configuration.choice.captureRect, target.display.frame.height, std::move(pointer),
-        hostCaptureClock(), std::move(journal));
+    m_cursorTracker =
+        std::make_unique<CursorTracker>(m_target.captureRect, m_target.display.frame.height,
+                                        std::move(pointer), hostCaptureClock(), std::move(journal));
     m_cursorTracker->start();
 }
 
-CursorJournal ScreenRecorder::makeJournal() const {
+CursorJournal RecordingSession::makeJournal() const {
     try {
-        return CursorJournal(m_configuration.outputURL, describeRecording());
+        return CursorJournal(m_movie, describeRecording());
     } catch (const std::filesystem::filesystem_error& error) {
         failWriter(error.what());
     }
 }
 
-void ScreenRecorder::startCapture() {
+void RecordingSession::startCapture() {
     try {
         m_stream->startCapture(*this);
     } catch (const std::runtime_error& error) {
@@ -134,17 +144,17 @@ void ScreenRecorder::startCapture() {
     }
 }
 
-void ScreenRecorder::abandon() {
+void RecordingSession::abandon() {
     m_stateQueue.sync([this] { _isWriting = false; });
     m_stream.reset();
     if (std::exchange(m_cursorTracker, nullptr)) {
         std::error_code ignored;
-        std::filesystem::remove(cursorJournalPath(m_configuration.outputURL), ignored);
+        std::filesystem::remove(cursorJournalPath(m_movie), ignored);
     }
     m_assetWriter.reset();
 }
 
-SampleDisposition ScreenRecorder::screenSample(const ScreenSample& sample) {
+SampleDisposition RecordingSession::screenSample(const ScreenSample& sample) {
     struct State {
         bool isWriting;
         bool hasFirstSample;
@@ -159,7 +169,7 @@ SampleDisposition ScreenRecorder::screenSample(const ScreenSample& sample) {
     return append(frame, !state.hasFirstSample);
 }
 
-SampleDisposition ScreenRecorder::append(const media::VideoFrame& frame, bool isFirst) {
+SampleDisposition RecordingSession::append(const media::VideoFrame& frame, bool isFirst) {
     if (isFirst) {
         m_assetWriter->startSession(frame.presentationTime);
         m_stateQueue.sync([&] { _firstSampleTime = frame.presentationTime; });
@@ -177,7 +187,7 @@ SampleDisposition ScreenRecorder::append(const media::VideoFrame& frame, bool is
     return isAppended || hasFailed ? SampleDisposition::taken : SampleDisposition::refused;
 }
 
-void ScreenRecorder::streamStopped(const std::string& error) {
+void RecordingSession::streamStopped(const std::string& error) {
     base::logError("Stream stopped with error: {}", error);
     m_stateQueue.sync([&] {
         if (_condition == RecordingCondition::recording)
@@ -186,7 +196,8 @@ void ScreenRecorder::streamStopped(const std::string& error) {
     });
 }
 
-model::RecordingMetadata ScreenRecorder::stop() {
+model::RecordingMetadata RecordingSession::stop() {
+    m_isRunning = false;
     base::HostTime stopTime;
     const auto frameCount = m_stateQueue.sync([&] {
         _isWriting = false;
@@ -203,10 +214,15 @@ model::RecordingMetadata ScreenRecorder::stop() {
     m_stream.reset();
     const bool hasFrames = m_stateQueue.sync([this] { return _firstSampleTime.has_value(); });
     finishWriter(hasFrames, stopTime);
+    if (!hasFrames) {
+        std::error_code ignored;
+        std::filesystem::remove(cursorJournalPath(m_movie), ignored);
+        throw model::VantroError(model::VantroError::Kind::noRecordingData);
+    }
     return makeMetadata(tracker.get());
 }
 
-void ScreenRecorder::finishWriter(bool hasFrames, base::HostTime stopTime) {
+void RecordingSession::finishWriter(bool hasFrames, base::HostTime stopTime) {
     const auto writer = std::move(m_assetWriter);
     if (!hasFrames) {
         base::logError("No frames were captured");
@@ -233,16 +249,16 @@ void ScreenRecorder::finishWriter(bool hasFrames, base::HostTime stopTime) {
 }
 
 /// All that is known before the first sample.
-model::RecordingMetadata ScreenRecorder::describeRecording() const {
+model::RecordingMetadata RecordingSession::describeRecording() const {
     model::RecordingMetadata metadata;
-    metadata.captureRect = m_configuration.choice.captureRect;
-    metadata.displayID = m_configuration.choice.displayID;
+    metadata.captureRect = m_target.captureRect;
+    metadata.displayID = m_target.display.displayID;
     metadata.frameRate = metadataFrameRate;
-    metadata.displayScaleFactor = m_displayScaleFactor;
+    metadata.displayScaleFactor = m_target.display.backingScaleFactor;
     return metadata;
 }
 
-model::RecordingMetadata ScreenRecorder::makeMetadata(CursorTracker* tracker) const {
+model::RecordingMetadata RecordingSession::makeMetadata(CursorTracker* tracker) const {
     auto metadata = describeRecording();
     if (tracker != nullptr) {
         metadata.cursorPositions = tracker->positions();
@@ -253,9 +269,10 @@ model::RecordingMetadata ScreenRecorder::makeMetadata(CursorTracker* tracker) co
     return metadata;
 }
 
-RecordingStatistics ScreenRecorder::statistics() {
+RecordingStatistics RecordingSession::statistics() {
     return m_stateQueue.sync([this] {
-        return RecordingStatistics{_frameCount, _droppedCount, _condition, _streamError};
+        return RecordingStatistics{m_isRunning, _frameCount, _droppedCount, _condition,
+                                   _streamError};
     });
 }
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+namespace vantro::capture {
+
+/// Whether a desktop can do something; where it cannot, one sentence for the user says why.
+struct Ability {
+    std::string whyNot; ///< empty: it can
+
+    bool isAvailable() const { return whyNot.empty(); }
+    bool operator==(const Ability&) const = default;
+};
+
+/// What can be recorded on a desktop, as it is now. A plain record.
+struct PlatformAbilities {
+    Ability screens;
+    Ability areas;
+    Ability windows;
+    /// Displays and windows can be listed; otherwise the desktop asks the user itself what to
+    /// share.
+    Ability listsContent;
+    Ability ownWindowsLeftOut;
+    Ability pointer; ///< where it is, apart from the picture
+    Ability clicks;
+    Ability systemSound;
+    Ability microphone;
+    Ability camera;
+    bool operator==(const PlatformAbilities&) const = default;
+};
+
+/// Of a desktop that cannot be reached.
+PlatformAbilities noAbilities(const std::string& whyNot);
+
+} // namespace vantro::capture

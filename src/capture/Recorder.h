@@ -1,0 +1,46 @@
+#pragma once
+
+#include "model/RecordingMetadata.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <stop_token>
+#include <string>
+
+namespace vantro::capture {
+
+/// Whether a recording still goes on. After anything but `recording` no frame follows and the owner
+/// should stop it.
+enum class RecordingCondition { recording, streamStopped, writerFailed };
+
+/// How a recording goes.
+struct RecordingStatistics {
+    bool isRunning = false;          ///< from the start's success to the stop
+    std::int64_t framesCaptured = 0; ///< handed to the encoder
+    std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
+    RecordingCondition condition = RecordingCondition::recording;
+    std::string streamError; ///< why the stream stopped, for the user; empty otherwise
+
+    bool isCapturing() const { return condition == RecordingCondition::recording; }
+    bool operator==(const RecordingStatistics&) const = default;
+};
+
+/// One recording, as whoever asked for it sees it; used once: choose → start → stop. All three
+/// block, come from one worker thread and throw VantroError or another std::exception.
+class Recorder {
+  public:
+    virtual ~Recorder() = default;
+
+    /// Finds what is to be recorded, which may mean that the desktop asks the user. False when the
+    /// user or `cancelled` took it back. May be repeated before the start.
+    virtual bool choose(std::stop_token cancelled) = 0;
+    /// Returns once capture runs. The movie's folder exists.
+    virtual void start(const std::filesystem::path& movie) = 0;
+    /// Finishes the files.
+    virtual model::RecordingMetadata stop() = 0;
+
+    /// Any thread, at any time.
+    virtual RecordingStatistics statistics() = 0;
+};
+
+} // namespace vantro::capture
