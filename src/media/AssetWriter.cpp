@@ -2,8 +2,8 @@
 
 #include "base/Fatal.h"
 #include "base/OutputFile.h"
-#include "media/MovieRecovery.h"
 #include "media/av/Libraries.h"
+#include "media/av/MovieJournal.h"
 #include "media/av/MovieMuxer.h"
 #include "media/values/MediaError.h"
 #include "media/writing/AudioWriterInput.h"
@@ -96,7 +96,7 @@ struct AssetWriter::Implementation {
         std::error_code ignored; // it may be gone already
         if (type == FileType::quickTimeMovie && std::filesystem::is_regular_file(output, ignored)) {
             std::filesystem::remove(output, ignored);
-            std::filesystem::remove(movieJournalPath(output), ignored);
+            std::filesystem::remove(av::movieJournalPath(output), ignored);
         }
     }
 };

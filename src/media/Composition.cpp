@@ -47,7 +47,7 @@ std::optional<MediaTime> CompositionTrack::sourceTime(MediaTime t) const {
         return {};
     const Fraction played = Fraction(t) - Fraction(segment.target.start);
     const Fraction rate = Fraction(segment.source.duration) / Fraction(segment.target.duration);
-    return (Fraction(segment.source.start) + played * rate).nearestTime();
+    return MediaTime::nearestTo(Fraction(segment.source.start) + played * rate);
 }
 
 CompositionTrack& Composition::addTrack(MediaType type) {

@@ -35,8 +35,8 @@ std::string writeFilm(const std::filesystem::path& path, av::CodecSession first)
     av::MovieMuxer muxer(path, path, FileType::mpeg4);
     const int track = muxer.addTrack(encoder.context());
     muxer.begin();
-    const auto write = [&](AVPacket& packet) {
-        packet.duration = frameTicks;
+    const auto write = [&](av::EncodedPacket& packet) {
+        packet.setDuration(frameTicks);
         muxer.write(track, packet);
     };
     for (int number = 0; number < frameCount; ++number)
@@ -123,7 +123,7 @@ TEST(VideoEncoder, makesTheWholeFilmWithHardwareThatWorks) {
 
 TEST(VideoEncoder, tellsAFailedWriteFromAFailedEncoder) {
     av::VideoEncoder encoder(test::filmSettings(), test::standInEncoder());
-    const auto fullDisk = [](AVPacket&) { throw MediaError("No space left on device"); };
+    const auto fullDisk = [](av::EncodedPacket&) { throw MediaError("No space left on device"); };
     const auto encodeAll = [&] {
         for (int number = 0; number < frameCount; ++number)
             encoder.encode(numberedPicture(number), number * frameTicks, fullDisk);

@@ -30,7 +30,7 @@ FrameHandle makeSoundFrame(const AVCodecContext& codec, std::span<const float> s
 
 } // namespace
 
-AudioEncoder::AudioEncoder(const AudioSettings& settings) : m_packet(makePacket()) {
+AudioEncoder::AudioEncoder(const AudioSettings& settings) {
     prepareLibraries();
     const AVCodec* codec = avcodec_find_encoder_by_name("aac");
     if (codec == nullptr)
@@ -76,12 +76,12 @@ void AudioEncoder::encodeWaiting(std::size_t frames, const PacketSink& sink) {
 void AudioEncoder::send(const AVFrame* frame, const PacketSink& sink) {
     int result = avcodec_send_frame(m_codec.get(), frame);
     while (result >= 0) {
-        result = avcodec_receive_packet(m_codec.get(), m_packet.get());
+        result = avcodec_receive_packet(m_codec.get(), &m_packet.raw());
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
             return;
         if (result >= 0)
-            sink(*m_packet);
-        av_packet_unref(m_packet.get());
+            sink(m_packet);
+        m_packet.clear();
     }
     throw MediaError("Encoding sound failed: " + errorText(result));
 }

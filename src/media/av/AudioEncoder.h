@@ -1,10 +1,10 @@
 #pragma once
 
+#include "media/av/EncodedPacket.h"
 #include "media/av/Handles.h"
 #include "media/values/WriterSettings.h"
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -16,8 +16,6 @@ namespace vantro::media::av {
 /// negative, and the muxer tells players to skip them.
 class AudioEncoder {
   public:
-    using PacketSink = std::function<void(AVPacket&)>;
-
     /// Throws MediaError when the encoder cannot be opened with such settings.
     explicit AudioEncoder(const AudioSettings& settings);
 
@@ -34,7 +32,7 @@ class AudioEncoder {
     void send(const AVFrame* frame, const PacketSink& sink);
 
     CodecHandle m_codec;
-    PacketHandle m_packet;
+    EncodedPacket m_packet;
     std::vector<float> m_waiting; ///< less than a codec's frame between calls
     std::int64_t m_position = 0;  ///< of the first waiting sample
 };

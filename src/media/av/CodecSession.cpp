@@ -5,22 +5,19 @@
 namespace vantro::media::av {
 
 CodecSession::CodecSession(std::string name, CodecHandle codec, Submit submit)
-    : m_name(std::move(name))
-    , m_codec(std::move(codec))
-    , m_submit(std::move(submit))
-    , m_packet(makePacket()) {}
+    : m_name(std::move(name)), m_codec(std::move(codec)), m_submit(std::move(submit)) {}
 
 std::expected<void, std::string> CodecSession::encode(const AVFrame* picture,
                                                       const PacketSink& sink) {
     takeLastErrorLine();
     int result = m_submit(m_codec.get(), picture);
     while (result >= 0) {
-        result = avcodec_receive_packet(m_codec.get(), m_packet.get());
+        result = avcodec_receive_packet(m_codec.get(), &m_packet.raw());
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
             return {};
         if (result >= 0)
-            sink(*m_packet);
-        av_packet_unref(m_packet.get());
+            sink(m_packet);
+        m_packet.clear();
     }
     const auto detail = takeLastErrorLine();
     return std::unexpected(detail.empty() ? errorText(result) : detail);

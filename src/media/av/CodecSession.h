@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/av/EncodedPacket.h"
 #include "media/av/Handles.h"
 
 #include <expected>
@@ -7,8 +8,6 @@
 #include <string>
 
 namespace vantro::media::av {
-
-using PacketSink = std::function<void(AVPacket&)>;
 
 /// An opened video encoder. One thread at a time.
 class CodecSession {
@@ -30,7 +29,7 @@ class CodecSession {
     std::string m_name;
     CodecHandle m_codec;
     Submit m_submit;
-    PacketHandle m_packet;
+    EncodedPacket m_packet;
 };
 
 } // namespace vantro::media::av

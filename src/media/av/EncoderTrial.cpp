@@ -43,8 +43,8 @@ struct Encoded {
 
 Encoded encodeTrial(CodecSession& encoder, const VideoSettings& settings) {
     Encoded made;
-    const auto keep = [&](AVPacket& packet) {
-        made.packets.emplace_back(av_packet_clone(&packet));
+    const auto keep = [&](EncodedPacket& packet) {
+        made.packets.emplace_back(av_packet_clone(&packet.raw()));
     };
     const auto picture = trialPicture(settings);
     const auto& timeBase = encoder.context().time_base;

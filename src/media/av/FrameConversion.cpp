@@ -2,7 +2,6 @@
 
 #include "media/values/MediaError.h"
 
-#include <cstring>
 #include <new>
 
 extern "C" {
@@ -26,22 +25,6 @@ AVColorSpace colorSpace(const AVFrame& frame) {
 
 bool isBt601(AVColorSpace space) {
     return space == AVCOL_SPC_SMPTE170M || space == AVCOL_SPC_BT470BG;
-}
-
-/// The 4:2:2, 4:4:0 and 4:4:4 formats that imply full range are deprecated twins of ordinary ones.
-AVPixelFormat withoutRange(AVPixelFormat format) {
-    switch (format) {
-    case AV_PIX_FMT_YUVJ420P:
-        return AV_PIX_FMT_YUV420P;
-    case AV_PIX_FMT_YUVJ422P:
-        return AV_PIX_FMT_YUV422P;
-    case AV_PIX_FMT_YUVJ440P:
-        return AV_PIX_FMT_YUV440P;
-    case AV_PIX_FMT_YUVJ444P:
-        return AV_PIX_FMT_YUV444P;
-    default:
-        return format;
-    }
 }
 
 std::shared_ptr<const PixelBuffer> handedOn(const AVFrame& frame) {
@@ -68,32 +51,29 @@ void layOverBlack(PixelBuffer& picture) {
     }
 }
 
-std::shared_ptr<PixelBuffer> turnedUpright(const PixelBuffer& stored, Orientation turn) {
-    const int width = turn.swapsSides() ? stored.height() : stored.width();
-    const int height = turn.swapsSides() ? stored.width() : stored.height();
-    auto upright = PixelBuffer::allocate(PixelFormat::bgra, width, height);
-    // Negative directions count from the far edge.
-    const int originX = turn.xx < 0 || turn.xy < 0 ? width - 1 : 0;
-    const int originY = turn.yx < 0 || turn.yy < 0 ? height - 1 : 0;
-    for (int y = 0; y < stored.height(); ++y) {
-        const std::uint8_t* from = stored.row(0, y);
-        for (int x = 0; x < stored.width(); ++x, from += 4) {
-            const int toX = originX + turn.xx * x + turn.xy * y;
-            const int toY = originY + turn.yx * x + turn.yy * y;
-            std::memcpy(upright->mutableRow(0, toY) + std::ptrdiff_t{toX} * 4, from, 4);
-        }
-    }
-    return upright;
-}
-
 } // namespace
+
+AVPixelFormat formatWithoutRange(AVPixelFormat format) {
+    switch (format) {
+    case AV_PIX_FMT_YUVJ420P:
+        return AV_PIX_FMT_YUV420P;
+    case AV_PIX_FMT_YUVJ422P:
+        return AV_PIX_FMT_YUV422P;
+    case AV_PIX_FMT_YUVJ440P:
+        return AV_PIX_FMT_YUV440P;
+    case AV_PIX_FMT_YUVJ444P:
+        return AV_PIX_FMT_YUV444P;
+    default:
+        return format;
+    }
+}
 
 FrameConverter::FrameConverter(const AVStream& stream)
     : m_size(squarePixelSize(stream)), m_orientation(orientation(stream)) {}
 
 bool FrameConverter::isHandedOn(const AVFrame& frame) const {
     const AVColorSpace space = colorSpace(frame);
-    return withoutRange(static_cast<AVPixelFormat>(frame.format)) == AV_PIX_FMT_YUV420P &&
+    return formatWithoutRange(static_cast<AVPixelFormat>(frame.format)) == AV_PIX_FMT_YUV420P &&
            frame.width == m_size.width && frame.height == m_size.height &&
            m_orientation.isUpright() && (space == AVCOL_SPC_BT709 || isBt601(space));
 }
@@ -109,12 +89,12 @@ std::shared_ptr<PixelBuffer> FrameConverter::scaledToBgra(const AVFrame& frame) 
     const auto format = static_cast<AVPixelFormat>(frame.format);
     const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
     m_scaler.reset(sws_getCachedContext(
-        m_scaler.release(), frame.width, frame.height, withoutRange(format), m_size.width,
+        m_scaler.release(), frame.width, frame.height, formatWithoutRange(format), m_size.width,
         m_size.height, AV_PIX_FMT_BGRA, SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT,
         nullptr, nullptr, nullptr));
     if (!m_scaler || description == nullptr)
         throw MediaError("Pictures of this kind cannot be converted");
-    const bool fullRange = isFullRange(frame) || withoutRange(format) != format ||
+    const bool fullRange = isFullRange(frame) || formatWithoutRange(format) != format ||
                            (description->flags & AV_PIX_FMT_FLAG_RGB) != 0;
     sws_setColorspaceDetails(m_scaler.get(), sws_getCoefficients(colorSpace(frame)),
                              fullRange ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16,

@@ -2,11 +2,15 @@
 
 #include "media/av/Handles.h"
 #include "media/av/MovieFile.h"
+#include "media/av/Orientation.h"
 #include "media/values/PixelBuffer.h"
 
 #include <memory>
 
 namespace vantro::media::av {
+
+/// The 4:2:2, 4:4:0 and 4:4:4 formats that imply full range are deprecated twins of ordinary ones.
+AVPixelFormat formatWithoutRange(AVPixelFormat format);
 
 /// Turns decoded frames of one stream into pixel buffers that stand upright with square pixels.
 ///

@@ -7,7 +7,6 @@
 #include <system_error>
 
 extern "C" {
-#include <libavutil/display.h>
 #include <libavutil/mathematics.h>
 }
 
@@ -73,10 +72,6 @@ std::int64_t startOfPlayback(const std::vector<AVStream*>& streams) {
     return earliest == INT64_MAX ? 0 : earliest;
 }
 
-int signOf(std::int32_t value) {
-    return (value > 0) - (value < 0);
-}
-
 } // namespace
 
 MovieFile::MovieFile(const std::filesystem::path& path) : m_path(path) {
@@ -112,19 +107,6 @@ MediaTime MovieFile::endTime(const AVStream& stream) const {
     if (m_context->duration != AV_NOPTS_VALUE)
         return StreamClock(microseconds, 0).span(m_context->duration);
     return {};
-}
-
-Orientation orientation(const AVStream& stream) {
-    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr);
-    if (data == nullptr)
-        return {};
-    // Rows a b u, c d v, x y w: shown x = a x + c y, shown y = b x + d y.
-    const auto* matrix = reinterpret_cast<const std::int32_t*>(data);
-    const Orientation turned{signOf(matrix[0]), signOf(matrix[3]), signOf(matrix[1]),
-                             signOf(matrix[4])};
-    const bool straight = turned.xy == 0 && turned.yx == 0 && turned.xx != 0 && turned.yy != 0;
-    const bool sideways = turned.xx == 0 && turned.yy == 0 && turned.xy != 0 && turned.yx != 0;
-    return straight || sideways ? turned : Orientation{}; // a slant is left as it is stored
 }
 
 PictureSize squarePixelSize(const AVStream& stream) {

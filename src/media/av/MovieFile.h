@@ -9,16 +9,6 @@
 
 namespace vantro::media::av {
 
-/// How a picture must be turned to stand upright: shown (x, y) = matrix × stored (x, y).
-struct Orientation {
-    int xx = 1;
-    int xy = 0;
-    int yx = 0;
-    int yy = 1;
-    bool isUpright() const { return xx == 1 && yy == 1; }
-    bool swapsSides() const { return xx == 0; }
-};
-
 struct PictureSize {
     int width = 0;
     int height = 0;
@@ -44,7 +34,6 @@ class MovieFile {
     std::int64_t m_zero = 0; ///< microseconds
 };
 
-Orientation orientation(const AVStream& stream);
 /// The stored picture with its pixels made square: the width is stretched by the sample aspect
 /// ratio. Not yet turned upright.
 PictureSize squarePixelSize(const AVStream& stream);

@@ -1,7 +1,6 @@
 #include "media/av/MovieJournal.h"
 
 #include "base/Log.h"
-#include "media/MovieRecovery.h"
 #include "media/av/CodecHeader.h"
 #include "media/av/Libraries.h"
 
@@ -91,6 +90,10 @@ std::optional<JournalledPacket> readPacket(std::istream& fields, std::size_t tra
 }
 
 } // namespace
+
+std::filesystem::path movieJournalPath(const std::filesystem::path& movie) {
+    return std::filesystem::path(movie) += ".journal";
+}
 
 MovieJournal::MovieJournal(const std::filesystem::path& movie)
     : m_journal(movieJournalPath(movie)) {

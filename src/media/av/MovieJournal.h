@@ -9,6 +9,9 @@
 
 namespace vantro::media::av {
 
+/// Beside the movie: its name with ".journal" behind.
+std::filesystem::path movieJournalPath(const std::filesystem::path& movie);
+
 /// Where one packet lies in a movie. Times are in the encoder's time base.
 struct JournalledPacket {
     int track = 0;

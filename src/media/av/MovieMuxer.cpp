@@ -1,6 +1,5 @@
 #include "media/av/MovieMuxer.h"
 
-#include "media/MovieRecovery.h"
 #include "media/av/Libraries.h"
 
 #include <new>
@@ -74,7 +73,8 @@ void MovieMuxer::begin() {
     check(result);
 }
 
-void MovieMuxer::write(int track, AVPacket& packet) {
+void MovieMuxer::write(int track, EncodedPacket& encoded) {
+    AVPacket& packet = encoded.raw();
     const std::lock_guard lock(m_writing);
     const AVStream& stream = *m_context->streams[track];
     const JournalledPacket times{.track = track,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/av/EncodedPacket.h"
 #include "media/av/Handles.h"
 #include "media/av/MovieJournal.h"
 #include "media/values/WriterSettings.h"
@@ -35,7 +36,7 @@ class MovieMuxer {
     void begin();
     /// Times are in the encoder's time base; the packet's duration must be right. Leaves the packet
     /// empty.
-    void write(int track, AVPacket& packet);
+    void write(int track, EncodedPacket& packet);
     /// Where the next packet of a quickTimeMovie will lie in the file, once it has begun.
     std::int64_t position() const { return avio_tell(m_file.get()); }
     /// Writes the index and closes the file.

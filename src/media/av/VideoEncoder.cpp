@@ -108,14 +108,15 @@ bool VideoEncoder::isSameInstant(std::int64_t a, std::int64_t b) const {
 std::expected<void, std::string> VideoEncoder::sendToHardware(const AVFrame* frame,
                                                               const PacketSink& sink) {
     bool isInOrder = true;
-    const auto sent = m_session.encode(frame, [&](AVPacket& packet) {
+    const auto sent = m_session.encode(frame, [&](EncodedPacket& encoded) {
+        AVPacket& packet = encoded.raw();
         isInOrder = isInOrder && !m_unfinished.empty() && packet.size > 0 &&
                     isSameInstant(packet.pts, m_unfinished.front().ticks);
         if (!isInOrder)
             return;
         packet.pts = m_unfinished.front().ticks;
         packet.dts = packet.pts;
-        sink(packet);
+        sink(encoded);
         m_unfinished.pop_front();
     });
     if (sent && !isInOrder)

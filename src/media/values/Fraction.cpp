@@ -2,8 +2,6 @@
 
 #include "base/Fatal.h"
 
-#include <limits>
-
 namespace vantro::media {
 namespace {
 
@@ -34,8 +32,6 @@ WideInteger greatestCommonDivisor(WideInteger a, WideInteger b) {
 
 } // namespace
 
-Fraction::Fraction(MediaTime time) : Fraction(time.value, time.timescale) {}
-
 Fraction::Fraction(WideInteger numerator, WideInteger denominator) {
     base::require(denominator != 0, "division of a time by zero");
     const WideInteger sign = denominator < 0 ? -1 : 1;
@@ -55,18 +51,6 @@ WideInteger Fraction::rounded() const {
 WideInteger Fraction::ceiling() const {
     const WideInteger truncated = m_numerator / m_denominator;
     return truncated + (m_numerator > 0 && m_numerator % m_denominator != 0 ? 1 : 0);
-}
-
-MediaTime Fraction::nearestTime() const {
-    // Divisible by the usual timescales; its tick, 1.4 ns, is far below any frame's duration.
-    constexpr std::int32_t finest = 720'000'000;
-    const bool exact = m_denominator <= std::numeric_limits<std::int32_t>::max();
-    const WideInteger value = exact ? m_numerator : (*this * Fraction(finest, 1)).rounded();
-    base::require(value >= std::numeric_limits<std::int64_t>::min() &&
-                      value <= std::numeric_limits<std::int64_t>::max(),
-                  "time out of range");
-    return {static_cast<std::int64_t>(value),
-            exact ? static_cast<std::int32_t>(m_denominator) : finest};
 }
 
 Fraction operator+(const Fraction& a, const Fraction& b) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "media/values/MediaTime.h"
-
 namespace vantro::media {
 
 __extension__ typedef __int128 WideInteger; // NOLINT(modernize-use-using): needs __extension__
@@ -9,7 +7,6 @@ __extension__ typedef __int128 WideInteger; // NOLINT(modernize-use-using): need
 /// An exact fraction in lowest terms, wide enough for products of times. Overflow is fatal.
 class Fraction {
   public:
-    Fraction(MediaTime time); // not explicit: every time is a fraction
     Fraction(WideInteger numerator, WideInteger denominator);
 
     WideInteger numerator() const { return m_numerator; }
@@ -19,8 +16,6 @@ class Fraction {
     WideInteger rounded() const;
     /// The smallest whole number that is not below.
     WideInteger ceiling() const;
-    /// As a time where a timescale of 32 bits can express it; else the nearest of a very fine one.
-    MediaTime nearestTime() const;
 
     friend Fraction operator+(const Fraction& a, const Fraction& b);
     friend Fraction operator-(const Fraction& a, const Fraction& b);

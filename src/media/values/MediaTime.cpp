@@ -1,7 +1,6 @@
 #include "media/values/MediaTime.h"
 
 #include "base/Fatal.h"
-#include "media/values/Fraction.h"
 
 #include <cmath>
 #include <limits>
@@ -35,6 +34,14 @@ MediaTime sumOf(MediaTime a, MediaTime b) {
 
 MediaTime MediaTime::fromSeconds(double seconds, std::int32_t timescale) {
     return {base::truncatedToInteger(std::round(seconds * timescale)), timescale};
+}
+
+MediaTime MediaTime::nearestTo(const Fraction& seconds) {
+    // Divisible by the usual timescales; its tick, 1.4 ns, is far below any frame's duration.
+    constexpr std::int32_t finest = 720'000'000;
+    if (seconds.denominator() <= std::numeric_limits<std::int32_t>::max())
+        return {narrowed(seconds.numerator()), static_cast<std::int32_t>(seconds.denominator())};
+    return {narrowed((seconds * Fraction(finest, 1)).rounded()), finest};
 }
 
 MediaTime MediaTime::rescaled(std::int32_t newTimescale) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "media/values/Fraction.h"
+
 #include <compare>
 #include <cstdint>
 
@@ -18,7 +20,12 @@ struct MediaTime {
     /// The nearest tick to `seconds`; not finite or out of range is fatal.
     static MediaTime fromSeconds(double seconds, std::int32_t timescale = boundaryTimescale);
 
+    /// As a timescale of 32 bits can express it; else the nearest tick of a very fine one.
+    static MediaTime nearestTo(const Fraction& seconds);
+
     double seconds() const { return static_cast<double>(value) / timescale; }
+    /// Not explicit: every time is a fraction.
+    operator Fraction() const { return {value, timescale}; }
     /// The nearest tick of another timescale, halves away from zero.
     MediaTime rescaled(std::int32_t newTimescale) const;
 

@@ -111,13 +111,14 @@ void AudioWriterInput::writeSilence(std::int64_t length) {
 
 void AudioWriterInput::encode(std::span<const float> samples) {
     m_position += static_cast<std::int64_t>(samples.size() / channels);
-    m_encoder.encode(samples, [this](AVPacket& packet) { m_muxer.write(m_track, packet); });
+    m_encoder.encode(samples,
+                     [this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
 }
 
 /// A track that no sound ever reached stays empty.
 void AudioWriterInput::finishTrack() {
     if (m_position > 0)
-        m_encoder.drain([this](AVPacket& packet) { m_muxer.write(m_track, packet); });
+        m_encoder.drain([this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
 }
 
 } // namespace vantro::media::writing

@@ -29,8 +29,7 @@ VideoWriterInput::VideoWriterInput(const VideoSettings& settings, av::MovieMuxer
     , m_encoder(settings)
     , m_track(muxer.addTrack(m_encoder.context()))
     , m_queue(queuedFrames)
-    , m_pictures(PixelFormat::i420, settings.width, settings.height)
-    , m_held(av::makePacket()) {}
+    , m_pictures(PixelFormat::i420, settings.width, settings.height) {}
 
 VideoWriterInput::~VideoWriterInput() {
     cancel();
@@ -105,7 +104,7 @@ void VideoWriterInput::encode(const VideoFrame& frame) {
     m_lastTicks = std::max(ticks(frame.presentationTime), m_lastTicks + 1);
     m_lastDuration = nominalDuration(frame);
     m_encoder.encode(encodable(frame.pixels), m_lastTicks,
-                     [this](AVPacket& packet) { take(packet); });
+                     [this](av::EncodedPacket& packet) { take(packet); });
     ++m_frameCount;
 }
 
@@ -141,25 +140,25 @@ std::int64_t VideoWriterInput::nominalDuration(const VideoFrame& frame) const {
     return std::max(std::lround(m_encoder.timescale() / m_settings.expectedFrameRate), 1L);
 }
 
-void VideoWriterInput::take(AVPacket& packet) {
-    if (m_held->data != nullptr)
-        writeHeld(packet.dts - m_held->dts);
-    av_packet_move_ref(m_held.get(), &packet);
+void VideoWriterInput::take(av::EncodedPacket& packet) {
+    if (!m_held.isEmpty())
+        writeHeld(packet.decodedAt() - m_held.decodedAt());
+    m_held.take(packet);
 }
 
 /// In decoding order the last picture is not always the last packet: where both differ, the file's
 /// index takes the track's length from the one and the time line's end from the other.
 void VideoWriterInput::writeHeld(std::int64_t duration) {
-    const bool showsLast = m_finalDuration && m_held->pts == m_lastTicks;
-    m_held->duration = showsLast ? *m_finalDuration : duration;
-    const MediaTime written{m_held->dts, m_encoder.timescale()};
-    m_muxer.write(m_track, *m_held);
+    const bool showsLast = m_finalDuration && m_held.shownAt() == m_lastTicks;
+    m_held.setDuration(showsLast ? *m_finalDuration : duration);
+    const MediaTime written{m_held.decodedAt(), m_encoder.timescale()};
+    m_muxer.write(m_track, m_held);
     m_pace.reach(written);
 }
 
 /// Of a live source, no picture is held back for longer than a moment.
 void VideoWriterInput::writeHeldInTime() {
-    const bool isHeld = m_settings.expectsRealTime && m_held->data != nullptr;
+    const bool isHeld = m_settings.expectsRealTime && !m_held.isEmpty();
     if (isHeld && !m_queue.waitForItem(longestHeld))
         writeHeld(m_lastDuration);
 }
@@ -170,7 +169,8 @@ void VideoWriterInput::repeatLastPicture(std::int64_t wantedDuration) {
     const auto first = std::clamp<std::int64_t>(wantedDuration - 1, 1, m_lastDuration);
     m_lastTicks += first;
     m_finalDuration = std::max<std::int64_t>(wantedDuration - first, 1);
-    m_encoder.encode(m_lastPicture, m_lastTicks, [this](AVPacket& packet) { take(packet); });
+    m_encoder.encode(m_lastPicture, m_lastTicks,
+                     [this](av::EncodedPacket& packet) { take(packet); });
 }
 
 void VideoWriterInput::finishTrack() {
@@ -178,9 +178,9 @@ void VideoWriterInput::finishTrack() {
         throw MediaError("No frame was written");
     const auto wanted = m_endTime ? ticks(*m_endTime) - m_lastTicks : m_lastDuration;
     m_finalDuration = std::max<std::int64_t>(wanted, 1);
-    if (m_settings.expectsRealTime && m_held->data == nullptr)
+    if (m_settings.expectsRealTime && m_held.isEmpty())
         repeatLastPicture(*m_finalDuration);
-    m_encoder.drain([this](AVPacket& packet) { take(packet); });
+    m_encoder.drain([this](av::EncodedPacket& packet) { take(packet); });
     writeHeld(*m_finalDuration);
     m_pace.end({m_lastTicks + *m_finalDuration, m_encoder.timescale()});
 }

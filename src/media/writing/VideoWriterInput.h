@@ -47,7 +47,7 @@ class VideoWriterInput {
     std::shared_ptr<const PixelBuffer> encodable(const std::shared_ptr<const PixelBuffer>& pixels);
     std::int64_t ticks(MediaTime presentationTime) const;
     std::int64_t nominalDuration(const VideoFrame& frame) const;
-    void take(AVPacket& packet);
+    void take(av::EncodedPacket& packet);
     void writeHeld(std::int64_t duration);
     void writeHeldInTime();
     void repeatLastPicture(std::int64_t wantedDuration);
@@ -78,7 +78,7 @@ class VideoWriterInput {
     std::optional<std::int64_t> m_finalDuration; ///< the last picture's, once it was appended
     /// The newest packet waits for the next one, or the end: only then its duration is known. A
     /// live one does not wait for long.
-    av::PacketHandle m_held;
+    av::EncodedPacket m_held;
 };
 
 } // namespace vantro::media::writing
