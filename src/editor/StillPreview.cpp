@@ -22,8 +22,8 @@ QImage imageOf(const std::shared_ptr<const media::PixelBuffer>& pixels) {
 
 } // namespace
 
-StillPreview::StillPreview(app::flows::TaskRunner& tasks, PreviewSource source)
-    : m_tasks(tasks), m_source(std::move(source)) {}
+StillPreview::StillPreview(app::flows::TaskRunner& tasks, OpenStills open)
+    : m_tasks(tasks), m_open(std::move(open)) {}
 
 void StillPreview::show(std::optional<model::Recording> recording, model::Edit edit) {
     // Saving moves the movie into a package: what tells recordings apart is what was recorded.
@@ -32,6 +32,7 @@ void StillPreview::show(std::optional<model::Recording> recording, model::Edit e
     m_edit = std::move(edit);
     ++m_version;
     if (!sameMovie) {
+        m_stills = m_recording ? m_open(*m_recording) : StillSource();
         m_picture = {};
         m_problem.clear();
         m_duration = 0;
@@ -61,21 +62,17 @@ void StillPreview::draw() {
     }
     m_drawing = true;
     m_drawAgain = false;
-    m_tasks.run([this, version = m_version, source = m_source, recording = *m_recording,
-                 edit = m_edit, position = m_position]() -> app::flows::TaskRunner::Continuation {
-        return [this, version, result = work(source, recording, edit, position)] {
-            drawn(version, result);
-        };
+    m_tasks.run([this, version = m_version, stills = m_stills, edit = m_edit,
+                 position = m_position]() -> app::flows::TaskRunner::Continuation {
+        return [this, version, result = work(stills, edit, position)] { drawn(version, result); };
     });
 }
 
-StillPreview::Drawn StillPreview::work(const PreviewSource& source,
-                                       const model::Recording& recording, const model::Edit& edit,
+StillPreview::Drawn StillPreview::work(const StillSource& stills, const model::Edit& edit,
                                        double position) {
     Drawn result;
     try {
-        result.duration = source.duration(recording, edit);
-        result.pixels = source.picture(recording, edit, std::clamp(position, 0.0, result.duration));
+        result.still = stills(edit, position);
     } catch (const std::exception& failure) {
         result.problem = failure.what();
     }
@@ -85,11 +82,12 @@ StillPreview::Drawn StillPreview::work(const PreviewSource& source,
 void StillPreview::drawn(int version, const Drawn& result) {
     m_drawing = false;
     if (version == m_version) {
-        if (m_duration != result.duration) {
-            m_duration = result.duration;
+        if (m_duration != result.still.duration) {
+            m_duration = result.still.duration;
             Q_EMIT durationChanged();
         }
-        m_picture = result.pixels != nullptr ? imageOf(result.pixels) : QImage();
+        const auto& picture = result.still.picture;
+        m_picture = picture != nullptr ? imageOf(picture) : QImage();
         m_problem = QString::fromStdString(result.problem);
         Q_EMIT pictureChanged();
     }

@@ -14,15 +14,16 @@ class PixelBuffer;
 
 namespace vantro::editor {
 
-/// What a preview is drawn with; called on one worker thread, throws std::exception.
-struct PreviewSource {
-    /// Seconds of output.
-    std::function<double(const model::Recording&, const model::Edit&)> duration;
-    /// The composed picture at an output second, bgra.
-    std::function<std::shared_ptr<const media::PixelBuffer>(const model::Recording&,
-                                                            const model::Edit&, double time)>
-        picture;
+/// A composed picture, bgra, and the film's length in seconds.
+struct Still {
+    double duration = 0;
+    std::shared_ptr<const media::PixelBuffer> picture;
 };
+/// Draws a recording's film under an edit at a second of it, or as near to that as it goes. Called
+/// on one worker thread at a time; throws std::exception.
+using StillSource = std::function<Still(const model::Edit& edit, double seconds)>;
+/// Gives what draws the stills of a recording, until it is destroyed. Takes no time.
+using OpenStills = std::function<StillSource(const model::Recording& recording)>;
 
 /// The composed picture of an edit at one position, drawn away from the main thread.
 ///
@@ -32,7 +33,7 @@ class StillPreview : public QObject {
     Q_OBJECT
 
   public:
-    StillPreview(app::flows::TaskRunner& tasks, PreviewSource source);
+    StillPreview(app::flows::TaskRunner& tasks, OpenStills open);
 
     /// A changed edit keeps the position; no recording clears the picture.
     void show(std::optional<model::Recording> recording, model::Edit edit = {});
@@ -53,18 +54,17 @@ class StillPreview : public QObject {
 
   private:
     struct Drawn {
-        double duration = 0;
-        std::shared_ptr<const media::PixelBuffer> pixels;
+        Still still;
         std::string problem;
     };
 
     void draw();
     void drawn(int version, const Drawn& result);
-    static Drawn work(const PreviewSource& source, const model::Recording& recording,
-                      const model::Edit& edit, double position);
+    static Drawn work(const StillSource& stills, const model::Edit& edit, double position);
 
     app::flows::TaskRunner& m_tasks;
-    PreviewSource m_source;
+    OpenStills m_open;
+    StillSource m_stills; ///< of m_recording
     std::optional<model::Recording> m_recording;
     model::Edit m_edit;
     int m_version = 0; ///< tells apart the edits that pictures are of

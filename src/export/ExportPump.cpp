@@ -20,28 +20,26 @@ struct Running {
     base::Guarded<State> state;
 
     void run(std::size_t index) {
-        std::exception_ptr failure;
         try {
             pumps[index].run(mailbox);
         } catch (...) {
-            failure = std::current_exception();
+            fail(std::current_exception(), index);
         }
-        if (failure && state.with([&](State& now) {
-                const bool isFirst = !now.failure;
-                if (isFirst)
-                    now.failure = failure;
-                return isFirst;
-            }))
-            stopOthers(index);
         if (state.with([](State& now) { return --now.left; }) == 0)
             mailbox.close();
     }
 
-    void stopOthers(std::size_t failed) {
-        for (std::size_t index = 0; index < pumps.size(); ++index) {
+    /// The first failure stops the pumps that have not failed.
+    void fail(std::exception_ptr failure, std::size_t failed) {
+        const bool isFirst = state.with([&](State& now) {
+            if (now.failure)
+                return false;
+            now.failure = std::move(failure);
+            return true;
+        });
+        for (std::size_t index = 0; isFirst && index < pumps.size(); ++index)
             if (index != failed)
                 pumps[index].stop();
-        }
     }
 };
 
@@ -50,14 +48,19 @@ struct Running {
 void runPumps(std::vector<Pump> pumps, const ExportProgress& progress) {
     Running running;
     running.pumps = std::move(pumps);
-    running.state.with([&](Running::State& now) { now.left = running.pumps.size(); });
+    const std::size_t count = running.pumps.size();
+    running.state.with([&](Running::State& now) { now.left = count; });
     {
         std::deque<base::SerialQueue> queues;
-        for (std::size_t index = 0; index < running.pumps.size(); ++index)
+        for (std::size_t index = 0; index < count; ++index)
             queues.emplace_back(running.pumps[index].label).async([&running, index] {
                 running.run(index);
             });
-        running.mailbox.deliver(progress);
+        try {
+            running.mailbox.deliver(progress);
+        } catch (...) {
+            running.fail(std::current_exception(), count);
+        }
     }
     if (const auto failure = running.state.with([](auto& now) { return now.failure; }))
         std::rethrow_exception(failure);

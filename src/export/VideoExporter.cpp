@@ -46,13 +46,14 @@ media::VideoSettings encoderSettings(const media::VideoComposition& video,
 /// The readers and the writer of one export, and the pumps between them.
 class Transfer {
   public:
-    Transfer(const ComposedMovie& movie, const std::filesystem::path& output,
-             media::VideoEncoderChoice encoder, bool toleratesDamage)
+    Transfer(const media::Composition& composition, const media::VideoComposition& video,
+             const std::filesystem::path& output, media::VideoEncoderChoice encoder,
+             bool toleratesDamage)
         : m_toleratesDamage(toleratesDamage)
-        , m_duration(movie.composition.duration())
-        , m_video(movie.composition, movie.video, media::PixelFormat::i420)
-        , m_audio(audioReader(movie.composition))
-        , m_writer(output, media::FileType::mpeg4, encoderSettings(movie.video, encoder),
+        , m_duration(composition.duration())
+        , m_video(composition, video, media::PixelFormat::i420)
+        , m_audio(audioReader(composition))
+        , m_writer(output, media::FileType::mpeg4, encoderSettings(video, encoder),
                    m_audio ? std::vector{audioSettings} : std::vector<media::AudioSettings>{}) {
         m_writer.startWriting();
         m_writer.startSession(media::MediaTime{});
@@ -147,21 +148,14 @@ class Transfer {
 
 } // namespace
 
-VideoExporter::VideoExporter(std::unique_ptr<render::Renderer> renderer)
-    : m_renderer(std::move(renderer)) {}
-
-VideoExporter::~VideoExporter() = default;
-
-ExportSummary VideoExporter::run(const model::Recording& recording, const model::Edit& edit,
-                                 ExportResolution resolution, const std::filesystem::path& output,
+ExportSummary VideoExporter::run(render::MovieSession& session, ExportResolution resolution,
+                                 const std::filesystem::path& output,
                                  const ExportProgress& progress,
                                  const std::stop_token& cancelled) try {
-    const auto opened = openRecording(recording, edit);
-    const auto size = renderSize(edit, baseSize(resolution, opened.videoSize()));
-    auto movie =
-        composeMovie(recording, edit, opened, size,
-                     static_cast<int>(recording.metadata().frameRate), std::move(m_renderer));
-    Transfer transfer(movie, output, m_encoder, m_toleratesDamage);
+    const auto recorded = static_cast<int>(session.recording().metadata().frameRate);
+    const auto video = session.video(session.canvas(baseSize(resolution, session.videoSize())),
+                                     m_frameRate.value_or(recorded));
+    Transfer transfer(session.composition(), video, output, m_encoder, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);
     media::AssetWriter& writer = transfer.writer();
@@ -171,8 +165,8 @@ ExportSummary VideoExporter::run(const model::Recording& recording, const model:
     }
     writer.finish();
     return {.outcome = ExportOutcome::finished,
-            .width = movie.video.renderWidth & ~1,
-            .height = movie.video.renderHeight & ~1,
+            .width = video.renderWidth & ~1,
+            .height = video.renderHeight & ~1,
             .frameCount = writer.frameCount(),
             .duration = transfer.writtenDuration().seconds(),
             .encoder = writer.encoderName(),

@@ -66,7 +66,7 @@ class Program {
     app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
     const window::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
 
-    editor::StillPreview m_preview{m_previewTasks, exportPreview()};
+    editor::StillPreview m_preview{m_previewTasks, openStills};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows};
     editor::EditorModel m_editor{m_state, m_preview, m_flows};

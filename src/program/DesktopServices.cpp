@@ -2,29 +2,15 @@
 
 #include "app/Desktop.h"
 #include "capture/RecordingSession.h"
-#include "export/GIFExporter.h"
-#include "export/Inspection.h"
-#include "export/StillFrame.h"
+#include "export/GifExporter.h"
 #include "export/VideoExporter.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vantro::program {
-namespace {
-
-/// The movie's length is rounded segment by segment: the very end may lie a hair beyond it.
-double insideOutput(const model::Recording& recording, const model::Edit& edit, double time) {
-    constexpr double oneFrame = 1.0 / 60;
-    constexpr double roundingOfSegment = 1.0 / 600;
-    const double end = exporting::inspect(recording, edit, 0).outputDuration - oneFrame -
-                       roundingOfSegment * static_cast<double>(edit.segments.size());
-    return std::clamp(time, 0.0, std::max(end, 0.0));
-}
-
-} // namespace
-
 DesktopRecording::DesktopRecording() = default;
 DesktopRecording::~DesktopRecording() = default;
 
@@ -77,27 +63,28 @@ std::expected<capture::ShareableContent, std::string> listShareableContent() {
 void runExport(const app::flows::ExportJob& job,
                const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled) {
-    auto renderer = render::makeRenderer(render::RendererChoice::automatic);
+    render::MovieSession session(job.recording, job.edit,
+                                 render::makeRenderer(render::RendererChoice::automatic));
     if (job.format == app::flows::ExportFormat::gif)
-        exporting::GIFExporter(std::move(renderer))
-            .run(job.recording, job.edit, job.output, progress, cancelled);
+        exporting::GifExporter().run(session, job.output, progress, cancelled);
     else
-        exporting::VideoExporter(std::move(renderer))
-            .run(job.recording, job.edit, job.resolution, job.output, progress, cancelled);
+        exporting::VideoExporter().run(session, job.resolution, job.output, progress, cancelled);
 }
 
-editor::PreviewSource exportPreview() {
-    return {.duration =
-                [](const model::Recording& recording, const model::Edit& edit) {
-                    return exporting::inspect(recording, edit, 0).outputDuration;
-                },
-            .picture =
-                [](const model::Recording& recording, const model::Edit& edit, double time) {
-                    return exporting::composeStillFrame(
-                        recording, edit, exporting::ExportResolution::original,
-                        insideOutput(recording, edit, time),
-                        render::makeRenderer(render::RendererChoice::automatic));
-                }};
+editor::StillSource openStills(const model::Recording& recording) {
+    auto held = std::make_shared<std::unique_ptr<render::MovieSession>>();
+    return [recording, held](const model::Edit& edit, double seconds) -> editor::Still {
+        auto session = std::exchange(*held, nullptr); // one that fails is not used again
+        if (session == nullptr)
+            session = std::make_unique<render::MovieSession>(
+                recording, edit, render::makeRenderer(render::RendererChoice::automatic));
+        session->setEdit(edit);
+        const double duration = session->duration().seconds();
+        auto picture = session->still(std::clamp(seconds, 0.0, duration),
+                                      session->canvas(session->videoSize()));
+        *held = std::move(session);
+        return {duration, std::move(picture)};
+    };
 }
 
 } // namespace vantro::program

@@ -44,7 +44,7 @@ void runExport(const app::flows::ExportJob& job,
                const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled);
 
-/// Draws previews as an export at the original resolution would.
-editor::PreviewSource exportPreview();
+/// Draws stills as an export at the original resolution would, from a movie that is opened once.
+editor::StillSource openStills(const model::Recording& recording);
 
 } // namespace vantro::program

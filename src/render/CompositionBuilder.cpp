@@ -50,16 +50,4 @@ media::Composition buildComposition(const media::Asset& asset, const media::Asse
     return composition;
 }
 
-media::VideoComposition buildVideoComposition(const media::Composition& composition, int frameRate,
-                                              int renderWidth, int renderHeight,
-                                              std::shared_ptr<media::VideoCompositor> compositor) {
-    media::VideoComposition video;
-    video.trackID = composition.tracks().front().id();
-    video.frameDuration = {1, frameRate};
-    video.renderWidth = renderWidth;
-    video.renderHeight = renderHeight;
-    video.compositor = std::move(compositor);
-    return video;
-}
-
 } // namespace vantro::render

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "media/Composition.h"
-#include "media/VideoComposition.h"
 #include "model/TimelineSegment.h"
 
-#include <memory>
 #include <span>
 
 namespace vantro::render {
@@ -14,10 +12,5 @@ namespace vantro::render {
 /// VantroError when nothing can be composed.
 media::Composition buildComposition(const media::Asset& asset, const media::AssetTrack& videoTrack,
                                     std::span<const model::TimelineSegment> segments);
-
-/// The video of `composition` at `frameRate` frames a second, drawn by `compositor`.
-media::VideoComposition buildVideoComposition(const media::Composition& composition, int frameRate,
-                                              int renderWidth, int renderHeight,
-                                              std::shared_ptr<media::VideoCompositor> compositor);
 
 } // namespace vantro::render

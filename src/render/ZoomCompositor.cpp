@@ -1,10 +1,13 @@
 #include "render/ZoomCompositor.h"
 
+#include "base/Guarded.h"
 #include "media/color/ColorConversion.h"
 #include "model/VantroError.h"
+#include "render/scene/CursorTextures.h"
 #include "render/scene/ImageFile.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <optional>
 #include <utility>
@@ -53,14 +56,17 @@ class OutputBuffers {
 /// the canvas would flicker with detail if it were sampled as it is.
 class BackgroundPicture {
   public:
-    void load(const std::filesystem::path& url) {
-        if (m_url && *m_url == url)
-            return;
-        m_url = url;
-        m_original = loadImage(url);
-        m_fitted = nullptr;
+    /// Reads the picture, unless it is the one held.
+    void show(const model::BackgroundSettings& background) {
+        const auto* image = std::get_if<model::BackgroundImageSource>(&background.type);
+        if (image == nullptr) {
+            *this = BackgroundPicture();
+        } else if (m_path != image->url) {
+            m_path = image->url;
+            m_original = loadImage(m_path);
+            m_fitted = nullptr;
+        }
     }
-    void clear() { *this = BackgroundPicture(); }
 
     const ImagePointer& fittedTo(int width, int height) {
         const std::pair canvas(width, height);
@@ -74,77 +80,54 @@ class BackgroundPicture {
     }
 
   private:
-    std::optional<std::filesystem::path> m_url;
+    std::filesystem::path m_path;
     ImagePointer m_original;
     ImagePointer m_fitted;
     std::pair<int, int> m_canvas;
 };
 
-struct Webcam {
-    ZoomCompositor::WebcamFrames frames;
-    model::WebcamPosition position = model::WebcamPosition::bottomRight;
-    double sizeFraction = 0;
-    std::shared_ptr<const media::PixelBuffer> lastFrame;
-    ImagePointer lastImage; // lastFrame as bgra
-
-    ImagePointer imageAt(double t) {
-        auto frame = frames(t);
-        if (frame != lastFrame) {
-            lastFrame = std::move(frame);
-            lastImage = lastFrame;
-            if (lastFrame && lastFrame->format() == media::PixelFormat::i420) {
-                auto image = media::PixelBuffer::allocate(media::PixelFormat::bgra,
-                                                          lastFrame->width(), lastFrame->height());
-                media::color::convertI420ToBgra(*lastFrame, *image);
-                lastImage = std::move(image);
-            }
-        }
-        return lastImage;
+/// The picture as bgra, left and right swapped where it is to be mirrored.
+ImagePointer webcamImage(const media::PixelBuffer& frame, bool mirrored) {
+    auto image =
+        media::PixelBuffer::allocate(media::PixelFormat::bgra, frame.width(), frame.height());
+    const auto rowBytes = static_cast<std::size_t>(frame.width()) * 4;
+    if (frame.format() == media::PixelFormat::i420)
+        media::color::convertI420ToBgra(frame, *image);
+    else
+        for (int y = 0; y < frame.height(); ++y)
+            std::memcpy(image->mutableRow(0, y), frame.row(0, y), rowBytes);
+    for (int y = 0; mirrored && y < frame.height(); ++y) {
+        auto* row = reinterpret_cast<std::uint32_t*>(image->mutableRow(0, y));
+        std::reverse(row, row + frame.width());
     }
-};
-
-} // namespace
-
-struct ZoomCompositor::State {
-    std::unique_ptr<Renderer> renderer;
-    std::shared_ptr<const ZoomAnimator> animator;
-    TimeMapper timeMapper;
-    std::optional<model::BackgroundSettings> background;
-    BackgroundPicture backgroundPicture;
-    std::vector<model::CursorPosition> cursorPositions; // source pixels
-    double cursorScale = 1;
-    CursorTextures cursor;
-    std::optional<Webcam> webcam;
-    OutputBuffers buffers;
-    Scene lastScene;
-    std::shared_ptr<const media::PixelBuffer> lastOutput;
-
-    explicit State(CursorStyle cursorStyle) : cursor(standardCursor(cursorStyle)) {}
-
-    Scene sceneFor(const media::CompositionRequest& request, double t);
-    std::shared_ptr<const media::PixelBuffer> drawn(const Scene& scene,
-                                                    const media::CompositionRequest& request);
-};
-
-Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request, double t) {
-    SceneContent content;
-    content.recording = request.sourceFrame.pixels;
-    content.camera = animator->keyframe(t);
-    if (background) {
-        content.background = &*background;
-        content.backgroundPicture = backgroundPicture.fittedTo(request.width, request.height);
-    }
-    if (const auto pointer = interpolatedCursor(cursorPositions, t))
-        content.pointer = PixelPoint{pointer->x, pointer->y};
-    content.cursorScale = cursorScale;
-    content.cursor = &cursor;
-    if (webcam) {
-        content.webcam = webcam->imageAt(t);
-        content.webcamPosition = webcam->position;
-        content.webcamSize = webcam->sizeFraction;
-    }
-    return makeScene({request.width, request.height}, content);
+    return image;
 }
+
+/// The webcam's picture as a scene wants it, converted once.
+class Webcam {
+  public:
+    void setFrames(ZoomCompositor::WebcamFrames frames) { m_frames = std::move(frames); }
+
+    ImagePointer imageAt(double t, bool mirrored) {
+        if (!m_frames)
+            return nullptr;
+        auto frame = m_frames(t);
+        if (frame == m_frame && mirrored == m_mirrored)
+            return m_image;
+        m_frame = std::move(frame);
+        m_mirrored = mirrored;
+        const bool isReady =
+            !m_frame || (m_frame->format() == media::PixelFormat::bgra && !mirrored);
+        m_image = isReady ? m_frame : webcamImage(*m_frame, mirrored);
+        return m_image;
+    }
+
+  private:
+    ZoomCompositor::WebcamFrames m_frames;
+    std::shared_ptr<const media::PixelBuffer> m_frame;
+    bool m_mirrored = false;
+    ImagePointer m_image;
+};
 
 /// Whether the frame can be handed on where the recording alone is asked for.
 bool isReadyMade(const media::PixelBuffer& frame, const media::CompositionRequest& request) {
@@ -152,6 +135,72 @@ bool isReadyMade(const media::PixelBuffer& frame, const media::CompositionReques
            frame.format() == request.outputFormat &&
            (frame.format() == media::PixelFormat::bgra ||
             frame.color() == media::ColorDescription{});
+}
+
+} // namespace
+
+struct ZoomCompositor::State {
+    State(model::Recording shown, model::Size size, model::Edit firstEdit,
+          std::unique_ptr<Renderer> drawing, CursorStyle cursorStyle)
+        : recording(std::move(shown))
+        , videoSize(size)
+        , edit(std::move(firstEdit))
+        , renderer(std::move(drawing))
+        , cursor(standardCursor(cursorStyle))
+        , motion(recording, edit.clickEvents, videoSize) {
+        backgroundPicture.show(edit.background);
+    }
+
+    void followEdit();
+    Scene sceneFor(const media::CompositionRequest& request);
+    std::shared_ptr<const media::PixelBuffer> drawn(const Scene& scene,
+                                                    const media::CompositionRequest& request);
+
+    base::Guarded<std::optional<model::Edit>> nextEdit; ///< all else is the composing thread's
+
+    const model::Recording recording;
+    const model::Size videoSize;
+    model::Edit edit;
+    std::unique_ptr<Renderer> renderer;
+    TimeMapper timeMapper;
+    bool backgroundShown = true;
+    BackgroundPicture backgroundPicture;
+    CursorTextures cursor;
+    SourceMotion motion;
+    Webcam webcam;
+    OutputBuffers buffers;
+    Scene lastScene;
+    std::shared_ptr<const media::PixelBuffer> lastOutput;
+};
+
+void ZoomCompositor::State::followEdit() {
+    auto next = nextEdit.with([](auto& waiting) { return std::exchange(waiting, std::nullopt); });
+    if (!next)
+        return;
+    if (!next->clickEvents.isSameAs(edit.clickEvents))
+        motion = SourceMotion(recording, next->clickEvents, videoSize);
+    edit = *std::move(next);
+    backgroundPicture.show(edit.background);
+}
+
+Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request) {
+    const double t =
+        timeMapper ? timeMapper(request.compositionTime) : request.compositionTime.seconds();
+    SceneContent content;
+    content.recording = request.sourceFrame.pixels;
+    content.camera = motion.camera(t);
+    if (backgroundShown) {
+        content.background = &edit.background;
+        content.backgroundPicture = backgroundPicture.fittedTo(request.width, request.height);
+    }
+    content.pointer = motion.pointer(t);
+    content.cursorScale = edit.cursorScale;
+    content.cursor = &cursor;
+    if (!edit.webcamHidden)
+        content.webcam = webcam.imageAt(t, edit.webcamMirrored);
+    content.webcamPosition = edit.webcamPosition;
+    content.webcamSize = edit.webcamSize;
+    return makeScene({request.width, request.height}, content);
 }
 
 std::shared_ptr<const media::PixelBuffer>
@@ -166,84 +215,44 @@ ZoomCompositor::State::drawn(const Scene& scene, const media::CompositionRequest
     return lastOutput;
 }
 
-ZoomCompositor::ZoomCompositor(std::unique_ptr<Renderer> renderer, CursorStyle cursor)
-    : m_state(std::make_unique<State>(cursor)) {
-    m_state->renderer = std::move(renderer);
-}
+ZoomCompositor::ZoomCompositor(model::Recording recording, model::Size videoSize, model::Edit edit,
+                               std::unique_ptr<Renderer> renderer, CursorStyle cursor)
+    : m_state(std::make_unique<State>(std::move(recording), videoSize, std::move(edit),
+                                      std::move(renderer), cursor)) {}
 
 ZoomCompositor::~ZoomCompositor() = default;
 
-void ZoomCompositor::setAnimator(std::shared_ptr<const ZoomAnimator> animator) {
-    m_state->animator = std::move(animator);
-}
-
-void ZoomCompositor::setBackgroundSettings(std::optional<model::BackgroundSettings> settings) {
-    m_state->background = std::move(settings);
-    const auto* image = m_state->background
-                            ? std::get_if<model::BackgroundImageSource>(&m_state->background->type)
-                            : nullptr;
-    if (image != nullptr)
-        m_state->backgroundPicture.load(image->url);
-    else
-        m_state->backgroundPicture.clear();
+void ZoomCompositor::setEdit(model::Edit edit) {
+    m_state->nextEdit.with([&](auto& waiting) { waiting = std::move(edit); });
 }
 
 void ZoomCompositor::setTimeMapper(TimeMapper mapper) {
     m_state->timeMapper = std::move(mapper);
 }
 
-void ZoomCompositor::setCursor(const std::vector<model::CursorPosition>& positions,
-                               double displayScaleFactor, double cursorScale) {
-    m_state->cursorPositions = positions;
-    for (model::CursorPosition& position : m_state->cursorPositions) {
-        position.x *= displayScaleFactor;
-        position.y *= displayScaleFactor;
-    }
-    m_state->cursorScale = cursorScale;
+void ZoomCompositor::setWebcam(WebcamFrames frames) {
+    m_state->webcam.setFrames(std::move(frames));
 }
 
-void ZoomCompositor::setWebcam(WebcamFrames frames, model::WebcamPosition position,
-                               double sizeFraction) {
-    m_state->webcam.emplace();
-    m_state->webcam->frames = std::move(frames);
-    m_state->webcam->position = position;
-    m_state->webcam->sizeFraction = sizeFraction;
+void ZoomCompositor::setBackgroundShown(bool shown) {
+    m_state->backgroundShown = shown;
+}
+
+const SourceMotion& ZoomCompositor::motion() {
+    m_state->followEdit();
+    return m_state->motion;
 }
 
 std::shared_ptr<const media::PixelBuffer>
 ZoomCompositor::compose(const media::CompositionRequest& request) {
-    State& state = *m_state;
-    if (!state.animator)
-        fail("No zoom animator configured");
-    if (!request.sourceFrame.pixels)
-        fail("Missing source frame");
-    const double outputTime = request.compositionTime.seconds();
-    const double t = state.timeMapper ? state.timeMapper(outputTime) : outputTime;
-    const Scene scene = state.sceneFor(request, t);
     const auto& frame = request.sourceFrame.pixels;
-    return scene.isRecordingAlone() && isReadyMade(*frame, request) ? frame
-                                                                    : state.drawn(scene, request);
-}
-
-std::optional<model::Point> interpolatedCursor(const std::vector<model::CursorPosition>& positions,
-                                               double t) {
-    if (positions.empty())
-        return {};
-    const model::CursorPosition& first = positions.front();
-    const model::CursorPosition& last = positions.back();
-    if (!(t > first.timestamp))
-        return model::Point{first.x, first.y};
-    if (t >= last.timestamp)
-        return model::Point{last.x, last.y};
-    const auto next = std::upper_bound(positions.begin(), positions.end(), t,
-                                       [](double time, const model::CursorPosition& position) {
-                                           return time < position.timestamp;
-                                       });
-    const model::CursorPosition& high = *next;
-    const model::CursorPosition& low = *std::prev(next);
-    const double span = high.timestamp - low.timestamp;
-    const double share = span > 0 ? (t - low.timestamp) / span : 0;
-    return model::Point{low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
+    if (!frame)
+        fail("Missing source frame");
+    m_state->followEdit();
+    const Scene scene = m_state->sceneFor(request);
+    return scene.isRecordingAlone() && isReadyMade(*frame, request)
+               ? frame
+               : m_state->drawn(scene, request);
 }
 
 } // namespace vantro::render

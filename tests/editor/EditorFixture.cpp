@@ -42,16 +42,15 @@ EditorFixture::EditorFixture() {
     permission.startPolling();
 }
 
-editor::PreviewSource EditorFixture::previewSource() {
-    return {
-        .duration = [this](const model::Recording&, const model::Edit&) { return previewDuration; },
-        .picture =
-            [this](const model::Recording&, const model::Edit&, double time) {
-                if (!previewProblem.empty())
-                    throw std::runtime_error(previewProblem);
-                drawnPositions.push_back(time);
-                return testPicture();
-            }};
+editor::OpenStills EditorFixture::openStills() {
+    return [this](const model::Recording&) {
+        return [this](const model::Edit&, double seconds) -> editor::Still {
+            if (!previewProblem.empty())
+                throw std::runtime_error(previewProblem);
+            drawnPositions.push_back(std::min(seconds, previewDuration));
+            return {previewDuration, testPicture()};
+        };
+    };
 }
 
 void EditorFixture::showWindow() {

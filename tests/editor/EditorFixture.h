@@ -80,13 +80,13 @@ class EditorFixture : public testing::Test {
     app::flows::ProjectFlow projects{state, panels, tasks};
     app::flows::RecoveryFlow recovery{state, tasks, app::files::recoverRecording};
     window::Flows flows{recording, exporting, projects, recovery};
-    editor::StillPreview preview{tasks, previewSource()};
+    editor::StillPreview preview{tasks, openStills()};
     window::picker::WindowPickerModel windows{tasks, timers, [this] { return content; }};
     window::MainModel app{state, permission, windows, flows};
     editor::EditorModel editor{state, preview, flows};
 
   private:
-    editor::PreviewSource previewSource();
+    editor::OpenStills openStills();
 
     std::unique_ptr<window::MainWindow> m_window;
 };

@@ -2,7 +2,7 @@
 
 #include "media/AssetWriter.h"
 #include "media/color/ColorConversion.h"
-#include "model/Uuid.h"
+#include "render/RendererFactory.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -92,6 +92,11 @@ model::Project plainProject(const std::filesystem::path& movie, int frameRate,
     model::Project project{"plain", model::Recording(movie, std::move(metadata)), {}};
     project.edit.background = {.type = model::BackgroundColor{}, .padding = 0, .cornerRadius = 0};
     return project;
+}
+
+render::MovieSession film(const model::Project& project) {
+    return {project.recording, project.edit,
+            render::makeRenderer(render::RendererChoice::software)};
 }
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "media/values/PixelBuffer.h"
 #include "model/Project.h"
+#include "render/MovieSession.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -23,7 +24,7 @@ struct Rgb {
 /// The same picture as bgra.
 std::shared_ptr<const media::PixelBuffer> asBgra(std::shared_ptr<const media::PixelBuffer> pixels);
 
-/// The mean colour of a small square round (x, y).
+/// The mean color of a small square round (x, y).
 Rgb meanColor(const media::PixelBuffer& bgra, int x, int y);
 /// Largest difference of any channel.
 int distance(Rgb a, Rgb b);
@@ -34,10 +35,10 @@ using FramePainter = std::function<void(media::PixelBuffer& bgra, int frame)>;
 void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
                 int frameCount, const FramePainter& paint);
 
-/// One flat colour over the whole frame.
+/// One flat color over the whole frame.
 void fill(media::PixelBuffer& bgra, Rgb color);
 
-/// A movie whose colour tells the source second: red, green, blue, white, then again.
+/// A movie whose color tells the source second: red, green, blue, white, then again.
 Rgb colorOfSecond(int second);
 void writeColorClock(const std::filesystem::path& path, int width, int height, int frameRate,
                      int seconds);
@@ -45,6 +46,9 @@ void writeColorClock(const std::filesystem::path& path, int width, int height, i
 /// Without padding, corners, cursor or zooms: output pixels are the recording's own.
 model::Project plainProject(const std::filesystem::path& movie, int frameRate,
                             model::RecordingMetadata metadata = {});
+
+/// Its film, drawn by the software renderer.
+render::MovieSession film(const model::Project& project);
 
 /// What an independent reader (ffprobe) says of a file's first video stream and format.
 nlohmann::json probe(const std::filesystem::path& file);

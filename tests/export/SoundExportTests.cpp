@@ -3,7 +3,6 @@
 #include "media/FrameSource.h"
 #include "media/Sound.h"
 #include "model/VantroError.h"
-#include "render/RendererFactory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -67,8 +66,8 @@ model::Project edited(const std::filesystem::path& movie,
 
 ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
                        const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return VideoExporter(render::makeRenderer(render::RendererChoice::software, nullptr))
-        .run(project.recording, project.edit, ExportResolution::original, output, progress, stop);
+    auto film = test::film(project);
+    return VideoExporter().run(film, ExportResolution::original, output, progress, stop);
 }
 
 /// What ffprobe says of the file's sound; null when it has none.
@@ -79,7 +78,7 @@ nlohmann::json audioStream(const std::filesystem::path& movie) {
     return {};
 }
 
-TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
+TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
     const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 20);
     // Every segment begins at a flash; where one does not end at the next, a second is cut.
@@ -105,7 +104,7 @@ TEST(SoundExport, beepsWithTheFlashAtEverySegmentBoundary) {
     }
 }
 
-TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
+TEST(SoundExport, WritesOneStereoTrackAsLongAsThePicture) {
     const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 3, "-c:a pcm_s16le -ac 1 -ar 44100");
     exportTo(folder / "out.mp4", edited(folder / "recording.mov", {}));
@@ -121,21 +120,24 @@ TEST(SoundExport, writesOneStereoTrackAsLongAsThePicture) {
     EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
 }
 
-TEST(SoundExport, leavesARecordingWithoutSoundSilent) {
+TEST(SoundExport, LeavesARecordingWithoutSoundSilent) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
     exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30));
     EXPECT_TRUE(audioStream(folder / "out.mp4").is_null());
 }
 
-TEST(SoundExport, cancelsWithoutATrace) {
+TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
+    const test::TemporaryFolder source;
+    writeFlashesAndBeeps(source / "recording.mov", 10);
     const test::TemporaryFolder folder;
-    writeFlashesAndBeeps(folder / "recording.mov", 10);
+    std::ofstream(folder / "out.mp4") << "the earlier file";
     std::stop_source stop;
     const auto summary = exportTo(
-        folder / "out.mp4", edited(folder / "recording.mov", {}),
+        folder / "out.mp4", edited(source / "recording.mov", {}),
         [&stop](double) { stop.request_stop(); }, stop.get_token());
     EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
+    EXPECT_EQ(std::filesystem::file_size(folder / "out.mp4"), 16U);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
@@ -152,7 +154,7 @@ void damage(const std::filesystem::path& movie, const std::string& stream, doubl
     }
 }
 
-TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
+TEST(SoundExport, TellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
     const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 4);
     damage(folder / "recording.mov", "v:0", 2.0);
@@ -160,10 +162,10 @@ TEST(SoundExport, tellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
     EXPECT_THROW(exportTo(folder / "out.mp4", project), model::VantroError);
     EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
 
-    VideoExporter exporter(render::makeRenderer(render::RendererChoice::software, nullptr));
+    VideoExporter exporter;
     exporter.setToleratesDamage(true);
-    const auto summary = exporter.run(project.recording, project.edit, ExportResolution::original,
-                                      folder / "out.mp4", {}, {});
+    auto film = test::film(project);
+    const auto summary = exporter.run(film, ExportResolution::original, folder / "out.mp4", {}, {});
     EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
     EXPECT_NEAR(summary.duration, 2.0,
                 0.15); // a break takes up to three reordered pictures with it

@@ -1,9 +1,7 @@
 #include "export/RecordingFixture.h"
-#include "export/StillFrame.h"
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
 #include "model/VantroError.h"
-#include "render/RendererFactory.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -19,17 +17,12 @@ namespace {
 using namespace vantro::test;
 using ::testing::HasSubstr;
 
-constexpr int colorTolerance = 8; // the codec's own loss on flat colours
-
-std::unique_ptr<render::Renderer> softwareRenderer() {
-    return render::makeRenderer(render::RendererChoice::software, nullptr);
-}
+constexpr int colorTolerance = 8; // the codec's own loss on flat colors
 
 ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
-                       ExportResolution resolution = ExportResolution::original,
-                       const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return VideoExporter(softwareRenderer())
-        .run(project.recording, project.edit, resolution, output, progress, stop);
+                       const ExportProgress& progress = {}) {
+    auto film = test::film(project);
+    return VideoExporter().run(film, ExportResolution::original, output, progress, {});
 }
 
 test::Rgb colorAt(const std::filesystem::path& movie, double seconds) {
@@ -55,7 +48,7 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
     std::vector<double> reports;
     const auto summary =
         exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30),
-                 ExportResolution::original, [&](double fraction) { reports.push_back(fraction); });
+                 [&](double fraction) { reports.push_back(fraction); });
 
     EXPECT_EQ(summary.frameCount, 60);
     const auto probed = test::probe(folder / "out.mp4");
@@ -99,30 +92,6 @@ TEST(VideoExporter, PlaysCutsAndSpeedsInOrder) {
             << "at " << time;
 }
 
-TEST(VideoExporter, EncodesEveryCanvasAtTheSizeItsRuleGives) {
-    const model::Size video{1000, 562};
-    model::Edit edit;
-    const struct {
-        ExportResolution resolution;
-        model::CanvasAspectRatio aspect;
-        model::Size size;
-    } expected[]{
-        {ExportResolution::original, model::CanvasAspectRatio::automatic, {1000, 562}},
-        {ExportResolution::original, model::CanvasAspectRatio::ratio1x1, {1000, 1000}},
-        {ExportResolution::fourK, model::CanvasAspectRatio::automatic, {3840, 2160}},
-        {ExportResolution::fourK, model::CanvasAspectRatio::ratio4x3, {3840, 2880}},
-        {ExportResolution::hd1080, model::CanvasAspectRatio::ratio9x16, {1920, 3412}},
-        {ExportResolution::hd1080, model::CanvasAspectRatio::ratio16x9, {1920, 1080}},
-        {ExportResolution::hd720, model::CanvasAspectRatio::ratio1x1, {1280, 1280}},
-    };
-    for (const auto& [resolution, aspect, size] : expected) {
-        edit.canvasAspectRatio = aspect;
-        EXPECT_EQ(renderSize(edit, baseSize(resolution, video)), size)
-            << label(resolution) << " on " << model::rawValue(aspect);
-    }
-    EXPECT_THROW(renderSize(edit, {0, 0}), model::VantroError);
-}
-
 TEST(VideoExporter, GivesAnOddCanvasTheEvenSizeBelow) {
     const test::TemporaryFolder folder;
     // Encoders write even sizes, so the odd recording comes from another codec.
@@ -152,8 +121,8 @@ TEST(VideoExporter, EncodesTheSamePictureThatAStillFrameShows) {
         {{.x = 130, .y = 60, .timestamp = 1, .startOffset = 0.5, .endOffset = 1, .zoomLevel = 2}}};
     exportTo(folder / "out.mp4", project);
 
-    const auto still = composeStillFrame(project.recording, project.edit,
-                                         ExportResolution::original, 1.2, softwareRenderer());
+    auto film = test::film(project);
+    const auto still = film.still(1.2, film.canvas(film.videoSize()));
     const auto asset = media::Asset::open(folder / "out.mp4");
     media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
     const auto frame = source.frameAt({36, 30});
@@ -163,21 +132,6 @@ TEST(VideoExporter, EncodesTheSamePictureThatAStillFrameShows) {
             EXPECT_LE(
                 test::distance(test::meanColor(*still, x, y), test::meanColor(*exported, x, y)), 12)
                 << "at " << x << ", " << y;
-}
-
-TEST(VideoExporter, LeavesNothingBehindWhenCancelled) {
-    const test::TemporaryFolder source;
-    test::writeColorClock(source / "recording.mov", 320, 180, 30, 8);
-    const test::TemporaryFolder target;
-    std::ofstream(target / "out.mp4") << "the earlier file";
-    std::stop_source stop;
-    const auto summary = exportTo(
-        target / "out.mp4", test::plainProject(source / "recording.mov", 30),
-        ExportResolution::fourK, [&](double) { stop.request_stop(); }, stop.get_token());
-
-    EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
-    EXPECT_EQ(std::filesystem::file_size(target / "out.mp4"), 16U);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(target.path()), {}), 1);
 }
 
 TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
@@ -207,22 +161,6 @@ TEST(VideoExporter, TellsWhatIsWrongWithAMovieAndLeavesTheEarlierFile) {
     EXPECT_THAT(fails("damaged.mov"), HasSubstr("damaged.mov"));
 
     EXPECT_EQ(std::filesystem::file_size(folder / "out.mp4"), 16U);
-}
-
-TEST(StillFrame, AnswersOnlyForTimesOfTheOutput) {
-    const test::TemporaryFolder folder;
-    test::writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
-    const auto project = test::plainProject(folder / "recording.mov", 30);
-    const auto colorOf = [&](double time) {
-        const auto still = composeStillFrame(project.recording, project.edit,
-                                             ExportResolution::original, time, softwareRenderer());
-        return test::meanColor(*still, 160, 90);
-    };
-    EXPECT_LE(test::distance(colorOf(0), test::colorOfSecond(0)), colorTolerance);
-    EXPECT_LE(test::distance(colorOf(2), test::colorOfSecond(1)),
-              colorTolerance); // the last picture
-    for (const double outside : {-0.1, 2.5, std::nan("")})
-        EXPECT_THROW(colorOf(outside), model::VantroError) << outside;
 }
 
 } // namespace

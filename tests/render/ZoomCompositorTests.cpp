@@ -1,9 +1,9 @@
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
+#include "render/TestScenes.h"
 #include "render/ZoomCompositor.h"
 #include "render/scene/ImageFile.h"
 
-#include <cstring>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -11,16 +11,18 @@
 namespace vantro::render {
 namespace {
 
+using media::PixelFormat;
+
 /// Notes what it is asked to draw, and fills the picture with the number of the call.
-class RecordingRenderer final : public Renderer {
+class NotingRenderer final : public Renderer {
   public:
     struct Calls {
         std::vector<Scene> scenes;
         bool fails = false;
     };
-    explicit RecordingRenderer(std::shared_ptr<Calls> calls) : m_calls(std::move(calls)) {}
+    explicit NotingRenderer(std::shared_ptr<Calls> calls) : m_calls(std::move(calls)) {}
 
-    std::string_view description() const override { return "recording"; }
+    std::string_view description() const override { return "noting"; }
     bool render(const Scene& scene, media::PixelBuffer& output) override {
         m_calls->scenes.push_back(scene);
         output.mutableRow(0, 0)[0] = static_cast<std::uint8_t>(m_calls->scenes.size());
@@ -31,208 +33,246 @@ class RecordingRenderer final : public Renderer {
     std::shared_ptr<Calls> m_calls;
 };
 
-std::shared_ptr<media::PixelBuffer> plainPicture(media::PixelFormat format, int width, int height,
-                                                 std::uint8_t value = 200) {
-    auto picture = media::PixelBuffer::allocate(format, width, height);
-    for (int plane = 0; plane < picture->planeCount(); ++plane)
-        for (int y = 0; y < picture->planeHeight(plane); ++y)
-            std::memset(picture->mutableRow(plane, y), value,
-                        static_cast<std::size_t>(picture->stride(plane)));
-    return picture;
+std::shared_ptr<media::PixelBuffer> flat(PixelFormat format, int width, int height,
+                                         std::uint8_t value = 200) {
+    return test::flatPicture(format, width, height, {value, value, value, 255});
 }
 
+/// Composes a recording of 64 × 48 pixels without sound, with a zoom around 10 s.
 class ZoomCompositorTest : public testing::Test {
   protected:
-    void SetUp() override {
-        compositor.setAnimator(
-            std::make_shared<ZoomAnimator>(std::vector{clickAt(10)}, model::Size{64, 48}));
+    ZoomCompositorTest() {
+        edit.clickEvents = std::vector<model::ClickEvent>{
+            {.x = 20, .y = 20, .timestamp = 10, .startOffset = 1, .endOffset = 4, .zoomLevel = 2}};
+        edit.background = {model::BackgroundColor{1, 0.5, 0}, 0.25, 7};
     }
 
-    static model::ClickEvent clickAt(double seconds) {
-        model::ClickEvent click;
-        click.x = 20;
-        click.y = 20;
-        click.timestamp = seconds;
-        click.startOffset = 1;
-        click.endOffset = 4;
-        click.zoomLevel = 2;
-        return click;
+    ZoomCompositor compositor(std::vector<model::CursorPosition> positions = {},
+                              double pixelsPerPoint = 1) {
+        model::RecordingMetadata metadata;
+        metadata.cursorPositions = std::move(positions);
+        metadata.displayScaleFactor = pixelsPerPoint;
+        return {model::Recording("recording.mov", std::move(metadata)), model::Size{64, 48}, edit,
+                std::make_unique<NotingRenderer>(calls), CursorStyle::builtIn};
     }
-
     media::CompositionRequest at(double seconds) const {
-        return {media::MediaTime::fromSeconds(seconds),
-                {source, {}, {}},
-                64,
-                48,
-                media::PixelFormat::bgra};
+        return {
+            media::MediaTime::fromSeconds(seconds), {source, {}, {}}, 64, 48, PixelFormat::bgra};
     }
     const Scene& last() const { return calls->scenes.back(); }
-    void expectFailure(const media::CompositionRequest& request, std::string_view message) {
+    static std::string failureOf(ZoomCompositor& made, const media::CompositionRequest& request) {
         try {
-            compositor.compose(request);
-            ADD_FAILURE() << "no error, but wanted: " << message;
+            made.compose(request);
         } catch (const model::VantroError& error) {
             EXPECT_EQ(error.kind(), model::VantroError::Kind::exportFailed);
-            EXPECT_EQ(error.message(), message);
+            return std::string(error.message());
         }
+        return "none";
     }
 
-    std::shared_ptr<media::PixelBuffer> source = plainPicture(media::PixelFormat::bgra, 64, 48);
-    std::shared_ptr<RecordingRenderer::Calls> calls = std::make_shared<RecordingRenderer::Calls>();
-    ZoomCompositor compositor{std::make_unique<RecordingRenderer>(calls), CursorStyle::builtIn};
+    model::Edit edit;
+    std::shared_ptr<media::PixelBuffer> source = flat(PixelFormat::bgra, 64, 48);
+    std::shared_ptr<NotingRenderer::Calls> calls = std::make_shared<NotingRenderer::Calls>();
 };
 
 TEST_F(ZoomCompositorTest, TellsWhyAFrameCannotBeMade) {
-    compositor.setBackgroundSettings(model::BackgroundSettings{});
+    auto made = compositor();
     media::CompositionRequest request = at(0);
     request.sourceFrame.pixels = nullptr;
-    expectFailure(request, "Missing source frame");
-    compositor.setAnimator(nullptr);
-    expectFailure(request, "No zoom animator configured");
-    SetUp();
-    request = at(0);
-    request.width = 0;
-    expectFailure(request, "Failed to create output buffer");
-    request.width = 40000;
-    expectFailure(request, "Failed to create output buffer");
+    EXPECT_EQ(failureOf(made, request), "Missing source frame");
+    for (const int width : {0, 40000}) {
+        request = at(0);
+        request.width = width;
+        EXPECT_EQ(failureOf(made, request), "Failed to create output buffer");
+    }
     calls->fails = true;
-    expectFailure(at(0), "Renderer unavailable");
+    EXPECT_EQ(failureOf(made, at(0)), "Renderer unavailable");
     calls->fails = false;
-    EXPECT_NE(compositor.compose(at(0)), nullptr); // the failed picture was not kept
+    EXPECT_NE(made.compose(at(0)), nullptr); // the failed picture was not kept
     EXPECT_EQ(calls->scenes.size(), 2U);
 
-    ZoomCompositor withoutRenderer(nullptr);
-    withoutRenderer.setAnimator(
-        std::make_shared<ZoomAnimator>(std::vector<model::ClickEvent>{}, model::Size{}));
-    EXPECT_EQ(withoutRenderer.compose(at(0)), source); // passing on needs none
-    withoutRenderer.setBackgroundSettings(model::BackgroundSettings{});
-    EXPECT_THROW(withoutRenderer.compose(at(0)), model::VantroError);
+    ZoomCompositor bare({"recording.mov", model::RecordingMetadata{}}, {64, 48}, edit, nullptr,
+                        CursorStyle::builtIn);
+    EXPECT_EQ(failureOf(bare, at(0)), "Renderer unavailable");
+    bare.setBackgroundShown(false);
+    EXPECT_EQ(bare.compose(at(0)), source); // passing on needs none
 }
 
 TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
-    EXPECT_EQ(compositor.compose(at(0)), source);
-    EXPECT_TRUE(calls->scenes.empty());
-    EXPECT_NE(compositor.compose(at(10)), source); // zoomed
-    compositor.setCursor({{3, 4, 0}}, 1, 3);
-    EXPECT_NE(compositor.compose(at(0)), source);
-    compositor.setCursor({}, 1, 3);
-    EXPECT_EQ(compositor.compose(at(0)), source);
-    compositor.setBackgroundSettings(model::BackgroundSettings{});
-    EXPECT_NE(compositor.compose(at(0)), source);
+    auto made = compositor({{3, 4, 0}});
+    made.setBackgroundShown(false);
+    EXPECT_NE(made.compose(at(0)), source); // there is a pointer
+    edit.cursorScale = 0;
+    made.setEdit(edit);
+    EXPECT_EQ(made.compose(at(0)), source);
+    EXPECT_NE(made.compose(at(10)), source); // zoomed
+    made.setBackgroundShown(true);
+    EXPECT_NE(made.compose(at(0)), source);
 }
 
 TEST_F(ZoomCompositorTest, GivesTheAskedSizeAndFormatEvenWhenNothingIsDrawn) {
-    ZoomCompositor real(makeRenderer(RendererChoice::software));
-    real.setAnimator(
-        std::make_shared<ZoomAnimator>(std::vector<model::ClickEvent>{}, model::Size{64, 48}));
+    ZoomCompositor real({"recording.mov", model::RecordingMetadata{}}, {64, 48}, {},
+                        makeRenderer(RendererChoice::software), CursorStyle::builtIn);
+    real.setBackgroundShown(false);
     media::CompositionRequest request = at(0);
     request.width = 33;
     request.height = 21;
-    const auto small = real.compose(request);
-    ASSERT_EQ(small->width(), 33);
-    for (int y = 0; y < 21; ++y)
-        for (int x = 0; x < 33 * 4; ++x)
-            ASSERT_EQ(small->row(0, y)[x], 200);
+    EXPECT_EQ(test::difference(*real.compose(request), *flat(PixelFormat::bgra, 33, 21)).worst, 0);
     request = at(0);
-    request.outputFormat = media::PixelFormat::i420;
+    request.outputFormat = PixelFormat::i420;
     EXPECT_NEAR(real.compose(request)->row(0, 30)[30], 16 + 200 * 219 / 255.0, 1);
 }
 
 TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
-    compositor.setBackgroundSettings(model::BackgroundSettings{});
-    compositor.setCursor({{3, 4, 0}, {3, 4, 2}, {9, 4, 3}}, 1, 3);
-    const auto first = compositor.compose(at(0));
-    EXPECT_EQ(compositor.compose(at(1.5)), first);
+    auto made = compositor({{3, 4, 0}, {3, 4, 2}, {9, 4, 3}});
+    const auto first = made.compose(at(0));
+    EXPECT_EQ(made.compose(at(1.5)), first);
     EXPECT_EQ(calls->scenes.size(), 1U);
 
-    const auto moved = compositor.compose(at(2.5));
+    const auto moved = made.compose(at(2.5));
     EXPECT_NE(moved, first);
-    source = plainPicture(media::PixelFormat::bgra, 64, 48);
-    EXPECT_NE(compositor.compose(at(2.5)), moved); // another source frame
+    source = flat(PixelFormat::bgra, 64, 48);
+    EXPECT_NE(made.compose(at(2.5)), moved); // another source frame
     media::CompositionRequest other = at(2.5);
-    other.outputFormat = media::PixelFormat::i420;
-    EXPECT_EQ(compositor.compose(other)->format(), media::PixelFormat::i420);
-    compositor.setBackgroundSettings(
-        model::BackgroundSettings{model::BackgroundColor{1, 0, 0}, 0.1, 3});
-    compositor.compose(other);
-    EXPECT_EQ(calls->scenes.size(), 5U);
+    other.outputFormat = PixelFormat::i420;
+    EXPECT_EQ(made.compose(other)->format(), PixelFormat::i420);
+    EXPECT_EQ(calls->scenes.size(), 4U);
     EXPECT_EQ(first->row(0, 0)[0], 1); // what was handed out earlier stays as it was
 }
 
-TEST_F(ZoomCompositorTest, LaysTheFrameOutAtTheSourceTime) {
-    compositor.setTimeMapper([](double t) { return t * 2; });
-    compositor.setBackgroundSettings(
-        model::BackgroundSettings{model::BackgroundColor{1, 0.5, 0}, 0.25, 7});
-    compositor.setCursor({{2, 3, 10}, {4, 7, 12}}, 2, 1.5);
-    compositor.compose(at(5.5));
+TEST_F(ZoomCompositorTest, LaysTheFrameOutAtTheSourceTimeInPixels) {
+    edit.cursorScale = 1.5;
+    edit.clickEvents = std::vector<model::ClickEvent>{
+        {.x = 8, .y = 10, .timestamp = 10, .startOffset = 1, .endOffset = 4, .zoomLevel = 2}};
+    auto made = compositor({{2, 3, 10}, {4, 7, 12}}, 2); // two pixels to a point
+    made.setTimeMapper([](media::MediaTime t) { return t.seconds() * 2; });
+    made.compose(at(5.5));
     EXPECT_EQ(last().recording.picture, source);
     EXPECT_EQ(last().recording.place, (PixelRect{16, 12, 32, 24}));
     EXPECT_EQ(last().recording.cornerRadius, 7);
     EXPECT_EQ(last().background->color, (model::BackgroundColor{1, 0.5, 0}));
-    EXPECT_EQ(last().zoom->width, 32); // the click at 10 s
-    // Half-way between two samples, in pixels of a display of scale 2, on a recording drawn at 1/2.
-    const CursorImage arrow = CursorTextures(standardCursor(CursorStyle::builtIn)).image();
-    EXPECT_NEAR(last().cursor->place.x + arrow.hotSpotX * 0.75, 16 + 6 * 0.5, 1e-9);
-    EXPECT_NEAR(last().cursor->place.y + arrow.hotSpotY * 0.75, 12 + 10 * 0.5, 1e-9);
-    EXPECT_NEAR(last().cursor->place.width, arrow.width * 0.75, 1e-9);
+    EXPECT_EQ(last().zoom, (PixelRect{8, 10, 32, 24})); // around (16, 20) of the recording
+    // Half-way between two samples, on a recording that is drawn at half its size.
+    const CursorImage& arrow = test::arrow().image();
+    EXPECT_NEAR(last().cursor->place.x + arrow.hotSpotX * 0.75, 16 + 6 * 0.5, 1e-5);
+    EXPECT_NEAR(last().cursor->place.y + arrow.hotSpotY * 0.75, 12 + 10 * 0.5, 1e-5);
+    EXPECT_NEAR(last().cursor->place.width, arrow.width * 0.75, 1e-5);
 }
 
-TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTime) {
+TEST_F(ZoomCompositorTest, FollowsTheEditFromTheNextFrameOn) {
+    auto made = compositor({{3, 4, 0}});
+    made.setWebcam([picture = flat(PixelFormat::bgra, 16, 8)](double) { return picture; });
+    made.compose(at(0));
+    const Scene before = last();
+    const auto expectFollowed = [&](std::string_view what, const auto& shown, const auto& expected,
+                                    const auto& change) {
+        SCOPED_TRACE(what);
+        change();
+        made.setEdit(edit);
+        made.compose(at(0));
+        EXPECT_EQ(shown(last()), expected);
+        EXPECT_EQ(last().recording.picture, before.recording.picture);
+    };
+    const auto color = [](const Scene& scene) { return scene.background->color; };
+    const auto radius = [](const Scene& scene) { return scene.recording.cornerRadius; };
+    const auto width = [](const Scene& scene) { return scene.recording.place.width; };
+    const auto hasCursor = [](const Scene& scene) { return scene.cursor.has_value(); };
+    const auto hasWebcam = [](const Scene& scene) { return scene.webcam.has_value(); };
+    const auto side = [](const Scene& scene) { return scene.webcam->place.width; };
+    const auto isLow = [](const Scene& scene) { return scene.webcam->place.y > 24; };
+    const auto isZoomed = [](const Scene& scene) { return scene.zoom.has_value(); };
+    const model::BackgroundColor blue{0, 0, 1};
+    expectFollowed("color", color, blue, [&] { edit.background.type = blue; });
+    expectFollowed("corners", radius, 3, [&] { edit.background.cornerRadius = 3; });
+    expectFollowed("padding", width, 64, [&] { edit.background.padding = 0; });
+    expectFollowed("webcam's size", side, 32, [&] { edit.webcamSize = 0.5; });
+    expectFollowed("webcam's corner", isLow, false,
+                   [&] { edit.webcamPosition = model::WebcamPosition::topLeft; });
+    expectFollowed("hidden webcam", hasWebcam, false, [&] { edit.webcamHidden = true; });
+    expectFollowed("hidden pointer", hasCursor, false, [&] { edit.cursorScale = 0; });
+    expectFollowed("clicks", isZoomed, true, [&] {
+        auto clicks = edit.clickEvents.list();
+        clicks.front().timestamp = 0;
+        edit.clickEvents = clicks;
+    });
+}
+
+TEST_F(ZoomCompositorTest, ShowsTheWebcamPictureOfTheSourceTimeConvertedOnce) {
     std::vector<double> asked;
-    std::shared_ptr<const media::PixelBuffer> picture =
-        plainPicture(media::PixelFormat::i420, 16, 8, 128);
-    compositor.setTimeMapper([](double t) { return t + 1; });
-    compositor.setWebcam(
-        [&](double t) {
-            asked.push_back(t);
-            return picture;
-        },
-        model::WebcamPosition::topRight, 0.25);
-    compositor.compose(at(0));
+    std::shared_ptr<const media::PixelBuffer> picture = flat(PixelFormat::i420, 16, 8, 128);
+    auto made = compositor();
+    made.setTimeMapper([](media::MediaTime t) { return t.seconds() + 1; });
+    made.setWebcam([&](double t) {
+        asked.push_back(t);
+        return picture;
+    });
+    made.compose(at(0));
     EXPECT_EQ(asked, std::vector{1.0});
     ASSERT_TRUE(last().webcam);
-    EXPECT_EQ(last().webcam->picture->format(), media::PixelFormat::bgra);
+    EXPECT_EQ(last().webcam->picture->format(), PixelFormat::bgra);
     EXPECT_NEAR(last().webcam->picture->row(0, 3)[5], (128 - 16) * 255 / 219.0, 1);
-    EXPECT_EQ(last().webcam->place, (PixelRect{64 - 16 - 1.28, 1.28, 16, 16}));
-    compositor.compose(at(0.5));
-    EXPECT_EQ(calls->scenes.size(), 1U); // the same picture, converted once
+    made.compose(at(0.5));
+    EXPECT_EQ(calls->scenes.size(), 1U);
     picture = nullptr;
-    EXPECT_EQ(compositor.compose(at(1)), source);
+    made.compose(at(1));
+    EXPECT_FALSE(last().webcam);
 }
 
-TEST_F(ZoomCompositorTest, LoadsABackgroundPictureAndShrinksItTowardsTheCanvas) {
+TEST_F(ZoomCompositorTest, SwapsLeftAndRightOfAMirroredWebcam) {
+    for (const PixelFormat format : {PixelFormat::bgra, PixelFormat::i420}) {
+        auto picture = flat(format, 16, 8, 128);
+        for (int y = 0; y < 8; ++y)
+            std::fill_n(picture->mutableRow(0, y), format == PixelFormat::bgra ? 16 : 4, 235);
+        edit.webcamMirrored = false;
+        auto made = compositor();
+        made.setWebcam([&](double) { return picture; });
+        const auto greenAt = [&](int x) { return last().webcam->picture->row(0, 3)[4 * x + 1]; };
+        made.compose(at(0));
+        EXPECT_GT(greenAt(1), greenAt(14) + 50);
+        edit.webcamMirrored = true;
+        made.setEdit(edit);
+        made.compose(at(0));
+        EXPECT_GT(greenAt(14), greenAt(1) + 50);
+        EXPECT_GT(greenAt(12), greenAt(11) + 50);
+    }
+}
+
+TEST_F(ZoomCompositorTest, LoadsABackgroundPictureOnceAndShrinksItTowardsTheCanvas) {
     const auto path = std::filesystem::temp_directory_path() / "compositor-background.png";
-    writePng(path, *plainPicture(media::PixelFormat::bgra, 300, 300, 90));
-    model::BackgroundSettings settings;
-    settings.type = model::BackgroundImageSource::custom(path);
-    compositor.setBackgroundSettings(settings);
-    compositor.compose(at(0));
-    const auto shown = last().background->picture;
+    writePng(path, *flat(PixelFormat::bgra, 300, 300, 90));
+    edit.background.type = model::BackgroundImageSource::custom(path);
+    auto made = compositor();
+    const auto pictureAfter = [&](double padding) {
+        edit.background.padding = padding;
+        made.setEdit(edit);
+        made.compose(at(0));
+        return last().background->picture;
+    };
+    const auto shown = pictureAfter(0.1);
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->width(), 75); // halved while it stays as large as 64 × 48
-
     std::filesystem::remove(path);
-    settings.padding = 0.2;
-    compositor.setBackgroundSettings(settings); // same picture: not read again
-    compositor.compose(at(0));
-    EXPECT_EQ(last().background->picture, shown);
-    compositor.setBackgroundSettings(model::BackgroundSettings{model::BackgroundColor{}, 0.2, 5});
-    compositor.compose(at(0));
-    EXPECT_EQ(last().background->picture, nullptr);
-    compositor.setBackgroundSettings(settings);
-    compositor.compose(at(0));
-    EXPECT_EQ(last().background->picture, nullptr); // gone, and not an error
+    EXPECT_EQ(pictureAfter(0.2), shown); // not read again
+    const auto image = std::exchange(edit.background.type, model::BackgroundColor{});
+    EXPECT_EQ(pictureAfter(0.2), nullptr);
+    edit.background.type = image;
+    EXPECT_EQ(pictureAfter(0.2), nullptr); // gone, and not an error
 }
 
-TEST(InterpolatedCursor, GoesInStraightLinesAndSticksToTheEnds) {
-    EXPECT_EQ(interpolatedCursor({}, 1), std::nullopt);
-    const std::vector<model::CursorPosition> positions{
-        {0, 0, 1}, {10, 20, 2}, {10, 20, 2}, {0, 40, 4}};
-    EXPECT_EQ(interpolatedCursor(positions, -5), (model::Point{0, 0}));
-    EXPECT_EQ(interpolatedCursor(positions, 1.5), (model::Point{5, 10}));
-    EXPECT_EQ(interpolatedCursor(positions, 2), (model::Point{10, 20}));
-    EXPECT_EQ(interpolatedCursor(positions, 3.5), (model::Point{2.5, 35}));
-    EXPECT_EQ(interpolatedCursor(positions, 99), (model::Point{0, 40}));
+TEST(SourceMotion, LeadsThePointerInStraightLinesThatStickToTheEnds) {
+    const auto pointerAt = [](std::vector<model::CursorPosition> positions, double t) {
+        model::RecordingMetadata metadata;
+        metadata.cursorPositions = std::move(positions);
+        metadata.displayScaleFactor = 2;
+        return SourceMotion({"recording.mov", std::move(metadata)}, {}, {640, 480}).pointer(t);
+    };
+    EXPECT_EQ(pointerAt({}, 1), std::nullopt);
+    const struct {
+        double time;
+        PixelPoint pixel;
+    } expected[]{{-5, {0, 0}}, {1.5, {10, 20}}, {2, {20, 40}}, {3.5, {5, 70}}, {99, {0, 80}}};
+    for (const auto& [time, pixel] : expected)
+        EXPECT_EQ(pointerAt({{0, 0, 1}, {10, 20, 2}, {10, 20, 2}, {0, 40, 4}}, time), pixel);
 }
 
 TEST(RendererFactory, AlwaysHasTheSoftwareRendererAndTellsWhyThereIsNoOther) {

@@ -3,7 +3,7 @@
 #include "app/cli/ExportOptions.h"
 #include "app/cli/StatusLine.h"
 #include "base/HostClock.h"
-#include "export/GIFExporter.h"
+#include "export/GifExporter.h"
 #include "export/OutputRange.h"
 #include "export/VideoExporter.h"
 #include "model/VantroError.h"
@@ -89,50 +89,48 @@ void printSummary(const ExportOptions& options, const ProjectExport& job,
                    display.speed(1));
 }
 
-/// The project with what the options change of it.
-model::Project requestedProject(const ExportOptions& options, const fs::path& packagePath) {
-    auto project = loadProject(packagePath);
-    if (options.frameRate) {
-        auto metadata = project.recording.metadata();
-        metadata.frameRate = *options.frameRate;
-        project.recording = {project.recording.movie(), std::move(metadata)};
+/// Leaves of the film the range that was asked for.
+void cutToRange(render::MovieSession& session, const OutputRange& range, const fs::path& project) {
+    auto edit = session.edit();
+    edit.segments = exporting::segmentsWithin(edit.segments.list(), session.sourceDuration(),
+                                              range.start, range.end);
+    if (edit.segments.empty())
+        throw model::VantroError(model::VantroError::Kind::exportFailed,
+                                 fmt::format("The range begins at {:.2f} s, but {} lasts {:.2f} s",
+                                             range.start, project.string(),
+                                             session.duration().seconds()));
+    session.setEdit(std::move(edit));
+}
+
+exporting::ExportSummary writeFilm(const ExportOptions& options, const ProjectExport& job,
+                                   render::MovieSession& session,
+                                   const exporting::ExportProgress& report,
+                                   const std::stop_token& interrupted) {
+    if (job.isGif()) {
+        exporting::GifExporter exporter;
+        exporter.setFrameRate(options.frameRate.value_or(exporting::GifExporter::usualFrameRate));
+        exporter.setToleratesDamage(options.toleratesDamage);
+        return exporter.run(session, job.output, report, interrupted);
     }
-    if (options.range) {
-        auto& segments = project.edit.segments;
-        const auto timeMap = exporting::openRecording(project.recording, project.edit).timeMap;
-        segments = exporting::segmentsWithin(segments, timeMap.sourceDuration(),
-                                             options.range->start, options.range->end);
-        if (segments.empty())
-            throw model::VantroError(
-                model::VantroError::Kind::exportFailed,
-                fmt::format("The range begins at {:.2f} s, but {} lasts {:.2f} s",
-                            options.range->start, packagePath.string(), timeMap.totalDuration()));
-    }
-    return project;
+    exporting::VideoExporter exporter;
+    if (options.frameRate)
+        exporter.setFrameRate(*options.frameRate);
+    exporter.setToleratesDamage(options.toleratesDamage);
+    exporter.setEncoder(options.encoder);
+    return exporter.run(session, options.resolution, job.output, report, interrupted);
 }
 
 int exportOne(const ExportOptions& options, const ProjectExport& job,
               const std::stop_token& interrupted) {
     requireWritableOutput(job.output, options.force);
-    const auto [name, recording, edit] = requestedProject(options, job.project);
-    const auto duration = exporting::openRecording(recording, edit).timeMap.totalDuration();
-
-    auto renderer = makeRequestedRenderer(options.renderer);
-    ProgressDisplay display(duration, options.json);
-    const auto report = [&](double fraction) { display.update(fraction); };
-    exporting::ExportSummary summary;
-    if (job.isGif()) {
-        exporting::GIFExporter exporter(std::move(renderer));
-        exporter.setFrameRate(options.frameRate.value_or(exporting::GIFExporter::usualFrameRate));
-        exporter.setToleratesDamage(options.toleratesDamage);
-        summary = exporter.run(recording, edit, job.output, report, interrupted);
-    } else {
-        exporting::VideoExporter exporter(std::move(renderer));
-        exporter.setToleratesDamage(options.toleratesDamage);
-        exporter.setEncoder(options.encoder);
-        summary =
-            exporter.run(recording, edit, options.resolution, job.output, report, interrupted);
-    }
+    const auto project = loadProject(job.project);
+    render::MovieSession session(project.recording, project.edit,
+                                 makeRequestedRenderer(options.renderer));
+    if (options.range)
+        cutToRange(session, *options.range, job.project);
+    ProgressDisplay display(session.duration().seconds(), options.json);
+    const auto summary = writeFilm(
+        options, job, session, [&](double fraction) { display.update(fraction); }, interrupted);
     display.clear();
     if (summary.outcome == exporting::ExportOutcome::cancelled) {
         if (options.json)

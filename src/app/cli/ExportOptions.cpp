@@ -1,7 +1,7 @@
 #include "app/cli/ExportOptions.h"
 
 #include "app/cli/CommonOptions.h"
-#include "export/GIFExporter.h"
+#include "export/GifExporter.h"
 
 #include <algorithm>
 #include <charconv>
@@ -91,9 +91,9 @@ void checkTogether(const ExportOptions& options) {
     checkNamesDiffer(jobs);
     if (!jobs.front().isGif())
         return;
-    if (options.frameRate > exporting::GIFExporter::highestFrameRate)
+    if (options.frameRate > exporting::GifExporter::highestFrameRate)
         throw CLI::ValidationError("--fps", fmt::format("a GIF plays at most {} frames a second",
-                                                        exporting::GIFExporter::highestFrameRate));
+                                                        exporting::GifExporter::highestFrameRate));
     if (options.encoder != media::VideoEncoderChoice::automatic)
         throw CLI::ValidationError("--encoder", "a GIF is not encoded as video");
 }

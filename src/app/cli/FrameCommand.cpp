@@ -1,6 +1,6 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
-#include "export/StillFrame.h"
+#include "render/MovieSession.h"
 #include "render/scene/ImageFile.h"
 
 #include <fmt/format.h>
@@ -20,9 +20,11 @@ struct Options {
 int runFrame(const Options& options) {
     requireWritableOutput(options.output, options.force);
     const auto project = loadProject(options.project);
-    const auto pixels =
-        exporting::composeStillFrame(project.recording, project.edit, options.resolution,
-                                     options.time, makeRequestedRenderer(options.renderer));
+    render::MovieSession session(project.recording, project.edit,
+                                 makeRequestedRenderer(options.renderer));
+    const auto canvas =
+        session.canvas(exporting::baseSize(options.resolution, session.videoSize()));
+    const auto pixels = session.still(options.time, canvas);
     render::writePng(options.output, *pixels);
     return exitSuccess;
 }

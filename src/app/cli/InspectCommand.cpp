@@ -19,15 +19,15 @@ struct Options {
     int keyframesPerSecond = 0;
 };
 
-ordered_json numberOrNull(const std::optional<double>& value) {
-    return value ? ordered_json(*value) : ordered_json(nullptr);
-}
-
 ordered_json toJson(const exporting::KeyframeSample& sample) {
-    return {{"outputTime", sample.outputTime},        {"sourceTime", sample.sourceTime},
-            {"scale", sample.keyframe.scale},         {"centerX", sample.keyframe.centerX},
-            {"centerY", sample.keyframe.centerY},     {"cursorX", numberOrNull(sample.cursorX)},
-            {"cursorY", numberOrNull(sample.cursorY)}};
+    const auto& pointer = sample.pointer;
+    return {{"outputTime", sample.outputTime},
+            {"sourceTime", sample.sourceTime},
+            {"scale", sample.keyframe.scale},
+            {"centerX", sample.keyframe.centerX},
+            {"centerY", sample.keyframe.centerY},
+            {"cursorX", pointer ? ordered_json(pointer->x) : ordered_json(nullptr)},
+            {"cursorY", pointer ? ordered_json(pointer->y) : ordered_json(nullptr)}};
 }
 
 ordered_json toJson(const model::TimelineSegment& segment) {
@@ -69,24 +69,24 @@ RendererReport rendererInUse() {
     return report;
 }
 
-void printJson(const exporting::Inspection& found, const RendererReport& renderer,
-               bool withKeyframes) {
+void printJson(const exporting::Inspection& found, const model::Edit& edit,
+               const RendererReport& renderer, bool withKeyframes) {
     ordered_json document{{"sourceDuration", found.sourceDuration},
                           {"outputDuration", found.outputDuration},
                           {"videoWidth", found.videoSize.width},
                           {"videoHeight", found.videoSize.height},
                           {"canvasWidth", found.canvasSize.width},
                           {"canvasHeight", found.canvasSize.height},
-                          {"segments", toJsonList(found.segments)},
-                          {"clickEvents", toJsonList(found.clickEvents)},
+                          {"segments", toJsonList(edit.segments)},
+                          {"clickEvents", toJsonList(edit.clickEvents)},
                           {"renderer", {{"name", renderer.name}, {"reason", renderer.reason}}}};
     if (withKeyframes)
         document["keyframes"] = toJsonList(found.keyframes);
     std::cout << document.dump(2) << '\n';
 }
 
-void printText(const exporting::Inspection& found, const RendererReport& renderer,
-               bool withKeyframes) {
+void printText(const exporting::Inspection& found, const model::Edit& edit,
+               const RendererReport& renderer, bool withKeyframes) {
     fmt::print("Recording  {:.3f} s, {}x{}\n", found.sourceDuration, found.videoSize.width,
                found.videoSize.height);
     fmt::print("Output     {:.3f} s, {}x{}\n", found.outputDuration, found.canvasSize.width,
@@ -94,11 +94,11 @@ void printText(const exporting::Inspection& found, const RendererReport& rendere
     fmt::print("Renderer   {}{}{}\n", renderer.name, renderer.reason.empty() ? "" : "; ",
                renderer.reason);
     fmt::print("Segments\n");
-    for (const auto& segment : found.segments)
+    for (const auto& segment : edit.segments)
         fmt::print("  {:8.3f} s to {:8.3f} s at {}\n", segment.startFraction * found.sourceDuration,
                    segment.endFraction * found.sourceDuration, render::speedLabel(segment.speed));
     fmt::print("Zooms\n");
-    for (const auto& click : found.clickEvents)
+    for (const auto& click : edit.clickEvents)
         fmt::print("  {:8.3f} s  {:>5} click at ({:.0f}, {:.0f})  {}\n", click.timestamp,
                    click.isRightClick ? "right" : "left", click.x, click.y,
                    model::isSilenced(click)
@@ -112,19 +112,20 @@ void printText(const exporting::Inspection& found, const RendererReport& rendere
         fmt::print("  {:8.3f}  {:8.3f}  {:6.3f}  {:7.1f},{:7.1f}  {}\n", sample.outputTime,
                    sample.sourceTime, sample.keyframe.scale, sample.keyframe.centerX,
                    sample.keyframe.centerY,
-                   sample.cursorX ? fmt::format("{:7.1f},{:7.1f}", *sample.cursorX, *sample.cursorY)
-                                  : std::string("none"));
+                   sample.pointer
+                       ? fmt::format("{:7.1f},{:7.1f}", sample.pointer->x, sample.pointer->y)
+                       : std::string("none"));
 }
 
 int runInspect(const Options& options) {
     const auto project = loadProject(options.project);
-    const auto found =
-        exporting::inspect(project.recording, project.edit, options.keyframesPerSecond);
+    const render::MovieSession session(project.recording, project.edit, nullptr);
+    const auto found = exporting::inspect(session, options.keyframesPerSecond);
     const bool withKeyframes = options.keyframesPerSecond > 0;
     if (options.json)
-        printJson(found, rendererInUse(), withKeyframes);
+        printJson(found, project.edit, rendererInUse(), withKeyframes);
     else
-        printText(found, rendererInUse(), withKeyframes);
+        printText(found, project.edit, rendererInUse(), withKeyframes);
     return exitSuccess;
 }
 

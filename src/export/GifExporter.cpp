@@ -1,4 +1,4 @@
-#include "export/GIFExporter.h"
+#include "export/GifExporter.h"
 
 #include "export/ExportPump.h"
 #include "export/gif/GifWriter.h"
@@ -51,29 +51,22 @@ model::Size gifBaseSize(model::Size recordingSize) {
             2 * std::floor(recordingSize.height * scale * 0.5)};
 }
 
-GIFExporter::GIFExporter(std::unique_ptr<render::Renderer> renderer)
-    : m_renderer(std::move(renderer)) {}
-
-GIFExporter::~GIFExporter() = default;
-
-ExportSummary GIFExporter::run(const model::Recording& recording, const model::Edit& edit,
-                               const std::filesystem::path& output, const ExportProgress& progress,
+ExportSummary GifExporter::run(render::MovieSession& session, const std::filesystem::path& output,
+                               const ExportProgress& progress,
                                const std::stop_token& cancelled) try {
-    const auto opened = openRecording(recording, edit);
-    const auto size = renderSize(edit, gifBaseSize(opened.videoSize()));
-    const auto movie =
-        composeMovie(recording, edit, opened, size, m_frameRate, std::move(m_renderer));
-    const int width = movie.video.renderWidth;
-    const int height = movie.video.renderHeight;
-    Transfer transfer{.reader = {movie.composition, movie.video, media::PixelFormat::bgra},
-                      .writer = {output, width, height, movie.video.frameDuration},
-                      .duration = movie.composition.duration(),
+    const auto video = session.video(session.canvas(gifBaseSize(session.videoSize())), m_frameRate);
+    const int width = video.renderWidth;
+    const int height = video.renderHeight;
+    Transfer transfer{.reader = {session.composition(), video, media::PixelFormat::bgra},
+                      .writer = {output, width, height, video.frameDuration},
+                      .duration = session.duration(),
                       .toleratesDamage = m_toleratesDamage,
                       .summary = {.width = width, .height = height}};
     const std::stop_callback cancelReader(cancelled, [&] { transfer.reader.cancel(); });
-    runPumps(
-        {{"com.vantro.export.video", [&](ProgressMailbox& mailbox) { transfer.run(mailbox); }}},
-        progress);
+    runPumps({{.label = "com.vantro.export.video",
+               .run = [&](ProgressMailbox& mailbox) { transfer.run(mailbox); },
+               .stop = [&] { transfer.reader.cancel(); }}},
+             progress);
     if (cancelled.stop_requested()) {
         transfer.writer.cancel();
         return {.outcome = ExportOutcome::cancelled};

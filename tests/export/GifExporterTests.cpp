@@ -1,7 +1,6 @@
-#include "export/GIFExporter.h"
+#include "export/GifExporter.h"
 #include "export/RecordingFixture.h"
 #include "model/VantroError.h"
-#include "render/RendererFactory.h"
 
 #include <fstream>
 
@@ -14,17 +13,17 @@ using namespace vantro::test;
 
 ExportSummary exportGif(const std::filesystem::path& output, const model::Project& project,
                         const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
-    return GIFExporter(render::makeRenderer(render::RendererChoice::software))
-        .run(project.recording, project.edit, output, progress, stop);
+    auto film = test::film(project);
+    return GifExporter().run(film, output, progress, stop);
 }
 
-TEST(GIFExporter, IsNeverWiderThan640NorLargerThanTheRecording) {
+TEST(GifExporter, IsNeverWiderThan640NorLargerThanTheRecording) {
     EXPECT_EQ(gifBaseSize({1920, 1080}), (model::Size{640, 360}));
     EXPECT_EQ(gifBaseSize({1000, 563}), (model::Size{640, 360}));
     EXPECT_EQ(gifBaseSize({321, 201}), (model::Size{320, 200}));
 }
 
-TEST(GIFExporter, WritesTwelveFramesASecondThatFollowTheEdit) {
+TEST(GifExporter, WritesTwelveFramesASecondThatFollowTheEdit) {
     const test::TemporaryFolder folder;
     test::writeColorClock(folder / "recording.mov", 320, 180, 30, 3);
     auto project = test::plainProject(folder / "recording.mov", 30);
@@ -38,7 +37,7 @@ TEST(GIFExporter, WritesTwelveFramesASecondThatFollowTheEdit) {
     EXPECT_NEAR(std::stod(probed["format"]["duration"].get<std::string>()), 1.0, 0.02);
 }
 
-TEST(GIFExporter, LeavesTheEarlierFileWhenItFailsOrIsCancelled) {
+TEST(GifExporter, LeavesTheEarlierFileWhenItFailsOrIsCancelled) {
     const test::TemporaryFolder source;
     test::writeColorClock(source / "recording.mov", 320, 180, 30, 4);
     const test::TemporaryFolder target;

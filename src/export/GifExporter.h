@@ -1,24 +1,20 @@
 #pragma once
 
-#include "export/ComposedMovie.h"
 #include "export/ExportSummary.h"
+#include "render/MovieSession.h"
 
 #include <filesystem>
-#include <memory>
 #include <stop_token>
 
 namespace vantro::exporting {
 
-/// Writes the edited recording as an endlessly looping animated GIF, at most 640 pixels wide before
+/// Writes the film as an endlessly looping animated GIF, at most 640 pixels wide before
 /// the canvas aspect is applied, 12 frames a second unless told otherwise.
 ///
-/// The file appears under `output` only when it is whole. Throws VantroError. Blocks; any one
-/// thread, once.
-class GIFExporter {
+/// The file appears under `output` only when it is whole. Throws VantroError. Blocks; the
+/// session's thread.
+class GifExporter {
   public:
-    explicit GIFExporter(std::unique_ptr<render::Renderer> renderer);
-    ~GIFExporter();
-
     static constexpr int usualFrameRate = 12;
     /// Players slow down what is faster.
     static constexpr int highestFrameRate = 50;
@@ -27,12 +23,10 @@ class GIFExporter {
     /// Whether a movie that breaks off is exported up to there; else it is an error.
     void setToleratesDamage(bool tolerates) { m_toleratesDamage = tolerates; }
 
-    ExportSummary run(const model::Recording& recording, const model::Edit& edit,
-                      const std::filesystem::path& output, const ExportProgress& progress,
-                      const std::stop_token& cancelled);
+    ExportSummary run(render::MovieSession& session, const std::filesystem::path& output,
+                      const ExportProgress& progress, const std::stop_token& cancelled);
 
   private:
-    std::unique_ptr<render::Renderer> m_renderer;
     int m_frameRate = usualFrameRate;
     bool m_toleratesDamage = false;
 };

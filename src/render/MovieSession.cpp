@@ -1,0 +1,129 @@
+#include "render/MovieSession.h"
+
+#include "media/values/MediaError.h"
+#include "model/Canvas.h"
+#include "model/VantroError.h"
+#include "render/CompositionBuilder.h"
+#include "render/WebcamMovie.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+namespace vantro::render {
+namespace {
+
+/// Beyond this side length encoders and memory give out long before a viewer could show it.
+constexpr double largestCanvasSide = 16384;
+/// Fine enough that any frame rate's k-th frame is met exactly.
+constexpr std::int32_t stillTimescale = 705'600'000;
+
+[[noreturn]] void fail(std::string_view message) {
+    throw model::VantroError(model::VantroError::Kind::exportFailed, message);
+}
+
+/// What `action` gives; its MediaError becomes a VantroError.
+template <typename Action>
+decltype(auto) reported(Action&& action) try {
+    return action();
+} catch (const media::MediaError& error) {
+    fail(error.what());
+}
+
+media::AssetTrack firstVideoTrack(const media::Asset& asset) {
+    auto tracks = asset.tracks(media::MediaType::video);
+    if (tracks.empty())
+        fail("No video track found");
+    return tracks.front();
+}
+
+/// The webcam's movie is opened when its first picture is asked for.
+ZoomCompositor::WebcamFrames webcamFrames(const model::Recording& recording) {
+    if (!recording.metadata().hasWebcam)
+        return {};
+    return
+        [path = recording.webcamMovie(), movie = std::shared_ptr<WebcamMovie>()](double t) mutable {
+            if (!movie)
+                movie = std::make_shared<WebcamMovie>(path);
+            return movie->pictureAt(t);
+        };
+}
+
+ZoomCompositor::TimeMapper mapperOf(const SegmentTimeMap& map) {
+    return [map](media::MediaTime time) { return map.sourceTime(time.seconds()); };
+}
+
+} // namespace
+
+MovieSession::MovieSession(model::Recording recording, model::Edit edit,
+                           std::unique_ptr<Renderer> renderer)
+    : m_recording(std::move(recording))
+    , m_edit(std::move(edit))
+    , m_asset(reported([&] { return media::Asset::open(m_recording.movie()); }))
+    , m_videoTrack(firstVideoTrack(m_asset))
+    , m_composition(composed(m_edit))
+    , m_timeMap(m_edit.segments, sourceDuration())
+    , m_compositor(
+          std::make_shared<ZoomCompositor>(m_recording, videoSize(), m_edit, std::move(renderer))) {
+    m_compositor->setWebcam(webcamFrames(m_recording));
+    m_compositor->setTimeMapper(mapperOf(m_timeMap));
+}
+
+media::Composition MovieSession::composed(const model::Edit& edit) const {
+    return reported([&] { return buildComposition(m_asset, m_videoTrack, edit.segments.list()); });
+}
+
+void MovieSession::setEdit(model::Edit edit) {
+    if (!(edit.segments == m_edit.segments)) {
+        m_composition = composed(edit);
+        m_timeMap = SegmentTimeMap(edit.segments, sourceDuration());
+        m_compositor->setTimeMapper(mapperOf(m_timeMap));
+    }
+    m_compositor->setEdit(edit);
+    m_edit = std::move(edit);
+}
+
+PixelSize MovieSession::canvas(model::Size baseSize) const {
+    const auto size = model::canvasSize(m_edit.canvasAspectRatio, baseSize);
+    const bool drawable = size.width >= 2 && size.height >= 2 && size.width <= largestCanvasSide &&
+                          size.height <= largestCanvasSide;
+    if (!drawable)
+        fail(fmt::format("A canvas of {}x{} pixels cannot be drawn", size.width, size.height));
+    return {static_cast<int>(size.width), static_cast<int>(size.height)};
+}
+
+media::VideoComposition MovieSession::video(PixelSize canvas, int frameRate) const {
+    media::VideoComposition video;
+    video.trackID = m_composition.tracks().front().id();
+    video.frameDuration = {1, frameRate};
+    video.renderWidth = canvas.width;
+    video.renderHeight = canvas.height;
+    video.compositor = m_compositor;
+    return video;
+}
+
+std::shared_ptr<const media::PixelBuffer> MovieSession::still(double time, PixelSize canvas) {
+    const double length = duration().seconds();
+    if (!std::isfinite(time) || time < 0 || time > length)
+        fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, length));
+    return reported([&] {
+        const auto& track = m_composition.tracks().front();
+        const auto lastFrame =
+            std::max(media::MediaTime{}, track.duration() - media::MediaTime{1, stillTimescale});
+        const auto composed =
+            std::min(media::MediaTime::fromSeconds(time, stillTimescale), lastFrame);
+        if (!m_frames)
+            m_frames.emplace(m_asset, m_videoTrack.id);
+        auto frame = m_frames->frameAt(track.sourceTime(composed).value_or(media::MediaTime{}));
+        if (!frame)
+            fail("No video track found");
+        return m_compositor->compose({.compositionTime = composed,
+                                      .sourceFrame = std::move(*frame),
+                                      .width = canvas.width,
+                                      .height = canvas.height,
+                                      .outputFormat = media::PixelFormat::bgra});
+    });
+}
+
+} // namespace vantro::render

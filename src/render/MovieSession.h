@@ -1,0 +1,63 @@
+#pragma once
+
+#include "media/Composition.h"
+#include "media/FrameSource.h"
+#include "media/VideoComposition.h"
+#include "model/Edit.h"
+#include "model/Recording.h"
+#include "render/ZoomCompositor.h"
+#include "render/timing/SegmentTimeMap.h"
+
+#include <memory>
+#include <optional>
+
+namespace vantro::render {
+
+/// A recording's movie, opened once, with all that turns it into the film that an edit describes:
+/// what stills, previews, exports and inspection share. Its caches outlive changes of the edit.
+///
+/// What goes wrong is a VantroError exportFailed. Thread-safety: one thread at a time, which is the
+/// compositor's too.
+class MovieSession {
+  public:
+    /// Opens the movie. Without a renderer everything works but drawing.
+    MovieSession(model::Recording recording, model::Edit edit, std::unique_ptr<Renderer> renderer);
+
+    const model::Recording& recording() const { return m_recording; }
+    const model::Edit& edit() const { return m_edit; }
+    /// Goes on with another edit of the recording. When it throws, the one before stays.
+    void setEdit(model::Edit edit);
+
+    /// The recording's picture, pixels.
+    model::Size videoSize() const { return m_videoTrack.naturalSize; }
+    /// Seconds.
+    double sourceDuration() const { return m_asset.duration().seconds(); }
+    /// The film's length.
+    media::MediaTime duration() const { return m_composition.duration(); }
+    /// Seconds of the recording that the film shows at a time of its own.
+    double sourceTime(media::MediaTime time) const { return m_timeMap.sourceTime(time.seconds()); }
+    const SourceMotion& motion() const { return m_compositor->motion(); }
+
+    /// The film's canvas for a base size, pixels; fails for sizes that no picture can have.
+    PixelSize canvas(model::Size baseSize) const;
+    const media::Composition& composition() const { return m_composition; }
+    /// For reading the composition's pictures; composed by this session's compositor.
+    media::VideoComposition video(PixelSize canvas, int frameRate) const;
+    /// The composed picture at a second of the film, bgra: what an export shows then, before
+    /// encoding. Fails for times outside of the film.
+    std::shared_ptr<const media::PixelBuffer> still(double time, PixelSize canvas);
+
+  private:
+    media::Composition composed(const model::Edit& edit) const;
+
+    model::Recording m_recording;
+    model::Edit m_edit;
+    media::Asset m_asset;
+    media::AssetTrack m_videoTrack;
+    media::Composition m_composition;
+    SegmentTimeMap m_timeMap;
+    std::shared_ptr<ZoomCompositor> m_compositor;
+    std::optional<media::FrameSource> m_frames; ///< of stills, opened with the first
+};
+
+} // namespace vantro::render

@@ -1,0 +1,185 @@
+#include "export/ExportResolution.h"
+#include "export/Inspection.h"
+#include "export/RecordingFixture.h"
+#include "media/AssetWriter.h"
+#include "model/VantroError.h"
+#include "render/WebcamMovie.h"
+
+#include <cmath>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace vantro::exporting {
+namespace {
+
+using namespace vantro::test;
+
+constexpr int tolerance = 10; // the codec's loss on flat colors
+
+std::shared_ptr<const media::PixelBuffer> still(render::MovieSession& film, double time) {
+    return film.still(time, film.canvas(film.videoSize()));
+}
+
+Rgb middleOf(const std::shared_ptr<const media::PixelBuffer>& picture) {
+    return meanColor(*asBgra(picture), picture->width() / 2, picture->height() / 2);
+}
+
+bool isColorOfSecond(Rgb color, int second) {
+    return distance(color, colorOfSecond(second)) <= tolerance;
+}
+
+TEST(MovieSession, ShowsAnyTimeOfTheFilmAndNoOther) {
+    const TemporaryFolder folder;
+    writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
+    auto session = film(plainProject(folder / "recording.mov", 30));
+    EXPECT_EQ(session.duration(), (media::MediaTime{2, 1}));
+    EXPECT_TRUE(isColorOfSecond(middleOf(still(session, 0)), 0));
+    EXPECT_TRUE(isColorOfSecond(middleOf(still(session, 2)), 1)) << "the last picture";
+    for (const double outside : {-0.1, 2.001, std::nan("")})
+        EXPECT_THROW(still(session, outside), model::VantroError) << outside;
+}
+
+TEST(MovieSession, GoesOnWithAnotherEditFromTheNextPictureOn) {
+    const TemporaryFolder folder;
+    writeColorClock(folder / "recording.mov", 320, 180, 30, 4);
+    auto project = plainProject(folder / "recording.mov", 30);
+    auto session = film(project);
+    EXPECT_TRUE(isColorOfSecond(middleOf(still(session, 1.5)), 1));
+
+    auto edit = project.edit;
+    edit.background = {.type = model::BackgroundColor{1, 1, 0}, .padding = 0.25, .cornerRadius = 0};
+    edit.segments = {{{.startFraction = 0, .endFraction = 0.25, .speed = 1},
+                      {.startFraction = 0.5, .endFraction = 1, .speed = 2}}};
+    session.setEdit(edit);
+    EXPECT_EQ(session.duration(), (media::MediaTime{2, 1}));
+    const auto picture = still(session, 1.25);
+    EXPECT_TRUE(isColorOfSecond(middleOf(picture), 2)) << "second 1 is cut";
+    EXPECT_LE(distance(meanColor(*picture, 5, 5), {255, 255, 0}), tolerance);
+    EXPECT_THROW(still(session, 2.5), model::VantroError);
+
+    auto nothing = edit;
+    nothing.segments = std::vector<model::TimelineSegment>{};
+    EXPECT_THROW(session.setEdit(nothing), model::VantroError);
+    EXPECT_EQ(session.edit(), edit);
+    EXPECT_EQ(still(session, 1.25), picture) << "nothing changed, so nothing is drawn again";
+}
+
+TEST(MovieSession, GivesEveryResolutionAndAspectItsCanvas) {
+    const TemporaryFolder folder;
+    writeColorClock(folder / "recording.mov", 320, 180, 30, 1);
+    auto session = film(plainProject(folder / "recording.mov", 30));
+    const model::Size video{1000, 562};
+    using enum model::CanvasAspectRatio;
+    const struct {
+        ExportResolution resolution;
+        model::CanvasAspectRatio aspect;
+        render::PixelSize size;
+    } expected[]{
+        {ExportResolution::original, automatic, {1000, 562}},
+        {ExportResolution::original, ratio1x1, {1000, 1000}},
+        {ExportResolution::fourK, automatic, {3840, 2160}},
+        {ExportResolution::fourK, ratio4x3, {3840, 2880}},
+        {ExportResolution::hd1080, ratio9x16, {1920, 3412}},
+        {ExportResolution::hd720, ratio1x1, {1280, 1280}},
+    };
+    for (const auto& [resolution, aspect, size] : expected) {
+        auto edit = session.edit();
+        edit.canvasAspectRatio = aspect;
+        session.setEdit(edit);
+        EXPECT_EQ(session.canvas(baseSize(resolution, video)), size)
+            << label(resolution) << " on " << model::rawValue(aspect);
+    }
+    EXPECT_THROW(session.canvas({0, 0}), model::VantroError);
+    EXPECT_THROW(session.canvas({1e9, 1e9}), model::VantroError);
+}
+
+TEST(MovieSession, IsInspectedInTheFilmsTimeAndTheVideosPixels) {
+    const TemporaryFolder folder;
+    writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
+    model::RecordingMetadata metadata;
+    metadata.displayScaleFactor = 2;
+    metadata.cursorPositions = {{10, 20, 0}, {30, 20, 2}};
+    auto project = plainProject(folder / "recording.mov", 30, metadata);
+    project.edit.segments = {{{.startFraction = 0.5, .endFraction = 1, .speed = 0.5}}};
+    project.edit.clickEvents = {
+        {{.x = 60, .y = 50, .timestamp = 1.5, .startOffset = 0.5, .endOffset = 2, .zoomLevel = 2}}};
+    const auto found = inspect(film(project), 2);
+    EXPECT_EQ(found.sourceDuration, 2);
+    EXPECT_EQ(found.outputDuration, 2);
+    EXPECT_EQ(found.canvasSize, (render::PixelSize{320, 180}));
+    ASSERT_EQ(found.keyframes.size(), 5U);
+    const auto& sample = found.keyframes[2];
+    EXPECT_EQ(sample.outputTime, 1);
+    EXPECT_EQ(sample.sourceTime, 1.5);
+    EXPECT_EQ(sample.keyframe, (render::ZoomKeyframe{2, 120, 100}));
+    EXPECT_EQ(sample.pointer, (render::PixelPoint{50, 40}));
+}
+
+/// A webcam movie of flat colors whose frames come at the given times, in milliseconds.
+void writeWebcam(const std::filesystem::path& path, const std::vector<int>& milliseconds) {
+    media::AssetWriter writer(path, media::FileType::quickTimeMovie,
+                              {.width = 320, .height = 180, .expectsRealTime = false});
+    writer.startWriting();
+    writer.startSession({0, 1000});
+    for (std::size_t index = 0; index < milliseconds.size(); ++index) {
+        auto pixels = media::PixelBuffer::allocate(media::PixelFormat::bgra, 320, 180);
+        fill(*pixels, colorOfSecond(static_cast<int>(index)));
+        writer.append({pixels, {milliseconds[index], 1000}, {}});
+    }
+    writer.finish(media::MediaTime{milliseconds.back() + 500, 1000});
+}
+
+TEST(MovieSession, StandsTheWebcamInItsCornerAndDoesWithoutABrokenOne) {
+    const TemporaryFolder folder;
+    writeMovie(folder / "recording.mov", 640, 360, 30, 30,
+               [](media::PixelBuffer& bgra, int) { fill(bgra, {20, 20, 20}); });
+    writeWebcam(folder / "webcam.mov", {0});
+    model::RecordingMetadata metadata;
+    metadata.hasWebcam = true;
+    auto project = plainProject(folder / "recording.mov", 30, metadata);
+    project.edit.webcamSize = 0.25; // a square of 160 pixels, 12.8 from the edges
+    auto session = film(project);
+    for (const auto position : model::allWebcamPositions) {
+        project.edit.webcamPosition = position;
+        session.setEdit(project.edit);
+        const auto picture = still(session, 0.5);
+        for (const auto corner : model::allWebcamPositions) {
+            using enum model::WebcamPosition;
+            const int x = corner == topLeft || corner == bottomLeft ? 93 : 547;
+            const int y = corner == topLeft || corner == topRight ? 93 : 267;
+            EXPECT_EQ(isColorOfSecond(meanColor(*picture, x, y), 0), corner == position);
+        }
+    }
+    std::filesystem::remove(folder / "webcam.mov");
+    auto without = film(project);
+    EXPECT_LE(distance(meanColor(*still(without, 0.5), 547, 267), {20, 20, 20}), tolerance);
+}
+
+TEST(WebcamMovie, ShowsTheLatestFrameNotAfterATimeInAnyOrderOfTimes) {
+    const TemporaryFolder folder;
+    writeWebcam(folder / "webcam.mov", {0, 700, 750, 2000});
+    render::WebcamMovie webcam(folder / "webcam.mov");
+    const struct {
+        double time;
+        int frame;
+    } asked[]{{0, 0},   {0.699, 0}, {0.7, 1},  {0.76, 2}, {1.9, 2},
+              {2.0, 3}, {9, 3},     {0.71, 1}, {0.2, 0}};
+    for (const auto& [time, frame] : asked) {
+        const auto picture = webcam.pictureAt(time);
+        ASSERT_NE(picture, nullptr) << time;
+        EXPECT_TRUE(isColorOfSecond(middleOf(picture), frame)) << "at " << time;
+    }
+    EXPECT_EQ(webcam.pictureAt(1.0), webcam.pictureAt(1.5)); // one picture, one texture
+}
+
+TEST(WebcamMovie, ShowsNothingWhereThereIsNothing) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "noise.mov") << "not a movie";
+    std::ofstream(folder / "empty.mov").flush();
+    for (const auto* name : {"missing.mov", "noise.mov", "empty.mov"})
+        EXPECT_EQ(render::WebcamMovie(folder / name).pictureAt(1), nullptr) << name;
+}
+
+} // namespace
+} // namespace vantro::exporting
