@@ -11,6 +11,7 @@
 #include <utility>
 
 namespace vantro::program {
+
 DesktopRecording::DesktopRecording() = default;
 DesktopRecording::~DesktopRecording() = default;
 

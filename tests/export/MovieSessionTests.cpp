@@ -116,7 +116,8 @@ TEST(MovieSession, IsInspectedInTheFilmsTimeAndTheVideosPixels) {
     EXPECT_EQ(sample.pointer, (render::PixelPoint{50, 40}));
 }
 
-/// A webcam movie of flat colors whose frames come at the given times, in milliseconds.
+/// A webcam movie of flat colors whose frames come at the given times, in
+/// milliseconds.
 void writeWebcam(const std::filesystem::path& path, const std::vector<int>& milliseconds) {
     media::AssetWriter writer(path, media::FileType::quickTimeMovie,
                               {.width = 320, .height = 180, .expectsRealTime = false});
@@ -170,7 +171,8 @@ TEST(WebcamMovie, ShowsTheLatestFrameNotAfterATimeInAnyOrderOfTimes) {
         ASSERT_NE(picture, nullptr) << time;
         EXPECT_TRUE(isColorOfSecond(middleOf(picture), frame)) << "at " << time;
     }
-    EXPECT_EQ(webcam.pictureAt(1.0), webcam.pictureAt(1.5)); // one picture, one texture
+    EXPECT_EQ(webcam.pictureAt(1.0),
+              webcam.pictureAt(1.5)); // one picture, one texture
 }
 
 TEST(WebcamMovie, ShowsNothingWhereThereIsNothing) {

@@ -6,7 +6,8 @@ namespace vantro::exporting {
 namespace {
 
 TEST(OutputRange, CutsSegmentsWhereTheOutputPlaysThem) {
-    // 10 s of source: 2 s at double speed play 1 s, then a cut, then 3 s at half speed play 6 s.
+    // 10 s of source: 2 s at double speed play 1 s, then a cut, then 3 s at half
+    // speed play 6 s.
     const std::vector<model::TimelineSegment> segments{
         {.startFraction = 0, .endFraction = 0.2, .speed = 2},
         {.startFraction = 0.5, .endFraction = 0.8, .speed = 0.5}};

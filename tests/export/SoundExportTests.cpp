@@ -1,3 +1,4 @@
+#include "export/GifExporter.h"
 #include "export/RecordingFixture.h"
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
@@ -22,8 +23,8 @@ using test::soundOf;
 
 constexpr int frameRate = 60;
 
-/// A recording whose picture flashes white and whose sound beeps in the first tenth of every
-/// second; with `coding` for its sound.
+/// A recording whose picture flashes white and whose sound beeps in the first
+/// tenth of every second; with `coding` for its sound.
 void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
                           const std::string& coding = "-c:a aac -b:a 128k -ac 2") {
     const auto picture = movie.parent_path() / "picture.mov";
@@ -32,10 +33,10 @@ void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
             test::fill(bgra, frame % frameRate < frameRate / 10 ? test::Rgb{255, 255, 255}
                                                                 : test::Rgb{0, 0, 0});
         });
-    const auto command = fmt::format(
-        "ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
-        "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:d={}\" -c:v copy {} '{}'",
-        picture.string(), seconds, coding, movie.string());
+    const auto command = fmt::format("ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
+                                     "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:"
+                                     "d={}\" -c:v copy {} '{}'",
+                                     picture.string(), seconds, coding, movie.string());
     ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe)
     std::filesystem::remove(picture);
 }
@@ -64,10 +65,9 @@ model::Project edited(const std::filesystem::path& movie,
     return project;
 }
 
-ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
-                       const ExportProgress& progress = {}, const std::stop_token& stop = {}) {
+void exportTo(const std::filesystem::path& output, const model::Project& project) {
     auto film = test::film(project);
-    return VideoExporter().run(film, ExportResolution::original, output, progress, stop);
+    VideoExporter().run(film, ExportResolution::original, output, {}, {});
 }
 
 /// What ffprobe says of the file's sound; null when it has none.
@@ -81,7 +81,8 @@ nlohmann::json audioStream(const std::filesystem::path& movie) {
 TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
     const test::TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 20);
-    // Every segment begins at a flash; where one does not end at the next, a second is cut.
+    // Every segment begins at a flash; where one does not end at the next, a
+    // second is cut.
     const auto at = [](int from, int to, double speed) {
         return model::TimelineSegment{
             .startFraction = from / 20.0, .endFraction = to / 20.0, .speed = speed};
@@ -130,18 +131,24 @@ TEST(SoundExport, LeavesARecordingWithoutSoundSilent) {
 TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
     const test::TemporaryFolder source;
     writeFlashesAndBeeps(source / "recording.mov", 10);
-    const test::TemporaryFolder folder;
-    std::ofstream(folder / "out.mp4") << "the earlier file";
-    std::stop_source stop;
-    const auto summary = exportTo(
-        folder / "out.mp4", edited(source / "recording.mov", {}),
-        [&stop](double) { stop.request_stop(); }, stop.get_token());
-    EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
-    EXPECT_EQ(std::filesystem::file_size(folder / "out.mp4"), 16U);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    auto film = test::film(edited(source / "recording.mov", {}));
+    for (const std::string name : {"out.mp4", "out.gif"}) {
+        const test::TemporaryFolder folder;
+        std::ofstream(folder / name) << "the earlier file";
+        std::stop_source stop;
+        const auto cancel = [&](double) { stop.request_stop(); };
+        const auto summary = name == "out.gif"
+                                 ? GifExporter().run(film, folder / name, cancel, stop.get_token())
+                                 : VideoExporter().run(film, ExportResolution::original,
+                                                       folder / name, cancel, stop.get_token());
+        EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
+        EXPECT_EQ(std::filesystem::file_size(folder / name), 16U);
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    }
 }
 
-/// Overwrites the packets of a stream behind `from` seconds, where they lie in the file.
+/// Overwrites the packets of a stream behind `from` seconds, where they lie in
+/// the file.
 void damage(const std::filesystem::path& movie, const std::string& stream, double from) {
     const auto packets = test::probePackets(movie, stream);
     std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);

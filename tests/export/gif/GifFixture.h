@@ -2,14 +2,13 @@
 
 #include "export/gif/DecodedGif.h"
 #include "export/gif/GifWriter.h"
+#include "support/TemporaryFolder.h"
 
 #include <concepts>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <memory>
-#include <string>
 
 #include <gtest/gtest.h>
 
@@ -41,20 +40,12 @@ inline int packed(int red, int green, int blue) {
 /// Tests with a folder of their own.
 class GifTest : public testing::Test {
   protected:
-    GifTest() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "gif_tests.XXXXXX").string();
-        m_folder = ::mkdtemp(pattern.data());
-        m_target = m_folder / "movie.gif";
-    }
-    ~GifTest() override { std::filesystem::remove_all(m_folder); }
-
     std::ptrdiff_t filesInFolder() const {
-        return std::distance(std::filesystem::directory_iterator(m_folder), {});
+        return std::distance(std::filesystem::directory_iterator(m_folder.path()), {});
     }
 
-    std::filesystem::path m_folder;
-    std::filesystem::path m_target;
+    TemporaryFolder m_folder;
+    std::filesystem::path m_target = m_folder / "movie.gif";
 };
 
 } // namespace vantro::test

@@ -41,7 +41,7 @@ class RendererAgreement : public CheckedGpu {
     std::unique_ptr<Renderer> software = software::makeSoftwareRenderer(1);
 };
 
-TEST_F(RendererAgreement, holdsForAnyScene) {
+TEST_F(RendererAgreement, HoldsForAnyScene) {
     constexpr std::uint32_t frames = 500;
     std::map<std::string, std::vector<double>> means;
     for (std::uint32_t seed = 0; seed < frames; ++seed) {
@@ -80,7 +80,7 @@ struct FullFrame {
     Scene scene() const { return makeScene(canvas, content); }
 };
 
-TEST_F(RendererAgreement, holdsWhileOneThingAfterTheOtherChanges) {
+TEST_F(RendererAgreement, HoldsWhileOneThingAfterTheOtherChanges) {
     // One renderer draws all of these, so whatever it keeps from frame to frame must be renewed.
     FullFrame frame({320, 200});
     auto& content = frame.content;
@@ -118,7 +118,7 @@ TEST_F(RendererAgreement, holdsWhileOneThingAfterTheOtherChanges) {
     expectAfter("no webcam", [&] { content.webcam.reset(); });
 }
 
-TEST_F(RendererAgreement, holdsForALargeScreen) {
+TEST_F(RendererAgreement, HoldsForALargeScreen) {
     FullFrame frame({3840, 2160});
     expectAgreement(frame.scene(), PixelFormat::bgra, "zoomed");
     frame.content.camera.scale = 1;

@@ -11,7 +11,7 @@ DeviceCandidate device(std::string name, DeviceKind kind, bool capable = true) {
     return {.name = std::move(name), .kind = kind, .capable = capable};
 }
 
-TEST(DeviceChoice, prefersRealHardwareInOrderOfSpeed) {
+TEST(DeviceChoice, PrefersRealHardwareInOrderOfSpeed) {
     const std::vector all{
         device("llvmpipe", DeviceKind::software), device("virtio", DeviceKind::virtualised),
         device("built in", DeviceKind::integrated), device("card", DeviceKind::discrete)};
@@ -23,7 +23,7 @@ TEST(DeviceChoice, prefersRealHardwareInOrderOfSpeed) {
     EXPECT_EQ(chooseDevice(twins, false), 0U);
 }
 
-TEST(DeviceChoice, takesASoftwareDriverOnlyWhenAllowed) {
+TEST(DeviceChoice, TakesASoftwareDriverOnlyWhenAllowed) {
     const std::vector only{device("llvmpipe", DeviceKind::software)};
     EXPECT_EQ(chooseDevice(only, true), 0U);
     const auto refused = chooseDevice(only, false);
@@ -31,7 +31,7 @@ TEST(DeviceChoice, takesASoftwareDriverOnlyWhenAllowed) {
     EXPECT_EQ(refused.error(), "only software Vulkan (llvmpipe)");
 }
 
-TEST(DeviceChoice, passesOverDevicesThatCannotDraw) {
+TEST(DeviceChoice, PassesOverDevicesThatCannotDraw) {
     const std::vector mixed{device("compute card", DeviceKind::discrete, false),
                             device("built in", DeviceKind::integrated)};
     EXPECT_EQ(chooseDevice(mixed, false), 1U);

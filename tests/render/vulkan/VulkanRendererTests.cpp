@@ -27,10 +27,7 @@ Scene copyOf(std::shared_ptr<const media::PixelBuffer> source) {
 }
 
 bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
-    for (int y = 0; y < a.height(); ++y)
-        if (std::memcmp(a.row(0, y), b.row(0, y), static_cast<std::size_t>(a.width()) * 4) != 0)
-            return false;
-    return a.width() == b.width() && a.height() == b.height();
+    return a.width() == b.width() && a.height() == b.height() && test::difference(a, b).worst == 0;
 }
 
 class VulkanRendererTest : public CheckedGpu {
@@ -41,7 +38,7 @@ class VulkanRendererTest : public CheckedGpu {
     }
 };
 
-TEST_F(VulkanRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
+TEST_F(VulkanRendererTest, FollowsSourcesThatChangeInContentSizeAndFormat) {
     const auto first = test::screenPicture(media::PixelFormat::bgra, 61, 40, 1);
     const auto second = test::screenPicture(media::PixelFormat::bgra, 61, 40, 2);
     const auto larger = test::screenPicture(media::PixelFormat::bgra, 130, 77, 3);
@@ -54,7 +51,7 @@ TEST_F(VulkanRendererTest, followsSourcesThatChangeInContentSizeAndFormat) {
     EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 60, 39), (Pixel{128, 128, 128, 255}));
 }
 
-TEST_F(VulkanRendererTest, doesNotSendTheSamePictureTwice) {
+TEST_F(VulkanRendererTest, DoesNotSendTheSamePictureTwice) {
     for (const media::PixelFormat format : {media::PixelFormat::bgra, media::PixelFormat::i420}) {
         const auto source = test::flatPicture(format, 32, 32, {126, 128, 128, 255});
         const auto before = draw(copyOf(source));
@@ -64,13 +61,13 @@ TEST_F(VulkanRendererTest, doesNotSendTheSamePictureTwice) {
     }
 }
 
-TEST_F(VulkanRendererTest, takesRecordingsAsOpaque) {
+TEST_F(VulkanRendererTest, TakesRecordingsAsOpaque) {
     const auto output =
         draw(copyOf(test::flatPicture(media::PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
     EXPECT_EQ(pixelAt(*output, 2, 2), (Pixel{10, 20, 30, 255}));
 }
 
-TEST_F(VulkanRendererTest, convertsKnownColorsBothWays) {
+TEST_F(VulkanRendererTest, ConvertsKnownColorsBothWays) {
     struct Known {
         media::ColorDescription color;
         std::array<std::uint8_t, 4> planes;
@@ -99,7 +96,7 @@ TEST_F(VulkanRendererTest, convertsKnownColorsBothWays) {
                       reds[0].planes[static_cast<std::size_t>(plane)]);
 }
 
-TEST_F(VulkanRendererTest, givesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
+TEST_F(VulkanRendererTest, GivesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
     const auto source = test::screenPicture(media::PixelFormat::bgra, 8, 8, 1);
     Scene huge = copyOf(source);
     huge.canvas = {32768, 1};
@@ -116,14 +113,14 @@ TEST_F(VulkanRendererTest, givesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFram
     EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
 }
 
-TEST(MakeVulkanRenderer, leavesSoftwareDriversAloneUnlessTold) {
+TEST(MakeVulkanRenderer, LeavesSoftwareDriversAloneUnlessTold) {
     const auto made = makeVulkanRenderer();
     if (made)
         GTEST_SKIP() << "a real GPU is here: " << (*made)->description();
     EXPECT_THAT(made.error(), testing::StartsWith("only software Vulkan (llvmpipe"));
 }
 
-TEST(MakeVulkanRenderer, saysSoWhereThereIsNoDriver) {
+TEST(MakeVulkanRenderer, SaysSoWhereThereIsNoDriver) {
     const char* set = std::getenv("VK_ICD_FILENAMES"); // NOLINT(concurrency-mt-unsafe)
     const std::string before = set == nullptr ? "" : set;
     setenv("VK_ICD_FILENAMES", "/nonexistent.json", 1); // NOLINT(concurrency-mt-unsafe)
