@@ -8,7 +8,7 @@
 
 namespace vantro::editor {
 
-EditorModel::EditorModel(app::AppState& state, StillPreview& preview, window::Flows flows)
+EditorModel::EditorModel(app::AppState& state, StillPreview& preview, app::flows::Flows flows)
     : m_state(state), m_preview(preview), m_flows(flows) {
     connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
     connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
@@ -36,12 +36,12 @@ void EditorModel::followFlows() {
     connect(&m_flows.exports, &app::flows::ExportFlow::runningChanged, this,
             &EditorModel::exportChanged);
     connect(&m_flows.exports, &app::flows::ExportFlow::exported, this, [this](const QString& path) {
-        setNotice(QStringLiteral("Exported %1").arg(QFileInfo(path).fileName()));
+        setNotice(tr("Exported %1").arg(QFileInfo(path).fileName()));
     });
     connect(&m_flows.projects, &app::flows::ProjectFlow::activityChanged, this,
-            &EditorModel::busyChanged);
+            &EditorModel::workingChanged);
     connect(&m_flows.projects, &app::flows::ProjectFlow::saved, this, [this](const QString& path) {
-        setNotice(QStringLiteral("Saved %1").arg(QFileInfo(path).fileName()));
+        setNotice(tr("Saved %1").arg(QFileInfo(path).fileName()));
     });
     connect(&m_state, &app::AppState::metadataChanged, this, [this] { setNotice({}); });
 }
@@ -63,8 +63,7 @@ void EditorModel::setRecordingName(const QString& name) {
 QString EditorModel::pictureText() const {
     if (!m_preview.picture().isNull())
         return {};
-    return m_preview.problem().isEmpty() ? QStringLiteral("Loading preview...")
-                                         : m_preview.problem();
+    return m_preview.problem().isEmpty() ? tr("Loading preview...") : m_preview.problem();
 }
 
 QString EditorModel::positionLabel() const {
@@ -76,13 +75,13 @@ QString EditorModel::durationLabel() const {
 }
 
 QStringList EditorModel::formats() const {
-    return {QStringLiteral("MP4 video"), QStringLiteral("Animated GIF")};
+    return {tr("MP4 video"), tr("Animated GIF")};
 }
 
 QStringList EditorModel::resolutions() const {
     QStringList labels;
     for (const auto resolution : exporting::allExportResolutions)
-        labels.append(QString::fromStdString(std::string(exporting::label(resolution))));
+        labels.append(tr(std::string(exporting::label(resolution)).c_str()));
     return labels;
 }
 
@@ -92,10 +91,6 @@ bool EditorModel::exporting() const {
 
 QString EditorModel::progressText() const {
     return QString::asprintf("%.0f%%", progress() * 100);
-}
-
-bool EditorModel::busy() const {
-    return m_flows.projects.isBusy();
 }
 
 bool EditorModel::working() const {
@@ -126,6 +121,11 @@ void EditorModel::openProject() {
 }
 
 void EditorModel::saveProject() {
+    setNotice({});
+    m_flows.projects.saveProject();
+}
+
+void EditorModel::saveProjectAs() {
     setNotice({});
     m_flows.projects.saveProject();
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "app/flows/Flows.h"
+#include "app/state/AppState.h"
 #include "editor/StillPreview.h"
-#include "window/MainModel.h"
 
 #include <QStringList>
 #include <QTimer>
+
+#include <QtQml/qqmlregistration.h>
 
 namespace vantro::editor {
 
@@ -13,6 +16,8 @@ namespace vantro::editor {
 /// thread.
 class EditorModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
     Q_PROPERTY(
         QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
     Q_PROPERTY(QImage picture READ picture NOTIFY pictureChanged)
@@ -26,12 +31,11 @@ class EditorModel : public QObject {
     Q_PROPERTY(bool exporting READ exporting NOTIFY exportChanged)
     Q_PROPERTY(double progress READ progress NOTIFY exportChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY exportChanged)
-    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
-    Q_PROPERTY(bool working READ working NOTIFY busyChanged)
+    Q_PROPERTY(bool working READ working NOTIFY workingChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
   public:
-    EditorModel(app::AppState& state, StillPreview& preview, window::Flows flows);
+    EditorModel(app::AppState& state, StillPreview& preview, app::flows::Flows flows);
 
     QString recordingName() const { return QString::fromStdString(m_state.recordingName()); }
     void setRecordingName(const QString& name);
@@ -47,7 +51,6 @@ class EditorModel : public QObject {
     bool exporting() const;
     double progress() const { return m_state.phase().progress; }
     QString progressText() const;
-    bool busy() const;
     bool working() const;
     const QString& notice() const { return m_notice; }
 
@@ -58,7 +61,10 @@ class EditorModel : public QObject {
     Q_INVOKABLE void cancelExport();
     Q_INVOKABLE void newRecording();
     Q_INVOKABLE void openProject();
+    /// Asks for a place the first time only.
     Q_INVOKABLE void saveProject();
+    /// Always asks for a place.
+    Q_INVOKABLE void saveProjectAs();
 
   Q_SIGNALS:
     void recordingNameChanged();
@@ -66,7 +72,7 @@ class EditorModel : public QObject {
     void positionChanged();
     void durationChanged();
     void exportChanged();
-    void busyChanged();
+    void workingChanged();
     void noticeChanged();
 
   private:
@@ -77,7 +83,7 @@ class EditorModel : public QObject {
 
     app::AppState& m_state;
     StillPreview& m_preview;
-    window::Flows m_flows;
+    app::flows::Flows m_flows;
     QTimer m_refresh; ///< fires once the event loop is back
     QString m_notice;
 };

@@ -2,6 +2,7 @@
 
 #include "app/files/RecordingRecovery.h"
 #include "app/flows/ExportFlow.h"
+#include "app/flows/Flows.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/QtMainLoop.h"
@@ -9,10 +10,14 @@
 #include "capture/RecordingTarget.h"
 #include "editor/EditorModel.h"
 #include "program/DesktopServices.h"
+#include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
 #include "ui/platform/NativePanels.h"
+#include "window/DisplayChoice.h"
+#include "window/MainModel.h"
 #include "window/MainWindow.h"
 #include "window/overlay/DesktopOverlays.h"
+#include "window/platform/IdleInhibitor.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
 #include "window/platform/StartUp.h"
@@ -64,14 +69,17 @@ class Program {
     app::flows::ExportFlow m_exports{m_state, m_panels, m_exportTasks, runExport};
     app::flows::ProjectFlow m_projects{m_state, m_panels, m_fileTasks};
     app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
-    const window::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
+    const app::flows::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
 
     editor::StillPreview m_preview{m_previewTasks, openStills};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
-    window::MainModel m_model{m_state, m_permission, m_windows, m_flows};
+    window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
+    ui::ActionGuard m_guard{m_state, m_permission, m_flows};
+    window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     editor::EditorModel m_editor{m_state, m_preview, m_flows};
     window::TrayIcon m_tray{m_state, m_recording};
-    window::MainWindow m_window{{m_model, m_editor, m_windows, m_appearance}};
+    window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
+    window::MainWindow m_window{{m_model, m_editor, m_windows, m_displays, m_guard, m_appearance}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())
@@ -124,10 +132,6 @@ void Program::followRecordings() {
 }
 
 void Program::connectQuitting() {
-    QObject::connect(&m_window.window(), &QWindow::visibleChanged, [](bool visible) {
-        if (!visible)
-            QCoreApplication::quit();
-    });
     QObject::connect(&m_model, &window::MainModel::quitReady, qApp, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, [this] {
@@ -161,7 +165,6 @@ int runApplication(int& argc, char** argv) {
         const window::StartUpGuard guard;
         application.emplace(argc, argv);
     }
-    QApplication::setStyle(QStringLiteral("fusion"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Vantro/vantro.svg")));
     window::chooseSceneGraph();

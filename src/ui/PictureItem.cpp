@@ -12,15 +12,20 @@ PictureItem::PictureItem() {
 
 void PictureItem::setPicture(const QImage& picture) {
     m_picture = picture;
-    m_textureIsStale = true;
+    m_textureSize = {};
     update();
     Q_EMIT pictureChanged();
 }
 
 void PictureItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
-    m_textureIsStale = true;
     update();
+}
+
+void PictureItem::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
+    QQuickItem::itemChange(change, data);
 }
 
 QRectF PictureItem::pictureRect() const {
@@ -32,12 +37,9 @@ QRectF PictureItem::pictureRect() const {
             std::round((height() - fitted.height()) / 2), fitted.width(), fitted.height()};
 }
 
-QImage PictureItem::fittedPicture() const {
-    const auto pixels =
-        (pictureRect().size() * window()->effectiveDevicePixelRatio()).toSize().expandedTo({1, 1});
-    return pixels == m_picture.size()
-               ? m_picture
-               : m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+QSize PictureItem::fittedSize() const {
+    const auto pixels = pictureRect().size() * window()->effectiveDevicePixelRatio();
+    return pixels.toSize().expandedTo({1, 1});
 }
 
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
@@ -49,12 +51,16 @@ QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     if (texture == nullptr) {
         texture = new QSGSimpleTextureNode; // owned by the scene graph
         texture->setOwnsTexture(true);
-        m_textureIsStale = true;
+        m_textureSize = {};
     }
-    if (m_textureIsStale)
+    if (const auto size = fittedSize(); m_textureSize != size) {
+        m_textureSize = size;
+        const auto fitted = size == m_picture.size() ? m_picture
+                                                     : m_picture.scaled(size, Qt::IgnoreAspectRatio,
+                                                                        Qt::SmoothTransformation);
         texture->setTexture(
-            window()->createTextureFromImage(fittedPicture(), QQuickWindow::TextureIsOpaque));
-    m_textureIsStale = false;
+            window()->createTextureFromImage(fitted, QQuickWindow::TextureIsOpaque));
+    }
     texture->setRect(pictureRect());
     return texture;
 }

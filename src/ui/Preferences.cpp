@@ -10,6 +10,8 @@ constexpr qsizetype mostRecentProjects = 8;
 const QString themeKey = QStringLiteral("theme");
 const QString countdownKey = QStringLiteral("countdown");
 const QString positionKey = QStringLiteral("windowPosition");
+const QString editorSizeKey = QStringLiteral("editorSize");
+const QString editorMaximizedKey = QStringLiteral("editorMaximized");
 const QString recentKey = QStringLiteral("recentProjects");
 const QString unsavedKey = QStringLiteral("unsavedRecording");
 
@@ -62,6 +64,24 @@ std::optional<QPoint> Preferences::windowPosition() const {
 
 void Preferences::setWindowPosition(QPoint position) {
     m_settings.setValue(positionKey, position);
+}
+
+std::optional<QSize> Preferences::editorSize() const {
+    if (!m_settings.contains(editorSizeKey))
+        return {};
+    return m_settings.value(editorSizeKey).toSize();
+}
+
+void Preferences::setEditorSize(QSize size) {
+    m_settings.setValue(editorSizeKey, size);
+}
+
+bool Preferences::editorMaximized() const {
+    return m_settings.value(editorMaximizedKey, false).toBool();
+}
+
+void Preferences::setEditorMaximized(bool maximized) {
+    m_settings.setValue(editorMaximizedKey, maximized);
 }
 
 QStringList Preferences::recentProjects() const {

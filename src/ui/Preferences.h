@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QSettings>
+#include <QSize>
 #include <QStringList>
 #include <optional>
 
@@ -29,6 +30,12 @@ class Preferences : public QObject {
     /// Where the main window stood.
     std::optional<QPoint> windowPosition() const;
     void setWindowPosition(QPoint position);
+
+    /// The editor's size while it is not maximized.
+    std::optional<QSize> editorSize() const;
+    void setEditorSize(QSize size);
+    bool editorMaximized() const;
+    void setEditorMaximized(bool maximized);
 
     /// Project packages, the latest first.
     QStringList recentProjects() const;

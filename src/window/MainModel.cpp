@@ -4,14 +4,16 @@
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecoveryFlow.h"
+#include "ui/ActionGuard.h"
 #include "ui/TimeText.h"
 #include "window/picker/WindowPickerModel.h"
 
 namespace vantro::window {
 
 MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permission,
-                     picker::WindowPickerModel& windows, Flows flows)
-    : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows) {
+                     picker::WindowPickerModel& windows, app::flows::Flows flows,
+                     ui::ActionGuard& guard)
+    : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows), m_guard(guard) {
     connectState();
     connectFlows();
 }
@@ -25,7 +27,6 @@ void MainModel::connectState() {
          {&app::AppState::systemAudioEnabledChanged, &app::AppState::microphoneAudioEnabledChanged,
           &app::AppState::webcamEnabledChanged})
         connect(&m_state, changed, this, &MainModel::sourcesChanged);
-    connect(&m_state, &app::AppState::showErrorChanged, this, &MainModel::alertChanged);
     connect(&m_state, &app::AppState::errorChanged, this, &MainModel::alertChanged);
     connect(&m_permission, &app::flows::PermissionService::screenRecordingGrantedChanged, this,
             &MainModel::screenChanged);
@@ -45,39 +46,38 @@ void MainModel::connectFlows() {
                                &app::flows::RecordingFlow::stoppingChanged,
                                &app::flows::RecordingFlow::recorderStatusChanged})
         connect(&recording, changed, this, &MainModel::recordingChanged);
-    connect(&m_flows.projects, &app::flows::ProjectFlow::activityChanged, this,
-            &MainModel::busyChanged);
-    connect(&m_flows.recovery, &app::flows::RecoveryFlow::offeredChanged, this,
-            &MainModel::recoveryOfferedChanged);
 }
 
 void MainModel::phaseChanged() {
     Q_EMIT screenChanged();
     if (m_state.phase() == app::AppPhase::recording())
         return;
-    setQuitAsked(false);
+    m_guard.setQuitAsked(false);
     // A recording that could not be finished is an error that the user must see.
     if (std::exchange(m_quitAfterStop, false) && m_state.phase() == app::AppPhase::previewing())
         Q_EMIT quitReady();
 }
 
 QString MainModel::screen() const {
-    switch (m_state.phase().kind) {
-    case app::AppPhase::Kind::selecting:
-        return countdown() > 0 ? QStringLiteral("countdown") : QStringLiteral("selecting");
-    case app::AppPhase::Kind::recording:
+    switch (ui::shownScreen(m_state, m_permission, m_flows.recording)) {
+    case ui::Screen::waiting:
+        return QStringLiteral("waiting");
+    case ui::Screen::controls:
+        return QStringLiteral("controls");
+    case ui::Screen::picker:
+        return QStringLiteral("picker");
+    case ui::Screen::countdown:
+        return QStringLiteral("countdown");
+    case ui::Screen::selecting:
+        return QStringLiteral("selecting");
+    case ui::Screen::recording:
         return QStringLiteral("recording");
-    case app::AppPhase::Kind::previewing:
-    case app::AppPhase::Kind::exporting:
-        return m_state.document().recording() ? QStringLiteral("editor") : QStringLiteral("empty");
-    case app::AppPhase::Kind::idle:
+    case ui::Screen::editor:
+        return QStringLiteral("editor");
+    case ui::Screen::empty:
         break;
     }
-    if (!m_permission.screenRecordingGranted())
-        return QStringLiteral("waiting");
-    if (m_flows.recording.isWindowPickerShown())
-        return QStringLiteral("picker");
-    return countdown() > 0 ? QStringLiteral("countdown") : QStringLiteral("controls");
+    return QStringLiteral("empty");
 }
 
 int MainModel::captureMode() const {
@@ -96,9 +96,9 @@ QString MainModel::elapsed() const {
 QString MainModel::recordingNote() const {
     const auto& status = m_flows.recording.recorderStatus();
     if (!status.isCapturing())
-        return QStringLiteral("Capture has ended. Stop to keep what was recorded.");
+        return tr("Capture has ended. Stop to keep what was recorded.");
     if (status.framesDropped > 0)
-        return QStringLiteral("%1 frames dropped").arg(status.framesDropped);
+        return tr("Frames dropped: %1").arg(status.framesDropped);
     return {};
 }
 
@@ -112,10 +112,6 @@ QString MainModel::alertSuggestion() const {
     return error ? QString::fromStdString(std::string(error->recoverySuggestion())) : QString();
 }
 
-bool MainModel::busy() const {
-    return m_flows.projects.isBusy();
-}
-
 void MainModel::openProject() {
     m_flows.projects.openProject();
 }
@@ -123,10 +119,6 @@ void MainModel::openProject() {
 void MainModel::pickWindow(int row) {
     if (const auto window = m_windows.window(row))
         m_flows.recording.windowSelected(*window);
-}
-
-bool MainModel::recoveryOffered() const {
-    return m_flows.recovery.isOffered();
 }
 
 void MainModel::recover() {
@@ -141,30 +133,24 @@ bool MainModel::mayClose() {
     if (m_state.phase() != app::AppPhase::recording()) {
         m_flows.recording.areaCancelled();
         m_flows.exports.cancel();
+        Q_EMIT quitReady();
         return true;
     }
     if (stopping())
         m_quitAfterStop = true;
     else
-        setQuitAsked(true);
+        m_guard.setQuitAsked(true);
     return false;
 }
 
 void MainModel::keepRecording() {
-    setQuitAsked(false);
+    m_guard.setQuitAsked(false);
 }
 
 void MainModel::stopAndQuit() {
-    setQuitAsked(false);
+    m_guard.setQuitAsked(false);
     m_quitAfterStop = true;
     m_flows.recording.stopRecording();
-}
-
-void MainModel::setQuitAsked(bool asked) {
-    if (m_quitAsked == asked)
-        return;
-    m_quitAsked = asked;
-    Q_EMIT quitAskedChanged();
 }
 
 } // namespace vantro::window

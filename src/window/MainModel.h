@@ -1,16 +1,20 @@
 #pragma once
 
+#include "app/flows/Flows.h"
 #include "app/flows/RecordingFlow.h"
 
 #include <QObject>
 #include <QString>
 
+#include <QtQml/qqmlregistration.h>
+
 namespace vantro::app::flows {
-class ExportFlow;
 class PermissionService;
-class ProjectFlow;
-class RecoveryFlow;
 } // namespace vantro::app::flows
+
+namespace vantro::ui {
+class ActionGuard;
+} // namespace vantro::ui
 
 namespace vantro::window::picker {
 class WindowPickerModel;
@@ -18,39 +22,33 @@ class WindowPickerModel;
 
 namespace vantro::window {
 
-/// The flows that the window drives; all of it outlives the models.
-struct Flows {
-    app::flows::RecordingFlow& recording;
-    app::flows::ExportFlow& exports;
-    app::flows::ProjectFlow& projects;
-    app::flows::RecoveryFlow& recovery;
-};
-
 /// What the main window shows and does outside of the editor. Holds no truth but whether the
-/// question about quitting is open. Main thread.
+/// program ends after the stop. Main thread.
 class MainModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
     /// waiting, controls, picker, countdown, selecting, recording, editor or empty.
     Q_PROPERTY(QString screen READ screen NOTIFY screenChanged)
     Q_PROPERTY(int captureMode READ captureMode WRITE setCaptureMode NOTIFY captureModeChanged)
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
     Q_PROPERTY(bool microphone READ microphone WRITE setMicrophone NOTIFY sourcesChanged)
     Q_PROPERTY(bool webcam READ webcam WRITE setWebcam NOTIFY sourcesChanged)
+    // Why a source cannot be recorded; empty when it can.
+    Q_PROPERTY(QString systemAudioMissing READ systemAudioMissing CONSTANT)
+    Q_PROPERTY(QString microphoneMissing READ microphoneMissing CONSTANT)
+    Q_PROPERTY(QString webcamMissing READ webcamMissing CONSTANT)
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY recordingChanged)
     Q_PROPERTY(QString recordingNote READ recordingNote NOTIFY recordingChanged)
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
     Q_PROPERTY(bool stopping READ stopping NOTIFY recordingChanged)
     Q_PROPERTY(int countdown READ countdown NOTIFY countdownChanged)
-    Q_PROPERTY(bool alertShown READ alertShown NOTIFY alertChanged)
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
     Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
-    Q_PROPERTY(bool quitAsked READ quitAsked NOTIFY quitAskedChanged)
-    Q_PROPERTY(bool recoveryOffered READ recoveryOffered NOTIFY recoveryOfferedChanged)
-    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
   public:
     MainModel(app::AppState& state, app::flows::PermissionService& permission,
-              picker::WindowPickerModel& windows, Flows flows);
+              picker::WindowPickerModel& windows, app::flows::Flows flows, ui::ActionGuard& guard);
 
     QString screen() const;
     int captureMode() const;
@@ -61,17 +59,16 @@ class MainModel : public QObject {
     void setMicrophone(bool enabled) { m_state.setMicrophoneAudioEnabled(enabled); }
     bool webcam() const { return m_state.webcamEnabled(); }
     void setWebcam(bool enabled) { m_state.setWebcamEnabled(enabled); }
+    QString systemAudioMissing() const { return {}; }
+    QString microphoneMissing() const { return {}; }
+    QString webcamMissing() const { return {}; }
     QString elapsed() const;
     QString recordingNote() const;
     bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }
     bool stopping() const { return m_flows.recording.isStopping(); }
     int countdown() const { return m_flows.recording.countdownRemaining(); }
-    bool alertShown() const { return m_state.showError(); }
     QString alertText() const;
     QString alertSuggestion() const;
-    bool quitAsked() const { return m_quitAsked; }
-    bool recoveryOffered() const;
-    bool busy() const;
 
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
@@ -87,8 +84,8 @@ class MainModel : public QObject {
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }
 
-    /// The window is asked to close. True when it may; otherwise the user is asked, or a recording
-    /// that is being finished is waited for.
+    /// The window is asked to close. True when it may, and then the program ends; otherwise the
+    /// user is asked, or a recording that is being finished is waited for.
     Q_INVOKABLE bool mayClose();
     Q_INVOKABLE void keepRecording();
     /// Finishes the recording's files and then quits.
@@ -101,9 +98,6 @@ class MainModel : public QObject {
     void recordingChanged();
     void countdownChanged();
     void alertChanged();
-    void quitAskedChanged();
-    void recoveryOfferedChanged();
-    void busyChanged();
     void optionsWanted(double x, double y);
     void quitReady();
 
@@ -111,13 +105,12 @@ class MainModel : public QObject {
     void connectState();
     void connectFlows();
     void phaseChanged();
-    void setQuitAsked(bool asked);
 
     app::AppState& m_state;
     app::flows::PermissionService& m_permission;
     picker::WindowPickerModel& m_windows;
-    Flows m_flows;
-    bool m_quitAsked = false;
+    app::flows::Flows m_flows;
+    ui::ActionGuard& m_guard;
     bool m_quitAfterStop = false;
 };
 

@@ -10,6 +10,7 @@ class EditorModel;
 } // namespace vantro::editor
 
 namespace vantro::ui {
+class ActionGuard;
 class Appearance;
 } // namespace vantro::ui
 
@@ -19,6 +20,7 @@ class WindowPickerModel;
 
 namespace vantro::window {
 
+class DisplayChoice;
 class MainModel;
 
 /// What the main window shows; all of it outlives the window.
@@ -26,7 +28,9 @@ struct MainWindowModels {
     MainModel& app;
     editor::EditorModel& editor;
     picker::WindowPickerModel& windows;
-    QObject& appearance; ///< with the property `dark`
+    DisplayChoice& displays;
+    ui::ActionGuard& guard;
+    ui::Appearance& appearance;
 };
 
 /// The program's only window, loaded from the QML module but not shown yet. Main thread.

@@ -38,6 +38,9 @@ void WindowFitter::fit() {
     const auto size = wholeUnits(m_wanted);
     if (m_window == nullptr || size.isEmpty())
         return;
+    // What is small by nature does not fill the screen because what stood here before did.
+    if (!m_resizable && (m_window->windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)))
+        m_window->showNormal();
     m_window->setMinimumSize(m_resizable ? wholeUnits(m_smallest).boundedTo(size) : size);
     m_window->setMaximumSize(m_resizable ? anySize : size);
     const auto fitted = m_resizable ? m_window->size().expandedTo(size) : size;

@@ -4,6 +4,8 @@
 #include <QQuickWindow>
 #include <QSizeF>
 
+#include <QtQml/qqmlregistration.h>
+
 namespace vantro::window {
 
 /// Keeps a window at the size that its content wants.
@@ -12,6 +14,7 @@ namespace vantro::window {
 /// would let it answer with a size of its own in between. Main thread.
 class WindowFitter : public QObject {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(QQuickWindow* window READ window WRITE setWindow NOTIFY changed)
     /// Rounded up to whole units.
     Q_PROPERTY(QSizeF wanted READ wanted WRITE setWanted NOTIFY changed)

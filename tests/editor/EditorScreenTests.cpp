@@ -1,4 +1,4 @@
-#include "editor/EditorFixture.h"
+#include "window/WindowFixture.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class EditorScreenTest : public test::EditorFixture {
+class EditorScreenTest : public test::WindowFixture {
   protected:
     EditorScreenTest() {
         showWindow();
@@ -135,7 +135,7 @@ TEST_F(EditorScreenTest, WithoutARecordingItSaysSo) {
     EXPECT_EQ(state.phase(), app::AppPhase::idle());
 }
 
-class StillPreviewTest : public test::EditorFixture {
+class StillPreviewTest : public test::WindowFixture {
   protected:
     StillPreviewTest() { showEditor(); }
 };

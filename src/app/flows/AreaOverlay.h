@@ -8,8 +8,8 @@
 
 namespace vantro::app::flows {
 
-/// The full-screen window on which an area is dragged out, while it is shown. Destroying it takes
-/// it off the screen. Main thread.
+/// The full-screen windows on which an area is dragged out, while they are shown. Destroying it
+/// takes them off the screens. Main thread.
 class AreaOverlay {
   public:
     virtual ~AreaOverlay() = default;
@@ -27,8 +27,8 @@ class AreaOverlays {
   public:
     virtual ~AreaOverlays() = default;
 
-    /// Shows one on the main screen, above everything and with the keyboard; nothing when there is
-    /// no screen.
+    /// Covers every display, above everything and with the keyboard; nothing when there is no
+    /// display.
     virtual std::shared_ptr<AreaOverlay> show(AreaOverlayCallbacks callbacks) = 0;
 };
 

@@ -5,8 +5,8 @@ import Vantro.Native
 FocusScope {
     id: screen
 
-    required property QtObject app
-    required property QtObject editor
+    required property EditorModel editor
+    required property ActionGuard guard
 
     implicitWidth: 980
     implicitHeight: 680
@@ -15,8 +15,8 @@ FocusScope {
         id: toolbar
         anchors { left: parent.left; right: parent.right; top: parent.top }
         z: 1
-        app: screen.app
         editor: screen.editor
+        guard: screen.guard
     }
     Rectangle {
         anchors { left: parent.left; right: parent.right; top: toolbar.bottom; bottom: bar.top }

@@ -1,12 +1,12 @@
 import QtQuick
+import Vantro.Native
 
 // The recording's name, the project actions and the export.
 Rectangle {
     id: toolbar
 
-    required property QtObject app
-    required property QtObject editor
-    readonly property bool free: !editor.exporting && !editor.busy
+    required property EditorModel editor
+    required property ActionGuard guard
 
     implicitHeight: 52
     color: Theme.window
@@ -15,7 +15,7 @@ Rectangle {
         id: name
         objectName: "recordingName"
         anchors { left: parent.left; leftMargin: Theme.wide; right: notice.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
-        placeholderText: "Recording Name"
+        placeholderText: qsTr("Recording Name")
         font.weight: Font.DemiBold
         text: toolbar.editor.recordingName
         onTextEdited: toolbar.editor.recordingName = text
@@ -27,7 +27,7 @@ Rectangle {
         anchors { right: actions.left; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
         width: Math.min(implicitWidth, 320)
         elide: Text.ElideMiddle
-        text: toolbar.editor.working ? "Working..." : toolbar.editor.notice
+        text: toolbar.editor.working ? qsTr("Working...") : toolbar.editor.notice
         color: Theme.secondaryText
         font.pixelSize: Theme.caption
     }
@@ -37,22 +37,23 @@ Rectangle {
         spacing: Theme.gap
         PushButton {
             objectName: "newRecording"
-            text: "New Recording"
-            help: "New Recording (Ctrl+N)"
+            text: qsTr("New Recording")
+            help: qsTr("New Recording (Ctrl+N)")
+            enabled: toolbar.guard.edit
             onClicked: toolbar.editor.newRecording()
         }
         PushButton {
             objectName: "openProject"
-            text: "Open Project"
-            help: "Open Project (Ctrl+O)"
-            enabled: toolbar.free
+            text: qsTr("Open Project")
+            help: qsTr("Open Project (Ctrl+O)")
+            enabled: toolbar.guard.openProject
             onClicked: toolbar.editor.openProject()
         }
         PushButton {
             objectName: "saveProject"
-            text: "Save Project"
-            help: "Save Project (Ctrl+S)"
-            enabled: toolbar.free
+            text: qsTr("Save Project")
+            help: qsTr("Save Project (Ctrl+S), Save As (Ctrl+Shift+S)")
+            enabled: toolbar.guard.write
             onClicked: toolbar.editor.saveProject()
         }
         PushButton {
@@ -60,15 +61,15 @@ Rectangle {
             objectName: "export"
             visible: !toolbar.editor.exporting
             prominent: true
-            text: "Export"
+            text: qsTr("Export")
             symbol: "square.and.arrow.up"
-            help: "Export (Ctrl+E)"
-            enabled: toolbar.free
+            help: qsTr("Export (Ctrl+E)")
+            enabled: toolbar.guard.write
             onClicked: popover.opened ? popover.close() : popover.open()
             ExportPopover {
                 id: popover
                 editor: toolbar.editor
-                x: exportButton.width - width
+                x: exportButton.mirrored ? 0 : exportButton.width - width
                 y: exportButton.height + 6
             }
         }
@@ -85,24 +86,31 @@ Rectangle {
     Shortcut {
         sequence: "Ctrl+N"
         autoRepeat: false
+        enabled: toolbar.guard.edit
         onActivated: toolbar.editor.newRecording()
     }
     Shortcut {
         sequence: "Ctrl+O"
         autoRepeat: false
-        enabled: toolbar.free
+        enabled: toolbar.guard.openProject
         onActivated: toolbar.editor.openProject()
     }
     Shortcut {
         sequence: "Ctrl+S"
         autoRepeat: false
-        enabled: toolbar.free
+        enabled: toolbar.guard.write
         onActivated: toolbar.editor.saveProject()
+    }
+    Shortcut {
+        sequence: "Ctrl+Shift+S"
+        autoRepeat: false
+        enabled: toolbar.guard.write
+        onActivated: toolbar.editor.saveProjectAs()
     }
     Shortcut {
         sequence: "Ctrl+E"
         autoRepeat: false
-        enabled: toolbar.free
+        enabled: toolbar.guard.write
         onActivated: popover.open()
     }
 }

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Templates as T
+import Vantro.Native
 
 // How to export, and the button that does it.
 T.Popup {
     id: popover
 
-    required property QtObject editor
+    required property EditorModel editor
 
     padding: Theme.margin
     margins: Theme.gap
@@ -18,7 +19,7 @@ T.Popup {
     contentItem: Column {
         spacing: Theme.wide
         Label {
-            text: "Export Settings"
+            text: qsTr("Export Settings")
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold
         }
@@ -28,13 +29,13 @@ T.Popup {
                 width: 76
                 height: Theme.controlHeight
                 verticalAlignment: Text.AlignVCenter
-                text: "Format"
+                text: qsTr("Format")
                 color: Theme.secondaryText
             }
             ChoiceBox {
                 id: format
                 objectName: "exportFormat"
-                help: "Format"
+                help: qsTr("Format")
                 model: popover.editor.formats
             }
         }
@@ -44,15 +45,15 @@ T.Popup {
                 width: 76
                 height: Theme.controlHeight
                 verticalAlignment: Text.AlignVCenter
-                text: "Resolution"
+                text: qsTr("Resolution")
                 color: Theme.secondaryText
             }
             ChoiceBox {
                 id: resolution
                 objectName: "exportResolution"
-                help: "Resolution"
+                help: qsTr("Resolution")
                 enabled: !popover.editor.hasFixedSize(format.currentIndex)
-                displayText: enabled ? currentText : "Up to 640 wide"
+                displayText: enabled ? currentText : qsTr("Up to 640 wide")
                 model: popover.editor.resolutions
             }
         }
@@ -60,7 +61,7 @@ T.Popup {
             objectName: "exportNow"
             anchors.right: parent.right
             prominent: true
-            text: "Export"
+            text: qsTr("Export")
             onClicked: {
                 popover.close()
                 popover.editor.exportRecording(format.currentIndex, resolution.currentIndex)

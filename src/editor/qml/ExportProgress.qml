@@ -1,26 +1,35 @@
 import QtQuick
+import QtQuick.Templates as T
+import Vantro.Native
 
 // How far an export is, and the way out of it.
 Item {
     id: progress
 
-    required property QtObject editor
+    required property EditorModel editor
 
     implicitWidth: 176
     implicitHeight: Theme.controlHeight
-    Accessible.role: Accessible.ProgressBar
-    Accessible.name: "Export progress " + editor.progressText
 
-    Rectangle {
+    T.ProgressBar {
+        id: bar
+        objectName: "exportBar"
         anchors { left: parent.left; right: text.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
-        height: 4
-        radius: 2
-        color: Theme.sunken
-        Rectangle {
-            width: parent.width * progress.editor.progress
-            height: parent.height
+        implicitHeight: 4
+        value: progress.editor.progress
+        Accessible.name: qsTr("Export progress")
+        Accessible.description: progress.editor.progressText
+        background: Rectangle {
             radius: 2
-            color: Theme.accent
+            color: Theme.sunken
+        }
+        contentItem: Item {
+            Rectangle {
+                anchors { left: parent.left; top: parent.top; bottom: parent.bottom }
+                width: bar.width * bar.position
+                radius: 2
+                color: Theme.accent
+            }
         }
     }
     Label {
@@ -41,7 +50,7 @@ Item {
         symbol: "xmark"
         symbolSize: 12
         ink: Theme.secondaryText
-        help: "Cancel the export"
+        help: qsTr("Cancel the export")
         onClicked: progress.editor.cancelExport()
     }
 }

@@ -1,13 +1,17 @@
 import QtQuick
 import QtQuick.Templates as T
+import Vantro.Native
 
 // Where in the output the picture is from.
 Item {
     id: bar
 
-    required property QtObject editor
+    required property EditorModel editor
 
     implicitHeight: 48
+    // Time runs to the right in every language.
+    LayoutMirroring.enabled: false
+    LayoutMirroring.childrenInherit: true
 
     Label {
         id: now
@@ -31,7 +35,7 @@ Item {
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         live: true
-        Accessible.name: "Position"
+        Accessible.name: qsTr("Position")
         onMoved: bar.editor.position = value
 
         background: Rectangle {

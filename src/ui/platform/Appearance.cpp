@@ -30,7 +30,7 @@ QPalette nativePalette(bool dark) {
     QPalette palette(text, window, window.lighter(dark ? 160 : 100), window.darker(130),
                      window.darker(110), text, base);
     palette.setColor(QPalette::Button, QColor(dark ? "#37373a" : "#ffffff"));
-    palette.setColor(QPalette::Highlight, QColor(dark ? "#239a73" : "#1c8f69"));
+    palette.setColor(QPalette::Highlight, QColor(dark ? "#1b7f5e" : "#157f5c"));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::PlaceholderText, QColor("#8a8a8f"));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
@@ -41,7 +41,9 @@ QPalette nativePalette(bool dark) {
 } // namespace
 
 Appearance::Appearance(const Preferences& preferences)
-    : m_preferences(preferences), m_desktopIsDark(vantro::ui::isDark(QGuiApplication::palette())) {
+    : m_preferences(preferences)
+    , m_paletteIsDark(vantro::ui::isDark(QGuiApplication::palette()))
+    , m_desktopIsDark(m_paletteIsDark) {
     connect(&preferences, &Preferences::themeChanged, this, &Appearance::update);
     askPortal();
     update();
@@ -80,7 +82,7 @@ void Appearance::setDesktopColorScheme(uint scheme) {
 void Appearance::update() {
     const auto chosen = m_preferences.theme();
     const bool dark = chosen == ThemeChoice::system ? m_desktopIsDark : chosen == ThemeChoice::dark;
-    QGuiApplication::setPalette(nativePalette(dark));
+    QGuiApplication::setPalette(dark == m_paletteIsDark ? QPalette() : nativePalette(dark));
     if (m_dark == dark)
         return;
     m_dark = dark;

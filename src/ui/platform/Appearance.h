@@ -5,15 +5,20 @@
 #include <QDBusVariant>
 #include <QObject>
 
+#include <QtQml/qqmlregistration.h>
+
 namespace vantro::ui {
 
 /// Whether the program is drawn dark: what the user chose for it, else what the desktop prefers.
 ///
 /// The desktop's preference comes from the settings portal, which also tells of changes, and until
 /// that has answered (or where there is none) from the colours that the platform gave to Qt.
-/// Keeps the palette of native parts (panels, menus) in step. Main thread.
+/// Native parts (panels, menus) keep the desktop's own colors unless those are of the other kind.
+/// Main thread.
 class Appearance : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
 
   public:
@@ -33,6 +38,7 @@ class Appearance : public QObject {
     void update();
 
     const Preferences& m_preferences;
+    const bool m_paletteIsDark; ///< of the desktop's own palette
     bool m_desktopIsDark;
     bool m_dark = false;
 };

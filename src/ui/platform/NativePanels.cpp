@@ -5,6 +5,9 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QStandardPaths>
 #include <QWindow>
 
@@ -20,16 +23,14 @@ struct PanelTexts {
 PanelTexts textsFor(app::flows::PanelKind kind) {
     switch (kind) {
     case app::flows::PanelKind::saveMovie:
-        return {QStringLiteral("Export"), QStringLiteral("mp4"),
-                QStringLiteral("MPEG-4 movie (*.mp4)")};
+        return {QObject::tr("Export"), QStringLiteral("mp4"), QObject::tr("MPEG-4 movie (*.mp4)")};
     case app::flows::PanelKind::saveGif:
-        return {QStringLiteral("Export"), QStringLiteral("gif"),
-                QStringLiteral("Animated GIF (*.gif)")};
+        return {QObject::tr("Export"), QStringLiteral("gif"), QObject::tr("Animated GIF (*.gif)")};
     case app::flows::PanelKind::saveProject:
-        return {QStringLiteral("Save Project"), QStringLiteral("vantro"),
-                QStringLiteral("Vantro project (*.vantro)")};
+        return {QObject::tr("Save Project"), QStringLiteral("vantro"),
+                QObject::tr("Vantro project (*.vantro)")};
     case app::flows::PanelKind::openProject:
-        return {QStringLiteral("Open Project"), {}, {}};
+        return {QObject::tr("Open Project"), {}, {}};
     }
     return {};
 }
@@ -39,41 +40,89 @@ QString startFolder() {
     return QDir(movies).exists() ? movies : QDir::homePath();
 }
 
-/// The native panels pass a typed name on without a suffix.
-std::filesystem::path withSuffix(const QString& path, const QString& suffix) {
-    const bool complete = suffix.isEmpty() || path.endsWith(u'.' + suffix, Qt::CaseInsensitive);
-    return (complete ? path : path + u'.' + suffix).toStdString();
+bool isPackage(const QFileInfo& file) {
+    return file.isDir() && QFile::exists(file.filePath() + u'/' +
+                                         QString::fromLatin1(app::files::package::projectFile));
+}
+
+/// A panel for saving that asks before it replaces what carries the final name: with the suffix
+/// that a typed name lacks, and for a project's folder, which panels take for a place to go into.
+class SavePanel : public QFileDialog {
+  public:
+    SavePanel(const PanelTexts& texts, const QString& proposedName)
+        : QFileDialog(nullptr, texts.title, startFolder(), texts.filter), m_suffix(texts.suffix) {
+        setAcceptMode(AcceptSave);
+        setFileMode(AnyFile);
+        setDefaultSuffix(m_suffix);
+        selectFile(proposedName);
+    }
+
+    const QString& path() const { return m_path; }
+
+    void accept() override {
+        const auto chosen = selectedFiles();
+        if (chosen.isEmpty())
+            return;
+        const QFileInfo target(savePath(chosen.front(), m_suffix));
+        if (target.isDir() && !isPackage(target))
+            return QFileDialog::accept(); // goes there
+        const bool desktopHasAsked =
+            findChild<QLineEdit*>() == nullptr && target.filePath() == chosen.front();
+        if (target.exists() && !desktopHasAsked && !mayReplace(target))
+            return;
+        m_path = target.filePath();
+        QDialog::accept();
+    }
+
+  private:
+    bool mayReplace(const QFileInfo& target) {
+        return QMessageBox::warning(this, windowTitle(),
+                                    QObject::tr("%1 already exists.\nDo you want to replace it?")
+                                        .arg(target.fileName()),
+                                    QMessageBox::Yes | QMessageBox::No,
+                                    QMessageBox::No) == QMessageBox::Yes;
+    }
+
+    QString m_suffix;
+    QString m_path;
+};
+
+QFileDialog* makePanel(app::flows::PanelKind kind, const QString& proposedName) {
+    const auto texts = textsFor(kind);
+    if (kind != app::flows::PanelKind::openProject)
+        return new SavePanel(texts, proposedName);
+    auto* panel = new QFileDialog(nullptr, texts.title, startFolder());
+    panel->setFileMode(QFileDialog::Directory); // to the desktop a package is a folder
+    panel->setOption(QFileDialog::ShowDirsOnly);
+    return panel;
 }
 
 } // namespace
 
+QString savePath(const QString& chosen, const QString& suffix) {
+    const QFileInfo folder(QFileInfo(chosen).path());
+    if (suffix == folder.suffix() && isPackage(folder))
+        return folder.filePath();
+    const bool complete = chosen.endsWith(u'.' + suffix, Qt::CaseInsensitive);
+    return complete || QFileInfo(chosen).isDir() ? chosen : chosen + u'.' + suffix;
+}
+
 void NativePanels::ask(app::flows::PanelKind kind, const std::string& proposedName, Answer answer) {
-    const auto texts = textsFor(kind);
-    auto* dialog = new QFileDialog(nullptr, texts.title, startFolder(), texts.filter);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(Qt::ApplicationModal);
-    if (kind == app::flows::PanelKind::openProject) {
-        // To the desktop a package is a folder.
-        dialog->setFileMode(QFileDialog::Directory);
-        dialog->setOption(QFileDialog::ShowDirsOnly);
-    } else {
-        dialog->setAcceptMode(QFileDialog::AcceptSave);
-        dialog->setFileMode(QFileDialog::AnyFile);
-        dialog->setDefaultSuffix(texts.suffix);
-        dialog->selectFile(QString::fromStdString(proposedName));
-    }
-    QObject::connect(dialog, &QFileDialog::finished,
-                     [dialog, answer = std::move(answer), suffix = texts.suffix](int result) {
-                         const auto chosen = dialog->selectedFiles();
-                         if (result == QDialog::Accepted && !chosen.isEmpty())
-                             answer(withSuffix(chosen.front(), suffix));
-                         else
-                             answer({});
-                     });
-    dialog->winId();
+    auto* panel = makePanel(kind, QString::fromStdString(proposedName));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setWindowModality(Qt::ApplicationModal);
+    QObject::connect(
+        panel, &QFileDialog::finished, [panel, answer = std::move(answer)](int result) {
+            const auto chosen = panel->selectedFiles();
+            if (result != QDialog::Accepted || chosen.isEmpty())
+                return answer({});
+            const auto* saving = dynamic_cast<const SavePanel*>(panel);
+            answer((saving != nullptr ? saving->path() : chosen.front()).toStdString());
+        });
+    panel->winId();
     if (auto* window = qobject_cast<QWindow*>(m_state.mainWindow()))
-        dialog->windowHandle()->setTransientParent(window);
-    dialog->open();
+        panel->windowHandle()->setTransientParent(window);
+    panel->open();
 }
 
 } // namespace vantro::ui

@@ -9,13 +9,13 @@ T.ComboBox {
 
     implicitWidth: 190
     implicitHeight: Theme.controlHeight
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
     Accessible.name: help
 
     contentItem: Label {
-        leftPadding: 9
-        rightPadding: 24
+        leftPadding: box.mirrored ? 24 : 9
+        rightPadding: box.mirrored ? 9 : 24
         verticalAlignment: Text.AlignVCenter
         text: box.displayText
         color: box.enabled ? Theme.text : Theme.disabledText
@@ -23,7 +23,7 @@ T.ComboBox {
         Accessible.ignored: true
     }
     indicator: Symbol {
-        x: box.width - width - 7
+        x: box.mirrored ? 7 : box.width - width - 7
         y: (box.height - height) / 2
         name: "chevron.down"
         size: 12
@@ -42,6 +42,7 @@ T.ComboBox {
         }
         FocusRing { control: box }
     }
+    // qmllint disable unqualified
     delegate: T.ItemDelegate {
         id: entry
         required property string modelData
@@ -62,6 +63,7 @@ T.ComboBox {
             color: box.highlightedIndex === entry.index ? Theme.pressed : "transparent"
         }
     }
+    // qmllint enable unqualified
     popup: T.Popup {
         y: box.height + 2
         width: box.width

@@ -1,8 +1,9 @@
 import QtQuick
+import QtQuick.Templates as T
 
 // Drawn around the control that has the keyboard.
 Rectangle {
-    required property Item control
+    required property T.Control control
     property real cornerRadius: Theme.radius
 
     anchors.fill: parent

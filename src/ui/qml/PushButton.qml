@@ -17,7 +17,7 @@ T.Button {
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.wide
     rightPadding: Theme.wide
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus // a click leaves the keyboard where it is
     hoverEnabled: true
     Accessible.name: text
     Accessible.description: help

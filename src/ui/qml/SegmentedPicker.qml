@@ -11,14 +11,15 @@ FocusScope {
     property string help: ""
     signal picked(int index)
     property bool used: false // only what the user does is animated
+    readonly property bool mirrored: LayoutMirroring.enabled
     onPicked: used = true
 
     implicitHeight: 32
     implicitWidth: choices.length * 96
-    Accessible.role: Accessible.PageTabList
+    Accessible.role: Accessible.Grouping
     Accessible.name: help
 
-    function step(by) {
+    function step(by: int) {
         const next = current + by
         if (next < 0 || next >= choices.length)
             return
@@ -33,12 +34,12 @@ FocusScope {
     }
     Rectangle {
         readonly property real segmentWidth: (picker.width - 4) / picker.choices.length
-        x: 2 + picker.current * segmentWidth
+        x: 2 + (picker.mirrored ? picker.choices.length - 1 - picker.current : picker.current) * segmentWidth
         y: 2
         width: segmentWidth
         height: parent.height - 4
         radius: Theme.radius - 1
-        color: Theme.dark ? "#47474b" : Theme.surface
+        color: Theme.raised
         border.width: 1
         border.color: Theme.border
         Behavior on x { enabled: picker.used; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic } }
@@ -49,7 +50,8 @@ FocusScope {
         Repeater {
             id: segments
             model: picker.choices
-            T.Button {
+            // qmllint disable unqualified
+            T.RadioButton {
                 id: segment
                 required property var modelData
                 required property int index
@@ -58,15 +60,13 @@ FocusScope {
                 width: (picker.width - 4) / picker.choices.length
                 height: picker.height - 4
                 focus: isCurrent
-                focusPolicy: isCurrent ? Qt.StrongFocus : Qt.ClickFocus
+                focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus
                 hoverEnabled: true
                 Accessible.name: modelData.label
-                Accessible.role: Accessible.RadioButton
-                Accessible.checkable: true
-                Accessible.checked: isCurrent
+                checked: isCurrent
                 onClicked: picker.picked(index)
-                Keys.onLeftPressed: picker.step(-1)
-                Keys.onRightPressed: picker.step(1)
+                Keys.onLeftPressed: picker.step(picker.mirrored ? 1 : -1)
+                Keys.onRightPressed: picker.step(picker.mirrored ? -1 : 1)
                 contentItem: Item {
                     Row {
                         anchors.centerIn: parent

@@ -9,10 +9,11 @@ Item {
     width: 24
     height: 24
     Accessible.role: Accessible.Indicator
-    Accessible.name: "Loading"
+    Accessible.name: qsTr("Loading")
 
     Repeater {
         model: 8
+        // qmllint disable unqualified
         Rectangle {
             required property int index
             x: 10.5
@@ -25,6 +26,7 @@ Item {
             transform: Rotation { origin.x: 1.5; origin.y: 11; angle: index * 45 }
         }
     }
+    // qmllint enable unqualified
     Timer {
         id: step
         property int value: 0

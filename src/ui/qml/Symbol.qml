@@ -9,7 +9,10 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.round(size * Screen.devicePixelRatio), Math.round(size * Screen.devicePixelRatio))
+    sourceSize {
+        width: Math.round(size * Screen.devicePixelRatio)
+        height: Math.round(size * Screen.devicePixelRatio)
+    }
     source: "image://symbol/" + name + "/" + color.toString().slice(-6)
     opacity: color.a
     asynchronous: false

@@ -12,7 +12,7 @@ T.Button {
 
     implicitWidth: 34
     implicitHeight: 34
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus // a click leaves the keyboard where it is
     hoverEnabled: true
     Accessible.name: help
     Keys.onReturnPressed: clicked()

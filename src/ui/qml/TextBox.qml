@@ -12,7 +12,7 @@ T.TextField {
     color: Theme.text
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentInk
-    placeholderTextColor: Theme.disabledText
+    placeholderTextColor: Theme.secondaryText
     font.pixelSize: Theme.body
     selectByMouse: true
     Accessible.name: placeholderText
@@ -27,7 +27,7 @@ T.TextField {
         anchors { left: parent.left; leftMargin: 9; verticalCenter: parent.verticalCenter }
         visible: field.text === ""
         text: field.placeholderText
-        color: Theme.disabledText
+        color: Theme.secondaryText
         Accessible.ignored: true
     }
 }

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
+#include <algorithm>
 
 namespace vantro::window::overlay {
 namespace {
@@ -20,24 +21,79 @@ QImage pictureOf(QScreen* screen) {
     return image;
 }
 
+double overlap(const QRectF& a, const QRectF& b) {
+    const auto both = a & b;
+    return both.width() * both.height();
+}
+
+/// The display that a screen shows. Displays are told in points from the main one's corner.
+const capture::ShareableDisplay& displayOf(const QScreen& screen,
+                                           const std::vector<capture::ShareableDisplay>& displays) {
+    const auto corner = QGuiApplication::primaryScreen()->geometry().topLeft();
+    const QRectF pixels(screen.geometry().topLeft() - corner, // corners are told in pixels
+                        QSizeF(screen.size()) * screen.devicePixelRatio());
+    return *std::ranges::max_element(displays, {}, [&pixels](const auto& display) {
+        const double scale = display.backingScaleFactor;
+        return overlap(pixels, {display.frame.x * scale, display.frame.y * scale,
+                                display.frame.width * scale, display.frame.height * scale});
+    });
+}
+
+/// An overlay on each screen.
+class OverlayGroup : public app::flows::AreaOverlay {
+  public:
+    OverlayGroup(const std::vector<capture::ShareableDisplay>& displays,
+                 app::flows::AreaOverlayCallbacks callbacks)
+        : m_callbacks(std::move(callbacks)) {
+        for (auto* screen : QGuiApplication::screens())
+            add(*screen, displayOf(*screen, displays));
+        // All pictures are taken before the first overlay covers a screen.
+        for (const auto& overlay : m_overlays)
+            overlay->showFullScreen();
+        m_overlays.front()->raise();
+        m_overlays.front()->requestActivate();
+    }
+
+  private:
+    void add(QScreen& screen, const capture::ShareableDisplay& display) {
+        m_overlays.push_back(std::make_unique<SelectionOverlay>(
+            &screen, pictureOf(&screen),
+            OverlayScale{.pixelsPerUnit = screen.devicePixelRatio(),
+                         .pixelsPerPoint = display.backingScaleFactor,
+                         .displayID = display.displayID,
+                         .origin = {.x = display.frame.x, .y = display.frame.y}},
+            app::flows::AreaOverlayCallbacks{.onSelection =
+                                                 [this](std::uint32_t displayID, model::Rect rect) {
+                                                     if (end())
+                                                         m_callbacks.onSelection(displayID, rect);
+                                                 },
+                                             .onCancel =
+                                                 [this] {
+                                                     if (end())
+                                                         m_callbacks.onCancel();
+                                                 }}));
+    }
+
+    /// False when an answer has been given already.
+    bool end() {
+        for (const auto& overlay : m_overlays)
+            overlay->hide();
+        return !std::exchange(m_ended, true);
+    }
+
+    app::flows::AreaOverlayCallbacks m_callbacks;
+    std::vector<std::unique_ptr<SelectionOverlay>> m_overlays;
+    bool m_ended = false;
+};
+
 } // namespace
 
 std::shared_ptr<app::flows::AreaOverlay>
 DesktopOverlays::show(app::flows::AreaOverlayCallbacks callbacks) {
-    auto* screen = QGuiApplication::primaryScreen();
     const auto displays = m_platform.displays();
-    if (screen == nullptr || displays.empty())
+    if (displays.empty() || QGuiApplication::screens().isEmpty())
         return nullptr;
-    const auto& main = displays.front();
-    const OverlayScale scale{.pixelsPerUnit = screen->devicePixelRatio(),
-                             .pixelsPerPoint = main.backingScaleFactor,
-                             .displayID = main.displayID};
-    auto overlay =
-        std::make_shared<SelectionOverlay>(screen, pictureOf(screen), scale, std::move(callbacks));
-    overlay->showFullScreen();
-    overlay->raise();
-    overlay->requestActivate();
-    return overlay;
+    return std::make_shared<OverlayGroup>(displays, std::move(callbacks));
 }
 
 } // namespace vantro::window::overlay

@@ -8,7 +8,8 @@ class RecordingPlatform;
 
 namespace vantro::window::overlay {
 
-/// Shows selection overlays on the main screen. Main thread.
+/// Covers every display with a selection overlay; a drag belongs to one of them, and the first
+/// answer ends them all. Main thread.
 class DesktopOverlays : public app::flows::AreaOverlays {
   public:
     explicit DesktopOverlays(app::flows::RecordingPlatform& platform) : m_platform(platform) {}

@@ -33,7 +33,7 @@ SelectionOverlay::SelectionOverlay(QScreen* screen, QImage backdrop, OverlayScal
     setGeometry(screen->geometry());
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
              Qt::NoDropShadowWindowHint);
-    setTitle(QStringLiteral("Select area"));
+    setTitle(tr("Select area"));
     setCursor(Qt::CrossCursor);
     if (m_backdrop.isNull()) {
         auto translucent = format();
@@ -68,6 +68,13 @@ void SelectionOverlay::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
     paint(painter);
+}
+
+void SelectionOverlay::exposeEvent(QExposeEvent* event) {
+    QRasterWindow::exposeEvent(event);
+    // Escape must lead out also where the window manager gives the focus to somebody else.
+    if (isExposed() && QGuiApplication::platformName() == QStringLiteral("xcb"))
+        setKeyboardGrabEnabled(true);
 }
 
 void SelectionOverlay::paint(QPainter& painter) const {
@@ -164,10 +171,13 @@ void SelectionOverlay::finish(std::optional<model::Rect> selection) {
         return;
     m_finished = true;
     hide();
-    if (selection)
+    if (selection) {
+        selection->x += m_scale.origin.x;
+        selection->y += m_scale.origin.y;
         m_callbacks.onSelection(m_scale.displayID, *selection);
-    else
+    } else {
         m_callbacks.onCancel();
+    }
 }
 
 } // namespace vantro::window::overlay

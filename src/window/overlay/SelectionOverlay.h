@@ -14,6 +14,7 @@ struct OverlayScale {
     double pixelsPerUnit = 1;
     double pixelsPerPoint = 1;
     std::uint32_t displayID = 0;
+    model::Point origin = {}; ///< of the display, in global points
 
     double pointsPerUnit() const { return pixelsPerUnit / pixelsPerPoint; }
 };
@@ -21,8 +22,9 @@ struct OverlayScale {
 /// Covers one screen, shows it dimmed, and lets the user drag out an area of it.
 ///
 /// With a `backdrop` (what the screen shows, in pixels) the window is opaque and needs no
-/// compositing manager; without one it is translucent. Main thread.
-class SelectionOverlay : public QRasterWindow, public app::flows::AreaOverlay {
+/// compositing manager; without one it is translucent. Where the desktop lets it, it takes the
+/// keyboard even when another window is given the focus. Main thread.
+class SelectionOverlay : public QRasterWindow {
     Q_OBJECT
 
   public:
@@ -34,6 +36,7 @@ class SelectionOverlay : public QRasterWindow, public app::flows::AreaOverlay {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void exposeEvent(QExposeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -82,19 +82,33 @@ void WindowPickerModel::listed(int request, const Listing& listing) {
 }
 
 void WindowPickerModel::setWindows(std::vector<capture::ShareableWindow> windows) {
-    // The stacking order changes with every click elsewhere: windows that stay keep their rows, so
-    // that the list does not move under the pointer.
-    std::ranges::stable_sort(windows, {}, [this](const auto& window) {
-        const auto known =
-            std::ranges::find(m_windows, window.windowID, &capture::ShareableWindow::windowID);
-        return known - m_windows.begin();
-    });
-    const bool same = std::ranges::equal(windows, m_windows, sameWindow);
-    if (!same)
-        beginResetModel();
-    m_windows = std::move(windows);
-    if (!same)
-        endResetModel();
+    // Rows are kept as they are, in their order, and changed in place: the stacking order changes
+    // with every click elsewhere, titles at any time, and a row may be under a pressed button.
+    for (int row = rowCount() - 1; row >= 0; --row) {
+        auto& shown = m_windows[static_cast<std::size_t>(row)];
+        const auto now =
+            std::ranges::find(windows, shown.windowID, &capture::ShareableWindow::windowID);
+        if (now == windows.end()) {
+            dropRow(row);
+            continue;
+        }
+        const bool changed = !sameWindow(shown, *now);
+        shown = std::move(*now);
+        windows.erase(now);
+        if (changed)
+            Q_EMIT dataChanged(index(row), index(row));
+    }
+    if (windows.empty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(windows.size()) - 1);
+    std::ranges::move(windows, std::back_inserter(m_windows));
+    endInsertRows();
+}
+
+void WindowPickerModel::dropRow(int row) {
+    beginRemoveRows({}, row, row);
+    m_windows.erase(m_windows.begin() + row);
+    endRemoveRows();
 }
 
 std::optional<capture::ShareableWindow> WindowPickerModel::window(int row) const {
@@ -118,7 +132,7 @@ QVariant WindowPickerModel::data(const QModelIndex& index, int role) const {
         return {};
     switch (role) {
     case applicationName:
-        return shown->applicationName.empty() ? QStringLiteral("Unknown App")
+        return shown->applicationName.empty() ? tr("Unknown App")
                                               : QString::fromStdString(shown->applicationName);
     case title:
         return QString::fromStdString(shown->title);

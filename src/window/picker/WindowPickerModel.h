@@ -9,6 +9,8 @@
 #include <functional>
 #include <string>
 
+#include <QtQml/qqmlregistration.h>
+
 namespace vantro::window::picker {
 
 /// The windows that may be offered, in their order: on screen, of other applications, not tiny, and
@@ -18,9 +20,11 @@ offeredWindows(const std::vector<capture::ShareableWindow>& windows,
                const std::string& ownBundleIdentifier);
 
 /// The list of windows to choose from, asked for on the worker thread and refreshed while it is
-/// shown, since windows come and go. An unchanged list tells nobody. Main thread.
+/// shown, since windows come and go. A window keeps its row as long as it is there. Main thread.
 class WindowPickerModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
     Q_PROPERTY(bool loading READ isLoading NOTIFY statusChanged)
     Q_PROPERTY(QString loadError READ loadError NOTIFY statusChanged)
     Q_PROPERTY(int count READ rowCount NOTIFY statusChanged)
@@ -55,6 +59,7 @@ class WindowPickerModel : public QAbstractListModel {
     void refresh();
     void listed(int request, const Listing& listing);
     void setWindows(std::vector<capture::ShareableWindow> windows);
+    void dropRow(int row);
 
     app::flows::TaskRunner& m_tasks;
     app::flows::MainTimers& m_timers;

@@ -11,7 +11,11 @@
 namespace vantro::window {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr int cornerMargin = 24;
+/// A window that is maximized tells of its size and its state one after the other.
+constexpr auto settlingTime = 200ms;
 
 bool isOnAScreen(QPoint position) {
     return QGuiApplication::screenAt(position + QPoint(cornerMargin, cornerMargin)) != nullptr;
@@ -29,6 +33,39 @@ WindowPlacement::WindowPlacement(QWindow& window, app::AppState& state,
         if (m_isAside)
             stepAside();
     });
+    for (const auto changed : {&QWindow::widthChanged, &QWindow::heightChanged})
+        connect(&window, changed, this, [this] {
+            if (m_isLarge)
+                m_sizeSettles.start();
+        });
+    connect(&window, &QWindow::windowStateChanged, this, [this] {
+        if (m_isLarge)
+            m_sizeSettles.start();
+    });
+    m_sizeSettles.setSingleShot(true);
+    m_sizeSettles.setInterval(settlingTime);
+    connect(&m_sizeSettles, &QTimer::timeout, this, &WindowPlacement::noteEditorSize);
+}
+
+bool WindowPlacement::isMaximized() const {
+    return m_window.windowStates().testFlag(Qt::WindowMaximized);
+}
+
+void WindowPlacement::noteEditorSize() {
+    if (!m_isLarge)
+        return;
+    m_preferences.setEditorMaximized(isMaximized());
+    if (!isMaximized())
+        m_preferences.setEditorSize(m_window.size());
+}
+
+void WindowPlacement::restoreEditorSize() {
+    const auto* screen = m_window.screen();
+    if (const auto size = m_preferences.editorSize(); size && screen != nullptr)
+        m_window.resize(
+            size->boundedTo(screen->availableSize()).expandedTo(m_window.minimumSize()));
+    if (m_preferences.editorMaximized())
+        m_window.showMaximized();
 }
 
 void WindowPlacement::restore() {
@@ -37,13 +74,15 @@ void WindowPlacement::restore() {
 }
 
 void WindowPlacement::remember() {
+    if (m_sizeSettles.isActive())
+        noteEditorSize();
     if (m_home)
         m_preferences.setWindowPosition(*m_home);
 }
 
 void WindowPlacement::noteHome() {
     // Not read at the end: a window that has been closed no longer knows its frame.
-    if (m_window.isVisible() && !m_isAside)
+    if (m_window.isVisible() && !m_isAside && !isMaximized())
         m_home = m_window.framePosition();
 }
 
@@ -54,6 +93,8 @@ void WindowPlacement::phaseChanged() {
         phase == app::AppPhase::Kind::previewing || phase == app::AppPhase::Kind::exporting;
     const bool hasGrown = large && !m_isLarge;
     const bool comesBack = m_isAside && !aside;
+    if (hasGrown)
+        restoreEditorSize();
     m_isLarge = large;
     if (aside && !m_isAside) {
         m_home = m_window.framePosition();
@@ -68,7 +109,7 @@ void WindowPlacement::phaseChanged() {
 /// Back to where the window stood, as far as its new size, which it has already, leaves it room.
 void WindowPlacement::goHome() {
     const auto* screen = m_window.screen();
-    if (screen == nullptr)
+    if (screen == nullptr || isMaximized())
         return;
     const auto space = screen->availableGeometry();
     QRect frame(m_home.value_or(m_window.framePosition()),

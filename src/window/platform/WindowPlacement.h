@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QTimer>
 #include <optional>
 
 class QWindow;
@@ -18,7 +19,8 @@ namespace vantro::window {
 
 /// Where the main window stands: where it last stood, and in a corner of its screen while a
 /// recording runs. A remembered place that is off every screen is not used, and a window that grows
-/// with its screen is moved so that all of it can be seen. Main thread.
+/// with its screen is moved so that all of it can be seen. The editor has a size of its own, which
+/// it comes back to, maximized or not. Main thread.
 class WindowPlacement : public QObject {
   public:
     WindowPlacement(QWindow& window, app::AppState& state, ui::Preferences& preferences);
@@ -29,6 +31,9 @@ class WindowPlacement : public QObject {
 
   private:
     void noteHome();
+    void noteEditorSize();
+    void restoreEditorSize();
+    bool isMaximized() const;
     void phaseChanged();
     void stepAside();
     void goHome();
@@ -37,7 +42,8 @@ class WindowPlacement : public QObject {
     app::AppState& m_state;
     ui::Preferences& m_preferences;
     bool m_isAside = false;
-    bool m_isLarge = false;
+    bool m_isLarge = false; ///< the editor is shown
+    QTimer m_sizeSettles;
     std::optional<QPoint> m_home; ///< where the window stands when it is not aside
 };
 

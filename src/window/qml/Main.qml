@@ -6,22 +6,26 @@ import Vantro.Native
 Window {
     id: window
 
-    required property QtObject app
-    required property QtObject editor
-    required property QtObject windows
-    required property QtObject appearance
+    required property MainModel app
+    required property EditorModel editor
+    required property WindowPickerModel windows
+    required property DisplayChoice displays
+    required property ActionGuard guard
+    required property Appearance appearance
 
-    readonly property MessageCard card: app.alertShown ? alert.item : app.quitAsked ? quitQuestion.item : app.recoveryOffered && app.screen === "controls" ? recovery.item : null
+    readonly property bool covered: guard.message !== ""
     readonly property size wanted: Qt.size(
-        Math.min(Math.max(screen.implicitWidth, card ? card.wanted.width : 0), Screen.desktopAvailableWidth - 16),
-        Math.min(Math.max(screen.implicitHeight, card ? card.wanted.height : 0), Screen.desktopAvailableHeight - 48))
-    onCardChanged: if (!card && screen.item) screen.item.forceActiveFocus()
+        Math.min(Math.max(screen.implicitWidth, messages.wanted.width), Screen.desktopAvailableWidth - 16),
+        Math.min(Math.max(screen.implicitHeight, messages.wanted.height), Screen.desktopAvailableHeight - 48))
+    onCoveredChanged: if (!covered) screen.takeFocus()
 
     width: 340
     height: 120
     title: "Vantro"
     color: Theme.window
     onClosing: close => close.accepted = app.mayClose()
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
 
     WindowFitter {
         window: window
@@ -43,16 +47,39 @@ Window {
             waiting: waiting, controls: controls, picker: picker, countdown: countdown,
             selecting: selecting, recording: recording, editor: editing, empty: empty
         })[window.app.screen]
-        onLoaded: if (!window.card) item.forceActiveFocus()
-        enabled: !window.card
+        onLoaded: takeFocus()
+        enabled: !window.covered
+
+        function takeFocus() {
+            const shown = item as Item
+            if (shown && !window.covered)
+                shown.forceActiveFocus()
+        }
     }
+    Messages {
+        id: messages
+        app: window.app
+        kind: window.guard.message
+        width: window.width
+        height: window.height
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: window.close()
+    }
+    // Components see the ids around them, which qmllint 6.4 does not know.
+    // qmllint disable unqualified
     Component {
         id: waiting
-        StatusScreen { text: "Waiting for permission..." }
+        StatusScreen { text: qsTr("Waiting for permission...") }
     }
     Component {
         id: controls
-        RecordingControls { app: window.app }
+        RecordingControls {
+            app: window.app
+            displays: window.displays
+            guard: window.guard
+        }
     }
     Component {
         id: picker
@@ -67,79 +94,38 @@ Window {
         StatusScreen {
             large: true
             text: window.app.countdown
-            action: "Cancel"
+            action: qsTr("Cancel")
             onTriggered: window.app.cancelCountdown()
         }
     }
     Component {
         id: selecting
         StatusScreen {
-            text: "Select area..."
-            action: "Cancel"
+            text: qsTr("Select area...")
+            action: qsTr("Cancel")
             onTriggered: window.app.cancelArea()
         }
     }
     Component {
         id: recording
-        RecordingScreen { app: window.app }
+        RecordingScreen {
+            app: window.app
+            guard: window.guard
+        }
     }
     Component {
         id: editing
         EditorScreen {
-            app: window.app
             editor: window.editor
+            guard: window.guard
         }
     }
     Component {
         id: empty
         StatusScreen {
-            text: "No recording available"
-            action: "New Recording"
+            text: qsTr("No recording available")
+            action: qsTr("New Recording")
             onTriggered: window.editor.newRecording()
-        }
-    }
-    Loader {
-        id: recovery
-        anchors.fill: parent
-        active: window.app.recoveryOffered
-        sourceComponent: MessageCard {
-            objectName: "recoveryCard"
-            visible: window.card === this
-            title: "Recover recording?"
-            text: "The last recording was not saved as a project."
-            accept: "Recover"
-            reject: "Discard"
-            onAccepted: window.app.recover()
-            onRejected: window.app.dismissRecovery()
-        }
-    }
-    Loader {
-        id: quitQuestion
-        anchors.fill: parent
-        active: window.app.quitAsked
-        sourceComponent: MessageCard {
-            objectName: "quitCard"
-            visible: window.card === this
-            title: "A recording is running"
-            text: "Stop it and quit? What was recorded is kept and offered at the next start."
-            accept: "Stop and Quit"
-            reject: "Keep Recording"
-            onAccepted: window.app.stopAndQuit()
-            onRejected: window.app.keepRecording()
-        }
-    }
-    Loader {
-        id: alert
-        anchors.fill: parent
-        active: window.app.alertShown
-        sourceComponent: MessageCard {
-            objectName: "alertCard"
-            visible: window.card === this
-            title: "Error"
-            text: window.app.alertText
-            detail: window.app.alertSuggestion
-            accept: "OK"
-            onAccepted: window.app.dismissAlert()
         }
     }
 }

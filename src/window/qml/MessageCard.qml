@@ -1,7 +1,6 @@
 import QtQuick
 
-// A message over everything else, with one or two answers. Escape gives the second where there is
-// one; nothing behind it can be reached.
+// A message with one or two answers. Escape gives the second where there is one.
 FocusScope {
     id: card
 
@@ -15,22 +14,15 @@ FocusScope {
 
     readonly property size wanted: Qt.size(Math.max(340, box.width + 32), box.height + 32)
 
-    anchors.fill: parent
-    onVisibleChanged: if (visible) acceptButton.forceActiveFocus(Qt.TabFocusReason)
-    Component.onCompleted: if (visible) acceptButton.forceActiveFocus(Qt.TabFocusReason)
     Keys.onEscapePressed: reject === "" ? accepted() : rejected()
 
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-        acceptedButtons: Qt.AllButtons
+    function focusAnswer() {
+        acceptButton.forceActiveFocus(Qt.TabFocusReason)
     }
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.scrim
-    }
+
     Rectangle {
         id: box
+        objectName: "alertBox"
         anchors.centerIn: parent
         width: 348
         height: column.height + 2 * Theme.margin
@@ -40,7 +32,7 @@ FocusScope {
         border.color: Theme.border
         Accessible.role: Accessible.AlertMessage
         Accessible.name: card.title
-        Accessible.description: card.text
+        Accessible.description: card.detail !== "" ? card.text + "\n" + card.detail : card.text
 
         Column {
             id: column
@@ -72,6 +64,7 @@ FocusScope {
                 anchors.right: parent.right
                 spacing: Theme.gap
                 PushButton {
+                    objectName: "rejectButton"
                     visible: card.reject !== ""
                     text: card.reject
                     KeyNavigation.tab: acceptButton
@@ -80,7 +73,6 @@ FocusScope {
                 PushButton {
                     id: acceptButton
                     objectName: "acceptButton"
-                    focus: true
                     prominent: true
                     text: card.accept
                     KeyNavigation.tab: card.reject !== "" ? null : acceptButton

@@ -1,27 +1,40 @@
 import QtQuick
+import Vantro.Native
 
 // What is to be recorded, and the record button.
 FocusScope {
     id: screen
 
-    required property QtObject app
+    required property MainModel app
+    required property DisplayChoice displays
+    required property ActionGuard guard
 
     implicitWidth: 340
-    implicitHeight: 120
+    implicitHeight: displayBox.visible ? 158 : 120
 
     SegmentedPicker {
         id: modes
         objectName: "captureModes"
         focus: true
         anchors { left: parent.left; right: parent.right; top: parent.top; margins: Theme.wide }
-        help: "Capture mode"
+        help: qsTr("Capture mode")
         choices: [
-            { label: "Screen", symbol: "rectangle.dashed" },
-            { label: "Window", symbol: "macwindow" },
-            { label: "Area", symbol: "crop" }
+            { label: qsTr("Screen"), symbol: "rectangle.dashed" },
+            { label: qsTr("Window"), symbol: "macwindow" },
+            { label: qsTr("Area"), symbol: "crop" }
         ]
         current: screen.app.captureMode
         onPicked: index => screen.app.captureMode = index
+    }
+    ChoiceBox {
+        id: displayBox
+        objectName: "displays"
+        anchors { left: modes.left; right: modes.right; top: modes.bottom; topMargin: Theme.gap }
+        visible: screen.app.captureMode === 0 && screen.displays.names.length > 1
+        help: qsTr("Display")
+        model: screen.displays.names
+        currentIndex: screen.displays.current
+        onActivated: index => screen.displays.current = index
     }
     Row {
         anchors { left: parent.left; leftMargin: Theme.wide - 4; verticalCenter: record.verticalCenter }
@@ -29,25 +42,31 @@ FocusScope {
         SourceToggle {
             objectName: "systemAudio"
             on: screen.app.systemAudio
-            onSymbol: "speaker.wave.2.fill"
-            offSymbol: "speaker.slash.fill"
-            subject: "System audio"
+            missing: screen.app.systemAudioMissing
+            symbolOn: "speaker.wave.2.fill"
+            symbolOff: "speaker.slash.fill"
+            helpOn: qsTr("System audio on")
+            helpOff: qsTr("System audio off")
             onSwitched: on => screen.app.systemAudio = on
         }
         SourceToggle {
             objectName: "microphone"
             on: screen.app.microphone
-            onSymbol: "mic.fill"
-            offSymbol: "mic.slash.fill"
-            subject: "Microphone"
+            missing: screen.app.microphoneMissing
+            symbolOn: "mic.fill"
+            symbolOff: "mic.slash.fill"
+            helpOn: qsTr("Microphone on")
+            helpOff: qsTr("Microphone off")
             onSwitched: on => screen.app.microphone = on
         }
         SourceToggle {
             objectName: "webcam"
             on: screen.app.webcam
-            onSymbol: "video.fill"
-            offSymbol: "video.slash.fill"
-            subject: "Webcam"
+            missing: screen.app.webcamMissing
+            symbolOn: "video.fill"
+            symbolOff: "video.slash.fill"
+            helpOn: qsTr("Webcam on")
+            helpOff: qsTr("Webcam off")
             onSwitched: on => screen.app.webcam = on
         }
     }
@@ -60,7 +79,8 @@ FocusScope {
         symbol: "record.circle.fill"
         symbolSize: 34
         ink: down ? Theme.recordPressed : hovered ? Theme.recordHover : Theme.record
-        help: "Record (Ctrl+R)"
+        help: qsTr("Record (Ctrl+R)")
+        enabled: screen.guard.record
         onClicked: screen.app.record()
     }
     Row {
@@ -69,12 +89,12 @@ FocusScope {
         PushButton {
             objectName: "openProject"
             anchors.verticalCenter: parent.verticalCenter
-            text: "Open Project"
+            text: qsTr("Open Project")
             font.pixelSize: Theme.body
             leftPadding: 9
             rightPadding: 9
-            enabled: !screen.app.busy
-            help: "Open Project (Ctrl+O)"
+            enabled: screen.guard.openProject
+            help: qsTr("Open Project (Ctrl+O)")
             onClicked: screen.app.openProject()
         }
         SymbolButton {
@@ -84,7 +104,7 @@ FocusScope {
             symbol: "ellipsis"
             symbolSize: 16
             ink: Theme.secondaryText
-            help: "Options"
+            help: qsTr("Options")
             onClicked: {
                 const place = options.mapToGlobal(0, options.height)
                 screen.app.showOptions(place.x, place.y)
@@ -94,11 +114,13 @@ FocusScope {
     Shortcut {
         sequence: "Ctrl+R"
         autoRepeat: false
+        enabled: screen.guard.record
         onActivated: screen.app.record()
     }
     Shortcut {
         sequence: "Ctrl+O"
         autoRepeat: false
+        enabled: screen.guard.openProject
         onActivated: screen.app.openProject()
     }
 }

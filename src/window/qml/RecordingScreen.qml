@@ -1,17 +1,19 @@
 import QtQuick
+import Vantro.Native
 
 // A recording under way: small, since it stands beside what is being recorded.
 FocusScope {
     id: screen
 
-    required property QtObject app
+    required property MainModel app
+    required property ActionGuard guard
 
     implicitWidth: Math.max(220, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 78 : 54
 
     Row {
         id: row
-        x: Theme.margin
+        anchors { left: parent.left; leftMargin: Theme.margin }
         height: 54
         spacing: Theme.wide
         Rectangle {
@@ -25,7 +27,7 @@ FocusScope {
         Label {
             objectName: "elapsed"
             anchors.verticalCenter: parent.verticalCenter
-            text: screen.app.stopping ? "Finishing..." : screen.app.elapsed
+            text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold
         }
@@ -35,14 +37,14 @@ FocusScope {
         anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
         focus: true
         prominent: true
-        fill: Theme.record
-        fillHover: Theme.recordHover
-        fillPressed: Theme.recordPressed
-        ink: "#ffffff"
+        fill: Theme.stop
+        fillHover: Theme.stopHover
+        fillPressed: Theme.stopPressed
+        ink: Theme.stopInk
         symbol: "stop.fill"
-        text: "Stop"
-        help: "Stop (Ctrl+S)"
-        enabled: !screen.app.stopping
+        text: qsTr("Stop")
+        help: qsTr("Stop (Ctrl+S)")
+        enabled: screen.guard.stop
         onClicked: screen.app.stop()
     }
     Label {
@@ -56,6 +58,7 @@ FocusScope {
     Shortcut {
         sequence: "Ctrl+S"
         autoRepeat: false
+        enabled: screen.guard.stop
         onActivated: screen.app.stop()
     }
 }

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
+import Vantro.Native
 
 // The list of windows to record one of.
 FocusScope {
     id: screen
 
-    required property QtObject app
-    required property QtObject windows
+    required property MainModel app
+    required property WindowPickerModel windows
     signal chosen(int row)
 
     implicitWidth: 400
@@ -14,10 +15,10 @@ FocusScope {
 
     Label {
         id: header
-        x: Theme.margin
+        anchors { left: parent.left; leftMargin: Theme.margin }
         height: 44
         verticalAlignment: Text.AlignVCenter
-        text: "Select a Window"
+        text: qsTr("Select a Window")
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold
     }
@@ -39,15 +40,17 @@ FocusScope {
         keyNavigationEnabled: true
         highlightMoveDuration: 0
         Accessible.role: Accessible.List
-        Accessible.name: "Windows"
+        Accessible.name: qsTr("Windows")
         Keys.onReturnPressed: if (currentIndex >= 0) screen.chosen(currentIndex)
         Keys.onEnterPressed: if (currentIndex >= 0) screen.chosen(currentIndex)
         Keys.onSpacePressed: if (currentIndex >= 0) screen.chosen(currentIndex)
+        // qmllint disable unqualified
         delegate: WindowRow {
             width: list.width
             isCurrent: ListView.isCurrentItem && list.activeFocus
             onClicked: screen.chosen(index)
         }
+        // qmllint enable unqualified
         T.ScrollBar.vertical: ScrollBar {}
     }
     Column {
@@ -64,7 +67,7 @@ FocusScope {
             objectName: "pickerMessage"
             anchors.horizontalCenter: parent.horizontalCenter
             visible: !screen.windows.loading
-            text: screen.windows.loadError !== "" ? "Could not list windows" : "No windows available"
+            text: screen.windows.loadError !== "" ? qsTr("Could not list windows") : qsTr("No windows available")
             color: screen.windows.loadError !== "" ? Theme.text : Theme.secondaryText
             font.weight: screen.windows.loadError !== "" ? Font.Medium : Font.Normal
         }
@@ -91,7 +94,7 @@ FocusScope {
         PushButton {
             objectName: "pickerCancel"
             anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
-            text: "Cancel"
+            text: qsTr("Cancel")
             onClicked: screen.app.cancelPicker()
         }
     }

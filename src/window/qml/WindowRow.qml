@@ -16,7 +16,7 @@ T.ItemDelegate {
     height: 48
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
-    Accessible.name: applicationName + (title !== "" ? ", " + title : "")
+    Accessible.name: title !== "" ? qsTr("%1, %2").arg(applicationName).arg(title) : applicationName
     Accessible.role: Accessible.ListItem
 
     contentItem: Item {
@@ -26,7 +26,10 @@ T.ItemDelegate {
             anchors { left: parent.left; leftMargin: Theme.gap; verticalCenter: parent.verticalCenter }
             width: 32
             height: 32
-            sourceSize: Qt.size(32 * Screen.devicePixelRatio, 32 * Screen.devicePixelRatio)
+            sourceSize {
+                width: Math.round(32 * Screen.devicePixelRatio)
+                height: Math.round(32 * Screen.devicePixelRatio)
+            }
             source: "image://application/" + encodeURIComponent(row.bundleIdentifier) + "/" + encodeURIComponent(row.applicationName) + "/" + row.iconName
         }
         Column {

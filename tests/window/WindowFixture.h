@@ -2,15 +2,21 @@
 
 #include "app/files/RecordingRecovery.h"
 #include "app/flows/ExportFlow.h"
+#include "app/flows/Flows.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "editor/EditorModel.h"
+#include "ui/ActionGuard.h"
+#include "ui/Preferences.h"
+#include "ui/platform/Appearance.h"
+#include "window/DisplayChoice.h"
+#include "window/MainModel.h"
 #include "window/MainWindow.h"
 #include "window/picker/WindowPickerModel.h"
 
-#include <QQmlPropertyMap>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -19,17 +25,10 @@ class QQuickWindow;
 
 namespace vantro::test {
 
-/// The theme as the window sees it.
-class ScriptedAppearance : public QQmlPropertyMap {
-  public:
-    ScriptedAppearance() { setDark(false); }
-    void setDark(bool dark) { insert(QStringLiteral("dark"), dark); }
-};
-
 /// Window, models and flows of the program over surroundings that do what a test tells them to.
-class EditorFixture : public testing::Test {
+class WindowFixture : public testing::Test {
   protected:
-    EditorFixture();
+    WindowFixture();
 
     /// Shows the main window, which the models then fill.
     void showWindow();
@@ -42,6 +41,8 @@ class EditorFixture : public testing::Test {
     QString text(const char* name);
     /// Presses and releases the left button in the middle of an item.
     void click(const char* name);
+    /// A color of the theme that is shown now.
+    QColor themeColor(const char* name);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void settle();
     /// Lets everything that waits be done.
@@ -67,7 +68,9 @@ class EditorFixture : public testing::Test {
     ScriptedPlatform platform;
     ScriptedOverlays overlays;
     ScriptedPanels panels;
-    ScriptedAppearance appearance;
+    QTemporaryDir files;
+    ui::Preferences preferences{files.filePath(QStringLiteral("vantro.ini"))};
+    ui::Appearance appearance{preferences};
     app::AppState state{7};
     app::flows::PermissionService permission{timers, [this] { return granted; }};
     app::flows::RecordingFlow recording{state, {platform, overlays, timers, tasks}};
@@ -79,10 +82,12 @@ class EditorFixture : public testing::Test {
         }};
     app::flows::ProjectFlow projects{state, panels, tasks};
     app::flows::RecoveryFlow recovery{state, tasks, app::files::recoverRecording};
-    window::Flows flows{recording, exporting, projects, recovery};
+    app::flows::Flows flows{recording, exporting, projects, recovery};
     editor::StillPreview preview{tasks, openStills()};
     window::picker::WindowPickerModel windows{tasks, timers, [this] { return content; }};
-    window::MainModel app{state, permission, windows, flows};
+    window::DisplayChoice displays{state, [this] { return platform.displays(); }};
+    ui::ActionGuard guard{state, permission, flows};
+    window::MainModel app{state, permission, windows, flows, guard};
     editor::EditorModel editor{state, preview, flows};
 
   private:

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro::editor {
+namespace vantro::window {
 namespace {
 
 model::Rect drag(model::Point from, model::Point to) {
@@ -159,4 +159,4 @@ TEST_F(SelectionOverlayTest, UnderFractionalScalingTheAreaAndTheLabelAreInPoints
 }
 
 } // namespace
-} // namespace vantro::editor
+} // namespace vantro::window

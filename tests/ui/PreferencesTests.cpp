@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vantro::editor {
+namespace vantro::ui {
 namespace {
 
 TEST(Preferences, RememberFromOneRunToTheNext) {
@@ -60,4 +60,4 @@ TEST(TimeText, ReadsAsAClock) {
 }
 
 } // namespace
-} // namespace vantro::editor
+} // namespace vantro::ui

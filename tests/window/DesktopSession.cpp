@@ -1,4 +1,4 @@
-#include "editor/DesktopSession.h"
+#include "window/DesktopSession.h"
 
 #include "support/Eventually.h"
 

@@ -1,8 +1,10 @@
-#include "editor/EditorFixture.h"
+#include "window/WindowFixture.h"
 
 #include "media/values/PixelBuffer.h"
 
 #include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -38,11 +40,12 @@ QQuickItem* findItem(QQuickItem* root, const QString& name) {
 
 } // namespace
 
-EditorFixture::EditorFixture() {
+WindowFixture::WindowFixture() {
     permission.startPolling();
+    preferences.setTheme(ui::ThemeChoice::light);
 }
 
-editor::OpenStills EditorFixture::openStills() {
+editor::OpenStills WindowFixture::openStills() {
     return [this](const model::Recording&) {
         return [this](const model::Edit&, double seconds) -> editor::Still {
             if (!previewProblem.empty())
@@ -53,43 +56,43 @@ editor::OpenStills EditorFixture::openStills() {
     };
 }
 
-void EditorFixture::showWindow() {
+void WindowFixture::showWindow() {
     m_window = std::make_unique<window::MainWindow>(
-        window::MainWindowModels{app, editor, windows, appearance});
+        window::MainWindowModels{app, editor, windows, displays, guard, appearance});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();
 }
 
-void EditorFixture::settle() {
+void WindowFixture::settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
 }
 
-void EditorFixture::runTasks() {
+void WindowFixture::runTasks() {
     settle();
     tasks.runAll();
     settle();
 }
 
-QQuickItem& EditorFixture::item(const char* name) {
+QQuickItem& WindowFixture::item(const char* name) {
     auto* found = findItem(window().contentItem(), QString::fromLatin1(name));
     if (found == nullptr)
         throw std::logic_error(std::string("nothing visible is named ") + name);
     return *found;
 }
 
-bool EditorFixture::shows(const char* name) {
+bool WindowFixture::shows(const char* name) {
     return findItem(window().contentItem(), QString::fromLatin1(name)) != nullptr;
 }
 
-QString EditorFixture::text(const char* name) {
+QString WindowFixture::text(const char* name) {
     return item(name).property("text").toString();
 }
 
-void EditorFixture::click(const char* name) {
+void WindowFixture::click(const char* name) {
     auto& target = item(name);
     const auto middle = target.mapToScene({target.width() / 2, target.height() / 2}).toPoint();
     QTest::mouseMove(&window(), middle);
@@ -97,25 +100,32 @@ void EditorFixture::click(const char* name) {
     settle();
 }
 
-void EditorFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+QColor WindowFixture::themeColor(const char* name) {
+    QQmlComponent asking(qmlEngine(&window()));
+    asking.setData("import Vantro\nimport QtQuick\nQtObject { property var theme: Theme }", QUrl());
+    const std::unique_ptr<QObject> answer(asking.create());
+    return answer->property("theme").value<QObject*>()->property(name).value<QColor>();
+}
+
+void WindowFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(&window(), key, modifiers);
     settle();
 }
 
-void EditorFixture::record(model::CaptureMode mode) {
+void WindowFixture::record(model::CaptureMode mode) {
     state.setCaptureMode(mode);
     recording.beginCapture();
     runTasks();
 }
 
-void EditorFixture::showEditor() {
+void WindowFixture::showEditor() {
     model::RecordingMetadata metadata;
     metadata.endTime = 20;
     state.show({"demo", model::Recording("/nowhere/recording.mov", metadata), {}});
     runTasks();
 }
 
-void EditorFixture::keepPicture(const QString& name) {
+void WindowFixture::keepPicture(const QString& name) {
     const QDir folder(QStringLiteral(VANTRO_SCREENSHOTS));
     folder.mkpath(QStringLiteral("."));
     settle();

@@ -1,9 +1,9 @@
 #include "app/files/ProjectPackage.h"
-#include "editor/DesktopSession.h"
 #include "media/Asset.h"
 #include "model/Json.h"
 #include "support/Eventually.h"
 #include "support/TestWindow.h"
+#include "window/DesktopSession.h"
 
 #include <csignal>
 #include <fstream>
@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace vantro::editor {
+namespace vantro::window {
 namespace {
 
 namespace fs = std::filesystem;
@@ -267,4 +267,4 @@ TEST(EndToEnd, WithoutADisplayItSaysSoInOneLine) {
 }
 
 } // namespace
-} // namespace vantro::editor
+} // namespace vantro::window

@@ -1,15 +1,15 @@
-#include "editor/EditorFixture.h"
+#include "window/WindowFixture.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryFile>
 
-namespace vantro::editor {
+namespace vantro::window {
 namespace {
 
 /// Shows every screen in one theme, keeps the pictures for people, and checks what can be checked
 /// without taste: the theme's background, and that no text is cut off at the window's edge.
-class ScreenPictureTest : public test::EditorFixture, public testing::WithParamInterface<bool> {
+class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<bool> {
   protected:
     void keep(const QString& name) {
         settle();
@@ -35,7 +35,7 @@ class ScreenPictureTest : public test::EditorFixture, public testing::WithParamI
 };
 
 TEST_P(ScreenPictureTest, RecordingScreens) {
-    appearance.setDark(GetParam());
+    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
     showWindow();
     keep("controls");
     QTemporaryFile movie;
@@ -69,7 +69,7 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {
-    appearance.setDark(GetParam());
+    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
     showWindow();
     state.setError("Display not found", model::VantroError::Kind::captureStartFailed);
     keep("alert");
@@ -100,7 +100,7 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
 }
 
 TEST_P(ScreenPictureTest, Editor) {
-    appearance.setDark(GetParam());
+    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
     showWindow();
     showEditor();
     preview.setPosition(7.3);
@@ -124,4 +124,4 @@ INSTANTIATE_TEST_SUITE_P(Themes, ScreenPictureTest, testing::Bool(),
                          [](const auto& theme) { return theme.param ? "Dark" : "Light"; });
 
 } // namespace
-} // namespace vantro::editor
+} // namespace vantro::window

@@ -1,0 +1,82 @@
+#include "ui/ActionGuard.h"
+
+#include "app/flows/ExportFlow.h"
+#include "app/flows/PermissionService.h"
+#include "app/flows/ProjectFlow.h"
+#include "app/flows/RecordingFlow.h"
+#include "app/flows/RecoveryFlow.h"
+
+namespace vantro::ui {
+
+using namespace app::flows;
+
+ActionGuard::ActionGuard(app::AppState& state, PermissionService& permission, Flows flows)
+    : m_state(state), m_permission(permission), m_flows(flows) {
+    followEverything();
+}
+
+void ActionGuard::followEverything() {
+    const auto follow = [this](auto& object, auto signal) {
+        connect(&object, signal, this, &ActionGuard::changed);
+    };
+    for (const auto signal :
+         {&app::AppState::phaseChanged, &app::AppState::showErrorChanged,
+          &app::AppState::recordingPathChanged, &app::AppState::metadataChanged})
+        follow(m_state, signal);
+    follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
+    for (const auto signal :
+         {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::countdownRemainingChanged,
+          &RecordingFlow::stoppingChanged})
+        follow(m_flows.recording, signal);
+    follow(m_flows.exports, &ExportFlow::runningChanged);
+    follow(m_flows.projects, &ProjectFlow::activityChanged);
+    follow(m_flows.recovery, &RecoveryFlow::offeredChanged);
+}
+
+Screen ActionGuard::screen() const {
+    return shownScreen(m_state, m_permission, m_flows.recording);
+}
+
+QString ActionGuard::message() const {
+    if (m_state.showError())
+        return QStringLiteral("alert");
+    if (m_quitAsked)
+        return QStringLiteral("quit");
+    if (m_flows.recovery.isOffered() && screen() == Screen::controls)
+        return QStringLiteral("recovery");
+    return {};
+}
+
+/// Whether this screen is shown, not covered, and no file panel or file operation is under way.
+bool ActionGuard::isFree(Screen wanted) const {
+    return screen() == wanted && message().isEmpty() && !m_flows.projects.isBusy();
+}
+
+bool ActionGuard::mayRecord() const {
+    return isFree(Screen::controls);
+}
+
+bool ActionGuard::mayStop() const {
+    return screen() == Screen::recording && message().isEmpty() && !m_flows.recording.isStopping();
+}
+
+bool ActionGuard::mayOpenProject() const {
+    return isFree(Screen::controls) || mayWrite();
+}
+
+bool ActionGuard::mayEdit() const {
+    return screen() == Screen::editor && message().isEmpty();
+}
+
+bool ActionGuard::mayWrite() const {
+    return isFree(Screen::editor) && !m_flows.exports.isRunning();
+}
+
+void ActionGuard::setQuitAsked(bool asked) {
+    if (m_quitAsked == asked)
+        return;
+    m_quitAsked = asked;
+    Q_EMIT changed();
+}
+
+} // namespace vantro::ui

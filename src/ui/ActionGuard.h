@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/flows/Flows.h"
+#include "ui/Screen.h"
+
+#include <QObject>
+#include <QString>
+
+#include <QtQml/qqmlregistration.h>
+
+namespace vantro::ui {
+
+/// Says what the user may do now, for every button and every shortcut of the window.
+///
+/// While a message lies over the window nothing behind it may be done. Holds no truth but whether
+/// the question about quitting is open. Main thread.
+class ActionGuard : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
+    /// The message over the window: alert, quit, recovery, or empty for none.
+    Q_PROPERTY(QString message READ message NOTIFY changed)
+    Q_PROPERTY(bool record READ mayRecord NOTIFY changed)
+    Q_PROPERTY(bool stop READ mayStop NOTIFY changed)
+    Q_PROPERTY(bool openProject READ mayOpenProject NOTIFY changed)
+    Q_PROPERTY(bool edit READ mayEdit NOTIFY changed)
+    /// Saving and exporting.
+    Q_PROPERTY(bool write READ mayWrite NOTIFY changed)
+
+  public:
+    ActionGuard(app::AppState& state, app::flows::PermissionService& permission,
+                app::flows::Flows flows);
+
+    QString message() const;
+    bool mayRecord() const;
+    bool mayStop() const;
+    bool mayOpenProject() const;
+    bool mayEdit() const;
+    bool mayWrite() const;
+
+    bool isQuitAsked() const { return m_quitAsked; }
+    void setQuitAsked(bool asked);
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    void followEverything();
+    Screen screen() const;
+    bool isFree(Screen wanted) const;
+
+    app::AppState& m_state;
+    app::flows::PermissionService& m_permission;
+    app::flows::Flows m_flows;
+    bool m_quitAsked = false;
+};
+
+} // namespace vantro::ui

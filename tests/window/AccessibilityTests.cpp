@@ -1,0 +1,179 @@
+#include "window/WindowFixture.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <QTranslator>
+#include <cmath>
+
+namespace vantro::window {
+namespace {
+
+/// What everybody can use: told to screen readers, legible, in any language and direction.
+class AccessibilityTest : public test::WindowFixture {
+  protected:
+    QAccessibleInterface& told(const char* name) {
+        auto* interface = QAccessible::queryAccessibleInterface(&item(name));
+        if (interface == nullptr)
+            throw std::logic_error(std::string("screen readers are told nothing of ") + name);
+        return *interface;
+    }
+    std::string text(const char* name, QAccessible::Text kind) {
+        return told(name).text(kind).toStdString();
+    }
+};
+
+TEST_F(AccessibilityTest, ControlsTellWhatTheyAreAndWhatTheyShow) {
+    showWindow();
+    EXPECT_EQ(told("captureModes").role(), QAccessible::Grouping);
+    EXPECT_EQ(text("captureModes", QAccessible::Name), "Capture mode");
+    EXPECT_EQ(told("record").role(), QAccessible::Button);
+    EXPECT_EQ(text("record", QAccessible::Name), "Record (Ctrl+R)");
+    EXPECT_EQ(told("systemAudioButton").role(), QAccessible::CheckBox);
+    EXPECT_TRUE(told("systemAudioButton").state().checked);
+    state.setError("gone", model::VantroError::Kind::captureStartFailed);
+    settle();
+    EXPECT_EQ(told("alertBox").role(), QAccessible::AlertMessage);
+    EXPECT_EQ(text("alertBox", QAccessible::Description),
+              "Failed to start screen capture: gone\n"
+              "Try selecting a different area or restarting the app.");
+    state.setShowError(false);
+
+    showEditor();
+    exportScript = [this](const auto& progress) {
+        progress(0.42);
+        tasks.runMain();
+        settle();
+        EXPECT_EQ(told("exportBar").role(), QAccessible::ProgressBar);
+        EXPECT_EQ(text("exportBar", QAccessible::Name), "Export progress");
+        EXPECT_EQ(text("exportBar", QAccessible::Description), "42%");
+    };
+    click("export");
+    click("exportNow");
+    panels.answer("/tmp/demo.mp4");
+    runTasks();
+}
+
+TEST_F(AccessibilityTest, TheKeyboardIsToldTheSameHelpAsThePointer) {
+    showWindow();
+    item("record").forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shows("tipText"); }));
+    EXPECT_EQ(WindowFixture::text("tipText"), "Record (Ctrl+R)");
+}
+
+double luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+    return (light + 0.05) / (dark + 0.05);
+}
+
+TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
+    showWindow();
+    for (const auto theme : {ui::ThemeChoice::light, ui::ThemeChoice::dark}) {
+        preferences.setTheme(theme);
+        settle();
+        for (const auto& [text, ground] :
+             std::vector<std::pair<const char*, const char*>>{{"text", "window"},
+                                                              {"text", "surface"},
+                                                              {"text", "raised"},
+                                                              {"text", "sunken"},
+                                                              {"secondaryText", "window"},
+                                                              {"secondaryText", "surface"},
+                                                              {"secondaryText", "sunken"},
+                                                              {"secondaryText", "stage"},
+                                                              {"warning", "window"},
+                                                              {"accentInk", "accent"},
+                                                              {"accentInk", "accentHover"},
+                                                              {"accentInk", "accentPressed"},
+                                                              {"stopInk", "stop"},
+                                                              {"stopInk", "stopHover"},
+                                                              {"stopInk", "stopPressed"},
+                                                              {"tipText", "tip"}})
+            EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
+                << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
+    }
+}
+
+/// Translates every text into itself in brackets.
+class Brackets : public QTranslator {
+  public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* source, const char*, int) const override {
+        return u'[' + QString::fromUtf8(source) + u']';
+    }
+};
+
+class OtherLanguageTest : public AccessibilityTest {
+  protected:
+    OtherLanguageTest() {
+        QCoreApplication::installTranslator(&m_translator);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    }
+    ~OtherLanguageTest() override {
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QCoreApplication::removeTranslator(&m_translator);
+    }
+
+    void expectTranslated(const QQuickItem* root) {
+        if (!root->isVisible())
+            return;
+        const auto shown = root->property("text").toString();
+        const bool hasLetters =
+            std::ranges::any_of(shown, [](QChar letter) { return letter.isLetter(); });
+        if (root->inherits("QQuickText") && hasLetters) {
+            EXPECT_TRUE(shown.startsWith(u'[') && shown.endsWith(u']')) << shown.toStdString();
+        }
+        for (const auto* child : root->childItems())
+            expectTranslated(child);
+    }
+    void expectTranslated() {
+        settle();
+        expectTranslated(window().contentItem());
+    }
+
+  private:
+    Brackets m_translator;
+};
+
+TEST_F(OtherLanguageTest, EveryTextIsTranslatedAndScreensAreMirrored) {
+    showWindow();
+    EXPECT_GT(item("systemAudio").mapToScene({}).x(), item("options").mapToScene({}).x());
+    item("captureModes").forceActiveFocus();
+    key(Qt::Key_Right);
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::window) << "which stands right of the area";
+    expectTranslated();
+    keepPicture(QStringLiteral("mirrored-controls"));
+    recording.beginCapture();
+    content = capture::ShareableContent{};
+    runTasks();
+    expectTranslated();
+    recording.windowPickerCancelled();
+    record();
+    platform.next->recorderStatus.condition = capture::RecordingCondition::streamStopped;
+    timers.advance(std::chrono::seconds(1));
+    expectTranslated();
+    app.mayClose();
+    expectTranslated();
+    app.stopAndQuit();
+    expectTranslated();
+    runTasks();
+    state.setRecordingName("1");
+    click("export");
+    expectTranslated();
+    EXPECT_LT(item("export").mapToScene({}).x(), item("recordingName").mapToScene({}).x());
+    EXPECT_LT(item("positionLabel").mapToScene({}).x(), item("durationLabel").mapToScene({}).x())
+        << "time runs to the right";
+    keepPicture(QStringLiteral("mirrored-editor"));
+}
+
+} // namespace
+} // namespace vantro::window

@@ -1,0 +1,232 @@
+#include "window/WindowFixture.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <fstream>
+
+#include <gmock/gmock.h>
+
+namespace vantro::window {
+namespace {
+
+using Kind = model::VantroError::Kind;
+
+class MainWindowTest : public test::WindowFixture {};
+
+TEST_F(MainWindowTest, OpensSmallAndItsSwitchesAndModesAreThoseOfTheState) {
+    showWindow();
+    EXPECT_EQ(window().size(), QSize(340, 120));
+    EXPECT_EQ(window().minimumSize(), window().maximumSize());
+    EXPECT_EQ(item("captureModes").property("current").toInt(), 2) << "area";
+    EXPECT_EQ(item("systemAudio").property("help").toString(), "System audio on");
+    EXPECT_EQ(item("webcam").property("symbol").toString(), "video.slash.fill");
+    click("microphone");
+    EXPECT_TRUE(state.microphoneAudioEnabled());
+    EXPECT_EQ(item("microphone").property("symbol").toString(), "mic.fill");
+    state.setCaptureMode(model::CaptureMode::screen);
+    settle();
+    item("captureModes").forceActiveFocus();
+    key(Qt::Key_Right);
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::window);
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::area) << "the last one stays";
+}
+
+TEST_F(MainWindowTest, ScreenModeOffersTheDisplaysWhereThereAreSeveral) {
+    showWindow();
+    EXPECT_FALSE(shows("displays")) << "area mode has all of them";
+    state.setCaptureMode(model::CaptureMode::screen);
+    settle();
+    EXPECT_GT(window().height(), 120);
+    EXPECT_EQ(item("displays").property("count").toInt(), 2);
+    EXPECT_EQ(item("displays").property("currentIndex").toInt(), 0);
+    item("displays").forceActiveFocus();
+    key(Qt::Key_Down);
+    EXPECT_EQ(state.selectedDisplayID(), platform.attached[1].displayID);
+    platform.attached.pop_back();
+    displays.refresh();
+    settle();
+    EXPECT_FALSE(shows("displays"));
+    EXPECT_EQ(displays.current(), 0) << "the other one is gone";
+}
+
+TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {
+    granted = false;
+    permission.setScreenRecordingGranted(false);
+    showWindow();
+    EXPECT_EQ(item("screen").property("item").value<QQuickItem*>()->property("text").toString(),
+              "Waiting for permission...");
+    granted = true;
+    timers.advance(std::chrono::seconds(2));
+    settle();
+    EXPECT_TRUE(shows("record"));
+}
+
+TEST_F(MainWindowTest, RecordsAndStopsByKeyboardAndByMouse) {
+    state.setCaptureMode(model::CaptureMode::screen);
+    showWindow();
+    key(Qt::Key_R, Qt::ControlModifier);
+    runTasks();
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
+    timers.advance(std::chrono::seconds(65));
+    settle();
+    EXPECT_EQ(text("elapsed"), "01:05");
+    EXPECT_LT(window().height(), 80);
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(text("elapsed"), "Finishing...");
+    EXPECT_FALSE(item("stop").isEnabled());
+    runTasks();
+    EXPECT_TRUE(shows("recordingName"));
+    EXPECT_GT(window().width(), 700);
+    click("newRecording");
+    click("record");
+    runTasks();
+    click("stop");
+    runTasks();
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
+}
+
+TEST_F(MainWindowTest, EveryWaitingScreenLeadsBackToTheControls) {
+    showWindow();
+    for (const auto mode : {model::CaptureMode::area, model::CaptureMode::screen}) {
+        recording.setCountdown(mode == model::CaptureMode::screen ? 3 : 0);
+        for (const bool byKey : {true, false}) {
+            record(mode);
+            EXPECT_FALSE(shows("record"));
+            byKey ? key(Qt::Key_Escape) : click("statusAction");
+            EXPECT_TRUE(shows("record"));
+        }
+    }
+    EXPECT_TRUE(overlays.shown.expired());
+    for (const bool byKey : {true, false}) {
+        record(model::CaptureMode::window);
+        byKey ? key(Qt::Key_Escape) : click("pickerCancel");
+        EXPECT_TRUE(shows("record"));
+    }
+    EXPECT_EQ(platform.next->starts, 0);
+}
+
+TEST_F(MainWindowTest, AnErrorIsShownWithItsAdviceUntilItIsDismissed) {
+    showWindow();
+    for (const auto dismiss : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space, Qt::Key_unknown}) {
+        state.setError("Display not found", Kind::captureStartFailed);
+        settle();
+        const model::VantroError error(Kind::captureStartFailed, "Display not found");
+        auto& card = item("alertCard");
+        EXPECT_EQ(card.property("text").toString().toStdString(), error.description());
+        EXPECT_EQ(card.property("detail").toString().toStdString(), error.recoverySuggestion());
+        EXPECT_GE(window().height(), 140) << "the window makes room for the message";
+        key(Qt::Key_Tab);
+        dismiss == Qt::Key_unknown ? click("acceptButton") : key(dismiss);
+        EXPECT_FALSE(state.showError());
+        EXPECT_FALSE(shows("alertCard"));
+    }
+    EXPECT_EQ(window().size(), QSize(340, 120));
+    EXPECT_TRUE(item("captureModes").hasActiveFocus()) << "the keyboard is back on the screen";
+}
+
+TEST_F(MainWindowTest, NothingBehindAMessageCanBeDone) {
+    showWindow();
+    const auto press = [this] {
+        for (const auto letter : {Qt::Key_R, Qt::Key_O, Qt::Key_N, Qt::Key_E, Qt::Key_S})
+            for (const auto& modifiers : {Qt::KeyboardModifiers(Qt::ControlModifier),
+                                          Qt::ControlModifier | Qt::ShiftModifier})
+                key(letter, modifiers);
+    };
+    state.setCaptureMode(model::CaptureMode::screen);
+    state.setError("x", Kind::captureStartFailed);
+    press();
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
+    state.setShowError(false);
+
+    record();
+    app.mayClose();
+    press();
+    EXPECT_FALSE(app.stopping());
+    app.keepRecording();
+    recording.stopRecording();
+    runTasks();
+
+    click("export");
+    state.setError("x", Kind::exportFailed);
+    press();
+    EXPECT_FALSE(panels.kind) << "no panel was opened";
+    EXPECT_TRUE(state.metadata()) << "the edit is still there";
+    const auto at = [this](const char* name) { return item(name).mapToScene({}).toPoint(); };
+    const auto scene = window().grabWindow();
+    EXPECT_NE(scene.pixelColor(at("exportFormat")), scene.pixelColor(at("acceptButton")));
+    click("exportNow");
+    EXPECT_FALSE(panels.kind) << "the popover lies beneath";
+    key(Qt::Key_Return);
+    EXPECT_FALSE(state.showError());
+}
+
+TEST_F(MainWindowTest, ClosingWhileRecordingAsksAndCanBeTakenBack) {
+    showWindow();
+    record();
+    key(Qt::Key_Q, Qt::ControlModifier);
+    ASSERT_TRUE(window().isVisible());
+    EXPECT_EQ(item("quitCard").property("reject").toString(), "Keep Recording");
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(shows("quitCard"));
+    EXPECT_EQ(state.phase(), app::AppPhase::recording());
+}
+
+TEST_F(MainWindowTest, ClosingFinishesTheFileBeforeItQuitsAndAFailureIsShownInstead) {
+    showWindow();
+    int quits = 0;
+    QObject::connect(&app, &MainModel::quitReady, [&] { ++quits; });
+    record();
+    platform.next->stopFailure = model::VantroError(Kind::assetWriterFailed, "disk full");
+    app.stopAndQuit();
+    runTasks();
+    EXPECT_EQ(quits, 0);
+    EXPECT_TRUE(shows("alertCard"));
+    key(Qt::Key_Return);
+
+    platform.next->stopFailure.reset();
+    record();
+    window().close();
+    settle();
+    key(Qt::Key_Return);
+    EXPECT_TRUE(app.stopping());
+    EXPECT_EQ(quits, 0);
+    runTasks();
+    EXPECT_EQ(quits, 1);
+    key(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 2) << "at once when nothing is recorded";
+    EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(MainWindowTest, OffersTheLastRecordingAndTakesTheAnswer) {
+    const std::filesystem::path movie =
+        files.filePath(QStringLiteral("recording.mov")).toStdString();
+    std::ofstream(movie) << "no movie";
+    showWindow();
+    recovery.offer(movie);
+    settle();
+    click("acceptButton");
+    runTasks();
+    EXPECT_TRUE(shows("alertCard")) << "it cannot be read";
+    key(Qt::Key_Return);
+    recovery.offer(movie);
+    settle();
+    EXPECT_TRUE(shows("recoveryCard"));
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(recovery.isOffered());
+    EXPECT_TRUE(shows("record"));
+}
+
+TEST_F(MainWindowTest, AButtonThatWasClickedLeavesTheKeyboardWhereItWas) {
+    showWindow();
+    showEditor();
+    click("saveProject");
+    panels.answer({});
+    settle();
+    key(Qt::Key_Space);
+    EXPECT_FALSE(panels.kind) << "the panel is not opened again";
+}
+
+} // namespace
+} // namespace vantro::window
