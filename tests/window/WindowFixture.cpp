@@ -102,9 +102,11 @@ void WindowFixture::click(const char* name) {
 
 QColor WindowFixture::themeColor(const char* name) {
     QQmlComponent asking(qmlEngine(&window()));
-    asking.setData("import Vantro\nimport QtQuick\nQtObject { property var theme: Theme }", QUrl());
-    const std::unique_ptr<QObject> answer(asking.create());
-    return answer->property("theme").value<QObject*>()->property(name).value<QColor>();
+    asking.setData(
+        QByteArray("import Vantro\nimport QtQuick\nItem { property color asked: Theme.") + name +
+            " }",
+        QUrl());
+    return std::unique_ptr<QObject>(asking.create())->property("asked").value<QColor>();
 }
 
 void WindowFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
