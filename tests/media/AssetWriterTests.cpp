@@ -3,7 +3,6 @@
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
 #include "media/values/MediaError.h"
-#include "support/FileSizeLimit.h"
 
 #include <fstream>
 #include <random>
@@ -206,45 +205,6 @@ TEST(AssetWriter, reportsAFullDisk) {
     EXPECT_THAT(record, testing::ThrowsMessage<MediaError>(
                             AllOf(HasSubstr(path.string()), HasSubstr("No space left on device"))));
     EXPECT_TRUE(std::filesystem::exists("/dev/full"));
-}
-
-TEST(AssetWriter, aFailedExportLeavesTheEarlierFile) {
-    const test::TemporaryFolder folder;
-    const auto path = folder / "movie.mp4";
-    std::ofstream(path) << "earlier";
-    auto writer = startedWriter(path, FileType::mpeg4, settings(640, 360, false));
-    {
-        const test::FileSizeLimit limit(300'000);
-        bool taken = true;
-        for (int index = 0; index < 300 && taken; ++index)
-            taken = writer->append({noise(640, 360, index), {index, 60}, {1, 60}});
-        EXPECT_FALSE(taken); // failed, so it no longer takes frames
-        EXPECT_FALSE(writer->isReadyForMoreMediaData());
-        EXPECT_THAT([&] { writer->finish(); },
-                    testing::ThrowsMessage<MediaError>(
-                        AllOf(HasSubstr(path.string()), HasSubstr("File too large"))));
-    }
-    EXPECT_EQ(folder.names(), std::vector<std::string>{"movie.mp4"});
-    EXPECT_EQ(std::filesystem::file_size(path), 7U);
-}
-
-TEST(AssetWriter, cancelRemovesItsOwnFileAndNoOther) {
-    const test::TemporaryFolder folder;
-    std::ofstream(folder / "movie.mp4") << "earlier";
-    {
-        auto exported =
-            startedWriter(folder / "movie.mp4", FileType::mpeg4, settings(64, 64, false));
-        auto recorded = startedWriter(folder / "recording.mov", FileType::quickTimeMovie,
-                                      settings(64, 64, true));
-        for (int index = 0; index < 5; ++index) {
-            exported->append({test::paintedNumber(index, 64, 64), {index, 60}, {}});
-            recorded->append({test::paintedNumber(index, 64, 64), {index, 60}, {}});
-        }
-        recorded->cancel();
-        recorded->cancel(); // twice does no harm
-    } // the other one is cancelled by its destructor
-    EXPECT_EQ(folder.names(), std::vector<std::string>{"movie.mp4"});
-    EXPECT_EQ(std::filesystem::file_size(folder / "movie.mp4"), 7U);
 }
 
 TEST(AssetWriter, refusesWhatCannotBecomeAMovie) {

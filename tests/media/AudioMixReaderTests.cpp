@@ -132,25 +132,6 @@ TEST(AudioMixReader, staysInStepOverFiveHundredSegments) {
     EXPECT_NEAR(heard.front(), length, 0.002);
 }
 
-TEST(AudioMixReader, startsEverySegmentWithWhatItsSourceStartsWith) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(beeps(10), folder / "beeps.wav");
-    // Each segment begins at a beep and lasts a second of the source.
-    const auto heard =
-        test::beepTimes(test::allSound(composed(folder / "beeps.wav", {{600, 1200, 2},
-                                                                       {1800, 2400, 0.5},
-                                                                       {2400, 3000, 4},
-                                                                       {3600, 4200, 1},
-                                                                       {4200, 4800, 0.25}})));
-    const std::vector<double> boundaries{0, 0.5, 2.5, 2.75, 3.75};
-    for (const double boundary : boundaries) {
-        const auto nearest = std::ranges::min_element(
-            heard, {}, [boundary](double time) { return std::abs(time - boundary); });
-        ASSERT_NE(nearest, heard.end());
-        EXPECT_NEAR(*nearest, boundary, 0.005);
-    }
-}
-
 TEST(AudioMixReader, beginsWhatIsSuddenOnTimeAndNotBeforeHoweverSlow) {
     const test::TemporaryFolder folder;
     test::runFfmpeg("-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.05)"
@@ -205,15 +186,6 @@ TEST(AudioMixReader, mixesAllTracksAndLimitsTheirSum) {
     const auto loud = test::soundOf(folder / "loud.mov");
     EXPECT_LE(*std::ranges::max_element(loud), 1.0F);
     EXPECT_GE(*std::ranges::min_element(loud), -1.0F);
-}
-
-TEST(AudioMixReader, endsSoonWhenCancelled) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(tone(440, 5), folder / "tone.wav");
-    AudioMixReader reader(composed(folder / "tone.wav", {{0, 3000, 1}}));
-    EXPECT_TRUE(reader.copyNextBuffer());
-    reader.cancel();
-    EXPECT_FALSE(reader.copyNextBuffer());
 }
 
 } // namespace

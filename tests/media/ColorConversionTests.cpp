@@ -198,35 +198,5 @@ TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
     });
 }
 
-TEST(ColorConversion, grayStaysGrayThereAndBack) {
-    const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 256, 2);
-    const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 256, 2);
-    const auto back = PixelBuffer::allocate(PixelFormat::bgra, 256, 2);
-    for (int y = 0; y < 2; ++y)
-        for (int x = 0; x < 256; ++x)
-            std::fill_n(bgra->mutableRow(0, y) + std::ptrdiff_t{x} * 4, 4,
-                        static_cast<std::uint8_t>(x));
-    color::convertBgraToI420(*bgra, *i420);
-    EXPECT_EQ(i420->row(0, 0)[0], 16);
-    EXPECT_EQ(i420->row(0, 0)[255], 235);
-    color::convertI420ToBgra(*i420, *back);
-    for (int x = 0; x < 256; ++x) {
-        const std::uint8_t* pixel = back->row(0, 1) + std::ptrdiff_t{x} * 4;
-        EXPECT_EQ(pixel[0], pixel[1]);
-        EXPECT_EQ(pixel[1], pixel[2]);
-        EXPECT_NEAR(pixel[1], x, 1);
-    }
-}
-
-TEST(ColorConversionDeathTest, refusesRectanglesThatCutChromaBlocks) {
-    const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 20, 20);
-    const std::vector<std::uint8_t> bgra(1600);
-    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {1, 0, 4, 4}, *i420),
-                 "chroma blocks");
-    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {0, 0, 4, 3}, *i420),
-                 "chroma blocks");
-    EXPECT_DEATH(color::convertBgraRectToI420(bgra.data(), 80, {10, 0, 12, 4}, *i420), "leaves");
-}
-
 } // namespace
 } // namespace vantro::media

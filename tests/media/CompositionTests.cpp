@@ -17,25 +17,6 @@ Asset assetOfSeconds(int seconds) {
     return Asset::open(folder / "m.mov");
 }
 
-TEST(Composition, mapsItsTimeLineThroughCutsAndSpeeds) {
-    const auto asset = assetOfSeconds(10);
-    Composition composition(asset);
-    auto& track = composition.addTrack(MediaType::video);
-    const auto& source = asset.tracks().front();
-    track.insert({{0, 600}, {3000, 600}}, source, {0, 600});
-    track.scale({{0, 600}, {3000, 600}}, {1500, 600});
-    track.insert({{4200, 600}, {1800, 600}}, source, {1500, 600});
-    EXPECT_EQ(composition.duration(), (MediaTime{3300, 600}));
-    EXPECT_EQ(track.sourceTime({1, 60}), (MediaTime{2, 60}));
-    EXPECT_EQ(track.sourceTime({2, 1}), (MediaTime{4, 1}));
-    EXPECT_EQ(track.sourceTime({5, 2}), (MediaTime{7, 1})); // the cut belongs to what follows
-    EXPECT_EQ(track.sourceTime({7, 2}), (MediaTime{8, 1}));
-    EXPECT_FALSE(track.sourceTime({3300, 600}));
-    EXPECT_FALSE(track.sourceTime({-1, 600}));
-    EXPECT_EQ(composition.track(track.id()), &track);
-    EXPECT_EQ(composition.track(99), nullptr);
-}
-
 TEST(Composition, refusesRangesThatLeaveTheAsset) {
     const auto asset = assetOfSeconds(2);
     Composition composition(asset);

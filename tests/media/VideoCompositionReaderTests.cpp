@@ -95,21 +95,5 @@ TEST_F(VideoCompositionReading, keepsItsOwnRateWhateverTheSources) {
     EXPECT_EQ(read(reader), expected);
 }
 
-TEST_F(VideoCompositionReading, tellsWhereTheMovieBreaksOffAfterTheFramesBefore) {
-    const auto movie = folder / "movie.mp4";
-    std::filesystem::resize_file(movie, std::filesystem::file_size(movie) / 2);
-    VideoCompositionReader reader(compose({{0, 300, 3000}}), at(60), PixelFormat::bgra);
-    EXPECT_THROW(read(reader), MediaError);
-    EXPECT_GT(compositor->requests.size(), 60U);
-    EXPECT_THROW(reader.copyNextFrame(), MediaError);
-}
-
-TEST_F(VideoCompositionReading, endsSoonAfterCancel) {
-    VideoCompositionReader reader(compose({{0, 300, 3000}}), at(60), PixelFormat::bgra);
-    ASSERT_TRUE(reader.copyNextFrame());
-    reader.cancel();
-    EXPECT_FALSE(reader.copyNextFrame());
-}
-
 } // namespace
 } // namespace vantro::media
