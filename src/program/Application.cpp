@@ -10,6 +10,7 @@
 #include "capture/RecordingTarget.h"
 #include "editor/EditorModel.h"
 #include "program/DesktopServices.h"
+#include "program/PictureWithoutUs.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
 #include "ui/platform/NativePanels.h"
@@ -56,7 +57,7 @@ class Program {
     app::AppState m_state{mainDisplayID(m_desktop)};
     app::flows::PermissionService m_permission{m_timers, [this] { return m_desktop.preflight(); }};
     ui::NativePanels m_panels{m_state};
-    window::overlay::DesktopOverlays m_overlays{m_desktop};
+    window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs};
 
     app::flows::QtTaskRunner m_recordingTasks{"com.vantro.recording"};
     app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
@@ -74,7 +75,8 @@ class Program {
     editor::StillPreview m_preview{m_previewTasks, openStills};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
-    ui::ActionGuard m_guard{m_state, m_permission, m_flows};
+    ui::ActionGuard m_guard{m_state, m_permission, m_flows,
+                            [this] { return m_desktop.abilities(); }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     editor::EditorModel m_editor{m_state, m_preview, m_flows};
     window::TrayIcon m_tray{m_state, m_recording};

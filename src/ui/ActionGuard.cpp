@@ -10,8 +10,15 @@ namespace vantro::ui {
 
 using namespace app::flows;
 
-ActionGuard::ActionGuard(app::AppState& state, PermissionService& permission, Flows flows)
-    : m_state(state), m_permission(permission), m_flows(flows) {
+ActionGuard::ActionGuard(app::AppState& state, PermissionService& permission, Flows flows,
+                         AskAbilities abilities)
+    : m_state(state)
+    , m_permission(permission)
+    , m_flows(flows)
+    , m_askAbilities(std::move(abilities))
+    , m_abilities(m_askAbilities()) {
+    connect(&permission, &PermissionService::screenRecordingGrantedChanged, this,
+            [this] { m_abilities = m_askAbilities(); });
     followEverything();
 }
 
@@ -21,7 +28,8 @@ void ActionGuard::followEverything() {
     };
     for (const auto signal :
          {&app::AppState::phaseChanged, &app::AppState::showErrorChanged,
-          &app::AppState::recordingPathChanged, &app::AppState::metadataChanged})
+          &app::AppState::captureModeChanged, &app::AppState::recordingPathChanged,
+          &app::AppState::metadataChanged})
         follow(m_state, signal);
     follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
     for (const auto signal :
@@ -47,13 +55,31 @@ QString ActionGuard::message() const {
     return {};
 }
 
+QString ActionGuard::sentence(const capture::Ability& ability) {
+    return QString::fromStdString(ability.whyNot);
+}
+
+QString ActionGuard::modeMissing() const {
+    if (!m_abilities.screens.isAvailable())
+        return sentence(m_abilities.screens); // the root of the others
+    switch (m_state.captureMode()) {
+    case model::CaptureMode::screen:
+        break;
+    case model::CaptureMode::window:
+        return sentence(m_abilities.windows);
+    case model::CaptureMode::area:
+        return sentence(m_abilities.areas);
+    }
+    return {};
+}
+
 /// Whether this screen is shown, not covered, and no file panel or file operation is under way.
 bool ActionGuard::isFree(Screen wanted) const {
     return screen() == wanted && message().isEmpty() && !m_flows.projects.isBusy();
 }
 
 bool ActionGuard::mayRecord() const {
-    return isFree(Screen::controls);
+    return isFree(Screen::controls) && modeMissing().isEmpty();
 }
 
 bool ActionGuard::mayStop() const {

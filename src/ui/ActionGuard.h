@@ -1,16 +1,19 @@
 #pragma once
 
 #include "app/flows/Flows.h"
+#include "capture/PlatformAbilities.h"
 #include "ui/Screen.h"
 
 #include <QObject>
 #include <QString>
+#include <functional>
 
 #include <QtQml/qqmlregistration.h>
 
 namespace vantro::ui {
 
-/// Says what the user may do now, for every button and every shortcut of the window.
+/// Says what the user may do now, for every button and every shortcut of the window, and why what
+/// the desktop cannot do is not offered.
 ///
 /// While a message lies over the window nothing behind it may be done. Holds no truth but whether
 /// the question about quitting is open. Main thread.
@@ -20,6 +23,11 @@ class ActionGuard : public QObject {
     QML_UNCREATABLE("made by the program")
     /// The message over the window: alert, quit, recovery, or empty for none.
     Q_PROPERTY(QString message READ message NOTIFY changed)
+    // One sentence each; empty when the desktop can do it.
+    Q_PROPERTY(QString modeMissing READ modeMissing NOTIFY changed)
+    Q_PROPERTY(QString systemAudioMissing READ systemAudioMissing NOTIFY changed)
+    Q_PROPERTY(QString microphoneMissing READ microphoneMissing NOTIFY changed)
+    Q_PROPERTY(QString webcamMissing READ webcamMissing NOTIFY changed)
     Q_PROPERTY(bool record READ mayRecord NOTIFY changed)
     Q_PROPERTY(bool stop READ mayStop NOTIFY changed)
     Q_PROPERTY(bool openProject READ mayOpenProject NOTIFY changed)
@@ -28,10 +36,18 @@ class ActionGuard : public QObject {
     Q_PROPERTY(bool write READ mayWrite NOTIFY changed)
 
   public:
+    /// `abilities` are asked for at once, and whenever the permission changes.
+    using AskAbilities = std::function<capture::PlatformAbilities()>;
+
     ActionGuard(app::AppState& state, app::flows::PermissionService& permission,
-                app::flows::Flows flows);
+                app::flows::Flows flows, AskAbilities abilities);
 
     QString message() const;
+    /// Of the chosen capture mode.
+    QString modeMissing() const;
+    QString systemAudioMissing() const { return sentence(m_abilities.systemSound); }
+    QString microphoneMissing() const { return sentence(m_abilities.microphone); }
+    QString webcamMissing() const { return sentence(m_abilities.camera); }
     bool mayRecord() const;
     bool mayStop() const;
     bool mayOpenProject() const;
@@ -46,12 +62,15 @@ class ActionGuard : public QObject {
 
   private:
     void followEverything();
+    static QString sentence(const capture::Ability& ability);
     Screen screen() const;
     bool isFree(Screen wanted) const;
 
     app::AppState& m_state;
     app::flows::PermissionService& m_permission;
     app::flows::Flows m_flows;
+    AskAbilities m_askAbilities;
+    capture::PlatformAbilities m_abilities;
     bool m_quitAsked = false;
 };
 

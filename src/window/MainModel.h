@@ -34,10 +34,6 @@ class MainModel : public QObject {
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
     Q_PROPERTY(bool microphone READ microphone WRITE setMicrophone NOTIFY sourcesChanged)
     Q_PROPERTY(bool webcam READ webcam WRITE setWebcam NOTIFY sourcesChanged)
-    // Why a source cannot be recorded; empty when it can.
-    Q_PROPERTY(QString systemAudioMissing READ systemAudioMissing CONSTANT)
-    Q_PROPERTY(QString microphoneMissing READ microphoneMissing CONSTANT)
-    Q_PROPERTY(QString webcamMissing READ webcamMissing CONSTANT)
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY recordingChanged)
     Q_PROPERTY(QString recordingNote READ recordingNote NOTIFY recordingChanged)
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
@@ -59,9 +55,6 @@ class MainModel : public QObject {
     void setMicrophone(bool enabled) { m_state.setMicrophoneAudioEnabled(enabled); }
     bool webcam() const { return m_state.webcamEnabled(); }
     void setWebcam(bool enabled) { m_state.setWebcamEnabled(enabled); }
-    QString systemAudioMissing() const { return {}; }
-    QString microphoneMissing() const { return {}; }
-    QString webcamMissing() const { return {}; }
     QString elapsed() const;
     QString recordingNote() const;
     bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }

@@ -23,12 +23,16 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
         EXPECT_EQ(changes, 1);
         first.setCountdown(true);
         first.setWindowPosition({-3, 700});
+        first.setEditorSize({1000, 700});
+        first.setEditorMaximized(true);
         first.setUnsavedRecording(QStringLiteral("/r/recording.mov"));
     }
     ui::Preferences second(file);
     EXPECT_EQ(second.theme(), ui::ThemeChoice::dark);
     EXPECT_TRUE(second.countdown());
     EXPECT_EQ(second.windowPosition(), QPoint(-3, 700));
+    EXPECT_EQ(second.editorSize(), QSize(1000, 700));
+    EXPECT_TRUE(second.editorMaximized());
     EXPECT_EQ(second.unsavedRecording(), "/r/recording.mov");
     second.setUnsavedRecording({});
     second.setTheme(ui::ThemeChoice::system);

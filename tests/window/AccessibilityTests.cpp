@@ -31,8 +31,8 @@ TEST_F(AccessibilityTest, ControlsTellWhatTheyAreAndWhatTheyShow) {
     EXPECT_EQ(text("captureModes", QAccessible::Name), "Capture mode");
     EXPECT_EQ(told("record").role(), QAccessible::Button);
     EXPECT_EQ(text("record", QAccessible::Name), "Record (Ctrl+R)");
-    EXPECT_EQ(told("systemAudioButton").role(), QAccessible::CheckBox);
-    EXPECT_TRUE(told("systemAudioButton").state().checked);
+    EXPECT_EQ(told("systemAudio").role(), QAccessible::CheckBox);
+    EXPECT_TRUE(told("systemAudio").state().checked);
     state.setError("gone", model::VantroError::Kind::captureStartFailed);
     settle();
     EXPECT_EQ(told("alertBox").role(), QAccessible::AlertMessage);

@@ -30,7 +30,7 @@ DesktopSession::DesktopSession(int textResolution) : m_server({.width = 1280, .h
 
 DesktopSession::~DesktopSession() {
     if (testing::Test::HasFailure())
-        keepPicture();
+        keepPicture(QStringLiteral("failure"));
     for (auto* process : {m_program.get(), m_other.get(), m_windowManager.get()})
         if (process != nullptr) {
             process->kill();
@@ -38,14 +38,14 @@ DesktopSession::~DesktopSession() {
         }
 }
 
-void DesktopSession::keepPicture() const {
+void DesktopSession::keepPicture(const QString& name) const {
     QDir().mkpath(QStringLiteral(VANTRO_SCREENSHOTS));
     QProcess grabber;
     grabber.setProcessEnvironment(environment());
     grabber.start(QStringLiteral("ffmpeg"),
                   {"-y", "-f", "x11grab", "-video_size", "1280x900", "-i",
                    QString::fromStdString(m_server.display()), "-frames:v", "1",
-                   QStringLiteral(VANTRO_SCREENSHOTS "/failure.png")});
+                   QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name)});
     grabber.waitForFinished(longestWait);
 }
 

@@ -37,10 +37,11 @@ class DesktopSession {
     /// The lines that it answers; none when it fails.
     QStringList xdoOutput(const QStringList& arguments) const;
 
+    /// Writes what the desktop shows to NAME.png in the folder for people to look at.
+    void keepPicture(const QString& name) const;
+
   private:
     QProcessEnvironment environment() const;
-    /// What the desktop shows when a test has failed, for people to look at.
-    void keepPicture() const;
 
     QTemporaryDir m_home;
     XServer m_server;

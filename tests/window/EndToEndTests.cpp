@@ -25,6 +25,7 @@ constexpr QPoint recordButton(170, 82);
 constexpr QPoint stopButton(180, 27);
 constexpr QPoint screenMode(60, 28);
 constexpr QPoint windowMode(170, 28);
+constexpr QPoint areaMode(280, 28);
 constexpr QSize pickerSize(400, 440);
 
 /// The one recording that was made.
@@ -62,7 +63,7 @@ class EndToEndTest : public testing::Test {
     }
     void click(QPoint at) { session.clickMain(at.x(), at.y()); }
     bool hasEnded() {
-        return test::eventually([this] { return session.program().waitForFinished(1); });
+        return eventually([this] { return session.program().waitForFinished(1); });
     }
 
     test::DesktopSession session;
@@ -99,13 +100,13 @@ TEST_F(EndToEndTest, KeysRecordAndStopAndSaveAProject) {
     session.xdo({"key", "ctrl+s"});
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
     session.xdo({"key", "ctrl+s"});
-    ASSERT_TRUE(test::eventually(
-        [this] { return !session.window(QStringLiteral("Save Project.*")).isNull(); }));
+    ASSERT_TRUE(
+        eventually([this] { return !session.window(QStringLiteral("Save Project.*")).isNull(); }));
     const auto package = session.home() / "tour.vantro";
     session.xdo({"key", "ctrl+a"});
     session.xdo({"type", QString::fromStdString(package.string())});
     session.xdo({"key", "Return"});
-    ASSERT_TRUE(test::eventually([&] { return fs::exists(package / "project.json"); })) << errors();
+    ASSERT_TRUE(eventually([&] { return fs::exists(package / "project.json"); })) << errors();
     const auto project = app::files::readProjectFile(package);
     EXPECT_EQ(project.recording.metadata().captureRect, (model::Rect{0, 0, 1280, 900}));
     EXPECT_FALSE(
@@ -115,7 +116,7 @@ TEST_F(EndToEndTest, KeysRecordAndStopAndSaveAProject) {
 TEST_F(EndToEndTest, ADraggedAreaIsRecordedAtItsEvenSize) {
     start();
     click(recordButton);
-    ASSERT_TRUE(test::eventually([this] {
+    ASSERT_TRUE(eventually([this] {
         return session.window(QStringLiteral("Select area")).size() == QSize(1280, 900);
     })) << errors();
     session.xdo({"mousemove", "400", "300", "mousedown", "1"});
@@ -134,15 +135,14 @@ TEST_F(EndToEndTest, ADraggedAreaIsRecordedAtItsEvenSize) {
 TEST_F(EndToEndTest, AWindowChosenFromTheListIsRecordedWithItsFrame) {
     session.startOther(QStringLiteral("xterm"),
                        {"-title", "Notes", "-geometry", "60x20+500+300", "-e", "sleep", "600"});
-    ASSERT_TRUE(
-        test::eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
+    ASSERT_TRUE(eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
     const auto inner = session.window(QStringLiteral("Notes"));
     start();
     click(windowMode);
     click(recordButton);
     ASSERT_TRUE(session.mainWindowBecomes(pickerSize)) << errors();
     // A row can be chosen once the list has come, and a click on none does nothing.
-    ASSERT_TRUE(test::eventually([this] {
+    ASSERT_TRUE(eventually([this] {
         click({200, 80});
         return session.window(QStringLiteral("Vantro")).size() == recordingSize;
     })) << errors();
@@ -163,14 +163,42 @@ TEST_F(EndToEndTest, EscapeClosesTheOverlayAndTheControlsAreBack) {
     const auto overlayIsShown = [this] {
         return !session.window(QStringLiteral("Select area")).isNull();
     };
-    ASSERT_TRUE(test::eventually(overlayIsShown)) << errors();
+    ASSERT_TRUE(eventually(overlayIsShown)) << errors();
     session.xdo({"mousemove", "400", "300", "mousedown", "1"});
     session.xdo({"mousemove", "600", "400"});
     session.xdo({"key", "Escape"});
     session.xdo({"mouseup", "1"});
-    EXPECT_TRUE(test::eventually([&] { return !overlayIsShown(); }));
+    EXPECT_TRUE(eventually([&] { return !overlayIsShown(); }));
     EXPECT_TRUE(session.mainWindowBecomes(controlsSize));
     EXPECT_FALSE(fs::exists(session.recordings()));
+}
+
+TEST_F(EndToEndTest, EscapeLeavesTheOverlayEvenWhenAnotherWindowHasTheFocus) {
+    const auto overlay = QStringLiteral("Select area");
+    session.startOther(QStringLiteral("xterm"), {"-title", "Notes", "-e", "sleep", "600"});
+    ASSERT_TRUE(eventually([this] { return !session.window(QStringLiteral("Notes")).isNull(); }));
+    start();
+    click(recordButton);
+    ASSERT_TRUE(eventually([&] { return !session.window(overlay).isNull(); })) << errors();
+    session.xdo({"search", "--name", "^Notes$", "windowfocus", "--sync"});
+    session.xdo({"key", "Escape"});
+    EXPECT_TRUE(eventually([&] { return session.window(overlay).isNull(); }));
+}
+
+TEST_F(EndToEndTest, ASmallScreenAfterAMaximizedEditorIsSmall) {
+    start();
+    click(screenMode);
+    session.xdo({"key", "ctrl+r"});
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    session.xdo({"key", "ctrl+s"});
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    const auto bar = session.window(QStringLiteral("Vantro")).topLeft() + QPoint(490, -10);
+    session.xdo({"mousemove", QString::number(bar.x()), QString::number(bar.y()), "click",
+                 "--repeat", "2", "--delay", "50", "1"});
+    ASSERT_TRUE(
+        eventually([this] { return session.window(QStringLiteral("Vantro")).width() == 1280; }));
+    session.xdo({"key", "ctrl+n"});
+    EXPECT_TRUE(session.mainWindowBecomes(controlsSize));
 }
 
 TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {
@@ -185,7 +213,7 @@ TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {
     EXPECT_EQ(movieSize(recordedIn(session.recordings())), (model::Size{1280, 900}));
 
     session.startProgram();
-    EXPECT_TRUE(test::eventually([this] {
+    EXPECT_TRUE(eventually([this] {
         return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
     })) << "the recording is offered again";
     session.xdo({"key", "Return"});
@@ -203,7 +231,7 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
     ASSERT_TRUE(hasEnded());
 
     session.startProgram();
-    EXPECT_TRUE(test::eventually([this] {
+    EXPECT_TRUE(eventually([this] {
         return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
     })) << "the recording is offered";
     session.xdo({"key", "Return"});
@@ -213,6 +241,58 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
     EXPECT_NEAR(recorded.movie.duration().seconds(), recorded.metadata.endTime, 0.1);
     ASSERT_EQ(recorded.metadata.clickEvents.size(), 1U);
     EXPECT_EQ(recorded.metadata.clickEvents[0].x, 700);
+}
+
+/// A desktop of two displays side by side, the left one being the main one.
+class TwoDisplaysTest : public EndToEndTest {
+  protected:
+    TwoDisplaysTest() {
+        test::addMonitor(session.server(), "left", {0, 0, 700, 900}, true);
+        test::addMonitor(session.server(), "right", {700, 0, 580, 900}, false);
+    }
+    void startWith(QPoint mode, QSize size) {
+        session.startProgram();
+        ASSERT_TRUE(session.mainWindowBecomes(controlsSize)) << errors();
+        click(mode);
+        ASSERT_TRUE(session.mainWindowBecomes(size)) << errors();
+    }
+    Recorded stopped() {
+        useTheScreen();
+        click(stopButton);
+        EXPECT_TRUE(eventually([this] {
+            return session.window(QStringLiteral("Vantro")).height() > recordingSize.height();
+        })) << errors();
+        return recordedIn(session.recordings());
+    }
+};
+
+TEST_F(TwoDisplaysTest, AnAreaIsDraggedOutOnAnyOfThem) {
+    startWith(areaMode, controlsSize);
+    click(recordButton);
+    ASSERT_TRUE(eventually([this] {
+        return session.xdoOutput({"search", "--onlyvisible", "--name", "^Select area$"}).size() ==
+               2;
+    })) << errors();
+    session.keepPicture(QStringLiteral("two-displays"));
+    session.xdo({"mousemove", "800", "300", "mousedown", "1"});
+    session.xdo({"mousemove", "900", "350"});
+    session.xdo({"mousemove", "1101", "501"});
+    session.keepPicture(QStringLiteral("two-displays-drag"));
+    session.xdo({"mouseup", "1"});
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    const auto recorded = stopped();
+    EXPECT_EQ(recorded.metadata.captureRect, (model::Rect{800, 300, 300, 200}));
+    EXPECT_EQ(movieSize(recorded), (model::Size{300, 200}));
+}
+
+TEST_F(TwoDisplaysTest, ScreenModeRecordsTheChosenOne) {
+    startWith(screenMode, controlsSize + QSize(0, 38));
+    session.xdo({"key", "Tab", "Down"});
+    session.xdo({"key", "ctrl+r"});
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    const auto recorded = stopped();
+    EXPECT_EQ(recorded.metadata.captureRect, (model::Rect{700, 0, 580, 900}));
+    EXPECT_EQ(movieSize(recorded), (model::Size{580, 900}));
 }
 
 TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
@@ -226,7 +306,7 @@ TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
         ASSERT_TRUE(session.mainWindowBecomes(scaled(controlsSize)));
         session.clickMain(static_cast<int>(recordButton.x() * scale),
                           static_cast<int>(recordButton.y() * scale));
-        ASSERT_TRUE(test::eventually([&session] {
+        ASSERT_TRUE(eventually([&session] {
             return session.window(QStringLiteral("Select area")).size() == QSize(1280, 900);
         }));
         session.xdo({"mousemove", "400", "300", "mousedown", "1"});
@@ -236,7 +316,7 @@ TEST(EndToEnd, UnderFractionalScalingTheAreaIsWhatWasDragged) {
         ASSERT_TRUE(session.mainWindowBecomes(scaled(recordingSize)));
         session.clickMain(static_cast<int>(stopButton.x() * scale),
                           static_cast<int>(stopButton.y() * scale));
-        ASSERT_TRUE(test::eventually([&session] {
+        ASSERT_TRUE(eventually([&session] {
             const auto folder = session.recordings();
             return fs::exists(folder) &&
                    fs::exists(fs::directory_iterator(folder)->path() / "metadata.json");

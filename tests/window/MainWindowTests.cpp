@@ -1,7 +1,9 @@
 #include "window/WindowFixture.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTest>
 #include <fstream>
 
 #include <gmock/gmock.h>
@@ -49,6 +51,32 @@ TEST_F(MainWindowTest, ScreenModeOffersTheDisplaysWhereThereAreSeveral) {
     settle();
     EXPECT_FALSE(shows("displays"));
     EXPECT_EQ(displays.current(), 0) << "the other one is gone";
+}
+
+TEST_F(MainWindowTest, WhatTheDesktopCannotDoIsNotOfferedAndSaysWhy) {
+    platform.able.microphone.whyNot = "No microphone yet.";
+    platform.able.windows.whyNot = "No single windows here.";
+    showWindow();
+    permission.setScreenRecordingGranted(false);
+    permission.setScreenRecordingGranted(true); // asks the desktop again
+    settle();
+    click("microphone");
+    EXPECT_FALSE(state.microphoneAudioEnabled());
+    EXPECT_EQ(item("microphone").property("symbol").toString(), "mic.slash.fill");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shows("tipText"); }));
+    EXPECT_EQ(text("tipText"), "No microphone yet.");
+    keepPicture(QStringLiteral("missing-source"));
+    EXPECT_FALSE(item("microphone").isEnabled());
+    auto* told = QAccessible::queryAccessibleInterface(&item("microphone"));
+    EXPECT_EQ(told->text(QAccessible::Description), "No microphone yet.");
+
+    EXPECT_FALSE(shows("modeMissing"));
+    state.setCaptureMode(model::CaptureMode::window);
+    settle();
+    EXPECT_EQ(text("modeMissing"), "No single windows here.");
+    keepPicture(QStringLiteral("missing-mode"));
+    key(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_TRUE(shows("record"));
 }
 
 TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {

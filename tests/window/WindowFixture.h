@@ -86,7 +86,7 @@ class WindowFixture : public testing::Test {
     editor::StillPreview preview{tasks, openStills()};
     window::picker::WindowPickerModel windows{tasks, timers, [this] { return content; }};
     window::DisplayChoice displays{state, [this] { return platform.displays(); }};
-    ui::ActionGuard guard{state, permission, flows};
+    ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
     window::MainModel app{state, permission, windows, flows, guard};
     editor::EditorModel editor{state, preview, flows};
 

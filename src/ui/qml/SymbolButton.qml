@@ -7,6 +7,7 @@ T.Button {
 
     required property string symbol
     required property string help
+    property string tip: help
     property color ink: Theme.text
     property real symbolSize: 18
 
@@ -32,7 +33,7 @@ T.Button {
         FocusRing { control: control }
     }
     HelpTip {
-        text: control.help
+        text: control.tip
         button: control
     }
 }

@@ -4,21 +4,46 @@
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
+#include <QPainter>
 #include <QPixmap>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 
 namespace vantro::window::overlay {
 namespace {
 
-/// What the screen shows; null where the desktop does not let windows look at each other, which are
-/// the desktops that blend translucent windows.
-QImage pictureOf(QScreen* screen) {
+constexpr int shadowReach = 64; // pixels, which desktops draw around windows
+
+/// Where our windows can be seen, in pixels of the screen.
+QRegion ownPlaces(const QScreen& screen) {
+    QRegion places;
+    const double pixels = screen.devicePixelRatio();
+    for (const auto* window : QGuiApplication::topLevelWindows()) {
+        const auto frame = window->frameGeometry().translated(-screen.geometry().topLeft());
+        if (window->isVisible())
+            places += QRectF(QPointF(frame.topLeft()) * pixels, QSizeF(frame.size()) * pixels)
+                          .toAlignedRect()
+                          .adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+    }
+    return places;
+}
+
+/// What the screen shows, without our own windows where that can be had; null where the desktop
+/// does not let windows look at each other, which are the desktops that blend translucent windows.
+QImage pictureOf(QScreen& screen, const std::function<QImage()>& withoutUs) {
     if (QGuiApplication::platformName() != QStringLiteral("xcb"))
         return {};
-    auto image = screen->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
-    image.setDevicePixelRatio(1);
-    return image;
+    auto picture = screen.grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
+    picture.setDevicePixelRatio(1);
+    const auto own = ownPlaces(screen) & picture.rect();
+    if (own.isEmpty())
+        return picture;
+    const auto beneath = withoutUs();
+    QPainter painter(&picture);
+    for (const auto& place : own& beneath.rect())
+        painter.drawImage(place, beneath, place);
+    return picture;
 }
 
 double overlap(const QRectF& a, const QRectF& b) {
@@ -43,10 +68,11 @@ const capture::ShareableDisplay& displayOf(const QScreen& screen,
 class OverlayGroup : public app::flows::AreaOverlay {
   public:
     OverlayGroup(const std::vector<capture::ShareableDisplay>& displays,
+                 const DesktopOverlays::PictureWithoutUs& withoutUs,
                  app::flows::AreaOverlayCallbacks callbacks)
         : m_callbacks(std::move(callbacks)) {
         for (auto* screen : QGuiApplication::screens())
-            add(*screen, displayOf(*screen, displays));
+            add(*screen, displayOf(*screen, displays), withoutUs);
         // All pictures are taken before the first overlay covers a screen.
         for (const auto& overlay : m_overlays)
             overlay->showFullScreen();
@@ -55,9 +81,10 @@ class OverlayGroup : public app::flows::AreaOverlay {
     }
 
   private:
-    void add(QScreen& screen, const capture::ShareableDisplay& display) {
+    void add(QScreen& screen, const capture::ShareableDisplay& display,
+             const DesktopOverlays::PictureWithoutUs& withoutUs) {
         m_overlays.push_back(std::make_unique<SelectionOverlay>(
-            &screen, pictureOf(&screen),
+            &screen, pictureOf(screen, [&] { return withoutUs(display.displayID); }),
             OverlayScale{.pixelsPerUnit = screen.devicePixelRatio(),
                          .pixelsPerPoint = display.backingScaleFactor,
                          .displayID = display.displayID,
@@ -93,7 +120,7 @@ DesktopOverlays::show(app::flows::AreaOverlayCallbacks callbacks) {
     const auto displays = m_platform.displays();
     if (displays.empty() || QGuiApplication::screens().isEmpty())
         return nullptr;
-    return std::make_shared<OverlayGroup>(displays, std::move(callbacks));
+    return std::make_shared<OverlayGroup>(displays, m_withoutUs, std::move(callbacks));
 }
 
 } // namespace vantro::window::overlay

@@ -2,6 +2,9 @@
 
 #include "app/flows/AreaOverlay.h"
 
+#include <QImage>
+#include <functional>
+
 namespace vantro::app::flows {
 class RecordingPlatform;
 } // namespace vantro::app::flows
@@ -12,13 +15,18 @@ namespace vantro::window::overlay {
 /// answer ends them all. Main thread.
 class DesktopOverlays : public app::flows::AreaOverlays {
   public:
-    explicit DesktopOverlays(app::flows::RecordingPlatform& platform) : m_platform(platform) {}
+    /// What a display shows beneath our own windows, in its pixels; null where that cannot be told.
+    using PictureWithoutUs = std::function<QImage(std::uint32_t displayID)>;
+
+    DesktopOverlays(app::flows::RecordingPlatform& platform, PictureWithoutUs withoutUs)
+        : m_platform(platform), m_withoutUs(std::move(withoutUs)) {}
 
     std::shared_ptr<app::flows::AreaOverlay>
     show(app::flows::AreaOverlayCallbacks callbacks) override;
 
   private:
     app::flows::RecordingPlatform& m_platform;
+    PictureWithoutUs m_withoutUs;
 };
 
 } // namespace vantro::window::overlay

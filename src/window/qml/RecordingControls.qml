@@ -10,7 +10,7 @@ FocusScope {
     required property ActionGuard guard
 
     implicitWidth: 340
-    implicitHeight: displayBox.visible ? 158 : 120
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -36,13 +36,23 @@ FocusScope {
         currentIndex: screen.displays.current
         onActivated: index => screen.displays.current = index
     }
+    Label {
+        id: note
+        objectName: "modeMissing"
+        anchors { left: modes.left; right: modes.right; top: displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
+        visible: text !== ""
+        text: screen.guard.modeMissing
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        color: Theme.warning
+    }
     Row {
         anchors { left: parent.left; leftMargin: Theme.wide - 4; verticalCenter: record.verticalCenter }
         spacing: 2
         SourceToggle {
             objectName: "systemAudio"
             on: screen.app.systemAudio
-            missing: screen.app.systemAudioMissing
+            missing: screen.guard.systemAudioMissing
             symbolOn: "speaker.wave.2.fill"
             symbolOff: "speaker.slash.fill"
             helpOn: qsTr("System audio on")
@@ -52,7 +62,7 @@ FocusScope {
         SourceToggle {
             objectName: "microphone"
             on: screen.app.microphone
-            missing: screen.app.microphoneMissing
+            missing: screen.guard.microphoneMissing
             symbolOn: "mic.fill"
             symbolOff: "mic.slash.fill"
             helpOn: qsTr("Microphone on")
@@ -62,7 +72,7 @@ FocusScope {
         SourceToggle {
             objectName: "webcam"
             on: screen.app.webcam
-            missing: screen.app.webcamMissing
+            missing: screen.guard.webcamMissing
             symbolOn: "video.fill"
             symbolOff: "video.slash.fill"
             helpOn: qsTr("Webcam on")
