@@ -3,11 +3,13 @@
 #include "model/Json.h"
 #include "support/Eventually.h"
 #include "support/TestWindow.h"
+#include "support/XorgDesk.h"
 #include "window/DesktopSession.h"
 
 #include <csignal>
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -247,8 +249,11 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
 class TwoDisplaysTest : public EndToEndTest {
   protected:
     TwoDisplaysTest() {
-        test::addMonitor(session.server(), "left", {0, 0, 700, 900}, true);
-        test::addMonitor(session.server(), "right", {700, 0, 580, 900}, false);
+        // The server's only output goes to the first, so that it is no display of its own.
+        for (const auto& [name, place, output] :
+             {std::tuple{"*left", "700/100x900/100+0+0", "screen"},
+              {"right", "580/100x900/100+700+0", "none"}})
+            test::runXrandr(session.server().display(), {"--setmonitor", name, place, output});
     }
     void startWith(QPoint mode, QSize size) {
         session.startProgram();

@@ -51,28 +51,29 @@ double overlap(const QRectF& a, const QRectF& b) {
     return both.width() * both.height();
 }
 
-/// The display that a screen shows. Displays are told in points from the main one's corner.
-const capture::ShareableDisplay& displayOf(const QScreen& screen,
-                                           const std::vector<capture::ShareableDisplay>& displays) {
+/// The screen that shows a display, which is told in points from the main one's corner.
+QScreen& screenOf(const capture::ShareableDisplay& display) {
+    const double scale = display.backingScaleFactor;
+    const QRectF shown(display.frame.x * scale, display.frame.y * scale,
+                       display.frame.width * scale, display.frame.height * scale);
     const auto corner = QGuiApplication::primaryScreen()->geometry().topLeft();
-    const QRectF pixels(screen.geometry().topLeft() - corner, // corners are told in pixels
-                        QSizeF(screen.size()) * screen.devicePixelRatio());
-    return *std::ranges::max_element(displays, {}, [&pixels](const auto& display) {
-        const double scale = display.backingScaleFactor;
-        return overlap(pixels, {display.frame.x * scale, display.frame.y * scale,
-                                display.frame.width * scale, display.frame.height * scale});
+    const auto screens = QGuiApplication::screens();
+    return **std::ranges::max_element(screens, {}, [&](const QScreen* screen) {
+        const QRectF pixels(screen->geometry().topLeft() - corner, // corners are told in pixels
+                            QSizeF(screen->size()) * screen->devicePixelRatio());
+        return overlap(pixels, shown);
     });
 }
 
-/// An overlay on each screen.
+/// An overlay on each display.
 class OverlayGroup : public app::flows::AreaOverlay {
   public:
     OverlayGroup(const std::vector<capture::ShareableDisplay>& displays,
                  const DesktopOverlays::PictureWithoutUs& withoutUs,
                  app::flows::AreaOverlayCallbacks callbacks)
         : m_callbacks(std::move(callbacks)) {
-        for (auto* screen : QGuiApplication::screens())
-            add(*screen, displayOf(*screen, displays), withoutUs);
+        for (const auto& display : displays)
+            add(screenOf(display), display, withoutUs);
         // All pictures are taken before the first overlay covers a screen.
         for (const auto& overlay : m_overlays)
             overlay->showFullScreen();
