@@ -22,7 +22,7 @@ std::vector<model::TimelineSegment> segmentsWithin(std::span<const model::Timeli
         if (last - first > nothing) {
             model::TimelineSegment part = segment;
             part.startFraction = segment.startFraction + first * fractionPerSecond;
-            // The very number where nothing is cut off: neighbours stay seamless.
+            // The very number where nothing is cut off: neighbors stay seamless.
             part.endFraction = last == length ? segment.endFraction
                                               : segment.startFraction + last * fractionPerSecond;
             parts.push_back(part);

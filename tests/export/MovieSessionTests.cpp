@@ -44,6 +44,12 @@ TEST(MovieSession, GoesOnWithAnotherEditFromTheNextPictureOn) {
     const TemporaryFolder folder;
     writeColorClock(folder / "recording.mov", 320, 180, 30, 4);
     auto project = plainProject(folder / "recording.mov", 30);
+    project.edit.clickEvents = {{{.x = 160,
+                                  .y = 90,
+                                  .timestamp = 3.5,
+                                  .startOffset = 0.2,
+                                  .endOffset = 0.4,
+                                  .zoomLevel = 2}}};
     auto session = film(project);
     EXPECT_TRUE(isColorOfSecond(middleOf(still(session, 1.5)), 1));
 
@@ -56,13 +62,15 @@ TEST(MovieSession, GoesOnWithAnotherEditFromTheNextPictureOn) {
     const auto picture = still(session, 1.25);
     EXPECT_TRUE(isColorOfSecond(middleOf(picture), 2)) << "second 1 is cut";
     EXPECT_LE(distance(meanColor(*picture, 5, 5), {255, 255, 0}), tolerance);
+    EXPECT_TRUE(isColorOfSecond(meanColor(*still(session, 1.75), 5, 5), 3)) << "zoomed by then";
     EXPECT_THROW(still(session, 2.5), model::VantroError);
 
     auto nothing = edit;
     nothing.segments = std::vector<model::TimelineSegment>{};
     EXPECT_THROW(session.setEdit(nothing), model::VantroError);
     EXPECT_EQ(session.edit(), edit);
-    EXPECT_EQ(still(session, 1.25), picture) << "nothing changed, so nothing is drawn again";
+    const auto again = still(session, 1.25);
+    EXPECT_EQ(still(session, 1.26), again) << "nothing changed, so nothing is drawn again";
 }
 
 TEST(MovieSession, GivesEveryResolutionAndAspectItsCanvas) {

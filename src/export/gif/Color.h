@@ -5,12 +5,12 @@
 
 namespace vantro::exporting::gif {
 
-/// A colour as 0x00RRGGBB: a bgra pixel read as a little-endian word, without its alpha.
+/// A color as 0x00RRGGBB: a bgra pixel read as a little-endian word, without its alpha.
 using Color = std::uint32_t;
 
 inline constexpr Color colorMask = 0x00FFFFFF;
 
-/// At most `maxColors` colours; one index of a table stays free for transparency.
+/// At most `maxColors` colors; one index of a table stays free for transparency.
 using Palette = std::vector<Color>;
 inline constexpr int maxColors = 255;
 inline constexpr std::uint8_t transparentIndex = 255;
@@ -31,8 +31,8 @@ inline constexpr int redWeight = 3;
 inline constexpr int greenWeight = 4;
 inline constexpr int blueWeight = 2;
 
-/// The distance of two greys that are `levels` of 255 apart; what distance() is compared with.
-constexpr int greyDistance(int levels) {
+/// The distance of two grays that are `levels` of 255 apart; what distance() is compared with.
+constexpr int grayDistance(int levels) {
     return (redWeight + greenWeight + blueWeight) * levels * levels;
 }
 

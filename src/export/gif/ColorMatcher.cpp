@@ -6,12 +6,12 @@
 namespace vantro::exporting::gif {
 namespace {
 
-// The price of dither noise beside the error of the mean, both as squares. At 0 every colour
+// The price of dither noise beside the error of the mean, both as squares. At 0 every color
 // between two entries is dithered (grain, many bytes); at 1 none is (bands in gradients).
 constexpr float noisePrice = 0.7F;
 
 // Entries closer than this show no band worth breaking up, and the grain would only cost bytes.
-constexpr int leastStep = greyDistance(4);
+constexpr int leastStep = grayDistance(4);
 
 } // namespace
 
@@ -23,8 +23,8 @@ int ColorMatcher::error(Color color) {
     return distance(color, m_palette[mix.share < 128 ? mix.low : mix.high]);
 }
 
-const ColorMatcher::Neighbours& ColorMatcher::neighbours(int index) {
-    auto& list = m_neighbours[static_cast<std::size_t>(index)];
+const ColorMatcher::Neighbors& ColorMatcher::neighbors(int index) {
+    auto& list = m_neighbors[static_cast<std::size_t>(index)];
     if (!list.empty())
         return list;
     const auto center = m_palette[static_cast<std::size_t>(index)];
@@ -39,15 +39,15 @@ const ColorMatcher::Neighbours& ColorMatcher::neighbours(int index) {
                             static_cast<float>(length)});
     }
     // The entry itself, at distance 0, comes first: the list is never empty again.
-    const auto kept = std::min<std::size_t>(list.size(), neighbourCount + 1);
+    const auto kept = std::min<std::size_t>(list.size(), neighborCount + 1);
     std::partial_sort(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(kept), list.end(),
                       [](const auto& a, const auto& b) { return a.length < b.length; });
     list.resize(kept);
     return list;
 }
 
-/// With e from the nearest entry to the colour, d from there to a neighbour and the share t of the
-/// neighbour, the cost is |e - t d|² + noisePrice · t (1 - t) |d|². Its minimum over t is known in
+/// With e from the nearest entry to the color, d from there to a neighbor and the share t of the
+/// neighbor, the cost is |e - t d|² + noisePrice · t (1 - t) |d|². Its minimum over t is known in
 /// closed form, and never above 1/2 as the first entry is the nearest.
 ColorMix ColorMatcher::compute(Color color) {
     const int nearest = m_nearest.find(color);
@@ -61,17 +61,17 @@ ColorMix ColorMatcher::compute(Color color) {
     float bestGain = 0;
     float bestShare = 0;
     std::uint8_t second = first;
-    for (const auto& neighbour : neighbours(nearest)) {
-        const float along = er * neighbour.red + eg * neighbour.green + eb * neighbour.blue -
-                            noisePrice * neighbour.length / 2;
-        if (along <= 0 || neighbour.length == 0)
+    for (const auto& neighbor : neighbors(nearest)) {
+        const float along = er * neighbor.red + eg * neighbor.green + eb * neighbor.blue -
+                            noisePrice * neighbor.length / 2;
+        if (along <= 0 || neighbor.length == 0)
             continue;
-        const float share = along / ((1 - noisePrice) * neighbour.length);
+        const float share = along / ((1 - noisePrice) * neighbor.length);
         const float gain = share * along;
         if (gain > bestGain) {
             bestGain = gain;
             bestShare = share;
-            second = neighbour.index;
+            second = neighbor.index;
         }
     }
     const auto share = static_cast<std::uint8_t>(std::min(bestShare, 0.5F) * 256);

@@ -8,17 +8,17 @@
 
 namespace vantro::exporting::gif {
 
-/// Two palette entries that stand for a colour when pixels alternate between them: `share` of 256
-/// pixels show `high`, the others `low`. An undithered colour has equal entries.
+/// Two palette entries that stand for a color when pixels alternate between them: `share` of 256
+/// pixels show `high`, the others `low`. An undithered color has equal entries.
 struct ColorMix {
     std::uint8_t low = 0;
     std::uint8_t high = 0;
     std::uint8_t share = 0;
 };
 
-/// Says which entries of a palette stand for a colour, and remembers what it said.
+/// Says which entries of a palette stand for a color, and remembers what it said.
 ///
-/// The answer depends on nothing but the colour and the palette, and which of the two entries a
+/// The answer depends on nothing but the color and the palette, and which of the two entries a
 /// pixel takes only on its place, so that still areas stay still. One thread at a time.
 class ColorMatcher {
   public:
@@ -31,7 +31,7 @@ class ColorMatcher {
             slot = {color | known, compute(color)};
         return slot.mix;
     }
-    /// The entry that a pixel of this colour takes at (x, y).
+    /// The entry that a pixel of this color takes at (x, y).
     std::uint8_t indexAt(Color color, int x, int y) {
         const auto mix = match(color);
         return threshold(x, y) < mix.share ? mix.high : mix.low;
@@ -41,30 +41,30 @@ class ColorMatcher {
 
   private:
     static constexpr int cacheBits = 16;
-    static constexpr std::uint32_t known = 1U << 24; // an empty slot matches no colour
-    static constexpr int neighbourCount = 16;
+    static constexpr std::uint32_t known = 1U << 24; // an empty slot matches no color
+    static constexpr int neighborCount = 16;
 
     struct Slot {
         std::uint32_t key = 0;
         ColorMix mix;
     };
-    struct Neighbour {
+    struct Neighbor {
         std::uint8_t index = 0;
-        float red = 0; ///< differences to the neighbour, weighted and plain squares apart
+        float red = 0; ///< differences to the neighbor, weighted and plain squares apart
         float green = 0;
         float blue = 0;
         float length = 0; ///< distance()
     };
-    using Neighbours = std::vector<Neighbour>;
+    using Neighbors = std::vector<Neighbor>;
 
     static std::uint8_t threshold(int x, int y);
     ColorMix compute(Color color);
-    const Neighbours& neighbours(int index);
+    const Neighbors& neighbors(int index);
 
     Palette m_palette;
     NearestColor m_nearest;
     std::vector<Slot> m_cache;
-    std::array<Neighbours, maxColors> m_neighbours;
+    std::array<Neighbors, maxColors> m_neighbors;
 };
 
 /// 8 × 8 ordered dither: regular, so that it compresses, and bound to the place, so that it does

@@ -8,7 +8,7 @@ namespace {
 
 // Larger, and faint ghosts stay behind on flat areas; smaller, and the noise that a video codec
 // leaves in still areas is stored again and again.
-constexpr int leastChange = greyDistance(2);
+constexpr int leastChange = grayDistance(2);
 
 } // namespace
 

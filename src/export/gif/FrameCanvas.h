@@ -13,7 +13,7 @@ namespace vantro::exporting::gif {
 /// What a viewer of the animation sees by now, and which pixels of the next picture differ from it
 /// visibly.
 ///
-/// A pixel is compared with the colour that it had when it was last drawn, not with the frame
+/// A pixel is compared with the color that it had when it was last drawn, not with the frame
 /// before: however slowly a picture fades, nothing on screen is ever further off than the
 /// threshold. One thread.
 class FrameCanvas {
@@ -52,7 +52,7 @@ class FrameCanvas {
     bool m_isBlank = true;
     std::size_t m_changedCount = 0;
     std::vector<Color> m_wanted;
-    std::vector<std::uint32_t> m_shown; ///< the entry's index above its colour
+    std::vector<std::uint32_t> m_shown; ///< the entry's index above its color
     std::vector<std::uint8_t> m_changed;
 };
 

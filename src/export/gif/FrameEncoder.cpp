@@ -7,7 +7,7 @@
 namespace vantro::exporting::gif {
 namespace {
 
-// Below this many pixels a table of just the colours in use may be cheaper than the global one's
+// Below this many pixels a table of just the colors in use may be cheaper than the global one's
 // longer codes; both are tried.
 constexpr int smallImage = 16384;
 

@@ -44,7 +44,7 @@ Bytes fileHeader(int width, int height, std::span<const Color> table) {
     appendNumber(bytes, height);
     // Always 256 entries: transparentIndex lies within.
     bytes.insert(bytes.end(), {hasColorTable | eightBitsAPrimary | 7,
-                               0,   // background colour
+                               0,   // background color
                                0}); // square pixels
     appendTable(bytes, table, 8);
     bytes.insert(bytes.end(), {0x21, 0xFF, 11});

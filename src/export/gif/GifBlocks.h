@@ -26,11 +26,11 @@ inline constexpr std::array<std::uint8_t, 1> fileTrailer{0x3B};
 /// The fewest bits, at least 1, whose numbers count `colors` entries.
 int tableBits(int colors);
 
-/// Signature, screen size, global colour table and the request to loop for ever.
+/// Signature, screen size, global color table and the request to loop for ever.
 Bytes fileHeader(int width, int height, std::span<const Color> table);
 
 /// Everything of an image before its pixel data: its delay, still 0, its transparent index (none
-/// below 0), its place and its own colour table where that is not empty. What it covers stays in
+/// below 0), its place and its own color table where that is not empty. What it covers stays in
 /// place afterwards.
 Bytes imageHeader(Region region, int transparent, std::span<const Color> table);
 

@@ -49,7 +49,7 @@ Palette quantize(const std::vector<liq_histogram_entry>& entries) {
         throw std::bad_alloc();
     liq_result* made = nullptr;
     if (liq_histogram_quantize(histogram.get(), attributes.get(), &made) != LIQ_OK)
-        throw std::bad_alloc(); // the only failure that opaque colours and no quality limit leave
+        throw std::bad_alloc(); // the only failure that opaque colors and no quality limit leave
     const Liq<liq_result> result(made);
     const auto* found = liq_get_palette(result.get());
     Palette palette;
@@ -58,7 +58,7 @@ Palette quantize(const std::vector<liq_histogram_entry>& entries) {
     return palette;
 }
 
-/// Moves each colour to the mean of those that it stands for (Lloyd's algorithm).
+/// Moves each color to the mean of those that it stands for (Lloyd's algorithm).
 void refine(Palette& palette, const std::vector<liq_histogram_entry>& entries) {
     struct Sum {
         std::uint64_t weight = 0;

@@ -7,9 +7,9 @@
 
 namespace vantro::exporting::gif {
 
-/// Counts the colours of a picture and chooses the palette that shows them best.
+/// Counts the colors of a picture and chooses the palette that shows them best.
 ///
-/// Memory stays bounded: when too many colours come, similar ones are merged, more and more
+/// Memory stays bounded: when too many colors come, similar ones are merged, more and more
 /// coarsely. One thread.
 class PaletteBuilder {
   public:

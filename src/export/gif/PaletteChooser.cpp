@@ -16,7 +16,7 @@ constexpr std::size_t changedShare = 3;
 // A palette may err more than a new one would: a new one costs up to 768 bytes and, made anew for
 // each frame of a camera move, a quarter of the time. Beyond this it pays in what is seen.
 double tolerated(double attainable) {
-    return attainable * 1.5 + greyDistance(2);
+    return attainable * 1.5 + grayDistance(2);
 }
 
 Palette makePalette(const media::PixelBuffer& bgra, const FrameCanvas& canvas) {

@@ -11,7 +11,7 @@ namespace vantro::render {
 ///
 /// Coverage is the one mask that the recording, its shadow and the webcam picture share; a shader
 /// computes the same:
-///   q = abs(p − centre) − (halfSize − radius)
+///   q = abs(p − center) − (halfSize − radius)
 ///   distance = length(max(q, 0)) + min(max(q.x, q.y), 0) − radius
 ///   coverage = clamp(0.5 − distance, 0, 1)
 /// Every pixel with coverage above 0 is drawn, so a quad reaches one pixel beyond the rectangle.
@@ -38,7 +38,7 @@ class RoundedRect {
         return std::hypot(std::max(qx, 0.0), std::max(qy, 0.0)) + std::min(std::max(qx, qy), 0.0) -
                m_radius;
     }
-    /// How much of the pixel whose centre is (x, y) lies inside, 0 to 1.
+    /// How much of the pixel whose center is (x, y) lies inside, 0 to 1.
     double coverage(double x, double y) const {
         return isEmpty() ? 0 : std::clamp(0.5 - distance(x, y), 0.0, 1.0);
     }

@@ -40,7 +40,7 @@ void drawImage(const media::PixelBuffer& image, PixelSpan rows, media::PixelBuff
     for (int y = rows.begin; y < rows.end; ++y) {
         std::uint8_t* row = out.mutableRow(0, y);
         stretched.write(y, row);
-        for (int x = 0; x < out.width(); ++x) // premultiplied colour over black is itself
+        for (int x = 0; x < out.width(); ++x) // premultiplied color over black is itself
             row[std::ptrdiff_t{x} * 4 + 3] = 255;
     }
 }

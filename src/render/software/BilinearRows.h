@@ -9,7 +9,7 @@
 
 namespace vantro::render::software {
 
-/// Draws rows of a stretched picture with bilinear sampling. Neighbouring output rows share the
+/// Draws rows of a stretched picture with bilinear sampling. Neighboring output rows share the
 /// horizontally mixed texel rows, so going down a picture mixes each of those once.
 ///
 /// Reused for many spans; its memory stays. One thread.

@@ -16,7 +16,7 @@ enum class TapReach {
     anywhere,
 };
 
-/// Which two neighbouring pixels of a row make each pixel of the result. Results come in blocks of
+/// Which two neighboring pixels of a row make each pixel of the result. Results come in blocks of
 /// blockPixels(); the arrays cover whole blocks.
 struct ColumnTaps {
     TapReach reach = TapReach::oneVector;
@@ -32,7 +32,7 @@ inline constexpr int columnOverread = 40;
 
 int blockPixels();
 
-/// Mixes neighbours along a row into `out`: 4 words a pixel, with 7 fractional bits, in an order
+/// Mixes neighbors along a row into `out`: 4 words a pixel, with 7 fractional bits, in an order
 /// that only mixRows knows.
 void filterColumns(const ColumnTaps& taps, const std::uint8_t* row, std::int16_t* out);
 

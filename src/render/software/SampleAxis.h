@@ -8,7 +8,7 @@
 namespace vantro::render::software {
 
 /// One axis of a picture that is drawn stretched: which place in the picture an output pixel shows.
-/// Pixel i's centre shows start + (i + 0.5) × step, where texel k spans k to k + 1.
+/// Pixel i's center shows start + (i + 0.5) × step, where texel k spans k to k + 1.
 struct SampleAxis {
     double start = 0;
     double step = 1;

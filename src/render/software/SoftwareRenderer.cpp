@@ -14,7 +14,7 @@ namespace vantro::render::software {
 namespace {
 
 /// Output pixels a tile: its rows in flight (source, mixed, scene and output) fit into 32 KiB of
-/// cache, and the rows that neighbouring tiles both work out stay few; a 1080p frame still gives
+/// cache, and the rows that neighboring tiles both work out stay few; a 1080p frame still gives
 /// each of many threads its share. Even, for the sake of 4:2:0.
 constexpr int tileWidth = 512;
 constexpr int tileHeight = 128;
@@ -48,7 +48,7 @@ class SoftwareRenderer final : public Renderer {
     }
 
   private:
-    /// Whether copied bytes mean the same colours.
+    /// Whether copied bytes mean the same colors.
     static bool holdsSamePixels(const media::PixelBuffer& source,
                                 const media::PixelBuffer& output) {
         return source.format() == output.format() &&

@@ -16,7 +16,7 @@ DeviceKind kindOf(VkPhysicalDeviceType type) {
     case VK_PHYSICAL_DEVICE_TYPE_INTEGRATED_GPU:
         return DeviceKind::integrated;
     case VK_PHYSICAL_DEVICE_TYPE_VIRTUAL_GPU:
-        return DeviceKind::virtualised;
+        return DeviceKind::virtualized;
     case VK_PHYSICAL_DEVICE_TYPE_CPU:
         return DeviceKind::software;
     default:

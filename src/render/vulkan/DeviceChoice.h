@@ -7,7 +7,7 @@
 
 namespace vantro::render::vulkan {
 
-enum class DeviceKind { discrete, integrated, virtualised, unknown, software };
+enum class DeviceKind { discrete, integrated, virtualized, unknown, software };
 
 /// A graphics device that a driver offers.
 struct DeviceCandidate {

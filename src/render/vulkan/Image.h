@@ -20,7 +20,7 @@ class Image {
         plane,  ///< one channel, sampled as red
         alpha,  ///< one channel, sampled as black with that alpha
     };
-    /// The format of coloured pictures, which every render pass draws into.
+    /// The format of colored pictures, which every render pass draws into.
     static constexpr VkFormat colorFormat = VK_FORMAT_B8G8R8A8_UNORM;
 
     Image() = default;

@@ -6,7 +6,7 @@
 
 namespace vantro::render::vulkan {
 
-/// The finished frame: drawn on the GPU, brought back as colour or, for half the bytes, as planes.
+/// The finished frame: drawn on the GPU, brought back as color or, for half the bytes, as planes.
 class OutputPicture {
   public:
     /// Makes ready for frames of this shape; costs nothing while the shape stays.

@@ -48,9 +48,9 @@ class Pipelines {
     const Pipeline& drawing(PipelineKind kind) const {
         return m_drawing[static_cast<std::size_t>(kind)];
     }
-    /// 4:2:0 planes to colour; uniforms: PlaneConversion.
+    /// 4:2:0 planes to color; uniforms: PlaneConversion.
     const Pipeline& fromPlanes() const { return m_fromPlanes; }
-    /// Colour to 4:2:0 planes, a compute pipeline; uniforms: PlaneLayout.
+    /// Color to 4:2:0 planes, a compute pipeline; uniforms: PlaneLayout.
     const Pipeline& toPlanes() const { return m_toPlanes; }
 
   private:

@@ -8,7 +8,7 @@
 
 namespace vantro::render::vulkan {
 
-/// One corner of a quad: normalised device coordinates with y upwards, and texture coordinates with
+/// One corner of a quad: normalized device coordinates with y upwards, and texture coordinates with
 /// v downwards.
 struct QuadVertex {
     float x = 0;

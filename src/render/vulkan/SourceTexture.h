@@ -8,7 +8,7 @@
 
 namespace vantro::render::vulkan {
 
-/// The recording's frame on the GPU, as one colour picture. Planar frames travel as planes, three
+/// The recording's frame on the GPU, as one color picture. Planar frames travel as planes, three
 /// eighths of the bytes, and are converted there. A frame that is asked for again is not sent
 /// again.
 class SourceTexture {

@@ -14,7 +14,7 @@ std::string describe(VkResult result) {
     case VK_ERROR_OUT_OF_HOST_MEMORY:
         return "out of host memory";
     case VK_ERROR_INITIALIZATION_FAILED:
-        return "initialisation failed";
+        return "initialization failed";
     default:
         return fmt::format("error {}", static_cast<int>(result));
     }

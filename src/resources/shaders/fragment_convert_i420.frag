@@ -1,6 +1,6 @@
 #version 450
 
-// Turns a planar 4:2:0 picture into an opaque RGB one. A chroma sample stands in the centre of its
+// Turns a planar 4:2:0 picture into an opaque RGB one. A chroma sample stands in the center of its
 // 2 x 2 pixels; between samples chroma is bilinear. Filtered by hand: some samplers round to 8 bits
 // before the matrix multiplies the error.
 layout(set = 0, binding = 0) uniform sampler2D lumaPlane;

@@ -10,8 +10,8 @@ layout(push_constant, std430) uniform QuadUniforms {
     vec2 unused1;
 } quad;
 
-// Where in the rectangle this pixel's centre lies, 0 to 1 in both directions. Taken from the pixel
-// and not from the vertices: rasterisers snap vertices to fractions of a pixel, which would move a
+// Where in the rectangle this pixel's center lies, 0 to 1 in both directions. Taken from the pixel
+// and not from the vertices: rasterizers snap vertices to fractions of a pixel, which would move a
 // picture that stands between pixels.
 vec2 placeInRectangle() {
     return (gl_FragCoord.xy - quad.rectangle.xy) / quad.rectangle.zw;

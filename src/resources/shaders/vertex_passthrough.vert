@@ -1,6 +1,6 @@
 #version 450
 
-layout(location = 0) in vec2 position; // normalised device coordinates, y upwards
+layout(location = 0) in vec2 position; // normalized device coordinates, y upwards
 layout(location = 1) in vec2 textureCoordinate;
 layout(location = 0) out vec2 place;
 

@@ -7,7 +7,7 @@
 namespace vantro::render::vulkan {
 namespace {
 
-/// Mesa's software driver mixes neighbouring texels in 8 bits, coarser than any GPU does. It reads
+/// Mesa's software driver mixes neighboring texels in 8 bits, coarser than any GPU does. It reads
 /// this when it is loaded, so it is set before the first test runs.
 const bool softwareDriverIsPrecise =
     setenv("GALLIVM_PERF", "no_aos_sampling", 1) == 0; // NOLINT(concurrency-mt-unsafe)

@@ -13,7 +13,7 @@ DeviceCandidate device(std::string name, DeviceKind kind, bool capable = true) {
 
 TEST(DeviceChoice, PrefersRealHardwareInOrderOfSpeed) {
     const std::vector all{
-        device("llvmpipe", DeviceKind::software), device("virtio", DeviceKind::virtualised),
+        device("llvmpipe", DeviceKind::software), device("virtio", DeviceKind::virtualized),
         device("built in", DeviceKind::integrated), device("card", DeviceKind::discrete)};
     EXPECT_EQ(chooseDevice(all, true), 3U);
     EXPECT_EQ(chooseDevice(std::span(all).first(3), true), 2U);
