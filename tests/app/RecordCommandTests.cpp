@@ -18,7 +18,9 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace vantro::app {
 namespace {
@@ -69,6 +71,30 @@ class RecordCommand : public ::testing::Test {
     test::TemporaryFolder folder;
     std::filesystem::path project = folder / "made.vantro";
 };
+
+TEST_F(RecordCommand, IsFinishedWhenItsTerminalIsClosed) {
+    const TestWindow shown(server, {0, 0, 640, 480}, red);
+    int terminal = -1;
+    const auto process = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (process == 0) {
+        ::setenv("DISPLAY", server.display().c_str(), 1);
+        ::setenv("TMPDIR", folder.path().c_str(), 1);
+        ::execl(VANTRO_PROGRAM, "vantro", "record", "--output", project.c_str(), nullptr);
+        ::_exit(EXIT_FAILURE);
+    }
+    std::string said;
+    char chunk[256];
+    while (!said.contains(" dropped")) {
+        const auto count = ::read(terminal, chunk, sizeof chunk);
+        ASSERT_GT(count, 0) << said;
+        said.append(chunk, static_cast<std::size_t>(count));
+    }
+    ::close(terminal);
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status)) << "by signal " << WTERMSIG(status);
+    EXPECT_GT(files::readProjectFile(project).recording.metadata().endTime, 0);
+}
 
 TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
     test::TestWindow window(server, {0, 0, 640, 480}, red);

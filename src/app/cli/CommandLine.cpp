@@ -2,6 +2,7 @@
 
 #include "app/cli/Commands.h"
 #include "app/cli/Interrupt.h"
+#include "app/cli/StatusLine.h"
 #include "base/Log.h"
 #include "model/VantroError.h"
 
@@ -12,9 +13,9 @@ namespace vantro::app::cli {
 namespace {
 
 void report(const model::VantroError& error) {
-    fmt::print(stderr, "vantro: {}\n", error.what());
+    tell(fmt::format("vantro: {}\n", error.what()));
     if (!error.recoverySuggestion().empty())
-        fmt::print(stderr, "{}\n", error.recoverySuggestion());
+        tell(fmt::format("{}\n", error.recoverySuggestion()));
 }
 
 int runAction(const CommandAction& action) try {
@@ -23,13 +24,13 @@ int runAction(const CommandAction& action) try {
     report(error);
     return exitFailure;
 } catch (const CLI::ParseError& error) {
-    fmt::print(stderr, "vantro: {}\n", error.what());
+    tell(fmt::format("vantro: {}\n", error.what()));
     return exitUsage;
 } catch (const std::bad_alloc&) {
-    fmt::print(stderr, "vantro: out of memory\n");
+    tell("vantro: out of memory\n");
     return exitFailure;
 } catch (const std::exception& error) {
-    fmt::print(stderr, "vantro: {}\n", error.what());
+    tell(fmt::format("vantro: {}\n", error.what()));
     return exitFailure;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/CommandLine.h"
+#include "app/cli/CommandAction.h"
 
 #include <stop_token>
 

@@ -79,7 +79,7 @@ void printSummary(const ExportOptions& options, const ProjectExport& job,
                   const exporting::ExportSummary& summary, const ProgressDisplay& display) {
     const auto bytes = fs::file_size(job.output);
     if (!summary.damage.empty())
-        fmt::print(stderr, "vantro: {}; exported up to there\n", summary.damage);
+        tell(fmt::format("vantro: {}; exported up to there\n", summary.damage));
     if (options.json)
         printEvent(finishedEvent(job, summary, bytes, display));
     else if (::isatty(STDOUT_FILENO) == 1)
@@ -143,7 +143,7 @@ int exportOne(const ExportOptions& options, const ProjectExport& job,
 
 void reportFailure(const ExportOptions& options, const ProjectExport& job,
                    const std::exception& error) {
-    fmt::print(stderr, "vantro: {}: {}\n", job.project.string(), error.what());
+    tell(fmt::format("vantro: {}: {}\n", job.project.string(), error.what()));
     if (options.json)
         printEvent(ordered_json{
             {"event", "failed"}, {"project", job.project.string()}, {"error", error.what()}});

@@ -56,7 +56,8 @@ void InterruptWatcher::watch() {
         signalfd_siginfo info{};
         if (::read(m_signals.get(), &info, sizeof info) != sizeof info)
             continue;
-        if (!m_source.request_stop())
+        // A closed terminal may send its signal twice; only people insist.
+        if (!m_source.request_stop() && info.ssi_signo != SIGHUP)
             ::_exit(interruptedExitCode);
     }
 }

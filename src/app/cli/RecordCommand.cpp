@@ -136,7 +136,7 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
-        fmt::print(stderr, "vantro: cancelled, nothing was recorded\n");
+        tell("vantro: cancelled, nothing was recorded\n");
         return exitInterrupted;
     }
     const auto name = files::defaultRecordingName();
@@ -161,8 +161,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     folder.isSaved = true;
     printSummary(options, recording.metadata(), statistics, end, processorShare);
     if (statistics.condition == capture::RecordingCondition::streamStopped)
-        fmt::print(stderr, "vantro: {}; the recording holds what it showed until then\n",
-                   statistics.streamError);
+        tell(fmt::format("vantro: {}; the recording holds what it showed until then\n",
+                         statistics.streamError));
     return exitSuccess;
 }
 

@@ -15,6 +15,11 @@ constexpr auto eraseLine = "\r\x1b[K";
 
 } // namespace
 
+void tell(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
 StatusLine::StatusLine() : m_visible(::isatty(STDERR_FILENO) == 1) {}
 
 StatusLine::~StatusLine() {
@@ -24,16 +29,14 @@ StatusLine::~StatusLine() {
 void StatusLine::show(std::string_view text) {
     if (!m_visible)
         return;
-    fmt::print(stderr, "{}{}", eraseLine, text);
-    std::fflush(stderr);
+    tell(fmt::format("{}{}", eraseLine, text));
     m_written = true;
 }
 
 void StatusLine::clear() {
     if (!m_written)
         return;
-    fmt::print(stderr, "{}", eraseLine);
-    std::fflush(stderr);
+    tell(eraseLine);
     m_written = false;
 }
 

@@ -5,6 +5,10 @@
 
 namespace vantro::app::cli {
 
+/// Writes a text to standard error. A terminal that has been closed is not told, which is no
+/// failure.
+void tell(std::string_view text);
+
 /// One line on standard error that is written over again and again. Does nothing where standard
 /// error is no terminal. One thread.
 class StatusLine {

@@ -29,7 +29,7 @@ T.Button {
     }
     background: Rectangle {
         radius: Theme.radius
-        color: control.down ? Theme.pressed : control.hovered ? Theme.hover : "transparent"
+        color: control.down ? Theme.pressed : control.hovered && control.enabled ? Theme.hover : "transparent"
         FocusRing { control: control }
     }
     HelpTip {

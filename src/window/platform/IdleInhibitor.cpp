@@ -22,7 +22,7 @@ QDBusMessage callOf(const QString& service, const QString& path, const QString& 
 }
 
 QString reason() {
-    return IdleInhibitor::tr("Recording the screen");
+    return QObject::tr("Recording the screen");
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace {
 
 void addRecentProjects(QMenu& menu, const ui::Preferences& preferences,
                        const std::function<void(const QString&)>& open) {
-    auto* recent = menu.addMenu(QStringLiteral("Recent Projects"));
+    auto* recent = menu.addMenu(QObject::tr("Recent Projects"));
     for (const auto& path : preferences.recentProjects()) {
         if (!QDir(path).exists())
             continue;
@@ -24,11 +24,11 @@ void addRecentProjects(QMenu& menu, const ui::Preferences& preferences,
 }
 
 void addThemes(QMenu& menu, ui::Preferences& preferences) {
-    auto* themes = menu.addMenu(QStringLiteral("Appearance"));
+    auto* themes = menu.addMenu(QObject::tr("Appearance"));
     for (const auto& [choice, label] :
-         {std::pair{ui::ThemeChoice::system, QStringLiteral("Follow the Desktop")},
-          std::pair{ui::ThemeChoice::light, QStringLiteral("Light")},
-          std::pair{ui::ThemeChoice::dark, QStringLiteral("Dark")}}) {
+         {std::pair{ui::ThemeChoice::system, QObject::tr("Follow the Desktop")},
+          std::pair{ui::ThemeChoice::light, QObject::tr("Light")},
+          std::pair{ui::ThemeChoice::dark, QObject::tr("Dark")}}) {
         auto* action = themes->addAction(label);
         action->setCheckable(true);
         action->setChecked(preferences.theme() == choice);
@@ -45,7 +45,7 @@ void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
     menu->setAttribute(Qt::WA_DeleteOnClose);
     addRecentProjects(*menu, preferences, open);
     menu->addSeparator();
-    auto* countdown = menu->addAction(QStringLiteral("Count Down Before Recording"));
+    auto* countdown = menu->addAction(QObject::tr("Count Down Before Recording"));
     countdown->setCheckable(true);
     countdown->setChecked(preferences.countdown());
     QObject::connect(countdown, &QAction::toggled, &preferences, &ui::Preferences::setCountdown);

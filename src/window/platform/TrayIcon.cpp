@@ -34,7 +34,7 @@ void TrayIcon::update() {
         return;
     if (m_icon == nullptr) {
         m_menu = std::make_unique<QMenu>();
-        m_menu->addAction(QStringLiteral("Stop Recording"), &m_flow,
+        m_menu->addAction(QObject::tr("Stop Recording"), &m_flow,
                           &app::flows::RecordingFlow::stopRecording);
         m_icon = std::make_unique<QSystemTrayIcon>(QIcon(QPixmap::fromImage(
             ui::drawSymbol(QStringLiteral("record.circle.fill"), recordingRed, iconPixels))));
@@ -45,8 +45,8 @@ void TrayIcon::update() {
                                  m_flow.stopRecording();
                          });
     }
-    m_icon->setToolTip(QStringLiteral("Recording %1 (click to stop)")
-                           .arg(ui::elapsedText(m_flow.elapsedSeconds())));
+    m_icon->setToolTip(
+        QObject::tr("Recording %1 (click to stop)").arg(ui::elapsedText(m_flow.elapsedSeconds())));
     m_icon->show();
 }
 
