@@ -58,7 +58,7 @@ void writeProject(const std::filesystem::path& source, const std::filesystem::pa
                             .speed = speed});
     model::Project project{"film", model::Recording(source, std::move(metadata)), {}};
     project.edit.segments = std::move(segments);
-    app::files::saveProject(folder / "film.vantro", project);
+    app::files::saveProject(folder / "film.vantro", project, true);
 }
 
 /// One line for each flash: its time, the speed, and 1 if a segment begins with it.

@@ -20,10 +20,10 @@ std::string BackgroundColor::hexString() const {
                        byteComponent(blue));
 }
 
-BackgroundImageSource BackgroundImageSource::custom(const std::filesystem::path& url) {
-    return {.name = backgroundDisplayName(url.stem().string()),
-            .url = url,
-            .thumbnailURL = std::nullopt,
+BackgroundImageSource BackgroundImageSource::custom(const std::filesystem::path& path) {
+    return {.name = backgroundDisplayName(path.stem().string()),
+            .path = path,
+            .thumbnail = std::nullopt,
             .isBuiltIn = false};
 }
 

@@ -21,13 +21,13 @@ struct BackgroundColor {
 
 /// A background picture: one that comes with the program or the user's own.
 struct BackgroundImageSource {
-    std::string name;                                  ///< for display
-    std::filesystem::path url;                         ///< the full picture
-    std::optional<std::filesystem::path> thumbnailURL; ///< a small preview
+    std::string name;                               ///< for display
+    std::filesystem::path path;                     ///< the full picture
+    std::optional<std::filesystem::path> thumbnail; ///< a small preview
     bool isBuiltIn = false;
 
-    /// The user's own picture at `url`.
-    static BackgroundImageSource custom(const std::filesystem::path& url);
+    /// The user's own picture at `path`.
+    static BackgroundImageSource custom(const std::filesystem::path& path);
     bool operator==(const BackgroundImageSource&) const = default;
 };
 

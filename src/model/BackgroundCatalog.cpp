@@ -25,8 +25,8 @@ std::optional<BackgroundImageSource> load(const std::filesystem::path& resources
         !std::filesystem::is_regular_file(thumbnail, ignored))
         return std::nullopt;
     return BackgroundImageSource{.name = backgroundDisplayName(name),
-                                 .url = picture,
-                                 .thumbnailURL = thumbnail,
+                                 .path = picture,
+                                 .thumbnail = thumbnail,
                                  .isBuiltIn = true};
 }
 
@@ -55,7 +55,7 @@ const BackgroundCatalog& BackgroundCatalog::application() {
 
 std::optional<BackgroundImageSource> BackgroundCatalog::builtIn(std::string_view basename) const {
     const auto found = std::ranges::find_if(m_backgrounds, [&](const auto& background) {
-        const auto stem = background.url.stem().string();
+        const auto stem = background.path.stem().string();
         return stem == basename ||
                (stem.ends_with(photographMark) &&
                 std::string_view(stem).substr(0, stem.size() - photographMark.size()) == basename);

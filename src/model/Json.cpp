@@ -1,5 +1,6 @@
 #include "model/Json.h"
 
+#include "model/Validation.h"
 #include "model/json/JsonCodec.h"
 
 #include <fmt/format.h>
@@ -106,7 +107,7 @@ struct Codec<BackgroundImageSource> {
     static void write(JsonWriter& out, const BackgroundImageSource& image) {
         out.beginObject(); // keys are written in sorted order here and below
         out.key(image.isBuiltIn ? "basename" : "customFilename");
-        out.string(image.isBuiltIn ? image.url.stem().string() : image.url.filename().string());
+        out.string(image.isBuiltIn ? image.path.stem().string() : image.path.filename().string());
         out.key("isBuiltIn");
         out.boolean(image.isBuiltIn);
         out.endObject();
@@ -121,7 +122,7 @@ struct Codec<BackgroundImageSource> {
         if (!atKey("isBuiltIn", [&] { return Codec<bool>::read(flag); }))
             return BackgroundImageSource::custom(text("customFilename"));
         BackgroundImageSource image;
-        image.url = text("basename");
+        image.path = text("basename");
         image.isBuiltIn = true;
         return image;
     }
@@ -256,7 +257,7 @@ Record decode(std::string_view text) {
     try {
         return Codec<Record>::read(JsonDocument::parse(text).root());
     } catch (const JsonFault& fault) {
-        throw DecodingError(fault.description(), fault.path());
+        throw DecodingError(fault.description());
     }
 }
 
@@ -274,14 +275,13 @@ void complete(BackgroundType& type, const std::filesystem::path& folder,
     if (image == nullptr)
         return;
     if (!image->isBuiltIn) {
-        image->url = folder / image->url.filename();
+        image->path = folder / image->path.filename();
         return;
     }
-    const auto name = image->url.string();
+    const auto name = image->path.string();
     const auto found = backgrounds.builtIn(name);
     if (!found)
-        throw DecodingError("Unknown built-in background: " + name,
-                            "backgroundSettings.type.image.basename");
+        throw DecodingError("Unknown built-in background: " + name);
     *image = *found;
 }
 
@@ -292,7 +292,9 @@ std::string encodeMetadata(const RecordingMetadata& metadata) {
 }
 
 RecordingMetadata decodeMetadata(std::string_view json) {
-    return json::decode<RecordingMetadata>(json);
+    auto metadata = json::decode<RecordingMetadata>(json);
+    validate(metadata);
+    return metadata;
 }
 
 std::string encodeProject(const Project& project) {
@@ -305,6 +307,7 @@ std::string encodeProject(const Project& project) {
 Project decodeProject(std::string_view json, const std::filesystem::path& movie,
                       const BackgroundCatalog& backgrounds) {
     auto document = json::decode<json::ProjectDocument>(json);
+    validate(*document.metadata, document.edit);
     complete(document.edit.background.type, movie.parent_path(), backgrounds);
     return {.name = std::move(document.recordingName),
             .recording = Recording(movie, std::move(document.metadata)),

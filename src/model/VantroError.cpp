@@ -38,7 +38,7 @@ std::string_view VantroError::recoverySuggestion() const {
     case Kind::captureStartFailed:
         return "Try selecting a different area or restarting the app.";
     case Kind::screenRecordingPermissionDenied:
-        return "Open System Settings → Privacy & Security → Screen Recording and enable Vantro.";
+        return "Allow screen sharing for Vantro in your desktop's settings, then try again.";
     case Kind::noRecordingData:
         return "Record a screen capture first before previewing or exporting.";
     default:

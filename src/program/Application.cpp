@@ -129,7 +129,7 @@ void Program::followRecordings() {
     QObject::connect(&m_projects, &app::flows::ProjectFlow::opened, used);
     QObject::connect(&m_projects, &app::flows::ProjectFlow::saved,
                      [this] { m_preferences.setUnsavedRecording({}); });
-    QObject::connect(&m_recovery, &app::flows::RecoveryFlow::dismissed,
+    QObject::connect(&m_recovery, &app::flows::RecoveryFlow::discarded,
                      [this] { m_preferences.setUnsavedRecording({}); });
 }
 

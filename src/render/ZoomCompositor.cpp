@@ -61,8 +61,8 @@ class BackgroundPicture {
         const auto* image = std::get_if<model::BackgroundImageSource>(&background.type);
         if (image == nullptr) {
             *this = BackgroundPicture();
-        } else if (m_path != image->url) {
-            m_path = image->url;
+        } else if (m_path != image->path) {
+            m_path = image->path;
             m_original = loadImage(m_path);
             m_fitted = nullptr;
         }

@@ -8,6 +8,8 @@
 #include "ui/TimeText.h"
 #include "window/picker/WindowPickerModel.h"
 
+#include <QLocale>
+
 namespace vantro::window {
 
 MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permission,
@@ -127,6 +129,14 @@ void MainModel::recover() {
 
 void MainModel::dismissRecovery() {
     m_flows.recovery.dismiss();
+}
+
+void MainModel::discardRecovery() {
+    m_flows.recovery.discard();
+}
+
+QString MainModel::recoverySize() const {
+    return QLocale().formattedDataSize(static_cast<qint64>(m_flows.recovery.offeredBytes()));
 }
 
 bool MainModel::mayClose() {

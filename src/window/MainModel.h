@@ -73,6 +73,9 @@ class MainModel : public QObject {
     Q_INVOKABLE void openProject();
     Q_INVOKABLE void recover();
     Q_INVOKABLE void dismissRecovery();
+    Q_INVOKABLE void discardRecovery();
+    /// What the offered recording takes on disk: "1.2 GiB".
+    Q_INVOKABLE QString recoverySize() const;
     Q_INVOKABLE void dismissAlert() { m_state.setShowError(false); }
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }

@@ -46,7 +46,8 @@ class CommandLine : public ::testing::Test {
 
     void save(const std::string& name) {
         app::files::saveProject(
-            folder / name, {"sample", model::Recording(folder / "recording.mov", metadata), edit});
+            folder / name, {"sample", model::Recording(folder / "recording.mov", metadata), edit},
+            true);
     }
     std::string path(const std::string& name) const { return "'" + (folder / name).string() + "'"; }
     bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }

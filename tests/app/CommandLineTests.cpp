@@ -69,8 +69,7 @@ TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
         {"speed", [](auto&, auto& segment) { segment.speed = 0; }, "segments[0].speed"},
         {"length", [](auto&, auto& segment) { segment.endFraction = 0; }, "segments[0]"},
         {"duration", [](auto& record, auto&) { record.endTime = -1; }, "endTime"},
-        {"scale", [](auto& record, auto&) { record.displayScaleFactor = 0; },
-         "displayScaleFactor"},
+        {"scale", [](auto& record, auto&) { record.displayScaleFactor = 0; }, "displayScaleFactor"},
     };
     const auto original = metadata;
     for (const auto& [name, spoil, message] : cases) {

@@ -1,15 +1,18 @@
 #include "app/files/FileLinking.h"
+#include "app/files/FileNames.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
-#include "export/RecordingFixture.h"
 #include "model/VantroError.h"
+#include "support/TemporaryFolder.h"
 
-#include <fstream>
+#include <cstdlib>
+#include <functional>
 #include <regex>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantro::app {
 namespace {
@@ -17,16 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 using vantro::test::TemporaryFolder;
-
-void write(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
-
-std::string read(const fs::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
-}
 
 model::Project sampleProject(const fs::path& movie, bool hasWebcam = false) {
     model::RecordingMetadata metadata;
@@ -49,112 +42,247 @@ std::string failureOf(const Action& action) {
     return "no error";
 }
 
-TEST(ProjectPackage, OpensAsItWasSavedAndLinksTheRecording) {
-    const test::TemporaryFolder folder;
-    write(folder / "recording.mov", "movie");
-    write(folder / "webcam.mov", "webcam");
-    const auto project = sampleProject(folder / "recording.mov", true);
-    const auto first = files::saveProject(folder / "a.vantro", project);
-    const auto second = files::saveProject(folder / "b.vantro", first);
+/// A folder with a recording, and packages made of it.
+class ProjectPackage : public ::testing::Test {
+  protected:
+    ProjectPackage() {
+        folder.write("recording.mov", "movie");
+        folder.write("webcam.mov", "webcam");
+    }
+    model::Project save(const std::string& name, const model::Project& edited) const {
+        return files::saveProject(folder / name, edited, true);
+    }
+    std::string content(const fs::path& name) const {
+        return test::contentOf(folder.path() / name);
+    }
 
+    test::TemporaryFolder folder;
+    model::Project project = sampleProject(folder / "recording.mov");
+};
+
+TEST_F(ProjectPackage, OpensAsItWasSavedAndLinksTheRecording) {
+    const auto first = save("a.vantro", sampleProject(folder / "recording.mov", true));
+    const auto second = save("b.vantro", first);
     EXPECT_EQ(first.recording.movie(), folder / "a.vantro" / "recording.mov");
     EXPECT_EQ(files::readProjectFile(folder / "a.vantro"), first);
     EXPECT_EQ(files::readProjectFile(folder / "b.vantro"), second);
-    EXPECT_TRUE(fs::equivalent(folder / "recording.mov", folder / "b.vantro" / "recording.mov"));
+    EXPECT_TRUE(fs::equivalent(folder / "recording.mov", second.recording.movie()));
     fs::remove_all(folder / "a.vantro");
-    EXPECT_EQ(read(folder / "b.vantro" / "recording.mov"), "movie");
-    EXPECT_EQ(read(folder / "b.vantro" / "webcam.mov"), "webcam");
+    EXPECT_EQ(content("b.vantro/recording.mov"), "movie");
+    EXPECT_EQ(content("b.vantro/webcam.mov"), "webcam");
 }
 
-TEST(ProjectPackage, CarriesACustomBackgroundWhereverItIsMoved) {
-    const test::TemporaryFolder folder;
-    write(folder / "recording.mov", "movie");
-    write(folder / "my beach.png", "picture");
-    auto project = sampleProject(folder / "recording.mov");
-    project.edit.background.type = model::BackgroundImageSource::custom(folder / "my beach.png");
-    files::saveProject(folder / "a.vantro", project);
+TEST_F(ProjectPackage, SavedOntoItselfChangesItsEditAloneAndKeepsOtherFiles) {
+    auto saved = save("a.vantro", project);
+    folder.write("a.vantro/notes/today.txt", "precious");
+    const auto inodes = [&] {
+        std::vector<ino_t> found;
+        for (const auto* name :
+             {"a.vantro", "a.vantro/recording.mov", "a.vantro/notes/today.txt"}) {
+            struct stat status{};
+            ::stat((folder / name).c_str(), &status);
+            found.push_back(status.st_ino);
+        }
+        return found;
+    };
+    const auto before = inodes();
+    saved.edit.cursorScale = 1;
+    save("a.vantro", saved);
+    EXPECT_EQ(inodes(), before);
+    EXPECT_EQ(files::readProjectFile(folder / "a.vantro"), saved);
+
+    folder.write("other/recording.mov", "other movie");
+    const auto other = save("a.vantro", sampleProject(folder / "other/recording.mov"));
+    EXPECT_EQ(content("a.vantro/recording.mov"), "other movie");
+    EXPECT_EQ(content("a.vantro/notes/today.txt"), "precious");
+    EXPECT_EQ(files::readProjectFile(folder / "a.vantro"), other);
+}
+
+TEST_F(ProjectPackage, CarriesACustomBackgroundWhereverItIsMoved) {
+    const auto withPicture = [&](const std::string& name) {
+        auto made = project;
+        made.edit.background.type = model::BackgroundImageSource::custom(folder / name);
+        return made;
+    };
+    const auto pictureOf = [&](const std::string& name) {
+        const auto opened = files::readProjectFile(folder / name);
+        return std::get<model::BackgroundImageSource>(opened.edit.background.type).path;
+    };
+    folder.write("my beach.png", "picture");
+    save("a.vantro", withPicture("my beach.png"));
     fs::remove(folder / "my beach.png");
     fs::rename(folder / "a.vantro", folder / "moved.vantro");
+    EXPECT_EQ(pictureOf("moved.vantro"), folder / "moved.vantro" / "my beach.png");
+    EXPECT_EQ(test::contentOf(pictureOf("moved.vantro")), "picture");
+    save("moved.vantro", files::readProjectFile(folder / "moved.vantro"));
+    EXPECT_EQ(test::contentOf(pictureOf("moved.vantro")), "picture");
 
-    const auto opened = files::readProjectFile(folder / "moved.vantro");
-    const auto& image = std::get<model::BackgroundImageSource>(opened.edit.background.type);
-    EXPECT_EQ(image.url, folder / "moved.vantro" / "my beach.png");
-    EXPECT_EQ(read(image.url), "picture");
-    files::saveProject(folder / "moved.vantro", opened);
-    EXPECT_EQ(read(image.url), "picture"); // saving in place keeps the copy it was opened with
+    // Another picture of that name: until "project.json" changes, the first must stay.
+    folder.write("elsewhere/my beach.png", "another");
+    auto opened = files::readProjectFile(folder / "moved.vantro");
+    opened.edit = withPicture("elsewhere/my beach.png").edit;
+    save("moved.vantro", opened);
+    EXPECT_EQ(pictureOf("moved.vantro").filename(), "my beach-2.png");
+    EXPECT_EQ(test::contentOf(pictureOf("moved.vantro")), "another");
+    EXPECT_EQ(content("moved.vantro/my beach.png"), "picture");
+    // One that replaces the movie in name must not do so in the package.
+    folder.write("elsewhere/webcam.mov", "picture");
+    save("b.vantro", withPicture("elsewhere/webcam.mov"));
+    EXPECT_EQ(pictureOf("b.vantro").filename(), "webcam-2.mov");
 }
 
-TEST(ProjectPackage, CopiesAcrossFileSystems) {
-    const fs::path memory = "/dev/shm";
-    const test::TemporaryFolder folder;
-    write(folder / "recording.mov", "movie");
-    const auto target = memory / ("vantro-link-" + model::Uuid::random().toString());
-    write(target, "an earlier and longer file");
-    files::linkOrCopy(folder / "recording.mov", target);
-    EXPECT_EQ(read(target), "movie");
+TEST_F(ProjectPackage, LinksWhatALinkPointsToAndCopiesAcrossFileSystems) {
+    fs::create_symlink("recording.mov", folder / "link.mov");
+    files::linkOrCopy(folder / "link.mov", folder / "linked.mov");
+    fs::remove(folder / "link.mov");
+    fs::rename(folder / "recording.mov", folder / "renamed.mov");
+    EXPECT_EQ(content("linked.mov"), "movie");
+
+    const auto target = "/dev/shm/vantro-link-" + model::Uuid::random().toString();
+    std::ofstream(target) << "an earlier and longer file";
+    files::linkOrCopy(folder / "renamed.mov", target);
+    EXPECT_EQ(test::contentOf(target), "movie");
     fs::remove(target);
     EXPECT_THROW(files::linkOrCopy(folder / "missing.mov", folder / "x.mov"), fs::filesystem_error);
 }
 
-TEST(ProjectPackage, TellsWhatIsWrongWithWhatItOpens) {
-    const test::TemporaryFolder folder;
-    EXPECT_THAT(failureOf([&] { files::readProjectFile(folder / "none.vantro"); }),
-                HasSubstr("none.vantro: no such project"));
-    write(folder / "file.vantro", "");
-    EXPECT_THAT(failureOf([&] { files::readProjectFile(folder / "file.vantro"); }),
-                HasSubstr("not a project folder"));
+TEST_F(ProjectPackage, TellsWhatIsWrongWithWhatItOpens) {
+    const auto error = [&](const std::string& name) {
+        return failureOf([&] { files::readProjectFile(folder / name); });
+    };
+    folder.write("file.vantro", "");
     fs::create_directory(folder / "empty.vantro");
-    EXPECT_THAT(failureOf([&] { files::readProjectFile(folder / "empty.vantro"); }),
-                HasSubstr("project.json"));
-
-    write(folder / "recording.mov", "movie");
-    files::saveProject(folder / "a.vantro", sampleProject(folder / "recording.mov"));
-    const auto document = folder / "a.vantro" / "project.json";
-    write(document, std::regex_replace(read(document), std::regex("\"webcamSize\": [0-9.]+"),
-                                       "\"webcamSize\": \"large\""));
-    EXPECT_THAT(failureOf([&] { files::readProjectFile(folder / "a.vantro"); }),
-                HasSubstr("webcamSize"));
+    save("a.vantro", project);
+    folder.write("a.vantro/project.json",
+                 std::regex_replace(content("a.vantro/project.json"),
+                                    std::regex("\"speed\": [0-9.]+"), "\"speed\": 0"));
+    EXPECT_THAT(error("none.vantro"), HasSubstr("none.vantro: no such project"));
+    EXPECT_THAT(error("file.vantro"), HasSubstr("not a project folder"));
+    EXPECT_THAT(error("empty.vantro"), HasSubstr("project.json"));
+    EXPECT_THAT(error("a.vantro"),
+                HasSubstr("project.json: segments[0].speed: must be greater than 0, is 0"));
 }
 
-TEST(ProjectPackage, AppearsWholeAndReplacesOnlyPackages) {
-    const test::TemporaryFolder folder;
-    write(folder / "recording.mov", "movie");
-    auto project = sampleProject(folder / "recording.mov");
-    files::saveNewProject(folder / "a.vantro", project, false);
-
-    project.name = "second";
-    EXPECT_THAT(failureOf([&] { files::saveNewProject(folder / "a.vantro", project, false); }),
-                HasSubstr("use --force"));
-    EXPECT_NE(files::readProjectFile(folder / "a.vantro").name, "second");
-    files::saveNewProject(folder / "a.vantro", project, true);
-    EXPECT_EQ(files::readProjectFile(folder / "a.vantro").name, "second");
-
-    fs::create_directory(folder / "photos.vantro");
-    write(folder / "photos.vantro" / "holiday.jpg", "precious");
-    EXPECT_THAT(failureOf([&] { files::saveNewProject(folder / "photos.vantro", project, true); }),
-                HasSubstr("is not a project"));
-    EXPECT_EQ(read(folder / "photos.vantro" / "holiday.jpg"), "precious");
-
-    EXPECT_NE(failureOf([&] {
-                  files::saveNewProject(folder / "b.vantro", sampleProject(folder / "missing.mov"),
-                                        false);
-              }),
-              "no error");
-    EXPECT_FALSE(fs::exists(folder / "b.vantro"));
-    for (const auto& entry : fs::directory_iterator(folder.path()))
-        EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
+TEST_F(ProjectPackage, AppearsWholeAndReplacesOnlyPackages) {
+    save("a.vantro", project);
+    folder.write("photos.vantro/holiday.jpg", "precious");
+    const struct {
+        const char* name;
+        const char* movie;
+        bool replace;
+        const char* error;
+    } refused[]{
+        {"a.vantro", "recording.mov", false, "use --force"},
+        {"photos.vantro", "recording.mov", true, "is not a project"},
+        {"a.mov", "recording.mov", true, "ends in .vantro"},
+        {"no/b.vantro", "recording.mov", true, "no such folder"},
+        {"a.vantro", "missing.mov", true, "missing.mov"},
+        {"b.vantro", "missing.mov", true, "missing.mov"},
+    };
+    const auto names = folder.names();
+    for (const auto& [name, movie, replace, error] : refused)
+        EXPECT_THAT(failureOf([&, name = name, movie = movie, replace = replace] {
+                        files::saveProject(folder / name, sampleProject(folder / movie), replace);
+                    }),
+                    HasSubstr(error));
+    EXPECT_EQ(folder.names(), names) << "nothing half-made";
+    EXPECT_EQ(content("photos.vantro/holiday.jpg"), "precious");
+    EXPECT_EQ(files::readProjectFile(folder / "a.vantro").edit, project.edit);
 }
 
-TEST(RecordingFolder, IsFreshAndNamedByTheDate) {
+TEST(FileNames, AreNeitherPathsNorHiddenNorEndless) {
+    for (const auto& [name, safe] : {std::pair{"a/b\\c\n", "a-b-c-"},
+                                     {"../../etc", "-..-etc"},
+                                     {" .hidden. ", "hidden"},
+                                     {"", "Untitled"},
+                                     {"...", "Untitled"},
+                                     {"Ünïcode 12", "Ünïcode 12"}})
+        EXPECT_EQ(files::safeFileName(name), safe);
+    std::string umlauts = "x";
+    for (int i = 0; i < 300; ++i)
+        umlauts += "ü";
+    EXPECT_EQ(files::safeFileName(umlauts).size(), 199U) << "whole characters";
+}
+
+/// Recordings' folders below a folder of its own; the environment is as before at the end.
+class RecordingFolder : public ::testing::Test {
+  protected:
+    RecordingFolder() {
+        for (const auto* name : {"TMPDIR", "XDG_DATA_HOME", "HOME"}) {
+            const char* value = std::getenv(name);
+            m_before.emplace_back(name, value != nullptr ? std::optional<std::string>(value)
+                                                         : std::nullopt);
+        }
+    }
+    ~RecordingFolder() override {
+        for (const auto& [name, value] : m_before)
+            set(name, value);
+    }
+    static void set(const char* name, const std::optional<std::string>& value) {
+        value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
+    }
+    static mode_t modeOf(const fs::path& path) {
+        struct stat status{};
+        ::stat(path.c_str(), &status);
+        return status.st_mode & 07777;
+    }
+
+    test::TemporaryFolder folder;
+
+  private:
+    std::vector<std::pair<const char*, std::optional<std::string>>> m_before;
+};
+
+TEST_F(RecordingFolder, LiesWhereItIsPrivateAndLasts) {
     EXPECT_TRUE(std::regex_match(files::defaultRecordingName(),
                                  std::regex(R"(vantro_\d{4}-\d\d-\d\d_\d\d-\d\d-\d\d)")));
-    const auto first = files::makeRecordingDirectory();
-    const auto second = files::makeRecordingDirectory();
-    EXPECT_NE(first, second);
-    EXPECT_TRUE(fs::is_empty(first));
-    EXPECT_EQ(first.parent_path().filename(), "Vantro");
-    fs::remove(first);
-    fs::remove(second);
+    const auto madeBelow = [&](const fs::path& place) {
+        const auto made = files::makeRecordingDirectory();
+        EXPECT_EQ(made.parent_path(), place);
+        EXPECT_EQ(files::recordingsDirectory(), place);
+        EXPECT_EQ(modeOf(made.parent_path()), 0700U);
+        EXPECT_EQ(modeOf(made), 0700U);
+        EXPECT_NE(files::makeRecordingDirectory(), made);
+        EXPECT_EQ(files::recordingFolders().size(), 2U);
+        return made;
+    };
+    fs::create_directories(folder / "tmp/Vantro"); // readable by all, as it was made once
+    set("TMPDIR", folder / "tmp");
+    madeBelow(folder / "tmp/Vantro");
+    set("TMPDIR", {});
+    set("HOME", folder / "home");
+    set("XDG_DATA_HOME", {});
+    madeBelow(folder / "home/.local/share/vantro/Recordings");
+    set("XDG_DATA_HOME", folder / "data");
+    madeBelow(folder / "data/vantro/Recordings");
+    const auto fallback = "/var/tmp/vantro-" + std::to_string(::geteuid()) + "/Recordings";
+    set("XDG_DATA_HOME", folder.write("file", "") / "data"); // no folder can be made there
+    EXPECT_EQ(files::recordingsDirectory(), fallback);
+}
+
+TEST_F(RecordingFolder, IsNeverSomebodyElses) {
+    constexpr uid_t nobody = 65534;
+    const auto taken = folder / "Vantro";
+    fs::create_directory(taken);
+    if (::chown(taken.c_str(), nobody, nobody) != 0)
+        GTEST_SKIP() << "only root can give a folder away";
+    set("TMPDIR", folder.path());
+    EXPECT_EQ(files::makeRecordingDirectory().parent_path(),
+              folder / ("Vantro-" + std::to_string(::geteuid())));
+    EXPECT_TRUE(fs::is_empty(taken));
+}
+
+TEST_F(RecordingFolder, DeletesRecordingsAndNothingElse) {
+    set("TMPDIR", folder.path());
+    const auto made = files::makeRecordingDirectory();
+    std::ofstream(made / "recording.mov") << "movie";
+    std::ofstream(made / "metadata.json") << "{}";
+    folder.write("film.vantro/recording.mov", "movie");
+    EXPECT_EQ(files::recordingSize(made / "recording.mov"), 7U);
+    files::deleteRecording(made / "recording.mov");
+    files::deleteRecording(folder / "film.vantro/recording.mov");
+    EXPECT_FALSE(fs::exists(made));
+    EXPECT_TRUE(fs::exists(folder / "film.vantro/recording.mov"));
 }
 
 } // namespace

@@ -23,7 +23,7 @@ TEST(BackgroundImageSource, NamesPicturesForReading) {
     const auto own = BackgroundImageSource::custom("/pictures/blue_sky-2.final.png");
     EXPECT_EQ(own.name, "blue sky 2.final");
     EXPECT_FALSE(own.isBuiltIn);
-    EXPECT_FALSE(own.thumbnailURL);
+    EXPECT_FALSE(own.thumbnail);
 }
 
 /// A resource folder with some of the pictures, both files each unless told otherwise.
@@ -49,8 +49,8 @@ TEST_F(BackgroundCatalogTest, HoldsTheWholeEntriesInOrder) {
     for (const auto& background : catalog.builtInBackgrounds()) {
         names.push_back(background.name);
         EXPECT_TRUE(background.isBuiltIn);
-        EXPECT_EQ(test::contentOf(background.url), "picture");
-        EXPECT_EQ(test::contentOf(background.thumbnailURL.value()), "preview");
+        EXPECT_EQ(test::contentOf(background.path), "picture");
+        EXPECT_EQ(test::contentOf(background.thumbnail.value()), "preview");
     }
     EXPECT_THAT(names, testing::ElementsAre("builtin 02", "builtin 11", "builtin 26"));
 }
@@ -59,7 +59,7 @@ TEST_F(BackgroundCatalogTest, FindsEntriesByBaseNameWithOrWithoutThePhotographMa
     const BackgroundCatalog catalog(m_folder.path());
     const auto photograph = catalog.builtIn("builtin-11-mirelune");
     ASSERT_TRUE(photograph);
-    EXPECT_EQ(photograph->url, m_folder.path() / "Backgrounds/builtin-11-mirelune.jpeg");
+    EXPECT_EQ(photograph->path, m_folder.path() / "Backgrounds/builtin-11-mirelune.jpeg");
     EXPECT_EQ(catalog.builtIn("builtin-11"), photograph);
     EXPECT_TRUE(catalog.builtIn("builtin-02"));
     for (const auto* name : {"", "builtin", "builtin-01", "builtin-02-mirelune", "builtin-03",

@@ -8,6 +8,8 @@ inline Uuid sampleID(char last) {
     return *Uuid::parse(std::string("0A0B0C0D-0000-4000-8000-00000000000") + last);
 }
 
+inline const std::filesystem::path sampleMovie = "/p.vantro/recording.mov";
+
 /// Small and sound; no value is a default or equal to another of its record, here and below.
 inline RecordingMetadata sampleMetadata() {
     return {.startTime = 0.25,
@@ -48,7 +50,7 @@ inline Edit sampleEdit() {
 
 inline Project sampleProject(Edit edit = sampleEdit()) {
     return {.name = "vantro_2024-03-05_14-07-09",
-            .recording = Recording("/p.vantro/recording.mov", sampleMetadata()),
+            .recording = Recording(sampleMovie, sampleMetadata()),
             .edit = std::move(edit)};
 }
 

@@ -6,11 +6,13 @@
 //   onwards:ERRNO  this call fails and every later one that writes, as on a full disk
 //   once:ERRNO     only this call fails
 //   short          from this call on every write takes only a part of its bytes
+//   kill           the program is killed before this call
 //   vanish         before this call its file is removed, and the file's folder if that is empty
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
@@ -82,6 +84,8 @@ Answer answerFor(const char* name, const std::string& path, bool writes) {
     const int number = ++calls;
     if (number == plan().call) {
         reportCall(name, path);
+        if (plan().manner == "kill")
+            ::kill(::getpid(), SIGKILL);
         if (plan().manner == "vanish")
             removeWithFolder(path);
     }
@@ -204,10 +208,11 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
         fromFolder, from, toFolder, to, flags);
 }
 
-int link(const char* from, const char* to) noexcept {
-    if (answerFor("link", to, true) == Answer::fail)
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+    if (answerFor("linkat", to, true) == Answer::fail)
         return -1;
-    return real<int (*)(const char*, const char*)>("link")(from, to);
+    return real<int (*)(int, const char*, int, const char*, int)>("linkat")(fromFolder, from,
+                                                                            toFolder, to, flags);
 }
 
 } // extern "C"

@@ -1,7 +1,6 @@
 #include "app/cli/CommonOptions.h"
 
 #include "app/files/ProjectPackage.h"
-#include "model/Validation.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
@@ -31,9 +30,6 @@ namespace fs = std::filesystem;
 
 model::Project loadProject(const fs::path& packagePath) {
     auto project = files::readProjectFile(packagePath);
-    if (const auto problems = model::validationProblems(project, 1); !problems.empty())
-        failOpen(fmt::format("{}: {}", (packagePath / files::package::projectFile).string(),
-                             problems.front()));
     std::error_code error;
     if (const auto& movie = project.recording.movie(); !fs::exists(movie, error))
         failOpen(fmt::format("{}: no such file", movie.string()));

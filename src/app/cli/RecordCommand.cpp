@@ -114,8 +114,7 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
 }
 
 void requireNewPackage(const Options& options) {
-    if (const auto problem = files::newPackageProblem(options.output, options.force);
-        !problem.empty())
+    if (const auto problem = files::packageProblem(options.output, options.force); !problem.empty())
         throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
 }
 
@@ -150,7 +149,7 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const auto statistics = recorder.statistics();
     const auto recording = files::finishRecording(movie, std::move(metadata));
     try {
-        files::saveNewProject(
+        files::saveProject(
             options.output,
             {.name = name, .recording = recording, .edit = model::freshEdit(recording.metadata())},
             options.force);

@@ -53,8 +53,7 @@ int runRecover(const Options& options) {
         return listInterrupted(options.json);
     if (options.output.empty())
         throw CLI::RequiredError("--output");
-    if (const auto problem = files::newPackageProblem(options.output, options.force);
-        !problem.empty())
+    if (const auto problem = files::packageProblem(options.output, options.force); !problem.empty())
         throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
     const auto movie = options.folder / files::package::recordingFile;
     if (!fs::is_regular_file(movie))
@@ -62,11 +61,11 @@ int runRecover(const Options& options) {
                                  fmt::format("{} holds no recording", options.folder.string()));
     const auto recording = files::recoverRecording(movie);
     const auto& metadata = recording.metadata();
-    files::saveNewProject(options.output,
-                          {.name = options.output.stem().string(),
-                           .recording = recording,
-                           .edit = model::freshEdit(metadata)},
-                          options.force);
+    files::saveProject(options.output,
+                       {.name = options.output.stem().string(),
+                        .recording = recording,
+                        .edit = model::freshEdit(metadata)},
+                       options.force);
     const auto bytes = fs::file_size(options.output / files::package::recordingFile);
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},

@@ -40,7 +40,8 @@ void linkOrCopy(const fs::path& source, const fs::path& target) {
     if (fs::equivalent(source, target, ignored))
         return;
     const auto linked = target.parent_path() / ("." + model::Uuid::random().toString());
-    if (::link(source.c_str(), linked.c_str()) == 0) {
+    // A link to a symbolic link would dangle once that is moved.
+    if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, linked.c_str(), AT_SYMLINK_FOLLOW) == 0) {
         if (::rename(linked.c_str(), target.c_str()) == 0)
             return;
         const int reason = errno;
@@ -49,7 +50,7 @@ void linkOrCopy(const fs::path& source, const fs::path& target) {
         fail("cannot link", source, target);
     }
     const bool linkingUnsupported =
-        errno == EXDEV || errno == EPERM || errno == ENOTSUP || errno == EMLINK;
+        errno == EXDEV || errno == EPERM || errno == ENOTSUP || errno == EMLINK || errno == ENOSYS;
     if (!linkingUnsupported)
         fail("cannot link", source, target);
     base::OutputFile copy(target);

@@ -3,6 +3,7 @@
 #include "model/Project.h"
 
 #include <filesystem>
+#include <string>
 
 namespace vantro::app::files {
 
@@ -19,22 +20,20 @@ inline constexpr auto metadataFile = "metadata.json";
 } // namespace package
 
 /// Reads and decodes "project.json"; the project's files are those inside the package. Throws
-/// VantroError projectOpenFailed, which tells the key that is wrong.
+/// VantroError projectOpenFailed, which tells the key that is wrong. Any thread; blocks.
 model::Project readProjectFile(const std::filesystem::path& packagePath);
 
-/// Fills the package folder at `packagePath` (made with the folders above it): the recording's
-/// files linked or copied, the custom background copied, "project.json" written last. Each file is
-/// replaced whole; a failure leaves what was done before it. Returns the project with its recording
-/// in the package. Throws VantroError projectSaveFailed.
-model::Project saveProject(const std::filesystem::path& packagePath, model::Project project);
+/// Saves the project as the package `packagePath`, which appears or changes whole or not at all,
+/// even if the program is killed. Movies are linked, or copied to another file system; a package
+/// that holds the project's own movies already gets a new "project.json" only. An existing package
+/// is replaced if `replace`; what lies in it beside a project's files stays. A folder that is no
+/// package is left alone.
+///
+/// Returns the project as it lies there. Throws VantroError projectSaveFailed. Any thread; blocks.
+model::Project saveProject(const std::filesystem::path& packagePath, const model::Project& project,
+                           bool replace);
 
-/// saveProject for a package that must appear whole: it is filled under a temporary name beside
-/// `packagePath` and then takes its place, replacing an earlier package if `replace`. An existing
-/// folder that is no package is never replaced.
-void saveNewProject(const std::filesystem::path& packagePath, const model::Project& project,
-                    bool replace);
-
-/// Why `packagePath` cannot become a new package, before any work is done; empty when it can.
-std::string newPackageProblem(const std::filesystem::path& packagePath, bool replace);
+/// Why `packagePath` cannot become a package, before any work is done; empty when it can.
+std::string packageProblem(const std::filesystem::path& packagePath, bool replace);
 
 } // namespace vantro::app::files

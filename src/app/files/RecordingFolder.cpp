@@ -2,19 +2,91 @@
 
 #include "model/Uuid.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <system_error>
 
+#include <fcntl.h>
 #include <fmt/chrono.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantro::app::files {
 namespace {
 
-std::filesystem::path temporaryDirectory() {
-    const char* configured = std::getenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe): never set here
-    return configured != nullptr && *configured != '\0' ? configured : "/var/tmp";
+namespace fs = std::filesystem;
+
+constexpr mode_t onlyUser = 0700;
+
+/// Where recordings may be made: `levels` lie below `base` and belong to this user alone.
+struct Place {
+    fs::path base;
+    fs::path levels;
+    fs::path path() const { return base / levels; }
+};
+
+std::optional<fs::path> folderFrom(const char* variable) {
+    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): never set here
+    if (value == nullptr || *value != '/')
+        return {};
+    return value;
+}
+
+/// The first that is usable counts.
+std::vector<Place> places() {
+    const auto ofUser = fmt::format("-{}", ::geteuid());
+    if (const auto temporary = folderFrom("TMPDIR"))
+        return {{*temporary, "Vantro"}, {*temporary, "Vantro" + ofUser}};
+    std::vector<Place> found;
+    if (const auto data = folderFrom("XDG_DATA_HOME"))
+        found.push_back({*data, "vantro/Recordings"});
+    else if (const auto home = folderFrom("HOME"))
+        found.push_back({*home / ".local/share", "vantro/Recordings"});
+    found.push_back({"/var/tmp", fs::path("vantro" + ofUser) / "Recordings"});
+    return found;
+}
+
+bool isThere(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
+
+bool isOwn(const fs::path& folder) {
+    struct stat status{};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           status.st_uid == ::geteuid();
+}
+
+/// Whether each level that exists is this user's, and the first that does not can be made.
+bool isUsable(const Place& place) {
+    auto folder = place.base;
+    for (const auto& level : place.levels) {
+        if (!isThere(folder / level))
+            break;
+        folder /= level;
+        if (!isOwn(folder))
+            return false;
+    }
+    while (!isThere(folder) && folder.has_relative_path())
+        folder = folder.parent_path();
+    return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+Place usablePlace() {
+    const auto all = places();
+    for (const auto& place : all)
+        if (isUsable(place))
+            return place;
+    return all.back();
+}
+
+bool makePrivate(const fs::path& folder) {
+    if (::mkdir(folder.c_str(), onlyUser) == 0)
+        return true;
+    return errno == EEXIST && isOwn(folder) && ::chmod(folder.c_str(), onlyUser) == 0;
 }
 
 } // namespace
@@ -26,15 +98,49 @@ std::string defaultRecordingName() {
     return fmt::format("vantro_{:%Y-%m-%d_%H-%M-%S}", local);
 }
 
-std::filesystem::path recordingsDirectory() {
-    return temporaryDirectory() / "Vantro";
+fs::path recordingsDirectory() {
+    return usablePlace().path();
 }
 
-std::filesystem::path makeRecordingDirectory() {
-    const auto folder = recordingsDirectory() / model::Uuid::random().toString();
+std::vector<fs::path> recordingFolders() {
+    std::vector<fs::path> found;
+    for (const auto& place : places()) {
+        std::error_code ignored; // what cannot be read holds nothing for us
+        if (isOwn(place.path()))
+            for (const auto& entry : fs::directory_iterator(place.path(), ignored))
+                found.push_back(entry.path());
+    }
+    return found;
+}
+
+fs::path makeRecordingDirectory() {
+    const auto place = usablePlace();
     std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
+    fs::create_directories(place.base, ignored);
+    auto folder = place.base;
+    bool isMade = true;
+    for (const auto& level : place.levels)
+        isMade = isMade && makePrivate(folder /= level);
+    folder /= model::Uuid::random().toString();
+    if (isMade)
+        makePrivate(folder);
     return folder;
+}
+
+std::uintmax_t recordingSize(const fs::path& movie) {
+    std::uintmax_t bytes = 0;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(movie.parent_path(), ignored))
+        if (entry.is_regular_file(ignored))
+            bytes += entry.file_size(ignored);
+    return bytes;
+}
+
+void deleteRecording(const fs::path& movie) {
+    const auto folder = movie.parent_path();
+    for (const auto& own : recordingFolders())
+        if (own == folder)
+            fs::remove_all(folder);
 }
 
 } // namespace vantro::app::files

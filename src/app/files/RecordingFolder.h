@@ -1,19 +1,34 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace vantro::app::files {
+
+// A recording is made in a folder of its own. The folders of all recordings lie in $TMPDIR/Vantro
+// where TMPDIR is set, else in $XDG_DATA_HOME/vantro/Recordings (by default below ~/.local/share),
+// and where that cannot be written in /var/tmp/vantro-UID/Recordings: recordings are large and
+// private, and must survive a reboot. Whoever else may write there, what belongs to somebody else
+// is never used. Any thread.
 
 /// "vantro_" and the local date and time, for example vantro_2024-03-05_14-07-09.
 std::string defaultRecordingName();
 
-/// Where the folders of recordings lie: Vantro in the temporary directory.
+/// Where the next recording is going to be made.
 std::filesystem::path recordingsDirectory();
+/// The folders of this user's recordings, wherever they were made.
+std::vector<std::filesystem::path> recordingFolders();
 
-/// A new, empty folder for one recording under the temporary directory ($TMPDIR, else /var/tmp: a
-/// recording is large and must survive a reboot). A folder that cannot be made is not reported
-/// here; the recorder then fails to open its file in it.
+/// A new, empty folder for one recording, which only this user can look into. A folder that cannot
+/// be made is not reported here; the recorder then fails to open its file in it.
 std::filesystem::path makeRecordingDirectory();
+
+/// The bytes that the files of the recording with this movie take.
+std::uintmax_t recordingSize(const std::filesystem::path& movie);
+/// Deletes the files of the recording with this movie, if it lies where recordings are made. Throws
+/// std::filesystem::filesystem_error.
+void deleteRecording(const std::filesystem::path& movie);
 
 } // namespace vantro::app::files

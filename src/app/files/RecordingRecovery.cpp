@@ -9,6 +9,7 @@
 #include "media/MovieRecovery.h"
 #include "media/values/MediaError.h"
 #include "model/Json.h"
+#include "model/Validation.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
@@ -33,7 +34,9 @@ std::optional<model::RecordingMetadata> writtenMetadata(const fs::path& path) tr
 }
 
 std::optional<model::RecordingMetadata> journalledMetadata(const fs::path& movie) try {
-    return capture::readCursorJournal(movie);
+    auto metadata = capture::readCursorJournal(movie);
+    model::validate(metadata);
+    return metadata;
 } catch (const std::runtime_error& error) {
     base::logWarning("The pointer's path is lost: {}", error.what());
     return {};
@@ -79,9 +82,9 @@ bool isBeingRecorded(const fs::path& movie) {
 
 std::vector<fs::path> interruptedRecordings() {
     std::vector<fs::path> movies;
-    std::error_code ignored; // a folder that cannot be read holds nothing for us
-    for (const auto& folder : fs::directory_iterator(recordingsDirectory(), ignored)) {
-        auto movie = folder.path() / package::recordingFile;
+    std::error_code ignored; // what cannot be read is not ours
+    for (const auto& folder : recordingFolders()) {
+        auto movie = folder / package::recordingFile;
         if (fs::is_regular_file(movie, ignored) &&
             media::movieCondition(movie) == media::MovieCondition::interrupted)
             movies.push_back(std::move(movie));

@@ -1,7 +1,9 @@
 #include "app/flows/ExportFlow.h"
 
+#include "app/files/FileNames.h"
 #include "app/flows/ErrorText.h"
 
+#include <QPointer>
 #include <algorithm>
 
 namespace vantro::app::flows {
@@ -33,7 +35,7 @@ void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolutio
     const bool movie = format == ExportFormat::mp4;
     m_asking = true;
     m_panels.ask(movie ? PanelKind::saveMovie : PanelKind::saveGif,
-                 m_state.recordingName() + (movie ? ".mp4" : ".gif"),
+                 files::safeFileName(m_state.recordingName()) + (movie ? ".mp4" : ".gif"),
                  [this, job = std::move(job)](const auto& output) mutable {
                      m_asking = false;
                      if (!output || m_state.phase() != AppPhase::previewing())
@@ -47,17 +49,25 @@ void ExportFlow::start(ExportJob job) {
     const int request = ++m_request;
     m_cancel = std::stop_source();
     setRunning(true);
-    m_tasks.run([this, request, job = std::move(job), runner = m_runner,
+    // At quit the worker goes on for a while after this has gone.
+    m_tasks.run([self = QPointer(this), &tasks = m_tasks, request, job = std::move(job),
+                 runner = m_runner,
                  cancelled = m_cancel.get_token()]() -> TaskRunner::Continuation {
-        const auto progress = [this, request](double fraction) {
-            m_tasks.onMain([this, request, fraction] { progressed(request, fraction); });
+        const auto report = [&](auto function, const auto& value) {
+            return [self, function, request, value] {
+                if (self)
+                    (self->*function)(request, value);
+            };
         };
         try {
-            runner(job, progress, cancelled);
-            return [this, request, output = job.output] { finished(request, output); };
+            runner(
+                job,
+                [&](double fraction) { tasks.onMain(report(&ExportFlow::progressed, fraction)); },
+                cancelled);
+            return report(&ExportFlow::finished, job.output);
         } catch (const std::exception& error) {
-            auto failure = failureText(error, model::VantroError::Kind::exportFailed);
-            return [this, request, failure] { failed(request, failure); };
+            return report(&ExportFlow::failed,
+                          failureText(error, model::VantroError::Kind::exportFailed));
         }
     });
 }

@@ -1,5 +1,6 @@
 #include "app/flows/ProjectFlow.h"
 
+#include "app/files/FileNames.h"
 #include "app/files/ProjectPackage.h"
 #include "app/flows/ErrorText.h"
 
@@ -14,7 +15,7 @@ constexpr auto openFailed = model::VantroError::Kind::projectOpenFailed;
 std::expected<model::Project, std::string> trySave(const std::filesystem::path& packagePath,
                                                    const model::Project& project) {
     try {
-        return files::saveProject(packagePath, project);
+        return files::saveProject(packagePath, project, true);
     } catch (const std::exception& failure) {
         return std::unexpected(failureText(failure, saveFailed));
     }
@@ -34,12 +35,30 @@ ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks)
     : m_state(state), m_panels(panels), m_tasks(tasks) {}
 
 void ProjectFlow::saveProject() {
-    if (isBusy())
+    if (!mayBeginSaving())
         return;
+    if (const auto& packagePath = m_state.projectPath())
+        return write(*packagePath);
+    askAndSave();
+}
+
+void ProjectFlow::saveProjectAs() {
+    if (mayBeginSaving())
+        askAndSave();
+}
+
+bool ProjectFlow::mayBeginSaving() {
+    if (isBusy())
+        return false;
     if (!m_state.document().recording())
-        return m_state.setError("No recording metadata available", saveFailed);
+        m_state.setError("No recording metadata available", saveFailed);
+    return m_state.document().recording().has_value();
+}
+
+void ProjectFlow::askAndSave() {
     setActivity(Activity::asking);
-    m_panels.ask(PanelKind::saveProject, m_state.recordingName() + files::package::extension,
+    m_panels.ask(PanelKind::saveProject,
+                 files::safeFileName(m_state.recordingName()) + files::package::extension,
                  [this](const auto& packagePath) {
                      setActivity(Activity::none);
                      if (packagePath)

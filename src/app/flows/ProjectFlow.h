@@ -17,7 +17,10 @@ class ProjectFlow : public QObject {
 
     ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks);
 
+    /// Where the project was saved or opened last; asks for a place where there is none yet.
     void saveProject();
+    /// Asks for a place.
+    void saveProjectAs();
     void openProject();
     /// openProject without its panel.
     void openPackage(const std::filesystem::path& packagePath);
@@ -31,6 +34,8 @@ class ProjectFlow : public QObject {
     void opened(const QString& path);
 
   private:
+    bool mayBeginSaving();
+    void askAndSave();
     bool mayOpen() const;
     void write(const std::filesystem::path& packagePath);
     void setActivity(Activity activity);

@@ -1,5 +1,6 @@
 #include "app/flows/RecoveryFlow.h"
 
+#include "app/files/RecordingFolder.h"
 #include "app/files/RecordingRecovery.h"
 #include "app/flows/ErrorText.h"
 
@@ -41,17 +42,36 @@ void RecoveryFlow::recover() {
 
 void RecoveryFlow::show(const model::Recording& recording) {
     if (m_state.phase() != AppPhase::idle())
-        return;
+        return offer(recording.movie()); // for when what has begun meanwhile is over
     m_state.show({.name = m_state.recordingName(),
                   .recording = recording,
                   .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
 }
 
+std::uintmax_t RecoveryFlow::offeredBytes() const {
+    return isOffered() ? files::recordingSize(m_movie) : 0;
+}
+
 void RecoveryFlow::dismiss() {
+    if (isOffered())
+        withdraw();
+}
+
+void RecoveryFlow::discard() {
     if (!isOffered())
         return;
+    m_tasks.run([this, movie = m_movie]() -> TaskRunner::Continuation {
+        try {
+            files::deleteRecording(movie);
+            return {};
+        } catch (const std::exception& failure) {
+            return [this, text = failureText(failure, recoveryFailed)] {
+                m_state.setError(text, recoveryFailed);
+            };
+        }
+    });
     withdraw();
-    Q_EMIT dismissed();
+    Q_EMIT discarded();
 }
 
 void RecoveryFlow::withdraw() {

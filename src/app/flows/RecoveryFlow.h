@@ -25,13 +25,17 @@ class RecoveryFlow : public QObject {
     bool isOffered() const { return !m_movie.empty(); }
     /// Shows the offered recording in the editor. A failure is shown and withdraws the offer.
     void recover();
-    /// Withdraws the offer; the files stay where they are.
+    /// The room on disk that the offered recording takes.
+    std::uintmax_t offeredBytes() const;
+    /// Withdraws the offer until the program starts again; the files stay where they are.
     void dismiss();
+    /// Withdraws the offer and deletes the recording's files.
+    void discard();
 
   Q_SIGNALS:
     void offeredChanged();
-    /// The user does not want the recording.
-    void dismissed();
+    /// The user does not want the recording; it is offered no more.
+    void discarded();
 
   private:
     void show(const model::Recording& recording);

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace vantro::model::json {
@@ -79,6 +80,15 @@ auto atKey(std::string_view key, Action&& action) {
     }
 }
 
+/// Gives each record whose identifier an earlier one has a fresh one.
+template <typename Record>
+void renewRepeatedIds(std::vector<Record>& list) {
+    std::unordered_set<decltype(Record::id)> seen;
+    for (auto& record : list)
+        while (!seen.insert(record.id).second)
+            record.id = decltype(Record::id)::random();
+}
+
 template <typename Element>
 struct Codec<std::vector<Element>> {
     static void write(JsonWriter& out, const std::vector<Element>& list) {
@@ -107,6 +117,8 @@ struct Codec<std::vector<Element>> {
             fault.addIndex(list.size());
             throw;
         }
+        if constexpr (requires(Element element) { element.id; })
+            renewRepeatedIds(list);
         return list;
     }
 };

@@ -16,25 +16,12 @@ namespace {
 
 constexpr auto noContainer = std::numeric_limits<std::uint32_t>::max();
 
-/// The parser's own account, without its class, its place (which is given apart) and the piece of
-/// the text that it last read, which may be of any length and content.
-std::string parserReason(std::string_view message) {
-    if (const auto place = message.find("column "); place != std::string_view::npos) {
-        const auto colon = message.find(": ", place);
-        message.remove_prefix(colon == std::string_view::npos ? 0 : colon + 2);
-    } else if (const auto bracket = message.find("] "); bracket != std::string_view::npos) {
-        message.remove_prefix(bracket + 2);
-    }
-    constexpr std::size_t enough = 100;
-    return std::string(message.substr(0, std::min(message.find(';'), enough)));
-}
-
-JsonFault syntaxFault(std::string_view text, std::size_t position, std::string_view message) {
+/// `position` counts the characters that had been read, the one at fault included.
+JsonFault syntaxFault(std::string_view text, std::size_t position, std::string_view reason) {
     const auto before = text.substr(0, std::min(position > 0 ? position - 1 : 0, text.size()));
     const auto line = 1 + std::ranges::count(before, '\n');
     const auto column = before.size() - (before.rfind('\n') + 1) + 1; // npos + 1 is 0
-    return JsonFault(fmt::format("not valid JSON at line {}, column {}: {}", line, column,
-                                 parserReason(message)));
+    return JsonFault(fmt::format("not valid JSON at line {}, column {}: {}", line, column, reason));
 }
 
 } // namespace
@@ -78,7 +65,11 @@ class JsonDocument::Builder : public nlohmann::json_sax<nlohmann::json> {
     }
     bool parse_error(std::size_t position, const std::string& /*token*/,
                      const nlohmann::json::exception& error) override {
-        throw syntaxFault(m_source, position, error.what());
+        const bool tooLarge = dynamic_cast<const nlohmann::json::out_of_range*>(&error) != nullptr;
+        throw syntaxFault(m_source, position,
+                          tooLarge                     ? "the number is too large"
+                          : position > m_source.size() ? "the text ends here"
+                                                       : "unexpected text");
     }
 
   private:

@@ -16,14 +16,12 @@ class JsonFault : public std::exception {
     void addKey(std::string_view key);
     void addIndex(std::size_t index);
 
-    /// For example metadata.clickEvents[3].x; empty for the document itself.
-    const std::string& path() const { return m_path; }
     const char* what() const noexcept override { return m_problem.c_str(); }
     /// Path and problem: "metadata.clickEvents[3].x: expected a number, found a string".
     std::string description() const;
 
   private:
-    std::string m_path;
+    std::string m_path; ///< for example metadata.clickEvents[3].x; empty for the document itself
     std::string m_problem;
 };
 

@@ -9,12 +9,15 @@ FocusScope {
     property string detail: ""
     required property string accept
     property string reject: ""
+    // The second answer cannot be taken back: Escape then gives none.
+    property bool rejectIsFinal: false
     signal accepted()
     signal rejected()
+    signal dismissed()
 
     readonly property size wanted: Qt.size(Math.max(340, box.width + 32), box.height + 32)
 
-    Keys.onEscapePressed: reject === "" ? accepted() : rejected()
+    Keys.onEscapePressed: rejectIsFinal ? dismissed() : reject === "" ? accepted() : rejected()
 
     function focusAnswer() {
         acceptButton.forceActiveFocus(Qt.TabFocusReason)

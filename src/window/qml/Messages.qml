@@ -35,7 +35,7 @@ T.Popup {
         text: ({
             alert: messages.app.alertText,
             quit: qsTr("Stop it and quit? What was recorded is kept and offered at the next start."),
-            recovery: qsTr("The last recording was not saved as a project.")
+            recovery: qsTr("The last recording was not saved as a project. It takes %1 on disk; Discard deletes it.").arg(messages.app.recoverySize())
         })[messages.kind] ?? ""
         detail: messages.kind === "alert" ? messages.app.alertSuggestion : ""
         accept: ({
@@ -47,6 +47,7 @@ T.Popup {
             quit: qsTr("Keep Recording"),
             recovery: qsTr("Discard")
         })[messages.kind] ?? ""
+        rejectIsFinal: messages.kind === "recovery"
         onAccepted: ({
             alert: messages.app.dismissAlert,
             quit: messages.app.stopAndQuit,
@@ -54,7 +55,8 @@ T.Popup {
         })[messages.kind]()
         onRejected: ({
             quit: messages.app.keepRecording,
-            recovery: messages.app.dismissRecovery
+            recovery: messages.app.discardRecovery
         })[messages.kind]()
+        onDismissed: messages.app.dismissRecovery()
     }
 }

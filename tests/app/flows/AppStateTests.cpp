@@ -2,7 +2,6 @@
 #include "app/state/AppState.h"
 
 #include <cmath>
-#include <set>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,146 +9,205 @@
 namespace vantro::app::flows {
 namespace {
 
-using Kind = AppPhase::Kind;
+using testing::ElementsAre;
 
-constexpr std::array allPhases{Kind::exporting, Kind::idle, Kind::selecting, Kind::recording,
-                               Kind::previewing};
-
-AppPhase phase(Kind kind) {
-    return {kind, 0};
+model::Project projectAt(const std::filesystem::path& movie) {
+    return {"demo", model::Recording(movie, model::RecordingMetadata{}), {}};
 }
 
-/// The way from a fresh state to a phase.
-std::vector<Kind> wayTo(Kind kind) {
-    switch (kind) {
-    case Kind::exporting:
-        return {Kind::recording, Kind::previewing, Kind::exporting};
-    case Kind::previewing:
-        return {Kind::recording, Kind::previewing};
-    case Kind::idle:
-        return {};
-    default:
-        return {kind};
+/// Notes the signals of the fields that a recording and its edit have, by name.
+class SignalLog {
+  public:
+    explicit SignalLog(AppState& state) {
+        const std::pair<void (AppState::*)(), const char*> signals[]{
+            {&AppState::phaseChanged, "phase"},
+            {&AppState::selectedWindowChanged, "window"},
+            {&AppState::recordingPathChanged, "recording"},
+            {&AppState::metadataPathChanged, "metadataPath"},
+            {&AppState::metadataChanged, "metadata"},
+            {&AppState::segmentsChanged, "segments"},
+            {&AppState::selectedSegmentIDChanged, "segment"},
+            {&AppState::editableClickEventsChanged, "clicks"},
+            {&AppState::selectedClickIDChanged, "click"},
+            {&AppState::cursorScaleChanged, "cursorScale"},
+            {&AppState::canvasAspectRatioChanged, "canvas"},
+            {&AppState::backgroundSettingsChanged, "background"},
+            {&AppState::webcamPositionChanged, "webcamPosition"},
+            {&AppState::webcamSizeChanged, "webcamSize"},
+            {&AppState::recordingNameChanged, "name"},
+            {&AppState::projectPathChanged, "project"}};
+        for (const auto& [changed, name] : signals)
+            QObject::connect(&state, changed, [this, name] { m_names.emplace_back(name); });
     }
+    std::vector<std::string> take() { return std::exchange(m_names, {}); }
+
+  private:
+    std::vector<std::string> m_names;
+};
+
+/// Every field of the edit at another value than a reset leaves.
+model::Edit otherEdit() {
+    model::Edit edit;
+    edit.clickEvents = {{model::ClickEvent{}}};
+    edit.segments = {{model::TimelineSegment{}, model::TimelineSegment{}}};
+    edit.background.padding = 0.2;
+    edit.canvasAspectRatio = model::CanvasAspectRatio::ratio1x1;
+    edit.cursorScale = 1;
+    edit.webcamPosition = model::WebcamPosition::topLeft;
+    edit.webcamSize = 0.4;
+    edit.webcamHidden = edit.webcamMirrored = true;
+    edit.systemAudioVolume = edit.microphoneVolume = 0.5;
+    return edit;
 }
 
-TEST(AppPhase, OnlyTheTransitionsOfTheTableAreAllowed) {
-    const std::set<std::pair<Kind, Kind>> table{
-        {Kind::idle, Kind::selecting},        {Kind::idle, Kind::recording},
-        {Kind::idle, Kind::previewing},       {Kind::selecting, Kind::recording},
-        {Kind::recording, Kind::previewing},  {Kind::previewing, Kind::exporting},
-        {Kind::previewing, Kind::previewing}, {Kind::exporting, Kind::exporting},
-        {Kind::exporting, Kind::previewing}};
-    for (const auto from : allPhases)
-        for (const auto to : allPhases)
-            EXPECT_EQ(isAllowedTransition(from, to), to == Kind::idle || table.contains({from, to}))
-                << name(from) << " to " << name(to);
-}
-
-TEST(AppPhaseDeathTest, AnyOtherTransitionEndsTheProgram) {
-    for (const auto from : allPhases) {
-        AppState state(1);
-        for (const auto step : wayTo(from))
-            state.setPhase(phase(step));
-        for (const auto to : allPhases) {
-            if (from != to && !isAllowedTransition(from, to)) {
-                EXPECT_DEATH(state.setPhase(phase(to)), "no phase leads from")
-                    << name(from) << " to " << name(to);
-            }
-        }
-    }
-}
-
-TEST(AppPhaseDeathTest, ProgressLiesBetweenNoneAndAll) {
+TEST(AppPhaseDeathTest, OnlyDrawnTransitionsAndProgressesAreAllowed) {
+    AppState state(1);
+    EXPECT_DEATH(state.setPhase(AppPhase::exporting(0.5)), "no phase leads from idle");
     EXPECT_DEATH(AppPhase::exporting(1.01), "progress");
     EXPECT_DEATH(AppPhase::exporting(std::nan("")), "progress");
 }
 
-TEST(AppState, BeginsReadyToSelectAnAreaOfTheMainDisplay) {
-    const AppState state(7);
-    EXPECT_EQ(state.phase(), AppPhase::idle());
-    EXPECT_EQ(state.captureMode(), model::CaptureMode::area);
-    EXPECT_EQ(state.selectedRect(), model::Rect{});
-    EXPECT_EQ(state.selectedDisplayID(), 7U);
-    EXPECT_TRUE(state.systemAudioEnabled());
-    EXPECT_FALSE(state.microphoneAudioEnabled());
-    EXPECT_FALSE(state.webcamEnabled());
-    EXPECT_EQ(state.cursorScale(), 3.0);
-    EXPECT_EQ(state.webcamSize(), 0.2);
-    EXPECT_EQ(state.backgroundSettings(), model::BackgroundSettings{});
-    ASSERT_EQ(state.segments().size(), 1U);
-    EXPECT_EQ(state.segments().front().endFraction, 1.0);
-    EXPECT_THAT(state.recordingName(), testing::ContainsRegex("^vantro_[-0-9]+_[-0-9]+$"));
-    EXPECT_FALSE(state.document().project());
-}
-
 TEST(AppState, TellsOfAChangeOnceAndOfAnEqualWriteNotAtAll) {
-    AppState state(1);
-    int rects = 0;
-    int windows = 0;
+    AppState state(7);
+    EXPECT_EQ(state.selectedDisplayID(), 7U);
+    SignalLog log(state);
     int errors = 0;
-    int shown = 0;
-    QObject::connect(&state, &AppState::selectedRectChanged, [&] { ++rects; });
-    QObject::connect(&state, &AppState::selectedWindowChanged, [&] { ++windows; });
     QObject::connect(&state, &AppState::errorChanged, [&] { ++errors; });
-    QObject::connect(&state, &AppState::showErrorChanged, [&] { ++shown; });
+    QObject::connect(&state, &AppState::showErrorChanged, [&] { ++errors; });
     for (int i = 0; i < 2; ++i) {
-        state.setSelectedRect({0, 0, 800, 600});
         state.setSelectedWindow(test::windowOf(3, "t"));
+        state.setCursorScale(1);
+        state.setSegments({{model::TimelineSegment{.id = {}, .speed = 2}}});
         state.setError("no encoder", model::VantroError::Kind::exportFailed);
     }
-    EXPECT_EQ(rects, 1);
-    EXPECT_EQ(windows, 1);
-    EXPECT_EQ(errors, 1);
-    EXPECT_EQ(shown, 1);
-
-    state.setSelectedWindow(test::windowOf(3, "u"));
+    EXPECT_THAT(log.take(), ElementsAre("window", "cursorScale", "segments"));
+    EXPECT_EQ(errors, 2) << "the error and the alert";
     state.setError("no encoder", model::VantroError::Kind::projectSaveFailed);
-    EXPECT_EQ(windows, 2);
-    EXPECT_EQ(errors, 2);
-    EXPECT_EQ(shown, 1) << "the alert is up already";
+    EXPECT_EQ(errors, 3) << "the alert is up already";
 }
 
-TEST(AppState, ResetClearsTheRecordingAndItsEditButKeepsTheCaptureChoices) {
+TEST(AppState, ShowsAProjectAndResetsInTheStatedOrder) {
     AppState state(1);
     state.setCaptureMode(model::CaptureMode::window);
-    state.setSystemAudioEnabled(false);
-    state.setSelectedRect({1, 2, 300, 200});
-    state.setRecordingName("demo");
-    model::BackgroundSettings background;
-    background.padding = 0.2;
-    state.setBackgroundSettings(background);
-    state.setSelectedWindow(test::windowOf(3, "t"));
-    state.show({"demo", model::Recording("/r/recording.mov", model::RecordingMetadata{}),
-                state.document().edit()},
-               "/p.vantro");
-    state.setEditableClickEvents({{model::ClickEvent{}}});
-    state.setSelectedClickID(model::Uuid::random());
     state.setSelectedSegmentID(model::Uuid::random());
-    state.setSegments({{model::TimelineSegment{}, model::TimelineSegment{}}});
-    state.setWebcamPosition(model::WebcamPosition::topLeft);
-    state.setWebcamSize(0.4);
-    state.setCanvasAspectRatio(model::CanvasAspectRatio::ratio1x1);
+    SignalLog log(state);
+    QObject::connect(&state, &AppState::recordingPathChanged, [&state] {
+        EXPECT_EQ(state.projectPath().has_value(), state.document().recording().has_value())
+            << "nothing half-written is seen";
+    });
+    auto project = projectAt("/p.vantro/recording.mov");
+    project.edit = otherEdit();
+    state.show(project, "/p.vantro");
+    EXPECT_THAT(log.take(), ElementsAre("recording", "metadata", "clicks", "segments", "segment",
+                                        "background", "canvas", "cursorScale", "webcamPosition",
+                                        "webcamSize", "name", "project", "phase"));
+    EXPECT_EQ(state.document().project(), project);
 
+    state.setSelectedWindow(test::windowOf(3, "t"));
+    state.setSelectedSegmentID(model::Uuid::random());
+    state.setSelectedClickID(model::Uuid::random());
+    log.take();
     state.reset();
-
-    EXPECT_EQ(state.phase(), AppPhase::idle());
-    EXPECT_FALSE(state.selectedWindow() || state.recordingPath() || state.metadataPath() ||
-                 state.metadata() || state.projectPath() || state.selectedClickID() ||
-                 state.selectedSegmentID());
-    EXPECT_TRUE(state.editableClickEvents().empty());
-    ASSERT_EQ(state.segments().size(), 1U);
-    EXPECT_EQ(state.segments().front().endFraction, 1.0);
-    EXPECT_EQ(state.cursorScale(), 2.0);
-    EXPECT_EQ(state.webcamPosition(), model::WebcamPosition::bottomRight);
-    EXPECT_EQ(state.webcamSize(), 0.2);
-    EXPECT_EQ(state.canvasAspectRatio(), model::CanvasAspectRatio::automatic);
-
-    EXPECT_EQ(state.captureMode(), model::CaptureMode::window);
-    EXPECT_FALSE(state.systemAudioEnabled());
-    EXPECT_EQ(state.selectedRect(), (model::Rect{1, 2, 300, 200}));
+    EXPECT_THAT(log.take(), ElementsAre("phase", "window", "recording", "metadata", "segments",
+                                        "segment", "clicks", "click", "cursorScale", "canvas",
+                                        "webcamPosition", "webcamSize", "project"));
+    model::Edit expected;
+    expected.segments = state.segments();
+    expected.cursorScale = 2;
+    expected.background.padding = 0.2;
+    EXPECT_EQ(state.document().edit(), expected);
+    EXPECT_EQ(state.segments().size(), 1U);
     EXPECT_EQ(state.recordingName(), "demo");
-    EXPECT_EQ(state.backgroundSettings().padding, 0.2);
+    EXPECT_EQ(state.captureMode(), model::CaptureMode::window);
+    EXPECT_FALSE(state.document().canUndo());
+}
+
+TEST(AppState, TellsOfTheFieldsThatAnUndoBringsBack) {
+    AppState state(1);
+    state.show(projectAt("/r/recording.mov"));
+    const auto before = state.document().edit();
+    const auto other = otherEdit();
+    state.document().apply(other);
+    SignalLog log(state);
+    state.document().undo();
+    EXPECT_EQ(state.document().edit(), before);
+    const std::vector<std::string> all{"clicks",      "segments",       "background", "canvas",
+                                       "cursorScale", "webcamPosition", "webcamSize"};
+    EXPECT_EQ(log.take(), all);
+    state.document().redo();
+    EXPECT_EQ(state.document().edit(), other);
+    EXPECT_EQ(log.take(), all);
+}
+
+/// A document with a recording whose changes are counted.
+class EditDocumentTest : public testing::Test {
+  protected:
+    EditDocumentTest() {
+        document.open(projectAt("/r/recording.mov"));
+        QObject::connect(&document, &EditDocument::changed, [this] { ++changes; });
+    }
+    void scaleCursor(double scale, std::string_view key = {}) {
+        auto edit = document.edit();
+        edit.cursorScale = scale;
+        document.apply(edit, key);
+    }
+
+    EditDocument document{"demo"};
+    int changes = 0;
+};
+
+TEST_F(EditDocumentTest, CountsTheStepsOfOneDragAsOne) {
+    for (const double scale : {1.0, 1.5, 2.0})
+        scaleCursor(scale, "first drag");
+    scaleCursor(2.5, "second drag");
+    scaleCursor(2.5, "third drag"); // changes nothing
+    EXPECT_EQ(changes, 4);
+    document.undo();
+    EXPECT_EQ(document.edit().cursorScale, 2);
+    scaleCursor(2.25, "first drag"); // goes on after an undo, which ends the step
+    EXPECT_FALSE(document.canRedo());
+    document.undo();
+    document.undo();
+    EXPECT_EQ(document.edit().cursorScale, 3);
+    EXPECT_FALSE(document.canUndo());
+    document.redo();
+    EXPECT_EQ(document.edit().cursorScale, 2);
+    EXPECT_EQ(changes, 9) << "each call told once";
+}
+
+TEST_F(EditDocumentTest, SharesWhatAStepDoesNotChangeAndForgetsTheOldest) {
+    const auto recording = document.recording();
+    const auto segments = document.edit().segments;
+    for (std::size_t step = 0; step <= EditDocument::mostSteps; ++step)
+        scaleCursor(10 + static_cast<double>(step));
+    EXPECT_TRUE(document.recording()->isSameAs(*recording));
+    EXPECT_TRUE(document.edit().segments.isSameAs(segments));
+    std::size_t undone = 0;
+    for (; document.canUndo(); ++undone)
+        document.undo();
+    EXPECT_EQ(undone, EditDocument::mostSteps);
+    EXPECT_EQ(document.edit().cursorScale, 10) << "the first step cannot be undone";
+    EXPECT_TRUE(document.edit().segments.isSameAs(segments));
+}
+
+TEST_F(EditDocumentTest, IsModifiedWhereItDiffersFromWhatIsSaved) {
+    EXPECT_FALSE(document.isModified()) << "nobody has edited the recording yet";
+    scaleCursor(1);
+    EXPECT_TRUE(document.isModified());
+    auto written = *document.project();
+    written.recording = written.recording.movedTo("/p.vantro/recording.mov");
+    scaleCursor(2); // while it is being written
+    document.saved(written);
+    EXPECT_TRUE(document.isModified());
+    EXPECT_EQ(document.recording()->movie(), "/p.vantro/recording.mov");
+    document.undo();
+    EXPECT_FALSE(document.isModified());
+    document.rename("holiday");
+    EXPECT_TRUE(document.isModified());
+    document.close({});
+    EXPECT_FALSE(document.isModified() || document.canUndo() || document.canRedo());
+    scaleCursor(1);
+    EXPECT_FALSE(document.canUndo()) << "choices for the next recording are no steps";
 }
 
 } // namespace

@@ -1,9 +1,13 @@
 #include "app/files/ProjectPackage.h"
+#include "app/files/RecordingFolder.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/ProjectFlow.h"
+#include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 
+#include <cstdlib>
 #include <fstream>
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -48,14 +52,14 @@ class ExportFlowTest : public EditedStateTest {
     std::vector<ExportJob> jobs;
     std::function<void(const std::function<void(double)>&, const std::stop_token&)> script =
         [](const auto&, const auto&) {};
-    ExportFlow flow{state, panels, tasks,
-                    [this](const auto& job, const auto& progress, const auto& cancelled) {
-                        jobs.push_back(job);
-                        script(progress, cancelled);
-                    }};
+    std::unique_ptr<ExportFlow> flow = std::make_unique<ExportFlow>(
+        state, panels, tasks, [this](const auto& job, const auto& progress, const auto& cancelled) {
+            jobs.push_back(job);
+            script(progress, cancelled);
+        });
 
     void startExport() {
-        flow.exportRecording(ExportFormat::mp4, exporting::ExportResolution::hd720);
+        flow->exportRecording(ExportFormat::mp4, exporting::ExportResolution::hd720);
         panels.answer(folder / "out.mp4");
     }
 };
@@ -69,7 +73,7 @@ TEST_F(ExportFlowTest, ProposesTheRecordingsNameAndExportsTheEditWithProgress) {
         progress(1.0);
     };
     std::vector<QString> exported;
-    QObject::connect(&flow, &ExportFlow::exported,
+    QObject::connect(flow.get(), &ExportFlow::exported,
                      [&](const auto& path) { exported.push_back(path); });
     startExport();
     EXPECT_EQ(panels.proposedName, "demo.mp4");
@@ -83,15 +87,16 @@ TEST_F(ExportFlowTest, ProposesTheRecordingsNameAndExportsTheEditWithProgress) {
     EXPECT_EQ(exported.size(), 1U);
     EXPECT_FALSE(state.showError());
 
-    flow.exportRecording(ExportFormat::gif, exporting::ExportResolution::original);
+    flow->exportRecording(ExportFormat::gif, exporting::ExportResolution::original);
     EXPECT_EQ(panels.kind, PanelKind::saveGif);
     EXPECT_EQ(panels.proposedName, "demo.gif");
 }
 
 TEST_F(ExportFlowTest, AClosedPanelExportsNothing) {
-    flow.exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);
-    flow.exportRecording(ExportFormat::gif, exporting::ExportResolution::original);
-    EXPECT_EQ(panels.proposedName, "demo.mp4") << "one panel at a time";
+    state.setRecordingName("../etc/demo");
+    flow->exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);
+    flow->exportRecording(ExportFormat::gif, exporting::ExportResolution::original);
+    EXPECT_EQ(panels.proposedName, "-etc-demo.mp4") << "one panel at a time, and no path";
     panels.answer({});
     tasks.runAll();
     EXPECT_TRUE(jobs.empty());
@@ -108,23 +113,20 @@ TEST_F(ExportFlowTest, AFailureIsShownAndTheEditorIsBack) {
     expectError(Kind::exportFailed, "No video track found");
     EXPECT_EQ(state.error()->description(), "Export failed: No video track found");
     EXPECT_EQ(state.phase(), AppPhase::previewing());
-    EXPECT_FALSE(flow.isRunning());
+    EXPECT_FALSE(flow->isRunning());
 }
 
 TEST_F(ExportFlowTest, CancellingIsNoErrorAndLateReportsAreDropped) {
-    bool cancelSeen = false;
     script = [&](const auto& progress, const auto& cancelled) {
         progress(0.5);
         tasks.runMain();
-        EXPECT_EQ(state.phase(), AppPhase::exporting(0.5));
-        flow.cancel();
-        cancelSeen = cancelled.stop_requested();
+        flow->cancel();
+        EXPECT_TRUE(cancelled.stop_requested());
         progress(0.6);
         throw std::runtime_error("interrupted");
     };
     startExport();
     tasks.runAll();
-    EXPECT_TRUE(cancelSeen);
     EXPECT_THAT(phases, ElementsAre(AppPhase::exporting(0.5), AppPhase::previewing()));
     EXPECT_FALSE(state.showError());
 }
@@ -142,9 +144,20 @@ TEST_F(ExportFlowTest, ANewRecordingLeavesTheExportBehind) {
     EXPECT_EQ(state.phase(), AppPhase::idle());
 }
 
+TEST_F(ExportFlowTest, AnExportOutlivesTheFlowAtQuit) {
+    script = [&](const auto& progress, const auto& cancelled) {
+        flow.reset();
+        EXPECT_TRUE(cancelled.stop_requested());
+        progress(0.5);
+    };
+    startExport();
+    tasks.runAll();
+    EXPECT_TRUE(phases.empty());
+}
+
 TEST_F(ExportFlowTest, WithoutARecordingThereIsNothingToExport) {
     state.reset();
-    flow.exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);
+    flow->exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);
     expectError(Kind::noRecordingData, "");
     EXPECT_FALSE(panels.kind);
 }
@@ -155,7 +168,8 @@ class ProjectFlowTest : public EditedStateTest {
 
     fs::path save(const std::string& name) {
         const auto package = folder / name;
-        flow.saveProject();
+        flow.saveProjectAs();
+        EXPECT_EQ(panels.kind, PanelKind::saveProject);
         panels.answer(package);
         tasks.runAll();
         return package;
@@ -164,23 +178,12 @@ class ProjectFlowTest : public EditedStateTest {
 
 TEST_F(ProjectFlowTest, ASavedProjectOpensAgainWithTheWholeEdit) {
     state.setCursorScale(1.25);
-    state.setCanvasAspectRatio(model::CanvasAspectRatio::ratio4x3);
-    state.setWebcamPosition(model::WebcamPosition::topLeft);
-    state.setWebcamSize(0.3);
-    model::TimelineSegment half;
-    half.endFraction = 0.5;
-    half.speed = 2;
-    state.setSegments({{half}});
-    model::ClickEvent zoom;
-    zoom.timestamp = 1;
-    zoom.zoomLevel = 2.5;
-    state.setEditableClickEvents({{zoom}});
-    const auto edit = state.document().edit();
+    state.setEditableClickEvents({{model::ClickEvent{.timestamp = 1, .zoomLevel = 2.5}}});
     const auto package = save("demo.vantro");
     EXPECT_EQ(panels.proposedName, "demo.vantro");
     EXPECT_EQ(state.projectPath(), package);
     EXPECT_EQ(state.recordingPath(), package / "recording.mov");
-    EXPECT_TRUE(fs::equivalent(package / "recording.mov", folder / "source/recording.mov"));
+    EXPECT_FALSE(state.document().isModified());
 
     AppState fresh{1};
     ProjectFlow other{fresh, panels, tasks};
@@ -191,24 +194,38 @@ TEST_F(ProjectFlowTest, ASavedProjectOpensAgainWithTheWholeEdit) {
     panels.answer(package);
     tasks.runAll();
     EXPECT_EQ(fresh.phase(), AppPhase::previewing());
-    EXPECT_EQ(fresh.document().edit(), edit);
-    EXPECT_FALSE(state.document().isModified() || fresh.document().isModified());
-    EXPECT_EQ(fresh.recordingPath(), package / "recording.mov");
+    EXPECT_EQ(fresh.document().project(), state.document().project());
+    EXPECT_FALSE(fresh.document().isModified());
     EXPECT_FALSE(fresh.metadataPath());
     EXPECT_EQ(used.size(), 1U);
+}
+
+TEST_F(ProjectFlowTest, SavingAsksForAPlaceTheFirstTimeOnly) {
+    flow.saveProject();
+    EXPECT_EQ(panels.kind, PanelKind::saveProject);
+    panels.answer(folder / "demo.vantro");
+    tasks.runAll();
+    state.setCursorScale(1);
+    flow.saveProject();
+    EXPECT_FALSE(panels.kind);
+    state.setCursorScale(2); // while it is being written
+    tasks.runAll();
+    EXPECT_EQ(files::readProjectFile(folder / "demo.vantro").edit.cursorScale, 1);
+    EXPECT_TRUE(state.document().isModified());
+    save("copy.vantro");
+    EXPECT_EQ(state.projectPath(), folder / "copy.vantro");
 }
 
 TEST_F(ProjectFlowTest, AFailedOpenLeavesTheStateUnchanged) {
     const auto package = save("demo.vantro");
     std::ofstream(package / "project.json") << "{\"version\": 1}";
     const auto before = state.document().project();
-    flow.openPackage(package);
-    tasks.runAll();
-    expectError(Kind::projectOpenFailed, "project.json");
-    EXPECT_EQ(state.document().project(), before);
-    flow.openPackage(folder / "nowhere.vantro");
-    tasks.runAll();
-    expectError(Kind::projectOpenFailed, "nowhere.vantro");
+    for (const auto* name : {"demo.vantro", "nowhere.vantro"}) {
+        flow.openPackage(folder / name);
+        tasks.runAll();
+        expectError(Kind::projectOpenFailed, name);
+        EXPECT_EQ(state.document().project(), before);
+    }
     EXPECT_TRUE(phases.empty());
 }
 
@@ -226,19 +243,11 @@ TEST_F(ProjectFlowTest, AFailedSaveIsShownAndKeepsTheRecordingWhereItIs) {
     EXPECT_FALSE(panels.kind);
 }
 
-TEST_F(ProjectFlowTest, ClosedPanelsChangeNothingAndLetTheNextOneOpen) {
-    flow.saveProject();
-    panels.answer({});
-    flow.openProject();
-    EXPECT_EQ(panels.kind, PanelKind::openProject);
-    panels.answer({});
-    EXPECT_EQ(tasks.waitingWork(), 0U);
-    EXPECT_FALSE(flow.isBusy());
-}
-
 TEST_F(ProjectFlowTest, NothingIsOpenedOverARunningRecording) {
     const auto package = save("demo.vantro");
     state.reset();
+    flow.openProject();
+    panels.answer({}); // which lets the next one open
     flow.openPackage(package);
     state.setPhase(AppPhase::recording()); // begins while the project is being read
     tasks.runAll();
@@ -246,6 +255,48 @@ TEST_F(ProjectFlowTest, NothingIsOpenedOverARunningRecording) {
     EXPECT_FALSE(state.metadata());
     flow.openProject();
     EXPECT_FALSE(panels.kind);
+}
+
+/// An offered recording where recordings are made.
+class RecoveryFlowTest : public EditedStateTest {
+  protected:
+    RecoveryFlowTest() {
+        ::setenv("TMPDIR", folder.c_str(), 1);
+        movie = files::makeRecordingDirectory() / "recording.mov";
+        std::ofstream(movie) << "movie";
+        state.reset();
+        flow.offer(movie);
+    }
+    ~RecoveryFlowTest() override { ::unsetenv("TMPDIR"); }
+
+    fs::path movie;
+    RecoveryFlow flow{state, tasks, [](const fs::path& found) {
+                          return model::Recording(found, model::RecordingMetadata{});
+                      }};
+};
+
+TEST_F(RecoveryFlowTest, DiscardingDeletesTheFilesAndDismissingKeepsThem) {
+    EXPECT_EQ(flow.offeredBytes(), 5U);
+    flow.dismiss();
+    EXPECT_FALSE(flow.isOffered());
+    flow.offer(movie);
+    flow.discard();
+    tasks.runAll();
+    EXPECT_FALSE(flow.isOffered() || fs::exists(movie.parent_path()));
+    EXPECT_FALSE(state.showError());
+}
+
+TEST_F(RecoveryFlowTest, WhatIsRecoveredDuringARecordingIsOfferedAgain) {
+    flow.recover();
+    state.setPhase(AppPhase::recording());
+    tasks.runAll();
+    EXPECT_FALSE(state.metadata());
+    EXPECT_TRUE(flow.isOffered());
+    state.setPhase(AppPhase::idle());
+    flow.recover();
+    tasks.runAll();
+    EXPECT_EQ(state.recordingPath(), movie);
+    EXPECT_EQ(state.phase(), AppPhase::previewing());
 }
 
 } // namespace
