@@ -24,18 +24,6 @@ TEST(BoundedQueue, RefusesItemsBeyondItsCapacityAndLeavesThemWithTheCaller) {
     EXPECT_EQ(**queue.pop(), 3);
 }
 
-TEST(BoundedQueue, HandsOutWhatIsLeftAfterClosingAndThenNothing) {
-    BoundedQueue<int> queue(4);
-    queue.push(1);
-    queue.push(2);
-    queue.close();
-    EXPECT_FALSE(queue.push(3));
-    EXPECT_FALSE(queue.tryPush(3));
-    EXPECT_EQ(queue.pop(), 1);
-    EXPECT_EQ(queue.pop(), 2);
-    EXPECT_EQ(queue.pop(), std::nullopt);
-}
-
 TEST(BoundedQueue, ThrowsAwayWhatIsLeftWhenAbandoned) {
     BoundedQueue<int> queue(4);
     queue.push(1);

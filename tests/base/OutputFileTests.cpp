@@ -2,11 +2,9 @@
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <csignal>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -42,17 +40,6 @@ TEST(OutputFile, ReplacesTheEarlierFileOnlyOnCommitAndLeavesNothingElseBehind) {
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 
-TEST(OutputFile, KeepsTheEarlierFileWhenTheWriterGivesUp) {
-    test::TemporaryFolder folder;
-    const auto target = folder.write("movie.mp4", "earlier");
-    {
-        const OutputFile file(target);
-        std::ofstream(file.temporaryPath()) << "half";
-    }
-    EXPECT_EQ(test::contentOf(target), "earlier");
-    EXPECT_EQ(entryCount(folder.path()), 1);
-}
-
 TEST(OutputFile, GivesTheFileTheModeOfOrdinaryFiles) {
     test::TemporaryFolder folder;
     const auto mask = ::umask(022);
@@ -77,33 +64,6 @@ TEST(OutputFile, NamesTheTargetAndTheReasonWhereItCannotBeWritten) {
     std::filesystem::create_directories(occupied / "inside");
     EXPECT_THAT(messageOf([&] { writeWholeFile(occupied, text); }),
                 testing::AllOf(HasSubstr(occupied.string()), HasSubstr("directory")));
-    EXPECT_EQ(entryCount(folder.path()), 1);
-}
-
-/// Runs in a process of its own, since the limit that stands for a full disk holds for a process.
-int writeBeyondTheSizeLimit(const std::filesystem::path& target) {
-    std::signal(SIGXFSZ, SIG_IGN); // the write then fails with EFBIG
-    const rlimit limit{.rlim_cur = 1'000, .rlim_max = 1'000};
-    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
-        return 2;
-    const std::string text(100'000, 'x');
-    const auto message = messageOf([&] { writeWholeFile(target, text); });
-    const bool isClear = message.find(target.string()) != std::string::npos &&
-                         message.find("too large") != std::string::npos;
-    return isClear ? 0 : 1;
-}
-
-TEST(OutputFile, KeepsTheEarlierFileWhenRoomRunsOutHalfWay) {
-    test::TemporaryFolder folder;
-    const auto target = folder.write("project.json", "earlier");
-    const auto child = ::fork();
-    if (child == 0)
-        ::_exit(writeBeyondTheSizeLimit(target));
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_EQ(test::contentOf(target), "earlier");
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 

@@ -61,13 +61,6 @@ TEST(SerialQueue, SyncHandsAnExceptionToTheCallerAndGoesOn) {
     EXPECT_EQ(queue.sync([] { return 1; }), 1);
 }
 
-TEST(SerialQueue, NamesItsThreadByTheEndOfTheLabel) {
-    SerialQueue queue("com.vantro.recorder.state");
-    std::array<char, 16> name{};
-    queue.sync([&] { pthread_getname_np(pthread_self(), name.data(), name.size()); });
-    EXPECT_STREQ(name.data(), ".recorder.state");
-}
-
 TEST(SerialQueueDeathTest, SyncFromItsOwnThreadIsFatalInsteadOfADeadlock) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(

@@ -30,18 +30,5 @@ TEST(WorkerPool, CallsEachIndexOnceInEveryLoopWithAWorkerNumberOfItsOwn) {
     }
 }
 
-TEST(WorkerPool, WorksOnTheCallersThreadAloneWhenItHasOneWorker) {
-    WorkerPool pool(1);
-    std::vector<std::size_t> order;
-    bool elsewhere = false;
-    const auto caller = std::this_thread::get_id();
-    pool.forEach(5, [&](std::size_t index, unsigned worker) {
-        order.push_back(index);
-        elsewhere = elsewhere || worker != 0 || std::this_thread::get_id() != caller;
-    });
-    EXPECT_EQ(order, (std::vector<std::size_t>{0, 1, 2, 3, 4}));
-    EXPECT_FALSE(elsewhere);
-}
-
 } // namespace
 } // namespace vantro::base

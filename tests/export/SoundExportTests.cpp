@@ -121,13 +121,6 @@ TEST(SoundExport, WritesOneStereoTrackAsLongAsThePicture) {
     EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
 }
 
-TEST(SoundExport, LeavesARecordingWithoutSoundSilent) {
-    const test::TemporaryFolder folder;
-    test::writeColorClock(folder / "recording.mov", 160, 90, 30, 1);
-    exportTo(folder / "out.mp4", test::plainProject(folder / "recording.mov", 30));
-    EXPECT_TRUE(audioStream(folder / "out.mp4").is_null());
-}
-
 TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
     const test::TemporaryFolder source;
     writeFlashesAndBeeps(source / "recording.mov", 10);
@@ -159,26 +152,6 @@ void damage(const std::filesystem::path& movie, const std::string& stream, doubl
         file.seekp(std::stol(packet["pos"].get<std::string>()));
         file.write(rubbish.data(), static_cast<std::streamsize>(rubbish.size()));
     }
-}
-
-TEST(SoundExport, TellsWhereAMovieBreaksOrKeepsWhatComesBefore) {
-    const test::TemporaryFolder folder;
-    writeFlashesAndBeeps(folder / "recording.mov", 4);
-    damage(folder / "recording.mov", "v:0", 2.0);
-    const auto project = edited(folder / "recording.mov", {});
-    EXPECT_THROW(exportTo(folder / "out.mp4", project), model::VantroError);
-    EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
-
-    VideoExporter exporter;
-    exporter.setToleratesDamage(true);
-    auto film = test::film(project);
-    const auto summary = exporter.run(film, ExportResolution::original, folder / "out.mp4", {}, {});
-    EXPECT_NE(summary.damage.find("breaks off"), std::string::npos);
-    EXPECT_NEAR(summary.duration, 2.0,
-                0.15); // a break takes up to three reordered pictures with it
-    EXPECT_EQ(flashTimes(folder / "out.mp4"), (std::vector<double>{0, 1}));
-    EXPECT_NEAR(media::Asset::open(folder / "out.mp4").duration().seconds(), summary.duration,
-                0.03);
 }
 
 } // namespace

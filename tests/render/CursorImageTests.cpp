@@ -32,15 +32,6 @@ TEST(BuiltInCursor, IsABlackArrowWithAWhiteRimWhoseTipIsTheHotSpot) {
     EXPECT_LT(at(1, -2.2)[3], 10);
 }
 
-TEST(BuiltInCursor, IsPremultiplied) {
-    const CursorImage arrow = standardCursor(CursorStyle::builtIn);
-    for (int y = 0; y < arrow.pixels->height(); ++y)
-        for (int x = 0; x < arrow.pixels->width(); ++x) {
-            const auto* p = pixel(*arrow.pixels, x, y);
-            ASSERT_LE(std::max({p[0], p[1], p[2]}), p[3]);
-        }
-}
-
 /// A directory of cursor themes made for one test.
 class ThemeDirectory {
   public:
@@ -111,20 +102,6 @@ TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
         for (int x = 0; x < level.width(); ++x)
             EXPECT_EQ(pixel(level, x, 0)[3] + pixel(level, x, level.height() - 1)[3], 0);
     }
-}
-
-TEST(HalvedPicture, AveragesBlocksAndRepeatsTheLastOddRowAndColumn) {
-    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 3, 3);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 12; ++x)
-            picture->mutableRow(0, y)[x] = static_cast<std::uint8_t>(x / 4 * 10 + y * 60);
-    const auto half = halved(*picture);
-    ASSERT_EQ(half->width(), 2);
-    ASSERT_EQ(half->height(), 2);
-    EXPECT_EQ(half->row(0, 0)[0], (0 + 10 + 60 + 70) / 4);
-    EXPECT_EQ(half->row(0, 0)[4], (20 + 80) / 2);
-    EXPECT_EQ(half->row(0, 1)[0], (120 + 130) / 2);
-    EXPECT_EQ(half->row(0, 1)[4], 140);
 }
 
 } // namespace

@@ -13,25 +13,6 @@ model::TimelineSegment segment(double start, double end, double speed) {
         .id = model::Uuid::random(), .startFraction = start, .endFraction = end, .speed = speed};
 }
 
-TEST(SegmentTimeMap, IsTheIdentityForAFreshRecording) {
-    const SegmentTimeMap map(model::fullLengthTimeline(), 12.5);
-    EXPECT_EQ(map.totalDuration(), 12.5);
-    for (const double t : {0.0, 0.1, 6.25, 12.5}) {
-        EXPECT_NEAR(map.sourceTime(t), t, 1e-12);
-        EXPECT_NEAR(map.outputTime(t), t, 1e-12);
-    }
-    EXPECT_EQ(map.sourceTime(13), 12.5);
-    EXPECT_EQ(map.outputTime(13), 12.5);
-}
-
-TEST(SegmentTimeMap, FollowsTheSpeeds) {
-    const SegmentTimeMap map({segment(0, 0.5, 2), segment(0.5, 1, 1)}, 10);
-    EXPECT_EQ(map.totalDuration(), 7.5);
-    EXPECT_EQ(map.sourceTime(2.5), 5);
-    EXPECT_EQ(map.sourceTime(3), 5.5);
-    EXPECT_EQ(map.outputTime(7.5), 5);
-}
-
 TEST(SegmentTimeMap, MapsCutsToTheInstantOfTheCut) {
     const SegmentTimeMap map({segment(0.1, 0.3, 1), segment(0.6, 0.8, 4)}, 10);
     EXPECT_DOUBLE_EQ(map.totalDuration(), 2.5);

@@ -98,44 +98,5 @@ TEST_F(GifFile, KeepsPausesLongerThanADelayCanSay) {
     EXPECT_EQ(largestError(gif.at(25 * 60 * 100), *flat(3, 2, 0)), 0);
 }
 
-TEST_F(GifFile, LeavesTheEarlierFileOnAFullDiskAndSaysWhatHappened) {
-    writeText(m_target, "earlier");
-    const auto message = exportError([&] {
-        exporting::gif::GifWriter writer(m_target, 320, 180, twelfth);
-        const FileSizeLimit limit(100'000);
-        for (unsigned frame = 0; frame < 20; ++frame)
-            writer.append(*noise(320, 180, frame));
-        writer.finish();
-    });
-    EXPECT_THAT(message, AllOf(StartsWith("Failed to finalize GIF"), HasSubstr(m_target.string()),
-                               HasSubstr("File too large")));
-    EXPECT_EQ(readText(m_target), "earlier");
-    EXPECT_EQ(filesInFolder(), 1);
-}
-
-TEST_F(GifFile, FailsAtOnceAtAPlaceThatCannotBeWritten) {
-    const auto target = m_folder / "missing" / "movie.gif";
-    const auto message =
-        exportError([&] { const exporting::gif::GifWriter writer(target, 8, 8, twelfth); });
-    EXPECT_THAT(message, AllOf(StartsWith("Failed to create GIF destination"),
-                               HasSubstr(target.string()), HasSubstr("No such file or directory")));
-}
-
-TEST_F(GifFile, AppearsOnlyWhenFinished) {
-    writeText(m_target, "earlier");
-    {
-        exporting::gif::GifWriter dropped(m_target, 64, 64, twelfth);
-        dropped.append(*noise(64, 64, 1));
-    }
-    EXPECT_EQ(filesInFolder(), 1);
-    exporting::gif::GifWriter empty(m_target, 64, 64, twelfth);
-    EXPECT_THAT(exportError([&] { empty.finish(); }), StartsWith("Failed to finalize GIF"));
-    exporting::gif::GifWriter writer(m_target, 64, 64, twelfth);
-    writer.append(*noise(64, 64, 1));
-    EXPECT_EQ(readText(m_target), "earlier");
-    writer.finish();
-    EXPECT_EQ(decodeGif(m_target).images.size(), 1U);
-}
-
 } // namespace
 } // namespace vantro::test

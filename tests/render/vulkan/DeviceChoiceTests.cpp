@@ -31,15 +31,5 @@ TEST(DeviceChoice, TakesASoftwareDriverOnlyWhenAllowed) {
     EXPECT_EQ(refused.error(), "only software Vulkan (llvmpipe)");
 }
 
-TEST(DeviceChoice, PassesOverDevicesThatCannotDraw) {
-    const std::vector mixed{device("compute card", DeviceKind::discrete, false),
-                            device("built in", DeviceKind::integrated)};
-    EXPECT_EQ(chooseDevice(mixed, false), 1U);
-    const auto none = chooseDevice(std::span(mixed).first(1), true);
-    ASSERT_FALSE(none.has_value());
-    EXPECT_THAT(none.error(), testing::HasSubstr("compute card"));
-    EXPECT_FALSE(chooseDevice({}, true).has_value());
-}
-
 } // namespace
 } // namespace vantro::render::vulkan

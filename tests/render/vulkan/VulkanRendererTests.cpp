@@ -38,19 +38,6 @@ class VulkanRendererTest : public CheckedGpu {
     }
 };
 
-TEST_F(VulkanRendererTest, FollowsSourcesThatChangeInContentSizeAndFormat) {
-    const auto first = test::screenPicture(media::PixelFormat::bgra, 61, 40, 1);
-    const auto second = test::screenPicture(media::PixelFormat::bgra, 61, 40, 2);
-    const auto larger = test::screenPicture(media::PixelFormat::bgra, 130, 77, 3);
-    const auto planar = test::flatPicture(media::PixelFormat::i420, 61, 40, {126, 128, 128, 0});
-    EXPECT_TRUE(samePixels(*draw(copyOf(first)), *first));
-    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
-    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 30, 20), (Pixel{128, 128, 128, 255}));
-    EXPECT_TRUE(samePixels(*draw(copyOf(larger)), *larger));
-    EXPECT_TRUE(samePixels(*draw(copyOf(second)), *second));
-    EXPECT_EQ(pixelAt(*draw(copyOf(planar)), 60, 39), (Pixel{128, 128, 128, 255}));
-}
-
 TEST_F(VulkanRendererTest, DoesNotSendTheSamePictureTwice) {
     for (const media::PixelFormat format : {media::PixelFormat::bgra, media::PixelFormat::i420}) {
         const auto source = test::flatPicture(format, 32, 32, {126, 128, 128, 255});
