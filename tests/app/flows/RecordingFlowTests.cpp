@@ -288,9 +288,8 @@ TEST_F(RecordingFlowTest, TellsEverySecondWhetherCaptureStillRunsAndWhatWasDropp
     QObject::connect(&flow, &RecordingFlow::recorderStatusChanged, [&] { ++changes; });
     timers.advance(1s);
     EXPECT_EQ(changes, 0);
-    recorder().recorderStatus = {.framesDropped = 4,
-                                 .condition = capture::RecordingCondition::streamStopped,
-                                 .streamError = {}};
+    recorder().recorderStatus.framesDropped = 4;
+    recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
     timers.advance(2s);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(flow.recorderStatus().framesDropped, 4);
