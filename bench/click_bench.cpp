@@ -25,24 +25,6 @@ namespace {
 
 using namespace vantro;
 
-/// The host's clock, which remembers when it was first asked: the tracker's time zero.
-class RememberingClock final : public capture::CaptureClock {
-  public:
-    base::HostTime now() override {
-        const base::HostTime now = base::hostNow();
-        if (m_first == base::HostTime{})
-            m_first = now;
-        return now;
-    }
-    void sleepUntil(base::HostTime deadline, std::stop_token stop) override {
-        capture::hostCaptureClock().sleepUntil(deadline, std::move(stop));
-    }
-    base::HostTime first() const { return m_first; }
-
-  private:
-    base::HostTime m_first;
-};
-
 struct Press {
     base::HostTime when;
     model::Point where;
@@ -114,20 +96,22 @@ int main(int argc, char** argv) {
         return 1;
     }
     selectRawPresses(listener);
-    const auto& screen = screenOf(hand);
     const auto platform = capture::x11::connectX11().value();
-    RememberingClock clock;
-    capture::CursorTracker tracker({0, 0, static_cast<double>(screen.width_in_pixels),
-                                    static_cast<double>(screen.height_in_pixels)},
-                                   screen.height_in_pixels, platform->makePointerSource().value(),
-                                   clock);
+    capture::SharedRecordingClock clock;
+    const base::HostTime zero = base::hostNow();
+    clock.with([zero](capture::RecordingClock& each) { each.start(zero); });
+    const auto pointer =
+        platform->makePointerSource(capture::awaitTarget(*platform, {}).value()).value();
+    capture::CursorTracker tracker(clock);
+    pointer->start(tracker);
     tracker.start();
     std::vector<Press> presses;
     for (int index = 0; index < count; ++index) {
         presses.push_back(press(hand, index));
         std::this_thread::sleep_for(std::chrono::milliseconds(30 + index % 7));
     }
-    tracker.stop();
+    pointer->stop();
+    tracker.stop(base::hostNow());
     const auto clicks = tracker.clicks();
     const auto times = serverTimes(listener);
     if (clicks.size() != presses.size() || times.size() != presses.size()) {
@@ -140,8 +124,7 @@ int main(int argc, char** argv) {
     int misplaced = 0;
     for (std::size_t index = 0; index < presses.size(); ++index) {
         const auto& [when, where] = presses[index];
-        errors.push_back(std::abs(clicks[index].timestamp - base::inSeconds(when - clock.first())) *
-                         1000);
+        errors.push_back(std::abs(clicks[index].timestamp - base::inSeconds(when - zero)) * 1000);
         const double injected = base::inSeconds(when.time_since_epoch()) * 1000;
         serverErrors.push_back(std::abs(std::fmod(times[index] - injected, 4294967296.0)));
         misplaced += clicks[index].x != where.x || clicks[index].y != where.y ? 1 : 0;

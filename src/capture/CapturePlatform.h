@@ -4,6 +4,7 @@
 #include "capture/PointerSource.h"
 #include "capture/ScreenStream.h"
 #include "capture/ShareableContent.h"
+#include "capture/SoundSource.h"
 #include "capture/TargetQuestion.h"
 
 #include <expected>
@@ -36,7 +37,11 @@ class CapturePlatform {
 
     virtual std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) = 0;
-    virtual std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() = 0;
+    virtual std::expected<std::unique_ptr<PointerSource>, std::string>
+    makePointerSource(const RecordingTarget& target) = 0;
+    /// Unless overridden there is none, for the reason that the abilities tell.
+    virtual std::expected<std::unique_ptr<SoundSource>, std::string>
+    makeSoundSource(SoundKind kind);
 };
 
 /// Waits for the target of a request; nothing when `cancelled` or the user took it back. Throws

@@ -1,6 +1,7 @@
 #include "capture/CursorJournal.h"
 
 #include "base/Log.h"
+#include "base/SerialQueue.h"
 #include "model/Json.h"
 
 #include <charconv>
@@ -12,6 +13,9 @@
 
 namespace vantro::capture {
 namespace {
+
+// Lines that wait for the disk: 16 s of samples. More would only be lost later.
+constexpr std::size_t longestQueue = 1024;
 
 /// The next of a line's numbers, which single blanks separate; nothing where there is none.
 std::optional<double> nextNumber(std::string_view& line) {
@@ -55,25 +59,33 @@ bool take(std::string_view line, model::RecordingMetadata& metadata) {
 
 CursorJournal::CursorJournal(const std::filesystem::path& movie,
                              const model::RecordingMetadata& description)
-    : m_journal(cursorJournalPath(movie)) {
-    append(model::encodeMetadata(description));
+    : m_journal(cursorJournalPath(movie)), m_lines(longestQueue) {
+    m_lines.tryPush(model::encodeMetadata(description));
+    m_thread = std::jthread([this] { run(); });
+}
+
+CursorJournal::~CursorJournal() {
+    m_lines.close();
 }
 
 void CursorJournal::add(const model::CursorPosition& position) {
-    append(fmt::format("at {} {} {}", position.x, position.y, position.timestamp));
+    m_lines.tryPush(fmt::format("at {} {} {}", position.x, position.y, position.timestamp));
 }
 
 void CursorJournal::add(const model::ClickEvent& click) {
-    append(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x, click.y,
-                       click.timestamp));
+    m_lines.tryPush(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x,
+                                click.y, click.timestamp));
 }
 
-void CursorJournal::append(const std::string& line) {
-    if (m_isGivenUp || m_journal.append(line))
-        return;
-    m_isGivenUp = true;
-    base::logWarning(
-        "The pointer's journal cannot be written; clicks would not survive the program");
+void CursorJournal::run() {
+    base::setThreadName("cursor.journal");
+    while (const auto line = m_lines.pop()) {
+        if (m_journal.append(*line))
+            continue;
+        base::logWarning(
+            "The pointer's journal cannot be written; clicks would not survive the program");
+        m_lines.abandon();
+    }
 }
 
 std::filesystem::path cursorJournalPath(const std::filesystem::path& movie) {

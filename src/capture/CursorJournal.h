@@ -1,29 +1,36 @@
 #pragma once
 
+#include "base/BoundedQueue.h"
 #include "base/Journal.h"
 #include "model/RecordingMetadata.h"
 
 #include <filesystem>
+#include <string>
+#include <thread>
 
 namespace vantro::capture {
 
 /// Keeps the pointer's path and the clicks of a recording under way beside its movie, so that they
-/// outlive the program. One line a sample, written as it comes. One thread at a time.
+/// outlive the program. One line a sample, written as it comes, on a thread of its own: a slow disk
+/// delays nobody. Any thread adds; what its queue of 16 s of samples cannot hold is left out.
 class CursorJournal {
   public:
     /// `description` is what the metadata will hold but for samples and clicks. Throws
     /// std::filesystem_error.
     CursorJournal(const std::filesystem::path& movie, const model::RecordingMetadata& description);
+    /// Writes what has been added.
+    ~CursorJournal();
 
     // A journal that cannot be written is given up with a line in the log.
     void add(const model::CursorPosition& position);
     void add(const model::ClickEvent& click);
 
   private:
-    void append(const std::string& line);
+    void run();
 
-    base::JournalWriter m_journal;
-    bool m_isGivenUp = false;
+    base::JournalWriter m_journal; // the thread's, once it runs
+    base::BoundedQueue<std::string> m_lines;
+    std::jthread m_thread;
 };
 
 /// The journal of `movie`: its name with ".cursor" behind.

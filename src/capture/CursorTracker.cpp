@@ -1,10 +1,9 @@
 #include "capture/CursorTracker.h"
 
-#include "base/Fatal.h"
+#include "base/Log.h"
+#include "base/SerialQueue.h"
 
 #include <chrono>
-
-#include <sys/prctl.h>
 
 namespace vantro::capture {
 namespace {
@@ -13,96 +12,117 @@ namespace {
 // the edited movie; shorter only makes the list longer.
 constexpr base::HostDuration sampleInterval = std::chrono::milliseconds(16);
 
+// Both a source and the timer may be late by a little: what is due counts as due a quarter of an
+// interval early, and a source that pushes is waited for by half of one.
+const double leastGap = base::inSeconds(sampleInterval) * 3 / 4;
+const double longestWait = base::inSeconds(sampleInterval) * 3 / 2;
+
 } // namespace
 
-CursorTracker::CursorTracker(model::Rect captureRect, double screenHeight,
-                             std::shared_ptr<PointerSource> pointer, CaptureClock& clock,
-                             std::optional<CursorJournal> journal)
-    : m_captureRect(captureRect)
-    , m_screenHeight(screenHeight)
-    , m_pointer(std::move(pointer))
-    , m_clock(clock)
-    , m_startTime(clock.now())
-    , _journal(std::move(journal)) {}
+CursorTracker::CursorTracker(const SharedRecordingClock& timeline, CursorJournal* journal,
+                             CaptureClock& clock)
+    : m_timeline(timeline), m_journal(journal), m_clock(clock) {}
 
-CursorTracker::~CursorTracker() {
-    stop();
-}
+CursorTracker::~CursorTracker() = default;
 
 void CursorTracker::start() {
     m_timer = std::jthread([this](const std::stop_token& stop) { runTimer(stop); });
-    m_clickMonitor = monitorClicks(MouseButton::left);
-    m_rightClickMonitor = monitorClicks(MouseButton::right);
 }
 
-void CursorTracker::stop() {
-    if (m_timer.joinable()) {
-        m_timer.request_stop();
-        m_timer.join();
-    }
-    m_clickMonitor.reset();
-    m_rightClickMonitor.reset();
+void CursorTracker::stop(base::HostTime at) {
+    if (!m_timer.joinable())
+        return;
+    m_timer.request_stop();
+    m_timer.join();
+    keepNewest(at);
 }
 
-std::vector<model::CursorPosition> CursorTracker::positions() {
-    return m_queue.sync([this] { return _positions; });
+std::vector<model::CursorPosition> CursorTracker::positions() const {
+    return m_records.with([](const Records& records) { return records.positions; });
 }
 
-std::vector<model::ClickEvent> CursorTracker::clicks() {
-    return m_queue.sync([this] { return _clicks; });
+std::vector<model::ClickEvent> CursorTracker::clicks() const {
+    return m_records.with([](const Records& records) { return records.clicks; });
+}
+
+std::optional<double> CursorTracker::timestampOf(base::HostTime time) const {
+    const auto movieTime =
+        m_timeline.with([time](const RecordingClock& clock) { return clock.movieTime(time); });
+    return movieTime ? std::optional(base::inSeconds(*movieTime)) : std::nullopt;
+}
+
+/// Whoever is late is left out, so that times ascend.
+std::optional<model::CursorPosition>
+CursorTracker::Records::keep(model::Point place, double timestamp, double gap, bool isPushed) {
+    if (!positions.empty() &&
+        (timestamp <= positions.back().timestamp || timestamp - positions.back().timestamp < gap))
+        return {};
+    isLastPushed = isPushed;
+    return positions.emplace_back(
+        model::CursorPosition{.x = place.x, .y = place.y, .timestamp = timestamp});
+}
+
+void CursorTracker::note(const std::optional<model::CursorPosition>& kept) {
+    if (kept && m_journal != nullptr)
+        m_journal->add(*kept);
+}
+
+void CursorTracker::pointerAt(const PointerSample& sample) {
+    const auto timestamp = timestampOf(sample.time);
+    note(m_records.with([&](Records& records) {
+        records.newest = sample.place;
+        return timestamp ? records.keep(sample.place, *timestamp, leastGap, true) : std::nullopt;
+    }));
+}
+
+void CursorTracker::keepNewest(base::HostTime time) {
+    const auto timestamp = timestampOf(time);
+    note(m_records.with([&](Records& records) {
+        return timestamp && records.newest ? records.keep(*records.newest, *timestamp, 0, false)
+                                           : std::nullopt;
+    }));
 }
 
 void CursorTracker::runTimer(const std::stop_token& stop) {
-    base::setThreadName("cursor.timer");
-    prctl(PR_SET_TIMERSLACK, 1UL); // nanoseconds: exact firing, where the default is 50 µs late
+    base::setThreadName("com.vantro.cursor");
     base::HostTime deadline = m_clock.now();
-    do { // one sample at least, however soon the stop comes
-        m_queue.sync([this] { appendPosition(); });
+    while (!stop.stop_requested()) {
         // Ticks that the machine slept through are left out, never caught up in a burst.
         do {
             deadline += sampleInterval;
         } while (deadline <= m_clock.now());
         m_clock.sleepUntil(deadline, stop);
-    } while (!stop.stop_requested());
+        const auto timestamp = timestampOf(m_clock.now());
+        if (stop.stop_requested() || !timestamp)
+            continue;
+        note(m_records.with([&](Records& records) {
+            return records.newest
+                       ? records.keep(*records.newest, *timestamp,
+                                      records.isLastPushed ? longestWait : leastGap, false)
+                       : std::nullopt;
+        }));
+    }
 }
 
-void CursorTracker::appendPosition() {
-    const model::Point point = pointerInCaptureRect();
-    _positions.push_back({.x = point.x, .y = point.y, .timestamp = elapsedSeconds()});
-    if (_journal)
-        _journal->add(_positions.back());
-}
-
-void CursorTracker::appendClick(bool isRightClick) {
-    const model::Point point = pointerInCaptureRect();
-    model::ClickEvent click;
-    click.x = point.x;
-    click.y = point.y;
-    click.timestamp = elapsedSeconds();
-    click.isRightClick = isRightClick;
-    _clicks.push_back(click);
-    if (_journal)
-        _journal->add(click);
-}
-
-double CursorTracker::elapsedSeconds() {
-    base::HostDuration::rep elapsed = 0;
-    const bool overflow = __builtin_sub_overflow(m_clock.now().time_since_epoch().count(),
-                                                 m_startTime.time_since_epoch().count(), &elapsed);
-    base::require(!overflow && elapsed >= 0, "the host clock ran backwards");
-    return base::inSeconds(base::HostDuration(elapsed));
-}
-
-model::Point CursorTracker::pointerInCaptureRect() {
-    const model::Point mouse = m_pointer->location();
-    return {.x = mouse.x - m_captureRect.x, .y = m_screenHeight - mouse.y - m_captureRect.y};
-}
-
-std::unique_ptr<ClickMonitor> CursorTracker::monitorClicks(MouseButton button) {
-    const bool isRightClick = button == MouseButton::right;
-    return m_pointer->monitorPresses(button, [this, isRightClick] {
-        m_queue.async([this, isRightClick] { appendClick(isRightClick); });
+void CursorTracker::pressed(const PointerPress& press) {
+    const auto timestamp = timestampOf(press.time);
+    if (!timestamp)
+        return;
+    const auto click = m_records.with([&](Records& records) {
+        const model::Point place = press.place.value_or(records.newest.value_or(model::Point{}));
+        model::ClickEvent made;
+        made.x = place.x;
+        made.y = place.y;
+        made.timestamp = *timestamp;
+        made.isRightClick = press.button == MouseButton::right;
+        return records.clicks.emplace_back(made);
     });
+    if (m_journal != nullptr)
+        m_journal->add(click);
+}
+
+void CursorTracker::pointerStopped(const std::string& error) {
+    base::logWarning("The pointer is not followed any more: {}", error);
 }
 
 } // namespace vantro::capture

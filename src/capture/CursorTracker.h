@@ -1,70 +1,71 @@
 #pragma once
 
-#include "base/SerialQueue.h"
+#include "base/Guarded.h"
 #include "capture/CaptureClock.h"
 #include "capture/CursorJournal.h"
 #include "capture/PointerSource.h"
+#include "capture/RecordingClock.h"
 #include "model/RecordingMetadata.h"
 
-#include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
 
 namespace vantro::capture {
 
-/// Records where the pointer is, every 16 ms, and every press of the left and right button, for the
-/// length of one recording.
+/// Keeps where the pointer was, at least every 16 ms of the movie, and every press of the left and
+/// right button, for the length of one recording.
 ///
-/// Time zero of every timestamp is the construction. Positions are points from the capture
-/// rectangle's top-left corner, y downward; those outside of it are kept as they are.
+/// Each place that a source pushes is kept with its own time, but not more often than that; where
+/// none comes, the newest stands for it. What lies outside of the movie's time is left out; the
+/// newest place before its zero is its first.
 ///
-/// Lifecycle: constructed → start → stop; not started again. The timer's thread and the click
-/// monitors only hand work to the serial queue "com.vantro.cursor", which alone touches both lists;
-/// whoever reads them waits for it. Reports no errors: a button that cannot be watched yields no
-/// clicks. A clock that runs backwards is fatal. One thread constructs, starts and stops it.
-class CursorTracker {
+/// Lifecycle: constructed → start → stop. One thread constructs, starts and stops it; its output
+/// may be called and its lists read on any other.
+class CursorTracker final : public PointerOutput {
   public:
-    /// `captureRect` is in global points with the origin at the top left. `screenHeight`, in
-    /// points, turns the pointer's bottom-left origin over.
-    /// Samples and clicks go to the `journal` too, where there is one.
-    CursorTracker(model::Rect captureRect, double screenHeight,
-                  std::shared_ptr<PointerSource> pointer, CaptureClock& clock = hostCaptureClock(),
-                  std::optional<CursorJournal> journal = {});
-    ~CursorTracker();
+    /// Samples and clicks go to the `journal` too, where there is one. `timeline` and both others
+    /// outlive the tracker.
+    explicit CursorTracker(const SharedRecordingClock& timeline, CursorJournal* journal = nullptr,
+                           CaptureClock& clock = hostCaptureClock());
+    ~CursorTracker() override;
     CursorTracker(const CursorTracker&) = delete;
     CursorTracker& operator=(const CursorTracker&) = delete;
 
     void start();
-    /// Harmless when repeated.
-    void stop();
+    /// The newest place counts until `at`, which is the movie's end. Harmless when repeated.
+    void stop(base::HostTime at);
+    /// Keeps the newest place for `time`, whatever has been pushed since, if none is kept there.
+    void keepNewest(base::HostTime time);
 
-    /// A copy of everything recorded so far. Any thread but the tracker's own.
-    std::vector<model::CursorPosition> positions();
-    std::vector<model::ClickEvent> clicks();
+    void pointerAt(const PointerSample& sample) override;
+    void pressed(const PointerPress& press) override;
+    void pointerStopped(const std::string& error) override;
+
+    /// Copies of everything recorded so far.
+    std::vector<model::CursorPosition> positions() const;
+    std::vector<model::ClickEvent> clicks() const;
 
   private:
+    struct Records {
+        std::optional<model::Point> newest;
+        std::vector<model::CursorPosition> positions;
+        bool isLastPushed = false; ///< the last position came from the source
+        std::vector<model::ClickEvent> clicks;
+
+        /// The position, if it is kept.
+        std::optional<model::CursorPosition> keep(model::Point place, double timestamp,
+                                                  double leastGap, bool isPushed);
+    };
+
     void runTimer(const std::stop_token& stop);
-    void appendPosition();
-    void appendClick(bool isRightClick);
-    double elapsedSeconds();
-    model::Point pointerInCaptureRect();
-    std::unique_ptr<ClickMonitor> monitorClicks(MouseButton button);
+    std::optional<double> timestampOf(base::HostTime time) const;
+    void note(const std::optional<model::CursorPosition>& kept);
 
-    const model::Rect m_captureRect;
-    const double m_screenHeight;
-    const std::shared_ptr<PointerSource> m_pointer;
+    const SharedRecordingClock& m_timeline;
+    CursorJournal* m_journal;
     CaptureClock& m_clock;
-    const base::HostTime m_startTime;
-
-    std::vector<model::CursorPosition> _positions; // only on m_queue
-    std::vector<model::ClickEvent> _clicks;        // only on m_queue
-    std::optional<CursorJournal> _journal;         // only on m_queue
-
-    // Destroyed in reverse: whoever feeds the queue first, then the queue, then the lists.
-    base::SerialQueue m_queue{"com.vantro.cursor"};
-    std::unique_ptr<ClickMonitor> m_clickMonitor;
-    std::unique_ptr<ClickMonitor> m_rightClickMonitor;
+    base::Guarded<Records> m_records;
     std::jthread m_timer;
 };
 

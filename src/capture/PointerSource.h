@@ -1,34 +1,52 @@
 #pragma once
 
+#include "base/HostClock.h"
 #include "model/Geometry.h"
 
-#include <functional>
-#include <memory>
+#include <optional>
+#include <string>
 
 namespace vantro::capture {
 
 enum class MouseButton { left, right };
 
-/// Watches presses of one button for as long as it lives. Destruction waits until a handler that
-/// runs has returned, so it must not happen inside of the handler.
-class ClickMonitor {
-  public:
-    virtual ~ClickMonitor() = default;
+/// Where the pointer was. Places are points from the top-left corner of what is recorded, as it
+/// stood at that time, y downward; they may lie outside of it.
+struct PointerSample {
+    base::HostTime time;
+    model::Point place;
 };
 
-/// Where the pointer is and when its buttons are pressed, anywhere on the desktop.
+/// A button that was pressed anywhere on the desktop but in our own windows.
+struct PointerPress {
+    base::HostTime time;
+    MouseButton button = MouseButton::left;
+    std::optional<model::Point> place; ///< absent where only the press is known
+};
+
+/// Receives what a pointer source tells. Each call returns soon. One thread at a time.
+class PointerOutput {
+  public:
+    virtual ~PointerOutput() = default;
+
+    virtual void pointerAt(const PointerSample& sample) = 0;
+    virtual void pressed(const PointerPress& press) = 0;
+    /// The source has ended by itself; nothing follows.
+    virtual void pointerStopped(const std::string& error) = 0;
+};
+
+/// Tells where the pointer is, as often as it knows, and when its buttons are pressed. Destruction
+/// stops it. One thread starts and stops it.
 class PointerSource {
   public:
     virtual ~PointerSource() = default;
 
-    /// Global points with the origin at the bottom left of the main screen, y upward. Once the
-    /// connection to the desktop is lost, the last location known. One thread at a time.
-    virtual model::Point location() = 0;
-
-    /// Calls `handler` on a thread of the monitor's own soon after each press of `button`, from
-    /// before this returns. Null when presses cannot be watched. Any thread.
-    virtual std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
-                                                         std::function<void()> handler) = 0;
+    /// Presses count from before this returns. `output` lives until the stop and is called on a
+    /// thread of the source's own. Throws std::runtime_error. Called once.
+    virtual void start(PointerOutput& output) = 0;
+    /// Nothing arrives after this has returned. Harmless when repeated. Not from the output's
+    /// calls.
+    virtual void stop() = 0;
 };
 
 } // namespace vantro::capture

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace vantro::capture {
 
@@ -20,6 +21,8 @@ struct RecordingStatistics {
     std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
     RecordingCondition condition = RecordingCondition::recording;
     std::string streamError; ///< why the stream stopped, for the user; empty otherwise
+    /// Sources that were asked for and take no part, or no longer, each with the reason.
+    std::vector<std::string> lostSources;
 
     bool isCapturing() const { return condition == RecordingCondition::recording; }
     bool operator==(const RecordingStatistics&) const = default;

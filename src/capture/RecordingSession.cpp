@@ -18,11 +18,7 @@ constexpr double expectedFrameRate = 60;
 constexpr std::int64_t metadataFrameRate = 60;
 
 // What the log tells of a writer's end.
-enum class WriterStatus { none = -1, completed = 2, failed = 3 };
-
-media::MediaTime toMediaTime(base::HostTime time) {
-    return {.value = time.time_since_epoch().count(), .timescale = 1'000'000'000};
-}
+enum class WriterStatus { completed = 2, failed = 3 };
 
 [[noreturn]] void failStart(std::string_view message) {
     throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
@@ -42,13 +38,11 @@ void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
                   rect.width, rect.height);
 }
 
-void logLeftOutSources(const SourceSwitches& sources) {
-    if (sources.systemSound)
-        base::logWarning("System audio is not available, skipping system audio recording");
-    if (sources.microphone)
-        base::logWarning("Microphone is not available, skipping mic recording");
-    if (sources.camera)
-        base::logWarning("No camera available, skipping webcam recording");
+/// What the log says of a source that cannot be had.
+const char* leftOutText(SoundKind kind) {
+    return kind == SoundKind::system
+               ? "System audio is not available, skipping system audio recording"
+               : "Microphone is not available, skipping mic recording";
 }
 
 } // namespace
@@ -76,176 +70,184 @@ void RecordingSession::start(const std::filesystem::path& movie) {
         choose({});
     m_movie = movie;
     logTarget(m_request, m_target);
-    logLeftOutSources(m_request.sources);
     try {
-        prepareStream();
-        prepareWriter();
-        auto pointer = m_platform->makePointerSource();
-        if (!pointer)
-            failStart(pointer.error());
-        startTracker(std::move(*pointer));
-        m_stateQueue.sync([this] { _isWriting = true; });
-        startCapture();
+        openSources();
+        startSources();
     } catch (...) {
         abandon();
         throw;
     }
-    m_isRunning = true;
+    m_progress.setRunning(true);
     base::logInfo("Capture started");
 }
 
-void RecordingSession::prepareStream() {
+void RecordingSession::openSources() {
     auto stream = m_platform->makeScreenStream(m_target);
     if (!stream)
         failStart(stream.error());
-    m_stream = std::move(*stream);
+    auto sounds = openSounds();
+    openWriter(sounds.size());
+    auto pointer = m_platform->makePointerSource(m_target);
+    if (!pointer)
+        failStart(pointer.error());
+    m_pointer = std::move(*pointer);
+    openJournal();
+    m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
+    for (auto& [kind, source] : sounds)
+        m_sounds.push_back(std::make_unique<SoundTrack>(kind, std::move(source), *m_writer,
+                                                        m_sounds.size(), m_clock, m_progress));
+    m_screen =
+        std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
+                                      [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
 }
 
-void RecordingSession::prepareWriter() {
+RecordingSession::OpenSounds RecordingSession::openSounds() {
+    OpenSounds sounds;
+    const auto open = [&](SoundKind kind, bool isWanted) {
+        if (!isWanted)
+            return;
+        auto source = m_platform->makeSoundSource(kind);
+        if (source) {
+            sounds.emplace_back(kind, std::move(*source));
+        } else {
+            base::logWarning("{}", leftOutText(kind));
+            leaveOut(nameOf(kind), source.error());
+        }
+    };
+    open(SoundKind::system, m_request.sources.systemSound);
+    open(SoundKind::microphone, m_request.sources.microphone);
+    if (m_request.sources.camera) {
+        base::logWarning("No camera available, skipping webcam recording");
+        leaveOut("Camera", m_platform->abilities().camera.whyNot);
+    }
+    return sounds;
+}
+
+void RecordingSession::leaveOut(const char* source, const std::string& reason) {
+    m_progress.lost(fmt::format("{}: {}", source, reason));
+}
+
+void RecordingSession::openWriter(std::size_t sounds) {
     const media::VideoSettings settings{.width = m_target.width,
                                         .height = m_target.height,
                                         .averageBitRate = videoBitRate,
                                         .expectedFrameRate = expectedFrameRate,
                                         .expectsRealTime = true};
     try {
-        m_assetWriter = std::make_unique<media::AssetWriter>(
-            m_movie, media::FileType::quickTimeMovie, settings);
+        m_writer = std::make_unique<media::AssetWriter>(
+            m_movie, media::FileType::quickTimeMovie, settings,
+            std::vector(sounds, media::AudioSettings{.expectsRealTime = true}));
     } catch (const media::MediaError& error) {
         failWriter(fmt::format("Failed to create writer: {}", error.what()));
     }
     try {
-        m_assetWriter->startWriting();
+        m_writer->startWriting();
     } catch (const media::MediaError& error) {
         failWriter(error.what());
     }
 }
 
-void RecordingSession::startTracker(std::shared_ptr<PointerSource> pointer) {
-    auto journal = makeJournal(); // takes a moment: before time zero
-    m_cursorTracker =
-        std::make_unique<CursorTracker>(m_target.captureRect, m_target.display.frame.height,
-                                        std::move(pointer), hostCaptureClock(), std::move(journal));
-    m_cursorTracker->start();
-}
-
-CursorJournal RecordingSession::makeJournal() const {
+void RecordingSession::openJournal() {
     try {
-        return CursorJournal(m_movie, describeRecording());
+        m_journal = std::make_unique<CursorJournal>(m_movie, describeRecording());
     } catch (const std::filesystem::filesystem_error& error) {
         failWriter(error.what());
     }
 }
 
-void RecordingSession::startCapture() {
+/// The screen comes last: its first frame is time zero, when all others already watch.
+void RecordingSession::startSources() {
     try {
-        m_stream->startCapture(*this);
+        m_pointer->start(*m_tracker);
+        m_tracker->start();
+        std::erase_if(m_sounds, [this](const auto& track) { return !startOptional(*track); });
+        m_screen->start();
     } catch (const std::runtime_error& error) {
         failStart(error.what());
     }
 }
 
+bool RecordingSession::startOptional(SoundTrack& track) {
+    try {
+        track.start();
+        return true;
+    } catch (const std::exception& error) {
+        base::logWarning("{}: {}", leftOutText(track.kind()), error.what());
+        leaveOut(nameOf(track.kind()), error.what());
+        return false;
+    }
+}
+
+void RecordingSession::pause() {
+    m_clock.with([](RecordingClock& clock) { clock.pause(base::hostNow()); });
+}
+
+void RecordingSession::resume() {
+    m_clock.with([](RecordingClock& clock) { clock.resume(base::hostNow()); });
+}
+
 void RecordingSession::abandon() {
-    m_stateQueue.sync([this] { _isWriting = false; });
-    m_stream.reset();
-    if (std::exchange(m_cursorTracker, nullptr)) {
+    m_progress.setRunning(false);
+    m_clock.with([](RecordingClock& clock) { clock.stop(base::hostNow()); });
+    m_screen.reset();
+    m_sounds.clear();
+    m_pointer.reset();
+    m_tracker.reset();
+    if (std::exchange(m_journal, nullptr)) {
         std::error_code ignored;
         std::filesystem::remove(cursorJournalPath(m_movie), ignored);
     }
-    m_assetWriter.reset();
-}
-
-SampleDisposition RecordingSession::screenSample(const ScreenSample& sample) {
-    struct State {
-        bool isWriting;
-        bool hasFirstSample;
-    };
-    const auto state =
-        m_stateQueue.sync([this] { return State{_isWriting, _firstSampleTime.has_value()}; });
-    if (!state.isWriting || sample.status != FrameStatus::complete || !sample.pixels)
-        return SampleDisposition::taken;
-    const media::VideoFrame frame{.pixels = sample.pixels,
-                                  .presentationTime = toMediaTime(sample.presentationTime),
-                                  .duration = {}};
-    return append(frame, !state.hasFirstSample);
-}
-
-SampleDisposition RecordingSession::append(const media::VideoFrame& frame, bool isFirst) {
-    if (isFirst) {
-        m_assetWriter->startSession(frame.presentationTime);
-        m_stateQueue.sync([&] { _firstSampleTime = frame.presentationTime; });
-        base::logInfo("First frame at {:f}", frame.presentationTime.seconds());
-    }
-    const bool isAppended =
-        m_assetWriter->isReadyForMoreMediaData() && m_assetWriter->append(frame);
-    const bool hasFailed = !isAppended && m_assetWriter->hasFailed();
-    m_stateQueue.sync([&] {
-        ++(isAppended ? _frameCount : _droppedCount);
-        if (hasFailed)
-            _condition = RecordingCondition::writerFailed;
-    });
-    // A failed writer never takes anything again: offering the picture once more would be in vain.
-    return isAppended || hasFailed ? SampleDisposition::taken : SampleDisposition::refused;
-}
-
-void RecordingSession::streamStopped(const std::string& error) {
-    base::logError("Stream stopped with error: {}", error);
-    m_stateQueue.sync([&] {
-        if (_condition == RecordingCondition::recording)
-            _condition = RecordingCondition::streamStopped;
-        _streamError = error;
-    });
+    m_writer.reset();
 }
 
 model::RecordingMetadata RecordingSession::stop() {
-    m_isRunning = false;
-    base::HostTime stopTime;
-    const auto frameCount = m_stateQueue.sync([&] {
-        _isWriting = false;
-        stopTime = base::hostNow();
-        return _frameCount;
+    base::require(m_writer != nullptr, "a recording is stopped that does not run");
+    m_progress.setRunning(false);
+    const base::HostTime stopTime = m_clock.with([](RecordingClock& clock) {
+        const base::HostTime now = base::hostNow();
+        clock.stop(now);
+        return now;
     });
-    base::logInfo("Stopping capture, {} frames written", frameCount);
-    // What it has written down stays when the recorder goes: the movie may fail yet.
-    const auto tracker = std::move(m_cursorTracker);
-    if (tracker)
-        tracker->stop();
-    if (m_stream)
-        m_stream->stopCapture();
-    m_stream.reset();
-    const bool hasFrames = m_stateQueue.sync([this] { return _firstSampleTime.has_value(); });
-    finishWriter(hasFrames, stopTime);
-    if (!hasFrames) {
-        std::error_code ignored;
-        std::filesystem::remove(cursorJournalPath(m_movie), ignored);
+    base::logInfo("Stopping capture, {} frames written", m_progress.framesCaptured());
+    stopSources(stopTime);
+    if (m_progress.framesCaptured() == 0) {
+        base::logError("No frames were captured");
+        m_writer->cancel();
+        abandon();
         throw model::VantroError(model::VantroError::Kind::noRecordingData);
     }
-    return makeMetadata(tracker.get());
+    // What has been written down of the pointer stays beside the movie, which may fail yet.
+    m_journal.reset();
+    finishWriter(stopTime);
+    return makeMetadata(stopTime);
 }
 
-void RecordingSession::finishWriter(bool hasFrames, base::HostTime stopTime) {
-    const auto writer = std::move(m_assetWriter);
-    if (!hasFrames) {
-        base::logError("No frames were captured");
-        if (writer)
-            writer->cancel();
-        return;
-    }
-    WriterStatus status = WriterStatus::none;
-    std::string failure;
+void RecordingSession::stopSources(base::HostTime at) {
+    m_pointer->stop();
+    m_tracker->stop(at);
+    for (const auto& sound : m_sounds)
+        sound->stop();
+    m_screen->stop();
+}
+
+/// Rounded up to what every movie's time scale can hold, so that nothing is longer.
+media::MediaTime RecordingSession::movieLength(base::HostTime stopTime) const {
+    const auto length =
+        m_clock.with([stopTime](const RecordingClock& clock) { return clock.length(stopTime); });
+    constexpr std::int64_t second = 1'000'000'000;
+    constexpr auto scale = media::MediaTime::boundaryTimescale;
+    return {.value = (length.count() * scale + second - 1) / second, .timescale = scale};
+}
+
+void RecordingSession::finishWriter(base::HostTime stopTime) {
     try {
-        if (writer) {
-            writer->finish(toMediaTime(stopTime));
-            status = WriterStatus::completed;
-        }
+        m_writer->finish(movieLength(stopTime));
     } catch (const media::MediaError& error) {
-        status = WriterStatus::failed;
-        failure = error.what();
+        base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::failed));
+        base::logError("Asset writer error: {}", error.what());
+        failWriter(error.what());
     }
-    base::logInfo("Asset writer finished, status: {}", static_cast<int>(status));
-    if (status != WriterStatus::failed)
-        return;
-    base::logError("Asset writer error: {}", failure);
-    failWriter(failure);
+    base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::completed));
 }
 
 /// All that is known before the first sample.
@@ -258,22 +260,15 @@ model::RecordingMetadata RecordingSession::describeRecording() const {
     return metadata;
 }
 
-model::RecordingMetadata RecordingSession::makeMetadata(CursorTracker* tracker) const {
+model::RecordingMetadata RecordingSession::makeMetadata(base::HostTime stopTime) const {
     auto metadata = describeRecording();
-    if (tracker != nullptr) {
-        metadata.cursorPositions = tracker->positions();
-        metadata.clickEvents = tracker->clicks();
-    }
-    if (!metadata.cursorPositions.empty())
-        metadata.endTime = metadata.cursorPositions.back().timestamp;
+    metadata.cursorPositions = m_tracker->positions();
+    metadata.clickEvents = m_tracker->clicks();
+    metadata.endTime = movieLength(stopTime).seconds();
+    for (const auto& sound : m_sounds)
+        (sound->kind() == SoundKind::system ? metadata.hasSystemAudio
+                                            : metadata.hasMicrophoneAudio) = sound->hasSound();
     return metadata;
-}
-
-RecordingStatistics RecordingSession::statistics() {
-    return m_stateQueue.sync([this] {
-        return RecordingStatistics{m_isRunning, _frameCount, _droppedCount, _condition,
-                                   _streamError};
-    });
 }
 
 } // namespace vantro::capture

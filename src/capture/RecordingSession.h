@@ -1,34 +1,34 @@
 #pragma once
 
-#include "base/SerialQueue.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CursorTracker.h"
 #include "capture/Recorder.h"
-#include "media/AssetWriter.h"
+#include "capture/RecordingProgress.h"
+#include "capture/ScreenTrack.h"
+#include "capture/SoundTrack.h"
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace vantro::capture {
 
-/// Records the screen into one movie, with the pointer's path and clicks beside it.
+/// Records the screen into one movie, with the pointer's path and clicks beside it and, where they
+/// are asked for and can be had, sounds in it.
 ///
-/// Lifecycle: constructed → start → stop, once. Both block for as long as the work takes and are
-/// called on one thread, which is not the window's. The stream's thread appends frames; the fields
-/// whose names begin with an underscore are reached only on the serial queue
-/// "com.vantro.recorder.state". A frame that finds the encoder busy is dropped and counted.
+/// It owns its sources and the one clock that maps their host times to the movie's time, whose zero
+/// is the first frame. Everything slow is opened before. Screen and pointer are needed; what else
+/// cannot take part, or ends by itself, is noted in the statistics and does no harm.
 ///
 /// Until the recording is stopped, journals beside the movie hold what is needed to recover it
 /// should the program be killed. The movie's goes when it is whole; the pointer's stays until
 /// whoever stopped the recording has kept its metadata.
 ///
-/// The movie's time zero is its first frame, the pointer's is the tracker's construction just
-/// before: everything slow is opened before both, so that they lie within one frame.
-class RecordingSession final : public Recorder, private ScreenStreamOutput {
+/// Lifecycle as a Recorder's. One worker thread for all calls but `statistics`, `pause` and
+/// `resume`, which any thread may make while the others do not destroy it.
+class RecordingSession final : public Recorder {
   public:
-    /// Connects to the desktop, on the thread that chooses and starts. Throws VantroError.
+    /// Connects to the desktop, on the worker thread. Throws VantroError.
     using Connect = std::function<std::unique_ptr<CapturePlatform>()>;
 
     RecordingSession(RecordingRequest request, Connect connect);
@@ -43,41 +43,44 @@ class RecordingSession final : public Recorder, private ScreenStreamOutput {
     /// when the movie could not be written to its end, and noRecordingData when no frame has come;
     /// everything has stopped then too.
     model::RecordingMetadata stop() override;
-    RecordingStatistics statistics() override;
+    RecordingStatistics statistics() override { return m_progress.statistics(); }
+
+    /// What happens between these is left out of the movie, the pointer's path and the clicks.
+    void pause();
+    void resume();
 
   private:
-    SampleDisposition screenSample(const ScreenSample& sample) override;
-    void streamStopped(const std::string& error) override;
+    using OpenSounds = std::vector<std::pair<SoundKind, std::unique_ptr<SoundSource>>>;
 
-    void prepareStream();
-    void prepareWriter();
-    void startTracker(std::shared_ptr<PointerSource> pointer);
-    void startCapture();
+    void openSources();
+    OpenSounds openSounds();
+    void openWriter(std::size_t sounds);
+    void openJournal();
+    void startSources();
+    bool startOptional(SoundTrack& track);
+    void leaveOut(const char* source, const std::string& reason);
+    void stopSources(base::HostTime at);
     void abandon();
-    SampleDisposition append(const media::VideoFrame& frame, bool isFirst);
-    void finishWriter(bool hasFrames, base::HostTime stopTime);
-    CursorJournal makeJournal() const;
+    media::MediaTime movieLength(base::HostTime stopTime) const;
+    void finishWriter(base::HostTime stopTime);
     model::RecordingMetadata describeRecording() const;
-    model::RecordingMetadata makeMetadata(CursorTracker* tracker) const;
+    model::RecordingMetadata makeMetadata(base::HostTime stopTime) const;
 
     const RecordingRequest m_request;
     const Connect m_connect;
     std::unique_ptr<CapturePlatform> m_platform; // once chosen
     RecordingTarget m_target;                    // likewise
     std::filesystem::path m_movie;
-    std::unique_ptr<media::AssetWriter> m_assetWriter;
-    std::unique_ptr<CursorTracker> m_cursorTracker;
 
-    std::atomic<bool> m_isRunning = false;
-    bool _isWriting = false;
-    std::optional<media::MediaTime> _firstSampleTime;
-    std::int64_t _frameCount = 0;
-    std::int64_t _droppedCount = 0;
-    RecordingCondition _condition = RecordingCondition::recording;
-    std::string _streamError;
-
-    base::SerialQueue m_stateQueue{"com.vantro.recorder.state"};
-    std::unique_ptr<ScreenStream> m_stream; // destroyed first: its thread calls the rest
+    RecordingProgress m_progress;
+    SharedRecordingClock m_clock;
+    // Destroyed in reverse: sources go before what they deliver to.
+    std::unique_ptr<media::AssetWriter> m_writer;
+    std::unique_ptr<CursorJournal> m_journal;
+    std::unique_ptr<CursorTracker> m_tracker;
+    std::unique_ptr<PointerSource> m_pointer;
+    std::vector<std::unique_ptr<SoundTrack>> m_sounds;
+    std::unique_ptr<ScreenTrack> m_screen;
 };
 
 } // namespace vantro::capture

@@ -87,13 +87,13 @@ std::vector<std::uint32_t> ownWindows(const std::vector<ShareableWindow>& window
 
 const ShareableDisplay& findDisplay(const RecordingRequest& request, const model::Rect* place,
                                     const std::vector<ShareableDisplay>& displays) {
-    const ShareableDisplay* display = nullptr;
+    const ShareableDisplay* display = displays.empty() ? nullptr : &displays.front();
     if (request.displayID) {
         const auto named =
             std::ranges::find(displays, *request.displayID, &ShareableDisplay::displayID);
         display = named == displays.end() ? nullptr : &*named;
-    } else {
-        display = displayUnder(place == nullptr ? model::Rect{} : *place, displays);
+    } else if (place != nullptr) {
+        display = displayUnder(*place, displays);
     }
     if (display == nullptr)
         failStart("Display not found");

@@ -2,6 +2,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -15,10 +16,10 @@ TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
     written.captureRect = {-10.5, 20, 300, 200};
     written.displayID = 7;
     written.displayScaleFactor = 2;
-    CursorJournal journal(movie, written);
+    std::optional<CursorJournal> journal(std::in_place, movie, written);
     for (const model::CursorPosition& position :
          {model::CursorPosition{1.0 / 3, -1e-9, 0}, model::CursorPosition{1e5, 0.1, 0.016}}) {
-        journal.add(position);
+        journal->add(position);
         written.cursorPositions.push_back(position);
     }
     for (const bool isRight : {false, true}) {
@@ -26,8 +27,9 @@ TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
         click.x = 12.25;
         click.timestamp = 0.01;
         click.isRightClick = isRight;
-        journal.add(click);
+        journal->add(click);
     }
+    journal.reset(); // has written all of it then
     written.endTime = 0.016;
     std::ofstream(cursorJournalPath(movie), std::ios::app) << "at 1 2\nat 1 2 3\n";
 

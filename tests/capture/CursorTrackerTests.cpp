@@ -1,8 +1,7 @@
 #include "capture/CursorTracker.h"
 
+#include <cmath>
 #include <condition_variable>
-#include <functional>
-#include <map>
 #include <mutex>
 
 #include <gtest/gtest.h>
@@ -37,12 +36,6 @@ class ScriptedClock final : public CaptureClock {
         awaitSleeper(lock);
     }
 
-    /// Moves the time under everybody's feet.
-    void jumpTo(base::HostTime time) {
-        const std::lock_guard lock(m_mutex);
-        m_now = time;
-    }
-
   private:
     void awaitSleeper(std::unique_lock<std::mutex>& lock) {
         m_changed.wait(lock, [this] { return m_sleeperDeadline && *m_sleeperDeadline > m_now; });
@@ -54,145 +47,85 @@ class ScriptedClock final : public CaptureClock {
     std::optional<base::HostTime> m_sleeperDeadline;
 };
 
-/// A pointer that stands where the test puts it; presses call the tracker's handlers.
-class ScriptedPointer final : public PointerSource {
-  public:
-    model::Point location() override {
-        const std::lock_guard lock(m_mutex);
-        return m_location;
-    }
-
-    std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
-                                                 std::function<void()> handler) override {
-        struct Token final : ClickMonitor {
-            explicit Token(std::function<void()> onEnd) : end(std::move(onEnd)) {}
-            ~Token() override { end(); }
-            std::function<void()> end;
-        };
-        if (button == missingButton)
-            return nullptr;
-        m_handlers[button] = std::move(handler);
-        return std::make_unique<Token>([this, button] { m_handlers.erase(button); });
-    }
-
-    void put(model::Point location) {
-        const std::lock_guard lock(m_mutex);
-        m_location = location;
-    }
-    void press(MouseButton button) { m_handlers.at(button)(); }
-    std::size_t monitorCount() const { return m_handlers.size(); }
-
-    std::optional<MouseButton> missingButton;
-
-  private:
-    std::mutex m_mutex;
-    model::Point m_location;
-    std::map<MouseButton, std::function<void()>> m_handlers;
-};
-
 class CursorTrackerTest : public testing::Test {
   protected:
-    static constexpr model::Rect captureRect{.x = 100, .y = 50, .width = 800, .height = 600};
-    static constexpr double screenHeight = 1080;
+    CursorTrackerTest() {
+        timeline.with([this](RecordingClock& each) { each.start(zero); });
+    }
 
-    std::unique_ptr<CursorTracker> makeTracker() {
-        return std::make_unique<CursorTracker>(captureRect, screenHeight, pointer, clock);
+    void push(base::HostDuration time, double x) {
+        tracker.pointerAt({.time = zero + time, .place = {.x = x, .y = 0}});
+    }
+    /// Time in milliseconds and place of all that is kept.
+    std::vector<std::pair<double, double>> path() const {
+        std::vector<std::pair<double, double>> path;
+        for (const auto& position : tracker.positions())
+            path.emplace_back(std::round(position.timestamp * 1e6) / 1e3, position.x);
+        return path;
     }
 
     ScriptedClock clock;
-    std::shared_ptr<ScriptedPointer> pointer = std::make_shared<ScriptedPointer>();
+    const base::HostTime zero = clock.now();
+    SharedRecordingClock timeline;
+    CursorTracker tracker{timeline, nullptr, clock};
 };
 
-TEST_F(CursorTrackerTest, SamplesAtOnceAndThenEverySixteenMilliseconds) {
-    const base::HostTime zero = clock.now();
-    pointer->put({.x = 100, .y = 1030}); // the capture rectangle's top-left corner
-    const auto tracker = makeTracker();
-    clock.jumpTo(zero + 5us); // time zero is the construction, not the start
-    tracker->start();
+using Path = std::vector<std::pair<double, double>>;
+
+TEST_F(CursorTrackerTest, KeepsEachPushedPlaceAtItsOwnTimeButNotTooMany) {
+    push(-1ms, 7); // before the movie, and therefore its first place
+    tracker.keepNewest(zero);
+    push(16ms, 8);
+    push(17ms, 9);
+    push(18ms, 10);
+    push(33ms, 11);
+    push(32ms, 12); // comes too late
+    EXPECT_EQ(path(), (Path{{0, 7}, {16, 8}, {33, 11}}));
+}
+
+TEST_F(CursorTrackerTest, WhereNonePushesTheNewestPlaceIsKeptEverySixteenMillisecondsToTheEnd) {
+    push(0ms, 1);
+    push(3ms, 2); // and rests
+    tracker.start();
     clock.moveTo(zero + 16ms);
-    pointer->put({.x = 99.5, .y = 1080});
-    clock.moveTo(zero + 17ms);
-    pointer->put({.x = 1500, .y = -10});
-    clock.moveTo(zero + 32ms + 5us);
-    tracker->stop();
-    const std::vector<model::CursorPosition> expected{
-        {.x = 0, .y = 0, .timestamp = 0.000005},
-        {.x = -0.5, .y = -50, .timestamp = 0.017},
-        {.x = 1400, .y = 1040, .timestamp = 0.032005}};
-    EXPECT_EQ(tracker->positions(), expected);
+    EXPECT_EQ(path(), (Path{{0, 1}})) << "a source that pushes is waited for";
+    for (const auto time : {32ms, 48ms, 64ms, 150ms, 159ms, 160ms}) // the machine slept at 64
+        clock.moveTo(zero + time);
+    tracker.stop(zero + 165ms);
+    EXPECT_EQ(path(), (Path{{0, 1}, {32, 2}, {48, 2}, {64, 2}, {150, 2}, {165, 2}}));
+    tracker.stop(zero + 200ms);
+    EXPECT_EQ(path().size(), 6) << "may be stopped twice";
 }
 
-TEST_F(CursorTrackerTest, LeavesOutTicksThatTheMachineSleptThrough) {
-    const base::HostTime zero = clock.now();
-    const auto tracker = makeTracker();
-    tracker->start();
-    clock.moveTo(zero + 100ms); // six ticks at once
-    clock.moveTo(zero + 111ms);
-    clock.moveTo(zero + 112ms); // the seventh, on the old grid
-    tracker->stop();
-    std::vector<double> times;
-    for (const auto& position : tracker->positions())
-        times.push_back(position.timestamp);
-    EXPECT_EQ(times, (std::vector<double>{0, 0.1, 0.112}));
-}
-
-TEST_F(CursorTrackerTest, RecordsPressesOfBothButtonsWithFreshIdentitiesAndDefaultZoom) {
-    const base::HostTime zero = clock.now();
-    const auto tracker = makeTracker();
-    tracker->start();
-    pointer->put({.x = 130, .y = 1000});
-    clock.jumpTo(zero + 1s);
-    pointer->press(MouseButton::left);
-    ASSERT_EQ(tracker->clicks().size(), 1);
-    pointer->put({.x = 0, .y = 0});
-    clock.jumpTo(zero + 2s);
-    pointer->press(MouseButton::right);
-    const auto clicks = tracker->clicks();
-    tracker->stop();
+TEST_F(CursorTrackerTest, KeepsPressesWithTheirTimePlaceAndDefaultZoom) {
+    push(0ms, 5);
+    const auto press = [this](base::HostDuration time, MouseButton button,
+                              std::optional<model::Point> place) {
+        tracker.pressed({.time = zero + time, .button = button, .place = place});
+    };
+    press(-1ms, MouseButton::left, model::Point{1, 1}); // before the movie
+    press(1s, MouseButton::left, model::Point{-30, 30});
+    press(2s, MouseButton::right, {}); // where the pointer was last seen
+    const auto clicks = tracker.clicks();
     ASSERT_EQ(clicks.size(), 2);
-    model::ClickEvent left{.id = clicks[0].id, .x = 30, .y = 30, .timestamp = 1};
-    model::ClickEvent right{
-        .id = clicks[1].id, .x = -100, .y = 1030, .timestamp = 2, .isRightClick = true};
-    EXPECT_EQ(clicks, (std::vector{left, right}));
+    EXPECT_EQ(clicks,
+              (std::vector{model::ClickEvent{.id = clicks[0].id, .x = -30, .y = 30, .timestamp = 1},
+                           model::ClickEvent{
+                               .id = clicks[1].id, .x = 5, .timestamp = 2, .isRightClick = true}}));
     EXPECT_NE(clicks[0].id, clicks[1].id);
-    EXPECT_EQ(clicks[1].startOffset, 1.5);
-    EXPECT_EQ(clicks[1].endOffset, 1.5);
-    EXPECT_EQ(clicks[1].zoomLevel, 1.5);
+    for (const auto& click : clicks)
+        EXPECT_TRUE(click.startOffset == 1.5 && click.endOffset == 1.5 && click.zoomLevel == 1.5);
 }
 
-TEST_F(CursorTrackerTest, StopsWatchingAndMayBeStoppedTwice) {
-    const auto tracker = makeTracker();
-    tracker->start();
-    EXPECT_EQ(pointer->monitorCount(), 2);
-    tracker->stop();
-    EXPECT_EQ(pointer->monitorCount(), 0);
-    const auto positions = tracker->positions();
-    clock.jumpTo(clock.now() + 1s);
-    tracker->stop();
-    EXPECT_EQ(tracker->positions(), positions);
-    EXPECT_TRUE(tracker->clicks().empty());
-}
-
-TEST_F(CursorTrackerTest, GoesOnWithoutAButtonThatCannotBeWatched) {
-    pointer->missingButton = MouseButton::left;
-    const auto tracker = makeTracker();
-    tracker->start();
-    pointer->press(MouseButton::right);
-    EXPECT_EQ(tracker->clicks().size(), 1);
-    tracker->stop();
-}
-
-TEST_F(CursorTrackerTest, AClockThatRunsBackwardsIsFatal) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_DEATH(
-        {
-            const auto tracker = makeTracker();
-            tracker->start();
-            clock.jumpTo(clock.now() - 1ns);
-            pointer->press(MouseButton::left);
-            tracker->clicks();
-        },
-        "ran backwards");
+TEST_F(CursorTrackerTest, LeavesOutWhatHappensInAPause) {
+    push(0ms, 1);
+    timeline.with([this](RecordingClock& each) { each.pause(zero + 20ms); });
+    push(30ms, 2);
+    tracker.pressed({.time = zero + 40ms, .button = MouseButton::left, .place = model::Point{}});
+    timeline.with([this](RecordingClock& each) { each.resume(zero + 100ms); });
+    push(110ms, 3);
+    EXPECT_EQ(path(), (Path{{0, 1}, {30, 3}}));
+    EXPECT_TRUE(tracker.clicks().empty());
 }
 
 } // namespace

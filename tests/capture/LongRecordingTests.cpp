@@ -54,15 +54,17 @@ class RushingClock final : public CaptureClock {
 
 TEST(LongRecording, OfThePointerTakesNoMoreMemoryThanItsSamples) {
     RushingClock clock;
-    test::ScriptedPlatform platform(std::make_shared<test::StreamScript>());
-    CursorTracker tracker({0, 0, 320, 240}, 240, platform.makePointerSource().value(), clock);
+    SharedRecordingClock timeline;
+    timeline.with([&](RecordingClock& each) { each.start(clock.now()); });
+    CursorTracker tracker(timeline, nullptr, clock);
+    tracker.pointerAt({.time = clock.now(), .place = {}});
     const auto before = test::residentMemory();
     tracker.start();
     clock.awaitEnd();
-    tracker.stop();
+    tracker.stop(clock.now());
     const auto growth = test::residentMemory() - before;
     const auto positions = tracker.positions();
-    constexpr std::size_t samples = length / 16ms + 1;
+    constexpr std::size_t samples = length / 16ms; // the first place was pushed and waited for
     EXPECT_EQ(positions.size(), samples);
     EXPECT_EQ(positions.back().timestamp, 7200);
     std::cout << "two hours of the pointer: " << growth / 1'000'000.0 << " MB\n";

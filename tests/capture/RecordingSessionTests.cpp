@@ -4,13 +4,12 @@
 #include "capture/ScriptedPlatform.h"
 #include "model/VantroError.h"
 #include "support/Eventually.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 
-#include <csignal>
 #include <random>
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 namespace vantro::capture {
 namespace {
@@ -99,7 +98,8 @@ TEST_F(RecordingSessionTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop
     EXPECT_NEAR(frames.back().pixels->row(0, 100)[100], 180, 2);
     EXPECT_NEAR(frames[1].presentationTime.seconds(), 0.1, 0.05);
     const double length = media::Asset::open(movie).duration().seconds();
-    EXPECT_NEAR(length, metadata.endTime, 0.05) << "the still end is part of the movie";
+    EXPECT_NEAR(length, metadata.endTime, 0.002) << "the still end is part of the movie";
+    EXPECT_LE(length, metadata.endTime);
     EXPECT_GE(length, frames[1].presentationTime.seconds() + 0.099);
 }
 
@@ -113,9 +113,8 @@ TEST_F(RecordingSessionTest, FillsTheMetadata) {
     EXPECT_EQ(metadata.frameRate, 60);
     EXPECT_EQ(metadata.displayScaleFactor, 1.0);
     ASSERT_FALSE(metadata.cursorPositions.empty());
-    EXPECT_EQ(metadata.cursorPositions.front().x, 10);
-    EXPECT_EQ(metadata.cursorPositions.front().y, 220);
-    EXPECT_EQ(metadata.endTime, metadata.cursorPositions.back().timestamp);
+    EXPECT_EQ(metadata.cursorPositions.front(), (model::CursorPosition{10, 20, 0}));
+    EXPECT_NEAR(metadata.cursorPositions.back().timestamp, metadata.endTime, 0.002);
     EXPECT_FALSE(metadata.hasSystemAudio || metadata.hasMicrophoneAudio || metadata.hasWebcam);
 }
 
@@ -162,23 +161,8 @@ TEST_F(RecordingSessionTest, AStartThatFailsTellsWhyAndLeavesNothing) {
     EXPECT_THAT(error.message(), HasSubstr("No such file or directory"));
 }
 
-/// Lets files grow to `bytes` at most, as a disk that fills up does.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-  private:
-    rlimit m_before{};
-};
-
 TEST_F(RecordingSessionTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheReason) {
-    const FileSizeLimit limit(200'000);
+    const test::FileSizeLimit limit(200'000);
     const auto recorder = startedSession();
     unsigned seed = 0;
     ASSERT_TRUE(test::eventually([&] {
@@ -195,6 +179,73 @@ TEST_F(RecordingSessionTest, AMovieThatCannotBeWrittenEndsTheRecordingWithTheRea
         EXPECT_THAT(error.message(), HasSubstr("File too large"));
     }
     EXPECT_EQ(script->output, nullptr) << "the stream has stopped";
+}
+
+media::AudioBuffer tone(base::HostTime time) {
+    return {.presentationTime = {time.time_since_epoch().count(), 1'000'000'000},
+            .samples = std::vector<float>(std::size_t{2} * 4800, 0.25F)}; // a tenth of a second
+}
+
+TEST_F(RecordingSessionTest, RecordsASoundAlongWithTheScreen) {
+    script->hasMicrophone = true;
+    RecordingRequest request;
+    request.sources = {.systemSound = true, .microphone = true};
+    const auto recorder = startedSession(request);
+    script->sound->sound(tone(base::hostNow())); // before time zero
+    const auto zero = base::hostNow();
+    deliver(flatPicture(60));
+    for (int piece = 2; piece < 5; ++piece)
+        script->sound->sound(tone(zero + piece * 100ms));
+    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > zero + 500ms; }));
+    const auto metadata = recorder->stop();
+    EXPECT_TRUE(metadata.hasMicrophoneAudio);
+    EXPECT_FALSE(metadata.hasSystemAudio);
+    EXPECT_THAT(recorder->statistics().lostSources,
+                testing::ElementsAre("System audio: there are no loudspeakers"));
+    const auto tracks = media::Asset::open(movie).tracks(media::MediaType::audio);
+    ASSERT_EQ(tracks.size(), 1);
+    EXPECT_EQ(tracks[0].timeRange.start, media::MediaTime{});
+    EXPECT_NEAR(tracks[0].timeRange.end().seconds(), metadata.endTime, 0.05);
+}
+
+TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
+    script->hasMicrophone = true;
+    RecordingRequest request;
+    request.sources.microphone = true;
+    for (const bool failsAtStart : {true, false}) {
+        script->microphoneFailure = failsAtStart ? "it is muted" : "";
+        const auto recorder = startedSession(request);
+        deliver(flatPicture(60));
+        if (!failsAtStart)
+            script->sound->soundStopped("it was unplugged");
+        deliver(flatPicture(90));
+        EXPECT_FALSE(recorder->stop().hasMicrophoneAudio);
+        EXPECT_EQ(recorder->statistics().framesCaptured, 2);
+        EXPECT_THAT(recorder->statistics().lostSources,
+                    testing::ElementsAre(failsAtStart ? "Microphone: it is muted"
+                                                      : "Microphone: it was unplugged"));
+        EXPECT_GE(test::framesOf(movie).size(), 2);
+    }
+}
+
+TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
+    const auto before = base::hostNow();
+    const auto recorder = startedSession();
+    deliver(flatPicture(60));
+    recorder->pause();
+    EXPECT_EQ(deliver(flatPicture(200)), SampleDisposition::refused) << "offered again afterwards";
+    const auto end = base::hostNow() + 300ms;
+    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
+    recorder->resume();
+    deliver(flatPicture(180));
+    const auto metadata = recorder->stop();
+    const double longest = base::inSeconds(base::hostNow() - before) - 0.3;
+    EXPECT_LT(metadata.endTime, longest);
+    EXPECT_EQ(recorder->statistics().framesDropped, 0);
+    const auto frames = test::framesOf(movie);
+    ASSERT_GE(frames.size(), 2);
+    EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
+    EXPECT_LT(frames[1].presentationTime.seconds(), longest);
 }
 
 TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {

@@ -6,56 +6,80 @@
 
 namespace vantro::test {
 
-/// A desktop with one display of 320 × 240 points whose stream does what the test tells it to.
-/// What the test decides.
+/// What the test decides and sees of a scripted desktop.
 struct StreamScript {
     capture::ScreenStreamOutput* output = nullptr; ///< while the stream runs
+    capture::PointerOutput* pointer = nullptr;     ///< while the pointer is watched
+    capture::SoundOutput* sound = nullptr;         ///< while the microphone runs
     std::string startFailure;
+    bool hasMicrophone = false;
+    std::string microphoneFailure; ///< at its start
 };
 
+/// A desktop with one display of 320 × 240 points that does what the test tells it to.
 class ScriptedPlatform final : public capture::CapturePlatform {
   public:
     static constexpr std::uint32_t displayID = 5;
 
     explicit ScriptedPlatform(std::shared_ptr<StreamScript> script) : m_script(std::move(script)) {}
 
-    capture::PlatformAbilities abilities() override { return {}; }
+    capture::PlatformAbilities abilities() override {
+        capture::PlatformAbilities able;
+        able.systemSound.whyNot = "there are no loudspeakers";
+        return able;
+    }
     std::expected<std::vector<capture::ShareableDisplay>, std::string> displays() override {
-        return std::vector{
-            capture::ShareableDisplay{displayID, "scripted", {0, 0, 320, 240}, 1.0, true}};
+        return std::vector<capture::ShareableDisplay>{
+            {displayID, "scripted", {0, 0, 320, 240}, 1.0, true}};
     }
     std::expected<capture::ShareableContent, std::string> shareableContent(WindowIcons) override {
         return capture::ShareableContent{.displays = *displays(), .windows = {}};
     }
-
     std::expected<std::unique_ptr<capture::ScreenStream>, std::string>
     makeScreenStream(const capture::RecordingTarget&) override {
         return std::make_unique<Stream>(m_script);
     }
-
-    std::expected<std::shared_ptr<capture::PointerSource>, std::string>
-    makePointerSource() override {
-        return std::make_shared<RestingPointer>();
+    std::expected<std::unique_ptr<capture::PointerSource>, std::string>
+    makePointerSource(const capture::RecordingTarget&) override {
+        return std::make_unique<RestingPointer>(m_script);
+    }
+    std::expected<std::unique_ptr<capture::SoundSource>, std::string>
+    makeSoundSource(capture::SoundKind kind) override {
+        if (kind == capture::SoundKind::system || !m_script->hasMicrophone)
+            return CapturePlatform::makeSoundSource(kind);
+        return std::make_unique<Microphone>(m_script);
     }
 
   private:
-    struct Stream final : capture::ScreenStream {
-        explicit Stream(std::shared_ptr<StreamScript> owner) : script(std::move(owner)) {}
+    struct Scripted {
+        explicit Scripted(std::shared_ptr<StreamScript> given) : script(std::move(given)) {}
+        std::shared_ptr<StreamScript> script;
+    };
+    struct Stream final : capture::ScreenStream, Scripted {
+        using Scripted::Scripted;
         void startCapture(capture::ScreenStreamOutput& receiver) override {
             if (!script->startFailure.empty())
                 throw std::runtime_error(script->startFailure);
             script->output = &receiver;
         }
         void stopCapture() override { script->output = nullptr; }
-        std::shared_ptr<StreamScript> script;
     };
-
-    struct RestingPointer final : capture::PointerSource {
-        model::Point location() override { return {.x = 10, .y = 20}; }
-        std::unique_ptr<capture::ClickMonitor> monitorPresses(capture::MouseButton,
-                                                              std::function<void()>) override {
-            return nullptr;
+    struct RestingPointer final : capture::PointerSource, Scripted {
+        using Scripted::Scripted;
+        void start(capture::PointerOutput& output) override {
+            script->pointer = &output;
+            output.pointerAt({.time = base::hostNow(), .place = {.x = 10, .y = 20}});
         }
+        void stop() override { script->pointer = nullptr; }
+    };
+    struct Microphone final : capture::SoundSource, Scripted {
+        using Scripted::Scripted;
+        void start(capture::SoundOutput& output) override {
+            if (!script->microphoneFailure.empty())
+                throw std::runtime_error(script->microphoneFailure);
+            script->sound = &output;
+        }
+        void stop() override { script->sound = nullptr; }
     };
 
     std::shared_ptr<StreamScript> m_script;

@@ -1,11 +1,7 @@
 #include "capture/OwnProcess.h"
-#include "support/Eventually.h"
-#include "support/Pointer.h"
 #include "support/TestWindow.h"
 
 #include <algorithm>
-#include <atomic>
-#include <latch>
 
 #include <gmock/gmock.h>
 
@@ -89,7 +85,7 @@ TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
     std::vector<std::uint32_t> property;
     addIcon(property, 16, 16, 0xff000010);
     addIcon(property, 48, 40, 0xff000048);
-    window.setIcons(property);
+    window.setNumbers("_NET_WM_ICON", property);
     ASSERT_NE(icon(), nullptr);
     EXPECT_EQ(icon()->width, 48);
     EXPECT_EQ(icon()->height, 40);
@@ -97,7 +93,7 @@ TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
     addIcon(property, 64, 64, 0x80ff4001);
     property.back() = 0x00ffffff;
     addIcon(property, 32, 32, 0xff000032);
-    window.setIcons(property);
+    window.setNumbers("_NET_WM_ICON", property);
     EXPECT_EQ(icon()->width, 64);
     ASSERT_EQ(icon()->pixels.size(), 64 * 64);
     EXPECT_EQ(icon()->pixels[0], 0x80802001) << "half of each channel, rounded";
@@ -112,11 +108,11 @@ TEST(X11Content, StopsAtAnIconThatCannotBe) {
         std::vector<std::uint32_t> property;
         addIcon(property, 16, 16, 0xff000010);
         property.insert(property.end(), {width, height, 1, 2, 3}); // with too few pixels
-        window.setIcons(property);
+        window.setNumbers("_NET_WM_ICON", property);
         const auto icon = contentOf(server).windows.at(0).icon;
         ASSERT_NE(icon, nullptr);
         EXPECT_EQ(icon->width, 16);
-        window.setIcons({width, height});
+        window.setNumbers("_NET_WM_ICON", {width, height});
         EXPECT_EQ(contentOf(server).windows.at(0).icon, nullptr);
     }
 }
@@ -132,39 +128,34 @@ TEST(X11Content, TellsWhyADisplayCannotBeRecorded) {
     EXPECT_EQ(platform->shareableContent().error(), "the connection to the display was lost");
 }
 
-TEST(X11PointerSource, CountsPointsFromTheMainScreensBottomLeftCorner) {
-    test::XServer server({.width = 1000, .height = 600});
-    test::addMonitor(server, "main", {200, 100, 800, 400}, true);
-    test::setRootProperty(server, "RESOURCE_MANAGER", "Xft.dpi: 192");
-    const auto pointer = test::connectTo(server)->makePointerSource().value();
-    test::Pointer hand(server);
-    hand.moveTo(201, 100);
-    EXPECT_EQ(pointer->location(), (model::Point{0.5, 200}));
-    hand.moveTo(100, 599);
-    EXPECT_EQ(pointer->location(), (model::Point{-50, -49.5}));
-    server.crash();
-    EXPECT_EQ(pointer->location(), (model::Point{-50, -49.5})) << "the last one known";
+TEST(X11Content, LeavesOutTheShadowThatAToolkitDrawsAndOtherWorkspaces) {
+    const test::XServer server;
+    test::TestWindow window(server, {10, 20, 300, 200}, 0);
+    const auto listed = [&] { return contentOf(server).windows.at(0); };
+    window.setNumbers("_GTK_FRAME_EXTENTS", {26, 25, 23, 29});
+    EXPECT_EQ(listed().frame, (model::Rect{36, 43, 249, 148}));
+    window.setNumbers("_GTK_FRAME_EXTENTS", {200, 200, 0, 0});
+    EXPECT_EQ(listed().frame, (model::Rect{10, 20, 300, 200})) << "more than there is";
+    EXPECT_TRUE(listed().isOnScreen);
+    test::setRootNumber(server, "_NET_CURRENT_DESKTOP", 1);
+    for (const auto& [workspace, isShown] :
+         {std::pair{0U, false}, std::pair{1U, true}, std::pair{0xffffffffU, true}}) {
+        window.setNumbers("_NET_WM_DESKTOP", {workspace});
+        EXPECT_EQ(listed().isOnScreen, isShown) << workspace;
+    }
 }
 
-TEST(X11PointerSource, ReportsPressesOfTheWatchedButtonEvenOverWindowsOfOthers) {
+TEST(X11Content, FindsTheWindowInAFrameWithoutAListOfTheWindowManagers) {
     const test::XServer server;
-    test::TestWindow window(server, {0, 0, 640, 480}, 0);
-    window.flashOnClick(0xffffff, 20); // takes the presses for itself
-    const auto pointer = test::connectTo(server)->makePointerSource().value();
-    std::latch rightPresses(3);
-    std::atomic<int> leftPresses = 0;
-    auto left = pointer->monitorPresses(MouseButton::left, [&] { ++leftPresses; });
-    const auto right =
-        pointer->monitorPresses(MouseButton::right, [&] { rightPresses.count_down(); });
-    test::Pointer hand(server);
-    for (const int button : {1, 3, 2, 4, 5, 1, 3})
-        hand.click(button);
-    ASSERT_TRUE(test::eventually([&] { return leftPresses == 2; }));
-    left.reset();
-    hand.click(1); // nobody watches any more
-    hand.click(3);
-    rightPresses.wait();
-    EXPECT_EQ(leftPresses, 2);
+    const test::TestWindow frame(server, {10, 20, 300, 200}, 0);
+    test::TestWindow client(server, {0, 0, 200, 150}, 0, {"A page", "Reader"});
+    client.moveInto(frame, 5, 25);
+    client.setNumbers("WM_STATE", {1, 0});
+    const auto windows = contentOf(server).windows;
+    ASSERT_EQ(windows.size(), 1);
+    EXPECT_EQ(windows[0].windowID, client.id());
+    EXPECT_EQ(windows[0].title, "A page");
+    EXPECT_EQ(windows[0].applicationName, "Reader");
 }
 
 } // namespace

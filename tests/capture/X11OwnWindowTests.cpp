@@ -1,18 +1,13 @@
-// Our own windows stay out of screen and area recordings, and presses in them are no clicks.
+// Our own windows stay out of screen and area recordings.
 #include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
-#include "capture/x11/X11ClickMonitor.h"
-#include "support/Eventually.h"
-#include "support/Pointer.h"
 #include "support/TestWindow.h"
 #include "support/XConnection.h"
 
-#include <atomic>
 #include <cstdlib>
 
 #include <gtest/gtest.h>
 #include <xcb/composite.h>
-#include <xcb/xinput.h>
 
 namespace vantro::capture {
 namespace {
@@ -174,107 +169,6 @@ TEST(OwnWindows, DoNotMakeAScreenThatRestsElsewhereCostFrames) {
         own.fill(0x010101U * static_cast<std::uint32_t>(step));
     const test::XServer other; // starting it takes a while
     EXPECT_LE(running.collector.samples().size(), before + 1);
-}
-
-TEST(OwnWindows, TakePressesThatAreNoClicks) {
-    const test::XServer server;
-    const test::TestWindow ground(server, {0, 0, 640, 480}, red);
-    const test::TestWindow own(server, {100, 100, 200, 200}, white, ours);
-    std::atomic<int> questions = 0;
-    const auto isOwn = [&](std::int64_t process) {
-        ++questions;
-        return process == test::ownProcess;
-    };
-    const auto pointer =
-        x11::connectX11(server.display(), isOwn).value()->makePointerSource().value();
-    std::atomic<int> presses = 0;
-    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
-    test::Pointer hand(server);
-    int outside = 0;
-    for (const int x : {50, 150, 299, 300, 500}) {
-        hand.moveTo(x, 150);
-        const int before = questions;
-        hand.click(1);
-        outside += x < 100 || x >= 300 ? 1 : 0;
-        // The pointer has to stay until the press has been looked at.
-        ASSERT_TRUE(test::eventually([&] { return questions > before && presses == outside; }))
-            << x;
-    }
-}
-
-/// Takes the pointer for itself until it is destroyed, as a menu does.
-struct PointerGrab {
-    PointerGrab(const test::XServer& server, xcb_window_t window)
-        : connection(test::connectTo(server.display())) {
-        std::free(xcb_grab_pointer_reply(connection.get(),
-                                         xcb_grab_pointer(connection.get(), 1, window,
-                                                          XCB_EVENT_MASK_BUTTON_PRESS,
-                                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
-                                                          XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
-                                         nullptr));
-    }
-
-    test::XConnection connection;
-};
-
-TEST(OwnWindows, MenusStayOutAndTakePressesThatAreNoClicks) {
-    const test::XServer server;
-    test::TestWindow ground(server, {0, 0, 640, 480}, red);
-    const auto pointer = test::connectTo(server)->makePointerSource().value();
-    std::atomic<int> presses = 0;
-    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
-    test::RunningStream running(server);
-    ASSERT_TRUE(running.awaitColor(150, 150, red));
-    test::Pointer hand(server);
-    constexpr int rounds = 20;
-    for (int round = 0; round < rounds; ++round) {
-        test::TestWindow menu(server, {100, 100, 100, 200}, white, ours);
-        const PointerGrab grab(server, menu.id());
-        hand.moveTo(400, 150);
-        hand.click(1); // beside it
-        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 1; }));
-        hand.moveTo(150, 150);
-        hand.click(1);
-        menu.close();  // at once, before anybody can have looked what the pointer was over
-        hand.click(1); // where the menu was; looked at after the press before
-        ASSERT_TRUE(test::eventually([&] { return presses == 2 * round + 2; }));
-    }
-    EXPECT_EQ(presses, 2 * rounds);
-    ground.fill({10, 10, 10, 10}, blue);
-    ASSERT_TRUE(running.awaitColor(14, 14, blue));
-    EXPECT_FALSE(running.everHadColor(150, 150, white));
-}
-
-TEST(ClickMonitor, LosesNoneOfManyPresses) {
-    const test::XServer server;
-    const auto pointer = test::connectTo(server)->makePointerSource().value();
-    std::atomic<int> presses = 0;
-    const auto monitor = pointer->monitorPresses(MouseButton::left, [&] { ++presses; });
-    test::Pointer hand(server);
-    constexpr int many = 2000;
-    for (int press = 0; press < many; ++press)
-        hand.click(1);
-    ASSERT_TRUE(test::eventually([&] { return presses >= many; }));
-    EXPECT_EQ(presses, many);
-}
-
-TEST(ClickMonitor, CountsTouchesAsLeftPresses) {
-    constexpr std::uint8_t opcode = 131;
-    xcb_input_raw_button_press_event_t event{};
-    event.response_type = XCB_GE_GENERIC;
-    event.extension = opcode;
-    const auto isPress = [&](MouseButton button, std::uint16_t type, std::uint32_t detail) {
-        event.event_type = type;
-        event.detail = detail;
-        return x11::isPressOf(button, reinterpret_cast<const xcb_generic_event_t&>(event), opcode);
-    };
-    EXPECT_TRUE(isPress(MouseButton::left, XCB_INPUT_RAW_TOUCH_BEGIN, 7)); // the touch's number
-    EXPECT_FALSE(isPress(MouseButton::right, XCB_INPUT_RAW_TOUCH_BEGIN, 3));
-    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_TOUCH_END, 1));
-    EXPECT_TRUE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_PRESS, 1)); // a pen's tip
-    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_RELEASE, 1));
-    event.extension = opcode + 1;
-    EXPECT_FALSE(isPress(MouseButton::left, XCB_INPUT_RAW_BUTTON_PRESS, 1));
 }
 
 } // namespace

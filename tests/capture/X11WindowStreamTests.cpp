@@ -94,6 +94,23 @@ TEST(X11WindowStream, KeepsTheLastPictureOfAHiddenWindowAndEndsWithAClosedOne) {
     EXPECT_TRUE(test::hasColor(*running.collector.samples().back().pixels, 100, 50, green));
 }
 
+TEST(X11WindowStream, LeavesOutTheShadowThatAToolkitDraws) {
+    const test::XServer server;
+    test::TestWindow window(server, {100, 100, 240, 140}, black);
+    window.fill({20, 10, 200, 100}, green);
+    window.setNumbers("_GTK_FRAME_EXTENTS", {20, 20, 10, 30});
+    test::RunningStream running(server, test::windowRequest(window));
+    ASSERT_TRUE(running.awaitColor(0, 0, green));
+    const auto first = running.collector.samples().front().pixels;
+    EXPECT_EQ(first->width(), 200);
+    EXPECT_EQ(first->height(), 100);
+    EXPECT_TRUE(test::hasColor(*first, 199, 99, green));
+    window.fill(red);
+    window.setNumbers("_GTK_FRAME_EXTENTS", {0, 0, 0, 0}); // as when it fills the screen
+    ASSERT_TRUE(running.awaitLatestColor(100, 0, red)) << "all of it is fitted into the movie";
+    ASSERT_TRUE(running.awaitLatestColor(2, 50, black));
+}
+
 TEST(X11WindowStream, TellsThatThereIsNoSuchWindowOrNoExtensionForIt) {
     const test::XServer server;
     test::TestWindow window(server, {10, 10, 200, 100}, red);

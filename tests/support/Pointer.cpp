@@ -2,6 +2,9 @@
 
 #include "support/XConnection.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include <xcb/xtest.h>
 
 namespace vantro::test {
@@ -32,6 +35,20 @@ base::HostTime Pointer::click(int button) {
     m_implementation->fake(XCB_BUTTON_RELEASE, button);
     roundTrip(m_implementation->connection);
     return before;
+}
+
+void Pointer::setButtons(const std::vector<std::uint8_t>& map) {
+    auto* server = m_implementation->connection.get();
+    auto* const now =
+        xcb_get_pointer_mapping_reply(server, xcb_get_pointer_mapping(server), nullptr);
+    std::vector<std::uint8_t> whole(xcb_get_pointer_mapping_map(now),
+                                    xcb_get_pointer_mapping_map(now) + now->map_len);
+    std::free(now);
+    std::ranges::copy(map, whole.begin());
+    std::free(xcb_set_pointer_mapping_reply(
+        server,
+        xcb_set_pointer_mapping(server, static_cast<std::uint8_t>(whole.size()), whole.data()),
+        nullptr));
 }
 
 } // namespace vantro::test

@@ -3,7 +3,9 @@
 #include "base/HostClock.h"
 #include "support/XServer.h"
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace vantro::test {
 
@@ -17,6 +19,8 @@ class Pointer {
     void moveTo(int x, int y);
     /// Presses and releases a button: 1 left, 2 middle, 3 right. Returns the instant just before.
     base::HostTime click(int button);
+    /// What the first buttons stand for from now on.
+    void setButtons(const std::vector<std::uint8_t>& map);
 
   private:
     struct Implementation;

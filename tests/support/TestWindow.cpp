@@ -135,11 +135,19 @@ void TestWindow::place(media::color::PixelRect rect) {
     m_implementation->rect = rect;
 }
 
-void TestWindow::setIcons(const std::vector<std::uint32_t>& property) {
+void TestWindow::setNumbers(const std::string& property,
+                            const std::vector<std::uint32_t>& numbers) {
     const auto& connection = m_implementation->connection;
-    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, id(),
-                        atom(connection, "_NET_WM_ICON"), XCB_ATOM_CARDINAL, 32,
-                        static_cast<std::uint32_t>(property.size()), property.data());
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, id(), atom(connection, property),
+                        XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(numbers.size()),
+                        numbers.data());
+    roundTrip(connection);
+}
+
+void TestWindow::moveInto(const TestWindow& parent, int x, int y) {
+    const auto& connection = m_implementation->connection;
+    xcb_reparent_window(connection.get(), id(), parent.id(), static_cast<std::int16_t>(x),
+                        static_cast<std::int16_t>(y));
     roundTrip(connection);
 }
 

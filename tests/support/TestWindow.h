@@ -42,12 +42,14 @@ class TestWindow {
     /// Puts it above or below all others.
     void raise();
     void lower();
-    /// What it carries as _NET_WM_ICON.
-    void setIcons(const std::vector<std::uint32_t>& property);
+    /// Gives it a property of numbers, such as _NET_WM_ICON.
+    void setNumbers(const std::string& property, const std::vector<std::uint32_t>& numbers);
     /// Only these parts of it show from now on, in pixels of the window.
     void shape(const std::vector<media::color::PixelRect>& parts);
     void hide();
     void show();
+    /// Makes it a child of another window, as a window manager does, there in the other's pixels.
+    void moveInto(const TestWindow& parent, int x, int y);
     /// It is gone from the screen when this returns; nothing else may be done with it.
     void close();
 

@@ -114,6 +114,13 @@ void setRootProperty(const XServer& server, const std::string& name, const std::
     roundTrip(connection);
 }
 
+void setRootNumber(const XServer& server, const std::string& name, std::uint32_t number) {
+    const XConnection connection = connectTo(server.display());
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, screenOf(connection).root,
+                        atom(connection, name), XCB_ATOM_CARDINAL, 32, 1, &number);
+    roundTrip(connection);
+}
+
 // Through xrandr, because libxcb 1.15 gets the length of this request wrong.
 void addMonitor(const XServer& server, const std::string& name, media::color::PixelRect rect,
                 bool isPrimary) {

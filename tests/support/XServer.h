@@ -48,6 +48,9 @@ class XServer {
 /// Puts a property of text on the root window, as xrdb does with RESOURCE_MANAGER.
 void setRootProperty(const XServer& server, const std::string& name, const std::string& value);
 
+/// Puts a property of a number there, as window managers do.
+void setRootNumber(const XServer& server, const std::string& name, std::uint32_t number);
+
 /// Adds a monitor to the X screen, in its pixels, without an output of its own.
 void addMonitor(const XServer& server, const std::string& name, media::color::PixelRect rect,
                 bool isPrimary);

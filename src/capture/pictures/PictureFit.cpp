@@ -94,19 +94,24 @@ bool PictureFit::isRightSize(const PictureView& source) {
     return source.width == m_rightWidth && source.height == m_rightHeight;
 }
 
-PictureView PictureFit::scaled(const PictureView& source) {
-    const double scale = std::min(static_cast<double>(m_width) / source.width,
-                                  static_cast<double>(m_height) / source.height);
+Fitting fitting(int sourceWidth, int sourceHeight, int width, int height) {
+    const double scale = std::min(static_cast<double>(width) / sourceWidth,
+                                  static_cast<double>(height) / sourceHeight);
     const auto fitted = [scale](int length, int limit) {
         return std::clamp(static_cast<int>(std::lround(length * scale)), 1, limit);
     };
-    const int width = fitted(source.width, m_width);
-    const int height = fitted(source.height, m_height);
+    Fitting place{.width = fitted(sourceWidth, width), .height = fitted(sourceHeight, height)};
+    place.x = (width - place.width) / 2;
+    place.y = (height - place.height) / 2;
+    return place;
+}
+
+PictureView PictureFit::scaled(const PictureView& source) {
+    const Fitting place = fitting(source.width, source.height, m_width, m_height);
     const std::ptrdiff_t stride = std::ptrdiff_t{channels} * m_width;
     m_pixels.assign(static_cast<std::size_t>(stride * m_height), 0);
-    auto* corner = m_pixels.data() + (m_height - height) / 2 * stride +
-                   std::ptrdiff_t{channels} * ((m_width - width) / 2);
-    scalePicture(source, corner, stride, width, height);
+    auto* corner = m_pixels.data() + place.y * stride + std::ptrdiff_t{channels} * place.x;
+    scalePicture(source, corner, stride, place.width, place.height);
     return {.pixels = m_pixels.data(), .stride = stride, .width = m_width, .height = m_height};
 }
 

@@ -40,6 +40,17 @@ class PictureFit {
     std::vector<std::uint8_t> m_pixels; // used while the source has another size
 };
 
+/// Where a picture of another size lies in one of width × height pixels.
+struct Fitting {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// As large as it goes with its aspect kept, in the middle.
+Fitting fitting(int sourceWidth, int sourceHeight, int width, int height);
+
 /// Draws `source` over all of the destination's width × height pixels: each is the average of the
 /// part of the source that it covers, or where the picture grows, a blend of its neighbours.
 void scalePicture(const PictureView& source, std::uint8_t* destination, std::ptrdiff_t stride,

@@ -1,15 +1,11 @@
 #include "capture/x11/X11CapturePlatform.h"
 
-#include "base/Fatal.h"
+#include "capture/FrameLoopStream.h"
 #include "capture/x11/X11Content.h"
 #include "capture/x11/X11PointerSource.h"
 #include "capture/x11/X11ScreenSource.h"
-#include "capture/x11/X11ScreenStream.h"
 #include "capture/x11/X11WindowSource.h"
 
-#include <cmath>
-
-#include <unistd.h>
 #include <xcb/composite.h>
 #include <xcb/xinput.h>
 
@@ -30,29 +26,18 @@ class X11CapturePlatform final : public CapturePlatform {
     std::expected<ShareableContent, std::string> shareableContent(WindowIcons icons) override;
     std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) override;
-    std::expected<std::shared_ptr<PointerSource>, std::string> makePointerSource() override;
+    std::expected<std::unique_ptr<PointerSource>, std::string>
+    makePointerSource(const RecordingTarget& target) override;
 
   private:
     std::expected<std::unique_ptr<X11PictureSource>, std::string>
-    makeScreenSource(const X11Connection& connection, const RecordingTarget& target) const;
+    makeScreenSource(std::unique_ptr<X11Connection> connection,
+                     const RecordingTarget& target) const;
 
     X11Connection m_connection;
     std::string m_display;
     IsOwnProcess m_isOwnProcess;
 };
-
-/// The pixels of the X screen that a stream shows.
-media::color::PixelRect capturedArea(const X11Monitor& monitor, int scale,
-                                     const RecordingTarget& target) {
-    // Thirds of points come back a hair below the pixels that they were made from.
-    const auto toPixels = [scale](double points) {
-        constexpr double hair = 1.0 / 1024;
-        return static_cast<int>(base::truncatedToInteger(std::floor(points * scale + hair)));
-    };
-    return {monitor.rect.x + toPixels(target.captureRect.x - target.display.frame.x),
-            monitor.rect.y + toPixels(target.captureRect.y - target.display.frame.y), target.width,
-            target.height};
-}
 
 bool isInside(media::color::PixelRect area, const xcb_screen_t& screen) {
     return area.width > 0 && area.height > 0 && area.x >= 0 && area.y >= 0 &&
@@ -104,51 +89,41 @@ X11CapturePlatform::makeScreenStream(const RecordingTarget& target) {
     if (!opened)
         return std::unexpected(opened.error());
     auto connection = std::make_unique<X11Connection>(std::move(*opened));
-    std::unique_ptr<X11PictureSource> source;
-    if (target.mode == model::CaptureMode::window) {
-        auto made = X11WindowSource::create(*connection, target.windowID);
-        if (!made)
-            return std::unexpected(made.error());
-        source = std::move(*made);
-    } else {
-        auto made = makeScreenSource(*connection, target);
-        if (!made)
-            return std::unexpected(made.error());
-        source = std::move(*made);
-    }
-    return std::make_unique<X11ScreenStream>(std::move(connection), std::move(source), target);
+    auto source = target.mode == model::CaptureMode::window
+                      ? X11WindowSource::create(std::move(connection), target.windowID)
+                      : makeScreenSource(std::move(connection), target);
+    if (!source)
+        return std::unexpected(source.error());
+    return std::make_unique<FrameLoopStream>(std::move(*source), target);
 }
 
 std::expected<std::unique_ptr<X11PictureSource>, std::string>
-X11CapturePlatform::makeScreenSource(const X11Connection& connection,
+X11CapturePlatform::makeScreenSource(std::unique_ptr<X11Connection> connection,
                                      const RecordingTarget& target) const {
-    const X11Geometry geometry = queryGeometry(connection);
+    const X11Geometry geometry = queryGeometry(*connection);
     const auto* monitor = geometry.find(target.display.displayID);
     if (monitor == nullptr)
         return std::unexpected("Display not found");
-    const media::color::PixelRect area = capturedArea(*monitor, geometry.scale, target);
-    if (!isInside(area, connection.screen()))
+    const media::color::PixelRect area = capturedArea(geometry, target);
+    if (!isInside(area, connection->screen()))
         return std::unexpected("the area lies outside of the screen");
     const bool isWhole = target.mode == model::CaptureMode::screen;
+    X11OwnWindows own(*connection, m_isOwnProcess, target.excludedWindows);
     return std::make_unique<X11ScreenSource>(
-        connection, X11ScreenSource::Place{.area = area, .monitor = isWhole ? monitor->id : 0},
-        geometry, X11OwnWindows(connection, m_isOwnProcess, target.excludedWindows));
+        std::move(connection),
+        X11ScreenSource::Place{.area = area, .monitor = isWhole ? monitor->id : 0}, geometry,
+        std::move(own));
 }
 
-std::expected<std::shared_ptr<PointerSource>, std::string> X11CapturePlatform::makePointerSource() {
+std::expected<std::unique_ptr<PointerSource>, std::string>
+X11CapturePlatform::makePointerSource(const RecordingTarget& target) {
     auto connection = X11Connection::open(m_display);
     if (!connection)
         return std::unexpected(connection.error());
-    const X11Geometry geometry = queryGeometry(*connection);
-    return std::make_shared<X11PointerSource>(std::move(*connection), m_display, geometry,
-                                              m_isOwnProcess);
+    return std::make_unique<X11PointerSource>(std::move(*connection), target, m_isOwnProcess);
 }
 
 } // namespace
-
-bool isThisProcess(std::int64_t process) {
-    return process == getpid();
-}
 
 std::expected<std::unique_ptr<CapturePlatform>, std::string> connectX11(const std::string& display,
                                                                         IsOwnProcess isOwnProcess) {

@@ -1,9 +1,11 @@
 #include "capture/x11/X11Content.h"
 
+#include "base/Fatal.h"
 #include "capture/x11/X11Properties.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <ranges>
 #include <string_view>
 
@@ -100,6 +102,20 @@ X11Geometry queryGeometry(const X11Connection& connection) {
              .rect = {0, 0, screen.width_in_pixels, screen.height_in_pixels}});
     }
     return geometry;
+}
+
+media::color::PixelRect capturedArea(const X11Geometry& geometry, const RecordingTarget& target) {
+    const X11Monitor* found = geometry.find(target.display.displayID);
+    const X11Monitor& monitor = found != nullptr ? *found : geometry.main();
+    // Thirds of points come back a hair below the pixels that they were made from.
+    const auto toPixels = [&](double points) {
+        constexpr double hair = 1.0 / 1024;
+        return static_cast<int>(
+            base::truncatedToInteger(std::floor(points * geometry.scale + hair)));
+    };
+    return {monitor.rect.x + toPixels(target.captureRect.x - target.display.frame.x),
+            monitor.rect.y + toPixels(target.captureRect.y - target.display.frame.y), target.width,
+            target.height};
 }
 
 std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry) {

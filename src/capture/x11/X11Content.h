@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/ShareableContent.h"
+#include "capture/RecordingTarget.h"
 #include "capture/x11/X11Connection.h"
 #include "media/color/ColorConversion.h"
 
@@ -30,6 +30,10 @@ struct X11Geometry {
 
 /// The monitors that RandR tells of; where it tells of none, the whole X screen as one monitor.
 X11Geometry queryGeometry(const X11Connection& connection);
+
+/// The pixels of the X screen that a recording of a display or area begins with; the main monitor
+/// stands for one that has gone.
+media::color::PixelRect capturedArea(const X11Geometry& geometry, const RecordingTarget& target);
 
 std::vector<ShareableDisplay> shareableDisplays(const X11Geometry& geometry);
 

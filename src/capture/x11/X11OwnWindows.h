@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/x11/X11CapturePlatform.h"
 #include "capture/x11/X11Connection.h"
+#include "capture/x11/X11OwnProcess.h"
 
 #include <cstdint>
 #include <unordered_map>

@@ -1,30 +1,35 @@
 #pragma once
 
 #include "capture/PointerSource.h"
-#include "capture/x11/X11CapturePlatform.h"
-#include "capture/x11/X11Content.h"
+#include "capture/WakeUp.h"
+#include "capture/x11/X11CapturedPlace.h"
+#include "capture/x11/X11Presses.h"
 
-#include <string>
+#include <memory>
+#include <thread>
 
 namespace vantro::capture::x11 {
 
-/// The pointer of one X server, asked on a connection of its own. Click monitors open theirs.
+/// The pointer of one X server, asked every 16 ms on a connection and thread of its own, which also
+/// watches the buttons. Ends with the server.
 class X11PointerSource final : public PointerSource {
   public:
-    X11PointerSource(X11Connection connection, std::string display, const X11Geometry& geometry,
+    X11PointerSource(X11Connection connection, const RecordingTarget& target,
                      IsOwnProcess isOwnProcess);
+    ~X11PointerSource() override;
 
-    model::Point location() override;
-    std::unique_ptr<ClickMonitor> monitorPresses(MouseButton button,
-                                                 std::function<void()> handler) override;
+    void start(PointerOutput& output) override;
+    void stop() override;
 
   private:
+    void run(const std::stop_token& stop, PointerOutput& output);
+    std::optional<PointerSample> ask();
+
     X11Connection m_connection;
-    std::string m_display;
-    IsOwnProcess m_isOwnProcess;
-    media::color::PixelRect m_mainScreen;
-    double m_scale;
-    model::Point m_lastLocation;
+    X11CapturedPlace m_place;
+    X11Presses m_presses;
+    WakeUp m_wakeUp;
+    std::jthread m_thread;
 };
 
 } // namespace vantro::capture::x11

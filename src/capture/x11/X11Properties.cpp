@@ -5,6 +5,14 @@ namespace {
 
 constexpr std::uint32_t longestProperty = 1U << 18; // in 4-byte units: longer ones are cut off
 
+xcb_atom_t atom(const X11Connection& connection, std::string_view name, bool mustExist) {
+    const auto reply =
+        connection.await(xcb_intern_atom_reply,
+                         xcb_intern_atom(connection.get(), mustExist ? 1 : 0,
+                                         static_cast<std::uint16_t>(name.size()), name.data()));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
 XcbOwned<xcb_get_property_reply_t> property(const X11Connection& connection, xcb_window_t window,
                                             std::string_view name) {
     const xcb_atom_t atom = findAtom(connection, name);
@@ -18,10 +26,11 @@ XcbOwned<xcb_get_property_reply_t> property(const X11Connection& connection, xcb
 } // namespace
 
 xcb_atom_t findAtom(const X11Connection& connection, std::string_view name) {
-    const auto reply = connection.await(
-        xcb_intern_atom_reply,
-        xcb_intern_atom(connection.get(), 1, static_cast<std::uint16_t>(name.size()), name.data()));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    return atom(connection, name, true);
+}
+
+xcb_atom_t makeAtom(const X11Connection& connection, std::string_view name) {
+    return atom(connection, name, false);
 }
 
 std::string textProperty(const X11Connection& connection, xcb_window_t window,

@@ -21,9 +21,10 @@ constexpr int mostAttempts = 8;
 
 } // namespace
 
-X11ScreenSource::X11ScreenSource(const X11Connection& connection, Place place,
+X11ScreenSource::X11ScreenSource(std::unique_ptr<X11Connection> owned, Place place,
                                  const X11Geometry& geometry, X11OwnWindows own)
-    : m_connection(connection), m_place(place) {
+    : X11PictureSource(std::move(owned)), m_place(place) {
+    const X11Connection& connection = this->connection();
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);
     if (connection.hasExtension(xcb_randr_id)) {
@@ -55,7 +56,7 @@ void X11ScreenSource::handle(const xcb_generic_event_t& event) {
                                    type == m_firstRandrEvent + XCB_RANDR_NOTIFY);
     const bool isScreen =
         type == XCB_CONFIGURE_NOTIFY &&
-        reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == m_connection.root();
+        reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == connection().root();
     m_isGeometryStale |= isRandr || isScreen;
     m_live->handle(event);
     if (m_underlay)
@@ -66,7 +67,7 @@ bool X11ScreenSource::hasChanges() const {
     return m_isGeometryStale || m_live->hasChanges() || (m_underlay && m_underlay->hasChanges());
 }
 
-std::expected<bool, std::string> X11ScreenSource::update() {
+std::expected<bool, std::string> X11ScreenSource::fetch() {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         if (m_isGeometryStale)
             if (const auto followed = follow(); !followed)
@@ -98,7 +99,7 @@ pictures::PictureView X11ScreenSource::picture() const {
 bool X11ScreenSource::read() {
     if (m_underlay)
         m_underlay->beginReading();
-    return m_live->update(m_connection.root(), m_area.x, m_area.y, m_changed,
+    return m_live->update(connection().root(), m_area.x, m_area.y, m_changed,
                           m_underlay ? m_underlay->hidden()
                                      : std::span<const media::color::PixelRect>());
 }
@@ -119,24 +120,19 @@ bool X11ScreenSource::restack(X11Underlay& underlay) {
         return false;
     m_live->invalidate();
     const base::HostTime limit = base::hostNow() + longestPainting;
-    while (underlay.awaitsPainting() && base::hostNow() < limit && !m_connection.isLost()) {
+    while (underlay.awaitsPainting() && base::hostNow() < limit && !connection().isLost()) {
         constexpr int noWakeUp = -1;
-        m_connection.wait(noWakeUp, limit);
+        connection().wait(noWakeUp, limit);
         drainEvents();
     }
     underlay.awaitNoLonger();
     return true;
 }
 
-void X11ScreenSource::drainEvents() {
-    while (const XcbEvent event = m_connection.pollEvent())
-        handle(*event);
-}
-
 /// Goes with the monitor. The error tells that there is nothing to show any more.
 std::expected<void, std::string> X11ScreenSource::follow() {
     m_isGeometryStale = false;
-    const X11Geometry geometry = queryGeometry(m_connection);
+    const X11Geometry geometry = queryGeometry(connection());
     const media::color::PixelRect area = areaNow(geometry);
     const bool isMonitorGone =
         !m_monitors.empty() &&
@@ -152,7 +148,7 @@ std::expected<void, std::string> X11ScreenSource::follow() {
 }
 
 media::color::PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) const {
-    const auto root = placementOf(m_connection, m_connection.root());
+    const auto root = placementOf(connection(), connection().root());
     if (!root)
         return m_area;
     media::color::PixelRect area = m_place.area;
@@ -170,7 +166,7 @@ media::color::PixelRect X11ScreenSource::areaNow(const X11Geometry& geometry) co
 
 void X11ScreenSource::show(media::color::PixelRect area) {
     m_area = area;
-    m_live = std::make_unique<X11LivePicture>(m_connection, m_connection.root(), area);
+    m_live = std::make_unique<X11LivePicture>(connection(), connection().root(), area);
     m_changed = pictures::TileMap(area.width, area.height);
     if (m_underlay)
         m_underlay->setArea(area);

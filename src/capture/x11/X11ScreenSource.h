@@ -12,7 +12,7 @@
 namespace vantro::capture::x11 {
 
 /// A rectangle of the X screen without our own windows. Follows its monitor when that moves or gets
-/// another size; ends when every monitor that it began on has gone. Outlived by the connection.
+/// another size; ends when every monitor that it began on has gone.
 class X11ScreenSource final : public X11PictureSource {
   public:
     struct Place {
@@ -20,25 +20,23 @@ class X11ScreenSource final : public X11PictureSource {
         std::uint32_t monitor = 0;    ///< shown as a whole; 0 for an area that stays where it is
     };
 
-    X11ScreenSource(const X11Connection& connection, Place place, const X11Geometry& geometry,
-                    X11OwnWindows own);
+    X11ScreenSource(std::unique_ptr<X11Connection> connection, Place place,
+                    const X11Geometry& geometry, X11OwnWindows own);
 
     void handle(const xcb_generic_event_t& event) override;
     bool hasChanges() const override;
-    std::expected<bool, std::string> update() override;
     pictures::PictureView picture() const override;
     pictures::TileMap& changed() override { return m_changed; }
 
   private:
+    std::expected<bool, std::string> fetch() override;
     std::expected<void, std::string> follow();
     media::color::PixelRect areaNow(const X11Geometry& geometry) const;
     void show(media::color::PixelRect area);
     bool read();
     bool isClean(X11Underlay& underlay);
     bool restack(X11Underlay& underlay);
-    void drainEvents();
 
-    const X11Connection& m_connection;
     Place m_place;                         // as the recording began
     media::color::PixelRect m_monitorRect; // likewise
     std::vector<std::uint32_t> m_monitors; // that the area lay on then

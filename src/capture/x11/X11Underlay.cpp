@@ -1,5 +1,6 @@
 #include "capture/x11/X11Underlay.h"
 
+#include "capture/x11/X11Properties.h"
 #include "capture/x11/X11Shape.h"
 
 #include <algorithm>
@@ -16,10 +17,7 @@ namespace {
 /// A compositing manager owns this selection for as long as it runs.
 xcb_atom_t watchCompositingManager(const X11Connection& connection) {
     constexpr std::string_view name = "_NET_WM_CM_S0";
-    const auto reply = connection.await(
-        xcb_intern_atom_reply,
-        xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()));
-    const xcb_atom_t selection = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    const xcb_atom_t selection = makeAtom(connection, name);
     xcb_discard_reply(connection.get(), xcb_xfixes_query_version(connection.get(), 5, 0).sequence);
     xcb_xfixes_select_selection_input(connection.get(), connection.root(), selection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |

@@ -1,6 +1,5 @@
 #include "capture/x11/X11WindowSource.h"
 
-#include "capture/x11/X11Properties.h"
 #include "capture/x11/X11Shape.h"
 #include "capture/x11/X11WindowTree.h"
 
@@ -18,11 +17,6 @@ namespace {
 constexpr base::HostDuration longestPainting = std::chrono::milliseconds(100);
 
 constexpr const char* closedText = "the window was closed";
-
-void watchStructure(const X11Connection& connection, xcb_window_t window) {
-    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(connection.get(), window, XCB_CW_EVENT_MASK, &mask);
-}
 
 /// Whether the server keeps the window's pixels apart already, as it does for a compositing
 /// manager.
@@ -52,57 +46,25 @@ bool isPartlyHidden(const X11Connection& connection, xcb_window_t topLevel) {
     });
 }
 
-/// The part of a top-level window that is the chosen one with its frame: some window managers put
-/// an invisible margin around it. Nothing while the window is not shown, or its frame does not hold
-/// it, as when a window manager lets the frame shrink to an icon.
-std::optional<media::color::PixelRect>
-shownPart(const X11Connection& connection, xcb_window_t window, const X11Placement& topLevel) {
-    const media::color::PixelRect whole{0, 0, topLevel.rect.width, topLevel.rect.height};
-    const auto inner = placementOf(connection, window);
-    if (!topLevel.isShown || !inner || !inner->isShown)
-        return {};
-    if (topLevel.window == window)
-        return whole;
-    const auto origin = connection.await(
-        xcb_translate_coordinates_reply,
-        xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0));
-    if (!origin)
-        return {};
-    media::color::PixelRect part{origin->dst_x - topLevel.rect.x, origin->dst_y - topLevel.rect.y,
-                                 inner->rect.width - 2 * inner->border,
-                                 inner->rect.height - 2 * inner->border};
-    if (intersection(part, whole) != part)
-        return {};
-    const auto extents = numbersProperty(connection, window, "_NET_FRAME_EXTENTS");
-    if (extents.size() != 4)
-        return whole;
-    const auto side = [&](std::size_t index) { return static_cast<int>(extents[index]); };
-    part.x -= side(0);
-    part.y -= side(2);
-    part.width += side(0) + side(1);
-    part.height += side(2) + side(3);
-    return intersection(part, whole);
-}
-
 } // namespace
 
-std::expected<std::unique_ptr<X11WindowSource>, std::string>
-X11WindowSource::create(const X11Connection& connection, xcb_window_t window) {
-    if (!connection.hasExtension(xcb_composite_id))
+std::expected<std::unique_ptr<X11PictureSource>, std::string>
+X11WindowSource::create(std::unique_ptr<X11Connection> connection, xcb_window_t window) {
+    if (!connection->hasExtension(xcb_composite_id))
         return std::unexpected(
             "single windows cannot be captured: the display lacks the extension Composite");
-    connection.await(xcb_composite_query_version_reply,
-                     xcb_composite_query_version(connection.get(), 0, 4));
-    std::unique_ptr<X11WindowSource> source(new X11WindowSource(connection, window));
+    connection->await(xcb_composite_query_version_reply,
+                      xcb_composite_query_version(connection->get(), 0, 4));
+    std::unique_ptr<X11WindowSource> source(new X11WindowSource(std::move(connection), window));
     if (!source->follow())
         return std::unexpected("No window selected");
     source->awaitFirstPainting();
     return source;
 }
 
-X11WindowSource::X11WindowSource(const X11Connection& connection, xcb_window_t window)
-    : m_connection(connection), m_window(window) {
-    watchStructure(connection, window);
+X11WindowSource::X11WindowSource(std::unique_ptr<X11Connection> connection, xcb_window_t window)
+    : X11PictureSource(std::move(connection)), m_events(this->connection()), m_window(window) {
+    m_events.watch(window);
 }
 
 X11WindowSource::~X11WindowSource() {
@@ -110,26 +72,17 @@ X11WindowSource::~X11WindowSource() {
 }
 
 void X11WindowSource::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7f) {
-    case XCB_CONFIGURE_NOTIFY:
-    case XCB_MAP_NOTIFY:
-    case XCB_UNMAP_NOTIFY:
-    case XCB_REPARENT_NOTIFY:
-    case XCB_DESTROY_NOTIFY:
+    if (m_events.isChange(event) || isShapeChange(connection(), event))
         m_isStale = true;
-        return;
-    default:
-        m_isStale |= isShapeChange(m_connection, event);
-        if (m_live)
-            m_live->handle(event);
-    }
+    else if (m_live)
+        m_live->handle(event);
 }
 
 bool X11WindowSource::hasChanges() const {
     return m_isStale || (m_pixmap != 0 && m_live->hasChanges());
 }
 
-std::expected<bool, std::string> X11WindowSource::update() {
+std::expected<bool, std::string> X11WindowSource::fetch() {
     if (m_isStale && !follow())
         return std::unexpected(closedText);
     if (!m_live)
@@ -161,53 +114,53 @@ pictures::PictureView X11WindowSource::picture() const {
 /// Finds out where the window's pixels are now. False when it has gone.
 bool X11WindowSource::follow() {
     m_isStale = false;
-    const xcb_window_t topLevel = topLevelOf(m_connection, m_window);
+    const xcb_window_t topLevel = topLevelOf(connection(), m_window);
     if (topLevel == 0)
         return false;
     if (topLevel != m_topLevel)
         redirect(topLevel);
-    const auto placement = placementOf(m_connection, topLevel);
+    const auto placement = placementOf(connection(), topLevel);
     if (!placement)
         return false;
-    const auto crop = shownPart(m_connection, m_window, *placement);
-    if (!crop) {
+    const auto part = visiblePart(connection(), m_window, *placement);
+    if (!part) {
         releasePixmap(); // the picture read from it stands
         return true;
     }
     // Each size and each showing has a pixmap of its own.
     releasePixmap();
-    m_pixmap = xcb_generate_id(m_connection.get());
-    xcb_composite_name_window_pixmap(m_connection.get(), topLevel, m_pixmap);
-    const bool isSamePart = m_live && *crop == m_crop;
-    m_crop = *crop;
-    const media::color::PixelRect area{crop->x - placement->border, crop->y - placement->border,
-                                       crop->width, crop->height};
-    m_cutOut = cutOutParts(m_connection, topLevel, area);
-    for (media::color::PixelRect& part : m_cutOut) {
-        part.x -= area.x;
-        part.y -= area.y;
+    m_pixmap = xcb_generate_id(connection().get());
+    xcb_composite_name_window_pixmap(connection().get(), topLevel, m_pixmap);
+    const bool isSamePart = m_live && part->rect == m_crop;
+    m_crop = part->rect;
+    const media::color::PixelRect area{m_crop.x - placement->border, m_crop.y - placement->border,
+                                       m_crop.width, m_crop.height};
+    m_cutOut = cutOutParts(connection(), topLevel, area);
+    for (media::color::PixelRect& cutOut : m_cutOut) {
+        cutOut.x -= area.x;
+        cutOut.y -= area.y;
     }
     if (isSamePart) {
         m_live->invalidate();
         return true;
     }
-    m_live = std::make_unique<X11LivePicture>(m_connection, topLevel, area);
-    m_changed = pictures::TileMap(crop->width, crop->height);
+    m_live = std::make_unique<X11LivePicture>(connection(), topLevel, area);
+    m_changed = pictures::TileMap(m_crop.width, m_crop.height);
     return true;
 }
 
 void X11WindowSource::redirect(xcb_window_t topLevel) {
     m_live.reset(); // it watches the frame before
     m_topLevel = topLevel;
-    watchStructure(m_connection, topLevel);
-    watchShape(m_connection, topLevel, true);
-    m_mustPaint = !isRedirected(m_connection, topLevel) && isPartlyHidden(m_connection, topLevel);
-    xcb_composite_redirect_window(m_connection.get(), topLevel, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    m_events.watch(topLevel);
+    watchShape(connection(), topLevel, true);
+    m_mustPaint = !isRedirected(connection(), topLevel) && isPartlyHidden(connection(), topLevel);
+    xcb_composite_redirect_window(connection().get(), topLevel, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
 }
 
 void X11WindowSource::releasePixmap() {
     if (m_pixmap != 0)
-        xcb_free_pixmap(m_connection.get(), m_pixmap);
+        xcb_free_pixmap(connection().get(), m_pixmap);
     m_pixmap = 0;
 }
 
@@ -215,11 +168,10 @@ void X11WindowSource::releasePixmap() {
 /// to.
 void X11WindowSource::awaitFirstPainting() {
     const base::HostTime limit = base::hostNow() + longestPainting;
-    while (m_mustPaint && base::hostNow() < limit && !m_connection.isLost()) {
+    while (m_mustPaint && base::hostNow() < limit && !connection().isLost()) {
         constexpr int noWakeUp = -1;
-        m_connection.wait(noWakeUp, limit);
-        while (const XcbEvent event = m_connection.pollEvent())
-            handle(*event);
+        connection().wait(noWakeUp, limit);
+        drainEvents();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "capture/x11/X11LivePicture.h"
 #include "capture/x11/X11PictureSource.h"
+#include "capture/x11/X11VisiblePart.h"
 
 #include <memory>
 #include <vector>
@@ -10,23 +11,23 @@ namespace vantro::capture::x11 {
 
 /// One window with the frame that the window manager has put around it, wherever it stands: the
 /// server keeps its pixels apart from the screen (extension Composite), so that what covers it or
-/// cuts it off does not show. While it is not shown, its last picture stands. Outlived by the
-/// connection.
+/// cuts it off does not show. While it is not shown, its last picture stands.
 class X11WindowSource final : public X11PictureSource {
   public:
     /// The error is for the user. Waits shortly for the window to paint what was covered.
-    static std::expected<std::unique_ptr<X11WindowSource>, std::string>
-    create(const X11Connection& connection, xcb_window_t window);
+    static std::expected<std::unique_ptr<X11PictureSource>, std::string>
+    create(std::unique_ptr<X11Connection> connection, xcb_window_t window);
     ~X11WindowSource() override;
 
     void handle(const xcb_generic_event_t& event) override;
     bool hasChanges() const override;
-    std::expected<bool, std::string> update() override;
     pictures::PictureView picture() const override;
     pictures::TileMap& changed() override { return m_changed; }
 
   private:
-    X11WindowSource(const X11Connection& connection, xcb_window_t window);
+    X11WindowSource(std::unique_ptr<X11Connection> connection, xcb_window_t window);
+
+    std::expected<bool, std::string> fetch() override;
 
     bool follow();
     void blackenCutOut();
@@ -34,7 +35,7 @@ class X11WindowSource final : public X11PictureSource {
     void releasePixmap();
     void awaitFirstPainting();
 
-    const X11Connection& m_connection;
+    X11VisiblePartEvents m_events;
     xcb_window_t m_window;          // as the user chose it
     xcb_window_t m_topLevel = 0;    // the frame around it
     xcb_pixmap_t m_pixmap = 0;      // its pixels; 0 while it is not shown

@@ -2,6 +2,7 @@
 #include "capture/x11/X11Content.h"
 #include "capture/x11/X11OwnWindows.h"
 #include "capture/x11/X11Properties.h"
+#include "capture/x11/X11VisiblePart.h"
 #include "capture/x11/X11WindowIcon.h"
 
 #include <algorithm>
@@ -13,17 +14,43 @@
 namespace vantro::capture::x11 {
 namespace {
 
-/// Lowest first, as X keeps them.
-std::vector<xcb_window_t> stackedWindows(const X11Connection& connection) {
-    auto managed = numbersProperty(connection, connection.root(), "_NET_CLIENT_LIST_STACKING");
-    if (!managed.empty())
-        return managed;
+std::vector<xcb_window_t> childWindows(const X11Connection& connection, xcb_window_t parent) {
     const auto tree =
-        connection.await(xcb_query_tree_reply, xcb_query_tree(connection.get(), connection.root()));
+        connection.await(xcb_query_tree_reply, xcb_query_tree(connection.get(), parent));
     if (!tree)
         return {};
     const auto* first = xcb_query_tree_children(tree.get());
     return {first, first + xcb_query_tree_children_length(tree.get())};
+}
+
+/// The window of an application in a window manager's frame: window managers mark it. The frame
+/// itself where none is marked.
+xcb_window_t clientIn(const X11Connection& connection, xcb_window_t frame) {
+    constexpr int deepest = 3; // a frame may hold containers of the client
+    std::vector<xcb_window_t> level{frame};
+    for (int depth = 0; depth < deepest && !level.empty(); ++depth) {
+        std::vector<xcb_window_t> next;
+        for (const xcb_window_t window : level) {
+            if (!numbersProperty(connection, window, "WM_STATE").empty())
+                return window;
+            const auto children = childWindows(connection, window);
+            next.insert(next.end(), children.begin(), children.end());
+        }
+        level = std::move(next);
+    }
+    return frame;
+}
+
+/// Lowest first, as X keeps them.
+std::vector<xcb_window_t> stackedWindows(const X11Connection& connection) {
+    auto windows = numbersProperty(connection, connection.root(), "_NET_CLIENT_LIST_STACKING");
+    if (!windows.empty())
+        return windows;
+    windows = childWindows(connection, connection.root());
+    if (findAtom(connection, "WM_STATE") != XCB_ATOM_NONE)
+        for (xcb_window_t& window : windows)
+            window = clientIn(connection, window);
+    return windows;
 }
 
 std::filesystem::path executableOf(const X11Connection& connection, xcb_window_t window) {
@@ -48,26 +75,12 @@ std::string windowTitle(const X11Connection& connection, xcb_window_t window) {
     return title.empty() ? textProperty(connection, window, "WM_NAME") : title;
 }
 
-/// With the title bar and borders that the window manager has put around it.
-std::optional<media::color::PixelRect> outerRect(const X11Connection& connection,
-                                                 xcb_window_t window) {
-    const auto geometry =
-        connection.await(xcb_get_geometry_reply, xcb_get_geometry(connection.get(), window));
-    const auto origin = connection.await(
-        xcb_translate_coordinates_reply,
-        xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0));
-    if (!geometry || !origin)
-        return {};
-    media::color::PixelRect rect{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
-    const auto extents = numbersProperty(connection, window, "_NET_FRAME_EXTENTS");
-    if (extents.size() == 4) {
-        const auto side = [&](std::size_t index) { return static_cast<int>(extents[index]); };
-        rect.x -= side(0);
-        rect.y -= side(2);
-        rect.width += side(0) + side(1);
-        rect.height += side(2) + side(3);
-    }
-    return rect;
+/// Whether the window belongs to another workspace than the one that is shown.
+bool isElsewhere(const X11Connection& connection, xcb_window_t window) {
+    constexpr std::uint32_t onAll = 0xFFFFFFFF;
+    const auto shown = numbersProperty(connection, connection.root(), "_NET_CURRENT_DESKTOP");
+    const auto own = numbersProperty(connection, window, "_NET_WM_DESKTOP");
+    return !shown.empty() && !own.empty() && own.front() != onAll && own.front() != shown.front();
 }
 
 bool isHidden(const X11Connection& connection, xcb_window_t window) {
@@ -82,22 +95,22 @@ std::optional<ShareableWindow> describe(const X11Connection& connection,
                                         bool withIcons, xcb_window_t window) {
     const auto attributes = connection.await(xcb_get_window_attributes_reply,
                                              xcb_get_window_attributes(connection.get(), window));
-    const auto rect = outerRect(connection, window);
+    const auto rect = visibleRect(connection, window);
     if (!attributes || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT || !rect)
         return {};
     const std::string className = windowClass(connection, window);
     const auto executable = executableOf(connection, window);
-    return ShareableWindow{.windowID = window,
-                           .title = windowTitle(connection, window),
-                           .applicationName =
-                               className.empty() ? executable.filename().string() : className,
-                           .bundleIdentifier = own.isOwn(window)   ? ownBundleIdentifier
-                                               : className.empty() ? executable.string()
-                                                                   : className,
-                           .frame = geometry.toPoints(*rect),
-                           .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-                                         !isHidden(connection, window),
-                           .icon = withIcons ? windowIcon(connection, window) : nullptr};
+    return ShareableWindow{
+        .windowID = window,
+        .title = windowTitle(connection, window),
+        .applicationName = className.empty() ? executable.filename().string() : className,
+        .bundleIdentifier = own.isOwn(window)   ? ownBundleIdentifier
+                            : className.empty() ? executable.string()
+                                                : className,
+        .frame = geometry.toPoints(*rect),
+        .isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+                      !isHidden(connection, window) && !isElsewhere(connection, window),
+        .icon = withIcons ? windowIcon(connection, window) : nullptr};
 }
 
 } // namespace

@@ -1,7 +1,6 @@
-#include "capture/x11/X11ClickMonitor.h"
+#include "capture/x11/X11Presses.h"
 
 #include "base/Log.h"
-#include "base/SerialQueue.h"
 
 #include <algorithm>
 
@@ -10,11 +9,12 @@
 namespace vantro::capture::x11 {
 namespace {
 
-constexpr std::uint32_t leftButton = 1;
-constexpr std::uint32_t rightButton = 3;
+constexpr std::uint8_t leftButton = 1;
+constexpr std::uint8_t rightButton = 3;
 
 /// Raw events come to every listener, grabs or not, from version 2.1 on.
 bool selectEvents(const X11Connection& connection) {
+    const std::uint32_t structure = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     if (!connection.hasExtension(xcb_input_id))
         return false;
     const auto version = connection.await(xcb_input_xi_query_version_reply,
@@ -27,7 +27,6 @@ bool selectEvents(const X11Connection& connection) {
     } const mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
                  XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
                      XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_BEGIN};
-    const std::uint32_t structure = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK,
                                  &structure);
     // Checked, so that the server watches before this returns.
@@ -37,47 +36,71 @@ bool selectEvents(const X11Connection& connection) {
     return !error && !connection.isLost();
 }
 
+/// What the user has made of a button: left-handed people swap two. Asked for each press, since it
+/// also changes with the device.
+std::uint8_t mappedButton(const X11Connection& connection, std::uint32_t button) {
+    const auto map =
+        connection.await(xcb_get_pointer_mapping_reply, xcb_get_pointer_mapping(connection.get()));
+    if (!map || button == 0 || button > map->map_len)
+        return static_cast<std::uint8_t>(button);
+    return xcb_get_pointer_mapping_map(map.get())[button - 1];
+}
+
 } // namespace
 
-bool isPressOf(MouseButton button, const xcb_generic_event_t& event, std::uint8_t opcode) {
-    if ((event.response_type & 0x7f) != XCB_GE_GENERIC)
-        return false;
-    const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    if (press.extension != opcode)
-        return false;
-    if (press.event_type == XCB_INPUT_RAW_TOUCH_BEGIN)
-        return button == MouseButton::left;
-    return press.event_type == XCB_INPUT_RAW_BUTTON_PRESS &&
-           press.detail == (button == MouseButton::left ? leftButton : rightButton);
+base::HostTime hostTimeOf(std::uint32_t serverTime, base::HostTime now) {
+    constexpr std::chrono::milliseconds longestDelay(1000); // between the press and its event
+    const auto nowInMilliseconds =
+        std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count();
+    // The server's time wraps around after 49 days; so does this difference.
+    const std::chrono::milliseconds age(static_cast<std::uint32_t>(nowInMilliseconds) - serverTime);
+    return age <= longestDelay ? now - age : now;
 }
 
-std::unique_ptr<ClickMonitor> X11ClickMonitor::create(const std::string& display,
-                                                      MouseButton button, IsOwnProcess isOwnProcess,
-                                                      std::function<void()> handler) {
-    auto connection = X11Connection::open(display);
-    if (!connection || !selectEvents(*connection)) {
+X11Presses::X11Presses(const X11Connection& connection, IsOwnProcess isOwnProcess)
+    : m_connection(connection), m_own(connection, std::move(isOwnProcess)) {
+    if (!selectEvents(connection)) {
         base::logWarning(
             "Clicks are not recorded: the display lacks the extension XInputExtension 2");
-        return nullptr;
+        return;
     }
-    return std::make_unique<X11ClickMonitor>(std::move(*connection), button,
-                                             std::move(isOwnProcess), std::move(handler));
+    m_opcode = connection.majorOpcode(xcb_input_id);
+    for (const X11Placement& each : childrenOf(connection, connection.root()))
+        addIfOwn(each);
 }
 
-X11ClickMonitor::X11ClickMonitor(X11Connection connection, MouseButton button,
-                                 IsOwnProcess isOwnProcess, std::function<void()> handler)
-    : m_connection(std::move(connection))
-    , m_button(button)
-    , m_own(m_connection, std::move(isOwnProcess))
-    , m_handler(std::move(handler))
-    , m_thread([this](const std::stop_token& stop) { run(stop); }) {}
-
-X11ClickMonitor::~X11ClickMonitor() {
-    m_thread.request_stop();
-    m_wakeUp.ring();
+std::optional<MouseButton> X11Presses::buttonOf(const xcb_generic_event_t& event) const {
+    if ((event.response_type & 0x7f) != XCB_GE_GENERIC)
+        return {};
+    const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+    if (press.extension != m_opcode)
+        return {};
+    if (press.event_type == XCB_INPUT_RAW_TOUCH_BEGIN)
+        return MouseButton::left;
+    if (press.event_type != XCB_INPUT_RAW_BUTTON_PRESS)
+        return {};
+    switch (mappedButton(m_connection, press.detail)) {
+    case leftButton:
+        return MouseButton::left;
+    case rightButton:
+        return MouseButton::right;
+    default:
+        return {};
+    }
 }
 
-XcbEvent X11ClickMonitor::nextEvent() {
+std::optional<X11Presses::Press> X11Presses::handle(const xcb_generic_event_t& event) {
+    if (!isWatching())
+        return {};
+    followOwnWindows(event);
+    const auto button = buttonOf(event);
+    if (!button || isOverOwnWindow())
+        return {};
+    const auto time = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event).time;
+    return Press{.button = *button, .time = hostTimeOf(time, base::hostNow())};
+}
+
+XcbEvent X11Presses::nextEvent() {
     if (m_pending.empty())
         return m_connection.pollEvent();
     XcbEvent event = std::move(m_pending.front());
@@ -85,13 +108,13 @@ XcbEvent X11ClickMonitor::nextEvent() {
     return event;
 }
 
-void X11ClickMonitor::addIfOwn(const X11Placement& placement) {
+void X11Presses::addIfOwn(const X11Placement& placement) {
     if (placement.isShown && m_own.isOwn(placement.window))
         m_ownWindows.push_back(placement);
 }
 
 /// Only our windows are looked at, so that others cost next to nothing when they move.
-void X11ClickMonitor::followOwnWindows(const xcb_generic_event_t& event) {
+void X11Presses::followOwnWindows(const xcb_generic_event_t& event) {
     const auto forget = [this](xcb_window_t window) {
         std::erase_if(m_ownWindows, [=](const auto& each) { return each.window == window; });
     };
@@ -124,7 +147,7 @@ void X11ClickMonitor::followOwnWindows(const xcb_generic_event_t& event) {
 }
 
 /// Whether an event that is received but not yet handled takes the window from the screen.
-bool X11ClickMonitor::isClosing(xcb_window_t window) {
+bool X11Presses::isClosing(xcb_window_t window) {
     while (XcbEvent event = m_connection.pollEvent())
         m_pending.push_back(std::move(event));
     return std::ranges::any_of(m_pending, [=](const XcbEvent& event) {
@@ -136,7 +159,7 @@ bool X11ClickMonitor::isClosing(xcb_window_t window) {
 
 /// The server answers where the pointer is now; what has happened since the press lies in events
 /// that come before the answer.
-bool X11ClickMonitor::isOverOwnWindow() {
+bool X11Presses::isOverOwnWindow() {
     const auto pointer = m_connection.await(
         xcb_query_pointer_reply, xcb_query_pointer(m_connection.get(), m_connection.root()));
     if (!pointer)
@@ -149,22 +172,6 @@ bool X11ClickMonitor::isOverOwnWindow() {
         return each.window == pointer->child || // and is being destroyed
                (intersection(each.rect, place).width > 0 && isClosing(each.window));
     });
-}
-
-void X11ClickMonitor::run(const std::stop_token& stop) {
-    base::setThreadName("cursor.clicks");
-    const auto opcode = m_connection.majorOpcode(xcb_input_id);
-    for (const X11Placement& each : childrenOf(m_connection, m_connection.root()))
-        addIfOwn(each);
-    while (!stop.stop_requested() && !m_connection.isLost()) {
-        while (const XcbEvent event = nextEvent()) {
-            followOwnWindows(*event);
-            if (isPressOf(m_button, *event, opcode) && !isOverOwnWindow())
-                m_handler();
-        }
-        if (!m_connection.isLost())
-            m_connection.wait(m_wakeUp.fd());
-    }
 }
 
 } // namespace vantro::capture::x11

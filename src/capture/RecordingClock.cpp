@@ -1,0 +1,61 @@
+#include "capture/RecordingClock.h"
+
+#include "base/Fatal.h"
+
+#include <algorithm>
+
+namespace vantro::capture {
+
+void RecordingClock::advanceTo(base::HostTime time, State state) {
+    base::require(isWaiting() || time >= m_changed, "the host clock ran backwards");
+    m_state = state;
+    m_changed = time;
+}
+
+void RecordingClock::start(base::HostTime zero) {
+    base::require(isWaiting(), "a recording's clock is started twice");
+    advanceTo(zero, State::running);
+    m_zero = zero;
+}
+
+void RecordingClock::pause(base::HostTime at) {
+    if (m_state != State::running)
+        return;
+    advanceTo(at, State::paused);
+    m_pauses.push_back({.start = at, .end = base::HostTime::max()});
+}
+
+void RecordingClock::resume(base::HostTime at) {
+    if (m_state != State::paused)
+        return;
+    advanceTo(at, State::running);
+    m_pauses.back().end = at;
+}
+
+void RecordingClock::stop(base::HostTime at) {
+    if (isWaiting())
+        m_zero = at;
+    if (!isStopped())
+        advanceTo(at, State::stopped);
+}
+
+std::optional<base::HostDuration> RecordingClock::movieTime(base::HostTime time) const {
+    const bool isInPause = std::ranges::any_of(
+        m_pauses, [time](const Pause& each) { return time >= each.start && time < each.end; });
+    if (isWaiting() || time < m_zero || isInPause || (isStopped() && time > m_changed))
+        return {};
+    return length(time);
+}
+
+base::HostDuration RecordingClock::length(base::HostTime now) const {
+    if (isWaiting() || now < m_zero)
+        return {};
+    const base::HostTime end = isStopped() ? std::min(now, m_changed) : now;
+    base::HostDuration length = end - m_zero;
+    for (const Pause& each : m_pauses)
+        if (each.start < end)
+            length -= std::min(each.end, end) - each.start;
+    return length;
+}
+
+} // namespace vantro::capture

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "base/Guarded.h"
+#include "base/HostClock.h"
+
+#include <optional>
+#include <vector>
+
+namespace vantro::capture {
+
+/// Maps host time to the movie's time, which begins with the first picture and leaves out the spans
+/// in which the recording was paused. The one place that does. A value; instants are arguments, and
+/// those of the changes ascend, else it is fatal.
+///
+///     waiting --start--> running --pause--> paused
+///                         |  ^                |  |
+///                         |  +----resume------+  |
+///                         +--------> stopped <---+
+class RecordingClock {
+  public:
+    void start(base::HostTime zero);
+    /// Does nothing unless it runs.
+    void pause(base::HostTime at);
+    /// Does nothing unless it is paused.
+    void resume(base::HostTime at);
+    void stop(base::HostTime at);
+
+    bool isWaiting() const { return m_state == State::waiting; }
+    bool isStopped() const { return m_state == State::stopped; }
+
+    /// Nothing for what is not part of the movie: before its zero, after its end, and from a pause
+    /// up to, but without, the instant of resuming.
+    std::optional<base::HostDuration> movieTime(base::HostTime time) const;
+    /// How long the movie is at that instant.
+    base::HostDuration length(base::HostTime now) const;
+
+  private:
+    enum class State { waiting, running, paused, stopped };
+    struct Pause {
+        base::HostTime start;
+        base::HostTime end; ///< the far future while it lasts
+    };
+
+    void advanceTo(base::HostTime time, State state);
+
+    State m_state = State::waiting;
+    base::HostTime m_zero;
+    base::HostTime m_changed; ///< when it got into its state
+    std::vector<Pause> m_pauses;
+};
+
+/// The clock of one recording, which all its sources share.
+using SharedRecordingClock = base::Guarded<RecordingClock>;
+
+} // namespace vantro::capture

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "media/values/AudioBuffer.h"
+
+#include <string>
+
+namespace vantro::capture {
+
+enum class SoundKind { system, microphone };
+
+/// Receives the sound of one source. One thread at a time.
+class SoundOutput {
+  public:
+    virtual ~SoundOutput() = default;
+
+    /// The presentation time is host time.
+    virtual void sound(media::AudioBuffer buffer) = 0;
+    /// The source has ended by itself; nothing follows.
+    virtual void soundStopped(const std::string& error) = 0;
+};
+
+/// Sound that is recorded, already opened. Destruction stops it. One thread starts and stops it.
+class SoundSource {
+  public:
+    virtual ~SoundSource() = default;
+
+    /// `output` lives until the stop. Throws std::runtime_error. Called once.
+    virtual void start(SoundOutput& output) = 0;
+    /// Nothing arrives after this has returned. Harmless when repeated. Not from the output's
+    /// calls.
+    virtual void stop() = 0;
+};
+
+} // namespace vantro::capture
