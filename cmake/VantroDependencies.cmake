@@ -4,7 +4,6 @@ find_package(fmt REQUIRED)
 find_package(spdlog REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
-find_package(PNG REQUIRED)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
@@ -14,12 +13,14 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-shm xcb-damage xcb-composite xcb-xfixes xcb-randr xcb-xinput xcb-xtest xcb-res
   xcb-shape)
 pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)
-pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widgets)
 
 if(VANTRO_TESTS)
   find_package(GTest REQUIRED)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+endif()
+if(VANTRO_BENCH OR VANTRO_DEMO)
+  pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
 endif()
 if(VANTRO_BENCH)
   find_package(benchmark REQUIRED)

@@ -1,4 +1,5 @@
 // A hand for demonstrations: moves the pointer along smooth paths and clicks, through XTEST.
+#include "base/CommandOptions.h"
 #include "pointer/PointerScript.h"
 
 #include <chrono>
@@ -14,7 +15,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include <CLI/CLI.hpp>
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
@@ -114,12 +114,14 @@ int main(int argumentCount, char** arguments) {
     std::string display;
     std::string file;
     std::vector<std::string> steps;
-    CLI::App app("Moves the pointer and clicks. Steps: \"move X Y SECONDS\", "
-                 "\"click left|middle|right\", \"wait SECONDS\".");
-    app.add_option("--display", display, "X display; else that of DISPLAY");
-    app.add_option("--file", file, "read the steps from a file, one a line; - is standard input");
-    app.add_option("steps", steps, "steps, each one argument or separated by \";\"");
-    CLI11_PARSE(app, argumentCount, arguments);
+    vantro::base::CommandLineReader app(
+        "Moves the pointer and clicks. Steps: \"move X Y SECONDS\", "
+        "\"click left|middle|right\", \"wait SECONDS\".");
+    app.option("--display", display, "X display; else that of DISPLAY");
+    app.option("--file", file, "read the steps from a file, one a line; - is standard input");
+    app.option("steps", steps, "steps, each one argument or separated by \";\"");
+    if (const auto exitCode = app.read(argumentCount, arguments))
+        return *exitCode;
     try {
         std::string text = file.empty() ? std::string() : vantro::pointer::readAll(file);
         for (const auto& step : steps)

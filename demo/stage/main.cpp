@@ -1,5 +1,6 @@
 // Puts something worth recording on an X screen: a wallpaper, a page with controls that answer
 // clicks, and a chart that never stops moving.
+#include "base/CommandOptions.h"
 #include "stage/Chart.h"
 #include "stage/Page.h"
 #include "stage/StageDisplay.h"
@@ -8,8 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
-
-#include <CLI/CLI.hpp>
 
 namespace vantro::stage {
 namespace {
@@ -134,22 +133,22 @@ class Stage {
 
 int main(int argumentCount, char** arguments) {
     vantro::stage::Options options;
-    CLI::App app("Shows windows that are worth recording. Prints \"NAME X Y\" for each control, "
-                 "then \"ready\".");
-    app.add_option("--display", options.display, "X display; else that of DISPLAY");
-    app.add_option("--fps", options.framesPerSecond, "frames a second of the chart")
-        ->check(CLI::Range(1, 240));
-    app.add_option("--seconds", options.seconds, "end after this time; else with the display");
-    app.add_flag("!--no-wallpaper", options.hasWallpaper, "leave the desktop as it is");
-    app.add_flag("!--no-page", options.hasPage, "no page");
-    app.add_flag("!--no-chart", options.hasChart, "no chart, so nothing moves by itself");
-    app.add_option("--page", options.pagePlace, "X Y of the page, which is 1040 by 800")
-        ->expected(2);
-    app.add_option("--chart", options.chartPlace, "X Y WIDTH HEIGHT of the chart")->expected(4);
-    app.add_option("--shadow", options.shadow,
-                   "X Y WIDTH HEIGHT of another program's window, for the wallpaper's shadow")
-        ->expected(4);
-    CLI11_PARSE(app, argumentCount, arguments);
+    vantro::base::CommandLineReader app(
+        "Shows windows that are worth recording. Prints \"NAME X Y\" for each control, "
+        "then \"ready\".");
+    app.option("--display", options.display, "X display; else that of DISPLAY");
+    app.option("--fps", options.framesPerSecond, "frames a second of the chart").within(1, 240);
+    app.option("--seconds", options.seconds, "end after this time; else with the display");
+    app.flag("!--no-wallpaper", options.hasWallpaper, "leave the desktop as it is");
+    app.flag("!--no-page", options.hasPage, "no page");
+    app.flag("!--no-chart", options.hasChart, "no chart, so nothing moves by itself");
+    app.option("--page", options.pagePlace, "X Y of the page, which is 1040 by 800").count(2);
+    app.option("--chart", options.chartPlace, "X Y WIDTH HEIGHT of the chart").count(4);
+    app.option("--shadow", options.shadow,
+               "X Y WIDTH HEIGHT of another program's window, for the wallpaper's shadow")
+        .count(4);
+    if (const auto exitCode = app.read(argumentCount, arguments))
+        return *exitCode;
     try {
         vantro::stage::Stage stage(options);
         stage.tellPlaces();

@@ -3,12 +3,13 @@
 #include "base/FileDescriptor.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <random>
 #include <string>
 #include <system_error>
 
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <fmt/format.h>
+#include <unistd.h>
 
 namespace vantro::base {
 namespace {
@@ -22,6 +23,15 @@ void sync(const std::filesystem::path& path, const std::filesystem::path& report
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file || ::fsync(file.get()) != 0)
         fail("cannot write", reported);
+}
+
+/// So that the new name survives a power cut, too. File systems that cannot are left alone: the
+/// file is in its place.
+void syncFolder(const std::filesystem::path& folder) {
+    const FileDescriptor descriptor(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor)
+        ::fsync(descriptor.get());
 }
 
 void writeAll(int fd, std::span<const char> bytes, const std::filesystem::path& reported) {
@@ -38,15 +48,19 @@ void writeAll(int fd, std::span<const char> bytes, const std::filesystem::path& 
 } // namespace
 
 OutputFile::OutputFile(std::filesystem::path target) : m_target(std::move(target)) {
-    auto pattern =
-        (m_target.parent_path() / ("." + m_target.filename().string() + ".XXXXXX")).string();
-    const FileDescriptor file(::mkostemp(pattern.data(), O_CLOEXEC));
-    if (!file)
-        fail("cannot write", m_target);
-    m_temporary = pattern;
-    const auto mask = ::umask(0); // mkostemp makes a private file; an export is an ordinary one
-    ::umask(mask);
-    ::fchmod(file.get(), 0666 & ~mask);
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        m_temporary = m_target.parent_path() /
+                      fmt::format(".{}.{:08x}", m_target.filename().string(), random());
+        const FileDescriptor file(
+            ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (file)
+            return;
+        if (errno != EEXIST)
+            break;
+    }
+    fail("cannot write", m_target);
 }
 
 OutputFile::~OutputFile() {
@@ -59,6 +73,7 @@ void OutputFile::commit() {
     if (::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         fail("cannot write", m_target);
     m_committed = true;
+    syncFolder(m_target.parent_path());
 }
 
 void syncToDisk(const std::filesystem::path& file) {

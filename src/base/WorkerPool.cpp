@@ -4,8 +4,10 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace vantro::base {
@@ -19,12 +21,20 @@ struct WorkerPool::Shared {
     bool ending = false;   // guarded by mutex
     std::size_t count = 0; // written before `round` changes
     const std::function<void(std::size_t, unsigned)>* function = nullptr;
+    std::exception_ptr failure; // guarded by mutex; the first that the loop threw
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;
 
     void takeIndices(unsigned worker) {
-        for (auto index = next.fetch_add(1); index < count; index = next.fetch_add(1))
-            (*function)(index, worker);
+        try {
+            for (auto index = next.fetch_add(1); index < count; index = next.fetch_add(1))
+                (*function)(index, worker);
+        } catch (...) {
+            next = count; // nobody begins another
+            const std::lock_guard lock(mutex);
+            if (!failure)
+                failure = std::current_exception();
+        }
     }
 
     void run(unsigned worker) {
@@ -81,6 +91,8 @@ void WorkerPool::forEach(std::size_t count,
     shared.takeIndices(0);
     std::unique_lock lock(shared.mutex);
     shared.finished.wait(lock, [&] { return shared.working == 0; });
+    if (auto failure = std::exchange(shared.failure, {}))
+        std::rethrow_exception(failure);
 }
 
 } // namespace vantro::base

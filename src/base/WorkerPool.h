@@ -21,8 +21,8 @@ class WorkerPool {
     unsigned workerCount() const;
 
     /// Calls `function(index, worker)` once for each index below `count` and returns when all are
-    /// done; `worker` is below workerCount(), for scratch memory of its own. `function` must not
-    /// throw.
+    /// done; `worker` is below workerCount(), for scratch memory of its own. What `function` throws
+    /// first comes out of here, once no thread is inside of it any more; the rest is left out.
     void forEach(std::size_t count, const std::function<void(std::size_t, unsigned)>& function);
 
   private:

@@ -10,6 +10,7 @@
 #include "media/writing/VideoWriterInput.h"
 
 #include <algorithm>
+#include <atomic>
 #include <deque>
 #include <system_error>
 
@@ -35,7 +36,7 @@ auto reportingAsMediaError(const std::filesystem::path& path, Function&& functio
 struct AssetWriter::Implementation {
     std::filesystem::path output;
     FileType type;
-    State state = State::created;
+    std::atomic<State> state = State::created;     ///< read by whoever appends
     std::unique_ptr<base::OutputFile> replacement; ///< for the type that appears when finished
     std::unique_ptr<av::MovieMuxer> muxer;
     writing::TrackPace pace; ///< of the pictures
@@ -71,7 +72,7 @@ struct AssetWriter::Implementation {
 
     bool hasFailed() const {
         return (video && video->hasFailed()) ||
-               std::ranges::any_of(audio, &writing::AudioWriterInput::hasFailed);
+               std::ranges::any_of(audio, &writing::AudioWriterInput::failsTheMovie);
     }
 
     void advance(State from, State to) {
@@ -147,9 +148,7 @@ bool AssetWriter::isReadyForMoreAudio(std::size_t track) const {
 }
 
 bool AssetWriter::appendAudio(std::size_t track, AudioBuffer buffer) {
-    base::require(m_implementation->state == State::inSession,
-                  "sound appended outside of a session");
-    return !m_implementation->hasFailed() &&
+    return m_implementation->state == State::inSession && !m_implementation->hasFailed() &&
            m_implementation->audio.at(track).append(std::move(buffer));
 }
 

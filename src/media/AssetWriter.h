@@ -55,7 +55,8 @@ class AssetWriter {
     bool isReadyForMoreAudio(std::size_t track) const;
     /// Queues sound for the `track`th of the audio settings, whose place follows from its
     /// presentation time: what lies before the session or overlaps is left out, gaps are silent.
-    /// False when it was refused: real-time and not ready, or failed.
+    /// False when it was refused: outside of a session, real-time and not ready, or failed. A live
+    /// track that cannot be encoded ends there; the movie goes on without it.
     bool appendAudio(std::size_t track, AudioBuffer buffer);
 
     /// Marks the video as finished, writes what is queued and closes the file. Throws MediaError.

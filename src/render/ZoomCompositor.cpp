@@ -1,10 +1,12 @@
 #include "render/ZoomCompositor.h"
 
 #include "base/Guarded.h"
+#include "base/Log.h"
+#include "media/PictureFile.h"
 #include "media/color/ColorConversion.h"
+#include "media/values/MediaError.h"
 #include "model/VantroError.h"
 #include "render/scene/CursorTextures.h"
-#include "render/scene/ImageFile.h"
 
 #include <algorithm>
 #include <cstring>
@@ -52,36 +54,38 @@ class OutputBuffers {
     std::optional<media::PixelBufferPool> m_pool;
 };
 
-/// A background picture, and the same at a size that suits the canvas: a picture much larger than
-/// the canvas would flicker with detail if it were sampled as it is.
+/// The background's picture at a size that suits the canvas: one much larger than the canvas would
+/// flicker with detail if it were sampled as it is.
 class BackgroundPicture {
   public:
-    /// Reads the picture, unless it is the one held.
+    /// What the background shows from now on.
     void show(const model::BackgroundSettings& background) {
         const auto* image = std::get_if<model::BackgroundImageSource>(&background.type);
         if (image == nullptr) {
             *this = BackgroundPicture();
         } else if (m_path != image->path) {
+            *this = BackgroundPicture();
             m_path = image->path;
-            m_original = loadImage(m_path);
-            m_fitted = nullptr;
         }
     }
 
+    /// Nothing, and one log line, where it cannot be read.
     const ImagePointer& fittedTo(int width, int height) {
         const std::pair canvas(width, height);
-        if (!m_original || (m_fitted && m_canvas == canvas))
+        if (!m_path || m_canvas == canvas)
             return m_fitted;
         m_canvas = canvas;
-        m_fitted = m_original;
-        while (m_fitted->width() / 2 >= width && m_fitted->height() / 2 >= height)
-            m_fitted = halved(*m_fitted);
+        m_fitted = nullptr;
+        try {
+            m_fitted = media::readPicture(*m_path, {.width = width, .height = height});
+        } catch (const media::MediaError& error) {
+            base::logWarning("{}", error.what());
+        }
         return m_fitted;
     }
 
   private:
-    std::filesystem::path m_path;
-    ImagePointer m_original;
+    std::optional<std::filesystem::path> m_path;
     ImagePointer m_fitted;
     std::pair<int, int> m_canvas;
 };

@@ -30,11 +30,12 @@ std::string messageOf(const std::function<void()>& action) {
 TEST(OutputFile, ReplacesTheEarlierFileOnlyOnCommitAndLeavesNothingElseBehind) {
     test::TemporaryFolder folder;
     const auto target = folder.write("movie.mp4", "earlier");
-    {
+    for (const bool isWhole : {false, true}) {
         OutputFile file(target);
         std::ofstream(file.temporaryPath()) << "newer";
         EXPECT_EQ(test::contentOf(target), "earlier");
-        file.commit();
+        if (isWhole)
+            file.commit();
     }
     EXPECT_EQ(test::contentOf(target), "newer");
     EXPECT_EQ(entryCount(folder.path()), 1);

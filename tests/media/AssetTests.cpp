@@ -39,14 +39,6 @@ TEST(Asset, tellsPathAndReasonOfWhatCannotBeOpened) {
     EXPECT_THAT([&] { Asset::open(folder / "."); }, failsToOpen(folder / ".", "Is a directory"));
 }
 
-TEST(Asset, tellsThatAMovieWasNeverFinished) {
-    const test::TemporaryFolder folder;
-    const auto movie = folder / "cut.mov";
-    test::runFfmpeg("-f lavfi -i testsrc2=s=320x180:d=2 -c:v libx264", movie);
-    std::filesystem::resize_file(movie, std::filesystem::file_size(movie) / 2);
-    EXPECT_THAT([&] { Asset::open(movie); }, failsToOpen(movie, "never finished"));
-}
-
 TEST(Asset, describesItsTracks) {
     const test::TemporaryFolder folder;
     const auto movie = folder / "a b:c'd.mov"; // a name that looks like a protocol's
@@ -143,19 +135,14 @@ TEST(Asset, showsRotatedMoviesUpright) {
         const auto frame = test::shownAt(source, {0, 1});
         ASSERT_EQ(frame.pixels->width(), turned ? 96 : 160);
 
-        // Another player turns it by itself.
-        test::runFfmpeg("-i turned.mp4 -frames:v 1 -f rawvideo -pix_fmt rgb24", folder / "upright");
-        std::ifstream file(folder / "upright", std::ios::binary);
-        const std::string upright(std::istreambuf_iterator<char>(file), {});
-        ASSERT_EQ(upright.size(), 160U * 96 * 3);
-        for (const auto& [x, y] : {std::pair{20, 20}, {75, 20}, {20, 75}, {75, 75}}) {
-            const auto color = test::colorAt(*frame.pixels, x, y);
-            for (std::size_t channel = 0; channel < 3; ++channel) {
-                const auto at = (static_cast<std::size_t>(y) * frame.pixels->width() + x) * 3;
-                EXPECT_NEAR(color[channel], static_cast<unsigned char>(upright[at + channel]), 8)
-                    << x << "," << y;
-            }
-        }
+        // The red quarter, stored at the top left, goes round clockwise.
+        const auto size = std::pair(frame.pixels->width(), frame.pixels->height());
+        const bool right = rotation == 90 || rotation == 180;
+        const bool below = rotation == 180 || rotation == 270;
+        const auto color = test::colorAt(*frame.pixels, size.first * (right ? 3 : 1) / 4,
+                                         size.second * (below ? 3 : 1) / 4);
+        EXPECT_NEAR(color[0], 255, 8);
+        EXPECT_NEAR(color[1] + color[2], 0, 16);
     }
 }
 

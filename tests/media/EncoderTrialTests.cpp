@@ -60,7 +60,19 @@ TEST(EncoderTrial, findsWrongPicturesMissingOnesAndFailure) {
                 HasSubstr("external"));
 }
 
-/// Where the hardware is missing, its absence is what is tested; where it is there, its work.
+TEST(EncoderSelection, remembersLastingVerdictsOnly) {
+    av::Verdicts verdicts;
+    const auto settings = test::filmSettings();
+    const auto ask = [&](VideoEncoderChoice choice, av::Verdict answer) {
+        return verdicts.problem(choice, settings, [&] { return answer; });
+    };
+    EXPECT_EQ(ask(VideoEncoderChoice::nvenc, {"busy", false}), "busy");
+    EXPECT_EQ(ask(VideoEncoderChoice::nvenc, {""}), "");
+    EXPECT_EQ(ask(VideoEncoderChoice::nvenc, {"wrong colors"}), "");
+    EXPECT_EQ(ask(VideoEncoderChoice::vaapi, {"wrong colors"}), "wrong colors");
+    EXPECT_EQ(ask(VideoEncoderChoice::vaapi, {""}), "wrong colors");
+}
+
 TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
     const test::TemporaryFolder folder;
     for (const auto choice :

@@ -1,8 +1,8 @@
+#include "media/PictureFile.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 #include "render/TestScenes.h"
 #include "render/ZoomCompositor.h"
-#include "render/scene/ImageFile.h"
 
 #include <filesystem>
 
@@ -239,7 +239,7 @@ TEST_F(ZoomCompositorTest, SwapsLeftAndRightOfAMirroredWebcam) {
 
 TEST_F(ZoomCompositorTest, LoadsABackgroundPictureOnceAndShrinksItTowardsTheCanvas) {
     const auto path = std::filesystem::temp_directory_path() / "compositor-background.png";
-    writePng(path, *flat(PixelFormat::bgra, 300, 300, 90));
+    media::writePng(path, *flat(PixelFormat::bgra, 300, 300, 90));
     edit.background.type = model::BackgroundImageSource::custom(path);
     auto made = compositor();
     const auto pictureAfter = [&](double padding) {

@@ -1,4 +1,5 @@
 #include "backgrounds/Generator.h"
+#include "base/CommandOptions.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -6,7 +7,6 @@
 #include <filesystem>
 #include <string>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 // Paints the built-in backgrounds and their thumbnails; run by the build.
@@ -27,7 +27,7 @@ int parsedSide(const std::string& text) {
                         text.find_first_not_of("0123456789") == std::string::npos;
     const int side = digits ? std::stoi(text) : 0;
     if (side < thumbnailShare || side > largestSide)
-        throw CLI::ValidationError("--size", "expected WIDTHxHEIGHT, each 10 to 16384");
+        throw base::UsageError("--size", "expected WIDTHxHEIGHT, each 10 to 16384");
     return side;
 }
 
@@ -48,27 +48,27 @@ void run(const Options& options) {
         found = true;
     }
     if (!found)
-        throw CLI::ValidationError("--only", "no background is named " + options.only);
+        throw base::UsageError("--only", "no background is named " + options.only);
 }
 
 } // namespace
 } // namespace vantro::backgrounds
 
 int main(int argc, char** argv) {
-    CLI::App app{"Paints the built-in backgrounds into DIRECTORY/Backgrounds."};
+    vantro::base::CommandLineReader app(
+        "Paints the built-in backgrounds into DIRECTORY/Backgrounds.");
     vantro::backgrounds::Options options;
-    app.add_option("directory", options.directory, "where to write")->required();
-    app.add_option("--size", options.size, "WIDTHxHEIGHT in pixels")->capture_default_str();
-    app.add_option("--only", options.only, "paint the one of this name");
-    app.add_option("--threads", options.threads, "0 for one a core")->capture_default_str();
+    app.option("directory", options.directory, "where to write").required();
+    app.option("--size", options.size, "WIDTHxHEIGHT in pixels, else 3840x2160");
+    app.option("--only", options.only, "paint the one of this name");
+    app.option("--threads", options.threads, "0, unless given, for one a core");
+    if (const auto exitCode = app.read(argc, argv))
+        return *exitCode;
     try {
-        app.parse(argc, argv);
         vantro::backgrounds::run(options);
-    } catch (const CLI::Error& error) {
-        return app.exit(error);
+        return 0;
     } catch (const std::exception& error) {
         fmt::print(stderr, "vantro-backgrounds: {}\n", error.what());
         return 1;
     }
-    return 0;
 }

@@ -6,7 +6,6 @@
 #include "base/Log.h"
 #include "model/VantroError.h"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace vantro::app::cli {
@@ -23,7 +22,7 @@ int runAction(const CommandAction& action) try {
 } catch (const model::VantroError& error) {
     report(error);
     return exitFailure;
-} catch (const CLI::ParseError& error) {
+} catch (const base::UsageError& error) {
     tell(fmt::format("vantro: {}\n", error.what()));
     return exitUsage;
 } catch (const std::bad_alloc&) {
@@ -38,12 +37,11 @@ int runAction(const CommandAction& action) try {
 
 int runCommandLine(int argc, const char* const* argv) {
     const InterruptWatcher interrupts;
-    CLI::App app{"Vantro records the screen and zooms into every click.", "vantro"};
-    app.require_subcommand(1);
-    app.fallthrough(); // --verbose may stand after the sub-command too
-    app.set_version_flag("--version", VANTRO_VERSION);
+    base::CommandLineReader app{"Vantro records the screen and zooms into every click.", "vantro"};
+    app.requireCommand();
+    app.version(VANTRO_VERSION);
     bool verbose = false;
-    app.add_flag("--verbose", verbose, "Say more on standard error");
+    app.flag("--verbose", verbose, "Say more on standard error");
 
     CommandAction action;
     addDisplaysCommand(app, action);
@@ -53,11 +51,8 @@ int runCommandLine(int argc, const char* const* argv) {
     addFrameCommand(app, action);
     addInspectCommand(app, action);
     addRecoverCommand(app, action);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? exitSuccess : exitUsage;
-    }
+    if (const auto exitCode = app.read(argc, argv))
+        return *exitCode;
     // A command itself says what went wrong, once.
     base::configureLog(verbose ? base::LogLevel::info : base::LogLevel::fatal);
     return runAction(action);

@@ -1,20 +1,19 @@
 #pragma once
 
 #include "app/cli/CommandAction.h"
+#include "base/CommandOptions.h"
 
 #include <stop_token>
-
-#include <CLI/App.hpp>
 
 /// The sub-commands. Each function adds one to the parser and sets `action` when it is chosen.
 namespace vantro::app::cli {
 
-void addDisplaysCommand(CLI::App& app, CommandAction& action);
-void addWindowsCommand(CLI::App& app, CommandAction& action);
-void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
-void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted);
-void addFrameCommand(CLI::App& app, CommandAction& action);
-void addRecoverCommand(CLI::App& app, CommandAction& action);
-void addInspectCommand(CLI::App& app, CommandAction& action);
+void addDisplaysCommand(base::Command app, CommandAction& action);
+void addWindowsCommand(base::Command app, CommandAction& action);
+void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
+void addExportCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
+void addFrameCommand(base::Command app, CommandAction& action);
+void addRecoverCommand(base::Command app, CommandAction& action);
+void addInspectCommand(base::Command app, CommandAction& action);
 
 } // namespace vantro::app::cli

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
@@ -36,30 +35,30 @@ model::Project loadProject(const fs::path& packagePath) {
     return project;
 }
 
-void addProjectArgument(CLI::App& command, fs::path& target) {
-    command.add_option("project", target, "The project, PROJECT.vantro")
-        ->required()
-        ->type_name("PROJECT");
+void addProjectArgument(base::Command command, fs::path& target) {
+    command.option("project", target, "The project, PROJECT.vantro")
+        .required()
+        .valueName("PROJECT");
 }
 
-void addResolutionOption(CLI::App& command, exporting::ExportResolution& target) {
+void addResolutionOption(base::Command command, exporting::ExportResolution& target) {
     command
-        .add_option_function<std::string>(
+        .option(
             "--resolution",
             [&target](const std::string& name) { target = *exporting::exportResolutionFrom(name); },
             "Size of the output before the canvas aspect (default: original)")
-        ->type_name("original|4k|1080p|720p")
-        ->check([](const std::string& name) {
+        .valueName("original|4k|1080p|720p")
+        .check([](const std::string& name) {
             return exporting::exportResolutionFrom(name)
                        ? std::string{}
                        : name + " is none of original, 4k, 1080p, 720p";
         });
 }
 
-void addRendererOption(CLI::App& command, std::string& target) {
-    command.add_option("--renderer", target, "What draws the frames (default: auto)")
-        ->type_name("auto|software|gpu")
-        ->check(CLI::IsMember({"auto", "software", "gpu"}));
+void addRendererOption(base::Command command, std::string& target) {
+    command.option("--renderer", target, "What draws the frames (default: auto)")
+        .valueName("auto|software|gpu")
+        .oneOf({"auto", "software", "gpu"});
 }
 
 std::unique_ptr<render::Renderer> makeRequestedRenderer(const std::string& name) {

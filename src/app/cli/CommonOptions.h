@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/CommandLine.h"
+#include "base/CommandOptions.h"
 #include "export/ExportResolution.h"
 #include "model/Project.h"
 #include "render/scene/Renderer.h"
@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
-
 namespace vantro::app::cli {
 
 /// Reads the package of a project that work is about to begin with; its movie is there. Throws
@@ -20,11 +18,11 @@ namespace vantro::app::cli {
 model::Project loadProject(const std::filesystem::path& packagePath);
 
 /// The positional argument PROJECT.vantro.
-void addProjectArgument(CLI::App& command, std::filesystem::path& target);
+void addProjectArgument(base::Command command, std::filesystem::path& target);
 /// --resolution original|4k|1080p|720p.
-void addResolutionOption(CLI::App& command, exporting::ExportResolution& target);
+void addResolutionOption(base::Command command, exporting::ExportResolution& target);
 /// --renderer auto|software|gpu.
-void addRendererOption(CLI::App& command, std::string& target);
+void addRendererOption(base::Command command, std::string& target);
 
 /// The renderer that --renderer names. Throws VantroError exportFailed where there is none.
 std::unique_ptr<render::Renderer> makeRequestedRenderer(const std::string& name);

@@ -63,12 +63,12 @@ int list(const Records& records, bool json) {
 
 /// Adds a sub-command that lists what `select` picks from the shareable content.
 template <typename Select>
-void addListCommand(CLI::App& app, CommandAction& action, const char* name, const char* purpose,
+void addListCommand(base::Command app, CommandAction& action, const char* name, const char* purpose,
                     Select select) {
     auto json = std::make_shared<bool>(false);
-    auto* command = app.add_subcommand(name, purpose);
-    command->add_flag("--json", *json, "Print JSON");
-    command->callback([json, &action, select] {
+    auto command = app.command(name, purpose);
+    command.flag("--json", *json, "Print JSON");
+    command.whenChosen([json, &action, select] {
         action = [json, select] {
             return list(select(shareableContent(*connectDesktop())), *json);
         };
@@ -77,12 +77,12 @@ void addListCommand(CLI::App& app, CommandAction& action, const char* name, cons
 
 } // namespace
 
-void addDisplaysCommand(CLI::App& app, CommandAction& action) {
+void addDisplaysCommand(base::Command app, CommandAction& action) {
     addListCommand(app, action, "displays", "List the displays that can be recorded",
                    [](const capture::ShareableContent& content) { return content.displays; });
 }
 
-void addWindowsCommand(CLI::App& app, CommandAction& action) {
+void addWindowsCommand(base::Command app, CommandAction& action) {
     addListCommand(app, action, "windows",
                    "List the windows that can be recorded, front-most first",
                    [](const capture::ShareableContent& content) { return content.windows; });

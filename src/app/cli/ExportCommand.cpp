@@ -11,7 +11,6 @@
 #include <iostream>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
@@ -181,12 +180,12 @@ int runExport(const ExportOptions& options, const std::stop_token& interrupted) 
 
 } // namespace
 
-void addExportCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted) {
+void addExportCommand(base::Command app, CommandAction& action,
+                      const std::stop_token& interrupted) {
     auto options = std::make_shared<ExportOptions>();
-    auto* command =
-        app.add_subcommand("export", "Write a project as an MP4 video or an animated GIF");
-    addExportOptions(*command, *options);
-    command->callback([options, &action, interrupted] {
+    auto command = app.command("export", "Write a project as an MP4 video or an animated GIF");
+    addExportOptions(command, *options);
+    command.whenChosen([options, &action, interrupted] {
         checkTogether(*options);
         action = [options, interrupted] { return runExport(*options, interrupted); };
     });

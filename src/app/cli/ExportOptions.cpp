@@ -8,7 +8,6 @@
 #include <iterator>
 #include <set>
 
-#include <CLI/CLI.hpp>
 #include <fmt/ranges.h>
 
 namespace vantro::app::cli {
@@ -31,7 +30,7 @@ OutputRange rangeFrom(const std::string& text) {
         secondsIn(text.substr(0, colon), 0),
         colon == std::string::npos ? -1 : secondsIn(text.substr(colon + 1), OutputRange{}.end)};
     if (!(range.start >= 0 && range.start < range.end))
-        throw CLI::ValidationError("--range", text + " is no START:END in seconds");
+        throw base::UsageError("--range", text + " is no START:END in seconds");
     return range;
 }
 
@@ -41,29 +40,28 @@ void checkName(const ExportOptions& options) {
                                                     ? std::vector<std::string>{".mp4", ".gif"}
                                                     : std::vector{"." + options.format};
     if (const auto problem = endsIn(extensions)(options.output.string()); !problem.empty())
-        throw CLI::ValidationError("--output", problem);
+        throw base::UsageError("--output", problem);
 }
 
 void checkNamesDiffer(const std::vector<ProjectExport>& jobs) {
     std::set<fs::path> outputs;
     for (const auto& job : jobs) {
         if (!outputs.insert(job.output).second)
-            throw CLI::ValidationError("project",
-                                       "two projects would become " + job.output.string());
+            throw base::UsageError("project", "two projects would become " + job.output.string());
     }
 }
 
-void addEncoderOption(CLI::App& command, media::VideoEncoderChoice& target) {
+void addEncoderOption(base::Command command, media::VideoEncoderChoice& target) {
     std::vector<std::string_view> names;
     std::ranges::transform(media::allVideoEncoderChoices, std::back_inserter(names),
                            [](auto choice) { return optionName(choice); });
     command
-        .add_option_function<std::string>(
+        .option(
             "--encoder",
             [&target](const std::string& name) { target = *media::videoEncoderChoiceFrom(name); },
             "What encodes a video (default: auto, a graphics card that can, else libx264)")
-        ->type_name(fmt::format("{}", fmt::join(names, "|")))
-        ->check([names](const std::string& name) {
+        .valueName(fmt::format("{}", fmt::join(names, "|")))
+        .check([names](const std::string& name) {
             return media::videoEncoderChoiceFrom(name)
                        ? std::string{}
                        : fmt::format("{} is none of {}", name, fmt::join(names, ", "));
@@ -92,43 +90,42 @@ void checkTogether(const ExportOptions& options) {
     if (!jobs.front().isGif())
         return;
     if (options.frameRate > exporting::GifExporter::highestFrameRate)
-        throw CLI::ValidationError("--fps", fmt::format("a GIF plays at most {} frames a second",
-                                                        exporting::GifExporter::highestFrameRate));
+        throw base::UsageError("--fps", fmt::format("a GIF plays at most {} frames a second",
+                                                    exporting::GifExporter::highestFrameRate));
     if (options.encoder != media::VideoEncoderChoice::automatic)
-        throw CLI::ValidationError("--encoder", "a GIF is not encoded as video");
+        throw base::UsageError("--encoder", "a GIF is not encoded as video");
 }
 
-void addExportOptions(CLI::App& command, ExportOptions& options) {
-    command.add_option("project", options.projects, "The project, PROJECT.vantro, or several")
-        ->required()
-        ->type_name("PROJECT");
+void addExportOptions(base::Command command, ExportOptions& options) {
+    command.option("project", options.projects, "The project, PROJECT.vantro, or several")
+        .required()
+        .valueName("PROJECT");
     command
-        .add_option("--output,-o", options.output,
-                    "The file to write, FILE.mp4 or FILE.gif; a folder for several projects, made "
-                    "where it is missing")
-        ->required()
-        ->type_name("FILE");
-    command.add_option("--format", options.format, "What several projects become (default: mp4)")
-        ->type_name("mp4|gif")
-        ->check(CLI::IsMember({"mp4", "gif"}));
+        .option("--output,-o", options.output,
+                "The file to write, FILE.mp4 or FILE.gif; a folder for several projects, made "
+                "where it is missing")
+        .required()
+        .valueName("FILE");
+    command.option("--format", options.format, "What several projects become (default: mp4)")
+        .valueName("mp4|gif")
+        .oneOf({"mp4", "gif"});
     command
-        .add_option_function<std::string>(
+        .option(
             "--range", [&options](const std::string& text) { options.range = rangeFrom(text); },
             "Export only this part of the output, seconds; either side may be left out")
-        ->type_name("START:END");
+        .valueName("START:END");
     command
-        .add_option(
-            "--fps", options.frameRate,
-            "Frames a second (default: the recording's; 12 for a GIF, which takes at most 50)")
-        ->type_name("N")
-        ->check(CLI::Range(1, 240));
-    command.add_flag("--tolerate-damage", options.toleratesDamage,
-                     "Export a movie that breaks off up to there");
+        .option("--fps", options.frameRate,
+                "Frames a second (default: the recording's; 12 for a GIF, which takes at most 50)")
+        .valueName("N")
+        .within(1, 240);
+    command.flag("--tolerate-damage", options.toleratesDamage,
+                 "Export a movie that breaks off up to there");
     addEncoderOption(command, options.encoder);
     addResolutionOption(command, options.resolution);
     addRendererOption(command, options.renderer);
-    command.add_flag("--force", options.force, "Replace an existing file");
-    command.add_flag("--json", options.json, "Report progress as lines of JSON");
+    command.flag("--force", options.force, "Replace an existing file");
+    command.flag("--json", options.json, "Report progress as lines of JSON");
 }
 
 } // namespace vantro::app::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/CommandOptions.h"
 #include "export/ExportResolution.h"
 #include "media/values/VideoEncoderChoice.h"
 
@@ -8,8 +9,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/App.hpp>
 
 namespace vantro::app::cli {
 
@@ -45,8 +44,8 @@ struct ProjectExport {
 std::vector<ProjectExport> jobsOf(const ExportOptions& options);
 
 /// Adds the arguments, which fill `options` while the command line is read.
-void addExportOptions(CLI::App& command, ExportOptions& options);
-/// Checks what no single option can. Throws CLI::ValidationError.
+void addExportOptions(base::Command command, ExportOptions& options);
+/// Checks what no single option can. Throws base::UsageError.
 void checkTogether(const ExportOptions& options);
 
 } // namespace vantro::app::cli

@@ -1,7 +1,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
+#include "media/PictureFile.h"
 #include "render/MovieSession.h"
-#include "render/scene/ImageFile.h"
 
 #include <fmt/format.h>
 
@@ -25,25 +25,25 @@ int runFrame(const Options& options) {
     const auto canvas =
         session.canvas(exporting::baseSize(options.resolution, session.videoSize()));
     const auto pixels = session.still(options.time, canvas);
-    render::writePng(options.output, *pixels);
+    media::writePng(options.output, *pixels);
     return exitSuccess;
 }
 
 } // namespace
 
-void addFrameCommand(CLI::App& app, CommandAction& action) {
+void addFrameCommand(base::Command app, CommandAction& action) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("frame", "Write one composed frame as a PNG picture");
-    addProjectArgument(*command, options->project);
-    command->add_option("--time,-t", options->time, "Output second of the frame")->required();
-    command->add_option("--output,-o", options->output, "The picture to write, FILE.png")
-        ->required()
-        ->type_name("FILE")
-        ->check(endsIn({".png"}));
-    addResolutionOption(*command, options->resolution);
-    addRendererOption(*command, options->renderer);
-    command->add_flag("--force", options->force, "Replace an existing file");
-    command->callback([options, &action] { action = [options] { return runFrame(*options); }; });
+    auto command = app.command("frame", "Write one composed frame as a PNG picture");
+    addProjectArgument(command, options->project);
+    command.option("--time,-t", options->time, "Output second of the frame").required();
+    command.option("--output,-o", options->output, "The picture to write, FILE.png")
+        .required()
+        .valueName("FILE")
+        .check(endsIn({".png"}));
+    addResolutionOption(command, options->resolution);
+    addRendererOption(command, options->renderer);
+    command.flag("--force", options->force, "Replace an existing file");
+    command.whenChosen([options, &action] { action = [options] { return runFrame(*options); }; });
 }
 
 } // namespace vantro::app::cli

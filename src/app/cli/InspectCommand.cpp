@@ -131,18 +131,18 @@ int runInspect(const Options& options) {
 
 } // namespace
 
-void addInspectCommand(CLI::App& app, CommandAction& action) {
+void addInspectCommand(base::Command app, CommandAction& action) {
     constexpr int mostKeyframesPerSecond = 1000;
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("inspect", "Tell what a project holds");
-    addProjectArgument(*command, options->project);
-    command->add_flag("--json", options->json, "Print JSON");
+    auto command = app.command("inspect", "Tell what a project holds");
+    addProjectArgument(command, options->project);
+    command.flag("--json", options->json, "Print JSON");
     command
-        ->add_option("--keyframes", options->keyframesPerSecond,
-                     "Also sample the camera, N times a second of output")
-        ->type_name("N")
-        ->check(CLI::Range(1, mostKeyframesPerSecond));
-    command->callback([options, &action] { action = [options] { return runInspect(*options); }; });
+        .option("--keyframes", options->keyframesPerSecond,
+                "Also sample the camera, N times a second of output")
+        .valueName("N")
+        .within(1, mostKeyframesPerSecond);
+    command.whenChosen([options, &action] { action = [options] { return runInspect(*options); }; });
 }
 
 } // namespace vantro::app::cli

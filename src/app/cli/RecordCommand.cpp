@@ -18,7 +18,6 @@
 #include <iostream>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <sys/resource.h>
@@ -183,77 +182,77 @@ std::optional<model::Rect> parseRect(const std::string& text) {
     return model::Rect{.x = numbers[0], .y = numbers[1], .width = numbers[2], .height = numbers[3]};
 }
 
-void addRequestOptions(CLI::App& command, capture::RecordingRequest& request) {
-    auto* mode = command
-                     .add_option_function<std::string>(
-                         "--mode",
-                         [&request](const std::string& text) {
-                             request.mode = model::captureModeFrom(text).value();
-                         },
-                         "What to record (default: screen)")
-                     ->type_name("screen|area|window")
-                     ->check(CLI::IsMember({"screen", "area", "window"}));
+void addRequestOptions(base::Command command, capture::RecordingRequest& request) {
+    const auto mode = command
+                          .option(
+                              "--mode",
+                              [&request](const std::string& text) {
+                                  request.mode = model::captureModeFrom(text).value();
+                              },
+                              "What to record (default: screen)")
+                          .valueName("screen|area|window")
+                          .oneOf({"screen", "area", "window"});
     command
-        .add_option("--display", request.displayID,
-                    "The display to record, by the number that `vantro displays` prints")
-        ->type_name("ID");
+        .option("--display", request.displayID,
+                "The display to record, by the number that `vantro displays` prints")
+        .valueName("ID");
     command
-        .add_option_function<std::string>(
+        .option(
             "--rect",
             [&request](const std::string& text) { request.area = parseRect(text).value(); },
             "The area to record, in points of the desktop")
-        ->type_name("X,Y,W,H")
-        ->check([](const std::string& text) {
+        .valueName("X,Y,W,H")
+        .check([](const std::string& text) {
             return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
         })
-        ->needs(mode);
-    auto* window =
+        .needs(mode);
+    const auto window =
         command
-            .add_option("--window", request.windowID,
-                        "The window to record, by the number that `vantro windows` prints")
-            ->type_name("ID")
-            ->needs(mode);
+            .option("--window", request.windowID,
+                    "The window to record, by the number that `vantro windows` prints")
+            .valueName("ID")
+            .needs(mode);
     command
-        .add_option("--window-title", request.windowTitle,
-                    "The front-most window with this text in its title, in any case")
-        ->type_name("TEXT")
-        ->needs(mode)
-        ->excludes(window);
+        .option("--window-title", request.windowTitle,
+                "The front-most window with this text in its title, in any case")
+        .valueName("TEXT")
+        .needs(mode)
+        .excludes(window);
 }
 
 } // namespace
 
-void addRecordCommand(CLI::App& app, CommandAction& action, const std::stop_token& interrupted) {
+void addRecordCommand(base::Command app, CommandAction& action,
+                      const std::stop_token& interrupted) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("record", "Record the screen into a project");
-    command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
-        ->required()
-        ->type_name("NAME")
-        ->check(endsIn({files::package::extension}));
-    addRequestOptions(*command, options->request);
-    command->add_option("--delay", options->delay, "How long to wait before the start")
-        ->type_name("S")
-        ->check(CLI::Range(0.0, longestDelay));
+    auto command = app.command("record", "Record the screen into a project");
+    command.option("--output,-o", options->output, "The project to make, NAME.vantro")
+        .required()
+        .valueName("NAME")
+        .check(endsIn({files::package::extension}));
+    addRequestOptions(command, options->request);
+    command.option("--delay", options->delay, "How long to wait before the start")
+        .valueName("S")
+        .within(0.0, longestDelay);
     command
-        ->add_option("--seconds", options->limits.seconds,
-                     "How long to record (default: until Ctrl-C)")
-        ->type_name("S")
-        ->check(CLI::Range(0.1, longestRecording));
+        .option("--seconds", options->limits.seconds, "How long to record (default: until Ctrl-C)")
+        .valueName("S")
+        .within(0.1, longestRecording);
     command
-        ->add_option_function<std::string>(
+        .option(
             "--max-size",
             [&limits = options->limits](const std::string& text) {
                 limits.bytes = parseByteSize(text);
             },
             "Stop when the movie is about this large, for example 500M or 2G")
-        ->type_name("SIZE")
-        ->check([](const std::string& text) {
+        .valueName("SIZE")
+        .check([](const std::string& text) {
             return parseByteSize(text) ? std::string()
                                        : text + " is no size such as 500M, 1.5G or 800000";
         });
-    command->add_flag("--force", options->force, "Replace an existing project");
-    command->add_flag("--json", options->json, "Print the summary as JSON");
-    command->callback([options, &action, interrupted] {
+    command.flag("--force", options->force, "Replace an existing project");
+    command.flag("--json", options->json, "Print the summary as JSON");
+    command.whenChosen([options, &action, interrupted] {
         action = [options, interrupted] { return runRecord(*options, interrupted); };
     });
 }

@@ -8,7 +8,6 @@
 #include <chrono>
 #include <iostream>
 
-#include <CLI/CLI.hpp>
 #include <fmt/chrono.h>
 #include <nlohmann/json.hpp>
 
@@ -52,7 +51,7 @@ int runRecover(const Options& options) {
     if (options.folder.empty())
         return listInterrupted(options.json);
     if (options.output.empty())
-        throw CLI::RequiredError("--output");
+        throw base::UsageError("--output", "it is required");
     if (const auto problem = files::packageProblem(options.output, options.force); !problem.empty())
         throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
     const auto movie = options.folder / files::package::recordingFile;
@@ -82,21 +81,21 @@ int runRecover(const Options& options) {
 
 } // namespace
 
-void addRecoverCommand(CLI::App& app, CommandAction& action) {
+void addRecoverCommand(base::Command app, CommandAction& action) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand(
+    auto command = app.command(
         "recover", "Make a project of a recording that was interrupted, or list those there are");
     command
-        ->add_option("folder", options->folder,
-                     "The folder of the recording (default: list what can be recovered)")
-        ->type_name("FOLDER")
-        ->check(CLI::ExistingDirectory);
-    command->add_option("--output,-o", options->output, "The project to make, NAME.vantro")
-        ->type_name("NAME")
-        ->check(endsIn({files::package::extension}));
-    command->add_flag("--force", options->force, "Replace an existing project");
-    command->add_flag("--json", options->json, "Print the result as JSON");
-    command->callback([options, &action] { action = [options] { return runRecover(*options); }; });
+        .option("folder", options->folder,
+                "The folder of the recording (default: list what can be recovered)")
+        .valueName("FOLDER")
+        .existingFolder();
+    command.option("--output,-o", options->output, "The project to make, NAME.vantro")
+        .valueName("NAME")
+        .check(endsIn({files::package::extension}));
+    command.flag("--force", options->force, "Replace an existing project");
+    command.flag("--json", options->json, "Print the result as JSON");
+    command.whenChosen([options, &action] { action = [options] { return runRecover(*options); }; });
 }
 
 } // namespace vantro::app::cli

@@ -1,6 +1,5 @@
 #include "media/av/EncoderSelection.h"
 
-#include "base/Guarded.h"
 #include "base/Log.h"
 #include "media/av/EncoderTrial.h"
 #include "media/av/HardwareEncoder.h"
@@ -8,8 +7,7 @@
 #include "media/values/MediaError.h"
 
 #include <array>
-#include <map>
-#include <tuple>
+#include <optional>
 #include <vector>
 
 #include <fmt/ranges.h>
@@ -23,13 +21,13 @@ namespace {
 constexpr std::array byPreference{VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv,
                                   VideoEncoderChoice::vaapi};
 
-std::string tryHardware(VideoEncoderChoice hardware, const VideoSettings& settings) {
+Verdict tryHardware(VideoEncoderChoice hardware, const VideoSettings& settings) {
     if (auto missing = missingDevice(hardware); !missing.empty())
-        return missing;
+        return {missing};
     try {
-        return faultInTrial(openHardwareEncoder(hardware, settings), settings);
+        return {faultInTrial(openHardwareEncoder(hardware, settings), settings)};
     } catch (const MediaError& error) {
-        return error.what();
+        return {error.what(), false};
     }
 }
 
@@ -59,19 +57,24 @@ CodecSession openAutomatic(const VideoSettings& settings) {
 
 } // namespace
 
-std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& settings) {
-    using Case = std::tuple<VideoEncoderChoice, int, int, double>;
-    static base::Guarded<std::map<Case, std::string>> known;
+std::string Verdicts::problem(VideoEncoderChoice hardware, const VideoSettings& settings,
+                              const std::function<Verdict()>& tryIt) {
     const Case wanted{hardware, settings.width, settings.height, settings.expectedFrameRate};
-    const auto answer = known.with([&](auto& answers) {
+    const auto answer = m_known.with([&](auto& answers) {
         const auto found = answers.find(wanted);
         return found == answers.end() ? std::optional<std::string>{} : found->second;
     });
     if (answer)
         return *answer;
-    auto problem = tryHardware(hardware, settings);
-    known.with([&](auto& answers) { answers.emplace(wanted, problem); });
-    return problem;
+    auto verdict = tryIt();
+    if (verdict.isLasting)
+        m_known.with([&](auto& answers) { answers.emplace(wanted, verdict.problem); });
+    return verdict.problem;
+}
+
+std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& settings) {
+    static Verdicts known;
+    return known.problem(hardware, settings, [&] { return tryHardware(hardware, settings); });
 }
 
 CodecSession openSelectedEncoder(const VideoSettings& settings) {

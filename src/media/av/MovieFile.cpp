@@ -30,10 +30,10 @@ void requireReadableFile(const std::filesystem::path& path) {
 
 [[noreturn]] void failToOpen(const std::filesystem::path& path, int code) {
     const std::string detail = takeLastErrorLine();
-    if (detail.find("moov atom not found") != std::string::npos)
-        fail("Cannot open", path, "It was never finished, or is no movie (moov atom not found)");
-    fail("Cannot open", path,
-         detail.empty() ? errorText(code) : errorText(code) + " (" + detail + ")");
+    const auto reason = code == AVERROR_INVALIDDATA
+                            ? std::string("It was never finished, is damaged, or is no movie")
+                            : errorText(code);
+    fail("Cannot open", path, detail.empty() ? reason : reason + " (" + detail + ")");
 }
 
 InputHandle openInput(const std::filesystem::path& path) {

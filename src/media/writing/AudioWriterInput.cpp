@@ -53,6 +53,8 @@ void AudioWriterInput::finish() {
     m_queue.close();
     if (m_thread.joinable())
         m_thread.join();
+    if (!failsTheMovie())
+        return;
     if (const auto failure = m_failure.with([](auto& value) { return value; }))
         std::rethrow_exception(failure);
 }

@@ -28,10 +28,12 @@ class AudioWriterInput {
 
     /// Begins to work; `sessionStart` becomes time zero.
     void start(MediaTime sessionStart);
-    bool hasFailed() const { return m_failed; }
+    /// What is live cannot be had again: its movie goes on without this track.
+    bool failsTheMovie() const { return m_failed && !m_settings.expectsRealTime; }
     bool isReady() const { return !m_failed && !m_queue.isFull(); }
     bool append(AudioBuffer buffer);
-    /// Waits until everything is written. Throws what went wrong, be it long ago.
+    /// Waits until everything is written. Throws what went wrong, however long ago, if that fails
+    /// the movie.
     void finish();
     /// Drops what waits and ends; the pace of the pictures has been released.
     void cancel();

@@ -32,7 +32,7 @@ class VideoWriterInput {
     bool append(const VideoFrame& frame);
     /// Takes no more frames; the last picture stays until `endTime`. Later calls change nothing.
     void markAsFinished(std::optional<MediaTime> endTime);
-    /// Waits until everything is written. Throws what went wrong, be it long ago.
+    /// Waits until everything is written. Throws what went wrong, however long ago.
     void finish();
     /// Drops what waits and ends.
     void cancel();
