@@ -58,6 +58,7 @@ TEST_F(EditorScreenTest, ProjectActionsReachTheirFlows) {
     click("saveProject");
     EXPECT_EQ(panels.proposedName, "t.vantro");
     EXPECT_TRUE(asks(app::flows::PanelKind::saveProject));
+    state.saved(*state.document().project(), "/nowhere/recording.mov", "/saved.vantro");
     key(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(asks(app::flows::PanelKind::saveProject));
     click("openProject");
