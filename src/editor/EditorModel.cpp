@@ -127,7 +127,7 @@ void EditorModel::saveProject() {
 
 void EditorModel::saveProjectAs() {
     setNotice({});
-    m_flows.projects.saveProject();
+    m_flows.projects.saveProjectAs();
 }
 
 void EditorModel::setNotice(const QString& notice) {

@@ -1,17 +1,14 @@
 #include "window/WindowFixture.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
 #include <QQuickItem>
-#include <QQuickWindow>
 #include <QTest>
-#include <QTranslator>
 #include <cmath>
 
 namespace vantro::window {
 namespace {
 
-/// What everybody can use: told to screen readers, legible, in any language and direction.
+/// What everybody can use: told to screen readers and legible.
 class AccessibilityTest : public test::WindowFixture {
   protected:
     QAccessibleInterface& told(const char* name) {
@@ -101,78 +98,6 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
             EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
                 << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
     }
-}
-
-/// Translates every text into itself in brackets.
-class Brackets : public QTranslator {
-  public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char*, const char* source, const char*, int) const override {
-        return u'[' + QString::fromUtf8(source) + u']';
-    }
-};
-
-class OtherLanguageTest : public AccessibilityTest {
-  protected:
-    OtherLanguageTest() {
-        QCoreApplication::installTranslator(&m_translator);
-        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-    }
-    ~OtherLanguageTest() override {
-        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-        QCoreApplication::removeTranslator(&m_translator);
-    }
-
-    void expectTranslated(const QQuickItem* root) {
-        if (!root->isVisible())
-            return;
-        const auto shown = root->property("text").toString();
-        const bool hasLetters =
-            std::ranges::any_of(shown, [](QChar letter) { return letter.isLetter(); });
-        if (root->inherits("QQuickText") && hasLetters) {
-            EXPECT_TRUE(shown.startsWith(u'[') && shown.endsWith(u']')) << shown.toStdString();
-        }
-        for (const auto* child : root->childItems())
-            expectTranslated(child);
-    }
-    void expectTranslated() {
-        settle();
-        expectTranslated(window().contentItem());
-    }
-
-  private:
-    Brackets m_translator;
-};
-
-TEST_F(OtherLanguageTest, EveryTextIsTranslatedAndScreensAreMirrored) {
-    showWindow();
-    EXPECT_GT(item("systemAudio").mapToScene({}).x(), item("options").mapToScene({}).x());
-    item("captureModes").forceActiveFocus();
-    key(Qt::Key_Right);
-    EXPECT_EQ(state.captureMode(), model::CaptureMode::window) << "which stands right of the area";
-    expectTranslated();
-    keepPicture(QStringLiteral("mirrored-controls"));
-    recording.beginCapture();
-    content = capture::ShareableContent{};
-    runTasks();
-    expectTranslated();
-    recording.windowPickerCancelled();
-    record();
-    platform.next->recorderStatus.condition = capture::RecordingCondition::streamStopped;
-    timers.advance(std::chrono::seconds(1));
-    expectTranslated();
-    app.mayClose();
-    expectTranslated();
-    app.stopAndQuit();
-    expectTranslated();
-    runTasks();
-    state.setRecordingName("1");
-    click("export");
-    expectTranslated();
-    EXPECT_LT(item("export").mapToScene({}).x(), item("recordingName").mapToScene({}).x());
-    EXPECT_LT(item("positionLabel").mapToScene({}).x(), item("durationLabel").mapToScene({}).x())
-        << "time runs to the right";
-    keepPicture(QStringLiteral("mirrored-editor"));
 }
 
 } // namespace

@@ -30,7 +30,7 @@ DesktopSession::DesktopSession(int textResolution) : m_server({.width = 1280, .h
 
 DesktopSession::~DesktopSession() {
     if (testing::Test::HasFailure())
-        keepPicture(QStringLiteral("failure"));
+        picture(QStringLiteral("failure"));
     for (auto* process : {m_program.get(), m_other.get(), m_windowManager.get()})
         if (process != nullptr) {
             process->kill();
@@ -38,7 +38,7 @@ DesktopSession::~DesktopSession() {
         }
 }
 
-void DesktopSession::keepPicture(const QString& name) const {
+QImage DesktopSession::picture(const QString& name) const {
     QDir().mkpath(QStringLiteral(VANTRO_SCREENSHOTS));
     QProcess grabber;
     grabber.setProcessEnvironment(environment());
@@ -47,6 +47,7 @@ void DesktopSession::keepPicture(const QString& name) const {
                    QString::fromStdString(m_server.display()), "-frames:v", "1",
                    QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name)});
     grabber.waitForFinished(longestWait);
+    return QImage(QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name));
 }
 
 QProcessEnvironment DesktopSession::environment() const {

@@ -2,6 +2,7 @@
 
 #include "support/XServer.h"
 
+#include <QImage>
 #include <QProcess>
 #include <QRect>
 #include <QTemporaryDir>
@@ -37,8 +38,8 @@ class DesktopSession {
     /// The lines that it answers; none when it fails.
     QStringList xdoOutput(const QStringList& arguments) const;
 
-    /// Writes what the desktop shows to NAME.png in the folder for people to look at.
-    void keepPicture(const QString& name) const;
+    /// What the desktop shows; kept as NAME.png in the folder for people to look at.
+    QImage picture(const QString& name) const;
 
   private:
     QProcessEnvironment environment() const;

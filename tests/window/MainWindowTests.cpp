@@ -91,7 +91,7 @@ TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {
     EXPECT_TRUE(shows("record"));
 }
 
-TEST_F(MainWindowTest, RecordsAndStopsByKeyboardAndByMouse) {
+TEST_F(MainWindowTest, RecordsAndStopsByKeyboardAndShowsTheTime) {
     state.setCaptureMode(model::CaptureMode::screen);
     showWindow();
     key(Qt::Key_R, Qt::ControlModifier);
@@ -106,13 +106,6 @@ TEST_F(MainWindowTest, RecordsAndStopsByKeyboardAndByMouse) {
     EXPECT_FALSE(item("stop").isEnabled());
     runTasks();
     EXPECT_TRUE(shows("recordingName"));
-    EXPECT_GT(window().width(), 700);
-    click("newRecording");
-    click("record");
-    runTasks();
-    click("stop");
-    runTasks();
-    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
 }
 
 TEST_F(MainWindowTest, EveryWaitingScreenLeadsBackToTheControls) {
@@ -181,9 +174,6 @@ TEST_F(MainWindowTest, NothingBehindAMessageCanBeDone) {
     press();
     EXPECT_FALSE(panels.kind) << "no panel was opened";
     EXPECT_TRUE(state.metadata()) << "the edit is still there";
-    const auto at = [this](const char* name) { return item(name).mapToScene({}).toPoint(); };
-    const auto scene = window().grabWindow();
-    EXPECT_NE(scene.pixelColor(at("exportFormat")), scene.pixelColor(at("acceptButton")));
     click("exportNow");
     EXPECT_FALSE(panels.kind) << "the popover lies beneath";
     key(Qt::Key_Return);

@@ -1,43 +1,85 @@
 #include "window/WindowFixture.h"
 
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryFile>
+#include <QTranslator>
+#include <algorithm>
 
 namespace vantro::window {
 namespace {
 
-/// Shows every screen in one theme, keeps the pictures for people, and checks what can be checked
-/// without taste: the theme's background, and that no text is cut off at the window's edge.
-class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<bool> {
-  protected:
-    void keep(const QString& name) {
-        settle();
-        keepPicture((GetParam() ? QStringLiteral("dark-") : QStringLiteral("light-")) + name);
-        const auto corner = window().grabWindow().pixelColor(1, window().height() - 2);
-        EXPECT_EQ(corner.lightness() < 128, GetParam()) << name.toStdString();
-        expectInside(window().contentItem(), name);
-    }
-
-    void expectInside(QQuickItem* item, const QString& screen) {
-        if (!item->isVisible() || item->clip())
-            return;
-        const auto text = item->property("text").toString();
-        if (item->inherits("QQuickText") && !text.isEmpty()) {
-            const auto rect = item->mapRectToScene(item->boundingRect());
-            const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
-            EXPECT_TRUE(bounds.contains(rect))
-                << screen.toStdString() << ": " << text.toStdString();
-        }
-        for (auto* child : item->childItems())
-            expectInside(child, screen);
+/// Translates every text into itself in brackets.
+class Brackets : public QTranslator {
+  public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* source, const char*, int) const override {
+        return u'[' + QString::fromUtf8(source) + u']';
     }
 };
 
+struct Look {
+    const char* name;
+    ui::ThemeChoice theme;
+    bool isForeign; ///< in another language, from right to left
+};
+
+/// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
+/// without taste: the theme's background, that no text is cut off at the window's edge, and that
+/// all of ours can be translated.
+class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<Look> {
+  protected:
+    ScreenPictureTest() {
+        if (GetParam().isForeign) {
+            QCoreApplication::installTranslator(&m_brackets);
+            QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        }
+        preferences.setTheme(GetParam().theme);
+        showWindow();
+    }
+    ~ScreenPictureTest() override {
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QCoreApplication::removeTranslator(&m_brackets);
+    }
+
+    enum class Texts { allOurs, others };
+
+    void keep(const char* name, Texts texts = Texts::allOurs) {
+        settle();
+        keepPicture(QString::fromLatin1(GetParam().name) + u'-' + QString::fromLatin1(name));
+        const auto corner = window().grabWindow().pixelColor(1, window().height() - 2);
+        EXPECT_EQ(corner.lightness() < 128, GetParam().theme == ui::ThemeChoice::dark) << name;
+        check(window().contentItem(), name, GetParam().isForeign && texts == Texts::allOurs);
+    }
+    bool isLeftOf(const char* a, const char* b) {
+        return item(a).mapToScene({}).x() < item(b).mapToScene({}).x();
+    }
+
+  private:
+    void check(QQuickItem* shown, const char* screen, bool isTranslated) {
+        if (!shown->isVisible() || shown->clip())
+            return;
+        const auto text = shown->property("text").toString();
+        if (shown->inherits("QQuickText") && !text.isEmpty()) {
+            const auto rect = shown->mapRectToScene(shown->boundingRect());
+            const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
+            EXPECT_TRUE(bounds.contains(rect)) << screen << ": " << text.toStdString();
+            const bool hasLetters =
+                std::ranges::any_of(text, [](QChar letter) { return letter.isLetter(); });
+            EXPECT_TRUE(!isTranslated || !hasLetters || text.startsWith(u'['))
+                << screen << " is not translated: " << text.toStdString();
+        }
+        for (auto* child : shown->childItems())
+            check(child, screen, isTranslated);
+    }
+
+    Brackets m_brackets;
+};
+
 TEST_P(ScreenPictureTest, RecordingScreens) {
-    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
-    showWindow();
     keep("controls");
+    EXPECT_EQ(isLeftOf("options", "systemAudio"), GetParam().isForeign);
     QTemporaryFile movie;
     ASSERT_TRUE(movie.open());
     recovery.offer(movie.fileName().toStdString());
@@ -69,10 +111,8 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {
-    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
-    showWindow();
     state.setError("Display not found", model::VantroError::Kind::captureStartFailed);
-    keep("alert");
+    keep("alert", Texts::others);
     state.setShowError(false);
 
     content = capture::ShareableContent{};
@@ -88,7 +128,7 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     recording.beginCapture();
     keep("picker-loading");
     runTasks();
-    keep("picker");
+    keep("picker", Texts::others);
     content = capture::ShareableContent{};
     timers.advance(std::chrono::seconds(1));
     runTasks();
@@ -96,16 +136,16 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     content = std::unexpected("cannot open display :9");
     timers.advance(std::chrono::seconds(1));
     runTasks();
-    keep("picker-error");
+    keep("picker-error", Texts::others);
 }
 
 TEST_P(ScreenPictureTest, Editor) {
-    preferences.setTheme(GetParam() ? ui::ThemeChoice::dark : ui::ThemeChoice::light);
-    showWindow();
     showEditor();
     preview.setPosition(7.3);
     runTasks();
     keep("editor");
+    EXPECT_EQ(isLeftOf("export", "recordingName"), GetParam().isForeign);
+    EXPECT_TRUE(isLeftOf("positionLabel", "durationLabel")) << "time runs to the right";
     click("export");
     keep("export");
     exportScript = [this](const auto& progress) {
@@ -117,11 +157,14 @@ TEST_P(ScreenPictureTest, Editor) {
     panels.answer("/tmp/demo.mp4");
     runTasks();
     state.setError("No space left on device", model::VantroError::Kind::exportFailed);
-    keep("editor-alert");
+    keep("editor-alert", Texts::others);
 }
 
-INSTANTIATE_TEST_SUITE_P(Themes, ScreenPictureTest, testing::Bool(),
-                         [](const auto& theme) { return theme.param ? "Dark" : "Light"; });
+INSTANTIATE_TEST_SUITE_P(Looks, ScreenPictureTest,
+                         testing::Values(Look{"light", ui::ThemeChoice::light, false},
+                                         Look{"dark", ui::ThemeChoice::dark, false},
+                                         Look{"foreign", ui::ThemeChoice::light, true}),
+                         [](const auto& look) { return look.param.name; });
 
 } // namespace
 } // namespace vantro::window

@@ -25,13 +25,10 @@ TEST(SelectionGeometry, IsEvenWhateverTheDirectionAndNoSlip) {
     EXPECT_EQ(drag({20, 20}, {30, 300}), model::Rect{}) << "ten points are a slip";
     EXPECT_EQ(drag({20, 20}, {300, 30}), model::Rect{});
     EXPECT_NE(drag({20, 20}, {31, 31}), model::Rect{});
-}
-
-TEST(SelectionGeometry, LabelCutsOffFractions) {
     SelectionGeometry geometry;
     geometry.press({0, 0});
     geometry.drag({640.9, 360.5});
-    EXPECT_EQ(geometry.label(), "640 x 360");
+    EXPECT_EQ(geometry.label(), "640 x 360") << "fractions are cut off";
 }
 
 /// An overlay over a screen that is white all over.
