@@ -1,21 +1,18 @@
 // Recordings killed in the middle, and `vantro recover` run over what they leave.
-#include "app/files/ProjectPackage.h"
+#include "app/CommandLineFixture.h"
 #include "base/HostClock.h"
 #include "capture/MovieFrames.h"
-#include "export/RecordingFixture.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/TestWindow.h"
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <fstream>
 #include <random>
 #include <thread>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -32,22 +29,6 @@ using ::testing::HasSubstr;
 using vantro::test::TemporaryFolder;
 
 constexpr double mostLost = 1; // seconds
-
-struct Result {
-    int exitCode = -1;
-    std::string output; ///< standard output and error together
-};
-
-Result run(const std::string& command) {
-    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    Result result;
-    char line[4096];
-    while (std::fgets(line, sizeof line, pipe) != nullptr)
-        result.output += line;
-    const int status = ::pclose(pipe);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-    return result;
-}
 
 /// A `vantro record` of one area, until it is killed. Its recording lies below `folder`.
 class Recording {
@@ -106,9 +87,9 @@ class Recording {
 
 class Recovery : public ::testing::Test {
   protected:
-    Result recover(const fs::path& files, const fs::path& project) const {
-        return run(fmt::format("'{}' recover '{}' --output '{}' --json", VANTRO_PROGRAM,
-                               files.string(), project.string()));
+    static test::Result recover(const fs::path& files, const fs::path& project) {
+        return test::vantro(
+            fmt::format("recover '{}' --output '{}' --json", files.string(), project.string()));
     }
 
     const test::XServer server;
@@ -204,20 +185,21 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
 }
 
 TEST_F(Recovery, ListsWhatIsInterruptedAndLeavesWhatIsUnderWay) {
-    const auto list =
-        fmt::format("TMPDIR='{}' '{}' recover", folder.path().string(), VANTRO_PROGRAM);
-    EXPECT_THAT(run(list).output, HasSubstr("No interrupted recording"));
+    const auto list = [&] {
+        return test::vantro("recover", "TMPDIR='" + folder.path().string() + "'").output;
+    };
+    EXPECT_THAT(list(), HasSubstr("No interrupted recording"));
     Recording recording(server, folder.path(), "0,0,64,64");
     recording.awaitFirstPicture();
     const auto project = folder / "early.vantro";
     const auto result = recover(recording.files(), project);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output, HasSubstr("It is still being recorded"));
-    EXPECT_THAT(run(list).output, HasSubstr("No interrupted recording"));
+    EXPECT_THAT(list(), HasSubstr("No interrupted recording"));
     recording.kill();
-    EXPECT_THAT(run(list).output, HasSubstr(recording.files().string()));
+    EXPECT_THAT(list(), HasSubstr(recording.files().string()));
     EXPECT_EQ(recover(recording.files(), project).exitCode, 0);
-    EXPECT_THAT(run(list).output, HasSubstr("No interrupted recording"));
+    EXPECT_THAT(list(), HasSubstr("No interrupted recording"));
 
     // What is whole is saved once more; a project is never lost to it.
     EXPECT_THAT(recover(recording.files(), project).output, HasSubstr("exists; use --force"));

@@ -1,8 +1,6 @@
 #include "model/Canvas.h"
 #include "model/Choices.h"
 
-#include <cmath>
-
 #include <gtest/gtest.h>
 
 namespace vantro::model {
@@ -14,32 +12,11 @@ TEST(Canvas, GrowsToTheRatioInEvenPixels) {
     EXPECT_EQ(canvasSize(ratio16x9, {1000, 1000}), (Size{1776, 1000}));
     EXPECT_EQ(canvasSize(ratio16x9, {1920, 1080}), (Size{1920, 1080}));
     EXPECT_EQ(canvasSize(ratio9x16, {1920, 1080}), (Size{1920, 3412}));
-    EXPECT_EQ(canvasSize(ratio1x1, {1920, 1080}), (Size{1920, 1920}));
     EXPECT_EQ(canvasSize(ratio1x1, {1081, 1921}), (Size{1920, 1920}));
     EXPECT_EQ(canvasSize(ratio4x3, {800, 601}), (Size{800, 600})); // 801.33 x 601
-}
-
-TEST(Canvas, NeverCropsTheVideoByMoreThanTheOddPixel) {
-    for (const auto aspect : allCanvasAspectRatios) {
-        for (int step = 0; step < 400; ++step) {
-            const double width = 2 + step % 20 * 191;
-            const double height = 2 + step / 20 * 173;
-            const auto canvas = canvasSize(aspect, {width, height});
-            EXPECT_GE(canvas.width, width - 1);
-            EXPECT_GE(canvas.height, height - 1);
-            if (aspect != automatic) {
-                EXPECT_EQ(std::fmod(canvas.width, 2), 0);
-                EXPECT_EQ(std::fmod(canvas.height, 2), 0);
-            }
-        }
-    }
-}
-
-TEST(Canvas, TakesTheVideoAsItIsOnAutomatic) {
     EXPECT_EQ(canvasSize(automatic, {1921, 1081}), (Size{1921, 1081}));
     EXPECT_EQ(targetRatio(automatic, {1921, 1081}), 1921.0 / 1081.0);
     EXPECT_EQ(targetRatio(automatic, {}), std::nullopt);
-    EXPECT_EQ(canvasSize(automatic, {}), Size{});
 }
 
 TEST(Choices, ReadBackTheirRawValuesAndNothingElse) {
@@ -49,10 +26,8 @@ TEST(Choices, ReadBackTheirRawValuesAndNothingElse) {
         EXPECT_EQ(webcamPositionFrom(rawValue(position)), position);
     for (const auto mode : allCaptureModes)
         EXPECT_EQ(captureModeFrom(rawValue(mode)), mode);
-    EXPECT_EQ(rawValue(automatic), "Auto");
-    EXPECT_FALSE(canvasAspectRatioFrom("auto"));
-    EXPECT_FALSE(webcamPositionFrom("Topleft"));
-    EXPECT_FALSE(captureModeFrom(""));
+    EXPECT_FALSE(canvasAspectRatioFrom("auto") || webcamPositionFrom("Topleft") ||
+                 captureModeFrom(""));
 }
 
 } // namespace

@@ -11,10 +11,9 @@ TEST(Edit, BeginsWithAllOfTheRecordingOnADarkBackground) {
     EXPECT_EQ(std::get<BackgroundColor>(edit.background.type), (BackgroundColor{0.15, 0.15, 0.15}));
     EXPECT_EQ(edit.background.padding, 0.08);
     EXPECT_EQ(edit.background.cornerRadius, 32);
-    ASSERT_EQ(edit.segments.size(), 1U);
-    EXPECT_EQ(edit.segments[0].startFraction, 0);
-    EXPECT_EQ(edit.segments[0].endFraction, 1);
-    EXPECT_EQ(edit.segments[0].speed, 1);
+    const TimelineSegment all{
+        .id = edit.segments.list().at(0).id, .startFraction = 0, .endFraction = 1, .speed = 1};
+    EXPECT_EQ(edit.segments.list(), std::vector{all});
     EXPECT_EQ(edit.canvasAspectRatio, CanvasAspectRatio::automatic);
     EXPECT_EQ(edit.cursorScale, 3);
     EXPECT_EQ(edit.webcamPosition, WebcamPosition::bottomRight);

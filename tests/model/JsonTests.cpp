@@ -6,7 +6,6 @@
 #include <limits>
 #include <random>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -34,56 +33,34 @@ TEST(MetadataJson, IsCompactInTheOrderOfDeclaration) {
 TEST(MetadataJson, KeepsEveryBitOfANumber) {
     RecordingMetadata metadata;
     std::mt19937_64 random(11);
-    using Limits = std::numeric_limits<double>;
-    std::vector<double> numbers{0.1, 1.0 / 3, -0.0, Limits::min(), Limits::denorm_min(), -1e-7};
-    while (numbers.size() < 3'000) {
-        const auto number = std::bit_cast<double>(random());
-        if (std::abs(number) < 1e9)
+    std::vector<double> numbers{0.1, 1.0 / 3, -0.0, std::numeric_limits<double>::denorm_min()};
+    while (numbers.size() < 3'000)
+        if (const auto number = std::bit_cast<double>(random()); std::abs(number) < 1e9)
             numbers.push_back(number);
-    }
     for (const auto number : numbers)
-        metadata.cursorPositions.push_back({.x = number, .y = 0, .timestamp = 0});
+        metadata.cursorPositions.push_back({.x = number});
     const auto decoded = decodeMetadata(encodeMetadata(metadata));
-    ASSERT_EQ(decoded.cursorPositions.size(), numbers.size());
     for (std::size_t i = 0; i < numbers.size(); ++i)
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(decoded.cursorPositions[i].x),
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(decoded.cursorPositions.at(i).x),
                   std::bit_cast<std::uint64_t>(numbers[i]))
             << numbers[i];
 }
 
 TEST(MetadataJson, OpensRecordsFromBeforeZoomParametersAndTracksExisted) {
-    const std::string old =
+    const auto old = decodeMetadata(
         R"({"startTime":0,"endTime":9,"captureRect":{"x":0,"y":0,"width":8,"height":6},)"
         R"("displayID":1,"frameRate":6e1,"displayScaleFactor":1,"cursorPositions":[],)"
         R"("clickEvents":[{"x":1,"y":2,"timestamp":3,"isRightClick":true},)"
         R"({"id":"nonsense","x":1,"y":2,"timestamp":4,"isRightClick":false,)"
         R"("startOffset":"1","endOffset":null,"zoomLevel":true}],)"
-        R"("hasMicrophoneAudio":1,"hasWebcam":"true","unknown":[{"deeper":{}}],"endTime":8})";
-    const auto first = decodeMetadata(old);
-    EXPECT_FALSE(first.hasSystemAudio || first.hasMicrophoneAudio || first.hasWebcam);
-    EXPECT_EQ(first.frameRate, 60);
-    EXPECT_EQ(first.endTime, 8) << "the last of a repeated key";
-    ASSERT_EQ(first.clickEvents.size(), 2U);
-    for (const auto& click : first.clickEvents) {
-        EXPECT_EQ(click.startOffset, 1.5);
-        EXPECT_EQ(click.endOffset, 1.5);
-        EXPECT_EQ(click.zoomLevel, 1.5);
-    }
-    const auto second = decodeMetadata(old);
-    EXPECT_NE(first.clickEvents[0].id, first.clickEvents[1].id);
-    EXPECT_NE(first.clickEvents[0].id, second.clickEvents[0].id);
-    EXPECT_NE(first.clickEvents[1].id, second.clickEvents[1].id);
-}
-
-TEST(MetadataJson, RefusesToWriteNumbersThatJsonDoesNotHave) {
-    auto metadata = sampleMetadata();
-    metadata.clickEvents.emplace_back().y = std::numeric_limits<double>::infinity();
-    try {
-        encodeMetadata(metadata);
-        FAIL();
-    } catch (const EncodingError& error) {
-        EXPECT_STREQ(error.what(), "clickEvents[1].y: not a finite number, which cannot be saved");
-    }
+        R"("hasMicrophoneAudio":1,"hasWebcam":"true","unknown":[{"deeper":{}}],"endTime":8})");
+    EXPECT_FALSE(old.hasSystemAudio || old.hasMicrophoneAudio || old.hasWebcam);
+    EXPECT_EQ(old.frameRate, 60);
+    EXPECT_EQ(old.endTime, 8) << "the last of a repeated key";
+    for (const auto& click : old.clickEvents)
+        EXPECT_EQ(std::tuple(click.startOffset, click.endOffset, click.zoomLevel),
+                  std::tuple(1.5, 1.5, 1.5));
+    EXPECT_NE(old.clickEvents.at(0).id, old.clickEvents.at(1).id);
 }
 
 TEST(MetadataJson, ReadsALongRecordingAndDeepNestingWithoutTrouble) {
@@ -98,72 +75,67 @@ TEST(MetadataJson, ReadsALongRecordingAndDeepNestingWithoutTrouble) {
     EXPECT_EQ(decodeMetadata(text), sampleMetadata());
 }
 
-TEST(ProjectJson, IsPrettySortedAndStableWithoutTheKeysThatCameLater) {
-    const auto text = encodeProject(sampleProject());
+TEST(MetadataJson, RefusesToWriteNumbersThatJsonDoesNotHave) {
+    auto metadata = sampleMetadata();
+    metadata.clickEvents.emplace_back().y = std::numeric_limits<double>::infinity();
+    try {
+        encodeMetadata(metadata);
+        FAIL();
+    } catch (const EncodingError& error) {
+        EXPECT_STREQ(error.what(), "clickEvents[1].y: not a finite number, which cannot be saved");
+    }
+}
+
+TEST(ProjectJson, IsPrettySortedAndStable) {
+    auto project = sampleProject();
+    const auto text = encodeProject(project);
     EXPECT_TRUE(text.starts_with("{\n  \"backgroundSettings\": {\n    \"cornerRadius\": 16,\n"));
     EXPECT_TRUE(text.ends_with("  \"version\": 1,\n  \"webcamPosition\": \"topLeft\",\n"
                                "  \"webcamSize\": 0.3\n}"));
     EXPECT_EQ(nlohmann::json::parse(text).dump(), nlohmann::ordered_json::parse(text).dump());
-    EXPECT_EQ(reread(sampleProject()), sampleProject());
-    EXPECT_EQ(encodeProject(reread(sampleProject())), text);
-
+    EXPECT_EQ(reread(project), project);
+    EXPECT_EQ(encodeProject(reread(project)), text);
     auto document = nlohmann::json::parse(text);
-    EXPECT_EQ(document.size(), 10U);
     document["version"] = -7; // read, never compared
-    EXPECT_EQ(decodeProject(document.dump(), sampleMovie), sampleProject());
+    EXPECT_EQ(decodeProject(document.dump(), sampleMovie), project);
+    project.name = "Ünïcode \"quoted\" \\ \n\x01 😀";
+    EXPECT_EQ(reread(project).name, project.name);
+    project.name = "broken \xFF\xC3";
+    EXPECT_EQ(reread(project).name, "broken \uFFFD\uFFFD");
 }
 
-TEST(ProjectJson, KeepsWhatIsNotAtItsDefaultOfTheKeysThatCameLater) {
+TEST(ProjectJson, WritesTheKeysThatCameLaterOnlyWhereTheyAreNotAtTheirDefault) {
     auto project = sampleProject();
+    const auto keys = [&] { return nlohmann::json::parse(encodeProject(project)).size(); };
+    EXPECT_EQ(keys(), 10U);
     project.edit.webcamHidden = true;
     project.edit.microphoneVolume = 0.5;
+    EXPECT_EQ(keys(), 12U);
     EXPECT_EQ(reread(project), project);
-    EXPECT_EQ(nlohmann::json::parse(encodeProject(project)).size(), 12U);
     project.edit.webcamMirrored = true;
     project.edit.systemAudioVolume = 2;
     EXPECT_EQ(reread(project), project);
 }
 
-TEST(ProjectJson, StoresBackgroundsUnderTheirDiscriminator) {
-    auto project = sampleProject();
-    const auto type = [&] {
-        return nlohmann::json::parse(encodeProject(project))["backgroundSettings"]["type"].dump();
-    };
-    EXPECT_EQ(type(), R"({"color":{"blue":0.3,"green":0.2,"red":0.1},"type":"color"})");
-
-    project.edit.background.type = BackgroundImageSource::custom("/home/me/my \"lake\".jpg");
-    EXPECT_EQ(type(), R"({"image":{"customFilename":"my \"lake\".jpg","isBuiltIn":false},)"
-                      R"("type":"image"})");
-    EXPECT_EQ(std::get<BackgroundImageSource>(reread(project).edit.background.type),
-              BackgroundImageSource::custom("/p.vantro/my \"lake\".jpg"));
-}
-
-TEST(ProjectJson, CompletesBuiltInBackgroundsFromTheCatalog) {
+TEST(ProjectJson, StoresBackgroundsByNameUnderTheirDiscriminator) {
     test::TemporaryFolder folder;
     folder.write("Backgrounds/builtin-11-mirelune.jpeg", "");
     folder.write("Backgrounds/Thumbnails/builtin-11-mirelune.jpeg", "");
     const BackgroundCatalog catalog(folder.path());
-    auto project = sampleProject();
-    project.edit.background.type = catalog.builtInBackgrounds().at(0);
-    auto text = encodeProject(project);
-    EXPECT_EQ(decodeProject(text, sampleMovie, catalog), project);
-
-    const std::string name = "builtin-11-mirelune";
-    text.replace(text.find(name), name.size(), "builtin-27");
-    try {
-        decodeProject(text, sampleMovie, catalog);
-        FAIL();
-    } catch (const DecodingError& error) {
-        EXPECT_STREQ(error.what(), "Unknown built-in background: builtin-27");
+    const std::pair<BackgroundType, const char*> cases[]{
+        {BackgroundColor{0.1, 0.2, 0.3},
+         R"({"color":{"blue":0.3,"green":0.2,"red":0.1},"type":"color"})"},
+        {BackgroundImageSource::custom("/p.vantro/my \"lake\".jpg"),
+         R"({"image":{"customFilename":"my \"lake\".jpg","isBuiltIn":false},"type":"image"})"},
+        {catalog.builtInBackgrounds().at(0),
+         R"({"image":{"basename":"builtin-11-mirelune","isBuiltIn":true},"type":"image"})"}};
+    for (const auto& [type, json] : cases) {
+        auto project = sampleProject();
+        project.edit.background.type = type;
+        const auto text = encodeProject(project);
+        EXPECT_EQ(nlohmann::json::parse(text)["backgroundSettings"]["type"].dump(), json);
+        EXPECT_EQ(decodeProject(text, sampleMovie, catalog), project);
     }
-}
-
-TEST(ProjectJson, WritesValidTextWhateverTheNameHolds) {
-    auto project = sampleProject();
-    project.name = "Ünïcode \"quoted\" \\ \n\x01 😀";
-    EXPECT_EQ(reread(project).name, project.name);
-    project.name = "broken \xFF\xC3";
-    EXPECT_EQ(reread(project).name, "broken \uFFFD\uFFFD");
 }
 
 TEST(ProjectJson, GivesRepeatedIdentifiersFreshOnesAndRefusesNoOrderOfClicks) {
@@ -174,10 +146,9 @@ TEST(ProjectJson, GivesRepeatedIdentifiersFreshOnesAndRefusesNoOrderOfClicks) {
     project.edit.clickEvents = clicks;
     const auto opened = reread(project).edit.clickEvents;
     ASSERT_EQ(opened.size(), 3U);
-    EXPECT_EQ(opened[0], clicks[0]);
     EXPECT_NE(opened[1].id, clicks[0].id);
-    EXPECT_EQ(opened[1].zoomLevel, clicks[0].zoomLevel);
-    EXPECT_EQ(opened[2], clicks[2]);
+    clicks[1].id = opened[1].id;
+    EXPECT_EQ(opened, clicks) << "nothing else has changed";
 }
 
 } // namespace
