@@ -2,7 +2,6 @@
 
 #include "export/gif/GifFixture.h"
 #include "model/VantroError.h"
-#include "support/FileSizeLimit.h"
 
 #include <fstream>
 #include <random>
@@ -96,21 +95,6 @@ TEST_F(GifFile, KeepsPausesLongerThanADelayCanSay) {
     EXPECT_EQ(gif.totalDelay(), 25 * 60 * 100 + 8);
     EXPECT_EQ(largestError(gif.at(25 * 60 * 100 - 1), *still), 0);
     EXPECT_EQ(largestError(gif.at(25 * 60 * 100), *flat(3, 2, 0)), 0);
-}
-
-TEST_F(GifFile, LeavesTheEarlierFileOnAFullDiskAndSaysWhatHappened) {
-    writeText(m_target, "earlier");
-    const auto message = exportError([&] {
-        exporting::gif::GifWriter writer(m_target, 320, 180, twelfth);
-        const FileSizeLimit limit(100'000);
-        for (unsigned frame = 0; frame < 20; ++frame)
-            writer.append(*noise(320, 180, frame));
-        writer.finish();
-    });
-    EXPECT_THAT(message, AllOf(StartsWith("Failed to finalize GIF"), HasSubstr(m_target.string()),
-                               HasSubstr("File too large")));
-    EXPECT_EQ(readText(m_target), "earlier");
-    EXPECT_EQ(filesInFolder(), 1);
 }
 
 TEST_F(GifFile, FailsAtOnceAtAPlaceThatCannotBeWritten) {
