@@ -5,6 +5,7 @@
 #include "model/VantroError.h"
 #include "render/CompositionBuilder.h"
 #include "render/WebcamMovie.h"
+#include "render/timing/SegmentTimeMap.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,8 +51,11 @@ ZoomCompositor::WebcamFrames webcamFrames(const model::Recording& recording) {
         };
 }
 
-ZoomCompositor::TimeMapper mapperOf(const SegmentTimeMap& map) {
-    return [map](media::MediaTime time) { return map.sourceTime(time.seconds()); };
+/// Seconds of the recording at a time of the film.
+ZoomCompositor::TimeMapper sourceTimes(const model::Edit& edit, double sourceDuration) {
+    return [map = SegmentTimeMap(edit.segments, sourceDuration)](media::MediaTime time) {
+        return map.sourceTime(time.seconds());
+    };
 }
 
 } // namespace
@@ -63,11 +67,11 @@ MovieSession::MovieSession(model::Recording recording, model::Edit edit,
     , m_asset(reported([&] { return media::Asset::open(m_recording.movie()); }))
     , m_videoTrack(firstVideoTrack(m_asset))
     , m_composition(composed(m_edit))
-    , m_timeMap(m_edit.segments, sourceDuration())
+    , m_sourceTime(sourceTimes(m_edit, sourceDuration()))
     , m_compositor(
           std::make_shared<ZoomCompositor>(m_recording, videoSize(), m_edit, std::move(renderer))) {
     m_compositor->setWebcam(webcamFrames(m_recording));
-    m_compositor->setTimeMapper(mapperOf(m_timeMap));
+    m_compositor->setTimeMapper(m_sourceTime);
 }
 
 media::Composition MovieSession::composed(const model::Edit& edit) const {
@@ -77,8 +81,8 @@ media::Composition MovieSession::composed(const model::Edit& edit) const {
 void MovieSession::setEdit(model::Edit edit) {
     if (!(edit.segments == m_edit.segments)) {
         m_composition = composed(edit);
-        m_timeMap = SegmentTimeMap(edit.segments, sourceDuration());
-        m_compositor->setTimeMapper(mapperOf(m_timeMap));
+        m_sourceTime = sourceTimes(edit, sourceDuration());
+        m_compositor->setTimeMapper(m_sourceTime);
     }
     m_compositor->setEdit(edit);
     m_edit = std::move(edit);

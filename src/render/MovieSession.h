@@ -6,7 +6,6 @@
 #include "model/Edit.h"
 #include "model/Recording.h"
 #include "render/ZoomCompositor.h"
-#include "render/timing/SegmentTimeMap.h"
 
 #include <memory>
 #include <optional>
@@ -35,7 +34,7 @@ class MovieSession {
     /// The film's length.
     media::MediaTime duration() const { return m_composition.duration(); }
     /// Seconds of the recording that the film shows at a time of its own.
-    double sourceTime(media::MediaTime time) const { return m_timeMap.sourceTime(time.seconds()); }
+    double sourceTime(media::MediaTime time) const { return m_sourceTime(time); }
     const SourceMotion& motion() const { return m_compositor->motion(); }
 
     /// The film's canvas for a base size, pixels; fails for sizes that no picture can have.
@@ -55,7 +54,7 @@ class MovieSession {
     media::Asset m_asset;
     media::AssetTrack m_videoTrack;
     media::Composition m_composition;
-    SegmentTimeMap m_timeMap;
+    ZoomCompositor::TimeMapper m_sourceTime;
     std::shared_ptr<ZoomCompositor> m_compositor;
     std::optional<media::FrameSource> m_frames; ///< of stills, opened with the first
 };

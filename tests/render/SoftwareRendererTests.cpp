@@ -101,15 +101,6 @@ TEST(SoftwareRenderer, CopiesASourceOfTheOutputsShapeAroundTheCursor) {
     EXPECT_NE(output->row(0, 160)[304], source.row(0, 160)[304]);
 }
 
-TEST(SoftwareRenderer, ConvertsTheColorsOfASourceWithAnotherMatrix) {
-    const auto red = test::flatPicture(PixelFormat::i420, 64, 48, {76, 85, 255, 0},
-                                       {media::ColorMatrix::bt601, true});
-    const auto output = drawnInSoftware(makeScene({64, 48}, alone(red)), PixelFormat::i420);
-    EXPECT_NEAR(output->row(0, 20)[20], 63, 1);
-    EXPECT_NEAR(output->row(1, 10)[10], 102, 1);
-    EXPECT_NEAR(output->row(2, 10)[10], 240, 1);
-}
-
 TEST(SoftwareRenderer, BlendsTheCursorWithoutADarkHalo) {
     auto disc = media::PixelBuffer::allocate(PixelFormat::bgra, 64, 64);
     for (int y = 0; y < 64; ++y) // half-transparent white

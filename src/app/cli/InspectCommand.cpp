@@ -2,6 +2,7 @@
 #include "app/cli/CommonOptions.h"
 #include "export/Inspection.h"
 #include "render/RendererFactory.h"
+#include "render/timing/SegmentTimeMap.h"
 
 #include <iostream>
 

@@ -2,7 +2,6 @@
 
 #include "export/gif/GifFixture.h"
 #include "model/VantroError.h"
-#include "support/FileSizeLimit.h"
 
 #include <fstream>
 #include <random>
