@@ -140,19 +140,5 @@ TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
     }
 }
 
-/// Overwrites the packets of a stream behind `from` seconds, where they lie in
-/// the file.
-void damage(const std::filesystem::path& movie, const std::string& stream, double from) {
-    const auto packets = test::probePackets(movie, stream);
-    std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);
-    for (const auto& packet : packets) {
-        if (std::stod(packet["pts_time"].get<std::string>()) < from)
-            continue;
-        const std::string rubbish(std::stoul(packet["size"].get<std::string>()), '\x55');
-        file.seekp(std::stol(packet["pos"].get<std::string>()));
-        file.write(rubbish.data(), static_cast<std::streamsize>(rubbish.size()));
-    }
-}
-
 } // namespace
 } // namespace vantro::exporting

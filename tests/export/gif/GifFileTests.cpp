@@ -24,26 +24,6 @@ std::shared_ptr<media::PixelBuffer> noise(int width, int height, unsigned seed) 
     return picture(width, height, [&](int, int) { return random() & 0xFFFFFF; });
 }
 
-void writeText(const std::filesystem::path& path, const std::string& text) {
-    std::ofstream(path) << text;
-}
-
-std::string readText(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator(file), {}};
-}
-
-template <typename Action>
-std::string exportError(Action action) {
-    try {
-        action();
-    } catch (const model::VantroError& error) {
-        EXPECT_EQ(error.kind(), model::VantroError::Kind::exportFailed);
-        return error.message();
-    }
-    return "no error";
-}
-
 using GifFile = GifTest;
 
 TEST_F(GifFile, KeepsTimeWhateverTheRoundingOfSingleFrames) {
