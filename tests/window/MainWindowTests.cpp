@@ -150,6 +150,8 @@ TEST_F(MainWindowTest, AnErrorIsShownWithItsAdviceUntilItIsDismissed) {
 TEST_F(MainWindowTest, NothingBehindAMessageCanBeDone) {
     showWindow();
     const auto press = [this] {
+        for (const auto* action : {"record", "stop", "openProject", "edit", "write"})
+            EXPECT_FALSE(guard.property(action).toBool()) << action;
         for (const auto letter : {Qt::Key_R, Qt::Key_O, Qt::Key_N, Qt::Key_E, Qt::Key_S})
             for (const auto& modifiers : {Qt::KeyboardModifiers(Qt::ControlModifier),
                                           Qt::ControlModifier | Qt::ShiftModifier})

@@ -108,6 +108,8 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     platform.next->recorderStatus.condition = capture::RecordingCondition::streamStopped;
     timers.advance(std::chrono::seconds(1));
     keep("recording-ended");
+    app.stop();
+    keep("finishing");
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {
