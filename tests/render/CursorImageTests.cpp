@@ -30,6 +30,11 @@ TEST(BuiltInCursor, IsABlackArrowWithAWhiteRimWhoseTipIsTheHotSpot) {
     EXPECT_EQ(rim[0] + rim[1] + rim[2] + rim[3], 4 * 255);
     EXPECT_LT(at(-3, 6)[3], 10);
     EXPECT_LT(at(1, -2.2)[3], 10);
+    for (int y = 0; y < arrow.pixels->height(); ++y)
+        for (int x = 0; x < arrow.pixels->width(); ++x) {
+            const auto* p = pixel(*arrow.pixels, x, y);
+            ASSERT_LE(std::max({p[0], p[1], p[2]}), p[3]) << "not premultiplied";
+        }
 }
 
 /// A directory of cursor themes made for one test.
