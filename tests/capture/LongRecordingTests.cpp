@@ -43,7 +43,9 @@ TEST(LongRecording, OfTheScreenTakesNoMoreMemoryThanTheMoviesIndex) {
     const auto growth = test::residentMemory() - before;
     recorder.stop();
     EXPECT_EQ(recorder.statistics().framesCaptured, frames);
-    EXPECT_NEAR(media::Asset::open(movie).duration().seconds(), 7200, 5);
+    const double seconds = media::Asset::open(movie).duration().seconds();
+    EXPECT_GE(seconds, 7200);
+    EXPECT_LE(seconds, base::inSeconds(base::hostNow() - start)) << "it lasts until the stop";
     std::cout << "two hours of the screen: " << growth / 1'000'000.0 << " MB\n";
     constexpr std::int64_t indexEntry = 200; // bytes a frame, several lists of the muxer
     if (test::canMeasureMemory) {

@@ -3,15 +3,12 @@
 #include <cstdint>
 #include <fstream>
 
-#include <malloc.h>
 #include <unistd.h>
 
 namespace vantro::test {
 
-/// Bytes of memory that this process occupies, without what the allocator only keeps at hand: how
-/// much that is depends on how the threads happen to run.
+/// Bytes of memory that this process occupies.
 inline std::int64_t residentMemory() {
-    malloc_trim(0);
     std::int64_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages >> pages;
     return pages * sysconf(_SC_PAGESIZE);
