@@ -8,6 +8,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <random>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -73,6 +74,29 @@ class RecordingSessionTest : public testing::Test {
     std::filesystem::path movie = folder.path() / "recording.mov";
     std::shared_ptr<test::StreamScript> script = std::make_shared<test::StreamScript>();
 };
+
+TEST_F(RecordingSessionTest, WaitsForADesktopThatAsksTheUserAndCanBeTakenBack) {
+    script->onQuestion = [](const TargetAnswer&) {}; // the user takes their time
+    const auto session = makeSession();
+    std::stop_source cancelled;
+    cancelled.request_stop();
+    EXPECT_FALSE(session->choose(cancelled.get_token()));
+    EXPECT_TRUE(script->isWithdrawn);
+    script->onQuestion = [](TargetAnswer answer) { answer(std::nullopt); };
+    EXPECT_FALSE(session->choose({})) << "the user has declined";
+    RecordingTarget target;
+    target.width = 320;
+    target.height = 240;
+    std::jthread desktop;
+    script->onQuestion = [&](TargetAnswer answer) {
+        desktop = std::jthread([answer = std::move(answer), target] { answer(target); });
+    };
+    EXPECT_TRUE(session->choose({}));
+    session->start(movie); // asks nobody again
+    deliver(flatPicture(60));
+    session->stop();
+    EXPECT_EQ(test::framesOf(movie).at(0).pixels->width(), 320);
+}
 
 TEST_F(RecordingSessionTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop) {
     const auto recorder = startedSession();

@@ -12,6 +12,9 @@ struct StreamScript {
     capture::PointerOutput* pointer = nullptr;     ///< while the pointer is watched
     capture::SoundOutput* sound = nullptr;         ///< while the microphone runs
     std::string startFailure;
+    /// Set for a desktop that asks the user itself what to record.
+    std::function<void(capture::TargetAnswer)> onQuestion;
+    bool isWithdrawn = false; ///< the question
     bool hasMicrophone = false;
     std::string microphoneFailure; ///< at its start
 };
@@ -26,6 +29,7 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     capture::PlatformAbilities abilities() override {
         capture::PlatformAbilities able;
         able.systemSound.whyNot = "there are no loudspeakers";
+        able.listsContent.whyNot = m_script->onQuestion ? "the desktop asks" : "";
         return able;
     }
     std::expected<std::vector<capture::ShareableDisplay>, std::string> displays() override {
@@ -34,6 +38,13 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     }
     std::expected<capture::ShareableContent, std::string> shareableContent(WindowIcons) override {
         return capture::ShareableContent{.displays = *displays(), .windows = {}};
+    }
+    std::unique_ptr<capture::TargetQuestion> findTarget(const capture::RecordingRequest& request,
+                                                        capture::TargetAnswer answer) override {
+        if (!m_script->onQuestion)
+            return CapturePlatform::findTarget(request, std::move(answer));
+        m_script->onQuestion(std::move(answer));
+        return std::make_unique<Question>(m_script);
     }
     std::expected<std::unique_ptr<capture::ScreenStream>, std::string>
     makeScreenStream(const capture::RecordingTarget&) override {
@@ -54,6 +65,10 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     struct Scripted {
         explicit Scripted(std::shared_ptr<StreamScript> given) : script(std::move(given)) {}
         std::shared_ptr<StreamScript> script;
+    };
+    struct Question final : capture::TargetQuestion, Scripted {
+        using Scripted::Scripted;
+        ~Question() override { script->isWithdrawn = true; }
     };
     struct Stream final : capture::ScreenStream, Scripted {
         using Scripted::Scripted;

@@ -23,26 +23,6 @@ const test::TestWindow::Names ours{
 
 class UnderACompositingManager : public testing::TestWithParam<const char*> {};
 
-TEST_P(UnderACompositingManager, OwnWindowsShowWhatLiesBeneathThem) {
-    const test::XServer server;
-    const test::CompositingManager manager(server, GetParam());
-    test::TestWindow lower(server, {0, 0, 640, 480}, red);
-    test::TestWindow upper(server, {100, 100, 200, 200}, green);
-    test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    test::RunningStream running(server);
-    ASSERT_TRUE(running.awaitColor(200, 200, green));
-    ASSERT_TRUE(running.awaitColor(70, 70, red));
-    upper.fill({80, 80, 10, 10}, blue);
-    ASSERT_TRUE(running.awaitColor(184, 184, blue));
-    own.place({150, 120, 300, 300});
-    lower.fill({420, 400, 10, 10}, blue); // beneath its new place
-    lower.fill({600, 10, 10, 10}, blue);  // and in view
-    ASSERT_TRUE(running.awaitColor(424, 404, blue));
-    ASSERT_TRUE(running.awaitColor(604, 14, blue));
-    for (const auto& [x, y] : {std::pair{54, 54}, {200, 200}, {340, 340}, {440, 410}})
-        EXPECT_FALSE(running.everHadColor(x, y, white)) << x << ", " << y;
-}
-
 TEST_P(UnderACompositingManager, NeitherShadowsNorTheFadingOfOwnWindowsShow) {
     const test::XServer server;
     const test::CompositingManager manager(server, GetParam());

@@ -48,14 +48,6 @@ TEST(X11Content, PutsThePrimaryMonitorFirstAndItsCornerAtTheOrigin) {
     EXPECT_NE(left->displayID, displays.front().displayID);
 }
 
-TEST(X11Content, TakesTheWholeScreenWhereRandrIsMissing) {
-    const test::XServer server({.width = 300, .height = 200, .missingExtensions = {"RANDR"}});
-    const auto displays = contentOf(server).displays;
-    ASSERT_EQ(displays.size(), 1);
-    EXPECT_EQ(displays[0].frame, (model::Rect{0, 0, 300, 200}));
-    EXPECT_TRUE(displays[0].isMain);
-}
-
 TEST(X11Content, ListsWindowsFrontToBackWithTheirNames) {
     const test::XServer server;
     const test::TestWindow back(server, {10, 20, 300, 200}, 0, {"A page", "Reader"});

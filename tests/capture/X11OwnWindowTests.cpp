@@ -2,12 +2,8 @@
 #include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
 #include "support/TestWindow.h"
-#include "support/XConnection.h"
-
-#include <cstdlib>
 
 #include <gtest/gtest.h>
-#include <xcb/composite.h>
 
 namespace vantro::capture {
 namespace {
@@ -110,38 +106,6 @@ TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
     EXPECT_TRUE(test::hasColor(*last, 150, 150, green));
     EXPECT_TRUE(test::hasColor(*last, 250, 270, green));
     EXPECT_FALSE(running.everHadColor(60, 60, white));
-}
-
-/// Keeps all windows apart, as a compositing manager does, but shows none of them.
-struct LazyCompositingManager {
-    explicit LazyCompositingManager(const test::XServer& server)
-        : connection(test::connectTo(server.display())) {
-        const auto root = test::screenOf(connection).root;
-        const auto owner = xcb_generate_id(connection.get());
-        xcb_create_window(connection.get(), 0, owner, root, -10, -10, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_set_selection_owner(connection.get(), owner, test::atom(connection, "_NET_WM_CM_S0"),
-                                XCB_CURRENT_TIME);
-        std::free(xcb_composite_query_version_reply(
-            connection.get(), xcb_composite_query_version(connection.get(), 0, 4), nullptr));
-        xcb_composite_redirect_subwindows(connection.get(), root, XCB_COMPOSITE_REDIRECT_MANUAL);
-        test::roundTrip(connection);
-    }
-
-    test::XConnection connection;
-};
-
-TEST(OwnWindows, ShowWhatLiesBeneathThemUnderACompositingManager) {
-    const test::XServer server;
-    const LazyCompositingManager manager(server);
-    test::TestWindow lower(server, {0, 0, 640, 480}, red);
-    lower.fill({100, 100, 50, 50}, green); // drawn before anybody looks
-    const test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    test::RunningStream running(server);
-    ASSERT_TRUE(running.awaitColor(200, 200, red));
-    EXPECT_TRUE(running.everHadColor(124, 124, green));
-    lower.fill({200, 200, 50, 50}, blue);
-    ASSERT_TRUE(running.awaitColor(224, 224, blue));
 }
 
 TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
