@@ -135,10 +135,10 @@ TEST(Asset, showsRotatedMoviesUpright) {
         const auto frame = test::shownAt(source, {0, 1});
         ASSERT_EQ(frame.pixels->width(), turned ? 96 : 160);
 
-        // The red quarter, stored at the top left, goes round clockwise.
+        // The red quarter, stored at the top left, goes round as other players turn it.
         const auto size = std::pair(frame.pixels->width(), frame.pixels->height());
-        const bool right = rotation == 90 || rotation == 180;
-        const bool below = rotation == 180 || rotation == 270;
+        const bool right = rotation == 180 || rotation == 270;
+        const bool below = rotation == 90 || rotation == 180;
         const auto color = test::colorAt(*frame.pixels, size.first * (right ? 3 : 1) / 4,
                                          size.second * (below ? 3 : 1) / 4);
         EXPECT_NEAR(color[0], 255, 8);
