@@ -167,13 +167,5 @@ TEST(WebcamMovie, ShowsTheLatestFrameNotAfterATimeInAnyOrderOfTimes) {
               webcam.pictureAt(1.5)); // one picture, one texture
 }
 
-TEST(WebcamMovie, ShowsNothingWhereThereIsNothing) {
-    const TemporaryFolder folder;
-    std::ofstream(folder / "noise.mov") << "not a movie";
-    std::ofstream(folder / "empty.mov").flush();
-    for (const auto* name : {"missing.mov", "noise.mov", "empty.mov"})
-        EXPECT_EQ(render::WebcamMovie(folder / name).pictureAt(1), nullptr) << name;
-}
-
 } // namespace
 } // namespace vantro::exporting

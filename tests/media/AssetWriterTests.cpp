@@ -187,26 +187,6 @@ TEST(AssetWriter, refusesLiveFramesWhileItsQueueIsFullAndTimesThatDoNotAscend) {
               std::to_string(taken));
 }
 
-TEST(AssetWriter, reportsAFullDisk) {
-    const test::TemporaryFolder folder;
-    const auto path = folder / "full.mov";
-    std::filesystem::create_symlink("/dev/full", path);
-    AssetWriter writer(path, FileType::quickTimeMovie, settings(640, 360, false));
-    const auto record = [&] {
-        writer.startWriting();
-        writer.startSession({0, 1});
-        const auto picture = noise(640, 360, 1);
-        int index = 0;
-        while (index < 500 && writer.append({picture, {index, 60}, {}}))
-            ++index;
-        EXPECT_LT(index, 500);
-        writer.finish();
-    };
-    EXPECT_THAT(record, testing::ThrowsMessage<MediaError>(
-                            AllOf(HasSubstr(path.string()), HasSubstr("No space left on device"))));
-    EXPECT_TRUE(std::filesystem::exists("/dev/full"));
-}
-
 TEST(AssetWriter, refusesWhatCannotBecomeAMovie) {
     const test::TemporaryFolder folder;
     const auto missing = folder / "none/movie.mp4";

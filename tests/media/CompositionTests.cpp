@@ -29,31 +29,5 @@ TEST(Composition, refusesRangesThatLeaveTheAsset) {
     EXPECT_DEATH(track.insert({{0, 1}, {1, 1}}, source, {1, 1}), "track's end");
 }
 
-TEST(Composition, fiveHundredSegmentsDoNotDrift) {
-    const auto asset = assetOfSeconds(600);
-    Composition composition(asset);
-    auto& track = composition.addTrack(MediaType::video);
-    const auto& source = asset.tracks().front();
-    std::mt19937 random(11);
-    std::int64_t sourceTicks = 0;
-    std::int64_t playedTicks = 0;
-    for (int i = 0; i < 500; ++i) {
-        const std::int64_t length = 100 + random() % 500;
-        const std::int64_t played = 30 + random() % 1500;
-        track.insert({{sourceTicks, 600}, {length, 600}}, source, {playedTicks, 600});
-        if (played != length)
-            track.scale({{playedTicks, 600}, {length, 600}}, {played, 600});
-        ASSERT_EQ(track.sourceTime({playedTicks, 600}), (MediaTime{sourceTicks, 600}));
-        // A time inside: (source − start) / length = (t − target start) / played, exactly.
-        const std::int64_t inside = random() % played;
-        const auto mapped = track.sourceTime({playedTicks + inside, 600}).value_or(MediaTime{});
-        ASSERT_EQ((mapped.value * 600 - sourceTicks * mapped.timescale) * played,
-                  inside * length * mapped.timescale);
-        sourceTicks += length + random() % 100;
-        playedTicks += played;
-    }
-    EXPECT_EQ(composition.duration(), (MediaTime{playedTicks, 600}));
-}
-
 } // namespace
 } // namespace vantro::media

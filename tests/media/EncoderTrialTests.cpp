@@ -73,30 +73,6 @@ TEST(EncoderSelection, remembersLastingVerdictsOnly) {
     EXPECT_EQ(ask(VideoEncoderChoice::vaapi, {""}), "wrong colors");
 }
 
-TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
-    const test::TemporaryFolder folder;
-    for (const auto choice :
-         {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi}) {
-        auto settings = test::filmSettings();
-        settings.encoder = choice;
-        const auto name = std::string(optionName(choice));
-        const auto problem = av::hardwareProblem(choice, settings);
-        const auto write = [&] {
-            AssetWriter writer(folder / "film.mp4", FileType::mpeg4, settings);
-            writer.startWriting();
-            writer.startSession({});
-            writer.append({test::paintedNumber(7, 320, 180), {0, 30}, {1, 30}});
-            writer.finish();
-            EXPECT_EQ(writer.encoderName(), name);
-        };
-        if (problem.empty())
-            EXPECT_NO_THROW(write()) << name;
-        else
-            EXPECT_THAT(write, ::testing::ThrowsMessage<MediaError>(fmt::format(
-                                   "The encoder {} cannot be used: {}", name, problem)));
-    }
-}
-
 TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {
     const test::TemporaryFolder folder;
     const auto encoderOf = [&](VideoSettings settings) {

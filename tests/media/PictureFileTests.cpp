@@ -130,17 +130,5 @@ TEST(PictureFile, SaysWhichFileIsNoPictureAndWhy) {
     EXPECT_THROW(readPicture(folder.path()), MediaError);
 }
 
-TEST(PictureFile, ReadsTheBuiltInBackgrounds) {
-    const model::BackgroundCatalog catalog(VANTRO_RESOURCE_FOLDER);
-    ASSERT_EQ(catalog.builtInBackgrounds().size(), 26U);
-    for (const auto& background : catalog.builtInBackgrounds()) {
-        const auto thumbnail = readPicture(background.thumbnail.value());
-        const auto picture = readPicture(background.path, {384, 216});
-        ASSERT_EQ(thumbnail->width(), 384) << background.name;
-        ASSERT_EQ(picture->width(), 480) << background.name;
-        ASSERT_EQ(picture->height(), 270) << background.name;
-    }
-}
-
 } // namespace
 } // namespace vantro::media

@@ -19,16 +19,5 @@ TEST(Canvas, GrowsToTheRatioInEvenPixels) {
     EXPECT_EQ(targetRatio(automatic, {}), std::nullopt);
 }
 
-TEST(Choices, ReadBackTheirRawValuesAndNothingElse) {
-    for (const auto aspect : allCanvasAspectRatios)
-        EXPECT_EQ(canvasAspectRatioFrom(rawValue(aspect)), aspect);
-    for (const auto position : allWebcamPositions)
-        EXPECT_EQ(webcamPositionFrom(rawValue(position)), position);
-    for (const auto mode : allCaptureModes)
-        EXPECT_EQ(captureModeFrom(rawValue(mode)), mode);
-    EXPECT_FALSE(canvasAspectRatioFrom("auto") || webcamPositionFrom("Topleft") ||
-                 captureModeFrom(""));
-}
-
 } // namespace
 } // namespace vantro::model

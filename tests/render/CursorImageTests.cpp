@@ -75,19 +75,6 @@ TEST(ThemeCursor, FallsBackToTheBuiltInArrowWithoutATheme) {
               standardCursor(CursorStyle::builtIn).pixels->height());
 }
 
-TEST(CursorTextures, ChoosesTheSmallestLevelThatIsAtLeastAsWideAsDrawn) {
-    const CursorTextures textures(standardCursor(CursorStyle::builtIn));
-    const int finest = textures.image().pixels->width();
-    for (int tenths = 10; tenths < 20 * finest; tenths += tenths / 10) {
-        const double width = tenths / 10.0;
-        const auto& texture = textures.textureFor(width);
-        const bool isSmallest = texture->width() < 2 * width || texture->width() < 40;
-        EXPECT_TRUE(isSmallest) << width << " from " << texture->width();
-        EXPECT_TRUE(texture->width() >= width || texture->width() == finest) << width;
-        EXPECT_EQ(texture, textures.textureFor(width));
-    }
-}
-
 TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
     const CursorImage plain = standardCursor(CursorStyle::builtIn);
     const CursorTextures textures(plain);

@@ -144,24 +144,5 @@ TEST(Scene, StandsTheWebcamsMiddleSquareInItsCornerSmallerWhileZoomed) {
     }
 }
 
-TEST(Scene, IsEqualForFramesThatLookTheSame) {
-    Stage stage;
-    stage.content.pointer = PixelPoint{500, 250};
-    const Scene scene = stage.scene();
-    stage.content.camera = {1.0005, 700, 400}; // not zoomed: the center does not show
-    EXPECT_EQ(stage.scene(), scene);
-    stage.content.pointer->x += 0.5;
-    EXPECT_NE(stage.scene(), scene);
-}
-
-TEST(Scene, KnowsWhenItIsTheRecordingAlone) {
-    Stage stage;
-    EXPECT_FALSE(stage.scene().isRecordingAlone());
-    stage.content.background = nullptr;
-    EXPECT_TRUE(stage.scene().isRecordingAlone());
-    stage.content.camera.scale = 2;
-    EXPECT_FALSE(stage.scene().isRecordingAlone());
-}
-
 } // namespace
 } // namespace vantro::render

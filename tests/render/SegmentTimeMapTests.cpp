@@ -23,15 +23,6 @@ TEST(SegmentTimeMap, MapsCutsToTheInstantOfTheCut) {
     EXPECT_EQ(map.sourceTime(99), 8);
 }
 
-TEST(SegmentTimeMap, AnswersZeroWithoutSegmentsOrLength) {
-    const SegmentTimeMap empty({}, 10);
-    EXPECT_EQ(empty.totalDuration(), 0);
-    EXPECT_EQ(empty.sourceTime(3), 0);
-    EXPECT_EQ(empty.outputTime(3), 0);
-    EXPECT_EQ(empty.segmentAt(0.5), nullptr);
-    EXPECT_EQ(SegmentTimeMap(model::fullLengthTimeline(), 0).outputTime(3), 0);
-}
-
 TEST(SegmentTimeMap, ComesBackToWhereItStartedForAnyTimeline) {
     std::mt19937 random(3);
     std::uniform_real_distribution anyWidth(0.01, 0.1);

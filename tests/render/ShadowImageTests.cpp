@@ -71,19 +71,5 @@ INSTANTIATE_TEST_SUITE_P(
                     ShadowShape{{90, 60}, {-20, -10, 130, 80}, 25},  // reaches over the canvas
                     ShadowShape{{400, 60}, {50, 20, 300, 20}, 10})); // corners far apart
 
-TEST(ShadowCache, KeepsAnImageWhileItsShapeIsEqual) {
-    ShadowCache cache;
-    ShadowShape shape{{80, 60}, {10, 10, 60, 40}, 8};
-    const auto first = cache.imageFor(shape);
-    EXPECT_EQ(cache.imageFor(shape), first);
-    shape.place.y = 12;
-    EXPECT_NE(cache.imageFor(shape)->alpha, first->alpha);
-}
-
-TEST(ShadowImageOfNothing, IsClear) {
-    const auto image = drawShadow({{40, 30}, {20, 15, 0, 0}, 32});
-    EXPECT_EQ(std::count(image->alpha.begin(), image->alpha.end(), 0), 40 * 30);
-}
-
 } // namespace
 } // namespace vantro::render
