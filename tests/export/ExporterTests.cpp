@@ -2,20 +2,16 @@
 #include "export/RecordingFixture.h"
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
-#include "model/VantroError.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::exporting {
 namespace {
 
 using namespace vantro::test;
-using ::testing::HasSubstr;
 
 ExportSummary exportTo(const std::filesystem::path& output, const model::Project& project,
                        const ExportProgress& progress = {}) {
@@ -23,16 +19,7 @@ ExportSummary exportTo(const std::filesystem::path& output, const model::Project
     return VideoExporter().run(session, ExportResolution::original, output, progress, {});
 }
 
-std::string failureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const model::VantroError& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
-TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
+TEST(VideoExporter, WritesFramesOfExactLengthAndRate) {
     const TemporaryFolder folder;
     writeColorClock(folder / "recording.mov", 320, 180, 30, 2);
     std::vector<double> reports;
@@ -42,16 +29,10 @@ TEST(VideoExporter, WritesTaggedHighProfileH264OfExactLengthAndRate) {
     EXPECT_EQ(summary.frameCount, 60);
     const auto probed = probe(folder / "out.mp4");
     const auto& stream = probed["streams"][0];
-    EXPECT_EQ(stream["codec_name"], "h264");
-    EXPECT_EQ(stream["profile"], "High");
-    EXPECT_EQ(stream["pix_fmt"], "yuv420p");
     EXPECT_EQ(stream["width"], 320);
     EXPECT_EQ(stream["height"], 180);
     EXPECT_EQ(stream["nb_read_frames"], "60");
     EXPECT_EQ(stream["r_frame_rate"], "30/1");
-    for (const auto* tag : {"color_space", "color_primaries", "color_transfer"})
-        EXPECT_EQ(stream[tag], "bt709") << tag;
-    EXPECT_EQ(stream["color_range"], "tv");
     EXPECT_NEAR(std::stod(probed["format"]["duration"].get<std::string>()), 2.0, 0.001);
 
     EXPECT_FALSE(reports.empty());

@@ -133,18 +133,10 @@ TEST(MovieSession, StandsTheWebcamInItsCornerAndDoesWithoutABrokenOne) {
     auto project = plainProject(folder / "recording.mov", 30, metadata);
     project.edit.webcamSize = 0.25; // a square of 160 pixels, 12.8 from the edges
     auto session = film(project);
-    for (const auto position : model::allWebcamPositions) {
-        project.edit.webcamPosition = position;
-        session.setEdit(project.edit);
-        const auto picture = still(session, 0.5);
-        for (const auto corner : model::allWebcamPositions) {
-            using enum model::WebcamPosition;
-            const int x = corner == topLeft || corner == bottomLeft ? 93 : 547;
-            const int y = corner == topLeft || corner == topRight ? 93 : 267;
-            EXPECT_EQ(isColorOfSecond(meanColor(*picture, x, y), 0), corner == position);
-        }
-    }
-    std::filesystem::remove(folder / "webcam.mov");
+    const auto picture = still(session, 0.5);
+    EXPECT_TRUE(isColorOfSecond(meanColor(*picture, 547, 267), 0));
+    EXPECT_FALSE(isColorOfSecond(meanColor(*picture, 93, 267), 0));
+    std::ofstream(folder / "webcam.mov") << "not a movie";
     auto without = film(project);
     EXPECT_LE(distance(meanColor(*still(without, 0.5), 547, 267), {20, 20, 20}), tolerance);
 }

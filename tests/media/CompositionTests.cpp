@@ -2,23 +2,16 @@
 #include "media/Composition.h"
 #include "media/values/MediaError.h"
 
-#include <random>
-
 #include <gtest/gtest.h>
 
 namespace vantro::media {
 namespace {
 
-Asset assetOfSeconds(int seconds) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg("-f lavfi -i color=s=16x16:r=1:d=" + std::to_string(seconds) +
-                        " -c:v libx264 -pix_fmt yuv420p",
-                    folder / "m.mov");
-    return Asset::open(folder / "m.mov");
-}
-
 TEST(Composition, refusesRangesThatLeaveTheAsset) {
-    const auto asset = assetOfSeconds(2);
+    const test::TemporaryFolder folder;
+    test::runFfmpeg("-f lavfi -i color=s=16x16:r=1:d=2 -c:v libx264 -pix_fmt yuv420p",
+                    folder / "m.mov");
+    const auto asset = Asset::open(folder / "m.mov");
     Composition composition(asset);
     auto& track = composition.addTrack(MediaType::video);
     const auto& source = asset.tracks().front();

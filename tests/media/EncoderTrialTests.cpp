@@ -5,11 +5,9 @@
 #include "media/av/EncoderSelection.h"
 #include "media/av/EncoderTrial.h"
 #include "media/av/SoftwareEncoder.h"
-#include "media/values/MediaError.h"
 
 #include <utility>
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

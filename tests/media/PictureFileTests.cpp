@@ -1,6 +1,5 @@
 #include "media/PictureFile.h"
 #include "media/values/MediaError.h"
-#include "model/BackgroundCatalog.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>

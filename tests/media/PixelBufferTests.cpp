@@ -1,8 +1,5 @@
 #include "media/values/PixelBuffer.h"
 
-#include <cstdint>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 namespace vantro::media {

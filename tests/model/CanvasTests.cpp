@@ -1,5 +1,4 @@
 #include "model/Canvas.h"
-#include "model/Choices.h"
 
 #include <gtest/gtest.h>
 

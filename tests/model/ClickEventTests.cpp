@@ -1,11 +1,8 @@
 #include "model/ClickEvent.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::model {

@@ -1,7 +1,5 @@
 #include "model/Uuid.h"
 
-#include <set>
-
 #include <gtest/gtest.h>
 
 namespace vantro::model {

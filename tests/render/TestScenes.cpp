@@ -5,7 +5,6 @@
 #include <cstring>
 #include <random>
 
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 namespace vantro::test {
@@ -152,20 +151,6 @@ GeneratedFrame generateFrame(std::uint32_t seed) {
         content.recording->format() == PixelFormat::i420)
         frame.outputFormat = PixelFormat::bgra;
     return frame;
-}
-
-std::string GeneratedFrame::describe() const {
-    const auto name = [](PixelFormat format) {
-        return format == PixelFormat::bgra ? "bgra" : "i420";
-    };
-    const auto& [picture, part, place, radius] = scene.recording;
-    return fmt::format("{} {}x{} -> {} {}x{}, recording at {} {} {} {} radius {}, background {}, "
-                       "image {}, cursor {}, zoom {}, webcam {}",
-                       name(picture->format()), picture->width(), picture->height(),
-                       name(outputFormat), scene.canvas.width, scene.canvas.height, place.x,
-                       place.y, place.width, place.height, radius, scene.background.has_value(),
-                       scene.background && scene.background->picture, scene.cursor.has_value(),
-                       scene.zoom.has_value(), scene.webcam.has_value());
 }
 
 std::shared_ptr<media::PixelBuffer> drawn(render::Renderer& renderer, const render::Scene& scene,

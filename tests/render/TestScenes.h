@@ -3,7 +3,6 @@
 #include "render/scene/Renderer.h"
 
 #include <cstdint>
-#include <string>
 
 namespace vantro::test {
 
@@ -25,8 +24,6 @@ const render::CursorTextures& arrow();
 struct GeneratedFrame {
     render::Scene scene;
     media::PixelFormat outputFormat = media::PixelFormat::bgra;
-
-    std::string describe() const;
 };
 GeneratedFrame generateFrame(std::uint32_t seed);
 
