@@ -4,7 +4,6 @@
 #include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
-#include <fstream>
 #include <random>
 #include <thread>
 
@@ -72,8 +71,7 @@ TEST(AssetWriter, writesAnExportAsAnyPlayerExpectsIt) {
     EXPECT_EQ(stream.at("color_range"), "tv");
     for (const char* tag : {"color_space", "color_transfer", "color_primaries"})
         EXPECT_EQ(stream.at(tag), "bt709") << tag;
-    std::ifstream file(movie, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    const auto bytes = test::contentOf(movie);
     EXPECT_NE(bytes.find(std::string("colrnclx\0\1\0\1\0\1", 14)), std::string::npos);
     EXPECT_LT(bytes.find("moov"), bytes.find("mdat")); // starts to play before it is loaded
 

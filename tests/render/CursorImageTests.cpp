@@ -1,11 +1,9 @@
+#include "render/CursorThemeFile.h"
 #include "render/scene/CursorTextures.h"
 #include "support/TemporaryFolder.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <memory>
 
-#include <X11/Xcursor/Xcursor.h>
 #include <gtest/gtest.h>
 
 namespace vantro::render {
@@ -23,26 +21,10 @@ struct ThemeFolder : test::TemporaryFolder {
     }
 };
 
-/// Writes an arrow in each of these sizes, of one color that tells the size.
-void writeCursorFile(const std::filesystem::path& path, const std::vector<unsigned>& sizes) {
-    const std::unique_ptr<XcursorImages, decltype(&XcursorImagesDestroy)> images(
-        XcursorImagesCreate(static_cast<int>(sizes.size())), &XcursorImagesDestroy);
-    for (const unsigned size : sizes) {
-        const int side = static_cast<int>(size * 3 / 2);
-        XcursorImage* image = XcursorImageCreate(side, side);
-        image->size = size;
-        image->xhot = size / 4;
-        image->yhot = size / 8;
-        std::fill_n(image->pixels, image->width * image->height, 0x80402010U + size);
-        images->images[images->nimage++] = image;
-    }
-    ASSERT_TRUE(XcursorFilenameSaveImages(path.c_str(), images.get()));
-}
-
 TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
     const ThemeFolder themes;
     std::filesystem::create_directories(themes / "test/cursors");
-    writeCursorFile(themes / "test/cursors/left_ptr", {24, 96, 48});
+    ASSERT_TRUE(test::writeCursorFile(themes / "test/cursors/left_ptr", {24, 96, 48}));
     const CursorImage cursor = standardCursor(CursorStyle::theme);
     ASSERT_EQ(cursor.pixels->width(), 144);
     EXPECT_FLOAT_EQ(cursor.width, 36);

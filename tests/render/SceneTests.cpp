@@ -37,17 +37,6 @@ TEST(Scene, FitsTheRecordingIntoTheCanvasLessItsPadding) {
     EXPECT_EQ(stage.scene().recording.part, (PixelRect{0, 0, 1600, 1000}));
     EXPECT_EQ(stage.scene().recording.cornerRadius, 40);
     expectNear(stage.scene({1080, 1920}).recording.place, {108, 690, 864, 540});
-    const struct {
-        double padding;
-        PixelRect place;
-    } absurd[]{{0.5, {320, 200, 0, 0}},
-               {0.9, {320, 200, 0, 0}},
-               {1e300, {320, 200, 0, 0}},
-               {-1e300, {0, 0, 640, 400}}};
-    for (const auto& [padding, place] : absurd) {
-        stage.background.padding = padding;
-        EXPECT_EQ(stage.scene({640, 400}).recording.place, place) << padding;
-    }
 }
 
 TEST(Scene, MagnifiesTheCanvasOrWithoutABackgroundTheRecordingItself) {

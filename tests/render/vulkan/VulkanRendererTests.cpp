@@ -19,7 +19,7 @@ Scene copyOf(std::shared_ptr<const media::PixelBuffer> source) {
 }
 
 bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
-    return a.width() == b.width() && a.height() == b.height() && test::difference(a, b).worst == 0;
+    return a.width() == b.width() && a.height() == b.height() && test::largestDifference(a, b) == 0;
 }
 
 class VulkanRendererTest : public CheckedGpu {
