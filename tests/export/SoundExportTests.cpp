@@ -3,7 +3,6 @@
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
 #include "media/Sound.h"
-#include "model/VantroError.h"
 
 #include <algorithm>
 #include <cmath>
@@ -63,8 +62,8 @@ model::Project edited(const std::filesystem::path& movie,
 }
 
 void exportTo(const std::filesystem::path& output, const model::Project& project) {
-    auto film = film(project);
-    VideoExporter().run(film, ExportResolution::original, output, {}, {});
+    auto session = film(project);
+    VideoExporter().run(session, ExportResolution::original, output, {}, {});
 }
 
 TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
@@ -110,16 +109,16 @@ TEST(SoundExport, WritesOneStereoTrackAsLongAsThePicture) {
 TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
     const TemporaryFolder source;
     writeFlashesAndBeeps(source / "recording.mov", 10);
-    auto film = film(edited(source / "recording.mov", {}));
+    auto session = film(edited(source / "recording.mov", {}));
     for (const std::string name : {"out.mp4", "out.gif"}) {
         const TemporaryFolder folder;
         std::ofstream(folder / name) << "the earlier file";
         std::stop_source stop;
         const auto cancel = [&](double) { stop.request_stop(); };
-        const auto summary = name == "out.gif"
-                                 ? GifExporter().run(film, folder / name, cancel, stop.get_token())
-                                 : VideoExporter().run(film, ExportResolution::original,
-                                                       folder / name, cancel, stop.get_token());
+        const auto summary =
+            name == "out.gif" ? GifExporter().run(session, folder / name, cancel, stop.get_token())
+                              : VideoExporter().run(session, ExportResolution::original,
+                                                    folder / name, cancel, stop.get_token());
         EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
         EXPECT_EQ(std::filesystem::file_size(folder / name), 16U);
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
