@@ -24,14 +24,6 @@ TEST(BoundedQueue, RefusesItemsBeyondItsCapacityAndLeavesThemWithTheCaller) {
     EXPECT_EQ(**queue.pop(), 3);
 }
 
-TEST(BoundedQueue, ThrowsAwayWhatIsLeftWhenAbandoned) {
-    BoundedQueue<int> queue(4);
-    queue.push(1);
-    queue.abandon();
-    EXPECT_FALSE(queue.push(2));
-    EXPECT_EQ(queue.pop(), std::nullopt);
-}
-
 TEST(BoundedQueue, KeepsTheOrderWhileProducerAndConsumerWaitForEachOther) {
     constexpr int count = 10'000;
     BoundedQueue<int> queue(3);

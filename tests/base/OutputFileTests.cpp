@@ -18,13 +18,9 @@ long entryCount(const std::filesystem::path& folder) {
     return std::ranges::distance(std::filesystem::directory_iterator(folder));
 }
 
-std::string messageOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::filesystem::filesystem_error& error) {
-        return error.what();
-    }
-    return {};
+auto failsWith(const std::string& file, const std::string& reason) {
+    return testing::ThrowsMessage<std::filesystem::filesystem_error>(
+        testing::AllOf(HasSubstr(file), HasSubstr(reason)));
 }
 
 TEST(OutputFile, ReplacesTheEarlierFileOnlyOnCommitAndLeavesNothingElseBehind) {
@@ -56,15 +52,14 @@ TEST(OutputFile, NamesTheTargetAndTheReasonWhereItCannotBeWritten) {
     test::TemporaryFolder folder;
     const std::string text = "x";
     const auto missing = folder.path() / "missing" / "file";
-    EXPECT_THAT(messageOf([&] { writeWholeFile(missing, text); }),
-                testing::AllOf(HasSubstr(missing.string()), HasSubstr("No such file")));
+    EXPECT_THAT([&] { writeWholeFile(missing, text); },
+                failsWith(missing.string(), "No such file"));
     // The kernel lets nobody create files there, root neither.
-    EXPECT_THAT(messageOf([&] { writeWholeFile("/proc/vantro-test", text); }),
-                HasSubstr("/proc/vantro-test"));
+    EXPECT_THAT([&] { writeWholeFile("/proc/vantro-test", text); },
+                failsWith("/proc/vantro-test", ""));
     const auto occupied = folder.path() / "folder";
     std::filesystem::create_directories(occupied / "inside");
-    EXPECT_THAT(messageOf([&] { writeWholeFile(occupied, text); }),
-                testing::AllOf(HasSubstr(occupied.string()), HasSubstr("directory")));
+    EXPECT_THAT([&] { writeWholeFile(occupied, text); }, failsWith(occupied.string(), "directory"));
     EXPECT_EQ(entryCount(folder.path()), 1);
 }
 

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <stdexcept>
 
 #include <fmt/format.h>
 
@@ -104,13 +103,7 @@ namespace {
 nlohmann::json ffprobe(const std::string& arguments, const std::filesystem::path& file) {
     const auto command = fmt::format("ffprobe -v error -of json {} '{}'", arguments, file.string());
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
-    if (!pipe)
-        throw std::runtime_error("ffprobe cannot be run");
-    std::string output;
-    char chunk[4096];
-    while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe.get()))
-        output.append(chunk, count);
-    return nlohmann::json::parse(output);
+    return nlohmann::json::parse(pipe.get());
 }
 
 } // namespace

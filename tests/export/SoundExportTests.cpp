@@ -3,7 +3,6 @@
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
 #include "media/Sound.h"
-#include "model/VantroError.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,8 +17,6 @@ namespace vantro::exporting {
 namespace {
 
 using namespace vantro::test;
-using test::beepTimes;
-using test::soundOf;
 
 constexpr int frameRate = 60;
 
@@ -28,10 +25,9 @@ constexpr int frameRate = 60;
 void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
                           const std::string& coding = "-c:a aac -b:a 128k -ac 2") {
     const auto picture = movie.parent_path() / "picture.mov";
-    test::writeMovie(
+    writeMovie(
         picture, 160, 90, frameRate, seconds * frameRate, [](media::PixelBuffer& bgra, int frame) {
-            test::fill(bgra, frame % frameRate < frameRate / 10 ? test::Rgb{255, 255, 255}
-                                                                : test::Rgb{0, 0, 0});
+            fill(bgra, frame % frameRate < frameRate / 10 ? Rgb{255, 255, 255} : Rgb{0, 0, 0});
         });
     const auto command = fmt::format("ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
                                      "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:"
@@ -48,8 +44,8 @@ std::vector<double> flashTimes(const std::filesystem::path& movie) {
     std::vector<double> times;
     bool wasWhite = false;
     for (int frame = 0; media::MediaTime{frame, frameRate} < asset.duration(); ++frame) {
-        const auto picture = test::asBgra(source.frameAt({frame, frameRate})->pixels);
-        const bool isWhite = test::meanColor(*picture, 80, 45).green > 127;
+        const auto picture = asBgra(source.frameAt({frame, frameRate})->pixels);
+        const bool isWhite = meanColor(*picture, 80, 45).green > 127;
         if (isWhite && !wasWhite)
             times.push_back(static_cast<double>(frame) / frameRate);
         wasWhite = isWhite;
@@ -59,27 +55,19 @@ std::vector<double> flashTimes(const std::filesystem::path& movie) {
 
 model::Project edited(const std::filesystem::path& movie,
                       std::vector<model::TimelineSegment> segments) {
-    auto project = test::plainProject(movie, frameRate);
+    auto project = plainProject(movie, frameRate);
     if (!segments.empty())
         project.edit.segments = std::move(segments);
     return project;
 }
 
 void exportTo(const std::filesystem::path& output, const model::Project& project) {
-    auto film = test::film(project);
-    VideoExporter().run(film, ExportResolution::original, output, {}, {});
-}
-
-/// What ffprobe says of the file's sound; null when it has none.
-nlohmann::json audioStream(const std::filesystem::path& movie) {
-    for (const auto& stream : test::probeStreams(movie))
-        if (stream["codec_type"] == "audio")
-            return stream;
-    return {};
+    auto session = film(project);
+    VideoExporter().run(session, ExportResolution::original, output, {}, {});
 }
 
 TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 20);
     // Every segment begins at a flash; where one does not end at the next, a
     // second is cut.
@@ -93,7 +81,7 @@ TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
     exportTo(folder / "out.mp4", project);
 
     const auto flashes = flashTimes(folder / "out.mp4");
-    const auto beeps = test::beepTimes(test::soundOf(folder / "out.mp4"));
+    const auto beeps = beepTimes(soundOf(folder / "out.mp4"));
     const std::vector<double> boundaries{0, 2, 3, 5, 6, 7, 11, 13};
     const auto nearest = [](const std::vector<double>& times, double wanted) {
         return *std::ranges::min_element(times, {},
@@ -106,34 +94,31 @@ TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
 }
 
 TEST(SoundExport, WritesOneStereoTrackAsLongAsThePicture) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     writeFlashesAndBeeps(folder / "recording.mov", 3, "-c:a pcm_s16le -ac 1 -ar 44100");
     exportTo(folder / "out.mp4", edited(folder / "recording.mov", {}));
-    const auto sound = audioStream(folder / "out.mp4");
+    const auto sound = probeStreams(folder / "out.mp4").at(1);
     EXPECT_EQ(sound["codec_name"], "aac");
     EXPECT_EQ(sound["profile"], "LC");
     EXPECT_EQ(sound["sample_rate"], "48000");
     EXPECT_EQ(sound["channels"], 2);
     EXPECT_NEAR(std::stod(sound["duration"].get<std::string>()), 3.0, 0.001);
     EXPECT_NEAR(std::stod(sound["start_time"].get<std::string>()), 0.0, 0.001);
-    std::ifstream file(folder / "out.mp4", std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
 }
 
 TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
-    const test::TemporaryFolder source;
+    const TemporaryFolder source;
     writeFlashesAndBeeps(source / "recording.mov", 10);
-    auto film = test::film(edited(source / "recording.mov", {}));
+    auto session = film(edited(source / "recording.mov", {}));
     for (const std::string name : {"out.mp4", "out.gif"}) {
-        const test::TemporaryFolder folder;
+        const TemporaryFolder folder;
         std::ofstream(folder / name) << "the earlier file";
         std::stop_source stop;
         const auto cancel = [&](double) { stop.request_stop(); };
-        const auto summary = name == "out.gif"
-                                 ? GifExporter().run(film, folder / name, cancel, stop.get_token())
-                                 : VideoExporter().run(film, ExportResolution::original,
-                                                       folder / name, cancel, stop.get_token());
+        const auto summary =
+            name == "out.gif" ? GifExporter().run(session, folder / name, cancel, stop.get_token())
+                              : VideoExporter().run(session, ExportResolution::original,
+                                                    folder / name, cancel, stop.get_token());
         EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
         EXPECT_EQ(std::filesystem::file_size(folder / name), 16U);
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);

@@ -42,10 +42,9 @@ TEST(Asset, tellsPathAndReasonOfWhatCannotBeOpened) {
 TEST(Asset, describesItsTracks) {
     const test::TemporaryFolder folder;
     const auto movie = folder / "a b:c'd.mov"; // a name that looks like a protocol's
-    test::runFfmpeg(
-        "-f lavfi -i testsrc2=s=322x182:r=30:d=2 -f lavfi -i sine=r=44100:d=1 -c:v libx264 "
-        "-c:a aac -ac 2",
-        folder / "plain.mov");
+    runFfmpeg("-f lavfi -i testsrc2=s=322x182:r=30:d=2 -f lavfi -i sine=r=44100:d=1 -c:v libx264 "
+              "-c:a aac -ac 2",
+              folder / "plain.mov");
     std::filesystem::rename(folder / "plain.mov", movie);
     const auto asset = Asset::open(movie);
     const auto video = asset.tracks(MediaType::video);
@@ -71,29 +70,24 @@ struct Storage {
     int tolerance = 6; ///< of colours, for lossy coding
 };
 
-// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest looks for this name
-void PrintTo(const Storage& storage, std::ostream* stream) {
-    *stream << storage.name;
-}
-
 class StoredPictures : public testing::TestWithParam<Storage> {};
 
 TEST_P(StoredPictures, showTheirNumbersAndColors) {
     const test::TemporaryFolder folder;
     test::writeRawPictures(folder / "raw", 20, width, height);
     const auto movie = folder / (std::string("movie.") + GetParam().extension);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw " +
-                        std::string(GetParam().arguments),
-                    movie);
+    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw " +
+                  std::string(GetParam().arguments),
+              movie);
     const auto asset = Asset::open(movie);
     FrameSource source(asset, asset.tracks(MediaType::video).at(0).id);
     for (const int number : {0, 7, 19, 3}) {
-        const auto frame = test::shownAt(source, {2LL * number + 1, 40});
+        const auto frame = shownAt(source, {2LL * number + 1, 40});
         EXPECT_NEAR(frame.presentationTime.seconds(), number / 20.0, 0.0006);
         EXPECT_EQ(frame.pixels->width(), width);
         EXPECT_EQ(frame.pixels->height(), height);
-        EXPECT_EQ(test::numberIn(*frame.pixels), number);
-        const auto color = test::colorAt(*frame.pixels, 121, 99);
+        EXPECT_EQ(numberIn(*frame.pixels), number);
+        const auto color = colorAt(*frame.pixels, 121, 99);
         const test::Rgb painted{30, 120, 200};
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_NEAR(color[channel], painted[channel], GetParam().tolerance);
@@ -120,27 +114,26 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Asset, showsRotatedMoviesUpright) {
     const test::TemporaryFolder folder;
-    test::runFfmpeg("-f lavfi -i color=blue:s=160x96:r=10:d=0.5 -vf drawbox=w=80:h=48:c=red:t=fill,"
-                    "drawbox=x=80:w=80:h=48:c=lime:t=fill -c:v libx264 -qp 4 -pix_fmt yuv420p",
-                    folder / "flat.mp4");
+    runFfmpeg("-f lavfi -i color=blue:s=160x96:r=10:d=0.5 -vf drawbox=w=80:h=48:c=red:t=fill,"
+              "drawbox=x=80:w=80:h=48:c=lime:t=fill -c:v libx264 -qp 4 -pix_fmt yuv420p",
+              folder / "flat.mp4");
     for (const int rotation : {0, 90, 180, 270}) {
         SCOPED_TRACE(rotation);
         const auto movie = folder / "turned.mp4";
-        test::runFfmpeg("-i flat.mp4 -c copy -metadata:s:v rotate=" + std::to_string(rotation),
-                        movie);
+        runFfmpeg("-i flat.mp4 -c copy -metadata:s:v rotate=" + std::to_string(rotation), movie);
         const auto asset = Asset::open(movie);
         const bool turned = rotation % 180 != 0;
         EXPECT_EQ(asset.tracks().at(0).naturalSize.width, turned ? 96 : 160);
         FrameSource source(asset, 0);
-        const auto frame = test::shownAt(source, {0, 1});
+        const auto frame = shownAt(source, {0, 1});
         ASSERT_EQ(frame.pixels->width(), turned ? 96 : 160);
 
         // The red quarter, stored at the top left, goes round as other players turn it.
         const auto size = std::pair(frame.pixels->width(), frame.pixels->height());
         const bool right = rotation == 180 || rotation == 270;
         const bool below = rotation == 90 || rotation == 180;
-        const auto color = test::colorAt(*frame.pixels, size.first * (right ? 3 : 1) / 4,
-                                         size.second * (below ? 3 : 1) / 4);
+        const auto color = colorAt(*frame.pixels, size.first * (right ? 3 : 1) / 4,
+                                   size.second * (below ? 3 : 1) / 4);
         EXPECT_NEAR(color[0], 255, 8);
         EXPECT_NEAR(color[1] + color[2], 0, 16);
     }
@@ -149,18 +142,18 @@ TEST(Asset, showsRotatedMoviesUpright) {
 TEST(Asset, startsWhereAPlayerStarts) {
     const test::TemporaryFolder folder;
     test::writeRawPictures(folder / "raw", 40, width, height);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw -c:v libx264 -g 40 "
-                    "-pix_fmt yuv420p",
-                    folder / "whole.mp4");
+    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw -c:v libx264 -g 40 "
+              "-pix_fmt yuv420p",
+              folder / "whole.mp4");
     // An edit list that begins between keyframes, without encoding again.
     const auto movie = folder / "trimmed.mp4";
-    test::runFfmpeg("-ss 0.5 -i whole.mp4 -c copy", movie);
+    runFfmpeg("-ss 0.5 -i whole.mp4 -c copy", movie);
     const auto asset = Asset::open(movie);
     FrameSource source(asset, 0);
-    const auto first = test::shownAt(source, {0, 1});
-    EXPECT_EQ(test::numberIn(*first.pixels), 10);
+    const auto first = shownAt(source, {0, 1});
+    EXPECT_EQ(numberIn(*first.pixels), 10);
     EXPECT_EQ(first.presentationTime, (MediaTime{0, 1}));
-    EXPECT_EQ(test::numberIn(*test::shownAt(source, {1, 1}).pixels), 30);
+    EXPECT_EQ(numberIn(*shownAt(source, {1, 1}).pixels), 30);
     EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
 }
 

@@ -50,7 +50,7 @@ std::string tone(int frequency, int seconds, const std::string& rest = "") {
 }
 
 TEST(AudioMixReader, hearsEveryKindOfSourceAtItsLoudness) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const struct {
         const char* name;
         const char* coding;
@@ -60,28 +60,28 @@ TEST(AudioMixReader, hearsEveryKindOfSourceAtItsLoudness) {
               {"low.mkv", "-ar 8000 -ac 1 -c:a pcm_u8"},
               {"opus.webm", "-af pan='stereo|c0=c0|c1=c0' -c:a libopus"}};
     for (const auto& [name, coding] : kinds) {
-        test::runFfmpeg(tone(1000, 2, coding), folder / name);
-        const auto sound = test::soundOf(folder / name);
-        EXPECT_NEAR(test::secondsOf(sound), 2, 0.03) << name;
+        runFfmpeg(tone(1000, 2, coding), folder / name);
+        const auto sound = soundOf(folder / name);
+        EXPECT_NEAR(secondsOf(sound), 2, 0.03) << name;
         for (const std::size_t channel : {0U, 1U})
-            EXPECT_NEAR(test::toneAmplitude(sound, 1000, 0.2, 1.8, channel), 0.5, 0.03) << name;
+            EXPECT_NEAR(toneAmplitude(sound, 1000, 0.2, 1.8, channel), 0.5, 0.03) << name;
     }
     // All six channels at once are loud, but do not clip: no overtones.
-    test::runFfmpeg(tone(1000, 1, "-af \"pan=5.1|c0=c0|c1=c0|c2=c0|c3=c0|c4=c0|c5=c0\""),
-                    folder / "surround.wav");
-    const auto surround = test::soundOf(folder / "surround.wav");
-    EXPECT_GT(test::toneAmplitude(surround, 1000, 0.2, 0.8), 0.3);
-    EXPECT_LT(test::toneAmplitude(surround, 3000, 0.2, 0.8), 0.01);
+    runFfmpeg(tone(1000, 1, "-af \"pan=5.1|c0=c0|c1=c0|c2=c0|c3=c0|c4=c0|c5=c0\""),
+              folder / "surround.wav");
+    const auto surround = soundOf(folder / "surround.wav");
+    EXPECT_GT(toneAmplitude(surround, 1000, 0.2, 0.8), 0.3);
+    EXPECT_LT(toneAmplitude(surround, 3000, 0.2, 0.8), 0.01);
 }
 
 TEST(AudioMixReader, hearsBeepsWhereTheFileHasThem) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(beeps(3, "-c:a pcm_s16le"), folder / "plain.mov");
-    test::runFfmpeg(beeps(3, "-c:a aac"), folder / "primed.m4a");
-    test::runFfmpeg("-f lavfi -i color=s=64x64:r=30:d=4 -itsoffset 0.4 " + beeps(3, "-c:a aac"),
-                    folder / "late.mp4");
-    test::runFfmpeg(beeps(3, "-af \"asetpts='PTS+gte(N,24000)*0.25/TB'\" -c:a pcm_s16le"),
-                    folder / "gap.mkv");
+    const TemporaryFolder folder;
+    runFfmpeg(beeps(3, "-c:a pcm_s16le"), folder / "plain.mov");
+    runFfmpeg(beeps(3, "-c:a aac"), folder / "primed.m4a");
+    runFfmpeg("-f lavfi -i color=s=64x64:r=30:d=4 -itsoffset 0.4 " + beeps(3, "-c:a aac"),
+              folder / "late.mp4");
+    runFfmpeg(beeps(3, "-af \"asetpts='PTS+gte(N,24000)*0.25/TB'\" -c:a pcm_s16le"),
+              folder / "gap.mkv");
     const struct {
         const char* name;
         std::vector<double> times;
@@ -90,7 +90,7 @@ TEST(AudioMixReader, hearsBeepsWhereTheFileHasThem) {
                  {"late.mp4", {0.4, 1.4, 2.4}},
                  {"gap.mkv", {0, 1.25, 2.25}}};
     for (const auto& [name, times] : expected) {
-        const auto heard = test::beepTimes(test::soundOf(folder / name));
+        const auto heard = beepTimes(soundOf(folder / name));
         ASSERT_EQ(heard.size(), times.size()) << name;
         for (std::size_t i = 0; i < times.size(); ++i)
             EXPECT_NEAR(heard[i], times[i], 0.003) << name;
@@ -98,23 +98,22 @@ TEST(AudioMixReader, hearsBeepsWhereTheFileHasThem) {
 }
 
 TEST(AudioMixReader, keepsThePitchAndExactLengthAtEverySpeed) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(tone(440, 20), folder / "tone.wav");
+    const TemporaryFolder folder;
+    runFfmpeg(tone(440, 20), folder / "tone.wav");
     for (const double speed : {0.25, 0.5, 0.75, 1.5, 2.0, 4.0, 16.0}) {
         const auto composition = composed(folder / "tone.wav", {{600, 600 * 17, speed}});
-        const auto sound = test::allSound(composition);
+        const auto sound = allSound(composition);
         const double length = 16 / speed;
         EXPECT_EQ(sound.size(), composition.duration().rescaled(48'000).value * 2) << speed;
-        EXPECT_NEAR(test::pitch(sound, 0.05, length - 0.05), 440, 4) << speed;
-        EXPECT_NEAR(test::toneAmplitude(sound, test::pitch(sound, 0.05, length - 0.05), 0.1, 0.3),
-                    0.5, 0.1)
+        EXPECT_NEAR(pitch(sound, 0.05, length - 0.05), 440, 4) << speed;
+        EXPECT_NEAR(toneAmplitude(sound, pitch(sound, 0.05, length - 0.05), 0.1, 0.3), 0.5, 0.1)
             << speed;
     }
 }
 
 TEST(AudioMixReader, staysInStepOverFiveHundredSegments) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(beeps(60), folder / "beeps.wav");
+    const TemporaryFolder folder;
+    runFfmpeg(beeps(60), folder / "beeps.wav");
     std::vector<Stretch> stretches;
     double length = 0;
     for (int i = 0; i < 499; ++i) {
@@ -125,38 +124,37 @@ TEST(AudioMixReader, staysInStepOverFiveHundredSegments) {
         length += std::round((last.to - last.from) / last.speed) / 600;
     }
     stretches.push_back({59 * 600, 60 * 600, 1});
-    const auto sound = test::allSound(composed(folder / "beeps.wav", stretches));
+    const auto sound = allSound(composed(folder / "beeps.wav", stretches));
     EXPECT_EQ(sound.size(), static_cast<std::size_t>(std::lround((length + 1) * 48'000)) * 2);
-    const auto heard = test::beepTimes(sound);
+    const auto heard = beepTimes(sound);
     ASSERT_EQ(heard.size(), 1U);
     EXPECT_NEAR(heard.front(), length, 0.002);
 }
 
 TEST(AudioMixReader, beginsWhatIsSuddenOnTimeAndNotBeforeHoweverSlow) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg("-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.05)"
-                    "+0.02*sin(2*PI*200*t)':s=48000:d=7\"",
-                    folder / "hum.wav");
+    const TemporaryFolder folder;
+    runFfmpeg("-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.05)"
+              "+0.02*sin(2*PI*200*t)':s=48000:d=7\"",
+              folder / "hum.wav");
     for (const double speed : {0.2, 0.5, 0.9}) {
-        const auto sound = test::allSound(composed(folder / "hum.wav", {{300, 3900, speed}}));
-        const auto heard = test::beepTimes(sound);
+        const auto sound = allSound(composed(folder / "hum.wav", {{300, 3900, speed}}));
+        const auto heard = beepTimes(sound);
         ASSERT_EQ(heard.size(), 6U) << speed;
         for (int beep = 0; beep < 6; ++beep) {
             const double expected = (0.5 + beep) / speed;
             EXPECT_NEAR(heard[static_cast<std::size_t>(beep)], expected, 0.002) << speed;
             // Up to the beep its surroundings go on: neither a hole nor a foretaste.
-            EXPECT_NEAR(test::toneAmplitude(sound, 200, expected - 0.025, expected - 0.005), 0.02,
-                        0.006)
+            EXPECT_NEAR(toneAmplitude(sound, 200, expected - 0.025, expected - 0.005), 0.02, 0.006)
                 << speed;
-            EXPECT_LT(test::toneAmplitude(sound, 1000, expected - 0.025, expected - 0.002), 0.005)
+            EXPECT_LT(toneAmplitude(sound, 1000, expected - 0.025, expected - 0.002), 0.005)
                 << speed;
         }
     }
 }
 
 TEST(AudioMixReader, cutsWithoutClicksAndJoinsWithoutASeam) {
-    const test::TemporaryFolder folder;
-    test::runFfmpeg(tone(100, 5), folder / "tone.wav");
+    const TemporaryFolder folder;
+    runFfmpeg(tone(100, 5), folder / "tone.wav");
     const auto steepest = [](const std::vector<float>& sound) {
         float step = 0;
         for (std::size_t i = 2; i < sound.size(); ++i)
@@ -164,26 +162,26 @@ TEST(AudioMixReader, cutsWithoutClicksAndJoinsWithoutASeam) {
         return step;
     };
     // The tone itself rises by 0.0065 a sample, a cut at its crest would jump by up to 1.
-    const auto cut = test::allSound(composed(
+    const auto cut = allSound(composed(
         folder / "tone.wav", {{100, 603, 1}, {1201, 1802, 2}, {1804, 2102, 0.5}, {2402, 2703, 1}}));
     EXPECT_LT(steepest(cut), 0.02);
-    const auto whole = test::allSound(composed(folder / "tone.wav", {{0, 1800, 1}}));
-    const auto split = test::allSound(composed(folder / "tone.wav", {{0, 601, 1}, {601, 1800, 1}}));
+    const auto whole = allSound(composed(folder / "tone.wav", {{0, 1800, 1}}));
+    const auto split = allSound(composed(folder / "tone.wav", {{0, 601, 1}, {601, 1800, 1}}));
     EXPECT_EQ(whole, split);
 }
 
 TEST(AudioMixReader, mixesAllTracksAndLimitsTheirSum) {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string two = "-map 0:a -map 1:a -c:a pcm_s16le";
-    test::runFfmpeg(tone(440, 2) + tone(880, 2, two), folder / "two.mov");
-    const auto mixed = test::soundOf(folder / "two.mov");
+    runFfmpeg(tone(440, 2) + tone(880, 2, two), folder / "two.mov");
+    const auto mixed = soundOf(folder / "two.mov");
     for (const double frequency : {440.0, 880.0})
-        EXPECT_NEAR(test::toneAmplitude(mixed, frequency, 0.5, 1.5), 0.5, 0.01) << frequency;
-    test::runFfmpeg(tone(440, 1) + tone(440, 1,
-                                        "-filter_complex \"[0]volume=1.8[a];[1]volume=1.8[b]\" "
-                                        "-map [a] -map [b] -c:a pcm_s16le"),
-                    folder / "loud.mov");
-    const auto loud = test::soundOf(folder / "loud.mov");
+        EXPECT_NEAR(toneAmplitude(mixed, frequency, 0.5, 1.5), 0.5, 0.01) << frequency;
+    runFfmpeg(tone(440, 1) + tone(440, 1,
+                                  "-filter_complex \"[0]volume=1.8[a];[1]volume=1.8[b]\" "
+                                  "-map [a] -map [b] -c:a pcm_s16le"),
+              folder / "loud.mov");
+    const auto loud = soundOf(folder / "loud.mov");
     EXPECT_LE(*std::ranges::max_element(loud), 1.0F);
     EXPECT_GE(*std::ranges::min_element(loud), -1.0F);
 }

@@ -1,3 +1,4 @@
+#include "TestMovies.h"
 #include "media/color/ColorConversion.h"
 
 #include <algorithm>
@@ -95,21 +96,14 @@ double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
 
 double worstBgraError(const PixelBuffer& i420, color::PixelRect rect, const std::uint8_t* bgra,
                       std::ptrdiff_t stride) {
-    const auto color = i420.color();
-    const double kr = color.matrix == ColorMatrix::bt709 ? 0.2126 : 0.299;
-    const double kb = color.matrix == ColorMatrix::bt709 ? 0.0722 : 0.114;
     double worst = 0;
     for (int y = 0; y < rect.height; ++y) {
         for (int x = 0; x < rect.width; ++x) {
-            const double sample = i420.row(0, rect.y + y)[rect.x + x];
-            const double luma = color.fullRange ? sample : (sample - 16) * 255 / 219;
-            const double scale = color.fullRange ? 1 : 255.0 / 224;
-            const double u = (exactChroma(i420, 1, rect.x + x, rect.y + y) - 128) * scale;
-            const double v = (exactChroma(i420, 2, rect.x + x, rect.y + y) - 128) * scale;
-            const double red = luma + 2 * (1 - kr) * v;
-            const double blue = luma + 2 * (1 - kb) * u;
-            const double green =
-                luma - (2 * kr * (1 - kr) * v + 2 * kb * (1 - kb) * u) / (1 - kr - kb);
+            const int column = rect.x + x;
+            const int row = rect.y + y;
+            const auto [red, green, blue] = test::exactColor(i420.color(), i420.row(0, row)[column],
+                                                             exactChroma(i420, 1, column, row),
+                                                             exactChroma(i420, 2, column, row));
             const std::uint8_t* pixel = bgra + y * stride + std::ptrdiff_t{x} * 4;
             const double exact[]{blue, green, red, 255};
             for (int channel = 0; channel < 4; ++channel)

@@ -5,11 +5,9 @@
 #include "media/av/EncoderSelection.h"
 #include "media/av/EncoderTrial.h"
 #include "media/av/SoftwareEncoder.h"
-#include "media/values/MediaError.h"
 
 #include <utility>
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -71,30 +69,6 @@ TEST(EncoderSelection, remembersLastingVerdictsOnly) {
     EXPECT_EQ(ask(VideoEncoderChoice::nvenc, {"wrong colors"}), "");
     EXPECT_EQ(ask(VideoEncoderChoice::vaapi, {"wrong colors"}), "wrong colors");
     EXPECT_EQ(ask(VideoEncoderChoice::vaapi, {""}), "wrong colors");
-}
-
-TEST(EncoderSelection, givesTheForcedEncoderOrSaysWhyNot) {
-    const test::TemporaryFolder folder;
-    for (const auto choice :
-         {VideoEncoderChoice::nvenc, VideoEncoderChoice::qsv, VideoEncoderChoice::vaapi}) {
-        auto settings = test::filmSettings();
-        settings.encoder = choice;
-        const auto name = std::string(optionName(choice));
-        const auto problem = av::hardwareProblem(choice, settings);
-        const auto write = [&] {
-            AssetWriter writer(folder / "film.mp4", FileType::mpeg4, settings);
-            writer.startWriting();
-            writer.startSession({});
-            writer.append({test::paintedNumber(7, 320, 180), {0, 30}, {1, 30}});
-            writer.finish();
-            EXPECT_EQ(writer.encoderName(), name);
-        };
-        if (problem.empty())
-            EXPECT_NO_THROW(write()) << name;
-        else
-            EXPECT_THAT(write, ::testing::ThrowsMessage<MediaError>(fmt::format(
-                                   "The encoder {} cannot be used: {}", name, problem)));
-    }
 }
 
 TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {

@@ -1,4 +1,3 @@
-#include "media/VideoComposition.h"
 #include "media/values/MediaTime.h"
 
 #include <cmath>
@@ -35,18 +34,6 @@ TEST(MediaTimeDeathTest, arithmeticThatLeavesTheRangeIsFatal) {
     EXPECT_DEATH(farthest + farthest, "range");
     EXPECT_DEATH(farthest.rescaled(60'000), "range");
     EXPECT_DEATH(MediaTime::fromSeconds(std::nan("")), "not finite");
-}
-
-TEST(VideoComposition, countsFramesThatStartBeforeTheEnd) {
-    VideoComposition video;
-    video.frameDuration = {1, 60};
-    EXPECT_EQ(video.frameCount({10, 1}), 600);
-    EXPECT_EQ(video.frameCount({1, 60}), 1);
-    EXPECT_EQ(video.frameCount({11, 600}), 2); // one tick of 1/600 s into the second frame
-    EXPECT_EQ(video.frameCount({0, 1}), 0);
-    video.frameDuration = {1001, 30'000};
-    EXPECT_EQ(video.frameCount({1001 * 7LL, 30'000}), 7);
-    EXPECT_EQ(video.frameCount({1001 * 7LL + 1, 30'000}), 8);
 }
 
 } // namespace

@@ -1,11 +1,8 @@
 #include "media/PictureFile.h"
 #include "media/values/MediaError.h"
-#include "model/BackgroundCatalog.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
-#include <functional>
-#include <iterator>
 
 #include <gmock/gmock.h>
 
@@ -16,11 +13,6 @@ namespace fs = std::filesystem;
 
 const fs::path samples = VANTRO_TEST_PICTURES;
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void expectPixel(const PixelBuffer& picture, int x, int y, std::array<int, 4> bgra) {
     for (int channel = 0; channel < 4; ++channel)
         EXPECT_NEAR(picture.row(0, y)[4 * x + channel], bgra[static_cast<std::size_t>(channel)], 3)
@@ -28,21 +20,20 @@ void expectPixel(const PixelBuffer& picture, int x, int y, std::array<int, 4> bg
 }
 
 TEST(PictureFile, StandsUprightAsExifSays) {
-    const test::TemporaryFolder folder;
+    test::TemporaryFolder folder;
     // Where the bright quarter, stored at the top left, is to be seen.
     const struct {
         bool right, below;
     } places[]{{false, false}, {true, false}, {true, true}, {false, true},
                {false, false}, {true, false}, {true, true}, {false, true}};
-    auto bytes = bytesOf(samples / "turned.jpg");
+    auto bytes = test::contentOf(samples / "turned.jpg");
     const std::string tag("\x01\x12\x00\x03\x00\x00\x00\x01\x00", 9);
     const auto value = bytes.find(tag) + tag.size();
     ASSERT_LT(value, bytes.size());
     for (char orientation = 1; orientation <= 8; ++orientation) {
         SCOPED_TRACE(static_cast<int>(orientation));
         bytes[value] = orientation;
-        std::ofstream(folder.path() / "turned", std::ios::binary) << bytes;
-        const auto picture = readPicture(folder.path() / "turned");
+        const auto picture = readPicture(folder.write("turned", bytes));
         ASSERT_EQ(picture->width(), orientation < 5 ? 32 : 16);
         ASSERT_EQ(picture->height(), orientation < 5 ? 16 : 32);
         const auto [right, below] = places[orientation - 1];
@@ -66,17 +57,6 @@ TEST(PictureFile, ReadsEveryKindInItsColors) {
         expectPixel(*readPicture(samples / name, {2, 1}), 0, 0, {12, 25, 50, 64});
     }
     expectPixel(*readPicture(samples / "cmyk.jpg"), 8, 8, {0, 0, 255, 255});
-}
-
-TEST(PictureFile, KeepsNoMorePixelsThanAreNeeded) {
-    const auto need = [](int width, int height) {
-        const auto picture = readPicture(samples / "turned.jpg", {width, height}); // 16 by 32
-        return std::pair(picture->width(), picture->height());
-    };
-    EXPECT_EQ(need(8, 16), std::pair(8, 16));
-    EXPECT_EQ(need(9, 8), std::pair(16, 32));
-    EXPECT_EQ(need(4, 7), std::pair(4, 8));
-    EXPECT_EQ(need(400, 300), std::pair(16, 32));
 }
 
 TEST(PictureFile, ReadsBackThePngThatItWrote) {
@@ -109,10 +89,10 @@ TEST(PictureFile, SaysWhichFileIsNoPictureAndWhy) {
     const test::TemporaryFolder folder;
     const auto path = folder.path() / "picture";
     writePng(path, *PixelBuffer::allocate(PixelFormat::bgra, 300, 300));
-    const auto png = bytesOf(path);
+    const auto png = test::contentOf(path);
     auto huge = png; // claims 65536 by 65536 pixels
     huge.replace(16, 8, std::string("\0\1\0\0\0\1\0\0", 8));
-    const auto jpeg = bytesOf(samples / "turned.jpg");
+    const auto jpeg = test::contentOf(samples / "turned.jpg");
     for (const std::string& bytes :
          {std::string(), std::string("\xFF\xD8\xFF\xE0 but no more"), std::string("GIF89a and on"),
           std::string("\x89PNG\r\n\x1A\n and then nonsense"), png.substr(0, png.size() / 2), huge,
@@ -128,18 +108,6 @@ TEST(PictureFile, SaysWhichFileIsNoPictureAndWhy) {
     }
     EXPECT_THROW(readPicture(folder.path() / "absent"), MediaError);
     EXPECT_THROW(readPicture(folder.path()), MediaError);
-}
-
-TEST(PictureFile, ReadsTheBuiltInBackgrounds) {
-    const model::BackgroundCatalog catalog(VANTRO_RESOURCE_FOLDER);
-    ASSERT_EQ(catalog.builtInBackgrounds().size(), 26U);
-    for (const auto& background : catalog.builtInBackgrounds()) {
-        const auto thumbnail = readPicture(background.thumbnail.value());
-        const auto picture = readPicture(background.path, {384, 216});
-        ASSERT_EQ(thumbnail->width(), 384) << background.name;
-        ASSERT_EQ(picture->width(), 480) << background.name;
-        ASSERT_EQ(picture->height(), 270) << background.name;
-    }
 }
 
 } // namespace

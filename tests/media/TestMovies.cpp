@@ -51,28 +51,29 @@ int numberIn(const media::PixelBuffer& picture) {
     return number;
 }
 
+std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v) {
+    const double kr = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double kb = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
+    const double luma = color.fullRange ? y : (y - 16) * 255 / 219;
+    const double scale = color.fullRange ? 1 : 255.0 / 224;
+    const double red = luma + 2 * (1 - kr) * (v - 128) * scale;
+    const double blue = luma + 2 * (1 - kb) * (u - 128) * scale;
+    return {red, (luma - kr * red - kb * blue) / (1 - kr - kb), blue};
+}
+
 Rgb colorAt(const media::PixelBuffer& picture, int x, int y) {
     if (picture.format() == media::PixelFormat::bgra) {
         const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
         return {pixel[2], pixel[1], pixel[0]};
     }
-    const auto color = picture.color();
-    const double kr = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
-    const double kb = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
-    const double luma =
-        color.fullRange ? picture.row(0, y)[x] / 255.0 : (picture.row(0, y)[x] - 16) / 219.0;
-    const double chromaScale = color.fullRange ? 255.0 : 224.0;
     const std::ptrdiff_t column = x / 2;
     const int row = y / 2;
-    const double u = (picture.row(1, row)[column] - 128) / chromaScale;
-    const double v = (picture.row(2, row)[column] - 128) / chromaScale;
-    const double red = luma + 2 * (1 - kr) * v;
-    const double blue = luma + 2 * (1 - kb) * u;
-    const double green = (luma - kr * red - kb * blue) / (1 - kr - kb);
+    const auto exact = exactColor(picture.color(), picture.row(0, y)[x],
+                                  picture.row(1, row)[column], picture.row(2, row)[column]);
     const auto byte = [](double value) {
-        return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
+        return static_cast<int>(std::lround(std::clamp(value, 0.0, 255.0)));
     };
-    return {byte(red), byte(green), byte(blue)};
+    return {byte(exact[0]), byte(exact[1]), byte(exact[2])};
 }
 
 media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t) {

@@ -1,5 +1,4 @@
 #include "model/Canvas.h"
-#include "model/Choices.h"
 
 #include <gtest/gtest.h>
 
@@ -17,17 +16,6 @@ TEST(Canvas, GrowsToTheRatioInEvenPixels) {
     EXPECT_EQ(canvasSize(automatic, {1921, 1081}), (Size{1921, 1081}));
     EXPECT_EQ(targetRatio(automatic, {1921, 1081}), 1921.0 / 1081.0);
     EXPECT_EQ(targetRatio(automatic, {}), std::nullopt);
-}
-
-TEST(Choices, ReadBackTheirRawValuesAndNothingElse) {
-    for (const auto aspect : allCanvasAspectRatios)
-        EXPECT_EQ(canvasAspectRatioFrom(rawValue(aspect)), aspect);
-    for (const auto position : allWebcamPositions)
-        EXPECT_EQ(webcamPositionFrom(rawValue(position)), position);
-    for (const auto mode : allCaptureModes)
-        EXPECT_EQ(captureModeFrom(rawValue(mode)), mode);
-    EXPECT_FALSE(canvasAspectRatioFrom("auto") || webcamPositionFrom("Topleft") ||
-                 captureModeFrom(""));
 }
 
 } // namespace

@@ -1,11 +1,8 @@
 #include "model/ClickEvent.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::model {
@@ -65,32 +62,6 @@ TEST(NormalizeClickEvents, SeesInEachPairWhatThePairBeforeHasLeft) {
     expected[1].startOffset = 1.5 * (2 / 7.5);
     expected[1].endOffset = expected[2].startOffset = 1;
     EXPECT_EQ(events, expected) << "and nothing else has changed";
-}
-
-TEST(NormalizeClickEvents, LeavesNoOverlapsWhateverTheClicks) {
-    std::mt19937 random(7);
-    for (int round = 0; round < 500; ++round) {
-        const auto duration = std::uniform_real_distribution(1.0, 120.0)(random);
-        std::uniform_real_distribution anyTime(0.0, duration);
-        std::uniform_real_distribution anyOffset(0.0, 4.0);
-        std::vector<ClickEvent> events(random() % 40);
-        for (auto& event : events) {
-            event.timestamp = anyTime(random);
-            event.startOffset = anyOffset(random);
-            event.endOffset = anyOffset(random);
-        }
-        normalizeClickEvents(events, duration);
-        EXPECT_TRUE(std::ranges::is_sorted(events, {}, &ClickEvent::timestamp));
-        double free = 0; // since when no zoom lasts
-        for (const auto& event : events) {
-            if (isSilenced(event))
-                continue;
-            // A side at the floor may reach into its neighbour by as much.
-            EXPECT_GE(event.timestamp - event.startOffset, free - 0.05 - 1e-9);
-            free = event.timestamp + event.endOffset;
-            EXPECT_LE(free, std::max(event.timestamp + 0.05, duration) + 1e-9);
-        }
-    }
 }
 
 } // namespace

@@ -2,9 +2,7 @@
 #include "model/SampleProject.h"
 #include "support/TemporaryFolder.h"
 
-#include <bit>
 #include <limits>
-#include <random>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -28,22 +26,6 @@ TEST(MetadataJson, IsCompactInTheOrderOfDeclaration) {
         R"("hasSystemAudio":true,"hasMicrophoneAudio":false,"hasWebcam":true})";
     EXPECT_EQ(encodeMetadata(sampleMetadata()), expected);
     EXPECT_EQ(decodeMetadata(expected), sampleMetadata());
-}
-
-TEST(MetadataJson, KeepsEveryBitOfANumber) {
-    RecordingMetadata metadata;
-    std::mt19937_64 random(11);
-    std::vector<double> numbers{0.1, 1.0 / 3, -0.0, std::numeric_limits<double>::denorm_min()};
-    while (numbers.size() < 3'000)
-        if (const auto number = std::bit_cast<double>(random()); std::abs(number) < 1e9)
-            numbers.push_back(number);
-    for (const auto number : numbers)
-        metadata.cursorPositions.push_back({.x = number});
-    const auto decoded = decodeMetadata(encodeMetadata(metadata));
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(decoded.cursorPositions.at(i).x),
-                  std::bit_cast<std::uint64_t>(numbers[i]))
-            << numbers[i];
 }
 
 TEST(MetadataJson, OpensRecordsFromBeforeZoomParametersAndTracksExisted) {

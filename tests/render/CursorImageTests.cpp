@@ -1,9 +1,8 @@
 #include "render/CursorThemeFile.h"
 #include "render/scene/CursorTextures.h"
+#include "support/TemporaryFolder.h"
 
-#include <cmath>
 #include <cstdlib>
-#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -14,50 +13,18 @@ const std::uint8_t* pixel(const media::PixelBuffer& picture, double x, double y)
     return picture.row(0, static_cast<int>(y)) + static_cast<std::ptrdiff_t>(x) * 4;
 }
 
-TEST(BuiltInCursor, IsABlackArrowWithAWhiteRimWhoseTipIsTheHotSpot) {
-    const CursorImage arrow = standardCursor(CursorStyle::builtIn);
-    EXPECT_FLOAT_EQ(arrow.height, 24);
-    EXPECT_GE(arrow.pixels->height(), 200);
-    const double scale = arrow.pixels->height() / arrow.height;
-    const auto at = [&](double right, double down) {
-        return pixel(*arrow.pixels, (arrow.hotSpotX + right) * scale,
-                     (arrow.hotSpotY + down) * scale);
-    };
-    const auto* inside = at(2, 6);
-    EXPECT_EQ(inside[0] + inside[1] + inside[2], 0);
-    EXPECT_EQ(inside[3], 255);
-    const auto* rim = at(-0.8, 6);
-    EXPECT_EQ(rim[0] + rim[1] + rim[2] + rim[3], 4 * 255);
-    EXPECT_LT(at(-3, 6)[3], 10);
-    EXPECT_LT(at(1, -2.2)[3], 10);
-    for (int y = 0; y < arrow.pixels->height(); ++y)
-        for (int x = 0; x < arrow.pixels->width(); ++x) {
-            const auto* p = pixel(*arrow.pixels, x, y);
-            ASSERT_LE(std::max({p[0], p[1], p[2]}), p[3]) << "not premultiplied";
-        }
-}
-
-/// A directory of cursor themes made for one test.
-class ThemeDirectory {
-  public:
-    ThemeDirectory() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "themes.XXXXXX").string();
-        m_path = ::mkdtemp(pattern.data());
-        std::filesystem::create_directories(m_path / "test" / "cursors");
-        ::setenv("XCURSOR_PATH", m_path.c_str(), 1);
+/// A folder in which the only cursor theme is looked for.
+struct ThemeFolder : test::TemporaryFolder {
+    ThemeFolder() {
+        ::setenv("XCURSOR_PATH", path().c_str(), 1);
         ::setenv("XCURSOR_THEME", "test", 1);
     }
-    ~ThemeDirectory() { std::filesystem::remove_all(m_path); }
-
-    std::filesystem::path arrowFile() const { return m_path / "test" / "cursors" / "left_ptr"; }
-
-  private:
-    std::filesystem::path m_path;
 };
 
 TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
-    const ThemeDirectory themes;
-    ASSERT_TRUE(test::writeCursorFile(themes.arrowFile(), {24, 96, 48}));
+    const ThemeFolder themes;
+    std::filesystem::create_directories(themes / "test/cursors");
+    ASSERT_TRUE(test::writeCursorFile(themes / "test/cursors/left_ptr", {24, 96, 48}));
     const CursorImage cursor = standardCursor(CursorStyle::theme);
     ASSERT_EQ(cursor.pixels->width(), 144);
     EXPECT_FLOAT_EQ(cursor.width, 36);
@@ -70,22 +37,9 @@ TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
 }
 
 TEST(ThemeCursor, FallsBackToTheBuiltInArrowWithoutATheme) {
-    const ThemeDirectory empty;
+    const ThemeFolder empty;
     EXPECT_EQ(standardCursor(CursorStyle::theme).pixels->height(),
               standardCursor(CursorStyle::builtIn).pixels->height());
-}
-
-TEST(CursorTextures, ChoosesTheSmallestLevelThatIsAtLeastAsWideAsDrawn) {
-    const CursorTextures textures(standardCursor(CursorStyle::builtIn));
-    const int finest = textures.image().pixels->width();
-    for (int tenths = 10; tenths < 20 * finest; tenths += tenths / 10) {
-        const double width = tenths / 10.0;
-        const auto& texture = textures.textureFor(width);
-        const bool isSmallest = texture->width() < 2 * width || texture->width() < 40;
-        EXPECT_TRUE(isSmallest) << width << " from " << texture->width();
-        EXPECT_TRUE(texture->width() >= width || texture->width() == finest) << width;
-        EXPECT_EQ(texture, textures.textureFor(width));
-    }
 }
 
 TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {

@@ -37,17 +37,6 @@ TEST(Scene, FitsTheRecordingIntoTheCanvasLessItsPadding) {
     EXPECT_EQ(stage.scene().recording.part, (PixelRect{0, 0, 1600, 1000}));
     EXPECT_EQ(stage.scene().recording.cornerRadius, 40);
     expectNear(stage.scene({1080, 1920}).recording.place, {108, 690, 864, 540});
-    const struct {
-        double padding;
-        PixelRect place;
-    } absurd[]{{0.5, {320, 200, 0, 0}},
-               {0.9, {320, 200, 0, 0}},
-               {1e300, {320, 200, 0, 0}},
-               {-1e300, {0, 0, 640, 400}}};
-    for (const auto& [padding, place] : absurd) {
-        stage.background.padding = padding;
-        EXPECT_EQ(stage.scene({640, 400}).recording.place, place) << padding;
-    }
 }
 
 TEST(Scene, MagnifiesTheCanvasOrWithoutABackgroundTheRecordingItself) {
@@ -142,25 +131,6 @@ TEST(Scene, StandsTheWebcamsMiddleSquareInItsCornerSmallerWhileZoomed) {
         EXPECT_EQ(webcam->place, place);
         EXPECT_DOUBLE_EQ(webcam->cornerRadius, 0.27 * place.width);
     }
-}
-
-TEST(Scene, IsEqualForFramesThatLookTheSame) {
-    Stage stage;
-    stage.content.pointer = PixelPoint{500, 250};
-    const Scene scene = stage.scene();
-    stage.content.camera = {1.0005, 700, 400}; // not zoomed: the center does not show
-    EXPECT_EQ(stage.scene(), scene);
-    stage.content.pointer->x += 0.5;
-    EXPECT_NE(stage.scene(), scene);
-}
-
-TEST(Scene, KnowsWhenItIsTheRecordingAlone) {
-    Stage stage;
-    EXPECT_FALSE(stage.scene().isRecordingAlone());
-    stage.content.background = nullptr;
-    EXPECT_TRUE(stage.scene().isRecordingAlone());
-    stage.content.camera.scale = 2;
-    EXPECT_FALSE(stage.scene().isRecordingAlone());
 }
 
 } // namespace

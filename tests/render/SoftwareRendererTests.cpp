@@ -79,11 +79,10 @@ TEST(SoftwareRenderer, DrawsTheSameWithEveryInstructionSetAndNumberOfThreads) {
     for (const auto target : hwy::SupportedAndGeneratedTargets()) {
         hwy::SetSupportedTargetsForTest(target);
         for (std::size_t i = 0; i < frames.size(); ++i)
-            EXPECT_EQ(test::difference(*drawnInSoftware(frames[i].scene, frames[i].outputFormat),
-                                       *expected[i])
-                          .worst,
+            EXPECT_EQ(test::largestDifference(
+                          *drawnInSoftware(frames[i].scene, frames[i].outputFormat), *expected[i]),
                       0)
-                << software::kernelTarget() << ": " << frames[i].describe();
+                << software::kernelTarget() << ", frame " << i;
         hwy::SetSupportedTargetsForTest(0);
     }
 }
@@ -112,7 +111,7 @@ TEST(SoftwareRenderer, BlendsTheCursorWithoutADarkHalo) {
     content.pointer = PixelPoint{60.3, 40.7};
     content.cursorScale = 4.1;
     const auto output = drawnInSoftware(makeScene({200, 200}, content), PixelFormat::bgra);
-    EXPECT_LE(test::difference(*output, *content.recording).worst, 1);
+    EXPECT_LE(test::largestDifference(*output, *content.recording), 1);
 }
 
 TEST(SoftwareRenderer, SurvivesScenesOutOfAllProportion) {

@@ -3,7 +3,6 @@
 #include "render/scene/Renderer.h"
 
 #include <cstdint>
-#include <string>
 
 namespace vantro::test {
 
@@ -25,19 +24,13 @@ const render::CursorTextures& arrow();
 struct GeneratedFrame {
     render::Scene scene;
     media::PixelFormat outputFormat = media::PixelFormat::bgra;
-
-    std::string describe() const;
 };
 GeneratedFrame generateFrame(std::uint32_t seed);
 
 /// Draws into memory that was gray before.
 std::shared_ptr<media::PixelBuffer> drawn(render::Renderer& renderer, const render::Scene& scene,
                                           media::PixelFormat format = media::PixelFormat::bgra);
-/// How far two pictures lie apart in a channel or sample.
-struct Difference {
-    int worst = 0;
-    double mean = 0;
-};
-Difference difference(const media::PixelBuffer& a, const media::PixelBuffer& b);
+/// How far two pictures lie apart in a channel or sample, at most.
+int largestDifference(const media::PixelBuffer& a, const media::PixelBuffer& b);
 
 } // namespace vantro::test

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "export/gif/DecodedGif.h"
+#include "export/RecordingFixture.h"
 #include "export/gif/GifWriter.h"
-#include "support/TemporaryFolder.h"
+#include "media/FrameSource.h"
 
 #include <concepts>
 #include <cstdint>
 #include <filesystem>
-#include <iterator>
 #include <memory>
+#include <numeric>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -37,13 +39,35 @@ inline int packed(int red, int green, int blue) {
     return red << 16 | green << 8 | blue;
 }
 
-/// Tests with a folder of their own.
-class GifTest : public testing::Test {
-  protected:
-    std::ptrdiff_t filesInFolder() const {
-        return std::distance(std::filesystem::directory_iterator(m_folder.path()), {});
+/// A GIF as a player shows it.
+class PlayedGif {
+  public:
+    explicit PlayedGif(const std::filesystem::path& path)
+        : m_source(media::Asset::open(path), 0), m_bytes(contentOf(path)) {
+        for (const auto& packet : probePackets(path, "v:0"))
+            m_delays.push_back(packet.at("duration"));
     }
 
+    std::size_t bytes() const { return m_bytes.size(); }
+    bool loopsForEver() const { return m_bytes.contains(std::string("NETSCAPE2.0\3\1\0\0", 15)); }
+    /// Of each of its images, hundredths of a second.
+    const std::vector<int>& delays() const { return m_delays; }
+    int totalDelay() const { return std::reduce(m_delays.begin(), m_delays.end()); }
+
+    /// What is on screen `hundredths` after the start.
+    std::shared_ptr<const media::PixelBuffer> at(int hundredths) {
+        return m_source.frameAt({hundredths, 100}).value().pixels;
+    }
+
+  private:
+    media::FrameSource m_source;
+    std::string m_bytes;
+    std::vector<int> m_delays;
+};
+
+/// Tests with a file of their own.
+class GifTest : public testing::Test {
+  protected:
     TemporaryFolder m_folder;
     std::filesystem::path m_target = m_folder / "movie.gif";
 };

@@ -2,7 +2,6 @@
 #include "render/vulkan/CheckedGpu.h"
 #include "render/vulkan/VulkanRenderer.h"
 
-#include <array>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,13 +9,6 @@
 
 namespace vantro::render::vulkan {
 namespace {
-
-using Pixel = std::array<int, 4>;
-
-Pixel pixelAt(const media::PixelBuffer& picture, int x, int y) {
-    const std::uint8_t* pixel = picture.row(0, y) + std::ptrdiff_t{x} * 4;
-    return {pixel[0], pixel[1], pixel[2], pixel[3]};
-}
 
 /// A scene that is its source, pixel for pixel.
 Scene copyOf(std::shared_ptr<const media::PixelBuffer> source) {
@@ -27,14 +19,13 @@ Scene copyOf(std::shared_ptr<const media::PixelBuffer> source) {
 }
 
 bool samePixels(const media::PixelBuffer& a, const media::PixelBuffer& b) {
-    return a.width() == b.width() && a.height() == b.height() && test::difference(a, b).worst == 0;
+    return a.width() == b.width() && a.height() == b.height() && test::largestDifference(a, b) == 0;
 }
 
 class VulkanRendererTest : public CheckedGpu {
   protected:
-    std::shared_ptr<media::PixelBuffer> draw(const Scene& scene,
-                                             media::PixelFormat format = media::PixelFormat::bgra) {
-        return test::drawn(*gpu, scene, format);
+    std::shared_ptr<media::PixelBuffer> draw(const Scene& scene) {
+        return test::drawn(*gpu, scene);
     }
 };
 
@@ -49,38 +40,10 @@ TEST_F(VulkanRendererTest, DoesNotSendTheSamePictureTwice) {
 }
 
 TEST_F(VulkanRendererTest, TakesRecordingsAsOpaque) {
-    const auto output =
-        draw(copyOf(test::flatPicture(media::PixelFormat::bgra, 5, 5, {10, 20, 30, 0})));
-    EXPECT_EQ(pixelAt(*output, 2, 2), (Pixel{10, 20, 30, 255}));
-}
-
-TEST_F(VulkanRendererTest, ConvertsKnownColorsBothWays) {
-    struct Known {
-        media::ColorDescription color;
-        std::array<std::uint8_t, 4> planes;
+    const auto flat = [](std::uint8_t alpha) {
+        return test::flatPicture(media::PixelFormat::bgra, 5, 5, {10, 20, 30, alpha});
     };
-    // Pure red as each standard writes it.
-    const std::array reds{
-        Known{{media::ColorMatrix::bt709, false}, {63, 102, 240, 0}},
-        Known{{media::ColorMatrix::bt601, false}, {81, 90, 240, 0}},
-        Known{{media::ColorMatrix::bt709, true}, {54, 99, 255, 0}},
-        Known{{media::ColorMatrix::bt601, true}, {76, 85, 255, 0}},
-    };
-    for (const Known& red : reds) {
-        const auto source =
-            test::flatPicture(media::PixelFormat::i420, 7, 5, red.planes, red.color);
-        const Pixel pixel = pixelAt(*draw(copyOf(source)), 6, 4);
-        EXPECT_NEAR(pixel[0], 0, 2);
-        EXPECT_NEAR(pixel[1], 0, 2);
-        EXPECT_NEAR(pixel[2], 255, 2);
-    }
-    const auto output =
-        draw(copyOf(test::flatPicture(media::PixelFormat::bgra, 7, 5, {0, 0, 255, 255})),
-             media::PixelFormat::i420);
-    for (int plane = 0; plane < 3; ++plane)
-        for (const int column : {0, plane == 0 ? 6 : 3})
-            EXPECT_EQ(output->row(plane, output->planeHeight(plane) - 1)[column],
-                      reds[0].planes[static_cast<std::size_t>(plane)]);
+    EXPECT_TRUE(samePixels(*draw(copyOf(flat(0))), *flat(255)));
 }
 
 TEST_F(VulkanRendererTest, GivesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFrame) {
@@ -98,13 +61,6 @@ TEST_F(VulkanRendererTest, GivesUpForGoodWithOneLineWhenTheDeviceCannotHoldAFram
     EXPECT_FALSE(drewAgain);
     EXPECT_THAT(logged, testing::HasSubstr("32768 × 1 is too large"));
     EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
-}
-
-TEST(MakeVulkanRenderer, LeavesSoftwareDriversAloneUnlessTold) {
-    const auto made = makeVulkanRenderer();
-    if (made)
-        GTEST_SKIP() << "a real GPU is here: " << (*made)->description();
-    EXPECT_THAT(made.error(), testing::StartsWith("only software Vulkan (llvmpipe"));
 }
 
 TEST(MakeVulkanRenderer, SaysSoWhereThereIsNoDriver) {
