@@ -241,18 +241,6 @@ TEST_F(TwoDisplaysTest, AnAreaIsDraggedOutOnAnyOfThemWithoutOurWindowInSight) {
     EXPECT_EQ(movieSize(recorded), (model::Size{250, 200}));
 }
 
-TEST_F(TwoDisplaysTest, ScreenModeRecordsTheChosenOne) {
-    start();
-    click(screenMode);
-    ASSERT_TRUE(session.mainWindowBecomes(controlsSize + QSize(0, 38))) << errors();
-    session.xdo({"key", "Tab", "Down"});
-    session.xdo({"key", "ctrl+r"});
-    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
-    const auto recorded = stopped();
-    EXPECT_EQ(recorded.metadata.captureRect, (model::Rect{1000, 0, 280, 900}));
-    EXPECT_EQ(movieSize(recorded), (model::Size{280, 900}));
-}
-
 TEST(EndToEnd, ADraggedAreaIsRecordedAtItsEvenSizeWhateverTheScaling) {
     for (const auto& [textResolution, expected] : {std::pair{96, model::Rect{400, 300, 300, 200}},
                                                    {144, {400, 300, 300, 200}},
@@ -280,25 +268,6 @@ TEST(EndToEnd, ADraggedAreaIsRecordedAtItsEvenSizeWhateverTheScaling) {
         const auto recorded = recordedIn(session.recordings());
         EXPECT_EQ(recorded.metadata.captureRect, expected) << textResolution;
         EXPECT_EQ(movieSize(recorded), (model::Size{300, 200})) << textResolution;
-    }
-}
-
-TEST(EndToEnd, WithoutADisplayItSaysSoInOneLine) {
-    QProcess program;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto* name : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "DISPLAY"})
-        environment.remove(QString::fromLatin1(name));
-    program.setProcessEnvironment(environment);
-    for (const auto* display : {"", ":4711"}) {
-        environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(display));
-        program.setProcessEnvironment(environment);
-        program.start(QStringLiteral(VANTRO_PROGRAM), QStringList());
-        ASSERT_TRUE(program.waitForFinished());
-        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(program.exitCode(), 1);
-        const auto said = program.readAllStandardError();
-        EXPECT_THAT(said.toStdString(), testing::StartsWith("vantro: no window can be opened: "));
-        EXPECT_EQ(said.count('\n'), 1) << said.toStdString();
     }
 }
 

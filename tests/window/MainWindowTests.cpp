@@ -108,26 +108,6 @@ TEST_F(MainWindowTest, RecordsAndStopsByKeyboardAndShowsTheTime) {
     EXPECT_TRUE(shows("recordingName"));
 }
 
-TEST_F(MainWindowTest, EveryWaitingScreenLeadsBackToTheControls) {
-    showWindow();
-    for (const auto mode : {model::CaptureMode::area, model::CaptureMode::screen}) {
-        recording.setCountdown(mode == model::CaptureMode::screen ? 3 : 0);
-        for (const bool byKey : {true, false}) {
-            record(mode);
-            EXPECT_FALSE(shows("record"));
-            byKey ? key(Qt::Key_Escape) : click("statusAction");
-            EXPECT_TRUE(shows("record"));
-        }
-    }
-    EXPECT_TRUE(overlays.shown.expired());
-    for (const bool byKey : {true, false}) {
-        record(model::CaptureMode::window);
-        byKey ? key(Qt::Key_Escape) : click("pickerCancel");
-        EXPECT_TRUE(shows("record"));
-    }
-    EXPECT_EQ(platform.next->starts, 0);
-}
-
 TEST_F(MainWindowTest, AnErrorIsShownWithItsAdviceUntilItIsDismissed) {
     showWindow();
     for (const auto dismiss : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space, Qt::Key_unknown}) {
@@ -182,17 +162,6 @@ TEST_F(MainWindowTest, NothingBehindAMessageCanBeDone) {
     EXPECT_FALSE(state.showError());
 }
 
-TEST_F(MainWindowTest, ClosingWhileRecordingAsksAndCanBeTakenBack) {
-    showWindow();
-    record();
-    key(Qt::Key_Q, Qt::ControlModifier);
-    ASSERT_TRUE(window().isVisible());
-    EXPECT_EQ(item("quitCard").property("reject").toString(), "Keep Recording");
-    key(Qt::Key_Escape);
-    EXPECT_FALSE(shows("quitCard"));
-    EXPECT_EQ(state.phase(), app::AppPhase::recording());
-}
-
 TEST_F(MainWindowTest, ClosingFinishesTheFileBeforeItQuitsAndAFailureIsShownInstead) {
     showWindow();
     int quits = 0;
@@ -217,25 +186,6 @@ TEST_F(MainWindowTest, ClosingFinishesTheFileBeforeItQuitsAndAFailureIsShownInst
     key(Qt::Key_Q, Qt::ControlModifier);
     EXPECT_EQ(quits, 2) << "at once when nothing is recorded";
     EXPECT_FALSE(window().isVisible());
-}
-
-TEST_F(MainWindowTest, OffersTheLastRecordingAndTakesTheAnswer) {
-    const std::filesystem::path movie =
-        files.filePath(QStringLiteral("recording.mov")).toStdString();
-    std::ofstream(movie) << "no movie";
-    showWindow();
-    recovery.offer(movie);
-    settle();
-    click("acceptButton");
-    runTasks();
-    EXPECT_TRUE(shows("alertCard")) << "it cannot be read";
-    key(Qt::Key_Return);
-    recovery.offer(movie);
-    settle();
-    EXPECT_TRUE(shows("recoveryCard"));
-    key(Qt::Key_Escape);
-    EXPECT_FALSE(recovery.isOffered());
-    EXPECT_TRUE(shows("record"));
 }
 
 TEST_F(MainWindowTest, AButtonThatWasClickedLeavesTheKeyboardWhereItWas) {

@@ -78,19 +78,6 @@ TEST_F(WindowPickerTest, ListsTheWindowsOnceTheyAreKnownAndTakesARow) {
     EXPECT_EQ(windows.rowCount(), 0) << "no longer shown";
 }
 
-TEST_F(WindowPickerTest, FailureAndEmptinessAreTold) {
-    content = std::unexpected("cannot open display :9");
-    openPicker();
-    runTasks();
-    EXPECT_EQ(text("pickerMessage"), "Could not list windows");
-    EXPECT_EQ(text("pickerError"), "cannot open display :9");
-    content = capture::ShareableContent{};
-    timers.advance(std::chrono::seconds(1));
-    runTasks();
-    EXPECT_EQ(text("pickerMessage"), "No windows available");
-    EXPECT_FALSE(shows("pickerError"));
-}
-
 TEST_F(WindowPickerTest, FollowsWindowsThatComeGoAndChangeWithoutMovingTheOthers) {
     openPicker();
     runTasks();

@@ -66,32 +66,6 @@ class ExportFlowTest : public EditedStateTest {
 
 using testing::ElementsAre;
 
-TEST_F(ExportFlowTest, ProposesTheRecordingsNameAndExportsTheEditWithProgress) {
-    script = [](const auto& progress, const auto&) {
-        progress(0.25);
-        progress(0.25);
-        progress(1.0);
-    };
-    std::vector<QString> exported;
-    QObject::connect(flow.get(), &ExportFlow::exported,
-                     [&](const auto& path) { exported.push_back(path); });
-    startExport();
-    EXPECT_EQ(panels.proposedName, "demo.mp4");
-    tasks.runAll();
-    ASSERT_EQ(jobs.size(), 1U);
-    EXPECT_EQ(jobs[0].output, folder / "out.mp4");
-    EXPECT_EQ(jobs[0].resolution, exporting::ExportResolution::hd720);
-    EXPECT_EQ(jobs[0].recording.movie(), folder / "source/recording.mov");
-    EXPECT_THAT(phases, ElementsAre(AppPhase::exporting(0.25), AppPhase::exporting(1.0),
-                                    AppPhase::previewing()));
-    EXPECT_EQ(exported.size(), 1U);
-    EXPECT_FALSE(state.showError());
-
-    flow->exportRecording(ExportFormat::gif, exporting::ExportResolution::original);
-    EXPECT_EQ(panels.kind, PanelKind::saveGif);
-    EXPECT_EQ(panels.proposedName, "demo.gif");
-}
-
 TEST_F(ExportFlowTest, AClosedPanelExportsNothing) {
     state.setRecordingName("../etc/demo");
     flow->exportRecording(ExportFormat::mp4, exporting::ExportResolution::original);

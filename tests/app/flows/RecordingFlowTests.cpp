@@ -74,24 +74,6 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
     EXPECT_NE(movies[0], movies[1]) << "within a second";
 }
 
-TEST_F(RecordingFlowTest, EverySecondIsCountedAndTellsHowItGoes) {
-    record();
-    timers.advance(3s);
-    EXPECT_EQ(flow.elapsedSeconds(), 3);
-    recorder().recorderStatus.framesDropped = 4;
-    recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
-    timers.advance(1s);
-    EXPECT_EQ(flow.recorderStatus().framesDropped, 4);
-    EXPECT_EQ(state.phase(), AppPhase::recording()) << "the user stops it";
-    flow.stopRecording();
-    EXPECT_EQ(timers.running(), 0U);
-    tasks.runAll();
-    state.reset();
-    record();
-    EXPECT_EQ(flow.elapsedSeconds(), 0);
-    EXPECT_TRUE(flow.recorderStatus().isCapturing());
-}
-
 TEST_F(RecordingFlowTest, AStoppedRecordingBecomesAnEditOfItsClicks) {
     recorder().metadata.endTime = 20;
     for (const double time : {10.0, 0.3, 11.6})
