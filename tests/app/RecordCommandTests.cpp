@@ -83,7 +83,7 @@ TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
 }
 
 TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
-    const auto result = record("--max-size 500 --seconds 30 --delay 0.3");
+    const auto result = record("--max-size 500 --seconds 30");
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("B (the size limit)"));
     const auto made = files::readProjectFile(project).recording;

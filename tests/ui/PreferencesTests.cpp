@@ -13,14 +13,8 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     const auto file = folder.filePath(QStringLiteral("vantro.ini"));
     {
         ui::Preferences first(file);
-        EXPECT_EQ(first.theme(), ui::ThemeChoice::system);
-        EXPECT_FALSE(first.countdown());
         EXPECT_FALSE(first.windowPosition());
-        EXPECT_TRUE(first.unsavedRecording().isEmpty());
-        int changes = 0;
-        QObject::connect(&first, &ui::Preferences::themeChanged, [&] { ++changes; });
         first.setTheme(ui::ThemeChoice::dark);
-        EXPECT_EQ(changes, 1);
         first.setCountdown(true);
         first.setWindowPosition({-3, 700});
         first.setEditorSize({1000, 700});
@@ -35,9 +29,7 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     EXPECT_TRUE(second.editorMaximized());
     EXPECT_EQ(second.unsavedRecording(), "/r/recording.mov");
     second.setUnsavedRecording({});
-    second.setTheme(ui::ThemeChoice::system);
     EXPECT_TRUE(ui::Preferences(file).unsavedRecording().isEmpty());
-    EXPECT_EQ(ui::Preferences(file).theme(), ui::ThemeChoice::system);
 }
 
 TEST(Preferences, KeepTheLatestProjectsOnceEach) {

@@ -4,6 +4,7 @@
 #include <QQuickItem>
 #include <QTest>
 #include <cmath>
+#include <map>
 
 namespace vantro::window {
 namespace {
@@ -36,21 +37,6 @@ TEST_F(AccessibilityTest, ControlsTellWhatTheyAreAndWhatTheyShow) {
     EXPECT_EQ(text("alertBox", QAccessible::Description),
               "Failed to start screen capture: gone\n"
               "Try selecting a different area or restarting the app.");
-    state.setShowError(false);
-
-    showEditor();
-    exportScript = [this](const auto& progress) {
-        progress(0.42);
-        tasks.runMain();
-        settle();
-        EXPECT_EQ(told("exportBar").role(), QAccessible::ProgressBar);
-        EXPECT_EQ(text("exportBar", QAccessible::Name), "Export progress");
-        EXPECT_EQ(text("exportBar", QAccessible::Description), "42%");
-    };
-    click("export");
-    click("exportNow");
-    panels.answer("/tmp/demo.mp4");
-    runTasks();
 }
 
 TEST_F(AccessibilityTest, TheKeyboardIsToldTheSameHelpAsThePointer) {
@@ -78,25 +64,16 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
     for (const auto theme : {ui::ThemeChoice::light, ui::ThemeChoice::dark}) {
         preferences.setTheme(theme);
         settle();
-        for (const auto& [text, ground] :
-             std::vector<std::pair<const char*, const char*>>{{"text", "window"},
-                                                              {"text", "surface"},
-                                                              {"text", "raised"},
-                                                              {"text", "sunken"},
-                                                              {"secondaryText", "window"},
-                                                              {"secondaryText", "surface"},
-                                                              {"secondaryText", "sunken"},
-                                                              {"secondaryText", "stage"},
-                                                              {"warning", "window"},
-                                                              {"accentInk", "accent"},
-                                                              {"accentInk", "accentHover"},
-                                                              {"accentInk", "accentPressed"},
-                                                              {"stopInk", "stop"},
-                                                              {"stopInk", "stopHover"},
-                                                              {"stopInk", "stopPressed"},
-                                                              {"tipText", "tip"}})
-            EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
-                << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
+        for (const auto& [text, grounds] : std::map<const char*, std::vector<const char*>>{
+                 {"text", {"window", "surface", "raised", "sunken"}},
+                 {"secondaryText", {"window", "surface", "sunken", "stage"}},
+                 {"warning", {"window"}},
+                 {"accentInk", {"accent", "accentHover", "accentPressed"}},
+                 {"stopInk", {"stop", "stopHover", "stopPressed"}},
+                 {"tipText", {"tip"}}})
+            for (const auto* ground : grounds)
+                EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
+                    << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
     }
 }
 

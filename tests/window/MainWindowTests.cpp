@@ -4,7 +4,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-#include <fstream>
 
 #include <gmock/gmock.h>
 
@@ -176,6 +175,9 @@ TEST_F(MainWindowTest, ClosingFinishesTheFileBeforeItQuitsAndAFailureIsShownInst
 
     platform.next->stopFailure.reset();
     record();
+    key(Qt::Key_Q, Qt::ControlModifier);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(state.phase(), app::AppPhase::recording()) << "taken back";
     window().close();
     settle();
     key(Qt::Key_Return);

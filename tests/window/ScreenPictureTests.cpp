@@ -135,10 +135,12 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-empty");
+    EXPECT_FALSE(shows("pickerError"));
     content = std::unexpected("cannot open display :9");
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-error", Texts::others);
+    EXPECT_EQ(text("pickerError"), "cannot open display :9");
 }
 
 TEST_P(ScreenPictureTest, Editor) {

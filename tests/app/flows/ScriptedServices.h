@@ -25,11 +25,10 @@ inline capture::ShareableWindow windowOf(std::uint32_t id, const std::string& ti
     return window;
 }
 
-inline capture::ShareableDisplay displayOf(std::uint32_t id, model::Rect frame, double scale = 1) {
+inline capture::ShareableDisplay displayOf(std::uint32_t id, model::Rect frame) {
     capture::ShareableDisplay display;
     display.displayID = id;
     display.frame = frame;
-    display.backingScaleFactor = scale;
     return display;
 }
 
@@ -74,44 +73,41 @@ class ManualTimers : public app::flows::MainTimers {
   public:
     std::unique_ptr<app::flows::MainTimer> repeat(std::chrono::milliseconds interval,
                                                   std::function<void()> tick) override {
-        return std::make_unique<Timer>(m_timers, Entry{interval, interval, std::move(tick)});
+        return std::make_unique<Timer>(m_timers, interval, std::move(tick));
     }
 
     void advance(std::chrono::milliseconds span) {
         const auto running = m_timers; // a tick may start and stop timers
-        for (const auto& timer : running)
-            for (timer->left -= span; timer->left.count() <= 0 && isRunning(timer);
-                 timer->left += timer->interval)
-                timer->tick();
+        const auto isRunning = [&](Timer* timer) {
+            return std::ranges::count(m_timers, timer) > 0;
+        };
+        for (auto* timer : running) {
+            if (isRunning(timer))
+                timer->left -= span;
+            while (isRunning(timer) && timer->left.count() <= 0) {
+                timer->left += timer->interval;
+                const auto tick = timer->tick; // which may be its end
+                tick();
+            }
+        }
     }
     std::size_t running() const { return m_timers.size(); }
 
   private:
-    struct Entry {
+    struct Timer : app::flows::MainTimer {
+        Timer(std::vector<Timer*>& all, std::chrono::milliseconds every, std::function<void()> does)
+            : timers(all), interval(every), left(every), tick(std::move(does)) {
+            timers.push_back(this);
+        }
+        ~Timer() override { std::erase(timers, this); }
+
+        std::vector<Timer*>& timers;
         std::chrono::milliseconds interval;
         std::chrono::milliseconds left;
         std::function<void()> tick;
     };
-    using Entries = std::vector<std::shared_ptr<Entry>>;
 
-    class Timer : public app::flows::MainTimer {
-      public:
-        Timer(Entries& timers, Entry entry)
-            : m_timers(timers), m_entry(std::make_shared<Entry>(std::move(entry))) {
-            m_timers.push_back(m_entry);
-        }
-        ~Timer() override { std::erase(m_timers, m_entry); }
-
-      private:
-        Entries& m_timers;
-        std::shared_ptr<Entry> m_entry;
-    };
-
-    bool isRunning(const std::shared_ptr<Entry>& entry) const {
-        return std::ranges::find(m_timers, entry) != m_timers.end();
-    }
-
-    Entries m_timers;
+    std::vector<Timer*> m_timers;
 };
 
 /// Succeeds, or fails as it is told.
