@@ -21,6 +21,9 @@ TEST_F(ExportCommand, ExportsAPartAtAnotherRate) {
     const auto probed = test::probe(folder / "part.mp4");
     EXPECT_EQ(probed["streams"][0]["nb_read_frames"], "15");
     EXPECT_EQ(probed["streams"][0]["r_frame_rate"], "20/1");
+    const auto again = test::vantro(command);
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_THAT(again.output, HasSubstr("--force"));
     const auto beyond = test::vantro(command + " --force --range 7:");
     EXPECT_EQ(beyond.exitCode, 1);
     EXPECT_THAT(beyond.output, HasSubstr("lasts 2.00 s"));

@@ -38,13 +38,6 @@ TEST_P(FailingExport, leavesTheEarlierFileWhicheverCallFails) {
     }
 }
 
-TEST_P(FailingExport, tellsWhenItsFileVanishes) {
-    exportAtEveryCall(Manner::vanish(), [&](const FailedRun& run) {
-        expectClearError(run, target(), ENOENT);
-        EXPECT_FALSE(std::filesystem::exists(out));
-    });
-}
-
 TEST_P(FailingExport, writesWholeFilesWhereTheDiskTakesThemInParts) {
     ASSERT_EQ(test::vantro("export --force " + path("short.vantro") + " --output " + path("whole") +
                            "." + GetParam())

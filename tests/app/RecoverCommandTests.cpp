@@ -113,8 +113,9 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
         EXPECT_GT(metadata.endTime, lived - mostLost);
         EXPECT_LE(metadata.endTime, lived);
         EXPECT_NEAR(media::Asset::open(movie).duration().seconds(), metadata.endTime, 0.1);
-        if (i % 2 == 0)
+        if (i % 2 == 0) {
             EXPECT_GT(framesOf(movie).back().presentationTime.seconds(), lived - mostLost);
+        }
     }
 }
 

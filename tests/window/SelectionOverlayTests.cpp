@@ -1,7 +1,6 @@
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
-#include <QPainter>
 #include <QScreen>
 #include <QTest>
 
@@ -57,12 +56,6 @@ class SelectionOverlayTest : public testing::Test {
         QTest::mouseMove(overlay.get(), to);
     }
     void release(QPoint at) { QTest::mouseRelease(overlay.get(), Qt::LeftButton, {}, at); }
-    QImage picture() {
-        QImage image(overlay->size(), QImage::Format_ARGB32);
-        QPainter painter(&image);
-        overlay->paint(painter);
-        return image;
-    }
 
     std::unique_ptr<SelectionOverlay> overlay;
     int answers = 0;
@@ -97,14 +90,6 @@ TEST_F(SelectionOverlayTest, EscapeAndAScreenThatChangesCancelEvenDuringADrag) {
     EXPECT_EQ(answers, 2);
     EXPECT_FALSE(overlay->isVisible());
     EXPECT_FALSE(selected);
-}
-
-TEST_F(SelectionOverlayTest, UnderFractionalScalingTheAreaAndTheLabelAreInPoints) {
-    show({.pixelsPerUnit = 1.5}); // a device pixel ratio of 1.5 has points of one pixel
-    dragTo({200, 200}, {400, 300});
-    EXPECT_EQ(picture().pixelColor(390, 290), QColor(Qt::white)) << "drawn where it is dragged";
-    release({400, 300});
-    EXPECT_EQ(selected, (model::Rect{300, 300, 300, 150}));
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #include "app/flows/ScriptedServices.h"
 #include "app/state/AppState.h"
 
-#include <cmath>
-
 #include <gtest/gtest.h>
 
 namespace vantro::app::flows {
@@ -10,13 +8,6 @@ namespace {
 
 model::Project projectAt(const std::filesystem::path& movie) {
     return {"demo", model::Recording(movie, model::RecordingMetadata{}), {}};
-}
-
-TEST(AppPhaseDeathTest, OnlyDrawnTransitionsAndProgressesAreAllowed) {
-    AppState state(1);
-    EXPECT_DEATH(state.setPhase(AppPhase::exporting(0.5)), "no phase leads from idle");
-    EXPECT_DEATH(AppPhase::exporting(1.01), "progress");
-    EXPECT_DEATH(AppPhase::exporting(std::nan("")), "progress");
 }
 
 TEST(AppState, TellsOfAChangeOnceAndOfAnEqualWriteNotAtAll) {

@@ -5,6 +5,7 @@
 #include "app/flows/MainTimers.h"
 #include "app/flows/RecordingPlatform.h"
 #include "app/flows/TaskRunner.h"
+#include "app/state/AppState.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
@@ -13,15 +14,19 @@
 #include <stdexcept>
 #include <utility>
 
+#include <gmock/gmock.h>
+
 /// The flows' surroundings, each of which does only what a test tells it to.
 namespace vantro::test {
 
 inline capture::ShareableWindow windowOf(std::uint32_t id, const std::string& title,
-                                         model::Rect frame = {}) {
+                                         const std::string& application = "app") {
     capture::ShareableWindow window;
     window.windowID = id;
     window.title = title;
-    window.frame = frame;
+    window.frame = {0, 0, 400, 300};
+    window.applicationName = window.bundleIdentifier = application;
+    window.isOnScreen = true;
     return window;
 }
 
@@ -121,7 +126,6 @@ class ScriptedRecorder : public capture::Recorder {
     capture::RecordingStatistics recorderStatus;
     std::filesystem::path movie;
     int starts = 0;
-    int stops = 0;
 
     bool choose(std::stop_token cancelled) override {
         if (chooseFailure)
@@ -135,7 +139,6 @@ class ScriptedRecorder : public capture::Recorder {
             throw *startFailure;
     }
     model::RecordingMetadata stop() override {
-        ++stops;
         if (stopFailure)
             throw *stopFailure;
         return metadata;
@@ -161,18 +164,8 @@ class ScriptedPlatform : public app::flows::RecordingPlatform {
 
 class ScriptedOverlays : public app::flows::AreaOverlays {
   public:
-    bool hasScreen = true;
-    app::flows::AreaOverlayCallbacks callbacks; ///< of the overlay shown last
-    std::weak_ptr<app::flows::AreaOverlay> shown;
-
-    std::shared_ptr<app::flows::AreaOverlay>
-    show(app::flows::AreaOverlayCallbacks wanted) override {
-        if (!hasScreen)
-            return nullptr;
-        callbacks = std::move(wanted);
-        auto overlay = std::make_shared<app::flows::AreaOverlay>();
-        shown = overlay;
-        return overlay;
+    std::shared_ptr<app::flows::AreaOverlay> show(app::flows::AreaOverlayCallbacks) override {
+        return std::make_shared<app::flows::AreaOverlay>();
     }
 };
 
@@ -194,5 +187,14 @@ class ScriptedPanels : public app::flows::FilePanels {
   private:
     Answer m_answer;
 };
+
+/// What the user is told now.
+inline void expectError(const app::AppState& state, model::VantroError::Kind kind,
+                        std::string_view message) {
+    ASSERT_TRUE(state.error());
+    EXPECT_TRUE(state.showError());
+    EXPECT_EQ(state.error()->kind(), kind);
+    EXPECT_THAT(state.error()->message(), testing::HasSubstr(message));
+}
 
 } // namespace vantro::test
