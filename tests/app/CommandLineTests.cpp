@@ -1,7 +1,6 @@
 #include "app/CommandLineFixture.h"
 
 #include <fstream>
-#include <functional>
 
 #include <gmock/gmock.h>
 
@@ -30,23 +29,7 @@ TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     EXPECT_EQ(document["canvasWidth"], 320);
     EXPECT_EQ(document["segments"].size(), 1U);
     EXPECT_EQ(document["clickEvents"][0]["timestamp"], 1.0);
-    ASSERT_GE(document["keyframes"].size(), 20U);
-    const auto& atClick = document["keyframes"][10];
-    EXPECT_DOUBLE_EQ(atClick["outputTime"].get<double>(), 1.0);
-    EXPECT_DOUBLE_EQ(atClick["scale"].get<double>(), 1.5);
-    EXPECT_DOUBLE_EQ(atClick["cursorX"].get<double>(), 200);
-    EXPECT_DOUBLE_EQ(document["keyframes"][5]["cursorX"].get<double>(), 150);
-}
-
-TEST_F(CommandLine, KeepsExistingFilesUnlessForced) {
-    std::ofstream(folder / "out.mp4") << "earlier";
-    const auto command = "export " + path("sample.vantro") + " --output " + path("out.mp4");
-    const auto refused = test::vantro(command);
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_THAT(refused.output, HasSubstr("--force"));
-    EXPECT_EQ(std::filesystem::file_size(folder / "out.mp4"), 7U);
-    EXPECT_EQ(test::vantro(command + " --force").exitCode, 0);
-    EXPECT_GT(std::filesystem::file_size(folder / "out.mp4"), 7U);
+    EXPECT_DOUBLE_EQ(document["keyframes"].at(10)["scale"].get<double>(), 1.5);
 }
 
 TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
@@ -54,36 +37,13 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
          {"dance", "export", "export a.vantro", "export a.vantro --output b.avi",
           "export a.vantro --output b.mp4 --resolution 8k", "inspect a.vantro --keyframes none",
           "frame a.vantro --output b.png", "record --output a.vantro --seconds -3",
-          "record --output a.mov"})
+          "record --output a.mov", "record --output a.vantro --mode area --rect 0,0,100",
+          "record --output a.vantro --mode area --rect 0,0,nan,100",
+          "record --output a.vantro --max-size 0",
+          "export a.vantro --output b.mp4 --encoder theora"})
         EXPECT_EQ(test::vantro(arguments).exitCode, 2) << arguments;
     EXPECT_EQ(test::vantro("--help").exitCode, 0);
     EXPECT_EQ(test::vantro("export --help").exitCode, 0);
-}
-
-TEST_F(CommandLine, SaysOnceWhatIsWrongWithAProject) {
-    const struct {
-        const char* name;
-        std::function<void(model::RecordingMetadata&, model::TimelineSegment&)> spoil;
-        const char* message;
-    } cases[]{
-        {"speed", [](auto&, auto& segment) { segment.speed = 0; }, "segments[0].speed"},
-        {"length", [](auto&, auto& segment) { segment.endFraction = 0; }, "segments[0]"},
-        {"duration", [](auto& record, auto&) { record.endTime = -1; }, "endTime"},
-        {"scale", [](auto& record, auto&) { record.displayScaleFactor = 0; }, "displayScaleFactor"},
-    };
-    const auto original = metadata;
-    for (const auto& [name, spoil, message] : cases) {
-        metadata = original;
-        model::TimelineSegment segment;
-        spoil(metadata, segment);
-        edit.segments = {{segment}};
-        save("bad.vantro");
-        const auto result = test::vantro("inspect " + path("bad.vantro"));
-        EXPECT_EQ(result.exitCode, 1) << name;
-        EXPECT_THAT(result.output, HasSubstr(message)) << name;
-        EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1)
-            << name << ": " << result.output;
-    }
 }
 
 TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
@@ -92,9 +52,6 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
         EXPECT_EQ(result.exitCode, 1) << arguments;
         EXPECT_THAT(result.output, HasSubstr(message)) << arguments;
     };
-    fails("inspect " + path("none.vantro"), "none.vantro");
-    fails("export " + path("sample.vantro") + " --output " + path("no/such/out.mp4"),
-          "no such folder");
     fails("frame " + path("sample.vantro") + " --time 99 --output " + path("f.png"),
           "0 to 2.000 s");
     fails("", "display"); // the window needs one as well
@@ -103,8 +60,6 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     EXPECT_FALSE(exists("new.vantro"));
     EXPECT_FALSE(exists("f.png"));
 
-    std::filesystem::remove(folder / "sample.vantro" / "recording.mov");
-    fails("export " + path("sample.vantro") + " --output " + path("o.mp4"), "recording.mov");
     std::ofstream(folder / "sample.vantro" / "recording.mov") << "noise";
     fails("export " + path("sample.vantro") + " --output " + path("o.mp4"), "recording.mov");
     EXPECT_FALSE(exists("o.mp4"));

@@ -19,7 +19,6 @@ struct Manner {
 
     static Manner onwards(int error) { return {"onwards:" + std::to_string(error), error}; }
     static Manner once(int error) { return {"once:" + std::to_string(error), error}; }
-    static Manner vanish() { return {"vanish", ENOENT}; }
     static Manner kill() { return {"kill", 0}; }
     static Manner shortWrites() { return {"short", 0}; }
 };

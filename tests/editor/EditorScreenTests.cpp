@@ -44,33 +44,6 @@ TEST_F(EditorScreenTest, TheSliderMovesThePositionByMouseAndKeyboard) {
     EXPECT_NEAR(drawnPositions.back(), before + 0.1, 1e-9);
 }
 
-TEST_F(EditorScreenTest, ProjectActionsReachTheirFlows) {
-    item("recordingName").setProperty("text", QString());
-    item("recordingName").forceActiveFocus();
-    QTest::keyClick(&window(), 't');
-    EXPECT_EQ(state.recordingName(), "t");
-    const auto asks = [this](app::flows::PanelKind kind) {
-        const bool isRight = panels.kind == kind;
-        panels.answer({});
-        settle();
-        return isRight;
-    };
-    click("saveProject");
-    EXPECT_EQ(panels.proposedName, "t.vantro");
-    EXPECT_TRUE(asks(app::flows::PanelKind::saveProject));
-    state.saved(*state.document().project(), "/nowhere/recording.mov", "/saved.vantro");
-    key(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_TRUE(asks(app::flows::PanelKind::saveProject));
-    click("openProject");
-    EXPECT_TRUE(asks(app::flows::PanelKind::openProject));
-    click("newRecording");
-    EXPECT_TRUE(shows("record"));
-    state.setPhase(app::AppPhase::previewing()); // without a recording
-    settle();
-    click("statusAction");
-    EXPECT_TRUE(shows("record"));
-}
-
 TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
     click("export");
     item("exportResolution").setProperty("currentIndex", 2);

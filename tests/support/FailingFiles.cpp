@@ -7,7 +7,6 @@
 //   once:ERRNO     only this call fails
 //   short          from this call on every write takes only a part of its bytes
 //   kill           the program is killed before this call
-//   vanish         before this call its file is removed, and the file's folder if that is empty
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -16,7 +15,6 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -68,14 +66,6 @@ void reportCall(const char* name, const std::string& path) {
     ::close(file);
 }
 
-void removeWithFolder(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-    const auto parent = std::filesystem::path(path).parent_path();
-    if (std::filesystem::is_empty(parent, ignored))
-        std::filesystem::remove(parent, ignored);
-}
-
 /// Counts a call on `path` and says what is to become of it; errno is set where it fails.
 Answer answerFor(const char* name, const std::string& path, bool writes) {
     static std::atomic<int> calls = 0;
@@ -86,8 +76,6 @@ Answer answerFor(const char* name, const std::string& path, bool writes) {
         reportCall(name, path);
         if (plan().manner == "kill")
             ::kill(::getpid(), SIGKILL);
-        if (plan().manner == "vanish")
-            removeWithFolder(path);
     }
     const bool isReached = number == plan().call || (number > plan().call && writes);
     if (plan().manner == "short")

@@ -58,8 +58,19 @@ Program::Program(const std::string& display, const std::vector<std::string>& arg
 }
 
 Program::~Program() {
-    kill(m_process, SIGTERM);
+    end(SIGTERM);
+}
+
+void Program::kill() {
+    end(SIGKILL);
+}
+
+void Program::end(int signal) {
+    if (m_process <= 0)
+        return;
+    ::kill(m_process, signal);
     waitpid(m_process, nullptr, 0);
+    m_process = -1;
 }
 
 CompositingManager::CompositingManager(const XServer& server, const std::string& name)

@@ -22,7 +22,12 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
+    /// Ends it as nothing else can; returns when it is gone.
+    void kill();
+
   private:
+    void end(int signal);
+
     pid_t m_process = -1;
 };
 

@@ -13,19 +13,16 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     const auto file = folder.filePath(QStringLiteral("vantro.ini"));
     {
         ui::Preferences first(file);
-        EXPECT_EQ(first.theme(), ui::ThemeChoice::system);
-        EXPECT_FALSE(first.countdown());
         EXPECT_FALSE(first.windowPosition());
-        EXPECT_TRUE(first.unsavedRecording().isEmpty());
-        int changes = 0;
-        QObject::connect(&first, &ui::Preferences::themeChanged, [&] { ++changes; });
         first.setTheme(ui::ThemeChoice::dark);
-        EXPECT_EQ(changes, 1);
         first.setCountdown(true);
         first.setWindowPosition({-3, 700});
         first.setEditorSize({1000, 700});
         first.setEditorMaximized(true);
         first.setUnsavedRecording(QStringLiteral("/r/recording.mov"));
+        for (int i = 0; i < 12; ++i)
+            first.addRecentProject(QStringLiteral("/p/%1.vantro").arg(i));
+        first.addRecentProject(QStringLiteral("/p/9.vantro"));
     }
     ui::Preferences second(file);
     EXPECT_EQ(second.theme(), ui::ThemeChoice::dark);
@@ -34,23 +31,11 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     EXPECT_EQ(second.editorSize(), QSize(1000, 700));
     EXPECT_TRUE(second.editorMaximized());
     EXPECT_EQ(second.unsavedRecording(), "/r/recording.mov");
-    second.setUnsavedRecording({});
-    second.setTheme(ui::ThemeChoice::system);
-    EXPECT_TRUE(ui::Preferences(file).unsavedRecording().isEmpty());
-    EXPECT_EQ(ui::Preferences(file).theme(), ui::ThemeChoice::system);
-}
-
-TEST(Preferences, KeepTheLatestProjectsOnceEach) {
-    const QTemporaryDir folder;
-    ui::Preferences preferences(folder.filePath(QStringLiteral("vantro.ini")));
-    for (int i = 0; i < 12; ++i)
-        preferences.addRecentProject(QStringLiteral("/p/%1.vantro").arg(i));
-    preferences.addRecentProject(QStringLiteral("/p/9.vantro"));
-    const auto recent = preferences.recentProjects();
+    const auto recent = second.recentProjects();
     ASSERT_EQ(recent.size(), 8);
     EXPECT_EQ(recent[0], "/p/9.vantro");
     EXPECT_EQ(recent[1], "/p/11.vantro");
-    EXPECT_EQ(recent.count(QStringLiteral("/p/9.vantro")), 1);
+    EXPECT_EQ(recent.count(recent[0]), 1);
 }
 
 TEST(TimeText, ReadsAsAClock) {

@@ -4,60 +4,32 @@
 #include <QQuickItem>
 #include <QTest>
 #include <cmath>
+#include <map>
 
 namespace vantro::window {
 namespace {
 
 /// What everybody can use: told to screen readers and legible.
-class AccessibilityTest : public test::WindowFixture {
-  protected:
-    QAccessibleInterface& told(const char* name) {
-        auto* interface = QAccessible::queryAccessibleInterface(&item(name));
-        if (interface == nullptr)
-            throw std::logic_error(std::string("screen readers are told nothing of ") + name);
-        return *interface;
-    }
-    std::string text(const char* name, QAccessible::Text kind) {
-        return told(name).text(kind).toStdString();
-    }
-};
+class AccessibilityTest : public test::WindowFixture {};
 
 TEST_F(AccessibilityTest, ControlsTellWhatTheyAreAndWhatTheyShow) {
     showWindow();
-    EXPECT_EQ(told("captureModes").role(), QAccessible::Grouping);
-    EXPECT_EQ(text("captureModes", QAccessible::Name), "Capture mode");
-    EXPECT_EQ(told("record").role(), QAccessible::Button);
-    EXPECT_EQ(text("record", QAccessible::Name), "Record (Ctrl+R)");
-    EXPECT_EQ(told("systemAudio").role(), QAccessible::CheckBox);
-    EXPECT_TRUE(told("systemAudio").state().checked);
-    state.setError("gone", model::VantroError::Kind::captureStartFailed);
-    settle();
-    EXPECT_EQ(told("alertBox").role(), QAccessible::AlertMessage);
-    EXPECT_EQ(text("alertBox", QAccessible::Description),
-              "Failed to start screen capture: gone\n"
-              "Try selecting a different area or restarting the app.");
-    state.setShowError(false);
-
-    showEditor();
-    exportScript = [this](const auto& progress) {
-        progress(0.42);
-        tasks.runMain();
-        settle();
-        EXPECT_EQ(told("exportBar").role(), QAccessible::ProgressBar);
-        EXPECT_EQ(text("exportBar", QAccessible::Name), "Export progress");
-        EXPECT_EQ(text("exportBar", QAccessible::Description), "42%");
+    const auto told = [this](const char* name) {
+        return QAccessible::queryAccessibleInterface(&item(name));
     };
-    click("export");
-    click("exportNow");
-    panels.answer("/tmp/demo.mp4");
-    runTasks();
+    EXPECT_EQ(told("captureModes")->role(), QAccessible::Grouping);
+    EXPECT_EQ(told("captureModes")->text(QAccessible::Name), "Capture mode");
+    EXPECT_EQ(told("record")->role(), QAccessible::Button);
+    EXPECT_EQ(told("record")->text(QAccessible::Name), "Record (Ctrl+R)");
+    EXPECT_EQ(told("systemAudio")->role(), QAccessible::CheckBox);
+    EXPECT_TRUE(told("systemAudio")->state().checked);
 }
 
 TEST_F(AccessibilityTest, TheKeyboardIsToldTheSameHelpAsThePointer) {
     showWindow();
     item("record").forceActiveFocus(Qt::TabFocusReason);
     EXPECT_TRUE(QTest::qWaitFor([this] { return shows("tipText"); }));
-    EXPECT_EQ(WindowFixture::text("tipText"), "Record (Ctrl+R)");
+    EXPECT_EQ(text("tipText"), "Record (Ctrl+R)");
 }
 
 double luminance(const QColor& color) {
@@ -78,25 +50,16 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
     for (const auto theme : {ui::ThemeChoice::light, ui::ThemeChoice::dark}) {
         preferences.setTheme(theme);
         settle();
-        for (const auto& [text, ground] :
-             std::vector<std::pair<const char*, const char*>>{{"text", "window"},
-                                                              {"text", "surface"},
-                                                              {"text", "raised"},
-                                                              {"text", "sunken"},
-                                                              {"secondaryText", "window"},
-                                                              {"secondaryText", "surface"},
-                                                              {"secondaryText", "sunken"},
-                                                              {"secondaryText", "stage"},
-                                                              {"warning", "window"},
-                                                              {"accentInk", "accent"},
-                                                              {"accentInk", "accentHover"},
-                                                              {"accentInk", "accentPressed"},
-                                                              {"stopInk", "stop"},
-                                                              {"stopInk", "stopHover"},
-                                                              {"stopInk", "stopPressed"},
-                                                              {"tipText", "tip"}})
-            EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
-                << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
+        for (const auto& [text, grounds] : std::map<const char*, std::vector<const char*>>{
+                 {"text", {"window", "surface", "raised", "sunken"}},
+                 {"secondaryText", {"window", "surface", "sunken", "stage"}},
+                 {"warning", {"window"}},
+                 {"accentInk", {"accent", "accentHover", "accentPressed"}},
+                 {"stopInk", {"stop", "stopHover", "stopPressed"}},
+                 {"tipText", {"tip"}}})
+            for (const auto* ground : grounds)
+                EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
+                    << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QRegularExpression>
+#include <ranges>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -18,9 +19,7 @@ const QString mainTitle = QStringLiteral("Vantro");
 
 DesktopSession::DesktopSession(int textResolution) : m_server({.width = 1280, .height = 900}) {
     setRootProperty(m_server, "RESOURCE_MANAGER", "Xft.dpi:\t" + std::to_string(textResolution));
-    m_windowManager = std::make_unique<QProcess>();
-    m_windowManager->setProcessEnvironment(environment());
-    m_windowManager->start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+    startOther(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
     const bool managed = eventually([this] {
         return xdoOutput({QStringLiteral("get_desktop")}).value(0) == QStringLiteral("0");
     });
@@ -31,8 +30,9 @@ DesktopSession::DesktopSession(int textResolution) : m_server({.width = 1280, .h
 DesktopSession::~DesktopSession() {
     if (testing::Test::HasFailure())
         picture(QStringLiteral("failure"));
-    for (auto* process : {m_program.get(), m_other.get(), m_windowManager.get()})
-        if (process != nullptr) {
+    m_others.push_back(std::move(m_program));
+    for (const auto& process : std::views::reverse(m_others)) // the window manager last
+        if (process) {
             process->kill();
             process->waitForFinished();
         }
@@ -40,14 +40,11 @@ DesktopSession::~DesktopSession() {
 
 QImage DesktopSession::picture(const QString& name) const {
     QDir().mkpath(QStringLiteral(VANTRO_SCREENSHOTS));
-    QProcess grabber;
-    grabber.setProcessEnvironment(environment());
-    grabber.start(QStringLiteral("ffmpeg"),
-                  {"-y", "-f", "x11grab", "-video_size", "1280x900", "-i",
-                   QString::fromStdString(m_server.display()), "-frames:v", "1",
-                   QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name)});
-    grabber.waitForFinished(longestWait);
-    return QImage(QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name));
+    const auto file = QStringLiteral(VANTRO_SCREENSHOTS "/%1.png").arg(name);
+    outputOf(QStringLiteral("ffmpeg"),
+             {"-y", "-f", "x11grab", "-video_size", "1280x900", "-i",
+              QString::fromStdString(m_server.display()), "-frames:v", "1", file});
+    return QImage(file);
 }
 
 QProcessEnvironment DesktopSession::environment() const {
@@ -61,30 +58,33 @@ QProcessEnvironment DesktopSession::environment() const {
     return environment;
 }
 
-void DesktopSession::startProgram(const QStringList& arguments) {
-    m_program = std::make_unique<QProcess>();
-    m_program->setProcessEnvironment(environment());
-    m_program->start(QStringLiteral(VANTRO_PROGRAM), arguments);
-    if (!m_program->waitForStarted(longestWait))
-        throw std::runtime_error("the program does not start");
+std::unique_ptr<QProcess> DesktopSession::started(const QString& program,
+                                                  const QStringList& arguments) const {
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment());
+    process->start(program, arguments);
+    if (!process->waitForStarted(longestWait))
+        throw std::runtime_error(program.toStdString() + " does not start");
+    return process;
+}
+
+void DesktopSession::startProgram() {
+    m_program = started(QStringLiteral(VANTRO_PROGRAM), {});
 }
 
 void DesktopSession::startOther(const QString& program, const QStringList& arguments) {
-    m_other = std::make_unique<QProcess>();
-    m_other->setProcessEnvironment(environment());
-    m_other->start(program, arguments);
-    if (!m_other->waitForStarted(longestWait))
-        throw std::runtime_error(program.toStdString() + " does not start");
+    m_others.push_back(started(program, arguments));
+}
+
+QString DesktopSession::outputOf(const QString& program, const QStringList& arguments) const {
+    const auto process = started(program, arguments);
+    process->waitForFinished(longestWait);
+    return process->exitCode() == 0 ? QString::fromUtf8(process->readAllStandardOutput())
+                                    : QString();
 }
 
 QStringList DesktopSession::xdoOutput(const QStringList& arguments) const {
-    QProcess xdotool;
-    xdotool.setProcessEnvironment(environment());
-    xdotool.start(QStringLiteral("xdotool"), arguments);
-    xdotool.waitForFinished(longestWait);
-    if (xdotool.exitCode() != 0)
-        return {};
-    return QString::fromUtf8(xdotool.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    return outputOf(QStringLiteral("xdotool"), arguments).split(u'\n', Qt::SkipEmptyParts);
 }
 
 void DesktopSession::xdo(const QStringList& arguments) const {
@@ -96,11 +96,7 @@ QRect DesktopSession::window(const QString& title) const {
                                   QStringLiteral("--name"), u'^' + title + u'$'});
     if (found.isEmpty())
         return {};
-    QProcess information;
-    information.setProcessEnvironment(environment());
-    information.start(QStringLiteral("xwininfo"), {QStringLiteral("-id"), found.back()});
-    information.waitForFinished(longestWait);
-    const auto text = QString::fromUtf8(information.readAllStandardOutput());
+    const auto text = outputOf(QStringLiteral("xwininfo"), {QStringLiteral("-id"), found.back()});
     const auto number = [&text](const QString& label) {
         return QRegularExpression(label + QStringLiteral(":\\s+(-?\\d+)"))
             .match(text)

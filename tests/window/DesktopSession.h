@@ -19,7 +19,7 @@ class DesktopSession {
     explicit DesktopSession(int textResolution = 96);
     ~DesktopSession();
 
-    void startProgram(const QStringList& arguments = {});
+    void startProgram();
     /// Another program on the desktop, which ends with it.
     void startOther(const QString& program, const QStringList& arguments);
     QProcess& program() { return *m_program; }
@@ -43,11 +43,13 @@ class DesktopSession {
 
   private:
     QProcessEnvironment environment() const;
+    std::unique_ptr<QProcess> started(const QString& program, const QStringList& arguments) const;
+    /// What it prints until it ends; nothing when it fails.
+    QString outputOf(const QString& program, const QStringList& arguments) const;
 
     QTemporaryDir m_home;
     XServer m_server;
-    std::unique_ptr<QProcess> m_windowManager;
-    std::unique_ptr<QProcess> m_other;
+    std::vector<std::unique_ptr<QProcess>> m_others;
     std::unique_ptr<QProcess> m_program;
 };
 

@@ -36,36 +36,21 @@ class PrivateBus {
     QString m_address;
 };
 
-/// Writes down every call and answers an Inhibit with `handle`, at once or when it is told to.
+/// Keeps the question and writes down what is called afterwards, with its number or path.
 class ScriptedService : public QDBusVirtualObject {
   public:
-    explicit ScriptedService(QVariant handle) : m_handle(std::move(handle)) {}
-
-    bool answersAtOnce = true;
-    QStringList calls;
+    QDBusMessage asked;
+    QString released;
 
     QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        const auto arguments = message.arguments();
-        calls.append(message.member() == QStringLiteral("UnInhibit")
-                         ? message.member() + u' ' + arguments.value(0).toString()
-                         : message.member());
-        if (message.member() == QStringLiteral("Close"))
-            calls.back() += u' ' + message.path();
-        m_asked = message;
-        m_connection = connection.name();
-        if (answersAtOnce)
-            answer();
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+        const auto handle = message.arguments().value(0).toUInt();
+        if (message.member() == QStringLiteral("Inhibit"))
+            asked = message;
+        else
+            released = message.member() + (handle > 0 ? QString::number(handle) : message.path());
         return true;
     }
-    void answer() {
-        QDBusConnection(m_connection).send(m_asked.createReply(QVariantList{m_handle}));
-    }
-
-  private:
-    QVariant m_handle;
-    QDBusMessage m_asked;
-    QString m_connection;
 };
 
 struct Desktop {
@@ -86,41 +71,37 @@ class IdleInhibitorTest : public testing::TestWithParam<Desktop> {
         for (const auto* name : {"desktop", "program"})
             QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
     }
-    bool heard(const QStringList& expected) {
-        return QTest::qWaitFor([&] { return service.calls == expected; });
-    }
 
     PrivateBus bus;
-    ScriptedService service{GetParam().handle};
+    ScriptedService service;
     app::AppState state{1};
     IdleInhibitor inhibitor{state, bus.connect(QStringLiteral("program"))};
 };
 
 TEST_P(IdleInhibitorTest, KeepsTheScreenAwakeForAsLongAsARecordingRuns) {
-    state.setPhase(app::AppPhase::recording());
-    EXPECT_TRUE(heard({"Inhibit"}));
-    // The answer has come before that of a later question.
-    QDBusConnection(QStringLiteral("program")).interface()->registeredServiceNames();
-    QCoreApplication::processEvents();
-    state.setPhase(app::AppPhase::previewing());
-    EXPECT_TRUE(heard({"Inhibit", GetParam().release}));
-}
-
-TEST_P(IdleInhibitorTest, GivesBackWhatIsGrantedAfterTheRecording) {
-    service.answersAtOnce = false;
-    state.setPhase(app::AppPhase::recording());
-    EXPECT_TRUE(heard({"Inhibit"}));
-    state.setPhase(app::AppPhase::idle());
-    service.answer();
-    EXPECT_TRUE(heard({"Inhibit", GetParam().release}));
+    for (const bool isGrantedLate : {false, true}) {
+        service.asked = {};
+        service.released.clear();
+        state.setPhase(app::AppPhase::recording());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !service.asked.member().isEmpty(); }));
+        if (isGrantedLate)
+            state.setPhase(app::AppPhase::idle());
+        QDBusConnection(QStringLiteral("desktop"))
+            .send(service.asked.createReply(QVariantList{GetParam().handle}));
+        // The answer has come before that of a later question.
+        QDBusConnection(QStringLiteral("program")).interface()->registeredServiceNames();
+        QCoreApplication::processEvents();
+        state.setPhase(app::AppPhase::idle());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return service.released == GetParam().release; }));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Desktops, IdleInhibitorTest,
-    testing::Values(Desktop{"ScreenSaver", "org.freedesktop.ScreenSaver", 4711U, "UnInhibit 4711"},
+    testing::Values(Desktop{"ScreenSaver", "org.freedesktop.ScreenSaver", 4711U, "UnInhibit4711"},
                     Desktop{"Portal", "org.freedesktop.portal.Desktop",
                             QVariant::fromValue(QDBusObjectPath(QStringLiteral("/request/1"))),
-                            "Close /request/1"}),
+                            "Close/request/1"}),
     [](const auto& desktop) { return desktop.param.name; });
 
 } // namespace

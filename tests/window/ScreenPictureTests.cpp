@@ -102,6 +102,7 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     record();
     timers.advance(std::chrono::seconds(83));
     keep("recording");
+    EXPECT_EQ(text("elapsed"), "01:23");
     window().close();
     keep("quit");
     app.keepRecording();
@@ -110,6 +111,7 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     keep("recording-ended");
     app.stop();
     keep("finishing");
+    EXPECT_FALSE(item("stop").isEnabled());
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {
@@ -118,14 +120,10 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     state.setShowError(false);
 
     content = capture::ShareableContent{};
-    for (const auto* name : {"Terminal", "Web Browser", "Text Editor", "Files"}) {
-        auto shown = test::windowOf(static_cast<std::uint32_t>(content->windows.size()) + 1,
-                                    std::string("A window of ") + name, {0, 0, 500, 400});
-        shown.applicationName = name;
-        shown.bundleIdentifier = name;
-        shown.isOnScreen = true;
-        content->windows.push_back(shown);
-    }
+    for (const auto* name : {"Terminal", "Web Browser", "Text Editor", "Files"})
+        content->windows.push_back(
+            test::windowOf(static_cast<std::uint32_t>(content->windows.size()) + 1,
+                           std::string("A window of ") + name, name));
     state.setCaptureMode(model::CaptureMode::window);
     recording.beginCapture();
     keep("picker-loading");
@@ -135,10 +133,12 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-empty");
+    EXPECT_FALSE(shows("pickerError"));
     content = std::unexpected("cannot open display :9");
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-error", Texts::others);
+    EXPECT_EQ(text("pickerError"), "cannot open display :9");
 }
 
 TEST_P(ScreenPictureTest, Editor) {

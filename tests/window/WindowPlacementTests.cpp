@@ -36,11 +36,6 @@ TEST_F(WindowPlacementTest, TheEditorComesBackInItsSizeAndTheSmallScreensStaySma
     EXPECT_EQ(window().size(), QSize(340, 120));
     showEditor();
     EXPECT_TRUE(isMaximized());
-    window().showNormal();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !preferences.editorMaximized(); }));
-    newRecording();
-    showEditor();
-    EXPECT_FALSE(isMaximized());
 }
 
 } // namespace

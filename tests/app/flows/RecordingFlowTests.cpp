@@ -1,9 +1,6 @@
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/ScriptedServices.h"
-#include "model/Json.h"
 #include "support/TemporaryFolder.h"
-
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,12 +31,6 @@ class RecordingFlowTest : public testing::Test {
         tasks.runAll();
     }
     test::ScriptedRecorder& recorder() { return *platform.next; }
-    void expectError(Kind kind, std::string_view message) {
-        EXPECT_TRUE(state.showError());
-        ASSERT_TRUE(state.error());
-        EXPECT_EQ(state.error()->kind(), kind);
-        EXPECT_EQ(state.error()->message(), message);
-    }
     /// As a project that has been read meanwhile.
     void openEditor() {
         model::Project project{
@@ -74,51 +65,10 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
     EXPECT_NE(movies[0], movies[1]) << "within a second";
 }
 
-TEST_F(RecordingFlowTest, EverySecondIsCountedAndTellsHowItGoes) {
-    record();
-    timers.advance(3s);
-    EXPECT_EQ(flow.elapsedSeconds(), 3);
-    recorder().recorderStatus.framesDropped = 4;
-    recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
-    timers.advance(1s);
-    EXPECT_EQ(flow.recorderStatus().framesDropped, 4);
-    EXPECT_EQ(state.phase(), AppPhase::recording()) << "the user stops it";
-    flow.stopRecording();
-    EXPECT_EQ(timers.running(), 0U);
-    tasks.runAll();
-    state.reset();
-    record();
-    EXPECT_EQ(flow.elapsedSeconds(), 0);
-    EXPECT_TRUE(flow.recorderStatus().isCapturing());
-}
-
-TEST_F(RecordingFlowTest, AStoppedRecordingBecomesAnEditOfItsClicks) {
-    recorder().metadata.endTime = 20;
-    for (const double time : {10.0, 0.3, 11.6})
-        recorder().metadata.clickEvents.emplace_back().timestamp = time;
-    record();
-    flow.beginCapture(); // does nothing now
-    flow.stopRecording();
-    flow.stopRecording();
-    EXPECT_TRUE(flow.isStopping());
-    EXPECT_EQ(tasks.waitingWork(), 1U);
-    tasks.runAll();
-    EXPECT_FALSE(flow.isStopping());
-    EXPECT_THAT(phases, ElementsAre(recording, previewing));
-    EXPECT_EQ(state.recordingPath(), recorder().movie);
-    ASSERT_TRUE(state.metadata());
-    EXPECT_EQ(*state.metadata(), recorder().metadata);
-    ASSERT_EQ(state.editableClickEvents().size(), 3U);
-    EXPECT_DOUBLE_EQ(state.editableClickEvents()[0].startOffset, 0.3);
-    std::ifstream file(recorder().movie.parent_path() / "metadata.json");
-    const std::string json{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(model::decodeMetadata(json), recorder().metadata);
-}
-
 TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle) {
     QObject::connect(&flow, &RecordingFlow::begun, [] { ADD_FAILURE() << "nothing to recover"; });
     const auto expectIdle = [this](const char* message) {
-        expectError(Kind::captureStartFailed, message);
+        test::expectError(state, Kind::captureStartFailed, message);
         EXPECT_EQ(state.phase(), AppPhase::idle());
         EXPECT_EQ(timers.running(), 0U);
     };
@@ -148,7 +98,7 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
     const auto movie = recorder().movie.string();
     flow.stopRecording();
     tasks.runAll();
-    expectError(Kind::assetWriterFailed, "disk full");
+    test::expectError(state, Kind::assetWriterFailed, "disk full");
     recorder().stopFailure.reset();
     record();
     std::filesystem::remove_all(recorder().movie.parent_path()); // no room for the metadata
@@ -159,47 +109,6 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
     EXPECT_THAT(recoverable,
                 ElementsAre(movie, movie, recorder().movie.string(), recorder().movie.string()));
     EXPECT_FALSE(state.metadata());
-}
-
-TEST_F(RecordingFlowTest, AWindowIsRecordedOnTheFirstDisplayThatItTouches) {
-    state.setCaptureMode(model::CaptureMode::window);
-    for (const auto& [frame, display] : {std::pair{model::Rect{1800, 10, 400, 300}, 7U},
-                                         std::pair{model::Rect{1920, 10, 400, 300}, 8U},
-                                         std::pair{model::Rect{-900, 10, 400, 300}, 7U}}) {
-        flow.beginCapture();
-        ASSERT_TRUE(flow.isWindowPickerShown());
-        EXPECT_EQ(state.phase(), AppPhase::idle());
-        flow.windowSelected(test::windowOf(5, "w", frame));
-        EXPECT_FALSE(flow.isWindowPickerShown());
-        tasks.runAll();
-        EXPECT_EQ(state.phase(), AppPhase::recording());
-        EXPECT_EQ(platform.made.back().displayID, display);
-        EXPECT_EQ(platform.made.back().windowID, 5U);
-        EXPECT_EQ(state.selectedRect(), frame);
-        state.reset();
-    }
-}
-
-TEST_F(RecordingFlowTest, AnAreaIsSelectedOnTheOverlayAndThenRecorded) {
-    state.setCaptureMode(model::CaptureMode::area);
-    flow.beginCapture();
-    EXPECT_TRUE(overlays.shown.expired()) << "the overlay comes on the next turn";
-    tasks.runAll();
-    overlays.callbacks.onCancel();
-    EXPECT_FALSE(overlays.shown.expired()) << "not in the overlay's own call";
-    tasks.runAll();
-    EXPECT_TRUE(overlays.shown.expired());
-    overlays.hasScreen = false;
-    record();
-    EXPECT_THAT(phases, ElementsAre(selecting, idle, selecting, idle));
-    overlays.hasScreen = true;
-    record();
-    overlays.callbacks.onSelection(8, {2000, 20, 300, 200});
-    tasks.runAll();
-    EXPECT_TRUE(overlays.shown.expired());
-    EXPECT_EQ(phases.back(), recording);
-    EXPECT_EQ(platform.made.front().area, (model::Rect{2000, 20, 300, 200}));
-    EXPECT_EQ(platform.made.front().displayID, 8U);
 }
 
 TEST_F(RecordingFlowTest, ACountdownRunsBeforeTheRecording) {

@@ -5,6 +5,7 @@
 #include "app/flows/MainTimers.h"
 #include "app/flows/RecordingPlatform.h"
 #include "app/flows/TaskRunner.h"
+#include "app/state/AppState.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
@@ -13,23 +14,26 @@
 #include <stdexcept>
 #include <utility>
 
+#include <gmock/gmock.h>
+
 /// The flows' surroundings, each of which does only what a test tells it to.
 namespace vantro::test {
 
 inline capture::ShareableWindow windowOf(std::uint32_t id, const std::string& title,
-                                         model::Rect frame = {}) {
+                                         const std::string& application = "app") {
     capture::ShareableWindow window;
     window.windowID = id;
     window.title = title;
-    window.frame = frame;
+    window.frame = {0, 0, 400, 300};
+    window.applicationName = window.bundleIdentifier = application;
+    window.isOnScreen = true;
     return window;
 }
 
-inline capture::ShareableDisplay displayOf(std::uint32_t id, model::Rect frame, double scale = 1) {
+inline capture::ShareableDisplay displayOf(std::uint32_t id, model::Rect frame) {
     capture::ShareableDisplay display;
     display.displayID = id;
     display.frame = frame;
-    display.backingScaleFactor = scale;
     return display;
 }
 
@@ -74,44 +78,41 @@ class ManualTimers : public app::flows::MainTimers {
   public:
     std::unique_ptr<app::flows::MainTimer> repeat(std::chrono::milliseconds interval,
                                                   std::function<void()> tick) override {
-        return std::make_unique<Timer>(m_timers, Entry{interval, interval, std::move(tick)});
+        return std::make_unique<Timer>(m_timers, interval, std::move(tick));
     }
 
     void advance(std::chrono::milliseconds span) {
         const auto running = m_timers; // a tick may start and stop timers
-        for (const auto& timer : running)
-            for (timer->left -= span; timer->left.count() <= 0 && isRunning(timer);
-                 timer->left += timer->interval)
-                timer->tick();
+        const auto isRunning = [&](Timer* timer) {
+            return std::ranges::count(m_timers, timer) > 0;
+        };
+        for (auto* timer : running) {
+            if (isRunning(timer))
+                timer->left -= span;
+            while (isRunning(timer) && timer->left.count() <= 0) {
+                timer->left += timer->interval;
+                const auto tick = timer->tick; // which may be its end
+                tick();
+            }
+        }
     }
     std::size_t running() const { return m_timers.size(); }
 
   private:
-    struct Entry {
+    struct Timer : app::flows::MainTimer {
+        Timer(std::vector<Timer*>& all, std::chrono::milliseconds every, std::function<void()> does)
+            : timers(all), interval(every), left(every), tick(std::move(does)) {
+            timers.push_back(this);
+        }
+        ~Timer() override { std::erase(timers, this); }
+
+        std::vector<Timer*>& timers;
         std::chrono::milliseconds interval;
         std::chrono::milliseconds left;
         std::function<void()> tick;
     };
-    using Entries = std::vector<std::shared_ptr<Entry>>;
 
-    class Timer : public app::flows::MainTimer {
-      public:
-        Timer(Entries& timers, Entry entry)
-            : m_timers(timers), m_entry(std::make_shared<Entry>(std::move(entry))) {
-            m_timers.push_back(m_entry);
-        }
-        ~Timer() override { std::erase(m_timers, m_entry); }
-
-      private:
-        Entries& m_timers;
-        std::shared_ptr<Entry> m_entry;
-    };
-
-    bool isRunning(const std::shared_ptr<Entry>& entry) const {
-        return std::ranges::find(m_timers, entry) != m_timers.end();
-    }
-
-    Entries m_timers;
+    std::vector<Timer*> m_timers;
 };
 
 /// Succeeds, or fails as it is told.
@@ -125,7 +126,6 @@ class ScriptedRecorder : public capture::Recorder {
     capture::RecordingStatistics recorderStatus;
     std::filesystem::path movie;
     int starts = 0;
-    int stops = 0;
 
     bool choose(std::stop_token cancelled) override {
         if (chooseFailure)
@@ -139,7 +139,6 @@ class ScriptedRecorder : public capture::Recorder {
             throw *startFailure;
     }
     model::RecordingMetadata stop() override {
-        ++stops;
         if (stopFailure)
             throw *stopFailure;
         return metadata;
@@ -165,18 +164,8 @@ class ScriptedPlatform : public app::flows::RecordingPlatform {
 
 class ScriptedOverlays : public app::flows::AreaOverlays {
   public:
-    bool hasScreen = true;
-    app::flows::AreaOverlayCallbacks callbacks; ///< of the overlay shown last
-    std::weak_ptr<app::flows::AreaOverlay> shown;
-
-    std::shared_ptr<app::flows::AreaOverlay>
-    show(app::flows::AreaOverlayCallbacks wanted) override {
-        if (!hasScreen)
-            return nullptr;
-        callbacks = std::move(wanted);
-        auto overlay = std::make_shared<app::flows::AreaOverlay>();
-        shown = overlay;
-        return overlay;
+    std::shared_ptr<app::flows::AreaOverlay> show(app::flows::AreaOverlayCallbacks) override {
+        return std::make_shared<app::flows::AreaOverlay>();
     }
 };
 
@@ -198,5 +187,14 @@ class ScriptedPanels : public app::flows::FilePanels {
   private:
     Answer m_answer;
 };
+
+/// What the user is told now.
+inline void expectError(const app::AppState& state, model::VantroError::Kind kind,
+                        std::string_view message) {
+    ASSERT_TRUE(state.error());
+    EXPECT_TRUE(state.showError());
+    EXPECT_EQ(state.error()->kind(), kind);
+    EXPECT_THAT(state.error()->message(), testing::HasSubstr(message));
+}
 
 } // namespace vantro::test
