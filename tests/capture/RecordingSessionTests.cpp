@@ -52,13 +52,15 @@ class RecordingSessionTest : public testing::Test {
     model::VantroError startFailure(const std::filesystem::path& output) {
         const auto session = makeSession();
         session->choose({});
+        return failureOf([&] { session->start(output); });
+    }
+    static model::VantroError failureOf(const std::function<void()>& action) {
         try {
-            session->start(output);
+            action();
         } catch (const model::VantroError& error) {
             return error;
         }
-        ADD_FAILURE() << "start succeeded";
-        return model::VantroError(model::VantroError::Kind::noRecordingData);
+        throw std::logic_error("it succeeded");
     }
 
     test::TemporaryFolder folder;
@@ -121,12 +123,8 @@ TEST_F(RecordingSessionTest, WritesOnlyCompleteFramesAndKeepsTheLastUntilTheStop
 TEST_F(RecordingSessionTest, LeavesNothingWithoutFrames) {
     const auto recorder = startedSession();
     deliver(nullptr, FrameStatus::idle);
-    try {
-        recorder->stop();
-        FAIL() << "stop succeeded";
-    } catch (const model::VantroError& error) {
-        EXPECT_EQ(error.kind(), model::VantroError::Kind::noRecordingData);
-    }
+    EXPECT_EQ(failureOf([&] { recorder->stop(); }).kind(),
+              model::VantroError::Kind::noRecordingData);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 

@@ -65,27 +65,19 @@ TEST(X11ScreenStream, OffersTheLastPictureAgainUntilItIsTaken) {
     EXPECT_EQ(running.collector.samples().size(), 2);
 }
 
-/// Three monitors of unequal size, one of them above the main one's top, in the colours that
-/// windows give them.
-struct ThreeMonitors {
-    ThreeMonitors() {
-        test::addMonitor(server, "left", {0, 100, 300, 200}, false);
-        test::addMonitor(server, "middle", {300, 50, 400, 300}, true);
-        test::addMonitor(server, "right", {700, 0, 201, 401}, false);
-    }
-
-    test::XServer server{{.width = 901, .height = 401}};
-    test::TestWindow left{server, {0, 100, 300, 200}, red};
-    test::TestWindow middle{server, {300, 50, 400, 300}, green};
-    test::TestWindow right{server, {700, 0, 201, 401}, blue};
-};
-
 TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
-    ThreeMonitors desk;
+    // Of unequal size, one of them above the main one's top.
+    const test::XServer server({.width = 901, .height = 401});
+    test::addMonitor(server, "left", {0, 100, 300, 200}, false);
+    test::addMonitor(server, "middle", {300, 50, 400, 300}, true);
+    test::addMonitor(server, "right", {700, 0, 201, 401}, false);
+    const test::TestWindow left(server, {0, 100, 300, 200}, red);
+    test::TestWindow middle(server, {300, 50, 400, 300}, green);
+    const test::TestWindow right(server, {700, 0, 201, 401}, blue);
     for (const auto& [name, color, width, height] : {std::tuple{"left", red, 300, 200},
                                                      {"middle", green, 400, 300},
                                                      {"right", blue, 200, 400}}) {
-        test::RunningStream running(desk.server, test::screenRequest(desk.server, name));
+        test::RunningStream running(server, test::screenRequest(server, name));
         ASSERT_TRUE(running.awaitColor(0, 0, color)) << name;
         const auto first = running.collector.samples()[0].pixels;
         EXPECT_EQ(first->width(), width);
@@ -93,13 +85,13 @@ TEST(X11ScreenStream, ShowsEachOfSeveralMonitorsAndAreasAcrossThem) {
         EXPECT_TRUE(test::hasColor(*first, width - 1, height - 1, color));
     }
     // Global points count from the main monitor's corner: this one is on all three.
-    test::RunningStream across(desk.server, test::areaRequest({-100, 100, 600, 50}));
+    test::RunningStream across(server, test::areaRequest({-100, 100, 600, 50}));
     ASSERT_TRUE(across.awaitColor(99, 49, red));
     const auto first = across.collector.samples()[0].pixels;
     EXPECT_TRUE(test::hasColor(*first, 100, 0, green));
     EXPECT_TRUE(test::hasColor(*first, 498, 49, green));
     EXPECT_TRUE(test::hasColor(*first, 500, 0, blue));
-    desk.middle.fill({0, 148, 2, 2}, white); // in its last rows
+    middle.fill({0, 148, 2, 2}, white); // in its last rows
     EXPECT_TRUE(across.awaitColor(100, 49, white));
 }
 
