@@ -10,13 +10,6 @@ using namespace std::chrono_literals;
 constexpr base::HostDuration interval{1'000'000'000 / 60};
 constexpr base::HostTime start{100s};
 
-TEST(FramePacer, TakesTheFirstFrameAtOnceAndTheNextAnIntervalLater) {
-    pictures::FramePacer pacer(interval);
-    EXPECT_LE(pacer.nextDeadline(), start);
-    pacer.frameTaken(start);
-    EXPECT_EQ(pacer.nextDeadline(), start + interval);
-}
-
 TEST(FramePacer, KeepsItsGridWhenAThreadWakesALittleLate) {
     pictures::FramePacer pacer(interval);
     pacer.frameTaken(start);

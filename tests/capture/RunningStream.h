@@ -4,12 +4,14 @@
 #include "capture/OwnProcess.h"
 #include "capture/RecordingTarget.h"
 #include "capture/SampleCollector.h"
-#include "support/Eventually.h"
 #include "support/TestWindow.h"
 
 #include <algorithm>
 
 namespace vantro::test {
+
+/// Makes a window ours.
+inline const TestWindow::Names ours{.title = {}, .applicationClass = {}, .process = ownProcess};
 
 inline capture::RecordingRequest windowRequest(const TestWindow& window) {
     capture::RecordingRequest request;
@@ -44,23 +46,20 @@ struct RunningStream {
     }
 
     bool awaitColor(int x, int y, std::uint32_t color) {
-        return collector.awaitSample([=](const capture::ScreenSample& sample) {
-            return hasColor(*sample.pixels, x, y, color);
-        });
+        return eventually([=, this] { return everHadColor(x, y, color); });
     }
     /// As soon as the newest picture has the colour.
     bool awaitLatestColor(int x, int y, std::uint32_t color) {
         return eventually([=, this] {
-            const auto latest = collector.latest();
-            return latest && hasColor(*latest, x, y, color);
+            const auto samples = collector.samples();
+            return !samples.empty() && hasColor(*samples.back().pixels, x, y, color);
         });
     }
     /// Whether any picture so far has this colour at a pixel.
     bool everHadColor(int x, int y, std::uint32_t color) {
-        for (const auto& sample : collector.samples())
-            if (hasColor(*sample.pixels, x, y, color))
-                return true;
-        return false;
+        return std::ranges::any_of(collector.samples(), [=](const auto& sample) {
+            return hasColor(*sample.pixels, x, y, color);
+        });
     }
 
     std::unique_ptr<capture::CapturePlatform> platform;

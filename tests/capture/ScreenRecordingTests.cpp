@@ -17,10 +17,6 @@ namespace vantro::capture {
 namespace {
 
 using namespace std::chrono_literals;
-using test::eventually;
-using test::hasColor;
-using test::TestWindow;
-using test::XServer;
 using namespace test::colors;
 
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless

@@ -1,20 +1,19 @@
-// Our own windows stay out of screen and area recordings.
+// Our own windows stay out of screen and area recordings, also where a real compositing manager
+// blends windows.
 #include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
-#include "support/TestWindow.h"
+#include "support/Program.h"
+
+#include <optional>
 
 #include <gtest/gtest.h>
 
 namespace vantro::capture {
 namespace {
 
-using test::RunningStream;
-using test::TestWindow;
-using test::XServer;
+using namespace std::chrono_literals;
 using namespace test::colors;
-
-const test::TestWindow::Names ours{
-    .title = {}, .applicationClass = {}, .process = test::ownProcess};
+using test::ours;
 
 /// What a server may lack.
 class OwnWindowsOn : public testing::TestWithParam<test::MissingExtensions> {};
@@ -38,42 +37,23 @@ TEST_P(OwnWindowsOn, ShowWhatLiesBeneathThemFromTheFirstFrameOn) {
     const auto last = running.collector.samples().back().pixels;
     EXPECT_TRUE(test::hasColor(*last, 90, 60, red));
     EXPECT_TRUE(test::hasColor(*last, 60, 300, black)) << "the root's own background";
+    upper.shape({{0, 0, 100, 200}, {100, 150, 100, 50}}); // a corner is cut out
+    ASSERT_TRUE(running.awaitLatestColor(250, 150, red));
+    EXPECT_TRUE(running.awaitLatestColor(250, 270, green));
     for (const auto& [x, y] : {std::pair{54, 54}, {200, 200}, {340, 340}, {320, 70}})
         EXPECT_FALSE(running.everHadColor(x, y, white)) << x << ", " << y;
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, OwnWindowsOn, test::usualServers(), test::nameOf);
 
-TEST(OwnWindows, NeverShowHoweverTheyComeAndMoveAndGo) {
-    const test::XServer server;
-    test::TestWindow ground(server, {0, 0, 640, 480}, red);
-    test::RunningStream running(server);
-    ASSERT_TRUE(running.awaitColor(320, 240, red));
-    for (int round = 0; round < 5; ++round) {
-        test::TestWindow own(server, {100, 100, 200, 200}, white, ours);
-        ground.fill({10 + 20 * round, 10, 10, 10}, green);
-        ASSERT_TRUE(running.awaitColor(14 + 20 * round, 14, green));
-        for (int step = 0; step < 10; ++step)
-            own.place({100 + 20 * step, 100 + 10 * step, 200 + step, 200});
-        ground.fill({10 + 20 * round, 30, 10, 10}, blue);
-        ASSERT_TRUE(running.awaitColor(14 + 20 * round, 34, blue));
-    }
-    const auto samples = running.collector.samples();
-    EXPECT_GE(samples.size(), 11);
-    for (const auto& sample : samples)
-        for (int y = 100; y < 400; y += 20)
-            for (int x = 100; x < 500; x += 20)
-                ASSERT_TRUE(test::hasColor(*sample.pixels, x, y, red)) << x << ", " << y;
-}
-
-TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
+TEST(OwnWindows, NeverShowHoweverTheyAndOthersComeAndChangeAndGo) {
     const test::XServer server;
     test::TestWindow ground(server, {0, 0, 640, 480}, red);
     test::TestWindow other(server, {150, 150, 200, 200}, green);
-    test::TestWindow own(server, {100, 100, 300, 300}, white, ours);
     test::RunningStream running(server);
     ASSERT_TRUE(running.awaitColor(10, 10, red));
     for (int step = 0; step < 40; ++step) {
+        test::TestWindow own(server, {100, 100, 300, 300}, white, ours);
         own.lower();
         own.shape({{0, 0, 300, 50 + 5 * step}, {100, 0, 20 + 4 * step, 300}});
         own.raise();
@@ -81,10 +61,11 @@ TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
         other.place({150 + 2 * step, 150, 200, 200}); // not between two halves of a chroma sample
         other.raise();
         own.raise();
-        ground.fill({10, 10, 10, 10}, step % 2 == 0 ? blue : green);
+        own.place({100 + step, 110, 300 - step, 290});
+        const auto color = step % 8 == 0 ? blue : green;
+        ground.fill({10, 10, 10, 10}, color);
+        ASSERT_TRUE(step % 4 != 0 || running.awaitLatestColor(14, 14, color));
     }
-    ground.fill({10, 10, 10, 10}, white);
-    ASSERT_TRUE(running.awaitColor(14, 14, white));
     for (const auto& sample : running.collector.samples())
         for (int y = 100; y < 400; y += 20)
             for (int x = 100; x < 420; x += 20)
@@ -93,33 +74,11 @@ TEST(OwnWindows, NeverShowWhenTheyAndOthersChangeTheirOrderAndShapeFast) {
                     << x << ", " << y;
 }
 
-TEST(OwnWindows, FollowTheShapeOfWhatLiesBeneathThem) {
-    const test::XServer server;
-    const test::TestWindow ground(server, {0, 0, 640, 480}, red);
-    test::TestWindow beneath(server, {100, 100, 200, 200}, green);
-    const test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
-    test::RunningStream running(server);
-    ASSERT_TRUE(running.awaitColor(290, 290, green));
-    beneath.shape({{0, 0, 100, 200}, {100, 150, 100, 50}}); // a corner is cut out
-    ASSERT_TRUE(running.awaitColor(250, 150, red));
-    const auto last = running.collector.samples().back().pixels;
-    EXPECT_TRUE(test::hasColor(*last, 150, 150, green));
-    EXPECT_TRUE(test::hasColor(*last, 250, 270, green));
-    EXPECT_FALSE(running.everHadColor(60, 60, white));
-}
-
 TEST(OwnWindows, AreThoseOfThisProcessUnlessATestSaysOtherwise) {
     const test::XServer server;
-    const test::TestWindow ground(server, {0, 0, 640, 480}, red); // of this process
-    auto platform = x11::connectX11(server.display()).value();
-    const auto content = platform->shareableContent().value();
-    ASSERT_EQ(content.windows.size(), 1);
-    EXPECT_EQ(content.windows[0].bundleIdentifier, ownBundleIdentifier);
-    test::SampleCollector collector;
-    const auto stream = platform->makeScreenStream(resolveTarget({}, content)).value();
-    stream->startCapture(collector);
-    ASSERT_TRUE(collector.awaitSample([](const ScreenSample&) { return true; }));
-    EXPECT_TRUE(test::hasColor(*collector.samples()[0].pixels, 320, 240, black));
+    const test::TestWindow window(server, {0, 0, 640, 480}, red);
+    const auto content = x11::connectX11(server.display()).value()->shareableContent().value();
+    EXPECT_EQ(content.windows.at(0).bundleIdentifier, ownBundleIdentifier);
 }
 
 TEST(OwnWindows, DoNotMakeAScreenThatRestsElsewhereCostFrames) {
@@ -134,6 +93,63 @@ TEST(OwnWindows, DoNotMakeAScreenThatRestsElsewhereCostFrames) {
     const test::XServer other; // starting it takes a while
     EXPECT_LE(running.collector.samples().size(), before + 1);
 }
+
+class OwnWindowsUnder : public testing::TestWithParam<const char*> {};
+
+TEST_P(OwnWindowsUnder, ShowNeitherTheirShadowsNorTheirFading) {
+    const test::XServer server;
+    const test::CompositingManager manager(server, GetParam());
+    test::TestWindow ground(server, {0, 0, 640, 480}, white);
+    test::TestWindow other(server, {20, 20, 40, 40}, red);
+    test::RunningStream running(server);
+    ASSERT_TRUE(running.awaitLatestColor(320, 240, white)); // it has faded in
+    const auto first = running.collector.samples().size();
+    // A manager that is busy fading misses what is drawn meanwhile: draws until it shows.
+    const auto showsAs = [&](std::uint32_t color) {
+        return test::eventually([&] {
+            other.fill(color);
+            return test::hasColor(*running.collector.samples().back().pixels, 40, 40, color);
+        });
+    };
+    for (int round = 0; round < 3; ++round) {
+        test::TestWindow own(server, {200, 200, 200, 100}, blue, ours);
+        ASSERT_TRUE(showsAs(green));
+        own.close();
+        ASSERT_TRUE(showsAs(red));
+    }
+    const auto start = base::hostNow(); // until all has faded, and longer
+    for (std::uint32_t step = 0; base::hostNow() - start < 700ms; ++step)
+        other.fill(step % 2 == 0 ? green : red);
+    const auto samples = running.collector.samples();
+    for (auto index = first; index < samples.size(); ++index)
+        for (int y = 150; y < 350; y += 10)
+            for (int x = 150; x < 450; x += 10)
+                ASSERT_TRUE(test::hasColor(*samples[index].pixels, x, y, white)) << x << ", " << y;
+}
+
+TEST_P(OwnWindowsUnder, LetTheWindowsBeneathBeBlended) {
+    const test::XServer server;
+    const test::TestWindow ground(server, {0, 0, 640, 480}, 0x000000);
+    // Half of a light green.
+    test::TestWindow veil(server, {100, 100, 400, 200}, 0x80206040, {.isBlended = true});
+    const test::TestWindow patch(server, {0, 0, 300, 150}, blue);
+    test::TestWindow own(server, {50, 50, 300, 300}, white, ours);
+    veil.raise();
+    own.raise();
+    test::RunningStream running(server);
+    constexpr std::uint32_t veiled = 0x2777af; // 0x206040 and 127/255 of blue
+    constexpr std::uint32_t opaque = 0x206040; // as the screen shows it without a manager
+    ASSERT_TRUE(running.awaitColor(200, 200, opaque));
+    std::optional<test::CompositingManager> manager(std::in_place, server, GetParam());
+    ASSERT_TRUE(running.awaitLatestColor(200, 120, veiled));
+    ASSERT_TRUE(running.awaitLatestColor(400, 120, opaque)) << "over black, in view";
+    manager.reset();
+    ASSERT_TRUE(running.awaitLatestColor(200, 120, opaque));
+    EXPECT_FALSE(running.everHadColor(200, 200, white));
+}
+
+INSTANTIATE_TEST_SUITE_P(CompositingManagers, OwnWindowsUnder, testing::Values("picom", "xcompmgr"),
+                         [](const auto& name) { return std::string(name.param); });
 
 } // namespace
 } // namespace vantro::capture

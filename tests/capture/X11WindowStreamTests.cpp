@@ -1,17 +1,14 @@
 #include "capture/LesserServers.h"
 #include "capture/RunningStream.h"
-#include "support/TestWindow.h"
+#include "support/Program.h"
 
-#include <algorithm>
+#include <optional>
 
 #include <gtest/gtest.h>
 
 namespace vantro::capture {
 namespace {
 
-using test::RunningStream;
-using test::TestWindow;
-using test::XServer;
 using namespace test::colors;
 
 class X11WindowStreamOn : public testing::TestWithParam<test::MissingExtensions> {};
@@ -32,6 +29,25 @@ TEST_P(X11WindowStreamOn, ShowsAWindowThatIsCoveredAndCutOff) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, X11WindowStreamOn, test::usualServers(), test::nameOf);
+
+TEST(X11WindowStream, ShowsACoveredWindowWhetherACompositingManagerRunsOrNot) {
+    const test::XServer server;
+    test::TestWindow window(server, {500, 300, 300, 250}, red);
+    const test::TestWindow cover(server, {520, 320, 400, 400}, green);
+    std::optional<test::CompositingManager> manager(std::in_place, server, "picom");
+    test::RunningStream running(server, test::windowRequest(window));
+    ASSERT_TRUE(running.awaitColor(100, 100, red));
+    window.fill({200, 200, 20, 20}, blue);
+    ASSERT_TRUE(running.awaitColor(210, 210, blue));
+    manager.reset();
+    window.fill({200, 200, 20, 20}, white);
+    ASSERT_TRUE(running.awaitColor(210, 210, white));
+    manager.emplace(server, "picom");
+    window.place({10, 10, 300, 250});
+    window.fill({100, 100, 20, 20}, blue);
+    ASSERT_TRUE(running.awaitColor(110, 110, blue));
+    EXPECT_FALSE(running.everHadColor(150, 150, green));
+}
 
 TEST(X11WindowStream, FollowsAWindowAndFitsItsNewSizes) {
     const test::XServer server;

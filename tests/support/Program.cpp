@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
-#include <string_view>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -16,47 +15,39 @@
 namespace vantro::test {
 namespace {
 
-/// Ours, but for another display.
-std::vector<std::string> environmentOn(const std::string& display) {
-    std::vector<std::string> list{"DISPLAY=" + display};
-    for (char** each = environ; *each != nullptr; ++each)
-        if (!std::string_view(*each).starts_with("DISPLAY="))
-            list.emplace_back(*each);
-    return list;
-}
-
-std::vector<std::string> commandOf(const std::string& manager) {
+std::vector<std::string> commandOf(const std::string& display, const std::string& manager) {
+    std::vector<std::string> list{"env", "DISPLAY=" + display, manager};
     if (manager == "picom") // whatever the user's settings say
-        return {"picom",    "--config",        "/dev/null", "--backend", "xrender",
-                "--shadow", "--shadow-radius", "12",        "--fading"};
-    return {manager, "-c", "-f"}; // soft shadows, and fading
+        list.insert(list.end(), {"--config", "/dev/null", "--backend", "xrender", "--shadow",
+                                 "--shadow-radius", "12", "--fading"});
+    else
+        list.insert(list.end(), {"-c", "-f"}); // soft shadows, and fading
+    return list;
 }
 
 } // namespace
 
-std::vector<char*> pointersTo(std::vector<std::string>& list) {
+pid_t startProgram(std::vector<std::string> arguments, int file) {
     std::vector<char*> pointers;
-    pointers.reserve(list.size() + 1);
-    for (auto& each : list)
+    for (auto& each : arguments)
         pointers.push_back(each.data());
     pointers.push_back(nullptr);
-    return pointers;
-}
-
-Program::Program(const std::string& display, const std::vector<std::string>& arguments) {
-    auto list = arguments;
-    auto variables = environmentOn(display);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    const int error = posix_spawnp(&m_process, list.front().c_str(), &actions, nullptr,
-                                   pointersTo(list).data(), pointersTo(variables).data());
+    if (file >= 0)
+        posix_spawn_file_actions_adddup2(&actions, file, givenFile);
+    pid_t process = -1;
+    const int error =
+        posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
-        throw std::runtime_error("cannot start " + list.front());
+        throw std::runtime_error("cannot start " + arguments.front());
+    return process;
 }
 
+<<<<<<< HEAD
 Program::~Program() {
     end(SIGTERM);
 }
@@ -71,10 +62,15 @@ void Program::end(int signal) {
     ::kill(m_process, signal);
     waitpid(m_process, nullptr, 0);
     m_process = -1;
+=======
+void endProgram(pid_t process) {
+    kill(process, SIGTERM);
+    waitpid(process, nullptr, 0);
+>>>>>>> trim-capture
 }
 
 CompositingManager::CompositingManager(const XServer& server, const std::string& name)
-    : m_program(server.display(), commandOf(name)) {
+    : m_process(startProgram(commandOf(server.display(), name))) {
     const XConnection connection = connectTo(server.display());
     const auto selection = atom(connection, "_NET_WM_CM_S0");
     const bool isRunning = eventually([&] {

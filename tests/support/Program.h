@@ -9,6 +9,7 @@
 
 namespace vantro::test {
 
+<<<<<<< HEAD
 /// The list as the C library takes arguments, ended with a null. Valid for as long as the list is.
 std::vector<char*> pointersTo(std::vector<std::string>& list);
 
@@ -30,6 +31,14 @@ class Program {
 
     pid_t m_process = -1;
 };
+=======
+/// Starts a program of the search path, which says nothing; one file may be given to it as
+/// `givenFile`. Throws std::runtime_error when it cannot be started.
+constexpr int givenFile = 8;
+pid_t startProgram(std::vector<std::string> arguments, int file = -1);
+/// Has it end as it likes, and waits until it is gone.
+void endProgram(pid_t process);
+>>>>>>> trim-capture
 
 /// A real compositing manager, which blends the windows of a display, puts shadows around them and
 /// lets them fade when they go, from when it is constructed until it is destroyed.
@@ -37,9 +46,12 @@ class CompositingManager {
   public:
     /// "picom" or "xcompmgr". Throws std::runtime_error when it does not start.
     CompositingManager(const XServer& server, const std::string& name);
+    ~CompositingManager() { endProgram(m_process); }
+    CompositingManager(const CompositingManager&) = delete;
+    CompositingManager& operator=(const CompositingManager&) = delete;
 
   private:
-    Program m_program;
+    pid_t m_process;
 };
 
 } // namespace vantro::test

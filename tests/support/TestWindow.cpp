@@ -47,6 +47,10 @@ struct TestWindow::Implementation {
     xcb_window_t window = 0;
     std::jthread clicks;
 
+    void stack(std::uint32_t mode) const {
+        xcb_configure_window(connection.get(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+        roundTrip(connection);
+    }
     /// Each press is answered on a connection of its own, which ends with the window.
     void answerPresses(std::uint32_t color, int side) {
         XConnection own = connectTo(display);
@@ -164,17 +168,11 @@ void TestWindow::shape(const std::vector<media::color::PixelRect>& parts) {
 }
 
 void TestWindow::raise() {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(m_implementation->connection.get(), id(), XCB_CONFIG_WINDOW_STACK_MODE,
-                         &above);
-    roundTrip(m_implementation->connection);
+    m_implementation->stack(XCB_STACK_MODE_ABOVE);
 }
 
 void TestWindow::lower() {
-    const std::uint32_t below = XCB_STACK_MODE_BELOW;
-    xcb_configure_window(m_implementation->connection.get(), id(), XCB_CONFIG_WINDOW_STACK_MODE,
-                         &below);
-    roundTrip(m_implementation->connection);
+    m_implementation->stack(XCB_STACK_MODE_BELOW);
 }
 
 std::uint32_t TestWindow::id() const {

@@ -6,26 +6,21 @@
 
 #include <array>
 #include <csignal>
-#include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace vantro::test {
 namespace {
 
-constexpr int displayNumberFd = 8; // the server's end of the pipe that tells its number
-
 std::vector<std::string> arguments(const XServer::Options& options) {
     if (!options.xorgFolder.empty())
-        return xorgCommand(options.xorgFolder, displayNumberFd);
+        return xorgCommand(options.xorgFolder, givenFile);
     std::vector<std::string> list{"Xvfb",
                                   "-displayfd",
-                                  std::to_string(displayNumberFd),
+                                  std::to_string(givenFile),
                                   "-screen",
                                   "0",
                                   std::to_string(options.width) + "x" +
@@ -37,27 +32,6 @@ std::vector<std::string> arguments(const XServer::Options& options) {
     for (const auto& extension : options.missingExtensions)
         list.insert(list.end(), {"-extension", extension});
     return list;
-}
-
-/// Starts a program of the search path; its standard error goes nowhere.
-pid_t spawn(std::vector<std::string> list, posix_spawn_file_actions_t& actions) {
-    const auto pointers = pointersTo(list);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t process = -1;
-    const int error =
-        posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
-    if (error != 0)
-        throw std::runtime_error("cannot start " + list.front());
-    return process;
-}
-
-pid_t startServer(const XServer::Options& options, int numberPipe) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, numberPipe, displayNumberFd);
-    const pid_t process = spawn(arguments(options), actions);
-    posix_spawn_file_actions_destroy(&actions);
-    return process;
 }
 
 /// The server writes its number when it accepts connections; nothing is written when it fails.
@@ -75,7 +49,7 @@ XServer::XServer(const Options& options) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("cannot make a pipe");
-    m_process = startServer(options, ends[1]);
+    m_process = startProgram(arguments(options), ends[1]);
     close(ends[1]);
     const std::string number = readNumber(ends[0]);
     close(ends[0]);
@@ -87,23 +61,14 @@ XServer::XServer(const Options& options) {
 }
 
 XServer::~XServer() {
-    if (m_process <= 0)
-        return;
-    kill(m_process, SIGTERM); // lets it remove its socket and lock
-    waitpid(m_process, nullptr, 0);
+    if (m_process > 0)
+        endProgram(m_process); // it removes its socket and lock
 }
 
 void XServer::crash() {
     kill(m_process, SIGKILL);
     waitpid(m_process, nullptr, 0);
     m_process = -1;
-}
-
-double XServer::processorSeconds() const {
-    std::ifstream file("/proc/" + std::to_string(m_process) + "/schedstat");
-    double nanoseconds = 0;
-    file >> nanoseconds;
-    return nanoseconds / 1e9;
 }
 
 void setRootProperty(const XServer& server, const std::string& name, const std::string& value) {
@@ -128,15 +93,6 @@ void addMonitor(const XServer& server, const std::string& name, media::color::Pi
     const std::string geometry = text(rect.width) + "/100x" + text(rect.height) + "/100+" +
                                  text(rect.x) + "+" + text(rect.y);
     runXrandr(server.display(), {"--setmonitor", (isPrimary ? "*" : "") + name, geometry, "none"});
-}
-
-void removeMonitor(const XServer& server, const std::string& name) {
-    runXrandr(server.display(), {"--delmonitor", name});
-}
-
-void resizeScreen(const XServer& server, int width, int height) {
-    runXrandr(server.display(), {"--output", "screen", "--off", "--fb",
-                                 std::to_string(width) + "x" + std::to_string(height)});
 }
 
 } // namespace vantro::test

@@ -37,8 +37,6 @@ class XServer {
     const std::string& display() const { return m_display; }
     /// Ends the server as a crash would; returns when it is gone.
     void crash();
-    /// Processor seconds that the server has used.
-    double processorSeconds() const;
 
   private:
     pid_t m_process = -1;
@@ -54,9 +52,5 @@ void setRootNumber(const XServer& server, const std::string& name, std::uint32_t
 /// Adds a monitor to the X screen, in its pixels, without an output of its own.
 void addMonitor(const XServer& server, const std::string& name, media::color::PixelRect rect,
                 bool isPrimary);
-/// Takes a monitor away that was added. The server tells nobody until the screen's size changes.
-void removeMonitor(const XServer& server, const std::string& name);
-/// Changes the X screen's size, which is not to grow.
-void resizeScreen(const XServer& server, int width, int height);
 
 } // namespace vantro::test
