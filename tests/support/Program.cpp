@@ -3,7 +3,6 @@
 #include "support/Eventually.h"
 #include "support/XConnection.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -47,26 +46,21 @@ pid_t startProgram(std::vector<std::string> arguments, int file) {
     return process;
 }
 
-<<<<<<< HEAD
-Program::~Program() {
-    end(SIGTERM);
+void endProgram(pid_t process, int signal) {
+    ::kill(process, signal);
+    waitpid(process, nullptr, 0);
 }
 
-void Program::kill() {
-    end(SIGKILL);
-}
+Program::Program(const std::string& display, std::vector<std::string> arguments)
+    : m_process([&] {
+        arguments.insert(arguments.begin(), {"env", "DISPLAY=" + display});
+        return startProgram(std::move(arguments));
+    }()) {}
 
 void Program::end(int signal) {
-    if (m_process <= 0)
-        return;
-    ::kill(m_process, signal);
-    waitpid(m_process, nullptr, 0);
+    if (m_process > 0)
+        endProgram(m_process, signal);
     m_process = -1;
-=======
-void endProgram(pid_t process) {
-    kill(process, SIGTERM);
-    waitpid(process, nullptr, 0);
->>>>>>> trim-capture
 }
 
 CompositingManager::CompositingManager(const XServer& server, const std::string& name)

@@ -2,6 +2,7 @@
 
 #include "support/XServer.h"
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -9,36 +10,31 @@
 
 namespace vantro::test {
 
-<<<<<<< HEAD
-/// The list as the C library takes arguments, ended with a null. Valid for as long as the list is.
-std::vector<char*> pointersTo(std::vector<std::string>& list);
-
-/// A program of the search path that runs on a display until it is ended. Says nothing.
-class Program {
-  public:
-    /// Throws std::runtime_error when it cannot be started.
-    Program(const std::string& display, const std::vector<std::string>& arguments);
-    /// Ends it, and waits until it is gone.
-    ~Program();
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    /// Ends it as nothing else can; returns when it is gone.
-    void kill();
-
-  private:
-    void end(int signal);
-
-    pid_t m_process = -1;
-};
-=======
 /// Starts a program of the search path, which says nothing; one file may be given to it as
 /// `givenFile`. Throws std::runtime_error when it cannot be started.
 constexpr int givenFile = 8;
 pid_t startProgram(std::vector<std::string> arguments, int file = -1);
-/// Has it end as it likes, and waits until it is gone.
-void endProgram(pid_t process);
->>>>>>> trim-capture
+/// Sends it the signal, and waits until it is gone.
+void endProgram(pid_t process, int signal = SIGTERM);
+
+/// A program that runs on a display until it is ended. Says nothing.
+class Program {
+  public:
+    /// Throws std::runtime_error when it cannot be started.
+    Program(const std::string& display, std::vector<std::string> arguments);
+    /// Ends it, and waits until it is gone.
+    ~Program() { end(SIGTERM); }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// Ends it as nothing else can; returns when it is gone.
+    void kill() { end(SIGKILL); }
+
+  private:
+    void end(int signal);
+
+    pid_t m_process;
+};
 
 /// A real compositing manager, which blends the windows of a display, puts shadows around them and
 /// lets them fade when they go, from when it is constructed until it is destroyed.
