@@ -1,3 +1,4 @@
+#include "base/Log.h"
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/ScriptedPlatform.h"
@@ -224,6 +225,29 @@ TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
     ASSERT_GE(frames.size(), 2);
     EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
     EXPECT_LT(frames[1].presentationTime.seconds(), longest);
+}
+
+TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {
+    base::configureLog(base::LogLevel::info);
+    testing::internal::CaptureStderr();
+    RecordingRequest request;
+    request.sources.systemSound = true;
+    const auto recorder = startedSession(request);
+    deliver(flatPicture(60));
+    script->output->streamStopped("the screen went away");
+    EXPECT_EQ(recorder->statistics().condition, RecordingCondition::streamStopped);
+    recorder->stop();
+    base::configureLog(base::LogLevel::warning);
+    const std::string log = testing::internal::GetCapturedStderr();
+    std::size_t at = 0;
+    for (const std::string line :
+         {"Capturing screen: 320x240, systemAudio: true, mic: false\n",
+          "Display: 320x240, captureRect: (0, 0, 320, 240)\n", "Capture started\n",
+          "First frame at ", "Stream stopped with error: the screen went away\n",
+          "Stopping capture, 1 frames written\n", "Asset writer finished, status: 2\n"}) {
+        at = log.find(line, at);
+        ASSERT_NE(at, std::string::npos) << line << " is missing or out of order in\n" << log;
+    }
 }
 
 } // namespace

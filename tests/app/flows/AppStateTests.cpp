@@ -1,65 +1,142 @@
 #include "app/flows/ScriptedServices.h"
 #include "app/state/AppState.h"
 
+#include <cmath>
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::app::flows {
 namespace {
 
+using testing::ElementsAre;
+
 model::Project projectAt(const std::filesystem::path& movie) {
     return {"demo", model::Recording(movie, model::RecordingMetadata{}), {}};
 }
 
+/// Notes the signals of the fields that a recording and its edit have, by name.
+class SignalLog {
+  public:
+    explicit SignalLog(AppState& state) {
+        const std::pair<void (AppState::*)(), const char*> signals[]{
+            {&AppState::phaseChanged, "phase"},
+            {&AppState::selectedWindowChanged, "window"},
+            {&AppState::recordingPathChanged, "recording"},
+            {&AppState::metadataPathChanged, "metadataPath"},
+            {&AppState::metadataChanged, "metadata"},
+            {&AppState::segmentsChanged, "segments"},
+            {&AppState::selectedSegmentIDChanged, "segment"},
+            {&AppState::editableClickEventsChanged, "clicks"},
+            {&AppState::selectedClickIDChanged, "click"},
+            {&AppState::cursorScaleChanged, "cursorScale"},
+            {&AppState::canvasAspectRatioChanged, "canvas"},
+            {&AppState::backgroundSettingsChanged, "background"},
+            {&AppState::webcamPositionChanged, "webcamPosition"},
+            {&AppState::webcamSizeChanged, "webcamSize"},
+            {&AppState::recordingNameChanged, "name"},
+            {&AppState::projectPathChanged, "project"}};
+        for (const auto& [changed, name] : signals)
+            QObject::connect(&state, changed, [this, name] { m_names.emplace_back(name); });
+    }
+    std::vector<std::string> take() { return std::exchange(m_names, {}); }
+
+  private:
+    std::vector<std::string> m_names;
+};
+
+/// Every field of the edit at another value than a reset leaves.
+model::Edit otherEdit() {
+    model::Edit edit;
+    edit.clickEvents = {{model::ClickEvent{}}};
+    edit.segments = {{model::TimelineSegment{}, model::TimelineSegment{}}};
+    edit.background.padding = 0.2;
+    edit.canvasAspectRatio = model::CanvasAspectRatio::ratio1x1;
+    edit.cursorScale = 1;
+    edit.webcamPosition = model::WebcamPosition::topLeft;
+    edit.webcamSize = 0.4;
+    edit.webcamHidden = edit.webcamMirrored = true;
+    edit.systemAudioVolume = edit.microphoneVolume = 0.5;
+    return edit;
+}
+
+TEST(AppPhaseDeathTest, OnlyDrawnTransitionsAndProgressesAreAllowed) {
+    AppState state(1);
+    EXPECT_DEATH(state.setPhase(AppPhase::exporting(0.5)), "no phase leads from idle");
+    EXPECT_DEATH(AppPhase::exporting(1.01), "progress");
+    EXPECT_DEATH(AppPhase::exporting(std::nan("")), "progress");
+}
+
 TEST(AppState, TellsOfAChangeOnceAndOfAnEqualWriteNotAtAll) {
     AppState state(7);
-    int changes = 0;
+    EXPECT_EQ(state.selectedDisplayID(), 7U);
+    SignalLog log(state);
     int errors = 0;
-    QObject::connect(&state, &AppState::cursorScaleChanged, [&] { ++changes; });
     QObject::connect(&state, &AppState::errorChanged, [&] { ++errors; });
     QObject::connect(&state, &AppState::showErrorChanged, [&] { ++errors; });
     for (int i = 0; i < 2; ++i) {
+        state.setSelectedWindow(test::windowOf(3, "t"));
         state.setCursorScale(1);
+        state.setSegments({{model::TimelineSegment{.id = {}, .speed = 2}}});
         state.setError("no encoder", model::VantroError::Kind::exportFailed);
     }
-    EXPECT_EQ(changes, 1);
+    EXPECT_THAT(log.take(), ElementsAre("window", "cursorScale", "segments"));
     EXPECT_EQ(errors, 2) << "the error and the alert";
     state.setError("no encoder", model::VantroError::Kind::projectSaveFailed);
     EXPECT_EQ(errors, 3) << "the alert is up already";
-    state.document().open(projectAt("/r/recording.mov"));
-    state.setCursorScale(2);
-    state.document().undo();
-    EXPECT_EQ(changes, 4) << "opened, set and brought back";
 }
 
-TEST(AppState, ShowsAProjectAndResetsWhatBelongsToIt) {
+TEST(AppState, ShowsAProjectAndResetsInTheStatedOrder) {
     AppState state(1);
     state.setCaptureMode(model::CaptureMode::window);
+    state.setSelectedSegmentID(model::Uuid::random());
+    SignalLog log(state);
     QObject::connect(&state, &AppState::recordingPathChanged, [&state] {
         EXPECT_EQ(state.projectPath().has_value(), state.document().recording().has_value())
             << "nothing half-written is seen";
     });
     auto project = projectAt("/p.vantro/recording.mov");
-    project.edit.clickEvents = {{model::ClickEvent{}}};
-    project.edit.segments = {{model::TimelineSegment{}, model::TimelineSegment{}}};
-    project.edit.background.padding = 0.2;
-    project.edit.cursorScale = 1;
-    project.edit.webcamHidden = project.edit.webcamMirrored = true;
-    project.edit.systemAudioVolume = project.edit.microphoneVolume = 0.5;
+    project.edit = otherEdit();
     state.show(project, "/p.vantro");
+    EXPECT_THAT(log.take(), ElementsAre("recording", "metadata", "clicks", "segments", "segment",
+                                        "background", "canvas", "cursorScale", "webcamPosition",
+                                        "webcamSize", "name", "project", "phase"));
     EXPECT_EQ(state.document().project(), project);
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
 
     state.setSelectedWindow(test::windowOf(3, "t"));
+    state.setSelectedSegmentID(model::Uuid::random());
+    state.setSelectedClickID(model::Uuid::random());
+    log.take();
     state.reset();
-    EXPECT_FALSE(state.selectedWindow());
-    EXPECT_EQ(state.segments().size(), 1U);
+    EXPECT_THAT(log.take(), ElementsAre("phase", "window", "recording", "metadata", "segments",
+                                        "segment", "clicks", "click", "cursorScale", "canvas",
+                                        "webcamPosition", "webcamSize", "project"));
     model::Edit expected;
     expected.segments = state.segments();
     expected.cursorScale = 2;
     expected.background.padding = 0.2;
     EXPECT_EQ(state.document().edit(), expected);
+    EXPECT_EQ(state.segments().size(), 1U);
+    EXPECT_EQ(state.recordingName(), "demo");
     EXPECT_EQ(state.captureMode(), model::CaptureMode::window);
     EXPECT_FALSE(state.document().canUndo());
+}
+
+TEST(AppState, TellsOfTheFieldsThatAnUndoBringsBack) {
+    AppState state(1);
+    state.show(projectAt("/r/recording.mov"));
+    const auto before = state.document().edit();
+    const auto other = otherEdit();
+    state.document().apply(other);
+    SignalLog log(state);
+    state.document().undo();
+    EXPECT_EQ(state.document().edit(), before);
+    const std::vector<std::string> all{"clicks",      "segments",       "background", "canvas",
+                                       "cursorScale", "webcamPosition", "webcamSize"};
+    EXPECT_EQ(log.take(), all);
+    state.document().redo();
+    EXPECT_EQ(state.document().edit(), other);
+    EXPECT_EQ(log.take(), all);
 }
 
 /// A document with a recording whose changes are counted.
