@@ -13,6 +13,9 @@ namespace {
 // Below this distance a jump, which empties the decoder's pipeline, costs more than decoding on.
 constexpr MediaTime nearDistance{1, 2};
 
+// Indexes may list a keyframe earlier than it is shown, by less than this.
+constexpr MediaTime longestReordering{1, 10};
+
 std::size_t bytesOf(const PixelBuffer& pixels) {
     std::size_t bytes = 0;
     for (int plane = 0; plane < pixels.planeCount(); ++plane)
@@ -188,7 +191,7 @@ FoundFrame FrameSource::frameNear(MediaTime t, MediaTime tolerance,
     if (auto kept = self.keptNear(t, tolerance))
         return *std::move(kept);
     if (!givenUp.stop_requested() &&
-        self.decoder.hasKeyframeBetween(t - tolerance, t + tolerance)) {
+        self.decoder.hasKeyframeBetween(t - tolerance - longestReordering, t + tolerance)) {
         self.jumpToKeyframe(t + tolerance);
         if (auto found = self.keptNear(t, tolerance))
             return *std::move(found);
