@@ -138,7 +138,9 @@ struct FrameSource::Implementation {
         return {pixels, start, std::max(end - start, MediaTime{})};
     }
 
-    FoundFrame exact(MediaTime t, const std::stop_token& givenUp) {
+    FoundFrame exact(MediaTime asked, const std::stop_token& givenUp) {
+        // Else a picture due at two thirds of a millisecond, say, would never show.
+        const auto t = MediaTime::nearestTo(Fraction(asked) + Fraction(decoder.rounding()));
         if (givenUp.stop_requested())
             return std::unexpected(NoFrame::givenUp);
         if (needsJump(t))

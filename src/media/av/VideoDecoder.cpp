@@ -42,6 +42,11 @@ VideoDecoder::VideoDecoder(const MovieReference& movie, int streamIndex)
     , m_packet(makePacket())
     , m_sought(m_clock.zero()) {}
 
+MediaTime VideoDecoder::rounding() const {
+    const bool countsMilliseconds = m_stream->time_base.num == 1 && m_stream->time_base.den == 1000;
+    return countsMilliseconds ? MediaTime{1, 2000} : MediaTime{};
+}
+
 std::optional<DecodedFrame> VideoDecoder::next() {
     return m_peeked ? std::exchange(m_peeked, {}) : decodeNext();
 }

@@ -26,6 +26,8 @@ class VideoDecoder {
 
     const AVStream& stream() const { return *m_stream; }
 
+    /// By how much a picture's time may be too late because the file rounds it to milliseconds.
+    MediaTime rounding() const;
     /// The next picture; nothing after the last. Throws MediaError where the movie breaks off or is
     /// damaged, after every picture before that place has been given.
     std::optional<DecodedFrame> next();
