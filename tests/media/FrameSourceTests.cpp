@@ -87,7 +87,7 @@ TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
 
 TEST(FrameSource, givesUpInTheMiddleOfDecodingAndGoesOnAfterwards) {
     const test::TemporaryFolder folder;
-    makeMovie(folder / "m.mov", "-bf 2 -g 1000 -video_track_timescale 90000");
+    makeMovie(folder / "m.mov", "-bf 0 -g 1000 -video_track_timescale 90000");
     const auto asset = Asset::open(folder / "m.mov");
     const MediaTime last{ticksOf(frameCount - 1), 90'000};
     bool gaveUpInTheMiddle = false;
@@ -104,10 +104,34 @@ TEST(FrameSource, givesUpInTheMiddleOfDecodingAndGoesOnAfterwards) {
             ASSERT_EQ(found.error(), NoFrame::givenUp);
             gaveUpInTheMiddle = source.keptBytes() > 0;
         }
-        ASSERT_EQ(numberShownAt(source, ticksOf(70)), 70);
-        ASSERT_EQ(numberShownAt(source, ticksOf(frameCount - 1)), frameCount - 1);
+        for (const int number : {2, 70, frameCount - 1})
+            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number);
     }
     EXPECT_TRUE(gaveUpInTheMiddle);
+}
+
+TEST(FrameSource, isRightAfterSearchesThatWereGivenUpAnywhere) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 3 -g 60 -video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    std::mt19937 random(17);
+    for (int i = 0; i < 150; ++i) {
+        std::stop_source stop;
+        const std::jthread canceller([&, yields = random() % 400] {
+            for (unsigned k = 0; k < yields; ++k)
+                std::this_thread::yield();
+            stop.request_stop();
+        });
+        const MediaTime wanted{ticksOf(static_cast<int>(random() % frameCount)), 90'000};
+        if (i % 2 == 0)
+            (void)source.frameAt(wanted, stop.get_token());
+        else
+            (void)source.frameNear(wanted, {1, 12}, stop.get_token());
+        if (i % 3 == 0) {
+            const int number = static_cast<int>(random() % frameCount);
+            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number) << "in round " << i;
+        }
+    }
 }
 
 TEST(FrameSource, findsWhatCostsLeastNearATime) {
