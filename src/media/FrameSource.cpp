@@ -32,6 +32,10 @@ std::size_t bytesOf(const PixelBuffer& pixels) {
     return bytes;
 }
 
+/// Where the decoder stands: trackStart → behindWindow with the first picture; any → elsewhere when
+/// the window is dropped or a keyframe decoded by itself; any → behindWindow by a jump.
+enum class Position { trackStart, behindWindow, elsewhere };
+
 struct KeptFrame {
     av::DecodedFrame decoded;
     std::shared_ptr<const PixelBuffer> pixels; ///< once somebody asked for them
@@ -56,11 +60,10 @@ struct FrameSource::Implementation {
     std::size_t mostBytes = usualKeptBytes;
     std::size_t bytes = 0; ///< of the window
     std::deque<KeptFrame> window;
-    bool isFresh = true;             ///< nothing was decoded yet
     bool beginsTrack = true;         ///< the window's first picture is the track's first
     bool ended = false;              ///< the window's last picture is the track's last
     std::optional<MediaTime> sought; ///< by a jump whose first picture is still to come
-    bool mustJump = false;           ///< the decoder does not stand behind the window
+    Position position = Position::trackStart;
     bool skips = false;
 
     Implementation(const Asset& asset, int trackID)
@@ -70,15 +73,18 @@ struct FrameSource::Implementation {
 
     bool needsJump(MediaTime t) const {
         if (window.empty()) {
-            const auto position = isFresh ? MediaTime{} : decoder.completeFrom();
-            return mustJump || !position || (!isFresh && t < *position) ||
-                   (!ended && decoder.hasKeyframeBetween(*position + nearDistance, t));
+            const auto from =
+                position == Position::trackStart ? MediaTime{} : decoder.completeFrom();
+            const bool liesBehind = from && (t >= *from || position == Position::trackStart);
+            return position == Position::elsewhere || !liesBehind ||
+                   (!ended && decoder.hasKeyframeBetween(*from + nearDistance, t));
         }
         if (t < window.front().time())
             return !beginsTrack;
         if (ended || t < window.back().time())
             return false;
-        return mustJump || decoder.hasKeyframeBetween(window.back().time() + nearDistance, t);
+        return position == Position::elsewhere ||
+               decoder.hasKeyframeBetween(window.back().time() + nearDistance, t);
     }
 
     void forget() {
@@ -86,15 +92,14 @@ struct FrameSource::Implementation {
         bytes = 0;
         beginsTrack = false;
         ended = false;
-        isFresh = false;
         sought.reset();
-        mustJump = true;
+        position = Position::elsewhere;
     }
 
     void jump(MediaTime t) {
         forget();
         decoder.seek(t);
-        mustJump = false;
+        position = Position::behindWindow;
         sought = t;
     }
 
@@ -127,7 +132,7 @@ struct FrameSource::Implementation {
         while (!ended && (window.empty() || window.back().time() <= t)) {
             if (givenUp.stop_requested())
                 return false;
-            isFresh = false;
+            position = Position::behindWindow;
             if (auto frame = decoder.next())
                 append(std::move(*frame));
             else
@@ -197,7 +202,7 @@ struct FrameSource::Implementation {
 
     /// Decodes the keyframe that shows at `t` or before, and nothing else.
     void jumpToKeyframe(MediaTime t) {
-        if (!window.empty() && mustJump && window.front().time() <= t &&
+        if (!window.empty() && position == Position::elsewhere && window.front().time() <= t &&
             !decoder.hasKeyframeBetween(window.front().time(), t))
             return; // it was found by the call before
         forget();

@@ -70,6 +70,17 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{"oneGroup.mov", "-bf 2 -g 1000 -video_track_timescale 90000"},
                     std::pair{"broadcast.ts", "-bf 2 -g 20"}));
 
+TEST(FrameSource, findsUnreferencedPicturesThatStayLong) {
+    const test::TemporaryFolder folder;
+    test::writeRawPictures(folder / "raw", 40, 160, 90);
+    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 160x90 -r 1 -i raw -c:v libx264 -pix_fmt yuv420p "
+                    "-bf 3 -b_strategy 0 -g 1000",
+                    folder / "slow.mov");
+    FrameSource source(Asset::open(folder / "slow.mov"), 0);
+    for (const int number : {39, 3, 5, 14, 9, 30, 31, 33, 2, 38})
+        ASSERT_EQ(numberShownAt(source, number * 90'000LL + 80'000), number);
+}
+
 TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
     const test::TemporaryFolder folder;
     makeMovie(folder / "m.mov", "-bf 2 -g 30 -video_track_timescale 90000");
