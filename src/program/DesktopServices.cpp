@@ -74,7 +74,8 @@ void runExport(const app::flows::ExportJob& job,
 std::unique_ptr<render::MovieSession> openMovie(const model::Recording& recording,
                                                 const model::Edit& edit,
                                                 std::unique_ptr<render::Renderer> renderer) {
-    return std::make_unique<render::MovieSession>(recording, edit, std::move(renderer));
+    return std::make_unique<render::MovieSession>(recording, edit, std::move(renderer),
+                                                  render::TimeLine::source);
 }
 
 std::unique_ptr<render::MovieSession> openMovieForEditor(const model::Recording& recording,

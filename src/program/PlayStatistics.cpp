@@ -36,6 +36,7 @@ class HeardSound::Listener : public PlayerSound {
         m_sound->setVolumes(std::move(volumes));
     }
     void setMuted(bool muted) override { m_sound->setMuted(muted); }
+    bool hasDevice() const override { return m_sound->hasDevice(); }
     std::optional<SoundReading> reading() const override {
         const auto newest = m_sound->reading();
         m_owner.m_heard.with([&newest](Heard& heard) { heard.reading = newest; });
