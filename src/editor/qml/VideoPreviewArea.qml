@@ -7,6 +7,7 @@ Rectangle {
 
     required property EditorPreview player
 
+    objectName: "stage"
     color: Theme.stage
 
     PreviewPlayerView {
