@@ -15,7 +15,7 @@ Inspection inspect(const render::MovieSession& session, int keyframesPerSecond) 
     found.keyframes.reserve(static_cast<std::size_t>(count));
     for (std::int64_t index = 0; index < count; ++index) {
         const media::MediaTime time{index, keyframesPerSecond};
-        const double sourceTime = session.sourceTime(time);
+        const double sourceTime = session.sourceTime(time).seconds();
         found.keyframes.push_back({.outputTime = time.seconds(),
                                    .sourceTime = sourceTime,
                                    .keyframe = motion.camera(sourceTime),

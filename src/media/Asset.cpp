@@ -7,10 +7,10 @@
 
 namespace vantro::media {
 
-Asset Asset::open(const std::filesystem::path& path) {
+Asset Asset::open(const std::filesystem::path& path, TimeZero zero) {
     Asset asset;
-    asset.m_path = path;
-    asset.m_tracks = av::describeTracks(path);
+    asset.m_movie = {path, zero};
+    asset.m_tracks = av::describeTracks(asset.m_movie);
     for (const auto& track : asset.m_tracks)
         asset.m_duration = std::max(asset.m_duration, track.timeRange.end());
     return asset;

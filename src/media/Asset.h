@@ -1,8 +1,8 @@
 #pragma once
 
 #include "media/values/AssetTrack.h"
+#include "media/values/MovieReference.h"
 
-#include <filesystem>
 #include <vector>
 
 namespace vantro::media {
@@ -11,16 +11,17 @@ namespace vantro::media {
 class Asset {
   public:
     /// Throws MediaError when the file cannot be read or holds no media.
-    static Asset open(const std::filesystem::path& path);
+    static Asset open(const std::filesystem::path& path, TimeZero zero = TimeZero::firstSample);
 
-    const std::filesystem::path& path() const { return m_path; }
+    const MovieReference& movie() const { return m_movie; }
+    const std::filesystem::path& path() const { return m_movie.path; }
     /// The longest track's end.
     MediaTime duration() const { return m_duration; }
     const std::vector<AssetTrack>& tracks() const { return m_tracks; }
     std::vector<AssetTrack> tracks(MediaType type) const;
 
   private:
-    std::filesystem::path m_path;
+    MovieReference m_movie;
     MediaTime m_duration;
     std::vector<AssetTrack> m_tracks;
 };

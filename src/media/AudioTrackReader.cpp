@@ -26,8 +26,7 @@ std::span<float> part(std::span<float> samples, std::int64_t from, std::int64_t 
 
 } // namespace
 
-AudioTrackReader::AudioTrackReader(const std::filesystem::path& movie,
-                                   const CompositionTrack& track)
+AudioTrackReader::AudioTrackReader(const MovieReference& movie, const CompositionTrack& track)
     : m_source(movie, track.source().id) {
     plan(track);
 }

@@ -15,7 +15,7 @@ namespace vantro::media {
 class AudioTrackReader {
   public:
     /// Throws MediaError when the track's movie cannot be opened.
-    AudioTrackReader(const std::filesystem::path& movie, const CompositionTrack& track);
+    AudioTrackReader(const MovieReference& movie, const CompositionTrack& track);
 
     /// Adds the next samples, interleaved, to `mix`; nothing behind the last segment.
     void addTo(std::span<float> mix);

@@ -5,21 +5,34 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 
 namespace vantro::media {
 namespace {
 
-// Kept to step back by a picture without decoding from the keyframe again.
-constexpr std::size_t mostFrames = 8;
-constexpr std::size_t mostBytes = 48'000'000;
-
 // Below this distance a jump, which empties the decoder's pipeline, costs more than decoding on.
 constexpr MediaTime nearDistance{1, 2};
+
+std::size_t bytesOf(const PixelBuffer& pixels) {
+    std::size_t bytes = 0;
+    for (int plane = 0; plane < pixels.planeCount(); ++plane)
+        bytes += static_cast<std::size_t>(pixels.stride(plane)) *
+                 static_cast<std::size_t>(pixels.planeHeight(plane));
+    return bytes;
+}
 
 struct KeptFrame {
     av::DecodedFrame decoded;
     std::shared_ptr<const PixelBuffer> pixels; ///< once somebody asked for them
+
+    MediaTime time() const { return decoded.time; }
+    std::size_t bytes() const { return pixels ? bytesOf(*pixels) : av::bytesOf(*decoded.frame); }
 };
+
+MediaTime endOf(const Asset& asset, int trackID) {
+    const auto track = std::ranges::find(asset.tracks(), trackID, &AssetTrack::id);
+    return track == asset.tracks().end() ? MediaTime{} : track->timeRange.end();
+}
 
 } // namespace
 
@@ -28,78 +41,184 @@ struct KeptFrame {
 struct FrameSource::Implementation {
     av::VideoDecoder decoder;
     av::FrameConverter converter;
-    std::size_t capacity;
+    MediaTime trackEnd;
+    std::size_t mostBytes = usualKeptBytes;
+    std::size_t bytes = 0; ///< of the window
     std::deque<KeptFrame> window;
     bool beginsTrack = true; ///< the window's first picture is the track's first
     bool ended = false;      ///< the window's last picture is the track's last
+    bool mustJump = false;   ///< the decoder does not stand behind the window
+    bool skips = false;
 
-    Implementation(const std::filesystem::path& path, int trackID)
-        : decoder(path, trackID), converter(decoder.stream()) {
-        const auto size = av::squarePixelSize(decoder.stream());
-        const auto frameBytes = static_cast<std::size_t>(size.width) * size.height * 4;
-        capacity = std::clamp<std::size_t>(mostBytes / frameBytes, 2, mostFrames);
-    }
+    Implementation(const Asset& asset, int trackID)
+        : decoder(asset.movie(), trackID)
+        , converter(decoder.stream())
+        , trackEnd(endOf(asset, trackID)) {}
 
     bool needsJump(MediaTime t) const {
         if (window.empty())
-            return !ended && decoder.hasKeyframeBetween(nearDistance, t);
-        if (t < window.front().decoded.time)
+            return mustJump || (!ended && decoder.hasKeyframeBetween(nearDistance, t));
+        if (t < window.front().time())
             return !beginsTrack;
-        return !ended && decoder.hasKeyframeBetween(window.back().decoded.time + nearDistance, t);
+        if (ended || t < window.back().time())
+            return false;
+        return mustJump || decoder.hasKeyframeBetween(window.back().time() + nearDistance, t);
+    }
+
+    void forget() {
+        window.clear();
+        bytes = 0;
+        beginsTrack = false;
+        ended = false;
+        mustJump = true;
     }
 
     void jump(MediaTime t) {
-        window.clear();
-        beginsTrack = false;
-        ended = false;
+        forget();
         decoder.seek(t);
+        mustJump = false;
     }
 
-    void decodeBeyond(MediaTime t) {
-        while (!ended && (window.empty() || window.back().decoded.time <= t)) {
-            auto frame = decoder.next();
-            if (!frame) {
-                ended = true;
-                return;
-            }
-            window.push_back({std::move(*frame), nullptr});
-            if (window.size() > capacity) {
-                window.pop_front();
-                beginsTrack = false;
-            }
+    void append(av::DecodedFrame decoded) {
+        window.push_back({std::move(decoded), nullptr});
+        bytes += window.back().bytes();
+        trim();
+    }
+
+    void trim() {
+        while (bytes > mostBytes && window.size() > 2) {
+            bytes -= window.front().bytes();
+            window.pop_front();
+            beginsTrack = false;
         }
+    }
+
+    /// False when given up.
+    bool decodeBeyond(MediaTime t, const std::stop_token& givenUp) {
+        while (!ended && (window.empty() || window.back().time() <= t)) {
+            if (givenUp.stop_requested())
+                return false;
+            if (auto frame = decoder.next())
+                append(std::move(*frame));
+            else
+                ended = true;
+        }
+        return true;
+    }
+
+    /// Of the window's pictures the latest not after `t`, or the first.
+    std::size_t indexAt(MediaTime t) const {
+        const auto after = std::ranges::upper_bound(window, t, {}, &KeptFrame::time);
+        const auto notAfter = static_cast<std::size_t>(after - window.begin());
+        return notAfter == 0 ? 0 : notAfter - 1;
+    }
+
+    /// Where the picture ends; nothing while the one after it is not known.
+    std::optional<MediaTime> endOfFrame(std::size_t index) const {
+        if (index + 1 < window.size())
+            return window[index + 1].time();
+        return ended ? std::optional(trackEnd) : std::nullopt;
     }
 
     VideoFrame frame(std::size_t index) {
-        KeptFrame& kept = window[index];
-        if (!kept.pixels) {
+        const MediaTime start = window[index].time();
+        const MediaTime end = endOfFrame(index).value_or(start);
+        if (!window[index].pixels) {
+            KeptFrame& kept = window[index];
+            bytes -= kept.bytes();
             kept.pixels = converter.convert(*kept.decoded.frame);
             kept.decoded.frame.reset();
+            bytes += kept.bytes();
         }
-        const MediaTime start = kept.decoded.time;
-        const MediaTime end =
-            index + 1 < window.size() ? window[index + 1].decoded.time : decoder.endTime();
-        return {kept.pixels, start, std::max(end - start, MediaTime{})};
+        const auto pixels = window[index].pixels;
+        trim();
+        return {pixels, start, std::max(end - start, MediaTime{})};
+    }
+
+    FoundFrame exact(MediaTime t, const std::stop_token& givenUp) {
+        if (givenUp.stop_requested())
+            return std::unexpected(NoFrame::givenUp);
+        if (needsJump(t))
+            jump(t);
+        if (!decodeBeyond(t, givenUp))
+            return std::unexpected(NoFrame::givenUp);
+        if (window.empty())
+            return std::unexpected(NoFrame::emptyTrack);
+        return frame(indexAt(t));
+    }
+
+    /// A kept picture that is shown at `t`, or at another time not farther away than `tolerance`.
+    std::optional<VideoFrame> keptNear(MediaTime t, MediaTime tolerance) {
+        if (window.empty())
+            return {};
+        const auto index = indexAt(t);
+        const MediaTime start = window[index].time();
+        const bool isLast = ended && index + 1 == window.size();
+        const bool isFirst = beginsTrack && index == 0;
+        const auto end = endOfFrame(index);
+        const bool reachesBack = isLast || (end ? t - tolerance < *end : t - tolerance <= start);
+        const bool reachesForth = isFirst || start <= t + tolerance;
+        return reachesBack && reachesForth ? std::optional(frame(index)) : std::nullopt;
+    }
+
+    /// Decodes the keyframe that shows at `t` or before, and nothing else.
+    void jumpToKeyframe(MediaTime t) {
+        if (!window.empty() && mustJump && window.front().time() <= t &&
+            !decoder.hasKeyframeBetween(window.front().time(), t))
+            return; // it was found by the call before
+        forget();
+        if (auto keyframe = decoder.keyframeAt(t))
+            append(std::move(*keyframe));
     }
 };
 
 FrameSource::FrameSource(const Asset& asset, int trackID)
-    : m_implementation(std::make_unique<Implementation>(asset.path(), trackID)) {}
+    : m_implementation(std::make_unique<Implementation>(asset, trackID)) {}
 
 FrameSource::~FrameSource() = default;
 FrameSource::FrameSource(FrameSource&&) noexcept = default;
 
-std::optional<VideoFrame> FrameSource::frameAt(MediaTime t) {
+FoundFrame FrameSource::frameAt(MediaTime t, const std::stop_token& givenUp) {
+    return m_implementation->exact(t, givenUp);
+}
+
+FoundFrame FrameSource::frameNear(MediaTime t, MediaTime tolerance,
+                                  const std::stop_token& givenUp) {
     auto& self = *m_implementation;
-    if (self.needsJump(t))
-        self.jump(t);
-    self.decodeBeyond(t);
+    if (auto kept = self.keptNear(t, tolerance))
+        return *std::move(kept);
+    if (!givenUp.stop_requested() &&
+        self.decoder.hasKeyframeBetween(t - tolerance, t + tolerance)) {
+        self.jumpToKeyframe(t + tolerance);
+        if (auto found = self.keptNear(t, tolerance))
+            return *std::move(found);
+    }
+    return self.exact(t, givenUp);
+}
+
+FoundFrame FrameSource::keyframeAt(MediaTime t) {
+    auto& self = *m_implementation;
+    self.jumpToKeyframe(t);
     if (self.window.empty())
-        return {};
-    const auto after = std::ranges::upper_bound(
-        self.window, t, {}, [](const KeptFrame& kept) { return kept.decoded.time; });
-    const auto notAfter = static_cast<std::size_t>(after - self.window.begin());
-    return self.frame(notAfter == 0 ? 0 : notAfter - 1);
+        return std::unexpected(NoFrame::emptyTrack);
+    return self.frame(0);
+}
+
+void FrameSource::setSkipsUnreferenced(bool skips) {
+    auto& self = *m_implementation;
+    if (self.skips && !skips)
+        self.forget(); // it has holes
+    self.skips = skips;
+    self.decoder.setSkipsUnreferenced(skips);
+}
+
+void FrameSource::setKeptBytes(std::size_t bytes) {
+    m_implementation->mostBytes = bytes;
+    m_implementation->trim();
+}
+
+std::size_t FrameSource::keptBytes() const {
+    return m_implementation->bytes;
 }
 
 } // namespace vantro::media

@@ -10,6 +10,7 @@ namespace vantro::media {
 /// One frame that a video composition asks for.
 struct CompositionRequest {
     MediaTime compositionTime;
+    MediaTime sourceTime; ///< what the composition shows then, on the source's time line
     /// The latest source frame not after that time; without pixels where the track has none.
     VideoFrame sourceFrame;
     int width = 0; ///< output size, pixels

@@ -16,6 +16,7 @@ constexpr std::size_t framesAhead = 3;
 
 /// What the decoding thread found for one output frame.
 struct SourceFrame {
+    MediaTime time;
     VideoFrame frame;
     std::exception_ptr failure;
 };
@@ -44,8 +45,10 @@ struct VideoCompositionReader::Implementation {
         , video(std::move(wanted))
         , outputFormat(format)
         , count(video.frameCount(composition.duration()))
-        , source(composition.asset(), track.source().id)
-        , decoding([this] { decodeAhead(); }) {}
+        , source(composition.asset(), track.source().id) {
+        source.setKeptBytes(0); // films go forward
+        decoding = std::thread([this] { decodeAhead(); });
+    }
 
     ~Implementation() {
         decoded.abandon();
@@ -60,10 +63,11 @@ struct VideoCompositionReader::Implementation {
     SourceFrame find(std::int64_t index) {
         try {
             const auto time = track.sourceTime(timeOf(index));
-            const auto frame = time ? source.frameAt(*time) : std::nullopt;
-            return {frame.value_or(VideoFrame{}), nullptr};
+            if (!time)
+                return {};
+            return {*time, source.frameAt(*time).value_or(VideoFrame{}), nullptr};
         } catch (...) {
-            return {{}, std::current_exception()};
+            return {{}, {}, std::current_exception()};
         }
     }
 
@@ -103,9 +107,12 @@ std::optional<VideoFrame> VideoCompositionReader::copyNextFrame() {
     if (self.failure)
         std::rethrow_exception(self.failure);
     const MediaTime time = self.timeOf(self.next++);
-    auto pixels =
-        self.video.compositor->compose({time, std::move(found->frame), self.video.renderWidth,
-                                        self.video.renderHeight, self.outputFormat});
+    auto pixels = self.video.compositor->compose({.compositionTime = time,
+                                                  .sourceTime = found->time,
+                                                  .sourceFrame = std::move(found->frame),
+                                                  .width = self.video.renderWidth,
+                                                  .height = self.video.renderHeight,
+                                                  .outputFormat = self.outputFormat});
     return VideoFrame{std::move(pixels), time, self.video.frameDuration};
 }
 

@@ -5,31 +5,50 @@
 namespace vantro::render {
 namespace {
 
-/// One track of the composition under construction and the asset's track that fills it.
-struct TrackPair {
-    media::CompositionTrack* target;
-    const media::AssetTrack* source;
-};
+/// A composition under construction: its tracks, and the asset's that fill them, grow together.
+class Builder {
+  public:
+    Builder(const media::Asset& asset, const media::AssetTrack& videoTrack)
+        : m_composition(asset), m_audioTracks(asset.tracks(media::MediaType::audio)) {
+        m_pairs.push_back({&m_composition.addTrack(media::MediaType::video), &videoTrack});
+        for (const auto& track : m_audioTracks)
+            m_pairs.push_back({&m_composition.addTrack(media::MediaType::audio), &track});
+    }
 
-void append(const TrackPair& pair, media::MediaTimeRange range, media::MediaTime at,
-            media::MediaTime playedDuration) {
-    pair.target->insert(range, *pair.source, at);
-    if (playedDuration != range.duration)
-        pair.target->scale({at, range.duration}, playedDuration);
-}
+    void append(media::MediaTimeRange range, media::MediaTime playedDuration) {
+        for (const auto& [target, source] : m_pairs) {
+            target->insert(range, *source, m_end);
+            if (playedDuration != range.duration)
+                target->scale({m_end, range.duration}, playedDuration);
+        }
+        m_end = m_end + playedDuration;
+    }
+
+    media::Composition finished() {
+        if (m_end == media::MediaTime{})
+            throw model::VantroError(model::VantroError::Kind::exportFailed,
+                                     "Nothing is left of the recording");
+        return std::move(m_composition);
+    }
+
+  private:
+    struct TrackPair {
+        media::CompositionTrack* target;
+        const media::AssetTrack* source;
+    };
+
+    media::Composition m_composition;
+    std::vector<media::AssetTrack> m_audioTracks;
+    std::vector<TrackPair> m_pairs;
+    media::MediaTime m_end;
+};
 
 } // namespace
 
 media::Composition buildComposition(const media::Asset& asset, const media::AssetTrack& videoTrack,
                                     std::span<const model::TimelineSegment> segments) {
-    media::Composition composition(asset);
-    const auto audioTracks = asset.tracks(media::MediaType::audio);
-    std::vector<TrackPair> pairs{{&composition.addTrack(media::MediaType::video), &videoTrack}};
-    for (const auto& track : audioTracks)
-        pairs.push_back({&composition.addTrack(media::MediaType::audio), &track});
-
+    Builder builder(asset, videoTrack);
     const double sourceDuration = asset.duration().seconds();
-    media::MediaTime cursor;
     for (const auto& segment : segments) {
         const auto start = media::MediaTime::fromSeconds(segment.startFraction * sourceDuration);
         const auto end = media::MediaTime::fromSeconds(segment.endFraction * sourceDuration);
@@ -38,16 +57,17 @@ media::Composition buildComposition(const media::Asset& asset, const media::Asse
             segment.speed == 1.0
                 ? range.duration
                 : media::MediaTime::fromSeconds(range.duration.seconds() / segment.speed);
-        if (played <= media::MediaTime{})
-            continue; // shorter than a tick: nothing to show
-        for (const auto& pair : pairs)
-            append(pair, range, cursor, played);
-        cursor = cursor + played;
+        if (played > media::MediaTime{}) // else it is shorter than a tick: nothing to show
+            builder.append(range, played);
     }
-    if (cursor == media::MediaTime{})
-        throw model::VantroError(model::VantroError::Kind::exportFailed,
-                                 "Nothing is left of the recording");
-    return composition;
+    return builder.finished();
+}
+
+media::Composition wholeComposition(const media::Asset& asset,
+                                    const media::AssetTrack& videoTrack) {
+    Builder builder(asset, videoTrack);
+    builder.append({{}, asset.duration()}, asset.duration());
+    return builder.finished();
 }
 
 } // namespace vantro::render

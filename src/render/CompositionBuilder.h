@@ -13,4 +13,7 @@ namespace vantro::render {
 media::Composition buildComposition(const media::Asset& asset, const media::AssetTrack& videoTrack,
                                     std::span<const model::TimelineSegment> segments);
 
+/// All of `asset` at its own speed, to its exact end. Tracks as above.
+media::Composition wholeComposition(const media::Asset& asset, const media::AssetTrack& videoTrack);
+
 } // namespace vantro::render

@@ -5,7 +5,6 @@
 #include "model/VantroError.h"
 #include "render/CompositionBuilder.h"
 #include "render/WebcamMovie.h"
-#include "render/timing/SegmentTimeMap.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +17,14 @@ namespace {
 /// Beyond this side length encoders and memory give out long before a viewer could show it.
 constexpr double largestCanvasSide = 16384;
 /// Fine enough that any frame rate's k-th frame is met exactly.
-constexpr std::int32_t stillTimescale = 705'600'000;
+constexpr std::int32_t finestTimescale = 705'600'000;
+
+/// Before the end: what begins at the end is not shown any more.
+media::MediaTime lastInstant(media::MediaTime duration) {
+    return std::max(media::MediaTime{},
+                    media::MediaTime::nearestTo(media::Fraction(duration) -
+                                                media::Fraction(1, finestTimescale)));
+}
 
 [[noreturn]] void fail(std::string_view message) {
     throw model::VantroError(model::VantroError::Kind::exportFailed, message);
@@ -43,49 +49,49 @@ media::AssetTrack firstVideoTrack(const media::Asset& asset) {
 ZoomCompositor::WebcamFrames webcamFrames(const model::Recording& recording) {
     if (!recording.metadata().hasWebcam)
         return {};
-    return
-        [path = recording.webcamMovie(), movie = std::shared_ptr<WebcamMovie>()](double t) mutable {
-            if (!movie)
-                movie = std::make_shared<WebcamMovie>(path);
-            return movie->pictureAt(t);
-        };
-}
-
-/// Seconds of the recording at a time of the film.
-ZoomCompositor::TimeMapper sourceTimes(const model::Edit& edit, double sourceDuration) {
-    return [map = SegmentTimeMap(edit.segments, sourceDuration)](media::MediaTime time) {
-        return map.sourceTime(time.seconds());
+    return [path = recording.webcamMovie(),
+            movie = std::shared_ptr<WebcamMovie>()](media::MediaTime t) mutable {
+        if (!movie)
+            movie = std::make_shared<WebcamMovie>(path);
+        return movie->pictureAt(t);
     };
 }
 
 } // namespace
 
 MovieSession::MovieSession(model::Recording recording, model::Edit edit,
-                           std::unique_ptr<Renderer> renderer)
+                           std::unique_ptr<Renderer> renderer, TimeLine timeLine)
     : m_recording(std::move(recording))
     , m_edit(std::move(edit))
+    , m_timeLine(timeLine)
     , m_asset(reported([&] { return media::Asset::open(m_recording.movie()); }))
     , m_videoTrack(firstVideoTrack(m_asset))
     , m_composition(composed(m_edit))
-    , m_sourceTime(sourceTimes(m_edit, sourceDuration()))
     , m_compositor(
           std::make_shared<ZoomCompositor>(m_recording, videoSize(), m_edit, std::move(renderer))) {
     m_compositor->setWebcam(webcamFrames(m_recording));
-    m_compositor->setTimeMapper(m_sourceTime);
 }
 
 media::Composition MovieSession::composed(const model::Edit& edit) const {
-    return reported([&] { return buildComposition(m_asset, m_videoTrack, edit.segments.list()); });
+    return reported([&] {
+        return m_timeLine == TimeLine::source
+                   ? wholeComposition(m_asset, m_videoTrack)
+                   : buildComposition(m_asset, m_videoTrack, edit.segments.list());
+    });
 }
 
 void MovieSession::setEdit(model::Edit edit) {
-    if (!(edit.segments == m_edit.segments)) {
+    if (m_timeLine == TimeLine::film && !(edit.segments == m_edit.segments))
         m_composition = composed(edit);
-        m_sourceTime = sourceTimes(edit, sourceDuration());
-        m_compositor->setTimeMapper(m_sourceTime);
-    }
     m_compositor->setEdit(edit);
     m_edit = std::move(edit);
+}
+
+media::MediaTime MovieSession::sourceTime(media::MediaTime time) const {
+    const auto& track = m_composition.tracks().front();
+    if (time < media::MediaTime{})
+        return track.segments().front().source.start;
+    return track.sourceTime(time).value_or(track.segments().back().source.end());
 }
 
 PixelSize MovieSession::canvas(model::Size baseSize) const {
@@ -112,17 +118,16 @@ std::shared_ptr<const media::PixelBuffer> MovieSession::still(double time, Pixel
     if (!std::isfinite(time) || time < 0 || time > length)
         fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, length));
     return reported([&] {
-        const auto& track = m_composition.tracks().front();
-        const auto lastFrame =
-            std::max(media::MediaTime{}, track.duration() - media::MediaTime{1, stillTimescale});
         const auto composed =
-            std::min(media::MediaTime::fromSeconds(time, stillTimescale), lastFrame);
+            std::min(media::MediaTime::fromSeconds(time, finestTimescale), lastInstant(duration()));
+        const auto source = sourceTime(composed);
         if (!m_frames)
             m_frames.emplace(m_asset, m_videoTrack.id);
-        auto frame = m_frames->frameAt(track.sourceTime(composed).value_or(media::MediaTime{}));
+        auto frame = m_frames->frameAt(source);
         if (!frame)
             fail("No video track found");
         return m_compositor->compose({.compositionTime = composed,
+                                      .sourceTime = source,
                                       .sourceFrame = std::move(*frame),
                                       .width = canvas.width,
                                       .height = canvas.height,

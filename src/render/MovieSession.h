@@ -12,6 +12,12 @@
 
 namespace vantro::render {
 
+/// Which time line a MovieSession has.
+enum class TimeLine {
+    film,   ///< what the edit keeps, at its speeds
+    source, ///< the whole recording at its own speed, as a player shows it under the edit
+};
+
 /// A recording's movie, opened once, with all that turns it into the film that an edit describes:
 /// what stills, previews, exports and inspection share. Its caches outlive changes of the edit.
 ///
@@ -20,7 +26,8 @@ namespace vantro::render {
 class MovieSession {
   public:
     /// Opens the movie. Without a renderer everything works but drawing.
-    MovieSession(model::Recording recording, model::Edit edit, std::unique_ptr<Renderer> renderer);
+    MovieSession(model::Recording recording, model::Edit edit, std::unique_ptr<Renderer> renderer,
+                 TimeLine timeLine = TimeLine::film);
 
     const model::Recording& recording() const { return m_recording; }
     const model::Edit& edit() const { return m_edit; }
@@ -31,10 +38,11 @@ class MovieSession {
     model::Size videoSize() const { return m_videoTrack.naturalSize; }
     /// Seconds.
     double sourceDuration() const { return m_asset.duration().seconds(); }
-    /// The film's length.
+    /// The time line's length.
     media::MediaTime duration() const { return m_composition.duration(); }
-    /// Seconds of the recording that the film shows at a time of its own.
-    double sourceTime(media::MediaTime time) const { return m_sourceTime(time); }
+    /// What the time line shows at a time of its own, in the recording; times outside of it stick
+    /// to its start or end.
+    media::MediaTime sourceTime(media::MediaTime time) const;
     const SourceMotion& motion() const { return m_compositor->motion(); }
 
     /// The film's canvas for a base size, pixels; fails for sizes that no picture can have.
@@ -42,8 +50,8 @@ class MovieSession {
     const media::Composition& composition() const { return m_composition; }
     /// For reading the composition's pictures; composed by this session's compositor.
     media::VideoComposition video(PixelSize canvas, int frameRate) const;
-    /// The composed picture at a second of the film, bgra: what an export shows then, before
-    /// encoding. Fails for times outside of the film.
+    /// The composed picture at a second of the time line, bgra: what an export shows then, before
+    /// encoding. Fails for times outside of it.
     std::shared_ptr<const media::PixelBuffer> still(double time, PixelSize canvas);
 
   private:
@@ -51,10 +59,10 @@ class MovieSession {
 
     model::Recording m_recording;
     model::Edit m_edit;
+    TimeLine m_timeLine;
     media::Asset m_asset;
     media::AssetTrack m_videoTrack;
     media::Composition m_composition;
-    ZoomCompositor::TimeMapper m_sourceTime;
     std::shared_ptr<ZoomCompositor> m_compositor;
     std::optional<media::FrameSource> m_frames; ///< of stills, opened with the first
 };

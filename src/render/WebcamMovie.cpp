@@ -4,13 +4,11 @@
 #include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
-#include <cmath>
-
 namespace vantro::render {
 namespace {
 
-/// Fine enough that no frame is missed by rounding a time to it.
-constexpr std::int32_t timescale = 1'000'000;
+/// Enough to step back by a few pictures.
+constexpr std::size_t keptBytes = 12'000'000;
 
 } // namespace
 
@@ -28,11 +26,12 @@ WebcamMovie::WebcamMovie(const std::filesystem::path& movie) {
 }
 
 std::unique_ptr<WebcamMovie::Opened> WebcamMovie::open(const std::filesystem::path& movie) {
-    const auto asset = media::Asset::open(movie);
+    const auto asset = media::Asset::open(movie, media::TimeZero::fileZero);
     const auto tracks = asset.tracks(media::MediaType::video);
     if (tracks.empty())
         throw media::MediaError(movie.string() + ": No video track found");
     media::FrameSource frames(asset, tracks.front().id);
+    frames.setKeptBytes(keptBytes);
     const auto first = frames.frameAt(media::MediaTime{});
     if (!first)
         throw media::MediaError(movie.string() + ": no frame in it");
@@ -41,15 +40,13 @@ std::unique_ptr<WebcamMovie::Opened> WebcamMovie::open(const std::filesystem::pa
 
 WebcamMovie::~WebcamMovie() = default;
 
-std::shared_ptr<const media::PixelBuffer> WebcamMovie::pictureAt(double seconds) try {
-    const auto time = std::isfinite(seconds) ? media::MediaTime::fromSeconds(seconds, timescale)
-                                             : media::MediaTime{-1, timescale};
-    if (!m_opened || time < m_opened->firstFrame.rescaled(timescale))
+std::shared_ptr<const media::PixelBuffer> WebcamMovie::pictureAt(media::MediaTime t) try {
+    if (!m_opened || t < m_opened->firstFrame)
         return nullptr;
-    const auto frame = m_opened->frames.frameAt(time);
+    const auto frame = m_opened->frames.frameAt(t);
     return frame ? frame->pixels : nullptr;
 } catch (const media::MediaError& error) {
-    base::logWarning("The webcam is left out from {:.3f} s on: {}", seconds, error.what());
+    base::logWarning("The webcam is left out from {:.3f} s on: {}", t.seconds(), error.what());
     m_opened.reset();
     return nullptr;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/values/MediaTime.h"
 #include "media/values/PixelBuffer.h"
 
 #include <filesystem>
@@ -8,7 +9,7 @@
 namespace vantro::render {
 
 /// The webcam's picture at any time of a recording, read from "webcam.mov", whose time line is the
-/// recording's own.
+/// recording's own: a camera that was slow to start shows from its first picture on.
 ///
 /// A movie that is missing, empty or damaged gives no picture, from there on, and one log line: a
 /// webcam never fails an export. One thread at a time.
@@ -19,9 +20,9 @@ class WebcamMovie {
     WebcamMovie(const WebcamMovie&) = delete;
     WebcamMovie& operator=(const WebcamMovie&) = delete;
 
-    /// The latest frame not after `seconds`; nothing before the first one. The same pointer is the
-    /// same picture. Going forward decodes on; going back seeks.
-    std::shared_ptr<const media::PixelBuffer> pictureAt(double seconds);
+    /// The latest frame not after `t`; nothing before the first one. The same pointer is the same
+    /// picture. Going forward decodes on; going back seeks.
+    std::shared_ptr<const media::PixelBuffer> pictureAt(media::MediaTime t);
 
   private:
     struct Opened;

@@ -112,7 +112,7 @@ class Webcam {
   public:
     void setFrames(ZoomCompositor::WebcamFrames frames) { m_frames = std::move(frames); }
 
-    ImagePointer imageAt(double t, bool mirrored) {
+    ImagePointer imageAt(media::MediaTime t, bool mirrored) {
         if (!m_frames)
             return nullptr;
         auto frame = m_frames(t);
@@ -166,7 +166,6 @@ struct ZoomCompositor::State {
     const model::Size videoSize;
     model::Edit edit;
     std::unique_ptr<Renderer> renderer;
-    TimeMapper timeMapper;
     bool backgroundShown = true;
     BackgroundPicture backgroundPicture;
     CursorTextures cursor;
@@ -188,8 +187,7 @@ void ZoomCompositor::State::followEdit() {
 }
 
 Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request) {
-    const double t =
-        timeMapper ? timeMapper(request.compositionTime) : request.compositionTime.seconds();
+    const double t = request.sourceTime.seconds();
     SceneContent content;
     content.recording = request.sourceFrame.pixels;
     content.camera = motion.camera(t);
@@ -201,7 +199,7 @@ Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request) 
     content.cursorScale = edit.cursorScale;
     content.cursor = &cursor;
     if (!edit.webcamHidden)
-        content.webcam = webcam.imageAt(t, edit.webcamMirrored);
+        content.webcam = webcam.imageAt(request.sourceTime, edit.webcamMirrored);
     content.webcamPosition = edit.webcamPosition;
     content.webcamSize = edit.webcamSize;
     return makeScene({request.width, request.height}, content);
@@ -228,10 +226,6 @@ ZoomCompositor::~ZoomCompositor() = default;
 
 void ZoomCompositor::setEdit(model::Edit edit) {
     m_state->nextEdit.with([&](auto& waiting) { waiting = std::move(edit); });
-}
-
-void ZoomCompositor::setTimeMapper(TimeMapper mapper) {
-    m_state->timeMapper = std::move(mapper);
 }
 
 void ZoomCompositor::setWebcam(WebcamFrames frames) {

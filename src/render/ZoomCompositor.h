@@ -11,18 +11,17 @@
 
 namespace vantro::render {
 
-/// Composes each output frame: maps the output time to source time, asks where camera and pointer
-/// are then, lays the scene out, and has the renderer draw it. An unchanged scene is not drawn
-/// again: its picture is handed out once more.
+/// Composes each output frame: asks where camera, pointer and webcam are at the frame's source
+/// time, lays the scene out, and has the renderer draw it. An unchanged scene is not drawn again:
+/// its picture is handed out once more.
 ///
 /// Thread-safety: one thread composes and does all else, except `setEdit`, which any may call.
 class ZoomCompositor : public media::VideoCompositor {
   public:
-    using TimeMapper = std::function<double(media::MediaTime output)>;
     /// The webcam's picture at a source time, opaque bgra or i420; nothing when there is none. The
     /// same pointer is the same picture. Called from `compose`, in any order of times.
     using WebcamFrames =
-        std::function<std::shared_ptr<const media::PixelBuffer>(double sourceSeconds)>;
+        std::function<std::shared_ptr<const media::PixelBuffer>(media::MediaTime sourceTime)>;
 
     /// `videoSize` is the recording's in pixels. Without a renderer every frame that must be drawn
     /// fails with "Renderer unavailable".
@@ -34,8 +33,6 @@ class ZoomCompositor : public media::VideoCompositor {
     /// picture, shadow, cursor, the webcam's picture. A background picture that cannot be read is
     /// left out with one log line.
     void setEdit(model::Edit edit);
-    /// Without one, output time is source time.
-    void setTimeMapper(TimeMapper mapper);
     /// Where the webcam's pictures come from; without it there is none.
     void setWebcam(WebcamFrames frames);
     /// Off: the recording covers the canvas, with nothing around it.

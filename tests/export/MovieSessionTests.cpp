@@ -134,17 +134,16 @@ TEST(WebcamMovie, ShowsTheLatestFrameNotAfterATimeInAnyOrderOfTimes) {
     writeWebcam(folder / "webcam.mov", {0, 700, 750, 2000});
     render::WebcamMovie webcam(folder / "webcam.mov");
     const struct {
-        double time;
+        int time; ///< milliseconds
         int frame;
-    } asked[]{{0, 0},   {0.699, 0}, {0.7, 1},  {0.76, 2}, {1.9, 2},
-              {2.0, 3}, {9, 3},     {0.71, 1}, {0.2, 0}};
+    } asked[]{{0, 0},    {699, 0},  {700, 1}, {760, 2}, {1900, 2},
+              {2000, 3}, {9000, 3}, {710, 1}, {200, 0}};
     for (const auto& [time, frame] : asked) {
-        const auto picture = webcam.pictureAt(time);
+        const auto picture = webcam.pictureAt({time, 1000});
         ASSERT_NE(picture, nullptr) << time;
         EXPECT_TRUE(isColorOfSecond(middleOf(picture), frame)) << "at " << time;
     }
-    EXPECT_EQ(webcam.pictureAt(1.0),
-              webcam.pictureAt(1.5)); // one picture, one texture
+    EXPECT_EQ(webcam.pictureAt({1, 1}), webcam.pictureAt({3, 2})); // one picture, one texture
 }
 
 } // namespace

@@ -54,8 +54,12 @@ class ZoomCompositorTest : public testing::Test {
                 std::make_unique<NotingRenderer>(calls), CursorStyle::builtIn};
     }
     media::CompositionRequest at(double seconds) const {
-        return {
-            media::MediaTime::fromSeconds(seconds), {source, {}, {}}, 64, 48, PixelFormat::bgra};
+        return {.compositionTime = {},
+                .sourceTime = media::MediaTime::fromSeconds(seconds),
+                .sourceFrame = {source, {}, {}},
+                .width = 64,
+                .height = 48,
+                .outputFormat = PixelFormat::bgra};
     }
     const Scene& last() const { return calls->scenes.back(); }
     std::string failureOf(ZoomCompositor& made) const {
@@ -127,7 +131,7 @@ TEST_F(ZoomCompositorTest, SwapsLeftAndRightOfAMirroredWebcam) {
             std::fill_n(picture->mutableRow(0, y), format == PixelFormat::bgra ? 16 : 4, 235);
         edit.webcamMirrored = false;
         auto made = compositor();
-        made.setWebcam([&](double) { return picture; });
+        made.setWebcam([&](media::MediaTime) { return picture; });
         const auto greenAt = [&](int x) { return last().webcam->picture->row(0, 3)[4 * x + 1]; };
         made.compose(at(0));
         EXPECT_GT(greenAt(1), greenAt(14) + 50);

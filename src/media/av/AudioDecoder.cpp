@@ -21,8 +21,8 @@ constexpr std::int64_t preroll = mixing::sampleRate / 5;
 
 } // namespace
 
-AudioDecoder::AudioDecoder(const std::filesystem::path& path, int streamIndex)
-    : m_file(path)
+AudioDecoder::AudioDecoder(const MovieReference& movie, int streamIndex)
+    : m_file(movie)
     , m_stream(&selectStream(m_file, streamIndex, AVMEDIA_TYPE_AUDIO))
     , m_clock(m_file.clock(*m_stream))
     , m_codec(openDecoder(m_file, *m_stream, 1))

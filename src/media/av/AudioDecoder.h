@@ -22,7 +22,7 @@ struct DecodedSound {
 class AudioDecoder {
   public:
     /// Throws MediaError, with "No audio track found" when the file has no such stream.
-    AudioDecoder(const std::filesystem::path& path, int streamIndex);
+    AudioDecoder(const MovieReference& movie, int streamIndex);
 
     /// The next piece, never empty; nothing after the last. Throws MediaError where the movie
     /// breaks off.

@@ -74,17 +74,18 @@ std::int64_t startOfPlayback(const std::vector<AVStream*>& streams) {
 
 } // namespace
 
-MovieFile::MovieFile(const std::filesystem::path& path) : m_path(path) {
+MovieFile::MovieFile(const MovieReference& movie) : m_path(movie.path) {
     prepareLibraries();
-    requireReadableFile(path);
+    requireReadableFile(m_path);
     takeLastErrorLine();
-    m_context = openInput(path);
+    m_context = openInput(m_path);
     if (const int result = avformat_find_stream_info(m_context.get(), nullptr); result < 0)
-        failToOpen(path, result);
+        failToOpen(m_path, result);
     const auto streams = mediaStreams();
     if (streams.empty())
-        fail("Cannot open", path, "The file holds neither pictures nor sound");
-    m_zero = startOfPlayback(streams);
+        fail("Cannot open", m_path, "The file holds neither pictures nor sound");
+    if (movie.zero == TimeZero::firstSample)
+        m_zero = startOfPlayback(streams);
 }
 
 std::vector<AVStream*> MovieFile::mediaStreams() const {

@@ -2,9 +2,9 @@
 
 #include "media/av/Handles.h"
 #include "media/av/StreamClock.h"
+#include "media/values/MovieReference.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <vector>
 
 namespace vantro::media::av {
@@ -18,7 +18,7 @@ struct PictureSize {
 class MovieFile {
   public:
     /// Throws MediaError with path and reason for anything that is not a readable media file.
-    explicit MovieFile(const std::filesystem::path& path);
+    explicit MovieFile(const MovieReference& movie);
 
     const std::filesystem::path& path() const { return m_path; }
     AVFormatContext& context() const { return *m_context; }

@@ -37,8 +37,8 @@ AssetTrack describe(const MovieFile& file, const AVStream& stream) {
 
 } // namespace
 
-std::vector<AssetTrack> describeTracks(const std::filesystem::path& path) {
-    const MovieFile file(path);
+std::vector<AssetTrack> describeTracks(const MovieReference& movie) {
+    const MovieFile file(movie);
     std::vector<AssetTrack> tracks;
     for (const AVStream* stream : file.mediaStreams())
         tracks.push_back(describe(file, *stream));

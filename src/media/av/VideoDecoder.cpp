@@ -27,8 +27,15 @@ unsigned decodingThreads() {
 
 } // namespace
 
-VideoDecoder::VideoDecoder(const std::filesystem::path& path, int streamIndex)
-    : m_file(path)
+std::size_t bytesOf(const AVFrame& frame) {
+    std::size_t bytes = 0;
+    for (const AVBufferRef* buffer : frame.buf)
+        bytes += buffer != nullptr ? buffer->size : 0;
+    return bytes;
+}
+
+VideoDecoder::VideoDecoder(const MovieReference& movie, int streamIndex)
+    : m_file(movie)
     , m_stream(&selectStream(m_file, streamIndex, AVMEDIA_TYPE_VIDEO))
     , m_clock(m_file.clock(*m_stream))
     , m_codec(openDecoder(m_file, *m_stream, decodingThreads()))
@@ -48,7 +55,10 @@ std::optional<DecodedFrame> VideoDecoder::decodeNext() {
                 return accepted;
             frame = makeFrame();
         } else if (result == AVERROR(EAGAIN)) {
-            feed();
+            if (m_stopsAtKeyframe && m_start)
+                endInput({});
+            else
+                feed();
         } else if (result == AVERROR_EOF) {
             if (!m_inputFault.empty())
                 breakOff(m_inputEnd.value_or(m_sought), m_inputFault);
@@ -128,7 +138,12 @@ bool VideoDecoder::endsEarly() const {
 }
 
 void VideoDecoder::seek(MediaTime t) {
-    const auto wanted = m_clock.ticksAtOrBefore(t);
+    m_stopsAtKeyframe = false;
+    searchBack(m_clock.ticksAtOrBefore(t));
+}
+
+/// Jumps to ever earlier keyframes until one gives a picture that is not after `wanted`.
+void VideoDecoder::searchBack(std::int64_t wanted) {
     const auto second = m_clock.ticksAtOrBefore({1, 1}) - m_clock.zero();
     // Where even a file with decoding times before zero has nothing more.
     const auto farBack =
@@ -150,6 +165,16 @@ void VideoDecoder::seek(MediaTime t) {
         target = isNew ? std::min(target, m_start->decoded - 1) : target - step;
         step *= isNew ? 1 : 2;
     }
+}
+
+std::optional<DecodedFrame> VideoDecoder::keyframeAt(MediaTime t) {
+    m_stopsAtKeyframe = true;
+    searchBack(m_clock.ticksAtOrBefore(t));
+    return std::exchange(m_peeked, {});
+}
+
+void VideoDecoder::setSkipsUnreferenced(bool skips) {
+    m_codec->skip_frame = skips ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
 }
 
 void VideoDecoder::jumpTo(std::int64_t ticks) {
@@ -187,7 +212,7 @@ bool VideoDecoder::hasKeyframeBetween(MediaTime from, MediaTime to) const {
 void VideoDecoder::breakOff(std::int64_t ticks, const std::string& reason) const {
     throw MediaError(fmt::format("{} breaks off at {:.2f} s of {:.2f} s: {}",
                                  m_file.path().string(), m_clock.time(ticks).seconds(),
-                                 endTime().seconds(), reason));
+                                 m_file.endTime(*m_stream).seconds(), reason));
 }
 
 } // namespace vantro::media::av

@@ -14,16 +14,17 @@ struct DecodedFrame {
     MediaTime time;
 };
 
+/// What the picture's memory takes.
+std::size_t bytesOf(const AVFrame& frame);
+
 /// Decodes one video stream of a file in presentation order. One thread at a time; decodes on a few
 /// threads of its own.
 class VideoDecoder {
   public:
     /// Throws MediaError, with "No video track found" when the file has no such stream.
-    VideoDecoder(const std::filesystem::path& path, int streamIndex);
+    VideoDecoder(const MovieReference& movie, int streamIndex);
 
     const AVStream& stream() const { return *m_stream; }
-    /// When the stream ends by the file's own account; zero when it does not tell.
-    MediaTime endTime() const { return m_file.endTime(*m_stream); }
 
     /// The next picture; nothing after the last. Throws MediaError where the movie breaks off or is
     /// damaged, after every picture before that place has been given.
@@ -31,6 +32,11 @@ class VideoDecoder {
     /// Goes on from a keyframe that lets `next` give the picture shown at `t`: its first answer is
     /// not after `t`, unless it is the stream's first picture.
     void seek(MediaTime t);
+    /// The picture that `seek` would go on from, decoded by itself; nothing when there is none.
+    /// Before `next` there has to be a seek.
+    std::optional<DecodedFrame> keyframeAt(MediaTime t);
+    /// Whether pictures that no other one refers to are left out, from the next packet on.
+    void setSkipsUnreferenced(bool skips);
     /// Whether a keyframe lies after `from` and not after `to`, as far as the file's index tells.
     bool hasKeyframeBetween(MediaTime from, MediaTime to) const;
 
@@ -41,6 +47,7 @@ class VideoDecoder {
     void noteProgress(const AVPacket& packet);
     void endInput(std::string fault);
     bool endsEarly() const;
+    void searchBack(std::int64_t wanted);
     void jumpTo(std::int64_t ticks);
     [[noreturn]] void breakOff(std::int64_t ticks, const std::string& reason) const;
 
@@ -50,6 +57,7 @@ class VideoDecoder {
     CodecHandle m_codec;
     PacketHandle m_packet;
     std::optional<DecodedFrame> m_peeked; ///< decoded by seek, not yet given
+    bool m_stopsAtKeyframe = false;       ///< the codec gets a keyframe and nothing else
     std::string m_inputFault;             ///< why the packets ended early
     std::string m_decodeFault;            ///< before the first picture; told when none follows
     std::int64_t m_sought;                ///< where the last jump wanted to go, ticks

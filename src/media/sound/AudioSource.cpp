@@ -15,8 +15,7 @@ constexpr std::int64_t nearAhead = mixing::sampleRate;
 
 } // namespace
 
-AudioSource::AudioSource(const std::filesystem::path& path, int trackID)
-    : m_decoder(path, trackID) {}
+AudioSource::AudioSource(const MovieReference& movie, int trackID) : m_decoder(movie, trackID) {}
 
 std::int64_t AudioSource::bufferEnd() const {
     return m_bufferStart + static_cast<std::int64_t>(m_buffer.size()) / channels;

@@ -3,7 +3,6 @@
 #include "media/av/AudioDecoder.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <vector>
@@ -18,7 +17,7 @@ namespace vantro::media::sound {
 class AudioSource {
   public:
     /// Throws MediaError, with "No audio track found" when there is none with that id.
-    AudioSource(const std::filesystem::path& path, int trackID);
+    AudioSource(const MovieReference& movie, int trackID);
 
     /// Fills `samples`, interleaved, with what sounds from `position` on (samples after time zero,
     /// which may be negative). Throws MediaError where the movie breaks off.
