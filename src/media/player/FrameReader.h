@@ -20,15 +20,15 @@ class FrameReader {
   public:
     struct Request {
         MediaTime time;
-        MediaTime tolerance;
+        MediaTime tolerance{};
         bool skipsUnreferenced = false; ///< less is decoded, see FrameSource
         bool keyframesOnly = false;     ///< any keyframe before will do
-        std::stop_token givenUp;
+        std::stop_token givenUp{};
     };
     struct Answer {
-        VideoFrame frame;        ///< without pixels where there is none
+        VideoFrame frame; ///< without pixels where there is none
         bool isGivenUp = false;
-        std::string problem;     ///< why there is none; empty where the track holds none
+        std::string problem; ///< why there is none; empty where the track holds none
     };
 
     FrameReader(Asset asset, int trackID);

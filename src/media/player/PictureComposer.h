@@ -15,9 +15,10 @@ class PictureComposer {
     void setVideo(VideoComposition video) { m_video = std::move(video); }
     /// Pictures are made smaller to fit, and never larger; 0 keeps their size.
     void setOutputSize(int width, int height);
-    /// The picture at `time` over `source`. Equal pictures may be the same pixels. Throws as
-    /// VideoCompositor does.
-    std::shared_ptr<const PixelBuffer> compose(MediaTime time, const VideoFrame& source);
+    /// The picture at `time` over `source`, which the composition shows then. Equal pictures may be
+    /// the same pixels. Throws as VideoCompositor does.
+    std::shared_ptr<const PixelBuffer> compose(MediaTime time, MediaTime sourceTime,
+                                               const VideoFrame& source);
 
   private:
     VideoComposition m_video;

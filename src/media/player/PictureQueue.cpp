@@ -35,8 +35,8 @@ void PictureQueue::setPath(PicturePath path) {
     const auto previous = std::exchange(m_path, path);
     const auto stays = [&](PathPoint point, PathPoint before) {
         const double distance = std::abs(point.time.seconds() - before.time.seconds());
-        const bool dense = point.afterJump == before.afterJump &&
-                           distance < m_path.step(point.afterJump) / 2;
+        const bool dense =
+            point.afterJump == before.afterJump && distance < m_path.step(point.afterJump) / 2;
         return m_path.leadsTo(point, previous) && !dense;
     };
     std::deque<QueuedPicture> kept;

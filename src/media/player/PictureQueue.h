@@ -36,8 +36,8 @@ class PictureQueue {
 
     bool isFull() const;
     bool empty() const { return m_pictures.empty(); }
-    /// Whether there is nothing more to come.
-    bool isEnding() const { return !m_next; }
+    /// Whether playing can begin: some pictures are there, or all that will come.
+    bool isReady() const { return m_pictures.size() > 1 || !m_next; }
     /// The picture to decode next. Where none waits and playing is already at `seconds` or beyond
     /// the next one, those that would be late are left out and counted as dropped.
     std::optional<PathPoint> wanted(double seconds);
@@ -48,7 +48,9 @@ class PictureQueue {
     /// `wanted` left out, since the last call.
     std::uint64_t dropLate(const PlaybackClock& clock, base::HostTime now);
     /// The next picture; nothing when there is none.
-    const QueuedPicture* front() const { return m_pictures.empty() ? nullptr : &m_pictures.front(); }
+    const QueuedPicture* front() const {
+        return m_pictures.empty() ? nullptr : &m_pictures.front();
+    }
     QueuedPicture takeFront();
     /// The first picture that waits to be composed, as far ahead as that is done.
     const QueuedPicture* toCompose() const;

@@ -38,7 +38,8 @@ double PlaybackClock::secondsAt(HostTime now) const {
 }
 
 MediaTime PlaybackClock::timeAt(HostTime now) const {
-    return isRunning() ? std::min(MediaTime::fromSeconds(secondsAt(now), timescale), m_end) : m_stood;
+    return isRunning() ? std::min(MediaTime::fromSeconds(secondsAt(now), timescale), m_end)
+                       : m_stood;
 }
 
 void PlaybackClock::stop(MediaTime time) {

@@ -10,8 +10,8 @@ namespace vantro::media::player {
 
 /// Where in an item playing is at an instant of host time. A value.
 ///
-/// It stands at a time, or runs from one at a rate, over at most one jump ahead. Sound that is heard
-/// corrects it: it then runs a little faster or slower until both agree, and never backward.
+/// It stands at a time, or runs from one at a rate, over at most one jump ahead. Sound that is
+/// heard corrects it: it then runs a little faster or slower until both agree, and never backward.
 class PlaybackClock {
   public:
     PlaybackClock() = default;
@@ -47,11 +47,11 @@ class PlaybackClock {
     double soundAhead(const SoundReading& reading) const;
 
     MediaTime m_end;
-    MediaTime m_stood;      ///< where it stands
-    base::HostTime m_at;    ///< when it was at m_seconds
-    double m_seconds = 0;   ///< of the item
-    double m_rate = 0;      ///< what was asked for
-    double m_speed = 0;     ///< at which it runs, corrections included; 0: it stands
+    MediaTime m_stood;    ///< where it stands
+    base::HostTime m_at;  ///< when it was at m_seconds
+    double m_seconds = 0; ///< of the item
+    double m_rate = 0;    ///< what was asked for
+    double m_speed = 0;   ///< at which it runs, corrections included; 0: it stands
     std::optional<PlannedJump> m_jump;
     /// The last jump made, at the rate before it: sound may still be heard from before.
     std::optional<PlannedJump> m_made;

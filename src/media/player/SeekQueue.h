@@ -40,7 +40,7 @@ class SeekQueue {
   private:
     std::optional<Seek> m_running;
     std::optional<Seek> m_waiting;
-    std::stop_source m_stop; ///< of the one that runs
+    std::stop_source m_stop;   ///< of the one that runs
     bool m_hasGivenUp = false; ///< since the last picture
 };
 
