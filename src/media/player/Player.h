@@ -58,6 +58,9 @@ class Player : public PlayerControl {
   public:
     enum class Status { opening, ready, failed };
 
+    /// The nearest rate that can be played; 0 stays.
+    static double playableRate(double rate);
+
     struct Services {
         OnMain onMain;
         std::unique_ptr<PlayerTime> time;
