@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/PlayCommand.h"
+#include "app/cli/WindowCommands.h"
 
 namespace vantro::program {
 

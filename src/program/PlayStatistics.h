@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/PlayCommand.h"
+#include "app/cli/WindowCommands.h"
 #include "base/Guarded.h"
 #include "media/player/PlayerSound.h"
 #include "ui/PictureStream.h"

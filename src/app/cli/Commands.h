@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/CommandAction.h"
-#include "app/cli/PlayCommand.h"
+#include "app/cli/WindowCommands.h"
 #include "base/CommandOptions.h"
 
 #include <stop_token>

@@ -1,7 +1,6 @@
-#include "app/cli/PlayCommand.h"
-
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
+#include "app/cli/WindowCommands.h"
 
 #include <iostream>
 
