@@ -13,6 +13,17 @@ namespace {
 // Below this distance a jump, which empties the decoder's pipeline, costs more than decoding on.
 constexpr MediaTime nearDistance{1, 2};
 
+// Pictures so far behind the one asked for are decoded with it, to step back without a search.
+constexpr MediaTime keptBehind{-1, 4};
+
+// Indexes may list a keyframe earlier than it is shown, by less than this.
+constexpr MediaTime longestReordering{-1, 10};
+
+/// However fine the times' scales are.
+MediaTime shifted(MediaTime t, MediaTime by) {
+    return MediaTime::nearestTo(Fraction(t) + Fraction(by));
+}
+
 std::size_t bytesOf(const PixelBuffer& pixels) {
     std::size_t bytes = 0;
     for (int plane = 0; plane < pixels.planeCount(); ++plane)
@@ -45,9 +56,11 @@ struct FrameSource::Implementation {
     std::size_t mostBytes = usualKeptBytes;
     std::size_t bytes = 0; ///< of the window
     std::deque<KeptFrame> window;
-    bool beginsTrack = true; ///< the window's first picture is the track's first
-    bool ended = false;      ///< the window's last picture is the track's last
-    bool mustJump = false;   ///< the decoder does not stand behind the window
+    bool isFresh = true;             ///< nothing was decoded yet
+    bool beginsTrack = true;         ///< the window's first picture is the track's first
+    bool ended = false;              ///< the window's last picture is the track's last
+    std::optional<MediaTime> sought; ///< by a jump whose first picture is still to come
+    bool mustJump = false;           ///< the decoder does not stand behind the window
     bool skips = false;
 
     Implementation(const Asset& asset, int trackID)
@@ -56,8 +69,11 @@ struct FrameSource::Implementation {
         , trackEnd(endOf(asset, trackID)) {}
 
     bool needsJump(MediaTime t) const {
-        if (window.empty())
-            return mustJump || (!ended && decoder.hasKeyframeBetween(nearDistance, t));
+        if (window.empty()) {
+            const auto position = isFresh ? MediaTime{} : decoder.completeFrom();
+            return mustJump || !position || (!isFresh && t < *position) ||
+                   (!ended && decoder.hasKeyframeBetween(*position + nearDistance, t));
+        }
         if (t < window.front().time())
             return !beginsTrack;
         if (ended || t < window.back().time())
@@ -70,6 +86,8 @@ struct FrameSource::Implementation {
         bytes = 0;
         beginsTrack = false;
         ended = false;
+        isFresh = false;
+        sought.reset();
         mustJump = true;
     }
 
@@ -77,27 +95,39 @@ struct FrameSource::Implementation {
         forget();
         decoder.seek(t);
         mustJump = false;
+        sought = t;
     }
 
     void append(av::DecodedFrame decoded) {
         window.push_back({std::move(decoded), nullptr});
         bytes += window.back().bytes();
+        // A jump ends behind its target only where nothing lies before.
+        beginsTrack = beginsTrack || (sought && window.back().time() > *sought);
+        sought.reset();
+        const auto complete = decoder.completeFrom();
+        while (complete && !window.empty() && window.front().time() < *complete)
+            dropFirst();
         trim();
     }
 
+    void dropFirst() {
+        bytes -= window.front().bytes();
+        window.pop_front();
+        beginsTrack = false;
+    }
+
     void trim() {
-        while (bytes > mostBytes && window.size() > 2) {
-            bytes -= window.front().bytes();
-            window.pop_front();
-            beginsTrack = false;
-        }
+        while (bytes > mostBytes && window.size() > 2)
+            dropFirst();
     }
 
     /// False when given up.
     bool decodeBeyond(MediaTime t, const std::stop_token& givenUp) {
+        decoder.hurryTowards(shifted(t, keptBehind));
         while (!ended && (window.empty() || window.back().time() <= t)) {
             if (givenUp.stop_requested())
                 return false;
+            isFresh = false;
             if (auto frame = decoder.next())
                 append(std::move(*frame));
             else
@@ -135,6 +165,10 @@ struct FrameSource::Implementation {
         return {pixels, start, std::max(end - start, MediaTime{})};
     }
 
+    /// As the file's times are rounded; else a picture due at two thirds of a millisecond, say,
+    /// would never show.
+    MediaTime inFile(MediaTime t) const { return shifted(t, decoder.rounding()); }
+
     FoundFrame exact(MediaTime t, const std::stop_token& givenUp) {
         if (givenUp.stop_requested())
             return std::unexpected(NoFrame::givenUp);
@@ -147,8 +181,8 @@ struct FrameSource::Implementation {
         return frame(indexAt(t));
     }
 
-    /// A kept picture that is shown at `t`, or at another time not farther away than `tolerance`.
-    std::optional<VideoFrame> keptNear(MediaTime t, MediaTime tolerance) {
+    /// A kept picture that is shown at `t`, or at another time between the two around it.
+    std::optional<VideoFrame> keptNear(MediaTime t, MediaTime from, MediaTime to) {
         if (window.empty())
             return {};
         const auto index = indexAt(t);
@@ -156,8 +190,8 @@ struct FrameSource::Implementation {
         const bool isLast = ended && index + 1 == window.size();
         const bool isFirst = beginsTrack && index == 0;
         const auto end = endOfFrame(index);
-        const bool reachesBack = isLast || (end ? t - tolerance < *end : t - tolerance <= start);
-        const bool reachesForth = isFirst || start <= t + tolerance;
+        const bool reachesBack = isLast || (end ? from < *end : from <= start);
+        const bool reachesForth = isFirst || start <= to;
         return reachesBack && reachesForth ? std::optional(frame(index)) : std::nullopt;
     }
 
@@ -179,18 +213,21 @@ FrameSource::~FrameSource() = default;
 FrameSource::FrameSource(FrameSource&&) noexcept = default;
 
 FoundFrame FrameSource::frameAt(MediaTime t, const std::stop_token& givenUp) {
-    return m_implementation->exact(t, givenUp);
+    return m_implementation->exact(m_implementation->inFile(t), givenUp);
 }
 
-FoundFrame FrameSource::frameNear(MediaTime t, MediaTime tolerance,
+FoundFrame FrameSource::frameNear(MediaTime asked, MediaTime tolerance,
                                   const std::stop_token& givenUp) {
     auto& self = *m_implementation;
-    if (auto kept = self.keptNear(t, tolerance))
+    const auto t = self.inFile(asked);
+    const auto from = shifted(t, {-tolerance.value, tolerance.timescale});
+    const auto to = shifted(t, tolerance);
+    if (auto kept = self.keptNear(t, from, to))
         return *std::move(kept);
     if (!givenUp.stop_requested() &&
-        self.decoder.hasKeyframeBetween(t - tolerance, t + tolerance)) {
-        self.jumpToKeyframe(t + tolerance);
-        if (auto found = self.keptNear(t, tolerance))
+        self.decoder.hasKeyframeBetween(shifted(from, longestReordering), to)) {
+        self.jumpToKeyframe(to);
+        if (auto found = self.keptNear(t, from, to))
             return *std::move(found);
     }
     return self.exact(t, givenUp);
@@ -198,7 +235,7 @@ FoundFrame FrameSource::frameNear(MediaTime t, MediaTime tolerance,
 
 FoundFrame FrameSource::keyframeAt(MediaTime t) {
     auto& self = *m_implementation;
-    self.jumpToKeyframe(t);
+    self.jumpToKeyframe(self.inFile(t));
     if (self.window.empty())
         return std::unexpected(NoFrame::emptyTrack);
     return self.frame(0);

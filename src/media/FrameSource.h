@@ -41,8 +41,8 @@ class FrameSource {
     /// once: one that is still decoded, or a keyframe; where there is neither, the exact one.
     FoundFrame frameNear(MediaTime t, MediaTime tolerance, const std::stop_token& givenUp = {});
     /// The latest keyframe not after `t`, and before the first that one, by decoding nothing else;
-    /// its duration is unknown. For speeds at which nothing else keeps up. A file without an index
-    /// may give an earlier one.
+    /// its duration is unknown. For speeds at which nothing else keeps up. A file whose index is
+    /// missing or inexact may give an earlier one.
     FoundFrame keyframeAt(MediaTime t);
 
     /// Whether pictures that no other one refers to are left out, so that a fast player decodes

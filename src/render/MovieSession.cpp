@@ -16,14 +16,12 @@ namespace {
 
 /// Beyond this side length encoders and memory give out long before a viewer could show it.
 constexpr double largestCanvasSide = 16384;
-/// Fine enough that any frame rate's k-th frame is met exactly.
-constexpr std::int32_t finestTimescale = 705'600'000;
 
 /// Before the end: what begins at the end is not shown any more.
 media::MediaTime lastInstant(media::MediaTime duration) {
+    const media::Fraction instant(1, 700'000'000); // less than any frame lasts
     return std::max(media::MediaTime{},
-                    media::MediaTime::nearestTo(media::Fraction(duration) -
-                                                media::Fraction(1, finestTimescale)));
+                    media::MediaTime::nearestTo(media::Fraction(duration) - instant));
 }
 
 [[noreturn]] void fail(std::string_view message) {
@@ -116,10 +114,10 @@ media::VideoComposition MovieSession::video(PixelSize canvas, int frameRate) con
 std::shared_ptr<const media::PixelBuffer> MovieSession::still(double time, PixelSize canvas) {
     const double length = duration().seconds();
     if (!std::isfinite(time) || time < 0 || time > length)
-        fail(fmt::format("No frame at {} s: the output runs from 0 to {:.3f} s", time, length));
+        fail(fmt::format("No frame at {} s: {} runs from 0 to {:.3f} s", time,
+                         m_timeLine == TimeLine::film ? "the output" : "the recording", length));
     return reported([&] {
-        const auto composed =
-            std::min(media::MediaTime::fromSeconds(time, finestTimescale), lastInstant(duration()));
+        const auto composed = std::min(media::MediaTime::simplestOf(time), lastInstant(duration()));
         const auto source = sourceTime(composed);
         if (!m_frames)
             m_frames.emplace(m_asset, m_videoTrack.id);

@@ -36,8 +36,9 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
     for (const auto* arguments :
          {"dance", "export", "export a.vantro", "export a.vantro --output b.avi",
           "export a.vantro --output b.mp4 --resolution 8k", "inspect a.vantro --keyframes none",
-          "frame a.vantro --output b.png", "record --output a.vantro --seconds -3",
-          "record --output a.mov", "record --output a.vantro --mode area --rect 0,0,100",
+          "frame a.vantro --output b.png", "frame a.vantro --time 1 --source-time 1 --output b.png",
+          "record --output a.vantro --seconds -3", "record --output a.mov",
+          "record --output a.vantro --mode area --rect 0,0,100",
           "record --output a.vantro --mode area --rect 0,0,nan,100",
           "record --output a.vantro --max-size 0",
           "export a.vantro --output b.mp4 --encoder theora", "play", "play a.vantro --seconds 0"})
@@ -53,6 +54,8 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
         EXPECT_THAT(result.output, HasSubstr(message)) << arguments;
     };
     fails("frame " + path("sample.vantro") + " --time 99 --output " + path("f.png"),
+          "0 to 2.000 s");
+    fails("frame " + path("sample.vantro") + " --source-time 2.1 --output " + path("f.png"),
           "0 to 2.000 s");
     fails("", "display"); // the window needs one as well
     fails("displays", "display");

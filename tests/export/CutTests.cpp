@@ -2,8 +2,10 @@
 #include "media/TestMovies.h"
 #include "media/VideoCompositionReader.h"
 #include "render/MovieSession.h"
+#include "render/RendererFactory.h"
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -32,6 +34,10 @@ class NotingRenderer final : public render::Renderer {
   private:
     std::vector<render::Scene>& m_scenes;
 };
+
+std::unique_ptr<render::Renderer> softwareRenderer() {
+    return render::makeRenderer(render::RendererChoice::software);
+}
 
 /// A segment in whole ticks.
 struct Piece {
@@ -157,6 +163,32 @@ TEST_F(Cuts, PictureCameraPointerAndWebcamOfEveryFrameBelongToOneSourceTime) {
             ASSERT_NEAR(offset, pointerOffset, 1e-6);
             ASSERT_DOUBLE_EQ(inspected.at(static_cast<std::size_t>(frame)).sourceTime,
                              time.seconds());
+        }
+    }
+}
+
+TEST_F(Cuts, APlayersPictureOfASourceTimeIsTheFilmsToThePixel) {
+    std::mt19937 random(23);
+    const auto canvas = render::PixelSize{width, height};
+    for (int list = 0; list < 6; ++list) {
+        const auto pieces = randomPieces(random);
+        auto film = session(pieces);
+        render::MovieSession played(film.recording(), film.edit(), softwareRenderer(),
+                                    render::TimeLine::source);
+        render::MovieSession drawn(film.recording(), film.edit(), softwareRenderer());
+        media::VideoCompositionReader reader(drawn.composition(), drawn.video(canvas, 60),
+                                             media::PixelFormat::bgra);
+        const auto times = inspect(film, 60).keyframes;
+        for (int frame = 0; frame < reader.frameCount(); ++frame) {
+            const auto exported = reader.copyNextFrame();
+            ASSERT_TRUE(exported);
+            if (frame % 11 != 0)
+                continue;
+            const double sourceTime = times.at(static_cast<std::size_t>(frame)).sourceTime;
+            const auto still = played.still(sourceTime, canvas);
+            for (int y = 0; y < height; ++y)
+                ASSERT_EQ(std::memcmp(still->row(0, y), exported->pixels->row(0, y), width * 4), 0)
+                    << "list " << list << ", frame " << frame << ", source " << sourceTime;
         }
     }
 }

@@ -157,5 +157,24 @@ TEST(Asset, startsWhereAPlayerStarts) {
     EXPECT_EQ(asset.duration(), (MediaTime{3, 2}));
 }
 
+TEST(Asset, lastsAsLongAsItsPicturesWhateverTheTracksEntrySays) {
+    const test::TemporaryFolder folder;
+    test::writeRawPictures(folder / "raw", 90, width, height);
+    const auto movie = folder / "variable.mov";
+    for (const std::string sound : {"", "-f lavfi -i sine=d=2 "}) {
+        runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 30 -i raw " + sound +
+                      "-vf \"select='lt(n,60)+not(mod(n,5))'\" -vsync vfr -c:v libx264 -bf 3",
+                  movie);
+        const auto told = test::probe(movie, "streams").at(0).at("duration").get<std::string>();
+        ASSERT_LT(std::stod(told), 2.8) << "no such movie";
+        const auto asset = Asset::open(movie);
+        EXPECT_EQ(asset.duration(), (MediaTime{86, 30}));
+        FrameSource source(asset, 0);
+        const auto last = shownAt(source, asset.duration());
+        EXPECT_EQ(numberIn(*last.pixels), 85);
+        EXPECT_EQ(last.presentationTime + last.duration, asset.duration());
+    }
+}
+
 } // namespace
 } // namespace vantro::media

@@ -2,8 +2,12 @@
 #include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
+#include <algorithm>
 #include <fstream>
 #include <random>
+#include <set>
+#include <stop_token>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -79,6 +83,158 @@ TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
     EXPECT_EQ(frame.pixels, back.pixels);
     EXPECT_EQ(frame.presentationTime, (MediaTime{ticksOf(50), 90'000}));
     EXPECT_EQ(frame.duration, (MediaTime{ticksOf(51) - ticksOf(50), 90'000}));
+}
+
+TEST(FrameSource, givesUpInTheMiddleOfDecodingAndGoesOnAfterwards) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 0 -g 1000 -video_track_timescale 90000");
+    const auto asset = Asset::open(folder / "m.mov");
+    const MediaTime last{ticksOf(frameCount - 1), 90'000};
+    bool gaveUpInTheMiddle = false;
+    for (int attempt = 0; attempt < 200 && !gaveUpInTheMiddle; ++attempt) {
+        FrameSource source(asset, 0);
+        std::stop_source stop;
+        const std::jthread canceller([&] {
+            for (int i = 0; i < 20 * attempt; ++i)
+                std::this_thread::yield();
+            stop.request_stop();
+        });
+        const auto found = source.frameAt(last, stop.get_token());
+        if (!found) {
+            ASSERT_EQ(found.error(), NoFrame::givenUp);
+            gaveUpInTheMiddle = source.keptBytes() > 0;
+        }
+        for (const int number : {2, 70, frameCount - 1})
+            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number);
+    }
+    EXPECT_TRUE(gaveUpInTheMiddle);
+}
+
+TEST(FrameSource, isRightAfterSearchesThatWereGivenUpAnywhere) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 3 -g 60 -video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    std::mt19937 random(17);
+    for (int i = 0; i < 150; ++i) {
+        std::stop_source stop;
+        const std::jthread canceller([&, yields = random() % 400] {
+            for (unsigned k = 0; k < yields; ++k)
+                std::this_thread::yield();
+            stop.request_stop();
+        });
+        const MediaTime wanted{ticksOf(static_cast<int>(random() % frameCount)), 90'000};
+        if (i % 2 == 0)
+            (void)source.frameAt(wanted, stop.get_token());
+        else
+            (void)source.frameNear(wanted, {1, 12}, stop.get_token());
+        if (i % 3 == 0) {
+            const int number = static_cast<int>(random() % frameCount);
+            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number) << "in round " << i;
+        }
+    }
+}
+
+TEST(FrameSource, findsWhatCostsLeastNearATime) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 2 -g 30 -keyint_min 30 -sc_threshold 0 "
+                                "-video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    const auto near = [&](int number, int pictures) {
+        return test::numberIn(
+            *source.frameNear({ticksOf(number), 90'000}, {pictures * 1500LL, 90'000})
+                 .value()
+                 .pixels);
+    };
+    EXPECT_EQ(near(52, 15), 60) << "a keyframe ahead";
+    EXPECT_EQ(near(56, 10), 60) << "still there";
+    EXPECT_EQ(near(38, 10), 30) << "a keyframe before";
+    EXPECT_EQ(near(45, 10), 45) << "none is near enough";
+    EXPECT_EQ(near(43, 3), 43) << "decoded on the way";
+    EXPECT_EQ(near(47, 3), 46) << "the last that was decoded";
+    EXPECT_EQ(near(119, 1), 119);
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(source.frameNear({0, 1}, {1, 60}, stop.get_token()).error(), NoFrame::givenUp);
+}
+
+/// The movie's keyframes, as numbers of pictures in order.
+std::vector<int> keyframesOf(const std::filesystem::path& movie) {
+    std::vector<int> numbers;
+    const auto packets = test::probe(movie, "packets");
+    for (const auto& packet : packets)
+        if (packet.at("flags").get<std::string>().starts_with("K"))
+            numbers.push_back(
+                static_cast<int>(std::ranges::count_if(packets, [&](const nlohmann::json& other) {
+                    return other.at("pts").get<std::int64_t>() <
+                           packet.at("pts").get<std::int64_t>();
+                })));
+    return numbers;
+}
+
+TEST_P(FrameSourceOfMovie, findsTheKeyframeOfAnyTimeInAnyOrder) {
+    const test::TemporaryFolder folder;
+    const auto movie = folder / GetParam().first;
+    makeMovie(movie, GetParam().second);
+    const auto keyframes = keyframesOf(movie);
+    FrameSource source(Asset::open(movie), 0);
+    std::mt19937 random(7);
+    for (int i = 0; i < 60; ++i) {
+        const int number = i < 20 ? i * 6 : static_cast<int>(random() % frameCount);
+        const auto found = source.keyframeAt({ticksOf(number), 90'000});
+        const int shown = test::numberIn(*found.value().pixels);
+        ASSERT_TRUE(std::ranges::binary_search(keyframes, shown)) << shown;
+        ASSERT_LE(shown, number);
+        if (movie.extension() != ".ts") { // which has no index
+            // At times as irregular as these, an index is off by some pictures.
+            const int surely = std::max(0, number - 3);
+            ASSERT_GE(shown, *std::prev(std::ranges::upper_bound(keyframes, surely)));
+        }
+        if (i % 5 == 0) {
+            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number) << "exactly, afterwards";
+        }
+    }
+}
+
+TEST(FrameSource, leavesOutUnreferencedPicturesWhileItIsToldTo) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 1 -b_strategy 0 -g 20 -video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    const auto distinct = [&] {
+        std::set<int> numbers;
+        for (int number = 0; number < frameCount; ++number) {
+            const int shown = numberShownAt(source, ticksOf(number));
+            EXPECT_LE(shown, number);
+            EXPECT_GE(shown, number - 2);
+            numbers.insert(shown);
+        }
+        return numbers.size();
+    };
+    source.setSkipsUnreferenced(true);
+    EXPECT_LT(distinct(), frameCount * 6U / 10);
+    source.setSkipsUnreferenced(false);
+    EXPECT_EQ(distinct(), frameCount);
+}
+
+TEST(FrameSource, keepsAsMuchAsItIsToldTo) {
+    const test::TemporaryFolder folder;
+    makeMovie(folder / "m.mov", "-bf 2 -g 1000 -video_track_timescale 90000");
+    FrameSource source(Asset::open(folder / "m.mov"), 0);
+    numberShownAt(source, ticksOf(0));
+    const auto pictureBytes = source.keptBytes() / 2; // and the one after it
+    const auto bound = pictureBytes * 10 + pictureBytes / 2;
+    source.setKeptBytes(bound);
+    for (int number = 0; number < 60; ++number) {
+        numberShownAt(source, ticksOf(number));
+        ASSERT_LE(source.keptBytes(), bound);
+    }
+    EXPECT_GE(source.keptBytes(), bound - pictureBytes);
+    const auto back = test::shownAt(source, {ticksOf(52), 90'000});
+    const auto ahead = test::shownAt(source, {ticksOf(59), 90'000});
+    EXPECT_EQ(test::shownAt(source, {ticksOf(52), 90'000}).pixels, back.pixels);
+    EXPECT_EQ(test::shownAt(source, {ticksOf(59), 90'000}).pixels, ahead.pixels);
+    source.setKeptBytes(0);
+    EXPECT_LE(source.keptBytes(), 2 * pictureBytes + 1);
+    EXPECT_EQ(numberShownAt(source, ticksOf(60)), 60);
 }
 
 TEST(FrameSource, needsAVideoTrack) {

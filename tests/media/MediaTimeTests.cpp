@@ -29,6 +29,20 @@ TEST(MediaTime, roundsToTheNearestTickHalvesAwayFromZero) {
     EXPECT_EQ((MediaTime{7'200'000'000'001, 1'000'000'000}).rescaled(60'000).value, 432'000'000);
 }
 
+TEST(MediaTime, isFoundAgainInItsSeconds) {
+    for (const MediaTime time : {MediaTime{1, 60}, {0, 1}, {7, 1}, {1001, 30'000}, {-1, 3}})
+        EXPECT_EQ(MediaTime::simplestOf(time.seconds()), time);
+    for (std::int64_t value = 1; value < 1'000'000'000; value = value * 3 + 1)
+        for (const std::int32_t timescale : {11, 600, 15'360, 44'100, 90'000}) {
+            const MediaTime time{value, timescale};
+            if (time.seconds() < 36'000) {
+                EXPECT_EQ(MediaTime::simplestOf(time.seconds()), time) << value << "/" << timescale;
+            }
+        }
+    EXPECT_EQ(MediaTime::simplestOf(0.1 + 0.2).seconds(), 0.3); // nobody's exact time
+    EXPECT_NEAR(MediaTime::simplestOf(3.14159265358979).seconds(), 3.14159265358979, 1e-9);
+}
+
 TEST(MediaTimeDeathTest, arithmeticThatLeavesTheRangeIsFatal) {
     const MediaTime farthest{std::numeric_limits<std::int64_t>::max(), 600};
     EXPECT_DEATH(farthest + farthest, "range");

@@ -42,6 +42,11 @@ VideoDecoder::VideoDecoder(const MovieReference& movie, int streamIndex)
     , m_packet(makePacket())
     , m_sought(m_clock.zero()) {}
 
+MediaTime VideoDecoder::rounding() const {
+    const bool countsMilliseconds = m_stream->time_base.num == 1 && m_stream->time_base.den == 1000;
+    return countsMilliseconds ? MediaTime{1, 2000} : MediaTime{};
+}
+
 std::optional<DecodedFrame> VideoDecoder::next() {
     return m_peeked ? std::exchange(m_peeked, {}) : decodeNext();
 }
@@ -102,6 +107,8 @@ void VideoDecoder::feed() {
     if ((m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
         return endInput(errorText(AVERROR_INVALIDDATA));
     noteProgress(*m_packet);
+    m_codec->skip_frame =
+        m_skipsUnreferenced || leavesOut(*m_packet) ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     const int sent = avcodec_send_packet(m_codec.get(), m_packet.get());
     if (sent >= 0)
         return;
@@ -120,6 +127,19 @@ void VideoDecoder::noteProgress(const AVPacket& packet) {
     m_inputEnd = std::max(m_inputEnd.value_or(end), end);
     if (!m_start)
         m_start = {shown, packet.dts != AV_NOPTS_VALUE ? packet.dts : shown};
+}
+
+/// Whether a picture shown later than the packet's has come before it, as those do that it is made
+/// of, and is not after the place to hurry to.
+bool VideoDecoder::leavesOut(const AVPacket& packet) {
+    if (packet.pts == AV_NOPTS_VALUE)
+        return false;
+    const bool leaves =
+        m_hurry && m_latestShown && packet.pts < *m_latestShown && *m_latestShown <= *m_hurry;
+    if (leaves)
+        m_completeFrom = m_latestShown;
+    m_latestShown = std::max(m_latestShown.value_or(packet.pts), packet.pts);
+    return leaves;
 }
 
 void VideoDecoder::endInput(std::string fault) {
@@ -174,7 +194,11 @@ std::optional<DecodedFrame> VideoDecoder::keyframeAt(MediaTime t) {
 }
 
 void VideoDecoder::setSkipsUnreferenced(bool skips) {
-    m_codec->skip_frame = skips ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+    m_skipsUnreferenced = skips;
+}
+
+std::optional<MediaTime> VideoDecoder::completeFrom() const {
+    return m_completeFrom ? std::optional(m_clock.time(*m_completeFrom)) : std::nullopt;
 }
 
 void VideoDecoder::jumpTo(std::int64_t ticks) {
@@ -182,6 +206,9 @@ void VideoDecoder::jumpTo(std::int64_t ticks) {
     m_inputFault.clear();
     m_decodeFault.clear();
     m_start.reset();
+    m_hurry.reset();
+    m_latestShown.reset();
+    m_completeFrom.reset();
     m_inputEnd.reset();
     m_lastTicks.reset();
     m_hasJumped = true;

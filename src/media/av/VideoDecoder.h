@@ -26,6 +26,8 @@ class VideoDecoder {
 
     const AVStream& stream() const { return *m_stream; }
 
+    /// By how much a picture's time may be too late because the file rounds it to milliseconds.
+    MediaTime rounding() const;
     /// The next picture; nothing after the last. Throws MediaError where the movie breaks off or is
     /// damaged, after every picture before that place has been given.
     std::optional<DecodedFrame> next();
@@ -37,6 +39,12 @@ class VideoDecoder {
     std::optional<DecodedFrame> keyframeAt(MediaTime t);
     /// Whether pictures that no other one refers to are left out, from the next packet on.
     void setSkipsUnreferenced(bool skips);
+    /// On the way to the picture shown at `t`, until the next jump, unreferenced ones that another
+    /// follows not after `t` are left out: searching a long group of pictures costs half.
+    void hurryTowards(MediaTime t) { m_hurry = m_clock.ticksAtOrBefore(t); }
+    /// The picture from which on none was left out in a hurry since the last jump; nothing when
+    /// none was at all.
+    std::optional<MediaTime> completeFrom() const;
     /// Whether a keyframe lies after `from` and not after `to`, as far as the file's index tells.
     bool hasKeyframeBetween(MediaTime from, MediaTime to) const;
 
@@ -45,6 +53,7 @@ class VideoDecoder {
     std::optional<DecodedFrame> accept(FrameHandle frame);
     void feed();
     void noteProgress(const AVPacket& packet);
+    bool leavesOut(const AVPacket& packet);
     void endInput(std::string fault);
     bool endsEarly() const;
     void searchBack(std::int64_t wanted);
@@ -70,8 +79,12 @@ class VideoDecoder {
     };
     std::optional<Start> m_start;
     bool m_hasJumped = false;
-    std::optional<std::int64_t> m_inputEnd;  ///< how far the packets since the jump reach, ticks
-    std::optional<std::int64_t> m_lastTicks; ///< of the last picture given
+    bool m_skipsUnreferenced = false;
+    std::optional<std::int64_t> m_hurry;        ///< up to here pictures may be left out, ticks
+    std::optional<std::int64_t> m_latestShown;  ///< of the packets since the jump, ticks
+    std::optional<std::int64_t> m_completeFrom; ///< ticks
+    std::optional<std::int64_t> m_inputEnd;     ///< how far the packets since the jump reach, ticks
+    std::optional<std::int64_t> m_lastTicks;    ///< of the last picture given
 };
 
 } // namespace vantro::media::av

@@ -30,6 +30,9 @@ MediaTime sumOf(MediaTime a, MediaTime b) {
             static_cast<std::int32_t>(scale)};
 }
 
+// Divisible by the usual timescales; its tick, 1.4 ns, is far below any frame's duration.
+constexpr std::int32_t finest = 720'000'000;
+
 } // namespace
 
 MediaTime MediaTime::fromSeconds(double seconds, std::int32_t timescale) {
@@ -37,11 +40,32 @@ MediaTime MediaTime::fromSeconds(double seconds, std::int32_t timescale) {
 }
 
 MediaTime MediaTime::nearestTo(const Fraction& seconds) {
-    // Divisible by the usual timescales; its tick, 1.4 ns, is far below any frame's duration.
-    constexpr std::int32_t finest = 720'000'000;
     if (seconds.denominator() <= std::numeric_limits<std::int32_t>::max())
         return {narrowed(seconds.numerator()), static_cast<std::int32_t>(seconds.denominator())};
     return {narrowed((seconds * Fraction(finest, 1)).rounded()), finest};
+}
+
+/// Along the convergents of the number's continued fraction: every fraction is one of those of its
+/// double, unless its denominator is in the millions.
+MediaTime MediaTime::simplestOf(double seconds) {
+    const MediaTime nearest = fromSeconds(seconds, finest);
+    MediaTime before{1, 0}; // no time yet, only the rule's start
+    MediaTime found{base::truncatedToInteger(std::floor(seconds)), 1};
+    double rest = seconds - std::floor(seconds);
+    while (found.seconds() != seconds && rest > 0) {
+        const double inverse = 1 / rest;
+        const double whole = std::floor(inverse);
+        rest = inverse - whole;
+        const double timescale = whole * found.timescale + before.timescale;
+        if (!(timescale <= finest))
+            return nearest;
+        const auto factor = static_cast<std::int64_t>(whole);
+        const MediaTime next{base::checkedMultiply(factor, found.value) + before.value,
+                             static_cast<std::int32_t>(timescale)};
+        before = found;
+        found = next;
+    }
+    return found;
 }
 
 MediaTime MediaTime::rescaled(std::int32_t newTimescale) const {

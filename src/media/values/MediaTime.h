@@ -23,6 +23,11 @@ struct MediaTime {
     /// As a timescale of 32 bits can express it; else the nearest tick of a very fine one.
     static MediaTime nearestTo(const Fraction& seconds);
 
+    /// The fraction with a small denominator whose double `seconds` is: of the number that a time's
+    /// `seconds` gave, that time again, so that 0.1 is a tenth. Where there is none, the nearest
+    /// tick of a very fine timescale; not finite or out of range is fatal.
+    static MediaTime simplestOf(double seconds);
+
     double seconds() const { return static_cast<double>(value) / timescale; }
     /// Not explicit: every time is a fraction.
     operator Fraction() const { return {value, timescale}; }

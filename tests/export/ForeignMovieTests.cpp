@@ -1,0 +1,147 @@
+#include "export/VideoExporter.h"
+#include "media/FrameSource.h"
+#include "media/Sound.h"
+#include "media/TestMovies.h"
+#include "model/VantroError.h"
+#include "render/RendererFactory.h"
+
+#include <cmath>
+#include <fstream>
+#include <random>
+#include <span>
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro::exporting {
+namespace {
+
+using namespace vantro::test;
+
+constexpr int pictures = 60; // at 30 a second
+
+/// A film of `movie` under the default edit, with nothing around the recording.
+ExportSummary exportOf(const std::filesystem::path& movie, bool toleratesDamage = false) {
+    model::RecordingMetadata metadata;
+    metadata.frameRate = 30;
+    model::Edit edit;
+    edit.background = {.type = model::BackgroundColor{}, .padding = 0, .cornerRadius = 0};
+    render::MovieSession session({movie, std::move(metadata)}, std::move(edit),
+                                 render::makeRenderer(render::RendererChoice::software));
+    VideoExporter exporter;
+    exporter.setToleratesDamage(toleratesDamage);
+    return exporter.run(session, ExportResolution::original, movie.parent_path() / "film.mp4", {},
+                        {});
+}
+
+/// How loud a film is between two seconds.
+double loudness(std::span<const float> stereo, double from, double to) {
+    double sum = 0;
+    const auto part = stereo.subspan(static_cast<std::size_t>(from * 48'000) * 2,
+                                     static_cast<std::size_t>((to - from) * 48'000) * 2);
+    for (const float sample : part)
+        sum += double{sample} * sample;
+    return std::sqrt(sum / static_cast<double>(part.size()));
+}
+
+struct ForeignMovie {
+    const char* name;
+    const char* extension;
+    const char* arguments; ///< behind the pictures' own
+    double length;         ///< of the film, seconds
+    double picturesBegin = 0;
+    double soundBegins = 0;
+    double soundEnds = 0;
+};
+
+class ForeignMovies : public testing::TestWithParam<ForeignMovie> {};
+
+TEST_P(ForeignMovies, BecomeFilmsWithEachPictureAndSoundInItsPlace) {
+    const TemporaryFolder folder;
+    const auto& wanted = GetParam();
+    writeRawPictures(folder / "raw", pictures, 192, 108);
+    const auto movie = folder / (std::string("movie.") + wanted.extension);
+    runFfmpeg(fmt::format("-f rawvideo -pix_fmt bgra -s 192x108 -r 30 -i raw {} -vsync passthrough "
+                          "-vf setpts=PTS+{}/TB -c:v libx264 -pix_fmt yuv420p",
+                          wanted.arguments, wanted.picturesBegin),
+              movie);
+    const auto summary = exportOf(movie);
+    EXPECT_NEAR(summary.duration, wanted.length, 0.035);
+
+    const auto asset = media::Asset::open(folder / "film.mp4");
+    media::FrameSource source(asset, 0);
+    const int first = static_cast<int>(std::lround(wanted.picturesBegin * 30));
+    for (int frame = 0; frame < static_cast<int>(summary.frameCount); ++frame)
+        ASSERT_EQ(numberIn(*shownAt(source, {2LL * frame + 1, 60}).pixels),
+                  std::clamp(frame - first, 0, pictures - 1));
+
+    ASSERT_EQ(asset.tracks(media::MediaType::audio).empty(), wanted.soundEnds == 0);
+    if (wanted.soundEnds == 0)
+        return;
+    const auto sound = soundOf(folder / "film.mp4");
+    constexpr double margin = 0.05;
+    EXPECT_GT(loudness(sound, wanted.soundBegins + margin, wanted.soundEnds - margin), 0.01);
+    if (wanted.soundBegins > 0) {
+        EXPECT_LT(loudness(sound, 0, wanted.soundBegins - margin), 0.001);
+    }
+    if (wanted.soundEnds < wanted.length) {
+        EXPECT_LT(loudness(sound, wanted.soundEnds + margin, wanted.length - margin), 0.001);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ForeignMovies,
+    testing::Values(
+        ForeignMovie{"silent", "mov", "", 2},
+        ForeignMovie{"soundLonger", "mov", "-f lavfi -i sine=d=3 -c:a aac", 3, 0, 0, 3},
+        ForeignMovie{"soundShorter", "mp4", "-f lavfi -i sine=d=1 -c:a aac", 2, 0, 0, 1},
+        ForeignMovie{"soundLate", "mkv", "-itsoffset 1 -f lavfi -i sine=d=1 -c:a libopus", 2, 0, 1,
+                     2},
+        ForeignMovie{"picturesLate", "mov", "-f lavfi -i sine=d=2 -c:a aac", 2.5, 0.5, 0, 2},
+        ForeignMovie{"sixChannels", "mp4", "-f lavfi -i sine=d=2 -ac 6 -c:a aac", 2, 0, 0, 2},
+        ForeignMovie{"eightChannels", "mov", "-f lavfi -i sine=d=2 -ac 8 -c:a pcm_s24le", 2, 0, 0,
+                     2}),
+    [](const auto& movie) { return movie.param.name; });
+
+/// Whatever bytes of a movie are lost, there is a film, or one message that says where it breaks
+/// off and leaves no file behind.
+TEST(ForeignMovie, BreaksOffWithOneMessageWhereItIsDamaged) {
+    const TemporaryFolder folder;
+    writeRawPictures(folder / "raw", pictures, 192, 108);
+    runFfmpeg("-f rawvideo -pix_fmt bgra -s 192x108 -r 30 -i raw -f lavfi -i sine=d=2 -c:a aac "
+              "-c:v libx264 -g 15 -bf 2 -pix_fmt yuv420p -movflags faststart",
+              folder / "whole.mp4");
+    const auto size = std::filesystem::file_size(folder / "whole.mp4");
+    std::mt19937 random(31);
+    int broken = 0;
+    for (int attempt = 0; attempt < 24; ++attempt) {
+        SCOPED_TRACE(attempt);
+        const auto movie = folder / "damaged.mp4";
+        std::filesystem::copy_file(folder / "whole.mp4", movie,
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::fstream file(movie, std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(static_cast<std::streamoff>(size / 3 + random() % (size / 2)));
+        for (int i = 0; i < 400; ++i)
+            file.put(static_cast<char>(random()));
+        file.close();
+        std::filesystem::remove(folder / "film.mp4");
+        try {
+            EXPECT_EQ(exportOf(movie).frameCount, pictures);
+        } catch (const model::VantroError& error) {
+            ++broken;
+            EXPECT_THAT(std::string(error.message()),
+                        testing::AllOf(testing::HasSubstr(movie.string()),
+                                       testing::HasSubstr("breaks off at")));
+            EXPECT_FALSE(std::filesystem::exists(folder / "film.mp4"));
+            const auto part = exportOf(movie, true);
+            EXPECT_FALSE(part.damage.empty());
+            EXPECT_GT(part.frameCount, 0);
+            EXPECT_LT(part.frameCount, pictures);
+        }
+    }
+    EXPECT_GT(broken, 0);
+}
+
+} // namespace
+} // namespace vantro::exporting
