@@ -121,7 +121,8 @@ void PlayerTimeObserver::tick(MediaTime time) {
         return;
     setCurrentTime(time.seconds());
     const auto player = m_player.lock();
-    if (player && m_isPlaying && !m_isSeeking)
+    // A player that was paused just now may still have a tick on its way.
+    if (player && m_isPlaying && player->rate() > 0 && !m_isSeeking)
         followRules(*player);
 }
 
@@ -197,11 +198,12 @@ void PlayerTimeObserver::togglePlayPause() {
 }
 
 void PlayerTimeObserver::skipBackward(double seconds) {
-    double t = m_currentTime - seconds;
+    const double start = m_trimStartTime.value_or(0);
+    double t = std::max(m_currentTime - seconds, start);
     if (!m_rules.empty() && m_rules.at(t) == nullptr)
-        if (const PlayedRange* range = m_rules.lastStartingBefore(m_currentTime))
+        if (const PlayedRange* range = m_rules.lastStartingBefore(t))
             t = range->end - insideMargin;
-    seekExactly(MediaTime::fromSeconds(std::max(t, m_trimStartTime.value_or(0))));
+    seekExactly(MediaTime::fromSeconds(std::max(t, start)));
 }
 
 void PlayerTimeObserver::skipForward(double seconds) {
