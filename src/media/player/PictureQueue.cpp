@@ -81,9 +81,9 @@ bool PictureQueue::isFull() const {
 std::optional<PathPoint> PictureQueue::wanted(double seconds) {
     if (isFull())
         return {};
-    while (m_next && m_pictures.empty() && !m_next->afterJump && m_next->time.seconds() < seconds) {
+    while (m_next && !m_next->afterJump) {
         const auto later = m_path.after(*m_next);
-        if (!later || later->afterJump)
+        if (!later || later->afterJump || later->time.seconds() > seconds)
             break;
         m_next = later;
         ++m_leftOut;

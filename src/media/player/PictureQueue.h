@@ -38,8 +38,8 @@ class PictureQueue {
     bool empty() const { return m_pictures.empty(); }
     /// Whether playing can begin: some pictures are there, or all that will come.
     bool isReady() const { return m_pictures.size() > 1 || !m_next; }
-    /// The picture to decode next. Where none waits and playing is already at `seconds` or beyond
-    /// the next one, those that would be late are left out and counted as dropped.
+    /// The picture to decode next. Where playing is at `seconds` already, those are left out that
+    /// would be given up, and counted as dropped.
     std::optional<PathPoint> wanted(double seconds);
     /// Takes the picture that was wanted; one that is no longer is dropped.
     void add(PathPoint point, VideoFrame frame);

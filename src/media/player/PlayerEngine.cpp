@@ -7,6 +7,11 @@
 namespace vantro::media::player {
 namespace {
 
+/// From here on pictures that no other refers to need not be decoded.
+constexpr double fastRate = 4;
+/// So many pictures in a row that take longer than two periods mean that decoding does not keep up.
+constexpr int slowReadsInARow = 5;
+
 const CompositionTrack& trackOf(const PlayerItem& item) {
     const CompositionTrack* track = item.composition.track(item.video.trackID);
     base::require(track != nullptr, "the video composition's track is not in the composition");
@@ -225,20 +230,18 @@ void PlayerEngine::readAhead() {
     if (m_reading || !plays || m_isEnding || !m_readProblem.empty())
         return;
     const auto now = m_time->now();
-    const bool runs = m_clock.isRunning();
-    m_reading = m_queue.wanted(runs ? m_clock.secondsAt(now + m_readingTime) : 0);
+    m_reading = m_queue.wanted(m_clock.isRunning() ? m_clock.secondsAt(now) : 0);
     if (!m_reading)
         return;
-    constexpr double fastRate = 4;
-    constexpr int toleratedSlowReads = 8;
     const bool isFast = m_playedRate >= fastRate;
+    m_readsKeyframes = m_readsKeyframes || (isFast && m_slowReads >= slowReadsInARow);
     const bool isOnOtherReader = m_reading->afterJump && m_jump && m_jump->from != m_jump->to;
     m_readingStop = {};
     m_readingSince = now;
     m_readers[isOnOtherReader ? 1 - m_active : m_active]->request(
         {.time = sourceTime(m_reading->time),
          .skipsUnreferenced = isFast,
-         .keyframesOnly = isFast && m_slowReads > toleratedSlowReads,
+         .keyframesOnly = m_readsKeyframes,
          .givenUp = m_readingStop.get_token()},
         [this, stop = m_readingStop.get_token()](const FrameReader::Answer& answer) {
             {
@@ -255,10 +258,8 @@ void PlayerEngine::readAhead() {
 void PlayerEngine::take(const FrameReader::Answer& answer) {
     const auto point = *m_reading;
     m_reading.reset();
-    m_readingTime = m_time->now() - m_readingSince;
-    const bool isSlow = base::inSeconds(m_readingTime) > m_frameDuration.seconds();
-    if (isSlow)
-        ++m_slowReads;
+    const double took = base::inSeconds(m_time->now() - m_readingSince);
+    m_slowReads = took > 2 * m_frameDuration.seconds() ? m_slowReads + 1 : 0;
     if (!answer.frame.pixels)
         m_readProblem = answer.problem.empty() ? "The movie holds no picture" : answer.problem;
     else

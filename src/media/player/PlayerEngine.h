@@ -151,8 +151,8 @@ class PlayerEngine {
     std::optional<PathPoint> m_reading;          ///< ahead
     std::stop_source m_readingStop;
     base::HostTime m_readingSince;
-    base::HostDuration m_readingTime{};  ///< of the last picture
     int m_slowReads = 0;                 ///< in a row
+    bool m_readsKeyframes = false;       ///< since playing began: nothing else keeps up
     std::string m_readProblem;           ///< why nothing more is read ahead
     std::optional<MediaTime> m_prepared; ///< where the other reader is or goes, of the source
     std::stop_source m_preparingStop;

@@ -245,6 +245,7 @@ void PlayerEngine::start(HostTime now, double rate) {
         follow(m_phase, PlayerPhase::starting);
     m_playedRate = rate;
     m_slowReads = 0;
+    m_readsKeyframes = false;
     m_startedAt = now;
     m_wishes.soundJump = false;
     m_queue.setPath(path(now));
