@@ -21,6 +21,9 @@ namespace {
 
 constexpr int recordedRate = 48'000;
 constexpr std::size_t channels = 2;
+constexpr std::size_t pieceLength = 64; // divides a cycle of PipeWire's graph
+constexpr double cycle = 1024.0 / recordedRate;
+constexpr double cycleGap = 0.003;
 
 bool succeeds(const std::string& command) {
     return std::system(("{ " + command + "; } >/dev/null 2>&1").c_str()) ==
@@ -136,9 +139,9 @@ void SoundServer::crash() {
         std::filesystem::remove_all(m_folder / "runtime" / left, ignored);
 }
 
-MonitorRecorder::MonitorRecorder() {
+MonitorRecorder::MonitorRecorder(SoundServer::Kind kind) : m_kind(kind) {
     constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, recordedRate, channels};
-    constexpr std::uint32_t fragment = recordedRate / 100 * sizeof(float) * channels;
+    constexpr std::uint32_t fragment = pieceLength * sizeof(float) * channels;
     constexpr auto automatic = static_cast<std::uint32_t>(-1);
     const pa_buffer_attr buffer{automatic, automatic, automatic, automatic, fragment};
     int error = 0;
@@ -158,15 +161,21 @@ MonitorRecorder::~MonitorRecorder() {
 
 void MonitorRecorder::run() {
     auto* stream = static_cast<pa_simple*>(m_stream);
-    std::array<float, recordedRate / 100 * channels> piece{};
+    std::array<float, pieceLength * channels> piece{};
     int error = 0;
+    double before = secondsNow();
     while (!m_ending && pa_simple_read(stream, piece.data(), sizeof(piece), &error) == 0) {
-        // The age of the next sample to be read.
-        const pa_usec_t age = pa_simple_get_latency(stream, &error);
-        const double time = secondsNow() - static_cast<double>(age) / 1e6;
+        // PulseAudio knows how old the next sample is. PipeWire's null sink plays a cycle of its
+        // graph from when the cycle begins, and all of it arrives here when the next one begins.
+        const double now = secondsNow();
+        const bool beginsCycle = now - std::exchange(before, now) > cycleGap;
+        const double age = static_cast<double>(pa_simple_get_latency(stream, &error)) / 1e6;
         const std::lock_guard lock(m_mutex);
         m_sound.insert(m_sound.end(), piece.begin(), piece.end());
-        m_stamps.push_back({m_sound.size() / channels, time});
+        if (m_kind == SoundServer::Kind::pulseaudio)
+            m_stamps.push_back({m_sound.size() / channels, now - age});
+        else if (beginsCycle)
+            m_stamps.push_back({m_sound.size() / channels - pieceLength, now - cycle});
     }
 }
 

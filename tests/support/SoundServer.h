@@ -54,7 +54,7 @@ class SoundServer {
 class MonitorRecorder {
   public:
     /// Returns when it records. Throws std::runtime_error when it cannot.
-    MonitorRecorder();
+    explicit MonitorRecorder(SoundServer::Kind kind);
     ~MonitorRecorder();
     MonitorRecorder(const MonitorRecorder&) = delete;
     MonitorRecorder& operator=(const MonitorRecorder&) = delete;
@@ -74,6 +74,7 @@ class MonitorRecorder {
 
     void run();
 
+    SoundServer::Kind m_kind;
     void* m_stream = nullptr;
     mutable std::mutex m_mutex;
     std::vector<float> m_sound;  // guarded by m_mutex

@@ -5,16 +5,18 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <vector>
 
 namespace vantro::media::pulse {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t keptObservations = 16;
-constexpr auto keptFor = 2s;
-// Servers report ten times a second.
+constexpr auto believedFor = 1s;
+// The first reports settle the clock; after that it only glides, unless the device was changed.
+constexpr int settling = 20;
+constexpr double step = 0.00025 * mixing::sampleRate;
+constexpr double change = 0.02 * mixing::sampleRate;
+// They are asked far more often.
 constexpr auto standingStill = 400ms;
 
 } // namespace
@@ -28,13 +30,11 @@ void DeviceClock::observe(base::HostTime at, double position) {
     m_moved = at;
     const double host = base::inSeconds(at - *m_start) * mixing::sampleRate;
     m_recent.push_back({at, position - host});
-    while (m_recent.size() > keptObservations || at - m_recent.front().at > keptFor)
+    while (at - m_recent.front().at > believedFor)
         m_recent.pop_front();
-    std::vector<double> leads;
-    for (const auto& each : m_recent)
-        leads.push_back(each.lead);
-    std::ranges::nth_element(leads, leads.begin() + static_cast<std::ptrdiff_t>(leads.size() / 2));
-    m_lead = leads[leads.size() / 2];
+    const double least = std::ranges::min_element(m_recent, {}, &Observation::lead)->lead;
+    const bool glides = ++m_observations > settling && std::abs(least - m_lead) < change;
+    m_lead = glides ? m_lead + std::clamp(least - m_lead, -step, step) : least;
 }
 
 std::optional<double> DeviceClock::position(base::HostTime now) {

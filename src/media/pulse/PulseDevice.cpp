@@ -22,8 +22,14 @@ constexpr std::size_t frameSize = sizeof(float) * mixing::channelCount;
 constexpr std::uint32_t latency = mixing::sampleRate * 50 / 1000 * frameSize;
 constexpr std::uint32_t leastRequest = mixing::sampleRate * 10 / 1000 * frameSize;
 constexpr auto retryInterval = 1s;
-constexpr auto timingInterval = 50ms;
-constexpr auto drainCheck = 20ms;
+// In quick succession at first, so that the clock is right soon.
+constexpr int hastyQuestions = 20;
+
+/// Until the server is asked again. PipeWire's answers stand still within a cycle of its graph, so
+/// they are wanted at changing places of it.
+std::chrono::milliseconds questionInterval(int asked) {
+    return std::chrono::milliseconds(asked < hastyQuestions ? 5 : 17 + asked * 7 % 31);
+}
 
 /// Only its news matter, which come through the stream itself.
 void forget(pa_operation* operation) {
@@ -83,7 +89,7 @@ int PulseDevice::waitingTime() const {
     };
     if (m_retryAt)
         return std::max(inMicroseconds(*m_retryAt - base::hostNow()), 0);
-    return m_state == State::running ? inMicroseconds(drainCheck) : -1;
+    return m_state == State::running ? std::max(inMicroseconds(m_askAt - base::hostNow()), 0) : -1;
 }
 
 void PulseDevice::update() {
@@ -100,13 +106,14 @@ void PulseDevice::update() {
     const bool isWanted = m_queue.wantsDevice(now);
     if (m_state == State::ready && isWanted) {
         move(State::running);
+        m_asked = 0;
         forget(pa_stream_cork(m_stream.get(), 0, nullptr, nullptr));
     } else if (m_state == State::running && !isWanted) {
         move(State::ready);
         forget(pa_stream_cork(m_stream.get(), 1, nullptr, nullptr));
         m_queue.deviceStops();
     }
-    if (m_state == State::running && now - m_asked >= timingInterval)
+    if (m_state == State::running && now >= m_askAt)
         askForTiming();
 }
 
@@ -198,7 +205,7 @@ void PulseDevice::write(std::size_t bytes) {
 }
 
 void PulseDevice::askForTiming() {
-    m_asked = base::hostNow();
+    m_askAt = base::hostNow() + questionInterval(m_asked++);
     forget(pa_stream_update_timing_info(m_stream.get(), nullptr, nullptr));
 }
 

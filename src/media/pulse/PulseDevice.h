@@ -61,7 +61,8 @@ class PulseDevice {
     bool m_hasComplained = false;
     std::string m_lost; ///< why, noted inside of a callback, where nothing can be freed
     std::int64_t m_written = 0;
-    base::HostTime m_asked; ///< for timing
+    base::HostTime m_askAt; ///< what the device plays
+    int m_asked = 0;        ///< how often, since it runs
     std::jthread m_thread;  // the last member: it uses the others
 };
 

@@ -82,7 +82,7 @@ TEST_P(PulseSound, keepsThePitchAtEveryRateAndToldTimesGoByAtTheRate) {
     server.start();
     const auto sound = makePulseSound(wholeOf(movieOf(folder, "0.5*sin(2*PI*440*t)", 30)));
     for (const double rate : {1.0, 2.0, 0.5}) {
-        const MonitorRecorder monitor;
+        const MonitorRecorder monitor(GetParam());
         sound->play(at(1), rate, {});
         ASSERT_TRUE(eventually([&] { return sound->reading().has_value(); }));
         const auto first = sound->reading();
@@ -106,6 +106,46 @@ TEST_P(PulseSound, keepsThePitchAtEveryRateAndToldTimesGoByAtTheRate) {
             return longestHole(now, end - 0.05, end) > 0.049;
         })) << "goes on while paused";
     }
+}
+
+TEST_P(PulseSound, tellsWhenEachClickIsHeard) {
+    SoundServer server(GetParam());
+    server.start();
+    const auto sound = makePulseSound(
+        wholeOf(movieOf(folder, "0.8*lt(mod(t+0.1,0.2),0.002)*sin(2*PI*2000*t)", 9)));
+    const MonitorRecorder monitor(GetParam());
+    sound->play(at(0), 1, {});
+    std::vector<player::SoundReading> told;
+    ASSERT_TRUE(eventually([&] {
+        if (const auto reading = sound->reading()) {
+            EXPECT_TRUE(told.empty() || reading->time >= told.back().time);
+            told.push_back(*reading);
+        }
+        return !told.empty() && told.back().time >= at(6);
+    }));
+    const auto heard = monitor.sound();
+    std::vector<double> errors;
+    for (int click = 2; click < 28; ++click) {
+        const double item = 0.1 + click * 0.2;
+        const auto reading = std::ranges::find_if(
+            told, [=](const auto& each) { return each.time.seconds() >= item; });
+        const double toldAt =
+            base::inSeconds(reading->at.time_since_epoch()) - (reading->time.seconds() - item);
+        double nearest = 1;
+        for (const double time : beepTimes(heard)) {
+            const double error =
+                toldAt -
+                monitor.timeOf(static_cast<std::size_t>(std::lround(time * mixing::sampleRate)));
+            if (std::abs(error) < std::abs(nearest))
+                nearest = error;
+        }
+        errors.push_back(nearest * 1000);
+    }
+    std::ranges::sort(errors, {}, [](double error) { return std::abs(error); });
+    fmt::print("milliseconds off: median {:.2f}, worst {:.2f}\n", errors[errors.size() / 2],
+               errors.back());
+    EXPECT_LT(std::abs(errors[errors.size() / 2]), 5);
+    EXPECT_LT(std::abs(errors.back()), 15);
 }
 
 } // namespace
