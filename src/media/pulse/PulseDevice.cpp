@@ -87,6 +87,8 @@ int PulseDevice::waitingTime() const {
         return static_cast<int>(
             std::chrono::duration_cast<std::chrono::microseconds>(time).count());
     };
+    if (!m_lost.empty())
+        return 0;
     if (m_retryAt)
         return std::max(inMicroseconds(*m_retryAt - base::hostNow()), 0);
     return m_state == State::running ? std::max(inMicroseconds(m_askAt - base::hostNow()), 0) : -1;

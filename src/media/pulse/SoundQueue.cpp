@@ -76,15 +76,13 @@ void SoundQueue::setMuted(bool muted) {
     m_mixer.setMuted(muted);
 }
 
-/// Nothing of what is decoded will be heard, but for a fade.
+/// Nothing of what is decoded will be heard; what sounds fades.
 void SoundQueue::cutOff() {
-    const auto available = std::min(m_decoded - next(), SoundMixer::fadeLength);
-    if (m_blocks.empty()) {
-        if (m_isPlaying && !m_hasRunDry) {
-            const auto fading = m_mixer.lastDyingAway();
-            m_tail.assign(fading.begin(), fading.end());
-        }
-    } else {
+    if (!m_hasRunDry && m_blocks.empty()) {
+        const auto fading = m_mixer.lastDyingAway();
+        m_tail.assign(fading.begin(), fading.end());
+    } else if (!m_hasRunDry) {
+        const auto available = std::min(m_decoded - next(), SoundMixer::fadeLength);
         m_tail.assign(samples(available), 0);
         mixInto(m_written, m_tail);
         for (std::size_t i = 0; i < m_tail.size(); ++i)
@@ -269,6 +267,7 @@ void SoundQueue::deviceLost() {
     m_clock.reset();
     m_pieces.clear();
     m_tail.clear();
+    m_hasRunDry = true;
     m_written = 0;
 }
 

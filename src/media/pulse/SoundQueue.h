@@ -89,7 +89,7 @@ class SoundQueue {
     SoundMixer m_mixer;
     DeviceClock m_clock;
     bool m_isPlaying = false;
-    bool m_hasRunDry = false;
+    bool m_hasRunDry = true; ///< the device was given silence
     std::shared_ptr<const PlayLine> m_line;
     std::uint64_t m_plan = 0;
     std::uint64_t m_run = 0;
