@@ -4,6 +4,7 @@
 #include "capture/RecordingSession.h"
 #include "export/GifExporter.h"
 #include "export/VideoExporter.h"
+#include "media/pulse/PulseSound.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
@@ -83,8 +84,8 @@ std::unique_ptr<render::MovieSession> openMovieForEditor(const model::Recording&
     return openMovie(recording, edit, render::makeRenderer(render::RendererChoice::automatic));
 }
 
-std::unique_ptr<media::player::PlayerSound> makeSound(const media::Composition&) {
-    return nullptr;
+std::unique_ptr<media::player::PlayerSound> makeSound(const media::Composition& composition) {
+    return media::pulse::makePulseSound(composition);
 }
 
 } // namespace vantro::program
