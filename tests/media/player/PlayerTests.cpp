@@ -220,6 +220,26 @@ TEST_F(PlayerTest, ARefreshDrawsThePausedPictureAnewAndKeepsItsPlace) {
     EXPECT_EQ(rig.player().currentTime(), timeOf(77));
 }
 
+TEST_F(PlayerTest, PicturesAreMadeSmallerToFitAndNeverLarger) {
+    PlayerRig rig(movie());
+    rig.nextPicture();
+    const auto compositor = std::make_shared<test::PassingCompositor>();
+    compositor->picture = test::paintedNumber(1234, 960, 540);
+    rig.player().setVideo({.trackID = 1, .compositor = compositor});
+    EXPECT_EQ(rig.nextPicture(), 1234);
+    struct Case {
+        int width, height, fittedWidth, fittedHeight;
+    };
+    for (const auto& each : {Case{480, 270, 480, 270}, Case{337, 189, 337, 189},
+                             Case{480, 500, 480, 270}, Case{2000, 2000, 960, 540}}) {
+        SCOPED_TRACE(each.width);
+        rig.player().setOutputSize(each.width, each.height);
+        EXPECT_EQ(rig.nextPicture(), 1234);
+        EXPECT_EQ(rig.lastPicture().pixels->width(), each.fittedWidth);
+        EXPECT_EQ(rig.lastPicture().pixels->height(), each.fittedHeight);
+    }
+}
+
 TEST_F(PlayerTest, SoundIsTheClockWhereItIsHeard) {
     auto script = std::make_shared<test::ScriptedSound::Script>();
     PlayerRig rig(movie(), script);
