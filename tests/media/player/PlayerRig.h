@@ -72,8 +72,9 @@ class PlayerRig {
   public:
     static constexpr int frameRate = 60;
 
-    explicit PlayerRig(const std::filesystem::path& movie,
-                       std::shared_ptr<ScriptedSound::Script> sound = nullptr);
+    explicit PlayerRig(
+        const std::filesystem::path& movie, std::shared_ptr<ScriptedSound::Script> sound = nullptr,
+        const std::function<void()>& beforeOpening = [] {});
     ~PlayerRig();
 
     media::player::Player& player() { return *m_player; }
