@@ -214,6 +214,15 @@ TEST_F(PlayerTimeObserverTest, LoopsOverALongRecordingWithManyCutsAndNeverGoesBa
     }
 }
 
+TEST_F(PlayerTimeObserverTest, OfALongGapNoMoreThanAPictureIsForgiven) {
+    open(1000, {segment(0, 0.4), segment(0.5, 1)});
+    playAt(499.99);
+    EXPECT_TRUE(player->seeks.empty());
+    player->tick(499.9);
+    ASSERT_EQ(player->seeks.size(), 1U);
+    EXPECT_DOUBLE_EQ(player->seeks[0].to, 500);
+}
+
 TEST_F(PlayerTimeObserverTest, PlayStartsOverAtTheEndGoesOnBehindAGapAndElsewhereAtTheSpeed) {
     struct Case {
         std::vector<TimelineSegment> segments;

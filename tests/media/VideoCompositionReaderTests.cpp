@@ -49,7 +49,7 @@ class VideoCompositionReading : public testing::Test {
         return composition;
     }
 
-    VideoComposition at(int frameRate) const { return {1, {1, frameRate}, 160, 90, 1, compositor}; }
+    VideoComposition at(int frameRate) const { return {1, {1, frameRate}, 160, 90, compositor}; }
 
     static std::vector<int> read(VideoCompositionReader& reader) {
         std::vector<int> numbers;

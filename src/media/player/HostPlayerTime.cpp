@@ -1,4 +1,4 @@
-#include "media/player/Player.h"
+#include "media/player/PlayerServices.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -3,6 +3,8 @@
 #include "media/VideoComposition.h"
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace vantro::media::player {
 
@@ -21,11 +23,15 @@ class PictureComposer {
                                                const VideoFrame& source);
 
   private:
+    std::shared_ptr<const PixelBuffer> fitted(const std::shared_ptr<const PixelBuffer>& picture);
+
     VideoComposition m_video;
     int m_width = 0;
     int m_height = 0;
     std::shared_ptr<const PixelBuffer> m_composed; ///< the last one, before it was fitted
     std::shared_ptr<const PixelBuffer> m_fitted;
+    std::optional<PixelBufferPool> m_pool; ///< of fitted pictures
+    std::pair<int, int> m_poolSize;
 };
 
 } // namespace vantro::media::player

@@ -9,6 +9,8 @@ namespace {
 using base::HostDuration;
 using base::HostTime;
 
+constexpr double slowestRate = 0.25;
+constexpr double fastestRate = 16;
 constexpr std::int32_t timescale = 90'000;
 /// Differences to the sound, in seconds of host time: below the first nothing is done; beyond the
 /// last the pictures jump after the sound, or wait for it.
@@ -23,6 +25,10 @@ HostDuration spanOf(double seconds) {
 }
 
 } // namespace
+
+double playableRate(double rate) {
+    return rate > 0 ? std::clamp(rate, slowestRate, fastestRate) : 0;
+}
 
 double PlaybackClock::runningSeconds(HostTime now) const {
     return m_seconds + std::max(base::inSeconds(now - m_at), 0.0) * m_speed;

@@ -8,6 +8,9 @@
 
 namespace vantro::media::player {
 
+/// The nearest rate that can be played; 0 stays.
+double playableRate(double rate);
+
 /// Where in an item playing is at an instant of host time. A value.
 ///
 /// It stands at a time, or runs from one at a rate, over at most one jump ahead. Sound that is

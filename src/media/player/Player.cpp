@@ -9,9 +9,6 @@
 namespace vantro::media::player {
 namespace {
 
-constexpr double slowestRate = 0.25;
-constexpr double fastestRate = 16;
-
 /// Observers by number. They may come and go while they are told; what is told is copied first.
 /// Main thread.
 template <typename... Arguments>
@@ -113,10 +110,6 @@ struct Player::Implementation {
         });
     }
 };
-
-double Player::playableRate(double rate) {
-    return rate > 0 ? std::clamp(rate, slowestRate, fastestRate) : 0;
-}
 
 Player::Player(PlayerItem item, Services services)
     : m_implementation(std::make_unique<Implementation>(std::move(item), std::move(services))) {}

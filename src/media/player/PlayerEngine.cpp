@@ -20,7 +20,7 @@ const CompositionTrack& trackOf(const PlayerItem& item) {
 
 } // namespace
 
-PlayerEngine::PlayerEngine(PlayerItem item, Player::Services services, Events events)
+PlayerEngine::PlayerEngine(PlayerItem item, PlayerServices services, Events events)
     : m_track(trackOf(item))
     , m_end(item.composition.duration())
     , m_time(std::move(services.time))
@@ -75,7 +75,7 @@ std::optional<MediaTime> PlayerEngine::duration() const {
     return m_isOpen ? std::optional(m_end) : std::nullopt;
 }
 
-Player::Status PlayerEngine::status() const {
+PlayerStatus PlayerEngine::status() const {
     const std::lock_guard lock(m_mutex);
     return m_status;
 }
@@ -284,7 +284,7 @@ std::optional<PlannedJump> PlayerEngine::jumpAhead(base::HostTime now) const {
         return {};
     auto jump = *m_jump;
     jump.to = std::clamp(jump.to, MediaTime{}, m_end);
-    jump.rate = Player::playableRate(jump.rate);
+    jump.rate = playableRate(jump.rate);
     return jump;
 }
 

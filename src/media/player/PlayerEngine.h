@@ -4,8 +4,8 @@
 #include "media/player/PictureComposer.h"
 #include "media/player/PictureQueue.h"
 #include "media/player/PlaybackClock.h"
-#include "media/player/Player.h"
 #include "media/player/PlayerPhase.h"
+#include "media/player/PlayerServices.h"
 #include "media/player/SeekQueue.h"
 
 #include <array>
@@ -31,14 +31,14 @@ class PlayerEngine {
         std::function<void(int number)> tick;
     };
 
-    PlayerEngine(PlayerItem item, Player::Services services, Events events);
+    PlayerEngine(PlayerItem item, PlayerServices services, Events events);
     ~PlayerEngine();
 
     double rate() const;
     void setRate(double rate);
     MediaTime currentTime() const;
     std::optional<MediaTime> duration() const;
-    Player::Status status() const;
+    PlayerStatus status() const;
     std::string problem() const;
     PlayerCounts counts() const;
 
@@ -129,7 +129,7 @@ class PlayerEngine {
     mutable std::mutex m_mutex;
     // Guarded by m_mutex.
     PlayerPhase m_phase = PlayerPhase::opening;
-    Player::Status m_status = Player::Status::opening;
+    PlayerStatus m_status = PlayerStatus::opening;
     bool m_isOpen = false;
     bool m_isEnding = false; ///< nothing more is read
     std::string m_problem;

@@ -141,9 +141,9 @@ bool PlayerEngine::answerSeek() {
     {
         const std::lock_guard lock(m_mutex);
         finished = m_phase == PlayerPhase::paused;
-        isFirst = finished && m_status != Player::Status::ready;
+        isFirst = finished && m_status != PlayerStatus::ready;
         if (isFirst) {
-            m_status = Player::Status::ready;
+            m_status = PlayerStatus::ready;
             m_problem.clear();
             m_isOpen = true;
         }
@@ -198,7 +198,7 @@ void PlayerEngine::fail(const std::string& problem) {
         m_problem = problem;
         if (m_phase != PlayerPhase::failed)
             follow(m_phase, PlayerPhase::failed);
-        m_status = Player::Status::failed;
+        m_status = PlayerStatus::failed;
         m_clock.stop(m_clock.timeAt(now));
         wasPlaying = std::exchange(m_rate, 0) != 0;
     }
@@ -214,7 +214,7 @@ bool PlayerEngine::followRate() {
     double rate = 0;
     {
         const std::lock_guard lock(m_mutex);
-        rate = Player::playableRate(m_rate);
+        rate = playableRate(m_rate);
         const bool plays = m_phase == PlayerPhase::starting || m_phase == PlayerPhase::playing;
         if (rate == 0 && plays) {
             pause(now);

@@ -63,7 +63,8 @@ bool ScriptedSound::hasDevice() const {
 }
 
 PlayerRig::PlayerRig(const std::filesystem::path& movie,
-                     std::shared_ptr<ScriptedSound::Script> sound) {
+                     std::shared_ptr<ScriptedSound::Script> sound,
+                     const std::function<void()>& beforeOpening) {
     Composition composition(Asset::open(movie));
     const auto source = composition.asset().tracks(MediaType::video).at(0);
     auto& track = composition.addTrack(MediaType::video);
@@ -91,6 +92,7 @@ PlayerRig::PlayerRig(const std::filesystem::path& movie,
                            .renderWidth = 160,
                            .renderHeight = 90,
                            .compositor = m_compositor};
+    beforeOpening();
     m_player = std::make_unique<Player>(PlayerItem{composition, video}, std::move(services));
 }
 
