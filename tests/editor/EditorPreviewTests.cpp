@@ -156,7 +156,7 @@ TEST_F(EditorPreviewTest, ASmallerAreaIsFilledWithTheSamePictureMadeSmaller) {
     preview.transport()->seek(0.25);
     const auto shown = pictureAt({600, 600});
     ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(QSize(shown->width(), shown->height()), QSize(200, 113));
+    EXPECT_EQ(QSize(shown->width(), shown->height()), QSize(200, 112));
     const auto exported = openMovie(*recording, edit);
     const auto whole = exported->still(1, exported->canvas(exported->videoSize()));
     EXPECT_LE(meanError(*shown, *whole), 2);
