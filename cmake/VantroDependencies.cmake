@@ -7,6 +7,9 @@ find_package(CLI11 REQUIRED)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
+pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+# Its -D_REENTRANT says nothing new, and would keep the precompiled headers from use.
+set_property(TARGET PkgConfig::PULSE PROPERTY INTERFACE_COMPILE_OPTIONS "")
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
   libavformat libavcodec libavutil libswscale libswresample)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
@@ -18,10 +21,13 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widg
 if(VANTRO_TESTS)
   find_package(GTest REQUIRED)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  pkg_check_modules(PULSE_SIMPLE REQUIRED IMPORTED_TARGET libpulse-simple)
+  set_property(TARGET PkgConfig::PULSE_SIMPLE PROPERTY INTERFACE_COMPILE_OPTIONS "")
 endif()
 if(VANTRO_BENCH OR VANTRO_DEMO)
   pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo cairo-xcb)
 endif()
 if(VANTRO_BENCH)
   find_package(benchmark REQUIRED)
+  pkg_check_modules(RUBBERBAND REQUIRED IMPORTED_TARGET rubberband)
 endif()

@@ -2,17 +2,13 @@
 
 #include "app/flows/ExportFlow.h"
 #include "app/flows/ProjectFlow.h"
-#include "ui/TimeText.h"
 
 #include <QFileInfo>
 
 namespace vantro::editor {
 
-EditorModel::EditorModel(app::AppState& state, StillPreview& preview, app::flows::Flows flows)
+EditorModel::EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows)
     : m_state(state), m_preview(preview), m_flows(flows) {
-    connect(&preview, &StillPreview::pictureChanged, this, &EditorModel::pictureChanged);
-    connect(&preview, &StillPreview::positionChanged, this, &EditorModel::positionChanged);
-    connect(&preview, &StillPreview::durationChanged, this, &EditorModel::durationChanged);
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
     connect(&m_refresh, &QTimer::timeout, this, &EditorModel::refreshPreview);
@@ -24,7 +20,7 @@ void EditorModel::followState() {
     connect(&m_state, &app::AppState::recordingNameChanged, this,
             &EditorModel::recordingNameChanged);
     connect(&m_state, &app::AppState::phaseChanged, this, &EditorModel::exportChanged);
-    // Several changes at once are one picture.
+    // Several changes at once are one redrawing.
     connect(&m_state.document(), &app::EditDocument::changed, this, [this] { m_refresh.start(); });
     connect(&m_state, &app::AppState::phaseChanged, this, [this] {
         if (m_state.phase().kind != app::AppPhase::Kind::exporting)
@@ -58,20 +54,6 @@ void EditorModel::refreshPreview() {
 
 void EditorModel::setRecordingName(const QString& name) {
     m_state.setRecordingName(name.toStdString());
-}
-
-QString EditorModel::pictureText() const {
-    if (!m_preview.picture().isNull())
-        return {};
-    return m_preview.problem().isEmpty() ? tr("Loading preview...") : m_preview.problem();
-}
-
-QString EditorModel::positionLabel() const {
-    return ui::positionText(position());
-}
-
-QString EditorModel::durationLabel() const {
-    return ui::positionText(duration());
 }
 
 QStringList EditorModel::formats() const {

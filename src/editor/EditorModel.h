@@ -2,7 +2,7 @@
 
 #include "app/flows/Flows.h"
 #include "app/state/AppState.h"
-#include "editor/StillPreview.h"
+#include "editor/EditorPreview.h"
 
 #include <QStringList>
 #include <QTimer>
@@ -11,21 +11,15 @@
 
 namespace vantro::editor {
 
-/// What the editor screen shows and does: the composed picture at a position, the recording's name,
-/// and the project and export actions. Holds no truth but the notice of what was last done. Main
-/// thread.
+/// What the editor screen shows and does: the preview, the recording's name, and the project and
+/// export actions. Holds no truth but the notice of what was last done. Main thread.
 class EditorModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(
         QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
-    Q_PROPERTY(QImage picture READ picture NOTIFY pictureChanged)
-    Q_PROPERTY(QString pictureText READ pictureText NOTIFY pictureChanged)
-    Q_PROPERTY(double position READ position WRITE setPosition NOTIFY positionChanged)
-    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)
-    Q_PROPERTY(QString positionLabel READ positionLabel NOTIFY positionChanged)
-    Q_PROPERTY(QString durationLabel READ durationLabel NOTIFY durationChanged)
+    Q_PROPERTY(vantro::editor::EditorPreview* preview READ preview CONSTANT)
     Q_PROPERTY(QStringList formats READ formats CONSTANT)
     Q_PROPERTY(QStringList resolutions READ resolutions CONSTANT)
     Q_PROPERTY(bool exporting READ exporting NOTIFY exportChanged)
@@ -35,17 +29,11 @@ class EditorModel : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
   public:
-    EditorModel(app::AppState& state, StillPreview& preview, app::flows::Flows flows);
+    EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows);
 
     QString recordingName() const { return QString::fromStdString(m_state.recordingName()); }
     void setRecordingName(const QString& name);
-    QImage picture() const { return m_preview.picture(); }
-    QString pictureText() const;
-    double position() const { return m_preview.position(); }
-    void setPosition(double seconds) { m_preview.setPosition(seconds); }
-    double duration() const { return m_preview.duration(); }
-    QString positionLabel() const;
-    QString durationLabel() const;
+    EditorPreview* preview() { return &m_preview; }
     QStringList formats() const;
     QStringList resolutions() const;
     bool exporting() const;
@@ -68,9 +56,6 @@ class EditorModel : public QObject {
 
   Q_SIGNALS:
     void recordingNameChanged();
-    void pictureChanged();
-    void positionChanged();
-    void durationChanged();
     void exportChanged();
     void workingChanged();
     void noticeChanged();
@@ -82,7 +67,7 @@ class EditorModel : public QObject {
     void setNotice(const QString& notice);
 
     app::AppState& m_state;
-    StillPreview& m_preview;
+    EditorPreview& m_preview;
     app::flows::Flows m_flows;
     QTimer m_refresh; ///< fires once the event loop is back
     QString m_notice;

@@ -25,7 +25,8 @@ AudioMixReader::AudioMixReader(const Composition& composition)
     self.length = composition.duration().rescaled(mixing::sampleRate).value;
     for (const auto& track : composition.tracks()) {
         if (track.type() == MediaType::audio && !track.segments().empty())
-            self.tracks.emplace_back(composition.asset().movie(), track);
+            self.tracks.emplace_back(composition.asset().movie(), track.source().id,
+                                     soundPieces(track));
     }
 }
 

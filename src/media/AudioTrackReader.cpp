@@ -3,6 +3,7 @@
 #include "media/values/AudioBuffer.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vantro::media {
 namespace {
@@ -10,6 +11,9 @@ namespace {
 constexpr int channels = mixing::channelCount;
 // Cuts click without; longer ones swallow what begins right behind a cut.
 constexpr std::int64_t fadeLength = mixing::sampleRate * 3 / 1000;
+
+// Lengths in whole samples leave this much doubt about a piece's speed.
+constexpr double sameSpeed = 1e-3;
 
 std::int64_t inSamples(MediaTime time) {
     return time.rescaled(mixing::sampleRate).value;
@@ -26,25 +30,61 @@ std::span<float> part(std::span<float> samples, std::int64_t from, std::int64_t 
 
 } // namespace
 
-AudioTrackReader::AudioTrackReader(const MovieReference& movie, const CompositionTrack& track)
-    : m_source(movie, track.source().id) {
-    plan(track);
+std::vector<SoundPiece> soundPieces(const CompositionTrack& track) {
+    std::vector<SoundPiece> pieces;
+    for (const auto& segment : track.segments())
+        pieces.push_back({inSamples(segment.source.start), inSamples(segment.source.end()),
+                          inSamples(segment.target.start), inSamples(segment.target.end())});
+    return pieces;
 }
 
-/// The wave goes on unbroken where a segment at its own speed ends and the next begins at the same
+AudioTrackReader::AudioTrackReader(const MovieReference& movie, int trackID,
+                                   const std::vector<SoundPiece>& pieces)
+    : m_source(movie, trackID) {
+    for (const auto& piece : pieces)
+        append(piece);
+}
+
+/// The wave goes on unbroken where a piece at its own speed ends and the next begins at the same
 /// place of the source.
-void AudioTrackReader::plan(const CompositionTrack& track) {
-    for (const auto& segment : track.segments()) {
-        Stretch stretch{inSamples(segment.source.start), inSamples(segment.source.end()),
-                        inSamples(segment.target.start), inSamples(segment.target.end())};
-        const bool isFirst = m_stretches.empty();
-        const bool goesOn = !isFirst && !m_stretches.back().isStretched() &&
-                            m_stretches.back().sourceEnd == stretch.sourceStart;
-        stretch.fadesIn = isFirst ? stretch.sourceStart > 0 : !goesOn;
-        stretch.fadesOut = true;
-        if (goesOn)
-            m_stretches.back().fadesOut = false;
-        m_stretches.push_back(stretch);
+void AudioTrackReader::append(const SoundPiece& piece) {
+    const bool isFirst = m_stretches.empty();
+    const bool goesOn = !isFirst && !m_stretches.back().isStretched() &&
+                        m_stretches.back().sourceEnd == piece.sourceStart;
+    if (goesOn)
+        m_stretches.back().fadesOut = false;
+    m_stretches.push_back({piece, isFirst ? piece.sourceStart > 0 : !goesOn, true});
+}
+
+/// Whether the piece, but for its end, is the one that sounds.
+bool AudioTrackReader::isWithin(const SoundPiece& piece) const {
+    if (m_current >= m_stretches.size())
+        return false;
+    const Stretch& sounding = m_stretches[m_current];
+    return m_position > sounding.targetStart && m_position < piece.targetEnd &&
+           piece.targetStart == sounding.targetStart && piece.sourceStart == sounding.sourceStart &&
+           piece.isStretched() == sounding.isStretched() &&
+           std::abs(piece.speed() - sounding.speed()) < sameSpeed * sounding.speed();
+}
+
+void AudioTrackReader::replan(const std::vector<SoundPiece>& pieces, std::int64_t position) {
+    const auto next = std::ranges::find_if(
+        pieces, [position](const SoundPiece& piece) { return piece.targetEnd > position; });
+    const bool goesOn = next != pieces.end() && position == m_position && isWithin(*next);
+    const bool fadesIn = goesOn && m_stretches[m_current].fadesIn;
+    m_stretches.clear();
+    m_current = 0;
+    m_position = position;
+    for (auto piece = next; piece != pieces.end(); ++piece)
+        append(*piece);
+    if (goesOn) {
+        m_stretches.front().fadesIn = fadesIn;
+    } else if (next != pieces.end() && next->targetStart < position) {
+        Stretch& first = m_stretches.front();
+        first.sourceStart +=
+            std::llround(next->speed() * static_cast<double>(position - next->targetStart));
+        first.targetStart = position;
+        first.fadesIn = true;
     }
 }
 
@@ -71,8 +111,8 @@ void AudioTrackReader::begin(const Stretch& stretch) {
     m_stretcher.reset();
     if (stretch.isStretched())
         m_stretcher.emplace(stretch.sourceLength(), stretch.targetLength(),
-                            [this, &stretch](std::int64_t position, std::span<float> samples) {
-                                readWithin(stretch, position, samples);
+                            [this](std::int64_t position, std::span<float> samples) {
+                                readWithin(m_stretches[m_current], position, samples);
                             });
 }
 

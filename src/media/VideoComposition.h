@@ -16,6 +16,7 @@ struct CompositionRequest {
     int width = 0; ///< output size, pixels
     int height = 0;
     PixelFormat outputFormat = PixelFormat::bgra;
+    double renderScale = 1; ///< see VideoComposition
 };
 
 /// Makes the frames of a video composition.
@@ -33,9 +34,11 @@ class VideoCompositor {
 struct VideoComposition {
     int trackID = 0; ///< the composition's track that feeds the compositor
     MediaTime frameDuration{1, 60};
-    int renderWidth = 0;
+    int renderWidth = 0; ///< output size, pixels
     int renderHeight = 0;
     std::shared_ptr<VideoCompositor> compositor;
+    /// Output pixels a pixel of the film: below 1 the compositor makes the same picture smaller.
+    double renderScale = 1;
 
     /// Frames that fit into `duration`: each starts before its end.
     std::int64_t frameCount(MediaTime duration) const;

@@ -112,7 +112,8 @@ std::optional<VideoFrame> VideoCompositionReader::copyNextFrame() {
                                                   .sourceFrame = std::move(found->frame),
                                                   .width = self.video.renderWidth,
                                                   .height = self.video.renderHeight,
-                                                  .outputFormat = self.outputFormat});
+                                                  .outputFormat = self.outputFormat,
+                                                  .renderScale = self.video.renderScale});
     return VideoFrame{std::move(pixels), time, self.video.frameDuration};
 }
 

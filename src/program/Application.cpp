@@ -11,6 +11,7 @@
 #include "editor/EditorModel.h"
 #include "program/DesktopServices.h"
 #include "program/PictureWithoutUs.h"
+#include "program/WindowedApplication.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
 #include "ui/platform/NativePanels.h"
@@ -21,12 +22,10 @@
 #include "window/platform/IdleInhibitor.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
-#include "window/platform/StartUp.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QQuickWindow>
 
 namespace vantro::program {
@@ -43,7 +42,8 @@ std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
 class Program {
   public:
     Program();
-    int run();
+    /// Opens that project first, unless its name is empty.
+    int run(const std::filesystem::path& project);
 
   private:
     void followPreferences();
@@ -72,7 +72,7 @@ class Program {
     app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
     const app::flows::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
 
-    editor::StillPreview m_preview{m_previewTasks, openStills};
+    editor::EditorPreview m_preview{m_previewTasks, openMovieForEditor, makeSound};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,
@@ -142,36 +142,22 @@ void Program::connectQuitting() {
     });
 }
 
-int Program::run() {
+int Program::run(const std::filesystem::path& project) {
     m_permission.startPolling();
+    if (!project.empty())
+        m_projects.openPackage(project);
     m_placement.restore();
     m_window.window().show();
     return QCoreApplication::exec();
 }
 
-void nameApplication() {
-    // The window class, by which recordings leave our own windows out.
-    QCoreApplication::setApplicationName(QString::fromLatin1(capture::ownBundleIdentifier));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vantro"));
-    QGuiApplication::setDesktopFileName(QString::fromLatin1(capture::ownBundleIdentifier));
-}
-
 } // namespace
 
-int runApplication(int& argc, char** argv) {
-    nameApplication();
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
-        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    std::optional<QApplication> application;
-    {
-        const window::StartUpGuard guard;
-        application.emplace(argc, argv);
-    }
+int runApplication(int& argc, char** argv, const std::filesystem::path& project) {
+    const auto application = makeWindowedApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Vantro/vantro.svg")));
-    window::chooseSceneGraph();
     Program program;
-    return program.run();
+    return program.run(project);
 }
 
 } // namespace vantro::program

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <filesystem>
+
 namespace vantro::program {
 
-/// Runs the windowed program until it is quit and returns its exit status. Where no window can be
-/// opened it says so in one line and ends with status 1. Called once, by main.
-int runApplication(int& argc, char** argv);
+/// Runs the windowed program, with a project in its editor if one is named, until it is quit and
+/// returns its exit status. Where no window can be opened it says so in one line and ends with
+/// status 1. Called once, by main.
+int runApplication(int& argc, char** argv, const std::filesystem::path& project = {});
 
 } // namespace vantro::program

@@ -4,10 +4,10 @@
 #include "capture/RecordingSession.h"
 #include "export/GifExporter.h"
 #include "export/VideoExporter.h"
+#include "media/pulse/PulseSound.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace vantro::program {
@@ -72,20 +72,20 @@ void runExport(const app::flows::ExportJob& job,
         exporting::VideoExporter().run(session, job.resolution, job.output, progress, cancelled);
 }
 
-editor::StillSource openStills(const model::Recording& recording) {
-    auto held = std::make_shared<std::unique_ptr<render::MovieSession>>();
-    return [recording, held](const model::Edit& edit, double seconds) -> editor::Still {
-        auto session = std::exchange(*held, nullptr); // one that fails is not used again
-        if (session == nullptr)
-            session = std::make_unique<render::MovieSession>(
-                recording, edit, render::makeRenderer(render::RendererChoice::automatic));
-        session->setEdit(edit);
-        const double duration = session->duration().seconds();
-        auto picture = session->still(std::clamp(seconds, 0.0, duration),
-                                      session->canvas(session->videoSize()));
-        *held = std::move(session);
-        return {duration, std::move(picture)};
-    };
+std::unique_ptr<render::MovieSession> openMovie(const model::Recording& recording,
+                                                const model::Edit& edit,
+                                                std::unique_ptr<render::Renderer> renderer) {
+    return std::make_unique<render::MovieSession>(recording, edit, std::move(renderer),
+                                                  render::TimeLine::source);
+}
+
+std::unique_ptr<render::MovieSession> openMovieForEditor(const model::Recording& recording,
+                                                         const model::Edit& edit) {
+    return openMovie(recording, edit, render::makeRenderer(render::RendererChoice::automatic));
+}
+
+std::unique_ptr<media::player::PlayerSound> makeSound(const media::Composition& composition) {
+    return media::pulse::makePulseSound(composition);
 }
 
 } // namespace vantro::program

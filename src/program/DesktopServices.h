@@ -2,7 +2,7 @@
 
 #include "app/flows/ExportRunner.h"
 #include "app/flows/RecordingPlatform.h"
-#include "editor/StillPreview.h"
+#include "editor/EditorPreview.h"
 #include "window/picker/WindowPickerModel.h"
 
 #include <memory>
@@ -44,7 +44,15 @@ void runExport(const app::flows::ExportJob& job,
                const std::function<void(double fraction)>& progress,
                const std::stop_token& cancelled);
 
-/// Draws stills as an export at the original resolution would, from a movie that is opened once.
-editor::StillSource openStills(const model::Recording& recording);
+/// Opens a recording to be played as a whole. Throws VantroError.
+std::unique_ptr<render::MovieSession> openMovie(const model::Recording& recording,
+                                                const model::Edit& edit,
+                                                std::unique_ptr<render::Renderer> renderer);
+/// The same, drawn by the best renderer that works here.
+std::unique_ptr<render::MovieSession> openMovieForEditor(const model::Recording& recording,
+                                                         const model::Edit& edit);
+
+/// The desktop's sound server plays what is heard.
+std::unique_ptr<media::player::PlayerSound> makeSound(const media::Composition& composition);
 
 } // namespace vantro::program

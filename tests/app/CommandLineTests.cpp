@@ -41,7 +41,7 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
           "record --output a.vantro --mode area --rect 0,0,100",
           "record --output a.vantro --mode area --rect 0,0,nan,100",
           "record --output a.vantro --max-size 0",
-          "export a.vantro --output b.mp4 --encoder theora"})
+          "export a.vantro --output b.mp4 --encoder theora", "play", "play a.vantro --seconds 0"})
         EXPECT_EQ(test::vantro(arguments).exitCode, 2) << arguments;
     EXPECT_EQ(test::vantro("--help").exitCode, 0);
     EXPECT_EQ(test::vantro("export --help").exitCode, 0);
@@ -59,6 +59,10 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
           "0 to 2.000 s");
     fails("", "display"); // the window needs one as well
     fails("displays", "display");
+    fails("play " + path("sample.vantro"), "display");
+    fails(path("sample.vantro"), "display");
+    fails("play " + path("none.vantro"), "none.vantro: no such project");
+    fails(path("none.vantro"), "none.vantro: no such project");
     fails("record --seconds 1 --output " + path("new.vantro"), "display");
     EXPECT_FALSE(exists("new.vantro"));
     EXPECT_FALSE(exists("f.png"));

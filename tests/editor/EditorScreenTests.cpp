@@ -3,6 +3,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <cmath>
 
 #include <gmock/gmock.h>
 
@@ -11,40 +12,155 @@ namespace {
 
 using testing::ElementsAre;
 
+using test::colorOfSecond;
+
 class EditorScreenTest : public test::WindowFixture {
   protected:
-    EditorScreenTest() {
-        showWindow();
-        showEditor();
+    EditorScreenTest() { showWindow(); }
+
+    /// Waits for the first picture.
+    void open(const model::Edit& edit = {}) {
+        showEditor(edit);
+        ASSERT_TRUE(stageBecomes(colorOfSecond(0)));
+        ASSERT_TRUE(playheadBecomes(0));
+    }
+    bool playheadBecomes(double seconds) {
+        return QTest::qWaitFor(
+            [&] { return std::abs(transport().currentTime() - seconds) < 0.01; });
+    }
+    PlayerTimeObserver& transport() { return *preview.transport(); }
+    /// A place on the playhead's way, in window coordinates.
+    QPoint onSlider(double fraction) {
+        auto& slider = item("playhead");
+        const double handle = 16;
+        return slider
+            .mapToScene({handle / 2 + (slider.width() - handle) * fraction, slider.height() / 2})
+            .toPoint();
     }
 };
 
-TEST_F(EditorScreenTest, ShowsTheComposedPictureAtItsOwnSizeOrWhyThereIsNone) {
+TEST_F(EditorScreenTest, ShowsTheFilmInTheMiddleOfABlackStageOrWhyItCannot) {
+    open();
+    auto& stage = item("stage");
     const auto shot = window().grabWindow();
-    auto& picture = item("picture");
-    const auto middle = picture.mapToScene({picture.width() / 2, picture.height() / 2}).toPoint();
-    EXPECT_NEAR(shot.pixelColor(middle).blue(), 120, 2);
-    EXPECT_NEAR(shot.pixelColor(middle + QPoint(315, 0)).green(), 169, 2);
-    EXPECT_NE(shot.pixelColor(middle + QPoint(325, 0)).red(), 40) << "not enlarged";
-    EXPECT_EQ(text("durationLabel"), "0:20.0");
-    EXPECT_EQ(text("pictureText"), "");
-    previewProblem = "Export failed: No video track found";
-    state.setCursorScale(1);
-    runTasks();
-    EXPECT_EQ(text("pictureText"), "Export failed: No video track found");
+    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2}).toPoint();
+    EXPECT_EQ(shot.pixelColor(middle + QPoint(162, 0)), QColor(Qt::black)) << "not enlarged";
+    EXPECT_NEAR(shot.pixelColor(middle + QPoint(157, 87)).red(), colorOfSecond(0).red, 8);
+    EXPECT_EQ(text("currentTimeLabel"), "00:00");
+    EXPECT_EQ(text("durationLabel"), "00:04");
+
+    previewProblem = "No video track found";
+    state.reset();
+    showEditor();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shows("previewProblem"); }));
+    EXPECT_EQ(text("previewProblem"), "No video track found");
+    EXPECT_FALSE(shows("picture"));
 }
 
-TEST_F(EditorScreenTest, TheSliderMovesThePositionByMouseAndKeyboard) {
-    click("position");
-    EXPECT_NEAR(editor.position(), 10, 0.1);
-    const double before = editor.position();
-    item("position").forceActiveFocus();
+TEST_F(EditorScreenTest, SpaceAndTheButtonPlayAndPauseButASpaceThatIsTypedDoesNot) {
+    open();
+    const auto plays = [this](bool expected) {
+        return QTest::qWaitFor([&] { return transport().isPlaying() == expected; });
+    };
+    key(Qt::Key_Space);
+    EXPECT_TRUE(plays(true));
+    EXPECT_TRUE(stageBecomes(colorOfSecond(1)));
+    EXPECT_EQ(item("playPause").property("symbol").toString(), "pause.fill");
+    click("playPause");
+    EXPECT_TRUE(plays(false));
+    item("recordingName").forceActiveFocus();
+    key(Qt::Key_Space);
+    EXPECT_FALSE(transport().isPlaying());
+    EXPECT_EQ(state.recordingName(), "demo ");
+    click("stage"); // ends the typing
+    key(Qt::Key_Space);
+    EXPECT_TRUE(plays(true));
+    state.setError("x", model::VantroError::Kind::exportFailed);
+    key(Qt::Key_Space);
+    EXPECT_TRUE(transport().isPlaying()) << "nothing behind a message";
+}
+
+TEST_F(EditorScreenTest, SkippingStaysWithinTheMovieAndShowsThePictureThere) {
+    open();
+    click("skipForward");
+    EXPECT_TRUE(playheadBecomes(4));
+    EXPECT_TRUE(stageBecomes(colorOfSecond(3)));
+    click("skipBackward");
+    EXPECT_TRUE(playheadBecomes(0));
+    EXPECT_TRUE(stageBecomes(colorOfSecond(0)));
+    EXPECT_FALSE(transport().isPlaying());
+}
+
+TEST_F(EditorScreenTest, DraggingThePlayheadScrubsAndLettingGoShowsTheExactPicture) {
+    open();
+    QTest::mousePress(&window(), Qt::LeftButton, {}, onSlider(0));
+    QTest::mouseMove(&window(), onSlider(0.2));
+    QTest::mouseMove(&window(), onSlider(0.65));
+    EXPECT_TRUE(transport().isScrubbing());
+    EXPECT_NEAR(transport().currentTime(), 2.6, 0.02);
+    EXPECT_TRUE(stageBecomes(colorOfSecond(2)));
+    QTest::mouseRelease(&window(), Qt::LeftButton, {}, onSlider(0.65));
+    EXPECT_FALSE(transport().isScrubbing());
+    EXPECT_TRUE(playheadBecomes(2.6));
+    item("playhead").forceActiveFocus(Qt::TabFocusReason);
+    const double before = transport().currentTime();
     key(Qt::Key_Right);
+    EXPECT_TRUE(playheadBecomes(before + 0.1));
+}
+
+TEST_F(EditorScreenTest, AnEditIsSeenAtOnceWherePlayingStands) {
+    open();
+    transport().seek(0.3);
+    ASSERT_TRUE(stageBecomes(colorOfSecond(1)));
+    auto background = state.backgroundSettings();
+    background.type = model::BackgroundColor{.red = 1, .green = 1, .blue = 0};
+    background.padding = 0.49;
+    state.setBackgroundSettings(background);
+    settle();
+    auto& stage = item("stage");
+    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2}).toPoint();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return window().grabWindow().pixelColor(middle + QPoint(100, 0)) == QColor(Qt::yellow);
+    }));
+    state.setCanvasAspectRatio(model::CanvasAspectRatio::ratio1x1);
+    settle();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return window().grabWindow().pixelColor(middle + QPoint(0, 150)) == QColor(Qt::yellow);
+    })) << "the canvas is as high as wide";
+    EXPECT_NEAR(transport().currentTime(), 1.2, 0.01);
+    EXPECT_FALSE(transport().isPlaying());
+}
+
+TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
+    open();
+    transport().seek(0.6);
+    ASSERT_TRUE(stageBecomes(colorOfSecond(2)));
+    const auto* player = preview.player();
+    auto project = *state.document().project();
+    const auto movie = project.recording.movie();
+    project.recording = project.recording.movedTo("/saved.vantro/recording.mov");
+    state.saved(project, movie, "/saved.vantro");
+    settle();
+    EXPECT_EQ(preview.player(), player);
+    EXPECT_TRUE(playheadBecomes(2.4));
+    open(); // another recording with equal files
+    EXPECT_NE(preview.player(), player);
+    state.reset();
     runTasks();
-    EXPECT_NEAR(drawnPositions.back(), before + 0.1, 1e-9);
+    EXPECT_EQ(preview.player(), nullptr);
+}
+
+TEST_F(EditorScreenTest, ASilentMovieHasNoSoundToTurnOffAndMutingIsNoEdit) {
+    open();
+    EXPECT_FALSE(item("mute").isEnabled());
+    preview.setMuted(true);
+    settle();
+    EXPECT_EQ(item("mute").property("symbol").toString(), "speaker.slash.fill");
+    EXPECT_FALSE(state.document().isModified());
 }
 
 TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
+    showEditor();
     click("export");
     item("exportResolution").setProperty("currentIndex", 2);
     click("exportNow");
@@ -67,6 +183,7 @@ TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
 }
 
 TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
+    showEditor();
     exportScript = [this](const auto& progress) {
         progress(0.424);
         tasks.runMain();
@@ -85,54 +202,6 @@ TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
     EXPECT_EQ(state.phase(), app::AppPhase::previewing());
     EXPECT_TRUE(shows("export"));
     EXPECT_EQ(text("notice"), "");
-}
-
-class StillPreviewTest : public test::WindowFixture {
-  protected:
-    StillPreviewTest() { showEditor(); }
-};
-
-TEST_F(StillPreviewTest, DrawsOneAtATimeAndThenTheLatestPosition) {
-    EXPECT_THAT(drawnPositions, ElementsAre(0));
-    for (const double position : {3.0, 5.0, 7.0})
-        preview.setPosition(position);
-    EXPECT_EQ(tasks.waitingWork(), 1U);
-    runTasks();
-    EXPECT_THAT(drawnPositions, ElementsAre(0, 3, 7));
-}
-
-TEST_F(StillPreviewTest, AnEditKeepsThePositionAndDropsThePictureOfTheOneBefore) {
-    preview.setPosition(5);
-    int pictures = 0;
-    QObject::connect(&preview, &StillPreview::pictureChanged, [&] { ++pictures; });
-    state.setCursorScale(1.5);
-    settle();
-    tasks.runWork(); // of the edit before
-    tasks.runMain();
-    EXPECT_EQ(pictures, 0);
-    runTasks();
-    EXPECT_EQ(pictures, 1);
-    EXPECT_EQ(preview.position(), 5);
-}
-
-TEST_F(StillPreviewTest, SavingKeepsThePictureAndAnotherRecordingClearsIt) {
-    preview.setPosition(5);
-    runTasks();
-    auto project = *state.document().project();
-    project.recording = project.recording.movedTo("/saved.vantro/recording.mov");
-    state.saved(project, "/nowhere/recording.mov", "/saved.vantro");
-    settle();
-    EXPECT_FALSE(preview.picture().isNull());
-    EXPECT_EQ(preview.position(), 5);
-    model::RecordingMetadata other;
-    other.endTime = 4;
-    state.show({"other", model::Recording("/other/recording.mov", other), {}});
-    settle();
-    EXPECT_TRUE(preview.picture().isNull());
-    EXPECT_EQ(preview.position(), 0);
-    state.reset();
-    runTasks();
-    EXPECT_TRUE(preview.picture().isNull()) << "what was being drawn belongs to nothing now";
 }
 
 } // namespace

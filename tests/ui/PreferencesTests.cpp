@@ -42,10 +42,6 @@ TEST(TimeText, ReadsAsAClock) {
     EXPECT_EQ(ui::elapsedText(0), "00:00");
     EXPECT_EQ(ui::elapsedText(754), "12:34");
     EXPECT_EQ(ui::elapsedText(3723), "1:02:03");
-    EXPECT_EQ(ui::positionText(7.39), "0:07.3");
-    EXPECT_EQ(ui::positionText(0.7), "0:00.7") << "0.7 is a hair below seven tenths";
-    EXPECT_EQ(ui::positionText(59.99), "0:59.9");
-    EXPECT_EQ(ui::positionText(3723.5), "1:02:03.5");
 }
 
 } // namespace

@@ -52,7 +52,8 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
         settle();
         for (const auto& [text, grounds] : std::map<const char*, std::vector<const char*>>{
                  {"text", {"window", "surface", "raised", "sunken"}},
-                 {"secondaryText", {"window", "surface", "sunken", "stage"}},
+                 {"secondaryText", {"window", "surface", "sunken"}},
+                 {"stageText", {"stage"}},
                  {"warning", {"window"}},
                  {"accentInk", {"accent", "accentHover", "accentPressed"}},
                  {"stopInk", {"stop", "stopHover", "stopPressed"}},

@@ -68,8 +68,8 @@ std::unique_ptr<QProcess> DesktopSession::started(const QString& program,
     return process;
 }
 
-void DesktopSession::startProgram() {
-    m_program = started(QStringLiteral(VANTRO_PROGRAM), {});
+void DesktopSession::startProgram(const QStringList& arguments) {
+    m_program = started(QStringLiteral(VANTRO_PROGRAM), arguments);
 }
 
 void DesktopSession::startOther(const QString& program, const QStringList& arguments) {

@@ -19,7 +19,7 @@ class DesktopSession {
     explicit DesktopSession(int textResolution = 96);
     ~DesktopSession();
 
-    void startProgram();
+    void startProgram(const QStringList& arguments = {});
     /// Another program on the desktop, which ends with it.
     void startOther(const QString& program, const QStringList& arguments);
     QProcess& program() { return *m_program; }

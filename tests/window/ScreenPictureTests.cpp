@@ -143,11 +143,12 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
 
 TEST_P(ScreenPictureTest, Editor) {
     showEditor();
-    preview.setPosition(7.3);
-    runTasks();
+    EXPECT_EQ(text("loadingPreview").contains("Loading preview..."), true);
+    keep("editor-loading");
+    EXPECT_TRUE(stageBecomes(test::colorOfSecond(0)));
     keep("editor");
     EXPECT_EQ(isLeftOf("export", "recordingName"), GetParam().isForeign);
-    EXPECT_TRUE(isLeftOf("positionLabel", "durationLabel")) << "time runs to the right";
+    EXPECT_TRUE(isLeftOf("currentTimeLabel", "durationLabel")) << "time runs to the right";
     click("export");
     keep("export");
     exportScript = [this](const auto& progress) {

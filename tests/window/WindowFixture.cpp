@@ -1,6 +1,6 @@
 #include "window/WindowFixture.h"
 
-#include "media/values/PixelBuffer.h"
+#include "render/RendererFactory.h"
 
 #include <QDir>
 #include <QQmlComponent>
@@ -12,22 +12,6 @@
 
 namespace vantro::test {
 namespace {
-
-/// A picture with bands of colour, so that scaling and cutting off would show.
-std::shared_ptr<const media::PixelBuffer> testPicture() {
-    constexpr int width = 640;
-    constexpr int height = 360;
-    auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            auto* pixel = picture->mutableRow(0, y) + 4 * x;
-            pixel[0] = static_cast<std::uint8_t>(60 + 120 * y / height);
-            pixel[1] = static_cast<std::uint8_t>(90 + 80 * x / width);
-            pixel[2] = 40;
-            pixel[3] = 255;
-        }
-    return picture;
-}
 
 QQuickItem* findItem(QQuickItem* root, const QString& name) {
     if (root->objectName() == name && root->isVisible())
@@ -45,15 +29,13 @@ WindowFixture::WindowFixture() {
     preferences.setTheme(ui::ThemeChoice::light);
 }
 
-editor::OpenStills WindowFixture::openStills() {
-    return [this](const model::Recording&) {
-        return [this](const model::Edit&, double seconds) -> editor::Still {
-            if (!previewProblem.empty())
-                throw std::runtime_error(previewProblem);
-            drawnPositions.push_back(std::min(seconds, previewDuration));
-            return {previewDuration, testPicture()};
-        };
-    };
+std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Recording& shown,
+                                                               const model::Edit& edit) const {
+    if (!previewProblem.empty())
+        throw std::runtime_error(previewProblem);
+    return std::make_unique<render::MovieSession>(
+        shown, edit, render::makeRenderer(render::RendererChoice::software),
+        render::TimeLine::source);
 }
 
 void WindowFixture::showWindow() {
@@ -120,11 +102,24 @@ void WindowFixture::record(model::CaptureMode mode) {
     runTasks();
 }
 
-void WindowFixture::showEditor() {
-    model::RecordingMetadata metadata;
-    metadata.endTime = 20;
-    state.show({"demo", model::Recording("/nowhere/recording.mov", metadata), {}});
+void WindowFixture::showEditor(const model::Edit& edit) {
+    const std::filesystem::path movie = files.filePath(QStringLiteral("shown.mov")).toStdString();
+    if (!std::filesystem::exists(movie))
+        writeColorClock(movie, 320, 180, 10, 4);
+    auto project = plainProject(movie, 10);
+    auto shown = edit;
+    shown.background = project.edit.background;
+    state.show({"demo", project.recording, std::move(shown)});
     runTasks();
+}
+
+bool WindowFixture::stageBecomes(Rgb color) {
+    auto& stage = item("stage");
+    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2}).toPoint();
+    return QTest::qWaitFor([&] {
+        const auto shown = window().grabWindow().pixelColor(middle);
+        return distance({shown.red(), shown.green(), shown.blue()}, color) < 8;
+    });
 }
 
 void WindowFixture::keepPicture(const QString& name) {

@@ -5,9 +5,11 @@
 #include "app/flows/Flows.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
+#include "app/flows/QtMainLoop.h"
 #include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "editor/EditorModel.h"
+#include "export/RecordingFixture.h"
 #include "ui/ActionGuard.h"
 #include "ui/Preferences.h"
 #include "ui/platform/Appearance.h"
@@ -49,17 +51,17 @@ class WindowFixture : public testing::Test {
     void runTasks();
 
     void record(model::CaptureMode mode = model::CaptureMode::screen);
-    /// Puts a finished recording into the editor.
-    void showEditor();
+    /// Puts a finished recording into the editor: four seconds, each of its own color.
+    void showEditor(const model::Edit& edit = {});
+    /// Waits for the preview to show this color in its middle.
+    bool stageBecomes(Rgb color);
     /// Writes what the window shows to NAME.png in the folder for people to look at.
     void keepPicture(const QString& name);
 
     bool granted = true;
     std::expected<capture::ShareableContent, std::string> content;
-    /// What the preview shows: a picture of this colour, or a failure.
-    double previewDuration = 20;
+    /// Why the preview cannot open the recording; empty: it can.
     std::string previewProblem;
-    std::vector<double> drawnPositions;
     std::function<void(const std::function<void(double)>&)> exportScript = [](const auto&) {};
     std::vector<app::flows::ExportJob> exports;
 
@@ -83,7 +85,11 @@ class WindowFixture : public testing::Test {
     app::flows::ProjectFlow projects{state, panels, tasks};
     app::flows::RecoveryFlow recovery{state, tasks, app::files::recoverRecording};
     app::flows::Flows flows{recording, exporting, projects, recovery};
-    editor::StillPreview preview{tasks, openStills()};
+    app::flows::QtTaskRunner previewTasks{"preview"};
+    editor::EditorPreview preview{
+        previewTasks,
+        [this](const auto& shown, const auto& edit) { return openMovie(shown, edit); },
+        [](const auto&) { return nullptr; }};
     window::picker::WindowPickerModel windows{tasks, timers, [this] { return content; }};
     window::DisplayChoice displays{state, [this] { return platform.displays(); }};
     ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
@@ -91,7 +97,8 @@ class WindowFixture : public testing::Test {
     editor::EditorModel editor{state, preview, flows};
 
   private:
-    editor::OpenStills openStills();
+    std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,
+                                                    const model::Edit& edit) const;
 
     std::unique_ptr<window::MainWindow> m_window;
 };

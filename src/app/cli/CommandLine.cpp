@@ -3,6 +3,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/Interrupt.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/ProjectPackage.h"
 #include "base/Log.h"
 #include "model/VantroError.h"
 
@@ -33,9 +34,29 @@ int runAction(const CommandAction& action) try {
     return exitFailure;
 }
 
+/// The project of `vantro NAME.vantro`.
+std::optional<std::filesystem::path> projectToEdit(int argc, const char* const* argv) {
+    std::filesystem::path path(argc == 2 ? argv[1] : "");
+    if (!path.has_filename()) // as shells complete the names of folders
+        path = path.parent_path();
+    if (path.extension() != files::package::extension)
+        return {};
+    return path;
+}
+
+int runEditor(const std::filesystem::path& project, const WindowCommands& windows) {
+    std::error_code error;
+    if (!std::filesystem::exists(project, error))
+        throw model::VantroError(model::VantroError::Kind::projectOpenFailed,
+                                 fmt::format("{}: no such project", project.string()));
+    return windows.edit(std::filesystem::absolute(project));
+}
+
 } // namespace
 
-int runCommandLine(int argc, const char* const* argv) {
+int runCommandLine(int argc, const char* const* argv, const WindowCommands& windows) {
+    if (const auto project = projectToEdit(argc, argv))
+        return runAction([&] { return runEditor(*project, windows); });
     const InterruptWatcher interrupts;
     base::CommandLineReader app{"Vantro records the screen and zooms into every click.", "vantro"};
     app.requireCommand();
@@ -51,6 +72,7 @@ int runCommandLine(int argc, const char* const* argv) {
     addFrameCommand(app, action);
     addInspectCommand(app, action);
     addRecoverCommand(app, action);
+    addPlayCommand(app, action, interrupts.token(), windows);
     if (const auto exitCode = app.read(argc, argv))
         return *exitCode;
     // A command itself says what went wrong, once.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/cli/CommandAction.h"
+#include "app/cli/WindowCommands.h"
 #include "base/CommandOptions.h"
 
 #include <stop_token>
@@ -15,5 +16,8 @@ void addExportCommand(base::Command app, CommandAction& action, const std::stop_
 void addFrameCommand(base::Command app, CommandAction& action);
 void addRecoverCommand(base::Command app, CommandAction& action);
 void addInspectCommand(base::Command app, CommandAction& action);
+/// `windows` outlives the action.
+void addPlayCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted,
+                    const WindowCommands& windows);
 
 } // namespace vantro::app::cli

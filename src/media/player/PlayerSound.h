@@ -33,6 +33,9 @@ class PlayerSound {
     /// One volume (0 to 2) for each audio track, in the composition's order; heard at once.
     virtual void setVolumes(std::vector<float> volumes) = 0;
     virtual void setMuted(bool muted) = 0;
+    /// Whether a device takes the sound, so that readings will follow `play`: pictures then wait
+    /// for the first.
+    virtual bool hasDevice() const = 0;
     /// The newest reading since `play`; nothing until the first sample is heard, and where there is
     /// no device. Across a planned jump readings follow what is heard.
     virtual std::optional<SoundReading> reading() const = 0;

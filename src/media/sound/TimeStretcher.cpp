@@ -91,11 +91,8 @@ std::int64_t TimeStretcher::targetAt(std::int64_t source) const {
         (Fraction(WideInteger{source}, 1) * Fraction(m_targetLength, m_sourceLength)).rounded());
 }
 
-/// The onset that pieces around `ideal` may reach; none where sound is played faster, which skips
-/// more than it repeats.
+/// The onset that pieces around `ideal` may reach.
 std::optional<std::int64_t> TimeStretcher::nextOnset(std::int64_t ideal) {
-    if (m_sourceLength >= m_targetLength)
-        return {};
     return m_onsets.firstBetween(m_earliest + onsetDistance, ideal + searchReach + onsetDistance);
 }
 

@@ -14,8 +14,9 @@ namespace vantro::media::sound {
 /// Pieces of the source are laid over each other every 10 ms. Each is taken from where the speed
 /// demands, moved by at most 7 ms to where its wave goes on best; so nothing drifts, and exactly
 /// `targetLength` samples come out of `sourceLength`. The first sample out is the first one in.
-/// Played slower, a piece would be heard before its time and again after it: where something sudden
-/// begins, pieces of what comes before end, and what begins is played from exactly there.
+/// Played slower, a piece would be heard before its time and again after it; played faster, a short
+/// sound might be skipped. Where something sudden begins, pieces of what comes before end, and what
+/// begins is played from exactly there.
 /// Stereo in the mix format, interleaved. One thread at a time.
 class TimeStretcher {
   public:

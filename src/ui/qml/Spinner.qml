@@ -5,6 +5,7 @@ Item {
     id: spinner
 
     property bool running: true
+    property color ink: Theme.secondaryText
 
     width: 24
     height: 24
@@ -21,7 +22,7 @@ Item {
             width: 3
             height: 6
             radius: 1.5
-            color: Theme.secondaryText
+            color: spinner.ink
             opacity: 0.15 + 0.85 * ((index + 8 - step.value) % 8) / 7
             transform: Rotation { origin.x: 1.5; origin.y: 11; angle: index * 45 }
         }

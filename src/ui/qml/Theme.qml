@@ -9,7 +9,8 @@ QtObject {
     readonly property color surface: dark ? "#2b2b2e" : "#ffffff"
     readonly property color sunken: dark ? "#161618" : "#e9e9ec"
     readonly property color raised: dark ? "#47474b" : "#ffffff"
-    readonly property color stage: dark ? "#121213" : "#dededf"
+    readonly property color stage: "#000000"
+    readonly property color stageText: "#ffffff"
     readonly property color border: dark ? "#3d3d41" : "#d6d6da"
     readonly property color text: dark ? "#ececee" : "#1d1d1f"
     readonly property color secondaryText: dark ? "#a0a0a6" : "#606066"
@@ -37,6 +38,8 @@ QtObject {
     readonly property int caption: 11
     readonly property int body: 13
     readonly property int headline: 15
+    readonly property int title2: 17
+    readonly property int title: 22
     readonly property int display: 40
 
     readonly property int tight: 4

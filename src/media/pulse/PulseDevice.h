@@ -1,0 +1,73 @@
+#pragma once
+
+#include "base/HostClock.h"
+#include "media/pulse/SoundQueue.h"
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <thread>
+
+#include <pulse/pulseaudio.h>
+
+namespace vantro::media::pulse {
+
+struct FreePulse {
+    void operator()(pa_mainloop* loop) const { pa_mainloop_free(loop); }
+    void operator()(pa_context* context) const;
+    void operator()(pa_stream* stream) const;
+};
+
+/// Plays what a queue holds through the sound server, on a thread of its own, where all of libpulse
+/// is called.
+///
+///            server answers            playing               all is heard
+///   absent ------------------> ready ---------> running --------------------> ready
+///     any --- server or device goes ---> absent, tried again every second
+class PulseDevice {
+  public:
+    /// The queue must outlive it.
+    explicit PulseDevice(SoundQueue& queue);
+    ~PulseDevice();
+    PulseDevice(const PulseDevice&) = delete;
+    PulseDevice& operator=(const PulseDevice&) = delete;
+
+    /// What the queue wants may have changed. Any thread; returns at once.
+    void wakeUp();
+    /// Whether there is a device that plays, or will when it is asked to. Any thread.
+    bool isThere() const { return m_isThere; }
+
+  private:
+    enum class State { absent, ready, running };
+
+    void run(const std::stop_token& stop);
+    void update();
+    void move(State to);
+    int waitingTime() const;
+    void connect();
+    void openStream();
+    void contextChanged();
+    void streamChanged();
+    void write(std::size_t bytes);
+    void askForTiming();
+    void takeTiming();
+    void lose(const std::string& reason);
+
+    SoundQueue& m_queue;
+    std::unique_ptr<pa_mainloop, FreePulse> m_loop;
+    std::unique_ptr<pa_context, FreePulse> m_context;
+    std::unique_ptr<pa_stream, FreePulse> m_stream;
+    State m_state = State::absent;
+    std::atomic<bool> m_isThere = false; ///< not absent
+    std::optional<base::HostTime> m_retryAt;
+    bool m_hasComplained = false;
+    std::string m_lost; ///< why, noted inside of a callback, where nothing can be freed
+    std::int64_t m_written = 0;
+    base::HostTime m_askAt; ///< what the device plays
+    int m_asked = 0;        ///< how often, since it runs
+    std::jthread m_thread;  // the last member: it uses the others
+};
+
+} // namespace vantro::media::pulse

@@ -1,0 +1,42 @@
+#include "window/QmlModule.h"
+
+#include "base/Fatal.h"
+#include "editor/EditorModel.h"
+#include "ui/ActionGuard.h"
+#include "ui/PreviewItem.h"
+#include "ui/SymbolProvider.h"
+#include "ui/platform/Appearance.h"
+#include "window/DisplayChoice.h"
+#include "window/MainModel.h"
+#include "window/WindowFitter.h"
+#include "window/picker/WindowPickerModel.h"
+
+#include <QQmlComponent>
+#include <QQuickWindow>
+#include <QtPlugin>
+
+Q_IMPORT_PLUGIN(VantroPlugin)
+
+namespace vantro::window {
+
+void prepareEngine(QQmlEngine& engine) {
+    qmlRegisterTypesAndRevisions<ui::ActionGuard, ui::Appearance, ui::PictureStream,
+                                 ui::PreviewItem, DisplayChoice, MainModel, WindowFitter,
+                                 editor::EditorModel, editor::EditorPreview,
+                                 editor::PlayerTimeObserver, picker::WindowPickerModel>(
+        "Vantro.Native", 1, nullptr);
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);
+}
+
+std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine& engine, const QString& file,
+                                         const QVariantMap& properties) {
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Vantro/") + file));
+    base::require(component.isReady(), component.errorString().toStdString());
+    std::unique_ptr<QQuickWindow> window(
+        qobject_cast<QQuickWindow*>(component.createWithInitialProperties(properties)));
+    base::require(window != nullptr, component.errorString().toStdString());
+    return window;
+}
+
+} // namespace vantro::window

@@ -1,0 +1,343 @@
+#include "media/player/PlayerRig.h"
+
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantro::media::player {
+namespace {
+
+using test::PlayerRig;
+using test::timeOf;
+using testing::ElementsAre;
+
+constexpr int count = 240;
+
+class PlayerTest : public testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        s_folder = std::make_unique<test::TemporaryFolder>();
+        test::makeNumberedMovie(movie(), count, 30);
+    }
+    static void TearDownTestSuite() { s_folder.reset(); }
+    static std::filesystem::path movie() { return *s_folder / "movie.mov"; }
+
+    static std::unique_ptr<test::TemporaryFolder> s_folder;
+};
+
+std::unique_ptr<test::TemporaryFolder> PlayerTest::s_folder;
+
+TEST_F(PlayerTest, OpensPausedWithTheFirstPictureAndItsDuration) {
+    PlayerRig rig(movie());
+    int told = 0;
+    const auto observation = rig.player().observeDuration([&] { ++told; });
+    EXPECT_EQ(rig.nextPicture(), 0);
+    EXPECT_TRUE(rig.waitUntil([&] { return told == 1; }));
+    EXPECT_EQ(rig.player().duration(), timeOf(count));
+    EXPECT_EQ(rig.player().status(), Player::Status::ready);
+    rig.movePeriods(100);
+    EXPECT_EQ(rig.player().currentTime(), MediaTime{});
+    EXPECT_EQ(rig.waitingPictures(), 0U);
+}
+
+TEST_F(PlayerTest, PlaysEveryPictureWhenItIsDue) {
+    PlayerRig rig(movie());
+    EXPECT_EQ(rig.nextPicture(), 0);
+    rig.play();
+    const auto start = rig.time().now();
+    for (int number = 1; number < 60; ++number) {
+        ASSERT_EQ(rig.pictureAfter(1), number);
+        EXPECT_NEAR(base::inSeconds(rig.lastPicture().due - start), number / 60.0, 0.001);
+        EXPECT_EQ(rig.lastPicture().time, timeOf(number));
+        EXPECT_EQ(rig.lastPicture().number, static_cast<std::uint64_t>(number) + 1);
+    }
+    EXPECT_EQ(rig.player().counts().shown, 59U);
+    EXPECT_EQ(rig.player().counts().dropped, 0U);
+    EXPECT_EQ(rig.player().counts().late, 0U);
+}
+
+TEST_F(PlayerTest, SkipsPicturesThatAreLateAndCountsThem) {
+    PlayerRig rig(movie());
+    rig.nextPicture();
+    rig.play();
+    ASSERT_EQ(rig.pictureAfter(1.2), 1);
+    rig.movePeriods(20);
+    int shown = 1;
+    int pictures = 1;
+    while (shown < 21) {
+        shown = rig.nextPicture();
+        ASSERT_GT(shown, 0);
+        ++pictures;
+    }
+    EXPECT_EQ(shown, 21);
+    // Those that were composed already are shown at once or given up; all are accounted for.
+    const auto counts = rig.player().counts();
+    EXPECT_GE(counts.dropped, 15U);
+    EXPECT_EQ(counts.shown + counts.dropped, 21U);
+    EXPECT_EQ(counts.shown, static_cast<std::uint64_t>(pictures));
+}
+
+TEST_F(PlayerTest, AtHighRatesOnlyWhatIsShownIsComposed) {
+    PlayerRig rig(movie());
+    rig.nextPicture();
+    rig.play(4);
+    for (int number = 4; number < 200; number += 4)
+        ASSERT_NEAR(rig.pictureAfter(1), number - 1, 1)
+            << "pictures that none refers to are left out";
+    EXPECT_LE(rig.compositor().composed, 54);
+    EXPECT_EQ(rig.player().counts().dropped, 0U);
+}
+
+struct Jump {
+    const char* name;
+    int start, from, to;
+    double rate;
+    std::vector<int> shown;
+};
+
+class PlayerJump : public PlayerTest, public testing::WithParamInterface<Jump> {};
+
+TEST_P(PlayerJump, ShowsNothingOfWhatLiesBetween) {
+    const auto& jump = GetParam();
+    PlayerRig rig(movie());
+    ASSERT_TRUE(rig.seek(timeOf(jump.start)));
+    while (rig.waitingPictures() > 0)
+        rig.nextPicture();
+    int told = 0;
+    const auto rates = rig.player().observeRate([&] { ++told; });
+    rig.player().planJump(PlannedJump{timeOf(jump.from), timeOf(jump.to), jump.rate});
+    rig.play();
+    std::vector<int> shown;
+    for (std::size_t i = 0; i < jump.shown.size(); ++i)
+        shown.push_back(rig.pictureAfter(1));
+    EXPECT_EQ(shown, jump.shown);
+    EXPECT_EQ(rig.player().counts().dropped, 0U);
+    EXPECT_EQ(rig.player().rate(), jump.rate);
+    EXPECT_TRUE(rig.waitUntil([&] { return told == (jump.rate == 1 ? 1 : 2); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, PlayerJump,
+    testing::Values(Jump{"forward", 50, 54, 200, 1, {51, 52, 53, 200, 201, 202, 203, 204}},
+                    Jump{"loop", 236, 240, 3, 1, {237, 238, 239, 3, 4, 5, 6}},
+                    Jump{"faster", 50, 53, 100, 2, {51, 52, 100, 102, 104, 106}},
+                    Jump{"rateOnly", 50, 53, 53, 2, {51, 52, 53, 54, 56, 58}}),
+    [](const auto& each) { return each.param.name; });
+
+TEST_F(PlayerTest, AJumpThatIsTakenBackIsNotMade) {
+    PlayerRig rig(movie());
+    rig.nextPicture();
+    rig.player().planJump(PlannedJump{timeOf(6), timeOf(200), 1});
+    rig.play();
+    ASSERT_EQ(rig.pictureAfter(1), 1);
+    rig.player().planJump({});
+    for (int number = 2; number < 20; ++number)
+        ASSERT_EQ(rig.pictureAfter(1), number);
+}
+
+TEST_F(PlayerTest, SeeksShowExactlyTheirPictureWhetherItPlaysOrNot) {
+    PlayerRig rig(movie());
+    std::mt19937 random(3);
+    for (int i = 0; i < 20; ++i) {
+        const int number = static_cast<int>(random() % count);
+        SCOPED_TRACE(number);
+        rig.player().setRate(i < 10 ? 0 : 1);
+        ASSERT_TRUE(rig.seek(timeOf(number)));
+        int shown = -1;
+        while (rig.waitingPictures() > 0)
+            shown = rig.nextPicture();
+        EXPECT_EQ(shown, number);
+        EXPECT_EQ(rig.player().rate(), i < 10 ? 0 : 1);
+    }
+    EXPECT_TRUE(rig.seek(timeOf(count * 2)));
+    EXPECT_EQ(rig.player().currentTime(), timeOf(count));
+    while (rig.waitingPictures() > 0)
+        rig.nextPicture();
+    EXPECT_EQ(test::numberIn(*rig.lastPicture().pixels), count - 1);
+}
+
+TEST_F(PlayerTest, OfManySeeksTheNewestWinsAndEachIsAnsweredOnce) {
+    PlayerRig rig(movie());
+    std::vector<int> answers(30, 0);
+    std::vector<bool> finished(30, false);
+    for (int i = 0; i < 30; ++i)
+        rig.player().seek(timeOf(i * 8), {1, 10}, [&, i](bool done) {
+            ++answers[i];
+            finished[i] = done;
+        });
+    EXPECT_EQ(rig.player().currentTime(), timeOf(29 * 8));
+    EXPECT_TRUE(rig.waitUntil([&] { return answers[29] == 1; }));
+    EXPECT_THAT(answers, testing::Each(1));
+    EXPECT_TRUE(finished[29]);
+    EXPECT_FALSE(finished[10]);
+    while (rig.waitingPictures() > 0)
+        rig.nextPicture();
+    const int shown = test::numberIn(*rig.lastPicture().pixels);
+    EXPECT_NEAR(shown, 29 * 8, 6) << "within the tolerance";
+    EXPECT_EQ(rig.player().currentTime(), timeOf(shown)) << "the time of what is shown";
+}
+
+TEST_F(PlayerTest, TheEndIsToldAfterTheRateAndTicksComeWhilePlaying) {
+    PlayerRig rig(movie());
+    std::vector<std::string> events;
+    std::vector<double> times;
+    auto& player = rig.player();
+    const auto rate = player.observeRate([&] { events.push_back("rate"); });
+    const auto end = player.observeEnd([&] {
+        EXPECT_EQ(player.rate(), 0);
+        events.push_back("end");
+    });
+    ASSERT_TRUE(rig.seek(timeOf(count - 12)));
+    const auto time =
+        player.observeTime({1, 30}, [&](MediaTime t) { times.push_back(t.seconds()); });
+    rig.play();
+    for (int i = 0; i < 14; ++i) {
+        rig.movePeriods(1);
+        const auto now = player.currentTime();
+        rig.waitUntil([&] { return rig.waitingPictures() > 0 || now >= timeOf(count); });
+        while (rig.waitingPictures() > 0)
+            rig.nextPicture();
+    }
+    EXPECT_TRUE(rig.waitUntil([&] { return !events.empty() && events.back() == "end"; }));
+    EXPECT_THAT(events, ElementsAre("rate", "rate", "end"));
+    EXPECT_EQ(player.currentTime(), timeOf(count));
+    EXPECT_EQ(test::numberIn(*rig.lastPicture().pixels), count - 1);
+    EXPECT_NEAR(static_cast<double>(times.size()), 7, 2) << "thirty a second";
+    EXPECT_TRUE(std::ranges::is_sorted(times));
+    EXPECT_EQ(times.back(), timeOf(count).seconds());
+}
+
+TEST_F(PlayerTest, ARefreshDrawsThePausedPictureAnewAndKeepsItsPlace) {
+    PlayerRig rig(movie());
+    ASSERT_TRUE(rig.seek(timeOf(77)));
+    while (rig.waitingPictures() > 0)
+        rig.nextPicture();
+    const int composed = rig.compositor().composed;
+    rig.player().refresh();
+    EXPECT_EQ(rig.nextPicture(), 77);
+    EXPECT_EQ(rig.compositor().composed, composed + 1);
+    EXPECT_EQ(rig.player().currentTime(), timeOf(77));
+}
+
+TEST_F(PlayerTest, PicturesAreMadeSmallerToFitAndNeverLarger) {
+    PlayerRig rig(movie());
+    rig.nextPicture();
+    const auto compositor = std::make_shared<test::PassingCompositor>();
+    compositor->picture = test::paintedNumber(1234, 960, 540);
+    rig.player().setVideo({.trackID = 1, .compositor = compositor});
+    EXPECT_EQ(rig.nextPicture(), 1234);
+    struct Case {
+        int width, height, fittedWidth, fittedHeight;
+    };
+    for (const auto& each : {Case{480, 270, 480, 270}, Case{337, 189, 337, 189},
+                             Case{480, 500, 480, 270}, Case{2000, 2000, 960, 540}}) {
+        SCOPED_TRACE(each.width);
+        rig.player().setOutputSize(each.width, each.height);
+        EXPECT_EQ(rig.nextPicture(), 1234);
+        EXPECT_EQ(rig.lastPicture().pixels->width(), each.fittedWidth);
+        EXPECT_EQ(rig.lastPicture().pixels->height(), each.fittedHeight);
+    }
+}
+
+TEST_F(PlayerTest, SoundIsTheClockWhereItIsHeard) {
+    auto script = std::make_shared<test::ScriptedSound::Script>();
+    PlayerRig rig(movie(), script);
+    EXPECT_EQ(rig.nextPicture(), 0);
+    rig.player().planJump(PlannedJump{timeOf(200), timeOf(100), 1});
+    rig.player().setRate(1);
+    const auto calls = [&] {
+        const std::lock_guard lock(script->mutex);
+        return script->calls;
+    };
+    ASSERT_TRUE(rig.waitUntil([&] { return !calls().empty(); }));
+    EXPECT_THAT(calls(), ElementsAre("play 0 at 1 with a jump"));
+    rig.movePeriods(6); // the sound is on its way
+    EXPECT_EQ(rig.player().currentTime(), MediaTime{}) << "waits for the first sample";
+    {
+        const std::lock_guard lock(script->mutex);
+        script->reading = SoundReading{{}, rig.time().now()};
+    }
+    EXPECT_EQ(rig.pictureAfter(1), 1);
+    for (int number = 2; number < 120; ++number) {
+        // The device runs 1 % slow.
+        rig.movePeriods(1 / 0.99);
+        {
+            const std::lock_guard lock(script->mutex);
+            script->reading = SoundReading{timeOf(number), rig.time().now()};
+        }
+        rig.time().wakeUp();
+        rig.waitUntil([&] { return rig.waitingPictures() > 0; });
+        ASSERT_NEAR(rig.player().currentTime().seconds(), number / 60.0, 0.02);
+        while (rig.waitingPictures() > 0)
+            rig.nextPicture();
+    }
+    rig.player().setRate(0);
+    EXPECT_TRUE(rig.waitUntil([&] { return calls().back() == "pause"; }));
+}
+
+TEST_F(PlayerTest, AMovieThatBreaksOffFailsWithASentenceAndPlaysAgainBeforeThat) {
+    const auto cut = *s_folder / "cut.mp4";
+    test::makeNumberedMovie(cut, count, 15, "-movflags faststart");
+    std::filesystem::resize_file(cut, std::filesystem::file_size(cut) * 6 / 10);
+    PlayerRig rig(cut);
+    auto& player = rig.player();
+    rig.nextPicture();
+    rig.play();
+    int shown = 0;
+    while (player.status() != Player::Status::failed && shown >= 0) {
+        rig.movePeriods(1);
+        rig.waitUntil(
+            [&] { return rig.waitingPictures() > 0 || player.status() == Player::Status::failed; });
+        shown = rig.waitingPictures() > 0 ? rig.nextPicture() : shown;
+    }
+    EXPECT_GT(shown, 30);
+    EXPECT_THAT(player.problem(), testing::StartsWith(cut.string() + " breaks off at "));
+    EXPECT_EQ(player.rate(), 0);
+    EXPECT_FALSE(rig.seek(timeOf(count - 1)));
+    EXPECT_TRUE(rig.seek(timeOf(10)));
+    EXPECT_EQ(player.status(), Player::Status::ready);
+}
+
+TEST_F(PlayerTest, AMovieThatIsMovedPlaysOnAndOneThatWasMovedBeforeFails) {
+    const auto gone = *s_folder / "gone.mov";
+    const auto hidden = *s_folder / "hidden.mov";
+    std::filesystem::copy_file(movie(), gone);
+    {
+        PlayerRig rig(gone);
+        EXPECT_EQ(rig.nextPicture(), 0);
+        std::filesystem::rename(gone, hidden);
+        rig.play();
+        for (int number = 1; number < 20; ++number)
+            ASSERT_EQ(rig.pictureAfter(1), number);
+    }
+    std::filesystem::rename(hidden, gone);
+    PlayerRig rig(gone, nullptr, [&] { std::filesystem::rename(gone, hidden); });
+    auto& player = rig.player();
+    EXPECT_TRUE(rig.waitUntil([&] { return player.status() == Player::Status::failed; }));
+    EXPECT_THAT(player.problem(), testing::HasSubstr(gone.string()));
+    EXPECT_FALSE(player.duration());
+    EXPECT_FALSE(rig.seek(timeOf(3)));
+    std::filesystem::rename(hidden, gone);
+    EXPECT_TRUE(rig.seek(timeOf(3)));
+    EXPECT_EQ(player.status(), Player::Status::ready);
+    EXPECT_EQ(player.problem(), "");
+}
+
+TEST_F(PlayerTest, AMovieOfOnePictureIsShownAndEnds) {
+    const auto one = *s_folder / "one.mov";
+    test::makeNumberedMovie(one, 1, 1);
+    PlayerRig rig(one);
+    EXPECT_EQ(rig.nextPicture(), 0);
+    bool ended = false;
+    const auto end = rig.player().observeEnd([&] { ended = true; });
+    rig.player().setRate(1);
+    EXPECT_TRUE(rig.waitUntil([&] {
+        rig.movePeriods(0.1);
+        return ended;
+    }));
+    EXPECT_TRUE(rig.seek(timeOf(5)));
+}
+
+} // namespace
+} // namespace vantro::media::player

@@ -1,0 +1,204 @@
+#include "support/SoundServer.h"
+
+#include "support/Eventually.h"
+#include "support/Program.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+
+#include <pulse/error.h>
+#include <pulse/simple.h>
+#include <sys/wait.h>
+
+namespace vantro::test {
+namespace {
+
+constexpr int recordedRate = 48'000;
+constexpr std::size_t channels = 2;
+constexpr std::size_t pieceLength = 64; // divides a cycle of PipeWire's graph
+constexpr double cycle = 1024.0 / recordedRate;
+constexpr double cycleGap = 0.003;
+
+bool succeeds(const std::string& command) {
+    return std::system(("{ " + command + "; } >/dev/null 2>&1").c_str()) ==
+           0; // NOLINT(concurrency-mt-unsafe)
+}
+
+double secondsNow() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+} // namespace
+
+SoundServer::SoundServer(Kind kind, int deviceRate) : m_kind(kind), m_rate(deviceRate) {
+    const auto folder = m_folder.path().string();
+    const std::array<std::pair<std::string, std::string>, 9> wanted{{
+        {"XDG_RUNTIME_DIR", folder + "/runtime"},
+        {"XDG_CONFIG_HOME", folder + "/config"},
+        {"XDG_STATE_HOME", folder + "/state"},
+        {"XDG_CACHE_HOME", folder + "/cache"},
+        {"PULSE_RUNTIME_PATH", folder + "/runtime/pulse"},
+        {"PULSE_STATE_PATH", folder + "/state"},
+        {"PULSE_SERVER", ""},
+        {"PIPEWIRE_REMOTE", ""},
+        {"DBUS_SESSION_BUS_ADDRESS", ""},
+    }};
+    for (const auto& [name, value] : wanted) {
+        // NOLINTBEGIN(concurrency-mt-unsafe)
+        const char* before = std::getenv(name.c_str());
+        m_environment.emplace_back(name, before ? before : "");
+        if (value.empty()) {
+            unsetenv(name.c_str());
+            continue;
+        }
+        setenv(name.c_str(), value.c_str(), 1);
+        // NOLINTEND(concurrency-mt-unsafe)
+        if (name != "PULSE_RUNTIME_PATH")
+            std::filesystem::create_directories(value);
+    }
+    std::filesystem::permissions(folder + "/runtime", std::filesystem::perms::owner_all);
+}
+
+SoundServer::~SoundServer() {
+    crash();
+    // NOLINTBEGIN(concurrency-mt-unsafe)
+    for (const auto& [name, value] : m_environment)
+        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+}
+
+bool SoundServer::isInstalled(Kind kind) {
+    return kind == Kind::pulseaudio ? succeeds("command -v pulseaudio && command -v pactl")
+                                    : succeeds("command -v pipewire && command -v wireplumber && "
+                                               "command -v pipewire-pulse && command -v pactl && "
+                                               "command -v dbus-daemon");
+}
+
+void SoundServer::launch(std::vector<std::string> command) {
+    m_programs.push_back(startProgram(std::move(command)));
+}
+
+void SoundServer::start() {
+    m_kind == Kind::pipewire ? startPipeWire() : startPulseAudio();
+    if (!eventually([] { return succeeds("pactl info"); }))
+        throw std::runtime_error("the sound server does not answer");
+    addDevice();
+}
+
+void SoundServer::startPipeWire() {
+    const auto folder = m_folder.path().string();
+    m_folder.write("config/pipewire/pipewire.conf.d/quantum.conf",
+                   "context.properties = { default.clock.quantum = 1024 "
+                   "default.clock.min-quantum = 1024 default.clock.max-quantum = 2048 }\n");
+    const auto address = "unix:path=" + folder + "/runtime/bus";
+    launch({"dbus-daemon", "--session", "--nofork", "--address=" + address});
+    setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    if (!eventually([&] { return std::filesystem::exists(folder + "/runtime/bus"); }))
+        throw std::runtime_error("no message bus");
+    launch({"pipewire"});
+    if (!eventually([&] { return std::filesystem::exists(folder + "/runtime/pipewire-0"); }))
+        throw std::runtime_error("PipeWire does not start");
+    launch({"wireplumber"});
+    launch({"pipewire-pulse"});
+}
+
+void SoundServer::startPulseAudio() {
+    launch({"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+            "--disallow-exit", "--load=module-native-protocol-unix"});
+}
+
+void SoundServer::addDevice() {
+    const auto command =
+        "pactl load-module module-null-sink sink_name=speakers rate=" + std::to_string(m_rate) +
+        " && pactl set-default-sink speakers";
+    if (!eventually([&] {
+            return succeeds("pactl list short sinks | grep -q speakers") || succeeds(command);
+        }) ||
+        !eventually([] { return succeeds("pactl get-default-sink | grep -q speakers"); }))
+        throw std::runtime_error("the sound server has no device");
+}
+
+void SoundServer::removeDevice() {
+    if (!succeeds("pactl unload-module module-null-sink"))
+        throw std::runtime_error("the device stays");
+}
+
+void SoundServer::crash() {
+    std::ranges::reverse(m_programs);
+    for (const pid_t program : std::exchange(m_programs, {}))
+        endProgram(program, SIGKILL);
+    std::error_code ignored;
+    for (const auto* left : {"bus", "pipewire-0", "pipewire-0.lock", "pulse"})
+        std::filesystem::remove_all(m_folder / "runtime" / left, ignored);
+}
+
+MonitorRecorder::MonitorRecorder(SoundServer::Kind kind) : m_kind(kind) {
+    constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, recordedRate, channels};
+    constexpr std::uint32_t fragment = pieceLength * sizeof(float) * channels;
+    constexpr auto automatic = static_cast<std::uint32_t>(-1);
+    const pa_buffer_attr buffer{automatic, automatic, automatic, automatic, fragment};
+    int error = 0;
+    m_stream = pa_simple_new(nullptr, "test", PA_STREAM_RECORD, "speakers.monitor", "monitor",
+                             &format, nullptr, &buffer, &error);
+    if (!m_stream)
+        throw std::runtime_error(std::string("cannot record: ") + pa_strerror(error));
+    m_thread = std::thread([this] { run(); });
+    hear(0.05);
+}
+
+MonitorRecorder::~MonitorRecorder() {
+    m_ending = true;
+    m_thread.join();
+    pa_simple_free(static_cast<pa_simple*>(m_stream));
+}
+
+void MonitorRecorder::run() {
+    auto* stream = static_cast<pa_simple*>(m_stream);
+    std::array<float, pieceLength * channels> piece{};
+    int error = 0;
+    double before = secondsNow();
+    while (!m_ending && pa_simple_read(stream, piece.data(), sizeof(piece), &error) == 0) {
+        // PulseAudio knows how old the next sample is. PipeWire's null sink plays a cycle of its
+        // graph from when the cycle begins, and all of it arrives here when the next one begins.
+        const double now = secondsNow();
+        const bool beginsCycle = now - std::exchange(before, now) > cycleGap;
+        const double age = static_cast<double>(pa_simple_get_latency(stream, &error)) / 1e6;
+        const std::lock_guard lock(m_mutex);
+        m_sound.insert(m_sound.end(), piece.begin(), piece.end());
+        if (m_kind == SoundServer::Kind::pulseaudio)
+            m_stamps.push_back({m_sound.size() / channels, now - age});
+        else if (beginsCycle)
+            m_stamps.push_back({m_sound.size() / channels - pieceLength, now - cycle});
+    }
+}
+
+std::vector<float> MonitorRecorder::sound() const {
+    const std::lock_guard lock(m_mutex);
+    return m_sound;
+}
+
+double MonitorRecorder::timeOf(std::size_t frame) const {
+    const std::lock_guard lock(m_mutex);
+    std::vector<double> starts; // of the recording, by each stamp's word
+    for (const auto& stamp : m_stamps)
+        starts.push_back(stamp.time - static_cast<double>(stamp.frame) / recordedRate);
+    std::ranges::nth_element(starts,
+                             starts.begin() + static_cast<std::ptrdiff_t>(starts.size()) / 2);
+    return starts.at(starts.size() / 2) + static_cast<double>(frame) / recordedRate;
+}
+
+void MonitorRecorder::hear(double seconds) const {
+    const auto wanted =
+        sound().size() + static_cast<std::size_t>(seconds * recordedRate) * channels;
+    if (!eventually([&] { return sound().size() >= wanted; }))
+        throw std::runtime_error("the monitor is silent");
+}
+
+} // namespace vantro::test

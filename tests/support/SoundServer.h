@@ -1,0 +1,86 @@
+#pragma once
+
+#include "support/TemporaryFolder.h"
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace vantro::test {
+
+/// A private sound server without a sound card: its one device swallows what is played, and its
+/// monitor gives it back. Found by libpulse through the environment, so one at a time.
+class SoundServer {
+  public:
+    enum class Kind { pipewire, pulseaudio };
+
+    /// Nothing is running yet; there is a runtime folder without a server.
+    explicit SoundServer(Kind kind, int deviceRate = 48'000);
+    ~SoundServer();
+    SoundServer(const SoundServer&) = delete;
+    SoundServer& operator=(const SoundServer&) = delete;
+
+    /// Whether its programs are installed.
+    static bool isInstalled(Kind kind);
+
+    /// Returns when it can be played to. Throws std::runtime_error when it does not start.
+    void start();
+    /// As a crash would end it.
+    void crash();
+    /// Takes the device away, or adds one; the server stays.
+    void removeDevice();
+    void addDevice();
+
+  private:
+    void startPipeWire();
+    void startPulseAudio();
+    std::string output(const std::string& command) const;
+    bool answers(const std::string& command) const;
+    void launch(std::vector<std::string> command);
+
+    Kind m_kind;
+    int m_rate;
+    TemporaryFolder m_folder;
+    std::vector<std::pair<std::string, std::string>> m_environment; ///< as it was
+    std::vector<pid_t> m_programs;
+};
+
+/// Records what a server's device plays, from construction on.
+class MonitorRecorder {
+  public:
+    /// Returns when it records. Throws std::runtime_error when it cannot.
+    explicit MonitorRecorder(SoundServer::Kind kind);
+    ~MonitorRecorder();
+    MonitorRecorder(const MonitorRecorder&) = delete;
+    MonitorRecorder& operator=(const MonitorRecorder&) = delete;
+
+    /// What was played up to now at 48 kHz; interleaved stereo.
+    std::vector<float> sound() const;
+    /// CLOCK_MONOTONIC seconds at which a sample of `sound` left the device, as its server tells.
+    double timeOf(std::size_t frame) const;
+    /// Waits until as many more seconds are recorded.
+    void hear(double seconds) const;
+
+  private:
+    struct Stamp {
+        std::size_t frame;
+        double time;
+    };
+
+    void run();
+
+    SoundServer::Kind m_kind;
+    void* m_stream = nullptr;
+    mutable std::mutex m_mutex;
+    std::vector<float> m_sound;  // guarded by m_mutex
+    std::vector<Stamp> m_stamps; // guarded by m_mutex
+    std::atomic<bool> m_ending = false;
+    std::thread m_thread;
+};
+
+} // namespace vantro::test
