@@ -17,9 +17,11 @@ using namespace std::chrono_literals;
 
 constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, mixing::sampleRate, mixing::channelCount};
 constexpr std::size_t frameSize = sizeof(float) * mixing::channelCount;
-// What is written cannot be taken back, so this is how late a seek or another rate is heard. Less
-// has been seen to run dry where both processors are busy.
-constexpr std::uint32_t latency = mixing::sampleRate * 50 / 1000 * frameSize;
+// What is written cannot be taken back, so this is how late a seek or another rate is heard. It
+// outlasts the waits of a thread that sleeps most of the time while all processors are busy; where
+// they are so busy that it does run dry, it grows.
+constexpr std::uint32_t firstLatency = mixing::sampleRate * 50 / 1000 * frameSize;
+constexpr std::uint32_t longestLatency = mixing::sampleRate * 150 / 1000 * frameSize;
 constexpr std::uint32_t leastRequest = mixing::sampleRate * 10 / 1000 * frameSize;
 constexpr auto retryInterval = 1s;
 // In quick succession at first, so that the clock is right soon.
@@ -29,6 +31,12 @@ constexpr int hastyQuestions = 20;
 /// they are wanted at changing places of it.
 std::chrono::milliseconds questionInterval(int asked) {
     return std::chrono::milliseconds(asked < hastyQuestions ? 5 : 17 + asked * 7 % 31);
+}
+
+/// Without prebuffering the stream's time goes on whatever we write, or fail to.
+pa_buffer_attr bufferOf(std::uint32_t latency) {
+    constexpr auto automatic = static_cast<std::uint32_t>(-1);
+    return {automatic, latency, 0, leastRequest, automatic};
 }
 
 /// Only its news matter, which come through the stream itself.
@@ -49,6 +57,7 @@ void FreePulse::operator()(pa_stream* stream) const {
     pa_stream_set_state_callback(stream, nullptr, nullptr);
     pa_stream_set_write_callback(stream, nullptr, nullptr);
     pa_stream_set_latency_update_callback(stream, nullptr, nullptr);
+    pa_stream_set_underflow_callback(stream, nullptr, nullptr);
     pa_stream_disconnect(stream);
     pa_stream_unref(stream);
 }
@@ -56,6 +65,7 @@ void FreePulse::operator()(pa_stream* stream) const {
 PulseDevice::PulseDevice(SoundQueue& queue)
     : m_queue(queue)
     , m_loop(pa_mainloop_new())
+    , m_latency(firstLatency)
     , m_thread([this](const std::stop_token& stop) { run(stop); }) {}
 
 PulseDevice::~PulseDevice() {
@@ -170,9 +180,10 @@ void PulseDevice::openStream() {
     pa_stream_set_latency_update_callback(
         m_stream.get(),
         [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->takeTiming(); }, this);
-    // Without prebuffering the stream's time goes on whatever we write, or fail to.
-    const pa_buffer_attr buffer{static_cast<std::uint32_t>(-1), latency, 0, leastRequest,
-                                static_cast<std::uint32_t>(-1)};
+    pa_stream_set_underflow_callback(
+        m_stream.get(),
+        [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->growBuffer(); }, this);
+    const auto buffer = bufferOf(m_latency);
     constexpr auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_playback(m_stream.get(), nullptr, &buffer, flags, nullptr, nullptr) < 0)
@@ -205,6 +216,18 @@ void PulseDevice::write(std::size_t bytes) {
         m_written += static_cast<std::int64_t>(frames);
         bytes -= frames * frameSize;
     }
+}
+
+void PulseDevice::growBuffer() {
+    const auto longer =
+        std::min(m_latency * 3 / 2 / frameSize * frameSize, std::size_t{longestLatency});
+    if (m_state != State::running || longer == m_latency)
+        return;
+    m_latency = static_cast<std::uint32_t>(longer);
+    base::logInfo("The sound server ran dry; it is given {} ms from now on",
+                  m_latency / frameSize * 1000 / mixing::sampleRate);
+    const auto buffer = bufferOf(m_latency);
+    forget(pa_stream_set_buffer_attr(m_stream.get(), &buffer, nullptr, nullptr));
 }
 
 void PulseDevice::askForTiming() {

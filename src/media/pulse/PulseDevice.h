@@ -51,6 +51,7 @@ class PulseDevice {
     void contextChanged();
     void streamChanged();
     void write(std::size_t bytes);
+    void growBuffer();
     void askForTiming();
     void takeTiming();
     void lose(const std::string& reason);
@@ -65,9 +66,10 @@ class PulseDevice {
     bool m_hasComplained = false;
     std::string m_lost; ///< why, noted inside of a callback, where nothing can be freed
     std::int64_t m_written = 0;
-    base::HostTime m_askAt; ///< what the device plays
-    int m_asked = 0;        ///< how often, since it runs
-    std::jthread m_thread;  // the last member: it uses the others
+    std::uint32_t m_latency; ///< bytes asked for
+    base::HostTime m_askAt;  ///< what the device plays
+    int m_asked = 0;         ///< how often, since it runs
+    std::jthread m_thread;   // the last member: it uses the others
 };
 
 } // namespace vantro::media::pulse
