@@ -15,6 +15,7 @@ struct CompositionRequest {
     int width = 0; ///< output size, pixels
     int height = 0;
     PixelFormat outputFormat = PixelFormat::bgra;
+    double renderScale = 1; ///< see VideoComposition
 };
 
 /// Makes the frames of a video composition.
@@ -32,8 +33,10 @@ class VideoCompositor {
 struct VideoComposition {
     int trackID = 0; ///< the composition's track that feeds the compositor
     MediaTime frameDuration{1, 60};
-    int renderWidth = 0;
+    int renderWidth = 0; ///< output size, pixels
     int renderHeight = 0;
+    /// Output pixels a pixel of the film: below 1 the compositor makes the same picture smaller.
+    double renderScale = 1;
     std::shared_ptr<VideoCompositor> compositor;
 
     /// Frames that fit into `duration`: each starts before its end.

@@ -103,9 +103,9 @@ std::optional<VideoFrame> VideoCompositionReader::copyNextFrame() {
     if (self.failure)
         std::rethrow_exception(self.failure);
     const MediaTime time = self.timeOf(self.next++);
-    auto pixels =
-        self.video.compositor->compose({time, std::move(found->frame), self.video.renderWidth,
-                                        self.video.renderHeight, self.outputFormat});
+    auto pixels = self.video.compositor->compose({time, std::move(found->frame),
+                                                  self.video.renderWidth, self.video.renderHeight,
+                                                  self.outputFormat, self.video.renderScale});
     return VideoFrame{std::move(pixels), time, self.video.frameDuration};
 }
 

@@ -204,6 +204,7 @@ Scene ZoomCompositor::State::sceneFor(const media::CompositionRequest& request) 
         content.webcam = webcam.imageAt(t, edit.webcamMirrored);
     content.webcamPosition = edit.webcamPosition;
     content.webcamSize = edit.webcamSize;
+    content.scale = request.renderScale;
     return makeScene({request.width, request.height}, content);
 }
 

@@ -16,7 +16,7 @@ PixelRect wholeOf(const media::PixelBuffer& picture) {
 
 /// Fits the recording into the canvas less the background's padding.
 PictureLayer framedRecording(const PixelRect& canvas, const ImagePointer& picture,
-                             const model::BackgroundSettings& background) {
+                             const model::BackgroundSettings& background, double scale) {
     const PixelRect part = wholeOf(*picture);
     const double share = std::clamp(1 - 2 * background.padding, 0.0, 1.0);
     const double availableWidth = share * canvas.width;
@@ -28,7 +28,7 @@ PictureLayer framedRecording(const PixelRect& canvas, const ImagePointer& pictur
     return {picture,
             part,
             {(canvas.width - width) / 2, (canvas.height - height) / 2, width, height},
-            background.cornerRadius};
+            background.cornerRadius * scale};
 }
 
 /// The part of `whole` that is seen when it is magnified around a point. At the edges it is
@@ -100,12 +100,14 @@ Scene makeScene(PixelSize canvasSize, const SceneContent& content) {
     const PixelPoint center{content.camera.centerX, content.camera.centerY};
     Scene scene;
     scene.canvas = canvasSize;
+    scene.scale = content.scale;
     if (content.background != nullptr) {
         scene.background.emplace();
         if (const auto* color = std::get_if<model::BackgroundColor>(&content.background->type))
             scene.background->color = *color;
         scene.background->picture = content.backgroundPicture;
-        scene.recording = framedRecording(canvas, content.recording, *content.background);
+        scene.recording =
+            framedRecording(canvas, content.recording, *content.background, content.scale);
         if (content.camera.isZoomed())
             scene.zoom = magnified(canvas, onCanvas(center, scene.recording), content.camera.scale);
     } else {

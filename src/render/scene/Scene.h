@@ -32,6 +32,7 @@ struct Scene {
     };
 
     PixelSize canvas; ///< the size of the output
+    double scale = 1; ///< output pixels a canvas pixel of the film
     /// With one, the recording throws its shadow on it; without, the recording covers the canvas.
     std::optional<Background> background;
     PictureLayer recording;             ///< bgra or i420, taken as opaque
@@ -44,7 +45,7 @@ struct Scene {
     bool operator==(const Scene&) const = default;
 
     /// The recording's shadow; meant for scenes with a background.
-    ShadowShape shadow() const { return {canvas, recording.place, recording.cornerRadius}; }
+    ShadowShape shadow() const { return {canvas, recording.place, recording.cornerRadius, scale}; }
     /// Whether the output is the recording's picture and nothing else, in the canvas's size.
     bool isRecordingAlone() const;
 };
@@ -61,9 +62,13 @@ struct SceneContent {
     ImagePointer webcam;
     model::WebcamPosition webcamPosition = model::WebcamPosition::bottomRight;
     double webcamSize = 0; ///< the square's side as a fraction of the canvas width
+    /// Below 1 for a smaller picture of the same film: what the edit measures in pixels is
+    /// multiplied by it.
+    double scale = 1;
 };
 
-/// The one place that decides where everything stands. Pure.
+/// The one place that decides where everything stands. `canvas` is the output's size: the film's,
+/// times the content's scale. Pure.
 Scene makeScene(PixelSize canvas, const SceneContent& content);
 
 } // namespace vantro::render

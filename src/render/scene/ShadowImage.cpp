@@ -14,24 +14,25 @@ namespace {
 constexpr double offsetDown = 10; // pixels
 constexpr double deviation = 15;  // pixels: half the blur radius of 30
 constexpr float strength = 0.5F;
-constexpr int reach = 60; // pixels; beyond 4 deviations less than a hundredth of a level is left
+constexpr double reach = 60; // pixels; beyond 4 deviations less than a hundredth of a level is left
 
 /// The share of a Gaussian that lies before a distance in pixels.
 double gaussianBefore(double distance) {
     return 0.5 * std::erfc(-distance / (deviation * std::numbers::sqrt2));
 }
 
-/// gaussianBefore from a table, exact to 1e-6: it is asked for millions of times.
+/// gaussianBefore from a table, exact to 1e-6: it is asked for millions of times. Distances are
+/// those of a canvas at `scale`.
 class GaussianTable {
   public:
-    GaussianTable() {
+    explicit GaussianTable(double scale) : m_unscaling(static_cast<float>(1 / scale)) {
         for (std::size_t i = 0; i < m_values.size(); ++i)
             m_values[i] =
                 static_cast<float>(gaussianBefore(static_cast<double>(i) / perPixel - limit));
     }
     float operator()(float distance) const {
         const float place =
-            std::clamp((distance + limit) * perPixel, 0.0F, 2.0F * limit * perPixel);
+            std::clamp((distance * m_unscaling + limit) * perPixel, 0.0F, 2.0F * limit * perPixel);
         const auto index = std::min(static_cast<std::size_t>(place), m_values.size() - 2);
         const float share = place - static_cast<float>(index);
         return m_values[index] + (m_values[index + 1] - m_values[index]) * share;
@@ -40,6 +41,7 @@ class GaussianTable {
   private:
     static constexpr int perPixel = 8;
     static constexpr int limit = 80;
+    float m_unscaling;
     std::array<float, 2 * limit * perPixel + 1> m_values{};
 };
 
@@ -47,15 +49,17 @@ class GaussianTable {
 /// summed up from the rows that they curve in. Both parts are exact up to the table.
 class BlurredRoundedRect {
   public:
-    BlurredRoundedRect(const RoundedRect& rect, int width, int height)
+    BlurredRoundedRect(const RoundedRect& rect, int width, int height, double scale)
         : m_rect(rect)
+        , m_scale(scale)
+        , m_reach(static_cast<int>(std::ceil(reach * scale)))
         , m_width(width)
         , m_height(height)
         , m_across(profile(rect.left(), rect.right(), width))
-        , m_down(profile(rect.top(), rect.bottom(), height)) {
-        for (int k = 0; k <= reach; ++k)
-            m_kernel[static_cast<std::size_t>(k)] =
-                static_cast<float>(gaussianBefore(k + 0.5) - gaussianBefore(k - 0.5));
+        , m_down(profile(rect.top(), rect.bottom(), height))
+        , m_gaussian(scale) {
+        for (int k = 0; k <= m_reach; ++k)
+            m_kernel.push_back(static_cast<float>(before(k + 0.5) - before(k - 0.5)));
         chooseZones();
         addCurvedRows(rect.top(), rect.top() + rect.radius());
         addCurvedRows(rect.bottom() - rect.radius(), rect.bottom());
@@ -68,7 +72,7 @@ class BlurredRoundedRect {
             out[x] = vertical * m_across[x];
         for (const CurvedRow& curved : m_curved) {
             const int distance = std::abs(curved.y - y);
-            if (distance > reach)
+            if (distance > m_reach)
                 continue;
             const float weight = m_kernel[static_cast<std::size_t>(distance)] * curved.share;
             const float* lacking = curved.lacking.data();
@@ -89,24 +93,27 @@ class BlurredRoundedRect {
         std::vector<float> lacking; ///< what it lacks of the plain rectangle, zone after zone
     };
 
-    static std::vector<float> profile(double from, double to, int length) {
+    /// gaussianBefore on this canvas.
+    double before(double distance) const { return gaussianBefore(distance / m_scale); }
+
+    std::vector<float> profile(double from, double to, int length) const {
         std::vector<float> values(static_cast<std::size_t>(length));
         for (int i = 0; i < length; ++i)
             values[static_cast<std::size_t>(i)] =
-                static_cast<float>(gaussianBefore(i + 0.5 - from) - gaussianBefore(i + 0.5 - to));
+                static_cast<float>(before(i + 0.5 - from) - before(i + 0.5 - to));
         return values;
     }
 
     /// The columns that a corner can tell on.
     void chooseZones() {
-        const double wide = m_rect.radius() + reach;
+        const double wide = m_rect.radius() + m_reach;
         const PixelSpan canvas{0, m_width};
         const auto zone = [&](double from, double to) {
             return PixelSpan{clampedIndex(std::floor(from), canvas.begin, canvas.end),
                              clampedIndex(std::ceil(to), canvas.begin, canvas.end)};
         };
-        m_zones = {zone(m_rect.left() - reach, m_rect.left() + wide),
-                   zone(m_rect.right() - wide, m_rect.right() + reach)};
+        m_zones = {zone(m_rect.left() - m_reach, m_rect.left() + wide),
+                   zone(m_rect.right() - wide, m_rect.right() + m_reach)};
         if (m_zones[1].begin < m_zones[0].end)
             m_zones = {m_zones[0].joinedWith(m_zones[1]), PixelSpan{}};
     }
@@ -114,8 +121,8 @@ class BlurredRoundedRect {
     void addCurvedRows(double from, double to) {
         if (m_rect.radius() <= 0)
             return;
-        const int first = clampedIndex(std::floor(from), -reach, m_height + reach);
-        const int last = clampedIndex(std::ceil(to), -reach, m_height + reach);
+        const int first = clampedIndex(std::floor(from), -m_reach, m_height + m_reach);
+        const int last = clampedIndex(std::ceil(to), -m_reach, m_height + m_reach);
         for (int y = first; y < last; ++y) {
             const double begin = std::max<double>(from, y);
             const double end = std::min<double>(to, y + 1);
@@ -142,12 +149,14 @@ class BlurredRoundedRect {
     }
 
     RoundedRect m_rect;
+    double m_scale;
+    int m_reach; // pixels
     int m_width;
     int m_height;
     std::vector<float> m_across;
     std::vector<float> m_down;
     GaussianTable m_gaussian;
-    std::array<float, reach + 1> m_kernel{};
+    std::vector<float> m_kernel;
     std::array<PixelSpan, 2> m_zones;
     std::vector<CurvedRow> m_curved;
 };
@@ -165,8 +174,9 @@ std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
     if (solid.isEmpty())
         return image;
     PixelRect lowered = shape.place;
-    lowered.y += offsetDown;
-    const BlurredRoundedRect blurred(RoundedRect(lowered, shape.cornerRadius), width, height);
+    lowered.y += offsetDown * shape.scale;
+    const BlurredRoundedRect blurred(RoundedRect(lowered, shape.cornerRadius), width, height,
+                                     shape.scale);
     std::vector<float> blurredRow(static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {
         blurred.row(y, blurredRow);

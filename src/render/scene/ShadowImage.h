@@ -25,11 +25,13 @@ struct ShadowShape {
     PixelSize canvas;
     PixelRect place;
     double cornerRadius = 0; ///< pixels
+    double scale = 1;        ///< the shadow's own measures are multiplied by it
     bool operator==(const ShadowShape&) const = default;
 };
 
 /// Draws a rounded rectangle in black together with its drop shadow: 10 px further down, blurred by
-/// a Gaussian with a standard deviation of 15 px, black at half strength.
+/// a Gaussian with a standard deviation of 15 px, black at half strength. On a canvas at another
+/// scale these measures scale with it.
 ///
 /// The black fill is there where the recording covers its pixel wholly. The softened rim of the
 /// rectangle holds the shadow alone, because black would shine through the recording's own soft rim
