@@ -44,16 +44,18 @@ TEST(Scene, MagnifiesTheCanvasOrWithoutABackgroundTheRecordingItself) {
     stage.addWebcam(128, 72);
     stage.content.pointer = PixelPoint{10, 20};
     stage.content.camera.scale = 1.001; // does not count as zoomed
-    EXPECT_FALSE(stage.scene().zoom);
+    EXPECT_EQ(stage.scene().background->shown, (PixelRect{0, 0, 1920, 1080}));
     stage.content.camera = {2, 800, 500}; // the recording's center is the canvas's
     const Scene framed = stage.scene();
-    ASSERT_TRUE(framed.zoom);
-    expectNear(*framed.zoom, {480, 270, 960, 540});
+    expectNear(framed.background->shown, {480, 270, 960, 540});
     EXPECT_EQ(framed.recording.part, (PixelRect{0, 0, 1600, 1000}));
+    expectNear(framed.recording.place, {-422.4, -324, 2764.8, 1728});
+    EXPECT_EQ(framed.recording.cornerRadius, 80);
+    expectNear(framed.background->shadow.place, {268.8, 108, 1382.4, 864});
 
     stage.content.background = nullptr;
     const Scene bare = stage.scene();
-    EXPECT_FALSE(bare.zoom || bare.background);
+    EXPECT_FALSE(bare.background);
     EXPECT_EQ(bare.recording.part, (PixelRect{400, 250, 800, 500}));
     EXPECT_EQ(bare.recording.place, (PixelRect{0, 0, 1920, 1080}));
     EXPECT_EQ(bare.recording.cornerRadius, 0);
@@ -65,7 +67,7 @@ TEST(Scene, ShiftsTheMagnifiedPartAtTheEdgesWithoutShrinkingIt) {
     for (const double center : {-500.0, 0.0, 150.0, 1550.0, 9000.0}) {
         stage.content.camera = {4, center, center};
         stage.content.background = &stage.background;
-        const PixelRect canvas = *stage.scene().zoom;
+        const PixelRect canvas = stage.scene().background->shown;
         stage.content.background = nullptr;
         const PixelRect source = stage.scene().recording.part;
         EXPECT_EQ(canvas.width, 480);
@@ -87,10 +89,14 @@ TEST(Scene, PutsTheCursorsHotSpotOnThePointer) {
     const struct {
         bool background;
         PixelPoint tip;
-        double scale; // canvas pixels to one of the recording's
+        double scale; // output pixels to one of the recording's
+        double zoom = 1;
     } cases[]{{true, {268.8 + 500 * 0.864, 108 + 250 * 0.864}, 0.864},
-              {false, {500 * 1.2, 250 * 1.08}, 1.2}};
-    for (const auto& [background, tip, scale] : cases) {
+              {true, {-422.4 + 500 * 1.728, -324 + 250 * 1.728}, 1.728, 2},
+              {false, {500 * 1.2, 250 * 1.08}, 1.2},
+              {false, {500 * 1.2, 250 * 1.08}, 1.2, 2}};
+    for (const auto& [background, tip, scale, zoom] : cases) {
+        stage.content.camera.scale = zoom;
         stage.content.background = background ? &stage.background : nullptr;
         const auto cursor = stage.scene().cursor;
         ASSERT_TRUE(cursor);

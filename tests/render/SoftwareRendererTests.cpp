@@ -44,7 +44,7 @@ TEST(SoftwareRenderer, DrawsLayersInOrderEachInItsPlace) {
     content.cursorScale = 4;
     const Scene scene = makeScene({320, 200}, content);
     const auto picture = drawnInSoftware(scene, PixelFormat::bgra);
-    const auto shadow = drawShadow(scene.shadow());
+    const auto shadow = drawShadow(scene.background->shadow);
     const auto shaded = [&](int x, int y) { // the background's color under the shadow
         const double light = 1 - shadow->row(y)[x] / 255.0;
         return Pixel{static_cast<int>(std::lround(102 * light)),

@@ -90,6 +90,27 @@ std::shared_ptr<media::PixelBuffer> screenPicture(PixelFormat format, int width,
     return picture;
 }
 
+std::shared_ptr<media::PixelBuffer> textPicture(int width, int height) {
+    auto picture = flatPicture(PixelFormat::bgra, width, height, {255, 255, 255, 255});
+    Dice dice(1);
+    for (int line = height / 10; line + 10 < height; line += 18) {
+        const int end = static_cast<int>(width * dice.between(0.5, 0.9));
+        for (int x = width / 10; x < end;
+             x += dice.chance(0.2) ? 14 : 7) // a letter, or a word's end
+            for (int stroke = 0; stroke < 3; ++stroke) {
+                const int at = static_cast<int>(dice.between(0, 5));
+                const int length = static_cast<int>(dice.between(3, 10));
+                const bool upright = dice.chance(0.5);
+                const int gray = static_cast<int>(dice.between(40, 160));
+                for (int i = 0; i < (upright ? length : 5); ++i)
+                    std::memset(picture->mutableRow(0, line + (upright ? i : 2 * at)) +
+                                    std::ptrdiff_t{x + (upright ? at : i)} * 4,
+                                gray, 3);
+            }
+    }
+    return picture;
+}
+
 std::shared_ptr<media::PixelBuffer> flatPicture(PixelFormat format, int width, int height,
                                                 std::array<std::uint8_t, 4> samples,
                                                 media::ColorDescription color) {
@@ -144,6 +165,9 @@ GeneratedFrame generateFrame(std::uint32_t seed) {
     content.webcamPosition = dice.oneOf(model::allWebcamPositions);
     content.webcamSize = dice.between(0.1, 0.4);
 
+    constexpr std::array outputScales{1.0, 1.0, 0.75, 0.5, 1.0 / 3};
+    content.scale = dice.oneOf(outputScales);
+
     GeneratedFrame frame{render::makeScene(canvas, content), dice.oneOf(formats)};
     // A planar source that ends up pixel for pixel in a planar output may be copied there, with
     // colors that RGB, which the GPU goes through, has no room for.
@@ -160,13 +184,58 @@ std::shared_ptr<media::PixelBuffer> drawn(render::Renderer& renderer, const rend
     return output;
 }
 
-int largestDifference(const media::PixelBuffer& a, const media::PixelBuffer& b) {
-    int largest = 0;
+std::shared_ptr<media::PixelBuffer> averaged(const media::PixelBuffer& picture,
+                                             render::PixelSize size) {
+    auto out = media::PixelBuffer::allocate(PixelFormat::bgra, size.width, size.height);
+    const double across = static_cast<double>(picture.width()) / size.width;
+    const double down = static_cast<double>(picture.height()) / size.height;
+    const auto share = [](int texel, int pixel, double step) {
+        return (std::min(texel + 1.0, (pixel + 1) * step) - std::max(1.0 * texel, pixel * step)) /
+               step;
+    };
+    for (int i = 0; i < size.width * size.height * 4; ++i) {
+        const int x = i / 4 % size.width;
+        const int y = i / 4 / size.width;
+        double sum = 0;
+        for (int v = static_cast<int>(y * down);
+             v < std::min((y + 1) * down, 1.0 * picture.height()); ++v)
+            for (int u = static_cast<int>(x * across);
+                 u < std::min((x + 1) * across, 1.0 * picture.width()); ++u)
+                sum += std::max(share(u, x, across), 0.0) * std::max(share(v, y, down), 0.0) *
+                       picture.row(0, v)[u * 4 + i % 4];
+        out->mutableRow(0, y)[x * 4 + i % 4] = static_cast<std::uint8_t>(std::lround(sum));
+    }
+    return out;
+}
+
+namespace {
+
+/// Calls `compare(difference)` for every sample.
+template <typename Function>
+void forEachDifference(const media::PixelBuffer& a, const media::PixelBuffer& b,
+                       const Function& compare) {
     for (int plane = 0; plane < a.planeCount(); ++plane)
         for (int y = 0; y < a.planeHeight(plane); ++y)
             for (int i = 0; i < bytesInRow(a, plane); ++i)
-                largest = std::max(largest, std::abs(a.row(plane, y)[i] - b.row(plane, y)[i]));
+                compare(std::abs(a.row(plane, y)[i] - b.row(plane, y)[i]));
+}
+
+} // namespace
+
+int largestDifference(const media::PixelBuffer& a, const media::PixelBuffer& b) {
+    int largest = 0;
+    forEachDifference(a, b, [&](int difference) { largest = std::max(largest, difference); });
     return largest;
+}
+
+double meanDifference(const media::PixelBuffer& a, const media::PixelBuffer& b) {
+    double sum = 0;
+    double count = 0;
+    forEachDifference(a, b, [&](int difference) {
+        sum += difference;
+        ++count;
+    });
+    return sum / count;
 }
 
 } // namespace vantro::test

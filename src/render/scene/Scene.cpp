@@ -40,7 +40,27 @@ PixelRect magnified(const PixelRect& whole, PixelPoint center, double scale) {
             std::max(0.0, std::min(whole.height - height, center.y - height / 2)), width, height};
 }
 
-/// Where a point of the recording's picture stands on the canvas.
+Scene::Background backgroundLayer(PixelSize canvas, const PictureLayer& recording,
+                                  const SceneContent& content) {
+    Scene::Background layer;
+    if (const auto* color = std::get_if<model::BackgroundColor>(&content.background->type))
+        layer.color = *color;
+    layer.picture = content.backgroundPicture;
+    layer.shadow = {canvas, recording.place, recording.cornerRadius, content.scale};
+    layer.shown = PixelRect::whole(canvas);
+    return layer;
+}
+
+/// Moves a layer from its place on the canvas to that on an output which shows `window` of it.
+void show(const PixelRect& window, const PixelRect& canvas, PictureLayer& layer) {
+    const double scale = canvas.width / window.width;
+    PixelRect& place = layer.place;
+    place = {(place.x - window.x) * scale, (place.y - window.y) * scale, place.width * scale,
+             place.height * scale};
+    layer.cornerRadius *= scale;
+}
+
+/// Where a point of the recording's picture stands.
 PixelPoint onCanvas(PixelPoint point, const PictureLayer& recording) {
     const PixelRect picture = wholeOf(*recording.picture);
     return {recording.place.x + recording.place.width / picture.width * point.x,
@@ -48,7 +68,7 @@ PixelPoint onCanvas(PixelPoint point, const PictureLayer& recording) {
 }
 
 /// The cursor with its hot spot on the pointer's place. It is scaled with the recording's width,
-/// and not magnified where the zoom shows a part of the recording instead of the canvas.
+/// and not magnified where the output is a part of the recording.
 std::optional<PictureLayer> cursorLayer(const SceneContent& content,
                                         const PictureLayer& recording) {
     if (!content.pointer || content.cursor == nullptr)
@@ -102,14 +122,14 @@ Scene makeScene(PixelSize canvasSize, const SceneContent& content) {
     scene.canvas = canvasSize;
     scene.scale = content.scale;
     if (content.background != nullptr) {
-        scene.background.emplace();
-        if (const auto* color = std::get_if<model::BackgroundColor>(&content.background->type))
-            scene.background->color = *color;
-        scene.background->picture = content.backgroundPicture;
         scene.recording =
             framedRecording(canvas, content.recording, *content.background, content.scale);
-        if (content.camera.isZoomed())
-            scene.zoom = magnified(canvas, onCanvas(center, scene.recording), content.camera.scale);
+        scene.background = backgroundLayer(canvasSize, scene.recording, content);
+        if (content.camera.isZoomed()) {
+            const PixelPoint middle = onCanvas(center, scene.recording);
+            scene.background->shown = magnified(canvas, middle, content.camera.scale);
+            show(scene.background->shown, canvas, scene.recording);
+        }
     } else {
         const PixelRect whole = wholeOf(*content.recording);
         scene.recording = {

@@ -12,40 +12,37 @@
 
 namespace vantro::render {
 
-/// A part of a picture stretched over a place on the canvas.
+/// A part of a picture stretched over a place on the output.
 struct PictureLayer {
     ImagePointer picture;
     PixelRect part;          ///< of the picture
-    PixelRect place;         ///< on the canvas
-    double cornerRadius = 0; ///< canvas pixels
+    PixelRect place;         ///< on the output, beyond which it may reach
+    double cornerRadius = 0; ///< output pixels
     bool operator==(const PictureLayer&) const = default;
 };
 
 /// What one output frame consists of, all laid out: renderers only draw it, in the order of the
 /// members. Equal scenes are equal pixels. A value.
 struct Scene {
-    /// What lies under the recording: a picture stretched over the canvas, else the color.
+    /// What lies under the recording: a picture stretched over the canvas, else the color, and on
+    /// it the recording's shadow. A camera that is closer shows a part of it, magnified.
     struct Background {
         model::BackgroundColor color;
         ImagePointer picture; ///< premultiplied bgra, or none
+        ShadowShape shadow;
+        PixelRect shown; ///< of the canvas
         bool operator==(const Background&) const = default;
     };
 
-    PixelSize canvas; ///< the size of the output
-    double scale = 1; ///< output pixels a canvas pixel of the film
-    /// With one, the recording throws its shadow on it; without, the recording covers the canvas.
-    std::optional<Background> background;
-    PictureLayer recording;             ///< bgra or i420, taken as opaque
-    std::optional<PictureLayer> cursor; ///< premultiplied bgra
-    /// The part of the canvas that the output shows, magnified. All above it is magnified with it,
-    /// what follows is not.
-    std::optional<PixelRect> zoom;
-    std::optional<PictureLayer> webcam; ///< premultiplied bgra
+    PixelSize canvas;                     ///< the size of the output
+    double scale = 1;                     ///< output pixels a pixel of the film
+    std::optional<Background> background; ///< without one the recording covers the output
+    PictureLayer recording;               ///< bgra or i420, taken as opaque
+    std::optional<PictureLayer> cursor;   ///< premultiplied bgra
+    std::optional<PictureLayer> webcam;   ///< premultiplied bgra
 
     bool operator==(const Scene&) const = default;
 
-    /// The recording's shadow; meant for scenes with a background.
-    ShadowShape shadow() const { return {canvas, recording.place, recording.cornerRadius, scale}; }
     /// Whether the output is the recording's picture and nothing else, in the canvas's size.
     bool isRecordingAlone() const;
 };

@@ -1,11 +1,11 @@
 #include "render/scene/ShadowImage.h"
 
 #include "base/Fatal.h"
-#include "render/scene/MaskSpans.h"
+#include "render/scene/PixelSpan.h"
+#include "render/scene/RoundedRect.h"
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
 namespace vantro::render {
@@ -170,8 +170,7 @@ std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
     image->width = width;
     image->height = height;
     image->alpha.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    const RoundedRect solid(shape.place, shape.cornerRadius);
-    if (solid.isEmpty())
+    if (shape.place.isEmpty())
         return image;
     PixelRect lowered = shape.place;
     lowered.y += offsetDown * shape.scale;
@@ -184,9 +183,6 @@ std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
         for (std::size_t x = 0; x < blurredRow.size(); ++x)
             out[x] = static_cast<std::uint8_t>(
                 std::clamp(blurredRow[x] * strength, 0.0F, 1.0F) * 255.0F + 0.5F);
-        const PixelSpan filled = maskSpans(solid, y, {0, width}).solid;
-        if (!filled.isEmpty())
-            std::memset(out + filled.begin, 255, static_cast<std::size_t>(filled.length()));
     }
     return image;
 }

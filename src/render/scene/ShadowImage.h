@@ -29,13 +29,10 @@ struct ShadowShape {
     bool operator==(const ShadowShape&) const = default;
 };
 
-/// Draws a rounded rectangle in black together with its drop shadow: 10 px further down, blurred by
-/// a Gaussian with a standard deviation of 15 px, black at half strength. On a canvas at another
-/// scale these measures scale with it.
-///
-/// The black fill is there where the recording covers its pixel wholly. The softened rim of the
-/// rectangle holds the shadow alone, because black would shine through the recording's own soft rim
-/// as a dark line. Pure; a canvas size below 1 is fatal.
+/// Draws the drop shadow of a rounded rectangle: 10 px further down, blurred by a Gaussian with a
+/// standard deviation of 15 px, black at half strength. These measures are multiplied by the
+/// shape's scale. Nothing is left out under the rectangle itself. Pure; a canvas size below 1 is
+/// fatal.
 std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape);
 
 /// Keeps the last shadow. One thread.

@@ -1,8 +1,8 @@
 #include "render/software/Backdrop.h"
 
 #include "media/color/ColorConversion.h"
-#include "render/software/BilinearRows.h"
 #include "render/software/SourceRows.h"
+#include "render/software/StretchedRows.h"
 
 #include <cmath>
 #include <cstring>
@@ -29,10 +29,13 @@ void drawColor(const model::BackgroundColor& color, PixelSpan rows, media::Pixel
             std::memcpy(out.mutableRow(0, y) + std::ptrdiff_t{x} * 4, &pixel, sizeof pixel);
 }
 
-void drawImage(const media::PixelBuffer& image, PixelSpan rows, media::PixelBuffer& out) {
-    const auto columns = SampleAxis::stretched(image.width(), 0, image.width(), 0, out.width());
-    const auto lines = SampleAxis::stretched(image.height(), 0, image.height(), 0, out.height());
-    BilinearRows stretched;
+void drawImage(const media::PixelBuffer& image, double scale, PixelSpan rows,
+               media::PixelBuffer& out) {
+    const auto columns =
+        SampleAxis::stretched(image.width(), 0, image.width(), 0, out.width(), scale);
+    const auto lines =
+        SampleAxis::stretched(image.height(), 0, image.height(), 0, out.height(), scale);
+    StretchedRows stretched;
     SourceRows source;
     stretched.prepare(columns, lines, {0, out.width()});
     source.prepare(image, stretched.texelColumns(), lines.taps(rows));
@@ -48,7 +51,8 @@ void drawImage(const media::PixelBuffer& image, PixelSpan rows, media::PixelBuff
 } // namespace
 
 void Backdrop::update(const Scene& scene, base::WorkerPool& workers) {
-    Key key{*scene.background, scene.shadow()};
+    const Scene::Background& background = *scene.background;
+    Key key{background.color, background.picture, background.shadow};
     if (m_bgra && key == m_key)
         return;
     m_key = std::move(key);
@@ -63,10 +67,10 @@ void Backdrop::update(const Scene& scene, base::WorkerPool& workers) {
     workers.forEach(static_cast<std::size_t>(bands), [&](std::size_t band, unsigned) {
         const int begin = static_cast<int>(band) * bandHeight;
         const PixelSpan rows{begin, std::min(begin + bandHeight, shadow.height)};
-        if (m_key.background.picture)
-            drawImage(*m_key.background.picture, rows, *m_bgra);
+        if (m_key.picture)
+            drawImage(*m_key.picture, m_key.shadow.scale, rows, *m_bgra);
         else
-            drawColor(m_key.background.color, rows, *m_bgra);
+            drawColor(m_key.color, rows, *m_bgra);
         for (int y = rows.begin; y < rows.end; ++y)
             darken(shadow.row(y), shadow.width, m_bgra->mutableRow(0, y));
     });

@@ -19,7 +19,8 @@ class Backdrop {
 
   private:
     struct Key {
-        Scene::Background background; // holds the picture, so that its address stays its own
+        model::BackgroundColor color;
+        ImagePointer picture; // held, so that its address stays its own
         ShadowShape shadow;
         bool operator==(const Key&) const = default;
     };

@@ -5,19 +5,21 @@
 namespace vantro::render::software {
 namespace {
 
-PicturePlan stretchedPicture(const PictureLayer& layer) {
+PicturePlan stretchedPicture(const PictureLayer& layer, double scale) {
     const media::PixelBuffer& picture = *layer.picture;
     const PixelRect& part = layer.part;
     const PixelRect& place = layer.place;
     PicturePlan plan;
     plan.picture = &picture;
-    plan.x = SampleAxis::stretched(picture.width(), part.x, part.width, place.x, place.width);
-    plan.y = SampleAxis::stretched(picture.height(), part.y, part.height, place.y, place.height);
+    plan.x =
+        SampleAxis::stretched(picture.width(), part.x, part.width, place.x, place.width, scale);
+    plan.y =
+        SampleAxis::stretched(picture.height(), part.y, part.height, place.y, place.height, scale);
     return plan;
 }
 
-PicturePlan maskedPicture(const PictureLayer& layer, const Tile& canvas) {
-    PicturePlan plan = stretchedPicture(layer);
+PicturePlan maskedPicture(const PictureLayer& layer, const Tile& canvas, double scale) {
+    PicturePlan plan = stretchedPicture(layer, scale);
     plan.mask.emplace(layer.place, layer.cornerRadius);
     plan.touched = {touchedPixels(plan.mask->left(), plan.mask->right(), canvas.columns),
                     touchedPixels(plan.mask->top(), plan.mask->bottom(), canvas.rows)};
@@ -25,12 +27,12 @@ PicturePlan maskedPicture(const PictureLayer& layer, const Tile& canvas) {
 }
 
 /// Without a mask a picture covers the pixels whose centers lie in its place.
-PicturePlan plainPicture(const PictureLayer& layer, const Tile& canvas) {
+PicturePlan plainPicture(const PictureLayer& layer, const Tile& canvas, double scale) {
     const auto centersWithin = [](double from, double length, PixelSpan extent) {
         return PixelSpan{clampedIndex(std::ceil(from - 0.5), extent.begin, extent.end),
                          clampedIndex(std::ceil(from + length - 0.5), extent.begin, extent.end)};
     };
-    PicturePlan plan = stretchedPicture(layer);
+    PicturePlan plan = stretchedPicture(layer, scale);
     plan.touched = {centersWithin(layer.place.x, layer.place.width, canvas.columns),
                     centersWithin(layer.place.y, layer.place.height, canvas.rows)};
     return plan;
@@ -53,17 +55,17 @@ FramePlan planFrame(const Scene& scene) {
     plan.height = scene.canvas.height;
     const Tile canvas{{0, plan.width}, {0, plan.height}};
     plan.hasBackdrop = scene.background.has_value();
-    plan.recording = plan.hasBackdrop ? maskedPicture(scene.recording, canvas)
-                                      : plainPicture(scene.recording, canvas);
-    if (scene.cursor)
-        plan.cursor = unlessUntouched(plainPicture(*scene.cursor, canvas));
-    if (scene.zoom) {
-        const PixelRect& window = *scene.zoom;
-        plan.zoomX = SampleAxis::stretched(plan.width, window.x, window.width, 0, plan.width);
-        plan.zoomY = SampleAxis::stretched(plan.height, window.y, window.height, 0, plan.height);
+    plan.recording = plan.hasBackdrop ? maskedPicture(scene.recording, canvas, scene.scale)
+                                      : plainPicture(scene.recording, canvas, scene.scale);
+    if (plan.hasBackdrop && !(scene.background->shown == PixelRect::whole(scene.canvas))) {
+        const PixelRect& part = scene.background->shown;
+        plan.backdropX = SampleAxis::stretched(plan.width, part.x, part.width, 0, plan.width, 1);
+        plan.backdropY = SampleAxis::stretched(plan.height, part.y, part.height, 0, plan.height, 1);
     }
+    if (scene.cursor)
+        plan.cursor = unlessUntouched(plainPicture(*scene.cursor, canvas, scene.scale));
     if (scene.webcam)
-        plan.webcam = unlessUntouched(maskedPicture(*scene.webcam, canvas));
+        plan.webcam = unlessUntouched(maskedPicture(*scene.webcam, canvas, scene.scale));
     return plan;
 }
 
@@ -74,7 +76,7 @@ bool FramePlan::recordingIsCopy() const {
 }
 
 Tile FramePlan::livePart(const Tile& tile) const {
-    if (zoomX || !(hasBackdrop || recordingIsCopy()))
+    if (backdropX || !(hasBackdrop || recordingIsCopy()))
         return tile;
     Tile live;
     const auto include = [&](const PicturePlan& layer) {

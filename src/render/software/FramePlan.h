@@ -28,16 +28,15 @@ struct PicturePlan {
     std::optional<RoundedRect> mask; ///< absent: every pixel of the spans is drawn
 };
 
-/// How the pixels of one scene come about. With `zoomX` and `zoomY` the output magnifies a window
-/// of the canvas, else it is the canvas; the webcam picture comes on top of the output.
+/// How the pixels of one scene come about.
 struct FramePlan {
     int width = 0;
     int height = 0;
-    bool hasBackdrop = false; ///< else the recording fills the canvas
+    bool hasBackdrop = false;            ///< else the recording fills the canvas
+    std::optional<SampleAxis> backdropX; ///< where the output shows a part of it, magnified
+    std::optional<SampleAxis> backdropY;
     PicturePlan recording;
     std::optional<PicturePlan> cursor;
-    std::optional<SampleAxis> zoomX;
-    std::optional<SampleAxis> zoomY;
     std::optional<PicturePlan> webcam;
 
     /// Whether the recording stands on the output pixel for pixel, all of it.

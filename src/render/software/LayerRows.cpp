@@ -1,7 +1,5 @@
 #include "render/software/LayerRows.h"
 
-#include "render/scene/MaskSpans.h"
-
 #include <cmath>
 #include <cstring>
 
@@ -36,6 +34,7 @@ void LayerRows::prepare(const PicturePlan& plan, const Tile& part) {
     m_plan = &plan;
     m_part = part;
     m_touched = plan.touched.clippedTo(part);
+    m_spansRow = -1;
     if (m_touched.isEmpty())
         return;
     m_stretched.prepare(plan.x, plan.y, m_touched.columns);
@@ -44,37 +43,44 @@ void LayerRows::prepare(const PicturePlan& plan, const Tile& part) {
     m_pixels.resize(static_cast<std::size_t>(m_touched.columns.length()) * 4);
 }
 
+/// Where the picture stands in a row that it touches.
+const MaskSpans& LayerRows::spansOf(int row) {
+    if (row != m_spansRow)
+        m_spans = m_plan->mask ? maskSpans(*m_plan->mask, row, m_touched.columns)
+                               : MaskSpans{m_touched.columns, m_touched.columns};
+    m_spansRow = row;
+    return m_spans;
+}
+
+bool LayerRows::covers(int row) {
+    return touches(row) && spansOf(row).solid.length() == m_part.columns.length();
+}
+
 void LayerRows::write(int row, const std::uint8_t* under, std::uint8_t* out) {
     const std::ptrdiff_t width = offsetOf(m_part.columns.end);
-    if (!touches(row)) {
+    const PixelSpan any = touches(row) ? spansOf(row).any : PixelSpan{};
+    if (any.isEmpty()) {
         if (under != nullptr)
             copyPixels(under, 0, width, out);
         return;
     }
     m_stretched.write(row, out + offsetOf(m_touched.columns.begin));
+    if (under == nullptr)
+        return;
+    copyPixels(under, 0, offsetOf(any.begin), out);
+    copyPixels(under, offsetOf(any.end), width, out);
     if (!m_plan->mask)
         return;
-    const MaskSpans spans = maskSpans(*m_plan->mask, row, m_touched.columns);
-    if (spans.any.isEmpty()) {
-        copyPixels(under, 0, width, out);
-        return;
-    }
-    copyPixels(under, 0, offsetOf(spans.any.begin), out);
-    copyPixels(under, offsetOf(spans.any.end), width, out);
-    forEachRimPixel(spans, *m_plan->mask, row, [&](int column, double coverage) {
+    forEachRimPixel(spansOf(row), *m_plan->mask, row, [&](int column, double coverage) {
         for (auto at = offsetOf(column); at < offsetOf(column) + 4; ++at)
             out[at] = rounded(under[at] + (out[at] - under[at]) * coverage);
     });
 }
 
 void LayerRows::blend(int row, std::uint8_t* out) {
-    if (!touches(row))
+    if (!touches(row) || spansOf(row).any.isEmpty())
         return;
-    MaskSpans spans{m_touched.columns, m_touched.columns};
-    if (m_plan->mask)
-        spans = maskSpans(*m_plan->mask, row, m_touched.columns);
-    if (spans.any.isEmpty())
-        return;
+    const MaskSpans& spans = spansOf(row);
     m_stretched.write(row, m_pixels.data());
     const auto pixelsAt = [&](int column) {
         return m_pixels.data() + std::ptrdiff_t{column - m_touched.columns.begin} * 4;

@@ -9,19 +9,52 @@ namespace vantro::render::software {
 
 /// One axis of a picture that is drawn stretched: which place in the picture an output pixel shows.
 /// Pixel i's center shows start + (i + 0.5) × step, where texel k spans k to k + 1.
+///
+/// A pixel is the average of the picture over a filter's width around that place, with the texels
+/// at the edges repeated beyond them. A shader computes the same.
 struct SampleAxis {
     double start = 0;
     double step = 1;
     int texels = 1;
+    double width = 1; ///< of the filter, texels; at 1 the average is a linear mix of two
 
-    /// The part [from, from + extent) of the texture over [at, at + length) of the output.
-    static SampleAxis stretched(int texels, double from, double extent, double at, double length) {
+    /// The part [from, from + extent) of the texture over [at, at + length) of an output at `scale`
+    /// of the film.
+    static SampleAxis stretched(int texels, double from, double extent, double at, double length,
+                                double scale) {
         const double step = length > 0 ? extent / length : 0;
-        return {from - at * step, step, texels};
+        return {from - at * step, step, texels, filterWidth(step, scale)};
+    }
+    bool averages() const { return width > 1; }
+
+    /// At the film's own scale a linear mix up to a step of 1.5, and from 1.75 on the step, so that
+    /// each texel counts for as much as it is covered. In between it grows, so that a moving camera
+    /// passes from one to the other unseen. On a smaller output it is as wide as the film's filter
+    /// and the averaging of the film's pixels are together (the variances of boxes add up).
+    static double filterWidth(double step, double scale) {
+        const double filmStep = step * scale;
+        const double film = std::clamp(1 + 3 * (filmStep - 1.5), 1.0, std::max(filmStep, 1.0));
+        return scale == 1 ? film : std::sqrt(step * step - filmStep * filmStep + film * film);
+    }
+
+    /// Where in the picture a pixel's filter begins and ends; for axes that average.
+    struct Reach {
+        double begin = 0;
+        double end = 0;
+    };
+    Reach reach(int pixel) const {
+        const double center = start + (pixel + 0.5) * step;
+        const double half = width / 2;
+        return {center - half, center + half};
+    }
+    /// The texels that a reach touches, at least one.
+    PixelSpan touched(Reach reach) const {
+        const int first = clampedIndex(std::floor(reach.begin), 0, texels - 1);
+        return {first, clampedIndex(std::ceil(reach.end), first + 1, texels)};
     }
 
     /// The two texels whose mix an output pixel shows: clamped to the edge, the weight belongs to
-    /// the one after `first` and is 0 where there is none.
+    /// the one after `first` and is 0 where there is none. For axes that do not average.
     struct Tap {
         int first = 0;
         double weight = 0;
@@ -35,13 +68,15 @@ struct SampleAxis {
             return {texels - 1, 0};
         return {static_cast<int>(whole), place - whole};
     }
-    /// The texels that a span of output pixels is mixed from.
+    /// The texels that a span of output pixels is made from.
     PixelSpan taps(PixelSpan pixels) const {
-        const Tap last = tap(pixels.end - 1);
-        return {tap(pixels.begin).first, std::min(last.first + 2, texels)};
+        const int last = pixels.end - 1;
+        if (averages())
+            return {touched(reach(pixels.begin)).begin, touched(reach(last)).end};
+        return {tap(pixels.begin).first, std::min(tap(last).first + 2, texels)};
     }
     /// Each pixel is one texel as it is.
-    bool isCopy() const { return step == 1 && start == std::floor(start); }
+    bool isCopy() const { return step == 1 && !averages() && start == std::floor(start); }
 };
 
 } // namespace vantro::render::software

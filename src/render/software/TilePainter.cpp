@@ -48,38 +48,34 @@ void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Til
 void TilePainter::prepare(const FramePlan& plan, const Tile& part) {
     m_plan = &plan;
     m_part = part;
-    Tile scene = part;
-    if (plan.zoomX) {
-        m_zoom.prepare(*plan.zoomX, *plan.zoomY, part.columns);
-        scene = {m_zoom.texelColumns(), plan.zoomY->taps(part.rows)};
-        resizeRow(m_sceneRow, scene.columns.length());
-        m_zoom.setInput([this](int row) {
-            writeSceneRow(row, m_sceneRow.data());
-            return m_sceneRow.data();
+    if (plan.backdropX) {
+        m_magnified.prepare(*plan.backdropX, *plan.backdropY, part.columns);
+        m_magnified.setInput([this](int y) {
+            return m_backdrop->row(0, y) + std::ptrdiff_t{m_magnified.texelColumns().begin} * 4;
         });
+        resizeRow(m_backdropRow, part.columns.length());
     }
-    m_sceneColumns = scene.columns;
-    m_recording.prepare(plan.recording, scene);
+    m_recording.prepare(plan.recording, part);
     if (plan.cursor)
-        m_cursor.prepare(*plan.cursor, scene);
+        m_cursor.prepare(*plan.cursor, part);
     if (plan.webcam)
         m_webcam.prepare(*plan.webcam, part);
 }
 
-void TilePainter::writeSceneRow(int row, std::uint8_t* out) {
-    const std::uint8_t* under =
-        m_backdrop != nullptr ? m_backdrop->row(0, row) + std::ptrdiff_t{m_sceneColumns.begin} * 4
-                              : nullptr;
-    m_recording.write(row, under, out);
-    if (m_plan->cursor)
-        m_cursor.blend(row, out);
+/// What lies under the recording in a row of the part; none where nothing of it is seen.
+const std::uint8_t* TilePainter::backdropRow(int row) {
+    if (m_backdrop == nullptr || m_recording.covers(row))
+        return nullptr;
+    if (!m_plan->backdropX)
+        return m_backdrop->row(0, row) + std::ptrdiff_t{m_part.columns.begin} * 4;
+    m_magnified.write(row, m_backdropRow.data());
+    return m_backdropRow.data();
 }
 
 void TilePainter::writeOutputRow(int row, std::uint8_t* out) {
-    if (m_plan->zoomX)
-        m_zoom.write(row, out);
-    else
-        writeSceneRow(row, out);
+    m_recording.write(row, backdropRow(row), out);
+    if (m_plan->cursor)
+        m_cursor.blend(row, out);
     if (m_plan->webcam)
         m_webcam.blend(row, out);
 }

@@ -28,7 +28,7 @@ class TilePainter {
 
   private:
     void prepare(const FramePlan& plan, const Tile& part);
-    void writeSceneRow(int row, std::uint8_t* out);
+    const std::uint8_t* backdropRow(int row);
     void writeOutputRow(int row, std::uint8_t* out);
     void writeBgra(media::PixelBuffer& output);
     void writeI420(media::PixelBuffer& output);
@@ -36,12 +36,11 @@ class TilePainter {
     const FramePlan* m_plan = nullptr;
     const media::PixelBuffer* m_backdrop = nullptr;
     Tile m_part;
-    PixelSpan m_sceneColumns;
     LayerRows m_recording;
     LayerRows m_cursor;
     LayerRows m_webcam;
-    BilinearRows m_zoom;
-    std::vector<std::uint8_t> m_sceneRow;
+    BilinearRows m_magnified; ///< of the backdrop
+    std::vector<std::uint8_t> m_backdropRow;
     std::array<std::vector<std::uint8_t>, 2> m_outputRows;
 };
 

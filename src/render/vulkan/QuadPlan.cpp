@@ -68,10 +68,8 @@ void addBackdrop(QuadList& list, const Scene& scene) {
     list.add(wholeCanvas(PipelineKind::texture, PictureRole::shadow, scene.canvas));
 }
 
-/// Backdrop, recording and cursor.
-void addCanvas(QuadList& list, const Scene& scene) {
+void addRecording(QuadList& list, const Scene& scene) {
     if (scene.background) {
-        addBackdrop(list, scene);
         if (!scene.recording.place.isEmpty())
             list.add(roundedQuad(PipelineKind::roundedRect, PictureRole::recording, scene.recording,
                                  scene.canvas));
@@ -80,9 +78,19 @@ void addCanvas(QuadList& list, const Scene& scene) {
         setPart(draw, scene.recording.part, sizeOf(scene.recording));
         list.add(draw);
     }
-    if (scene.cursor)
-        list.add(
-            quad(PipelineKind::texture, PictureRole::cursor, scene.cursor->place, scene.canvas));
+}
+
+/// The backdrop by itself where the output shows a part of it only.
+void addBackground(QuadPlan& plan, const Scene& scene) {
+    const PixelRect& shown = scene.background->shown;
+    if (shown == PixelRect::whole(scene.canvas)) {
+        addBackdrop(plan.output, scene);
+        return;
+    }
+    addBackdrop(plan.backdrop, scene);
+    QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::backdrop, scene.canvas);
+    setPart(draw, shown, scene.canvas);
+    plan.output.add(draw);
 }
 
 } // namespace
@@ -92,17 +100,25 @@ void QuadList::add(const QuadDraw& draw) {
     m_draws[m_count++] = draw;
 }
 
+void QuadList::setScale(double scale) {
+    for (QuadDraw& draw : std::span(m_draws).first(m_count))
+        if (draw.picture != PictureRole::backdrop && draw.picture != PictureRole::shadow)
+            draw.uniforms.scale = static_cast<float>(scale);
+}
+
 QuadPlan planQuads(const Scene& scene) {
     QuadPlan plan;
-    addCanvas(scene.zoom ? plan.canvas : plan.output, scene);
-    if (scene.zoom) {
-        QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::canvas, scene.canvas);
-        setPart(draw, *scene.zoom, scene.canvas);
-        plan.output.add(draw);
-    }
+    if (scene.background)
+        addBackground(plan, scene);
+    addRecording(plan.output, scene);
+    if (scene.cursor)
+        plan.output.add(
+            quad(PipelineKind::texture, PictureRole::cursor, scene.cursor->place, scene.canvas));
     if (scene.webcam)
         plan.output.add(roundedQuad(PipelineKind::roundedRectCropped, PictureRole::webcam,
                                     *scene.webcam, scene.canvas));
+    plan.backdrop.setScale(scene.scale);
+    plan.output.setScale(scene.scale);
     return plan;
 }
 

@@ -23,9 +23,9 @@ struct QuadUniforms {
     std::array<float, 4> color{};     ///< red, green, blue, alpha; straight
     std::array<float, 4> rectangle{}; ///< x, y from the top, width, height in canvas pixels
     float cornerRadius = 0;           ///< canvas pixels
-    float unused0 = 0;
-    std::array<float, 2> origin{}; ///< where sampling starts, texture coordinates
-    std::array<float, 2> size{};   ///< how far it reaches
+    float scale = 1;                  ///< output pixels a pixel of the film
+    std::array<float, 2> origin{};    ///< where sampling starts, texture coordinates
+    std::array<float, 2> size{};      ///< how far it reaches
     std::array<float, 2> unused1{};
 };
 static_assert(sizeof(QuadUniforms) == 64);
@@ -34,8 +34,8 @@ static_assert(sizeof(QuadUniforms) == 64);
 enum class PipelineKind { solidColor, texture, roundedRect, roundedRectCropped, zoomSample };
 inline constexpr std::size_t pipelineKinds = 5;
 
-/// What a quad samples; `canvas` is what the first pass has drawn.
-enum class PictureRole { none, recording, background, shadow, cursor, webcam, canvas };
+/// What a quad samples; `backdrop` is what the first pass has drawn.
+enum class PictureRole { none, recording, background, shadow, cursor, webcam, backdrop };
 
 struct QuadDraw {
     PipelineKind pipeline = PipelineKind::solidColor;
@@ -51,6 +51,8 @@ class QuadList {
     static constexpr std::size_t capacity = 5;
 
     void add(const QuadDraw& draw);
+    /// Of what is sampled at a scale of the film; backdrop and shadow are made at the output's.
+    void setScale(double scale);
     std::span<const QuadDraw> draws() const { return {m_draws.data(), m_count}; }
 
   private:
@@ -60,7 +62,7 @@ class QuadList {
 
 /// All that is drawn for a frame.
 struct QuadPlan {
-    QuadList canvas; ///< drawn first, to be magnified; empty without a zoom of the canvas
+    QuadList backdrop; ///< drawn first, to be magnified; empty where the output shows all of it
     QuadList output;
 };
 

@@ -38,7 +38,7 @@ struct VulkanRenderer::State {
     PictureTexture shadow{PictureTexture::Changes::rarely};
     PictureTexture cursor{PictureTexture::Changes::rarely};
     PictureTexture webcam{PictureTexture::Changes::often};
-    RenderTarget canvas; ///< where a zoom shows a window of it
+    RenderTarget backdrop; ///< where the output shows a part of it
     OutputPicture output;
     bool failed = false;
 };
@@ -47,17 +47,17 @@ void VulkanRenderer::State::draw(const Scene& scene, media::PixelBuffer& finishe
     const QuadPlan plan = planQuads(scene);
     const auto [width, height] = scene.canvas;
     output.prepare(context, finished.format(), width, height);
-    const bool inTwoPasses = !plan.canvas.draws().empty();
-    if (inTwoPasses && !canvas.isSized(width, height))
-        canvas = RenderTarget(context.device, context.bindings, context.passes, width, height);
+    const bool inTwoPasses = !plan.backdrop.draws().empty();
+    if (inTwoPasses && !backdrop.isSized(width, height))
+        backdrop = RenderTarget(context.device, context.bindings, context.passes, width, height);
 
     commands.begin();
     painter.beginFrame();
-    for (const QuadList* quads : {&plan.canvas, &plan.output})
+    for (const QuadList* quads : {&plan.backdrop, &plan.output})
         for (const QuadDraw& quad : quads->draws())
             bring(scene, quad.picture);
     if (inTwoPasses)
-        drawPass(context.passes.thenSampled(), canvas, plan.canvas);
+        drawPass(context.passes.thenSampled(), backdrop, plan.backdrop);
     drawPass(output.pass(context), output.target(), plan.output);
     output.recordReturn(context, commands);
     commands.submitAndWait();
@@ -76,7 +76,7 @@ void VulkanRenderer::State::bring(const Scene& scene, PictureRole role) {
         background.hold(context, commands, scene.background->picture);
         break;
     case PictureRole::shadow:
-        shadow.hold(context, commands, shadows.imageFor(scene.shadow()));
+        shadow.hold(context, commands, shadows.imageFor(scene.background->shadow));
         break;
     case PictureRole::cursor:
         cursor.hold(context, commands, scene.cursor->picture);
@@ -85,7 +85,7 @@ void VulkanRenderer::State::bring(const Scene& scene, PictureRole role) {
         webcam.hold(context, commands, scene.webcam->picture);
         break;
     case PictureRole::none:
-    case PictureRole::canvas:
+    case PictureRole::backdrop:
         break;
     }
 }
@@ -102,8 +102,8 @@ VkDescriptorSet VulkanRenderer::State::bindingsFor(PictureRole role) const {
         return cursor.bindings();
     case PictureRole::webcam:
         return webcam.bindings();
-    case PictureRole::canvas:
-        return canvas.bindings();
+    case PictureRole::backdrop:
+        return backdrop.bindings();
     case PictureRole::none:
         break;
     }

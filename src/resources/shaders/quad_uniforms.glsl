@@ -4,7 +4,7 @@ layout(push_constant, std430) uniform QuadUniforms {
     vec4 color;         // straight alpha
     vec4 rectangle;     // x, y, width, height in canvas pixels
     float cornerRadius; // canvas pixels
-    float unused0;
+    float scale;        // output pixels a pixel of the film
     vec2 origin; // where sampling starts, texture coordinates
     vec2 size;   // how far sampling reaches, texture coordinates
     vec2 unused1;
