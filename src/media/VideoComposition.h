@@ -35,9 +35,9 @@ struct VideoComposition {
     MediaTime frameDuration{1, 60};
     int renderWidth = 0; ///< output size, pixels
     int renderHeight = 0;
+    std::shared_ptr<VideoCompositor> compositor;
     /// Output pixels a pixel of the film: below 1 the compositor makes the same picture smaller.
     double renderScale = 1;
-    std::shared_ptr<VideoCompositor> compositor;
 
     /// Frames that fit into `duration`: each starts before its end.
     std::int64_t frameCount(MediaTime duration) const;

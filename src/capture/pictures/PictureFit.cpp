@@ -1,5 +1,7 @@
 #include "capture/pictures/PictureFit.h"
 
+#include "media/color/AveragedRows.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,58 +14,7 @@ constexpr int channels = 4;
 // be larger than the movie by less than this. Cutting that off beats scaling the whole picture.
 constexpr int mostCutOff = 10; // pixels
 
-/// The source samples that make up one destination sample.
-struct Taps {
-    int first = 0;
-    std::vector<float> weights; // their sum is 1
-};
-
-/// A box as wide as the destination sample, but at least one source sample, which then blends two.
-std::vector<Taps> tapsFor(int sourceSize, int size) {
-    const double ratio = static_cast<double>(sourceSize) / size;
-    const double half = std::max(ratio, 1.0) / 2;
-    std::vector<Taps> all(static_cast<std::size_t>(size));
-    for (int index = 0; index < size; ++index) {
-        const double centre = (index + 0.5) * ratio;
-        const double start = std::max(centre - half, 0.0);
-        const double end = std::min(centre + half, static_cast<double>(sourceSize));
-        Taps& taps = all[static_cast<std::size_t>(index)];
-        taps.first = std::min(static_cast<int>(start), sourceSize - 1);
-        for (int sample = taps.first; sample < end && sample < sourceSize; ++sample) {
-            const double covered = std::min(end, sample + 1.0) - std::max(start, 1.0 * sample);
-            taps.weights.push_back(static_cast<float>(covered / (end - start)));
-        }
-    }
-    return all;
-}
-
 } // namespace
-
-void scalePicture(const PictureView& source, std::uint8_t* destination, std::ptrdiff_t stride,
-                  int width, int height) {
-    const auto columns = tapsFor(source.width, width);
-    const auto rows = tapsFor(source.height, height);
-    std::vector<float> blended(static_cast<std::size_t>(source.width) * channels);
-    for (const Taps& row : rows) {
-        std::ranges::fill(blended, 0.0F);
-        for (std::size_t tap = 0; tap < row.weights.size(); ++tap) {
-            const auto* samples = source.pixels + (row.first + std::ptrdiff_t(tap)) * source.stride;
-            for (std::size_t index = 0; index < blended.size(); ++index)
-                blended[index] += row.weights[tap] * static_cast<float>(samples[index]);
-        }
-        std::uint8_t* pixel = destination;
-        for (const Taps& column : columns) {
-            float sums[channels]{};
-            const float* sample = blended.data() + std::ptrdiff_t{channels} * column.first;
-            for (const float weight : column.weights)
-                for (float& sum : sums)
-                    sum += weight * *sample++;
-            for (const float sum : sums)                          // from 0 to 255
-                *pixel++ = static_cast<std::uint8_t>(sum + 0.5F); // NOLINT(*-incorrect-roundings)
-        }
-        destination += stride;
-    }
-}
 
 PictureFit::PictureFit(int width, int height) : m_width(width), m_height(height) {}
 
@@ -111,7 +62,8 @@ PictureView PictureFit::scaled(const PictureView& source) {
     const std::ptrdiff_t stride = std::ptrdiff_t{channels} * m_width;
     m_pixels.assign(static_cast<std::size_t>(stride * m_height), 0);
     auto* corner = m_pixels.data() + place.y * stride + std::ptrdiff_t{channels} * place.x;
-    scalePicture(source, corner, stride, place.width, place.height);
+    media::color::scalePicture(source.pixels, source.stride, source.width, source.height, corner,
+                               stride, place.width, place.height);
     return {.pixels = m_pixels.data(), .stride = stride, .width = m_width, .height = m_height};
 }
 

@@ -51,9 +51,4 @@ struct Fitting {
 /// As large as it goes with its aspect kept, in the middle.
 Fitting fitting(int sourceWidth, int sourceHeight, int width, int height);
 
-/// Draws `source` over all of the destination's width × height pixels: each is the average of the
-/// part of the source that it covers, or where the picture grows, a blend of its neighbours.
-void scalePicture(const PictureView& source, std::uint8_t* destination, std::ptrdiff_t stride,
-                  int width, int height);
-
 } // namespace vantro::capture::pictures

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/color/AveragedRows.h"
 #include "render/scene/PixelSpan.h"
 
 #include <algorithm>
@@ -37,21 +38,7 @@ struct SampleAxis {
         return scale == 1 ? film : std::sqrt(step * step - filmStep * filmStep + film * film);
     }
 
-    /// Where in the picture a pixel's filter begins and ends; for axes that average.
-    struct Reach {
-        double begin = 0;
-        double end = 0;
-    };
-    Reach reach(int pixel) const {
-        const double center = start + (pixel + 0.5) * step;
-        const double half = width / 2;
-        return {center - half, center + half};
-    }
-    /// The texels that a reach touches, at least one.
-    PixelSpan touched(Reach reach) const {
-        const int first = clampedIndex(std::floor(reach.begin), 0, texels - 1);
-        return {first, clampedIndex(std::ceil(reach.end), first + 1, texels)};
-    }
+    media::color::AveragedAxis averaged() const { return {start, step, width, texels}; }
 
     /// The two texels whose mix an output pixel shows: clamped to the edge, the weight belongs to
     /// the one after `first` and is 0 where there is none. For axes that do not average.
@@ -72,7 +59,7 @@ struct SampleAxis {
     PixelSpan taps(PixelSpan pixels) const {
         const int last = pixels.end - 1;
         if (averages())
-            return {touched(reach(pixels.begin)).begin, touched(reach(last)).end};
+            return {averaged().first(pixels.begin), averaged().end(last)};
         return {tap(pixels.begin).first, std::min(tap(last).first + 2, texels)};
     }
     /// Each pixel is one texel as it is.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/software/AveragedRows.h"
+#include "media/color/AveragedRows.h"
 #include "render/software/BilinearRows.h"
 
 namespace vantro::render::software {
@@ -12,7 +12,8 @@ class StretchedRows {
     void prepare(const SampleAxis& columnAxis, const SampleAxis& rowAxis, PixelSpan columns) {
         m_averages = columnAxis.averages() || rowAxis.averages();
         if (m_averages)
-            m_averaged.prepare(columnAxis, rowAxis, columns);
+            m_averaged.prepare(columnAxis.averaged(), rowAxis.averaged(), columns.begin,
+                               columns.end);
         else
             m_bilinear.prepare(columnAxis, rowAxis, columns);
     }
@@ -23,7 +24,8 @@ class StretchedRows {
             m_bilinear.setInput(std::move(texelRow));
     }
     PixelSpan texelColumns() const {
-        return m_averages ? m_averaged.texelColumns() : m_bilinear.texelColumns();
+        return m_averages ? PixelSpan{m_averaged.texelBegin(), m_averaged.texelEnd()}
+                          : m_bilinear.texelColumns();
     }
     void write(int row, std::uint8_t* out) {
         if (m_averages)
@@ -35,7 +37,7 @@ class StretchedRows {
   private:
     bool m_averages = false;
     BilinearRows m_bilinear;
-    AveragedRows m_averaged;
+    media::color::AveragedRows m_averaged;
 };
 
 } // namespace vantro::render::software

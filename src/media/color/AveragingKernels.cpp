@@ -1,20 +1,22 @@
-#include "render/software/AveragingKernels.h"
+#include "media/color/AveragingKernels.h"
 
+#include <array>
 #include <cstddef>
+#include <cstring>
 
 // Highway compiles the part between its two markers once for each instruction set.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "render/software/AveragingKernels.cpp"
+#define HWY_TARGET_INCLUDE "media/color/AveragingKernels.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace vantro::render::software::HWY_NAMESPACE {
+namespace vantro::media::color::HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-using Samples = hn::CappedTag<float, 16>;
+using Samples = hn::CappedTag<float, sumOverrun>;
 
 template <bool isFirst>
 void sumRowAs(const std::uint8_t* row, float weight, int count, float* sums) {
@@ -23,8 +25,14 @@ void sumRowAs(const std::uint8_t* row, float weight, int count, float* sums) {
     const hn::Rebind<std::uint8_t, Samples> bytes;
     const auto share = hn::Set(d, weight);
     const int lanes = static_cast<int>(hn::Lanes(d));
+    std::array<std::uint8_t, sumOverrun> last{};
     for (int i = 0; i < count; i += lanes) {
-        const auto values = hn::ConvertTo(d, hn::PromoteTo(whole, hn::LoadU(bytes, row + i)));
+        const std::uint8_t* from = row + i;
+        if (i + lanes > count) {
+            std::memcpy(last.data(), from, static_cast<std::size_t>(count - i));
+            from = last.data();
+        }
+        const auto values = hn::ConvertTo(d, hn::PromoteTo(whole, hn::LoadU(bytes, from)));
         // Multiplied and added in two steps, since not every processor can do both in one.
         const auto part = hn::Mul(values, share);
         hn::StoreU(isFirst ? part : hn::Add(hn::LoadU(d, sums + i), part), d, sums + i);
@@ -55,11 +63,11 @@ void mixColumnsHere(const ColumnWeights& columns, const float* sums, int count, 
 }
 
 } // namespace
-} // namespace vantro::render::software::HWY_NAMESPACE
+} // namespace vantro::media::color::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace vantro::render::software {
+namespace vantro::media::color {
 
 HWY_EXPORT(sumRowHere);
 HWY_EXPORT(mixColumnsHere);
@@ -72,5 +80,5 @@ void mixColumns(const ColumnWeights& columns, const float* sums, int count, std:
     HWY_DYNAMIC_DISPATCH(mixColumnsHere)(columns, sums, count, out);
 }
 
-} // namespace vantro::render::software
+} // namespace vantro::media::color
 #endif

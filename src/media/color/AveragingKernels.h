@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-namespace vantro::render::software {
+namespace vantro::media::color {
 
 /// The inner loops of pictures that shrink, compiled for each instruction set and chosen at run
 /// time; all of them give the same bits. Pixels are BGRA, 4 bytes. Any thread.
 
-/// Pixels past a row's last that sumRow may read, and samples past the last that it may write.
+/// Samples past the last that sumRow may write.
 inline constexpr int sumOverrun = 16;
 
 /// sums += or, for the first row, = row × weight, for `count` samples (four a pixel).
@@ -23,4 +23,4 @@ struct ColumnWeights {
 /// Mixes pixels along a summed row into `count` rounded pixels.
 void mixColumns(const ColumnWeights& columns, const float* sums, int count, std::uint8_t* out);
 
-} // namespace vantro::render::software
+} // namespace vantro::media::color
