@@ -86,13 +86,16 @@ TEST_F(VideoCompositionReading, followsCutsJumpsBackAndSpeeds) {
               compositor->requests[83].sourceFrame.pixels);
 }
 
-TEST_F(VideoCompositionReading, keepsItsOwnRateWhateverTheSources) {
+TEST_F(VideoCompositionReading, keepsItsOwnRateAndScaleWhateverTheSources) {
     const auto composition = compose({{0, 30, 300}});
-    VideoCompositionReader reader(composition, at(25), PixelFormat::bgra);
+    VideoComposition video = at(25);
+    video.renderScale = 0.5;
+    VideoCompositionReader reader(composition, video, PixelFormat::bgra);
     std::vector<int> expected(13); // 12.5 frames begin within half a second
     for (int k = 0; k < 13; ++k)
         expected[k] = k * 60 / 25;
     EXPECT_EQ(read(reader), expected);
+    EXPECT_EQ(compositor->requests.front().renderScale, 0.5);
 }
 
 } // namespace

@@ -37,6 +37,12 @@ TEST(Scene, FitsTheRecordingIntoTheCanvasLessItsPadding) {
     EXPECT_EQ(stage.scene().recording.part, (PixelRect{0, 0, 1600, 1000}));
     EXPECT_EQ(stage.scene().recording.cornerRadius, 40);
     expectNear(stage.scene({1080, 1920}).recording.place, {108, 690, 864, 540});
+
+    stage.content.scale = 0.5; // the same film, smaller
+    const Scene small = stage.scene({960, 540});
+    expectNear(small.recording.place, {134.4, 54, 691.2, 432});
+    EXPECT_EQ(small.recording.cornerRadius, 20);
+    EXPECT_EQ(small.background->shadow.scale, 0.5);
 }
 
 TEST(Scene, MagnifiesTheCanvasOrWithoutABackgroundTheRecordingItself) {

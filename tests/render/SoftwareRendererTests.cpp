@@ -46,7 +46,7 @@ TEST(SoftwareRenderer, DrawsLayersInOrderEachInItsPlace) {
     const auto picture = drawnInSoftware(scene, PixelFormat::bgra);
     const auto shadow = drawShadow(scene.background->shadow);
     const auto shaded = [&](int x, int y) { // the background's color under the shadow
-        const double light = 1 - shadow->row(y)[x] / 255.0;
+        const double light = 1 - shadow->row(y)[x] / 65536.0;
         return Pixel{static_cast<int>(std::lround(102 * light)),
                      static_cast<int>(std::lround(255 * light)),
                      static_cast<int>(std::lround(51 * light))};

@@ -179,10 +179,10 @@ std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
     std::vector<float> blurredRow(static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {
         blurred.row(y, blurredRow);
-        std::uint8_t* out = image->alpha.data() + static_cast<std::ptrdiff_t>(y) * width;
+        std::uint16_t* out = image->alpha.data() + static_cast<std::ptrdiff_t>(y) * width;
         for (std::size_t x = 0; x < blurredRow.size(); ++x)
-            out[x] = static_cast<std::uint8_t>(
-                std::clamp(blurredRow[x] * strength, 0.0F, 1.0F) * 255.0F + 0.5F);
+            out[x] = static_cast<std::uint16_t>(
+                std::clamp(blurredRow[x] * strength, 0.0F, strength) * 65536.0F + 0.5F);
     }
     return image;
 }

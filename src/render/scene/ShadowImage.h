@@ -9,13 +9,14 @@
 
 namespace vantro::render {
 
-/// A canvas-sized plane of 8-bit alpha; its color is black. Top row first, rows back to back.
+/// A canvas-sized plane of alpha, 65536 for opaque; its color is black. Top row first, rows back to
+/// back. Finer than 8 bits, so that what it lies on is rounded only once.
 struct AlphaImage {
     int width = 0;
     int height = 0;
-    std::vector<std::uint8_t> alpha;
+    std::vector<std::uint16_t> alpha;
 
-    const std::uint8_t* row(int y) const {
+    const std::uint16_t* row(int y) const {
         return alpha.data() + static_cast<std::ptrdiff_t>(y) * width;
     }
 };

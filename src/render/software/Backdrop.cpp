@@ -53,37 +53,37 @@ void drawImage(const media::PixelBuffer& image, double scale, PixelSpan rows,
 void Backdrop::update(const Scene& scene, base::WorkerPool& workers) {
     const Scene::Background& background = *scene.background;
     Key key{background.color, background.picture, background.shadow};
-    if (m_bgra && key == m_key)
+    if (m_shown && key == m_key)
         return;
     m_key = std::move(key);
     m_i420IsCurrent = false;
     const auto [width, height] = scene.canvas;
-    if (!m_bgra || m_bgra->width() != width || m_bgra->height() != height) {
-        m_bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
-        m_i420.reset();
-    }
+    const auto bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     const AlphaImage& shadow = *m_shadow.imageFor(m_key.shadow);
     const int bands = (height + bandHeight - 1) / bandHeight;
     workers.forEach(static_cast<std::size_t>(bands), [&](std::size_t band, unsigned) {
         const int begin = static_cast<int>(band) * bandHeight;
         const PixelSpan rows{begin, std::min(begin + bandHeight, shadow.height)};
         if (m_key.picture)
-            drawImage(*m_key.picture, m_key.shadow.scale, rows, *m_bgra);
+            drawImage(*m_key.picture, m_key.shadow.scale, rows, *bgra);
         else
-            drawColor(m_key.color, rows, *m_bgra);
+            drawColor(m_key.color, rows, *bgra);
         for (int y = rows.begin; y < rows.end; ++y)
-            darken(shadow.row(y), shadow.width, m_bgra->mutableRow(0, y));
+            darken(shadow.row(y), shadow.width, bgra->mutableRow(0, y));
     });
+    m_shown = bgra;
 }
 
 const media::PixelBuffer& Backdrop::as(media::PixelFormat format) {
     if (format == media::PixelFormat::bgra)
-        return *m_bgra;
-    if (!m_i420)
-        m_i420 = media::PixelBuffer::allocate(media::PixelFormat::i420, m_bgra->width(),
-                                              m_bgra->height());
+        return *m_shown;
+    const bool fits =
+        m_i420 && m_i420->width() == m_shown->width() && m_i420->height() == m_shown->height();
+    if (!fits)
+        m_i420 = media::PixelBuffer::allocate(media::PixelFormat::i420, m_shown->width(),
+                                              m_shown->height());
     if (!m_i420IsCurrent)
-        media::color::convertBgraToI420(*m_bgra, *m_i420);
+        media::color::convertBgraToI420(*m_shown, *m_i420);
     m_i420IsCurrent = true;
     return *m_i420;
 }

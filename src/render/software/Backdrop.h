@@ -7,14 +7,16 @@
 
 namespace vantro::render::software {
 
-/// A frame's background with the shadow on it, opaque. Drawn once and kept while neither changes,
+/// A frame's background with the shadow on it, opaque: what both renderers lay under the recording.
+/// Drawn once and kept while neither changes,
 /// as BGRA for mixing and in the output's format for copying. One thread; works on the pool.
 class Backdrop {
   public:
     /// Draws that of a scene with a background, unless it is the one held.
     void update(const Scene& scene, base::WorkerPool& workers);
 
-    const media::PixelBuffer& bgra() const { return *m_bgra; }
+    /// Another pointer for another backdrop.
+    const ImagePointer& bgra() const { return m_shown; }
     const media::PixelBuffer& as(media::PixelFormat format);
 
   private:
@@ -27,7 +29,7 @@ class Backdrop {
 
     Key m_key;
     ShadowCache m_shadow;
-    std::shared_ptr<media::PixelBuffer> m_bgra;
+    ImagePointer m_shown;
     std::shared_ptr<media::PixelBuffer> m_i420;
     bool m_i420IsCurrent = false;
 };

@@ -184,20 +184,30 @@ void blendPremultipliedHere(const std::uint8_t* source, int count, std::uint8_t*
     });
 }
 
-void darkenHere(const std::uint8_t* alpha, int count, std::uint8_t* out) {
+void darkenHere(const std::uint16_t* alpha, int count, std::uint8_t* out) {
     const Pixels d;
-    const hn::Rebind<std::uint8_t, Pixels> narrow;
-    const auto opaque = hn::Set(d, 0xFF000000U);
-    std::array<std::uint8_t, HWY_MAX_BYTES> tail{};
+    const hn::Rebind<std::uint16_t, Pixels> narrow;
+    const auto byte = hn::Set(d, 0xFF);
+    std::array<std::uint16_t, HWY_MAX_BYTES / 2> tail{};
     const int lanes = static_cast<int>(hn::Lanes(d));
+    const auto half = hn::Set(d, 32768);
     forEachVector(count, out, [&](int x, std::uint8_t* target) HWY_ATTR {
-        const std::uint8_t* from = alpha + x;
+        const std::uint16_t* from = alpha + x;
         if (x + lanes > count) {
-            std::memcpy(tail.data(), from, static_cast<std::size_t>(count - x));
+            std::memcpy(tail.data(), from, static_cast<std::size_t>(count - x) * 2);
             from = tail.data();
         }
-        const auto share = transparency(hn::PromoteTo(d, hn::LoadU(narrow, from)));
-        storePixels(hn::Or(scaledPixels(loadPixels(target), share), opaque), target);
+        const auto share = hn::Sub(hn::Set(d, 65536), hn::PromoteTo(d, hn::LoadU(narrow, from)));
+        const auto pixels = loadPixels(target);
+        const auto darker = [&](hn::Vec<Pixels> channel) HWY_ATTR {
+            return hn::ShiftRight<16>(hn::Add(hn::Mul(channel, share), half));
+        };
+        const auto blue = darker(hn::And(pixels, byte));
+        const auto green = darker(hn::And(hn::ShiftRight<8>(pixels), byte));
+        const auto red = darker(hn::And(hn::ShiftRight<16>(pixels), byte));
+        storePixels(hn::Or(hn::Or(blue, hn::ShiftLeft<8>(green)),
+                           hn::Or(hn::ShiftLeft<16>(red), hn::Set(d, 0xFF000000U))),
+                    target);
     });
 }
 
@@ -240,7 +250,7 @@ void blendPremultiplied(const std::uint8_t* source, int count, std::uint8_t* out
     HWY_DYNAMIC_DISPATCH(blendPremultipliedHere)(source, count, out);
 }
 
-void darken(const std::uint8_t* alpha, int count, std::uint8_t* out) {
+void darken(const std::uint16_t* alpha, int count, std::uint8_t* out) {
     HWY_DYNAMIC_DISPATCH(darkenHere)(alpha, count, out);
 }
 

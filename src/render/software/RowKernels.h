@@ -44,8 +44,8 @@ void mixRows(const std::int16_t* upper, const std::int16_t* lower, std::int16_t 
 /// out = source + out × (1 − source alpha), for premultiplied source pixels.
 void blendPremultiplied(const std::uint8_t* source, int count, std::uint8_t* out);
 
-/// Lays black of the given 8-bit alphas over `count` opaque pixels.
-void darken(const std::uint8_t* alpha, int count, std::uint8_t* out);
+/// Lays black of the given alphas, 65536 for opaque, over `count` opaque pixels.
+void darken(const std::uint16_t* alpha, int count, std::uint8_t* out);
 
 /// The chosen instruction set, for people.
 std::string_view kernelTarget();

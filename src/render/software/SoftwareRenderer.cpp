@@ -39,7 +39,7 @@ class SoftwareRenderer final : public Renderer {
         TilePainter::Grounds grounds;
         if (plan.hasBackdrop) {
             m_backdrop.update(scene, m_workers);
-            grounds = {&m_backdrop.bgra(),
+            grounds = {m_backdrop.bgra().get(),
                        plan.backdropX ? nullptr : &m_backdrop.as(output.format())};
         } else if (plan.recordingIsCopy() && holdsSamePixels(*source, output)) {
             grounds.still = source;

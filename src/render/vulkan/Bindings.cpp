@@ -10,7 +10,7 @@
 namespace vantro::render::vulkan {
 namespace {
 
-// A frame has seven pictures, one set of planes and one conversion; while one is replaced, its
+// A frame has six pictures, one set of planes and one conversion; while one is replaced, its
 // forerunner still lives.
 constexpr std::uint32_t mostSets = 16;
 

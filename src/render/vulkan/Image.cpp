@@ -49,9 +49,6 @@ VkImageView createView(VkDevice device, VkImage image, Image::Content content) {
     info.format = formatFor(content);
     if (content == Image::Content::opaque)
         info.components.a = VK_COMPONENT_SWIZZLE_ONE;
-    if (content == Image::Content::alpha)
-        info.components = {VK_COMPONENT_SWIZZLE_ZERO, VK_COMPONENT_SWIZZLE_ZERO,
-                           VK_COMPONENT_SWIZZLE_ZERO, VK_COMPONENT_SWIZZLE_R};
     info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
     VkImageView view = VK_NULL_HANDLE;
     check(vkCreateImageView(device, &info, nullptr, &view), "creating a texture's view");

@@ -18,7 +18,6 @@ class Image {
         color,  ///< four channels, blue first
         opaque, ///< the same with its alpha ignored
         plane,  ///< one channel, sampled as red
-        alpha,  ///< one channel, sampled as black with that alpha
     };
     /// The format of colored pictures, which every render pass draws into.
     static constexpr VkFormat colorFormat = VK_FORMAT_B8G8R8A8_UNORM;

@@ -28,16 +28,6 @@ void PictureTexture::hold(const Context& context, Commands& commands,
     m_held = picture;
 }
 
-void PictureTexture::hold(const Context& context, Commands& commands,
-                          const std::shared_ptr<const AlphaImage>& picture) {
-    if (m_held == picture)
-        return;
-    send(context, commands, Image::Content::alpha, picture->width,
-         {picture->alpha.data(), picture->width, static_cast<std::size_t>(picture->width),
-          picture->height});
-    m_held = picture;
-}
-
 void PictureTexture::send(const Context& context, Commands& commands, Image::Content content,
                           int width, const PlanePixels& pixels) {
     if (!m_image.isSized(width, pixels.rows)) {

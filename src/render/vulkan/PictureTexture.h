@@ -1,7 +1,6 @@
 #pragma once
 
 #include "media/values/PixelBuffer.h"
-#include "render/scene/ShadowImage.h"
 #include "render/vulkan/Commands.h"
 #include "render/vulkan/Context.h"
 
@@ -34,12 +33,10 @@ class PictureTexture {
     };
     explicit PictureTexture(Changes changes) : m_changes(changes) {}
 
-    /// Records the upload of a picture, unless it is the one held: a bgra one, which may be taken
-    /// as opaque whatever its alpha says, or alpha alone. One texture holds only one of the three.
+    /// Records the upload of a bgra picture, unless it is the one held. It may be taken as opaque
+    /// whatever its alpha says; one texture holds either kind only.
     void hold(const Context& context, Commands& commands,
               const std::shared_ptr<const media::PixelBuffer>& picture, bool opaque = false);
-    void hold(const Context& context, Commands& commands,
-              const std::shared_ptr<const AlphaImage>& picture);
     /// Call when the GPU is done with the frame.
     void frameDone();
 

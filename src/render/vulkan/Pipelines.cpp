@@ -140,7 +140,7 @@ PipelineHandle createCompute(VkDevice device, VkPipelineLayout layout, shaders::
 
 Pipelines::Pipelines(const Device& device, const Bindings& bindings, const RenderPasses& passes) {
     const std::array<shaders::Program, pipelineKinds> programs{
-        shaders::fragmentSolidColor(), shaders::fragmentTexture(), shaders::fragmentRoundedRect(),
+        shaders::fragmentTexture(), shaders::fragmentRoundedRect(),
         shaders::fragmentRoundedRectCropped(), shaders::fragmentZoomSample()};
     for (std::size_t kind = 0; kind < pipelineKinds; ++kind) {
         Pipeline& pipeline = m_drawing[kind];

@@ -7,8 +7,8 @@
 namespace vantro::render::vulkan {
 namespace {
 
-// Scene, output and the conversion of the source.
-constexpr std::size_t mostQuads = QuadList::capacity * 2 + 1;
+// A frame's, and the conversion of the source.
+constexpr std::size_t mostQuads = QuadList::capacity + 1;
 constexpr std::size_t quadVertices = 6;
 constexpr std::size_t quadBytes = quadVertices * sizeof(QuadVertex);
 
@@ -61,9 +61,8 @@ void QuadPainter::drawQuad(const Pipeline& pipeline, std::span<const QuadVertex>
     const VkBuffer buffer = m_vertices.get();
     vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle.get());
     vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
-    if (bindings != VK_NULL_HANDLE)
-        vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.layout.get(), 0,
-                                1, &bindings, 0, nullptr);
+    vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.layout.get(), 0, 1,
+                            &bindings, 0, nullptr);
     vkCmdPushConstants(commands, pipeline.layout.get(), VK_SHADER_STAGE_FRAGMENT_BIT, 0,
                        static_cast<std::uint32_t>(uniforms.size()), uniforms.data());
     vkCmdDraw(commands, quadVertices, 1, 0, 0);

@@ -21,7 +21,7 @@ class QuadPainter {
     /// Clears the target and opens a pass over the whole of it; what the target is ready for
     /// afterwards depends on the pass. Quads are then drawn into it until endPass.
     void beginPass(VkRenderPass pass, const RenderTarget& target);
-    /// `picture` holds what the quad's shader samples; none for a solid color.
+    /// `picture` holds what the quad's shader samples.
     void draw(const QuadDraw& quad, VkDescriptorSet picture);
     /// Fills the target with the picture that `planes` make up.
     void drawPlanes(const PlaneConversion& conversion, VkDescriptorSet planes);

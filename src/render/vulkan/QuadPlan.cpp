@@ -55,17 +55,9 @@ QuadDraw roundedQuad(PipelineKind pipeline, PictureRole picture, const PictureLa
 }
 
 void addBackdrop(QuadList& list, const Scene& scene) {
-    const Scene::Background& background = *scene.background;
-    if (background.picture) {
-        list.add(wholeCanvas(PipelineKind::texture, PictureRole::background, scene.canvas));
-    } else {
-        QuadDraw draw = wholeCanvas(PipelineKind::solidColor, PictureRole::none, scene.canvas);
-        draw.uniforms.color = {static_cast<float>(background.color.red),
-                               static_cast<float>(background.color.green),
-                               static_cast<float>(background.color.blue), 1};
-        list.add(draw);
-    }
-    list.add(wholeCanvas(PipelineKind::texture, PictureRole::shadow, scene.canvas));
+    QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::backdrop, scene.canvas);
+    setPart(draw, scene.background->shown, scene.canvas);
+    list.add(draw);
 }
 
 void addRecording(QuadList& list, const Scene& scene) {
@@ -80,19 +72,6 @@ void addRecording(QuadList& list, const Scene& scene) {
     }
 }
 
-/// The backdrop by itself where the output shows a part of it only.
-void addBackground(QuadPlan& plan, const Scene& scene) {
-    const PixelRect& shown = scene.background->shown;
-    if (shown == PixelRect::whole(scene.canvas)) {
-        addBackdrop(plan.output, scene);
-        return;
-    }
-    addBackdrop(plan.backdrop, scene);
-    QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::backdrop, scene.canvas);
-    setPart(draw, shown, scene.canvas);
-    plan.output.add(draw);
-}
-
 } // namespace
 
 void QuadList::add(const QuadDraw& draw) {
@@ -102,24 +81,23 @@ void QuadList::add(const QuadDraw& draw) {
 
 void QuadList::setScale(double scale) {
     for (QuadDraw& draw : std::span(m_draws).first(m_count))
-        if (draw.picture != PictureRole::backdrop && draw.picture != PictureRole::shadow)
+        if (draw.picture != PictureRole::backdrop)
             draw.uniforms.scale = static_cast<float>(scale);
 }
 
-QuadPlan planQuads(const Scene& scene) {
-    QuadPlan plan;
+QuadList planQuads(const Scene& scene) {
+    QuadList list;
     if (scene.background)
-        addBackground(plan, scene);
-    addRecording(plan.output, scene);
+        addBackdrop(list, scene);
+    addRecording(list, scene);
     if (scene.cursor)
-        plan.output.add(
+        list.add(
             quad(PipelineKind::texture, PictureRole::cursor, scene.cursor->place, scene.canvas));
     if (scene.webcam)
-        plan.output.add(roundedQuad(PipelineKind::roundedRectCropped, PictureRole::webcam,
-                                    *scene.webcam, scene.canvas));
-    plan.backdrop.setScale(scene.scale);
-    plan.output.setScale(scene.scale);
-    return plan;
+        list.add(roundedQuad(PipelineKind::roundedRectCropped, PictureRole::webcam, *scene.webcam,
+                             scene.canvas));
+    list.setScale(scene.scale);
+    return list;
 }
 
 } // namespace vantro::render::vulkan

@@ -8,7 +8,6 @@ namespace {
 #include "fragment_convert_i420.h"
 #include "fragment_rounded_rect.h"
 #include "fragment_rounded_rect_cropped.h"
-#include "fragment_solid_color.h"
 #include "fragment_texture.h"
 #include "fragment_zoom_sample.h"
 #include "vertex_passthrough.h"
@@ -17,9 +16,6 @@ namespace {
 
 Program vertexPassthrough() {
     return vertex_passthrough;
-}
-Program fragmentSolidColor() {
-    return fragment_solid_color;
 }
 Program fragmentTexture() {
     return fragment_texture;

@@ -9,7 +9,6 @@ namespace vantro::render::vulkan::shaders {
 using Program = std::span<const std::uint32_t>;
 
 Program vertexPassthrough();
-Program fragmentSolidColor();
 Program fragmentTexture();
 Program fragmentRoundedRect();
 Program fragmentRoundedRectCropped();

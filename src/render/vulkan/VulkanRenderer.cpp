@@ -2,7 +2,8 @@
 
 #include "base/Fatal.h"
 #include "base/Log.h"
-#include "render/scene/ShadowImage.h"
+#include "base/WorkerPool.h"
+#include "render/software/Backdrop.h"
 #include "render/vulkan/OutputPicture.h"
 #include "render/vulkan/PictureTexture.h"
 #include "render/vulkan/QuadPlan.h"
@@ -30,39 +31,32 @@ struct VulkanRenderer::State {
 
     Context context;
     std::string description;
-    ShadowCache shadows;
+    base::WorkerPool workers{1}; ///< draws the backdrop, which seldom changes, on this thread
+    software::Backdrop drawnBackdrop;
     Commands commands;
     QuadPainter painter;
     SourceTexture recording;
-    PictureTexture background{PictureTexture::Changes::rarely};
-    PictureTexture shadow{PictureTexture::Changes::rarely};
+    PictureTexture backdrop{PictureTexture::Changes::rarely};
     PictureTexture cursor{PictureTexture::Changes::rarely};
     PictureTexture webcam{PictureTexture::Changes::often};
-    RenderTarget backdrop; ///< where the output shows a part of it
     OutputPicture output;
     bool failed = false;
 };
 
 void VulkanRenderer::State::draw(const Scene& scene, media::PixelBuffer& finished) {
-    const QuadPlan plan = planQuads(scene);
+    const QuadList quads = planQuads(scene);
     const auto [width, height] = scene.canvas;
     output.prepare(context, finished.format(), width, height);
-    const bool inTwoPasses = !plan.backdrop.draws().empty();
-    if (inTwoPasses && !backdrop.isSized(width, height))
-        backdrop = RenderTarget(context.device, context.bindings, context.passes, width, height);
 
     commands.begin();
     painter.beginFrame();
-    for (const QuadList* quads : {&plan.backdrop, &plan.output})
-        for (const QuadDraw& quad : quads->draws())
-            bring(scene, quad.picture);
-    if (inTwoPasses)
-        drawPass(context.passes.thenSampled(), backdrop, plan.backdrop);
-    drawPass(output.pass(context), output.target(), plan.output);
+    for (const QuadDraw& quad : quads.draws())
+        bring(scene, quad.picture);
+    drawPass(output.pass(context), output.target(), quads);
     output.recordReturn(context, commands);
     commands.submitAndWait();
 
-    for (PictureTexture* picture : {&background, &shadow, &cursor, &webcam})
+    for (PictureTexture* picture : {&backdrop, &cursor, &webcam})
         picture->frameDone();
     output.copyTo(finished);
 }
@@ -72,20 +66,15 @@ void VulkanRenderer::State::bring(const Scene& scene, PictureRole role) {
     case PictureRole::recording:
         recording.hold(context, commands, painter, scene.recording.picture);
         break;
-    case PictureRole::background:
-        background.hold(context, commands, scene.background->picture);
-        break;
-    case PictureRole::shadow:
-        shadow.hold(context, commands, shadows.imageFor(scene.background->shadow));
+    case PictureRole::backdrop:
+        drawnBackdrop.update(scene, workers);
+        backdrop.hold(context, commands, drawnBackdrop.bgra());
         break;
     case PictureRole::cursor:
         cursor.hold(context, commands, scene.cursor->picture);
         break;
     case PictureRole::webcam:
         webcam.hold(context, commands, scene.webcam->picture);
-        break;
-    case PictureRole::none:
-    case PictureRole::backdrop:
         break;
     }
 }
@@ -94,18 +83,12 @@ VkDescriptorSet VulkanRenderer::State::bindingsFor(PictureRole role) const {
     switch (role) {
     case PictureRole::recording:
         return recording.bindings();
-    case PictureRole::background:
-        return background.bindings();
-    case PictureRole::shadow:
-        return shadow.bindings();
     case PictureRole::cursor:
         return cursor.bindings();
     case PictureRole::webcam:
         return webcam.bindings();
     case PictureRole::backdrop:
         return backdrop.bindings();
-    case PictureRole::none:
-        break;
     }
     return VK_NULL_HANDLE;
 }

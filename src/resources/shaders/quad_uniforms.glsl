@@ -1,13 +1,11 @@
-// The 64-byte block that every quad's fragment stage is given. Pixels are the canvas's, y from the
+// The block that every quad's fragment stage is given. Pixels are the canvas's, y from the
 // top, which is how gl_FragCoord counts.
 layout(push_constant, std430) uniform QuadUniforms {
-    vec4 color;         // straight alpha
     vec4 rectangle;     // x, y, width, height in canvas pixels
     float cornerRadius; // canvas pixels
     float scale;        // output pixels a pixel of the film
-    vec2 origin; // where sampling starts, texture coordinates
-    vec2 size;   // how far sampling reaches, texture coordinates
-    vec2 unused1;
+    vec2 origin;        // where sampling starts, texture coordinates
+    vec2 size;          // how far sampling reaches, texture coordinates
 } quad;
 
 // Where in the rectangle this pixel's center lies, 0 to 1 in both directions. Taken from the pixel
