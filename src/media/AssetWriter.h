@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/OutputFile.h"
 #include "media/values/AudioBuffer.h"
 #include "media/values/MediaTime.h"
 #include "media/values/VideoFrame.h"
@@ -59,8 +60,9 @@ class AssetWriter {
     /// track that cannot be encoded ends there; the movie goes on without it.
     bool appendAudio(std::size_t track, AudioBuffer buffer);
 
-    /// Marks the video as finished, writes what is queued and closes the file. Throws MediaError.
-    void finish(std::optional<MediaTime> endTime = {});
+    /// Marks the video as finished, writes what is queued and closes the file. False when it was
+    /// cancelled before the file had appeared: then it is as after `cancel`. Throws MediaError.
+    bool finish(std::optional<MediaTime> endTime = {}, const base::Finishing& finishing = {});
     /// Ends at once and removes the file.
     void cancel();
 

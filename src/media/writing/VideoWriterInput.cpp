@@ -71,9 +71,14 @@ void VideoWriterInput::finish() {
         std::rethrow_exception(failure);
 }
 
-void VideoWriterInput::cancel() {
+void VideoWriterInput::abandon() {
     m_cancelled = true;
     m_queue.abandon();
+    m_pace.release();
+}
+
+void VideoWriterInput::cancel() {
+    abandon();
     if (m_thread.joinable())
         m_thread.join();
 }
@@ -91,7 +96,8 @@ void VideoWriterInput::run() {
         if (!m_cancelled)
             finishTrack();
     } catch (const std::exception& error) {
-        base::logError("Writing the movie failed: {}", error.what());
+        if (!m_cancelled)
+            base::logError("Writing the movie failed: {}", error.what());
         m_failure.with([](auto& value) { value = std::current_exception(); });
         m_failed = true;
         m_queue.abandon();
@@ -141,6 +147,8 @@ std::int64_t VideoWriterInput::nominalDuration(const VideoFrame& frame) const {
 }
 
 void VideoWriterInput::take(av::EncodedPacket& packet) {
+    if (m_cancelled)
+        throw MediaError("Cancelled"); // an encoder may hold back seconds of work
     if (!m_held.isEmpty())
         writeHeld(packet.decodedAt() - m_held.decodedAt());
     m_held.take(packet);
