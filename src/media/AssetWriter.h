@@ -18,10 +18,10 @@ namespace vantro::media {
 /// Encodes and writes one movie file: pictures, and any number of sound tracks.
 ///
 /// Lifecycle: constructed → startWriting → startSession → append … → finish or cancel. Encoding
-/// runs on threads of the writer's own, one a track, behind a queue of 8 frames or 64 pieces of
-/// sound. A write or encode that fails makes the writer failed: appending then returns false and
-/// finish throws the reason. Each track is appended to by one thread; the other calls come from any
-/// one thread while nobody appends.
+/// runs on threads of the writer's own, one a track, behind a queue of 8 frames (4 of what
+/// is not live) or 64 pieces of sound. A write or encode that fails makes the writer failed:
+/// appending then returns false and finish throws the reason. Each track is appended to by one
+/// thread; the other calls come from any one thread while nobody appends.
 ///
 /// An mpeg4 file appears under its name when finished, whole and synced; a quickTimeMovie grows
 /// under its own name, because a recording under way must survive the program.

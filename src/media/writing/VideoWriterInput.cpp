@@ -15,6 +15,8 @@ namespace {
 
 // A live source that stalls for longer than this many frames drops some; each holds a picture.
 constexpr std::size_t queuedFrames = 8;
+// Enough to keep an encoder busy while a frame is composed.
+constexpr std::size_t queuedFramesOffline = 4;
 // What is held back is lost when the program is killed; longer than frames of a busy screen are
 // apart, so that it happens on calm ones only.
 constexpr auto longestHeld = std::chrono::milliseconds(50);
@@ -28,7 +30,7 @@ VideoWriterInput::VideoWriterInput(const VideoSettings& settings, av::MovieMuxer
     , m_pace(pace)
     , m_encoder(settings)
     , m_track(muxer.addTrack(m_encoder.context()))
-    , m_queue(queuedFrames)
+    , m_queue(settings.expectsRealTime ? queuedFrames : queuedFramesOffline)
     , m_pictures(PixelFormat::i420, settings.width, settings.height) {}
 
 VideoWriterInput::~VideoWriterInput() {
