@@ -1,9 +1,22 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <span>
+#include <stop_token>
 
 namespace vantro::base {
+
+/// How somebody follows the finishing of a file, and can give it up.
+struct Finishing {
+    std::stop_token cancelled{};
+    /// Is told how much is done, 0 to 1, ascending, on the thread that finishes.
+    std::function<void(double fraction)> progress{};
+
+    /// The part of the work from `from` to `to`.
+    Finishing part(double from, double to) const;
+    void report(double fraction) const;
+};
 
 /// A file that appears under its name only when it is whole.
 ///
@@ -20,7 +33,8 @@ class OutputFile {
 
     const std::filesystem::path& target() const { return m_target; }
     const std::filesystem::path& temporaryPath() const { return m_temporary; }
-    void commit();
+    /// False when it was cancelled before the rename; nothing has happened to the target then.
+    bool commit(const Finishing& finishing = {});
 
   private:
     std::filesystem::path m_target;

@@ -14,6 +14,8 @@ namespace {
 // Far above what a screen needs at 60 frames a second: the editor works on this movie, so what is
 // lost here shows in every export.
 constexpr std::int64_t videoBitRate = 50'000'000;
+// An exact seek decodes half of this on average.
+constexpr double keyframeInterval = 0.5; // seconds
 constexpr double expectedFrameRate = 60;
 constexpr std::int64_t metadataFrameRate = 60;
 
@@ -132,6 +134,7 @@ void RecordingSession::openWriter(std::size_t sounds) {
                                         .height = m_target.height,
                                         .averageBitRate = videoBitRate,
                                         .expectedFrameRate = expectedFrameRate,
+                                        .keyframeInterval = keyframeInterval,
                                         .expectsRealTime = true};
     try {
         m_writer = std::make_unique<media::AssetWriter>(

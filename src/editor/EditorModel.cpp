@@ -67,6 +67,10 @@ QStringList EditorModel::resolutions() const {
     return labels;
 }
 
+QStringList EditorModel::qualities() const {
+    return {tr("Fast export"), tr("Balanced"), tr("Small file")};
+}
+
 bool EditorModel::exporting() const {
     return m_flows.exports.isRunning();
 }
@@ -83,11 +87,12 @@ bool EditorModel::hasFixedSize(int format) const {
     return format == static_cast<int>(app::flows::ExportFormat::gif);
 }
 
-void EditorModel::exportRecording(int format, int resolution) {
+void EditorModel::exportRecording(int format, int resolution, int quality) {
     setNotice({});
     m_flows.exports.exportRecording(
         app::flows::allExportFormats.at(static_cast<std::size_t>(format)),
-        exporting::allExportResolutions.at(static_cast<std::size_t>(resolution)));
+        exporting::allExportResolutions.at(static_cast<std::size_t>(resolution)),
+        media::allVideoQualities.at(static_cast<std::size_t>(quality)));
 }
 
 void EditorModel::cancelExport() {

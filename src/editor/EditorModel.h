@@ -22,6 +22,7 @@ class EditorModel : public QObject {
     Q_PROPERTY(vantro::editor::EditorPreview* preview READ preview CONSTANT)
     Q_PROPERTY(QStringList formats READ formats CONSTANT)
     Q_PROPERTY(QStringList resolutions READ resolutions CONSTANT)
+    Q_PROPERTY(QStringList qualities READ qualities CONSTANT)
     Q_PROPERTY(bool exporting READ exporting NOTIFY exportChanged)
     Q_PROPERTY(double progress READ progress NOTIFY exportChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY exportChanged)
@@ -36,16 +37,17 @@ class EditorModel : public QObject {
     EditorPreview* preview() { return &m_preview; }
     QStringList formats() const;
     QStringList resolutions() const;
+    QStringList qualities() const;
     bool exporting() const;
     double progress() const { return m_state.phase().progress; }
     QString progressText() const;
     bool working() const;
     const QString& notice() const { return m_notice; }
 
-    /// Whether this format has a size of its own instead of a chosen resolution.
+    /// Whether this format has a size and a quality of its own instead of chosen ones.
     Q_INVOKABLE bool hasFixedSize(int format) const;
-    /// Indices into formats and resolutions.
-    Q_INVOKABLE void exportRecording(int format, int resolution);
+    /// Indices into formats, resolutions and qualities.
+    Q_INVOKABLE void exportRecording(int format, int resolution, int quality);
     Q_INVOKABLE void cancelExport();
     Q_INVOKABLE void newRecording();
     Q_INVOKABLE void openProject();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/OutputFile.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -8,9 +10,15 @@ namespace vantro::exporting {
 
 enum class ExportOutcome { finished, cancelled };
 
-/// Called with the fraction done, 0 to 1, once for each whole percent, on the thread that called
-/// the exporter.
+/// Called with the fraction done, 0 to 1, once for each whole percent and in finer steps while the
+/// file is finished, on the thread that called the exporter.
 using ExportProgress = std::function<void(double fraction)>;
+
+/// The last percent of an export: when all frames are composed, the file is finished.
+inline base::Finishing whileFinishing(const std::stop_token& cancelled,
+                                      const ExportProgress& progress) {
+    return base::Finishing{cancelled, progress}.part(0.99, 1);
+}
 
 /// What an export wrote, for people and logs.
 struct ExportSummary {

@@ -67,11 +67,8 @@ ExportSummary GifExporter::run(render::MovieSession& session, const std::filesys
                .run = [&](ProgressMailbox& mailbox) { transfer.run(mailbox); },
                .stop = [&] { transfer.reader.cancel(); }}},
              progress);
-    if (cancelled.stop_requested()) {
-        transfer.writer.cancel();
+    if (cancelled.stop_requested() || !transfer.writer.finish(whileFinishing(cancelled, progress)))
         return {.outcome = ExportOutcome::cancelled};
-    }
-    transfer.writer.finish();
     return transfer.summary;
 } catch (const media::MediaError& error) {
     throw model::VantroError(model::VantroError::Kind::exportFailed, error.what());

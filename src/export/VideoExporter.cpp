@@ -35,25 +35,27 @@ croppedToEven(std::shared_ptr<const media::PixelBuffer> pixels) {
 }
 
 media::VideoSettings encoderSettings(const media::VideoComposition& video,
-                                     media::VideoEncoderChoice encoder) {
+                                     media::VideoEncoderChoice encoder,
+                                     media::VideoQuality quality) {
     return {.width = video.renderWidth & ~1,
             .height = video.renderHeight & ~1,
             .averageBitRate = averageBitRate,
             .expectedFrameRate = 1 / video.frameDuration.seconds(),
-            .encoder = encoder};
+            .encoder = encoder,
+            .quality = quality};
 }
 
 /// The readers and the writer of one export, and the pumps between them.
 class Transfer {
   public:
     Transfer(const media::Composition& composition, const media::VideoComposition& video,
-             const std::filesystem::path& output, media::VideoEncoderChoice encoder,
+             const std::filesystem::path& output, const media::VideoSettings& settings,
              bool toleratesDamage)
         : m_toleratesDamage(toleratesDamage)
         , m_duration(composition.duration())
         , m_video(composition, video, media::PixelFormat::i420)
         , m_audio(audioReader(composition))
-        , m_writer(output, media::FileType::mpeg4, encoderSettings(video, encoder),
+        , m_writer(output, media::FileType::mpeg4, settings,
                    m_audio ? std::vector{audioSettings} : std::vector<media::AudioSettings>{}) {
         m_writer.startWriting();
         m_writer.startSession(media::MediaTime{});
@@ -155,18 +157,16 @@ ExportSummary VideoExporter::run(render::MovieSession& session, ExportResolution
     const auto recorded = static_cast<int>(session.recording().metadata().frameRate);
     const auto video = session.video(session.canvas(baseSize(resolution, session.videoSize())),
                                      m_frameRate.value_or(recorded));
-    Transfer transfer(session.composition(), video, output, m_encoder, m_toleratesDamage);
+    const auto settings = encoderSettings(video, m_encoder, m_quality);
+    Transfer transfer(session.composition(), video, output, settings, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);
     media::AssetWriter& writer = transfer.writer();
-    if (cancelled.stop_requested()) {
-        writer.cancel();
+    if (cancelled.stop_requested() || !writer.finish({}, whileFinishing(cancelled, progress)))
         return {.outcome = ExportOutcome::cancelled};
-    }
-    writer.finish();
     return {.outcome = ExportOutcome::finished,
-            .width = video.renderWidth & ~1,
-            .height = video.renderHeight & ~1,
+            .width = settings.width,
+            .height = settings.height,
             .frameCount = writer.frameCount(),
             .duration = transfer.writtenDuration().seconds(),
             .encoder = writer.encoderName(),

@@ -3,6 +3,7 @@
 #include "export/ExportResolution.h"
 #include "export/ExportSummary.h"
 #include "media/values/VideoEncoderChoice.h"
+#include "media/values/VideoQuality.h"
 #include "render/MovieSession.h"
 
 #include <filesystem>
@@ -11,8 +12,9 @@
 
 namespace vantro::exporting {
 
-/// Writes the film as an MPEG-4 file: H.264 High at 20 Mbit/s, constant frame rate, and
-/// where the recording has sound, all of it mixed as AAC at 128 kbit/s.
+/// Writes the film as an MPEG-4 file: H.264 High at 20 Mbit/s, or at most that where a small file
+/// is wanted, constant frame rate, and where the recording has sound, all of it mixed as AAC at
+/// 128 kbit/s.
 ///
 /// Decoding, composing and encoding run at the same time on threads of their own, joined by bounded
 /// queues. The file appears under `output` only when it is whole; a failed or cancelled export
@@ -26,6 +28,8 @@ class VideoExporter {
     /// What encodes; one that cannot be had here is an error. One that fails on the way is not:
     /// libx264 goes on.
     void setEncoder(media::VideoEncoderChoice encoder) { m_encoder = encoder; }
+    /// fast unless set.
+    void setQuality(media::VideoQuality quality) { m_quality = quality; }
 
     ExportSummary run(render::MovieSession& session, ExportResolution resolution,
                       const std::filesystem::path& output, const ExportProgress& progress,
@@ -35,6 +39,7 @@ class VideoExporter {
     std::optional<int> m_frameRate;
     bool m_toleratesDamage = false;
     media::VideoEncoderChoice m_encoder = media::VideoEncoderChoice::automatic;
+    media::VideoQuality m_quality = media::VideoQuality::fast;
 };
 
 } // namespace vantro::exporting

@@ -80,6 +80,29 @@ struct AssetWriter::Implementation {
         state = to;
     }
 
+    /// Waits until the encoders have given back what they held.
+    void drain(const base::Finishing& finishing) {
+        const std::stop_callback abandoning(finishing.cancelled, [this] {
+            video->abandon();
+            for (auto& track : audio)
+                track.abandon();
+        });
+        const auto first = pace.waitBeyond({-1, 1});
+        const auto last = video->lastAppended();
+        for (auto now = first; now && last && *last > *first; now = pace.waitBeyond(*now))
+            finishing.report(
+                std::clamp((*now - *first).seconds() / (*last - *first).seconds(), 0.0, 1.0));
+        video->finish();
+        for (auto& track : audio)
+            track.finish();
+    }
+
+    /// Gives the file its name.
+    bool commit(const base::Finishing& finishing) {
+        return !replacement ||
+               reportingAsMediaError(output, [&] { return replacement->commit(finishing); });
+    }
+
     std::int64_t framesWritten = 0; ///< once the input is gone
     std::string encoderName;        ///< once its work is done
 
@@ -152,25 +175,29 @@ bool AssetWriter::appendAudio(std::size_t track, AudioBuffer buffer) {
            m_implementation->audio.at(track).append(std::move(buffer));
 }
 
-void AssetWriter::finish(std::optional<MediaTime> endTime) {
+bool AssetWriter::finish(std::optional<MediaTime> endTime, const base::Finishing& finishing) {
     auto& self = *m_implementation;
     self.advance(State::inSession, State::finished);
+    const auto isCancelled = [&] { return finishing.cancelled.stop_requested(); };
+    bool isThere = false;
     try {
         self.video->markAsFinished(endTime);
-        self.video->finish();
+        self.drain(finishing.part(0, 0.5));
         self.encoderName = self.video->encoderName();
-        for (auto& track : self.audio)
-            track.finish();
-        self.muxer->finish();
-        if (self.replacement)
-            reportingAsMediaError(self.output, [&self] { self.replacement->commit(); });
+        self.muxer->finish(finishing.part(0.5, 0.75));
+        isThere = !isCancelled() && self.commit(finishing.part(0.75, 1));
     } catch (...) {
         self.closeFile(); // a recording's file stays: what was written may be all there is
-        if (self.framesWritten == 0)
+        if (self.framesWritten == 0 || isCancelled())
             self.removeFile();
-        throw;
+        if (!isCancelled())
+            throw;
+        return false;
     }
     self.closeFile();
+    if (!isThere)
+        self.removeFile();
+    return isThere;
 }
 
 void AssetWriter::cancel() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/OutputFile.h"
 #include "media/values/AudioBuffer.h"
 #include "media/values/MediaTime.h"
 #include "media/values/VideoFrame.h"
@@ -17,10 +18,10 @@ namespace vantro::media {
 /// Encodes and writes one movie file: pictures, and any number of sound tracks.
 ///
 /// Lifecycle: constructed → startWriting → startSession → append … → finish or cancel. Encoding
-/// runs on threads of the writer's own, one a track, behind a queue of 8 frames or 64 pieces of
-/// sound. A write or encode that fails makes the writer failed: appending then returns false and
-/// finish throws the reason. Each track is appended to by one thread; the other calls come from any
-/// one thread while nobody appends.
+/// runs on threads of the writer's own, one a track, behind a queue of 8 frames (4 of what
+/// is not live) or 64 pieces of sound. A write or encode that fails makes the writer failed:
+/// appending then returns false and finish throws the reason. Each track is appended to by one
+/// thread; the other calls come from any one thread while nobody appends.
 ///
 /// An mpeg4 file appears under its name when finished, whole and synced; a quickTimeMovie grows
 /// under its own name, because a recording under way must survive the program.
@@ -59,8 +60,9 @@ class AssetWriter {
     /// track that cannot be encoded ends there; the movie goes on without it.
     bool appendAudio(std::size_t track, AudioBuffer buffer);
 
-    /// Marks the video as finished, writes what is queued and closes the file. Throws MediaError.
-    void finish(std::optional<MediaTime> endTime = {});
+    /// Marks the video as finished, writes what is queued and closes the file. False when it was
+    /// cancelled before the file had appeared: then it is as after `cancel`. Throws MediaError.
+    bool finish(std::optional<MediaTime> endTime = {}, const base::Finishing& finishing = {});
     /// Ends at once and removes the file.
     void cancel();
 

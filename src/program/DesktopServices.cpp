@@ -66,10 +66,13 @@ void runExport(const app::flows::ExportJob& job,
                const std::stop_token& cancelled) {
     render::MovieSession session(job.recording, job.edit,
                                  render::makeRenderer(render::RendererChoice::automatic));
-    if (job.format == app::flows::ExportFormat::gif)
+    if (job.format == app::flows::ExportFormat::gif) {
         exporting::GifExporter().run(session, job.output, progress, cancelled);
-    else
-        exporting::VideoExporter().run(session, job.resolution, job.output, progress, cancelled);
+        return;
+    }
+    exporting::VideoExporter exporter;
+    exporter.setQuality(job.quality);
+    exporter.run(session, job.resolution, job.output, progress, cancelled);
 }
 
 std::unique_ptr<render::MovieSession> openMovie(const model::Recording& recording,

@@ -31,6 +31,19 @@ TEST_F(ExportCommand, ExportsAPartAtAnotherRate) {
         EXPECT_EQ(test::vantro(command + " " + wrong).exitCode, 2) << wrong;
 }
 
+TEST_F(ExportCommand, WritesTheHighProfileInEachQuality) {
+    const auto command = "export --force --encoder libx264 " + path("sample.vantro") +
+                         " --output " + path("film.mp4") + " --quality ";
+    for (const auto* quality : {"fast", "balanced", "small"}) {
+        const auto exported = test::vantro(command + quality);
+        ASSERT_EQ(exported.exitCode, 0) << exported.output;
+        const auto stream = test::probe(folder / "film.mp4")["streams"][0];
+        EXPECT_EQ(stream["profile"], "High") << quality;
+        EXPECT_EQ(stream["nb_read_frames"], "60") << quality;
+    }
+    EXPECT_EQ(test::vantro(command + "best").exitCode, 2);
+}
+
 TEST_F(ExportCommand, ExportsSeveralProjectsAndSumsUp) {
     save("second.vantro");
     std::filesystem::create_directory(folder / "out");
@@ -52,7 +65,8 @@ TEST_F(ExportCommand, MakesGifsAtTheRateAskedFor) {
     EXPECT_THAT(quick.output, HasSubstr(R"("frames":38,"duration":1.5)"));
     EXPECT_NEAR(std::stod(test::probe(folder / "a.gif")["format"]["duration"].get<std::string>()),
                 1.52, 0.011);
-    for (const auto* wrong : {"--fps 60", "--format mp4", "--format avi", "--encoder libx264"})
+    for (const auto* wrong :
+         {"--fps 60", "--format mp4", "--format avi", "--encoder libx264", "--quality small"})
         EXPECT_EQ(test::vantro(command + " --force " + wrong).exitCode, 2) << wrong;
 }
 

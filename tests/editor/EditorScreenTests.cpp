@@ -159,10 +159,11 @@ TEST_F(EditorScreenTest, ASilentMovieHasNoSoundToTurnOffAndMutingIsNoEdit) {
     EXPECT_FALSE(state.document().isModified());
 }
 
-TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
+TEST_F(EditorScreenTest, ExportsInTheChosenFormatResolutionAndQuality) {
     showEditor();
     click("export");
     item("exportResolution").setProperty("currentIndex", 2);
+    item("exportQuality").setProperty("currentIndex", 2);
     click("exportNow");
     EXPECT_EQ(panels.kind, app::flows::PanelKind::saveMovie);
     panels.answer("/tmp/demo.mp4");
@@ -170,6 +171,7 @@ TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
     click("export");
     item("exportFormat").setProperty("currentIndex", 1);
     EXPECT_FALSE(item("exportResolution").isEnabled()) << "a GIF has a size of its own";
+    EXPECT_FALSE(item("exportQuality").isEnabled());
     click("exportNow");
     EXPECT_EQ(panels.kind, app::flows::PanelKind::saveGif);
     panels.answer("/tmp/demo.gif");
@@ -177,6 +179,7 @@ TEST_F(EditorScreenTest, ExportsInTheChosenFormatAndResolution) {
     ASSERT_EQ(exports.size(), 2U);
     EXPECT_EQ(exports[0].format, app::flows::ExportFormat::mp4);
     EXPECT_EQ(exports[0].resolution, exporting::ExportResolution::hd1080);
+    EXPECT_EQ(exports[0].quality, media::VideoQuality::small);
     EXPECT_EQ(exports[1].format, app::flows::ExportFormat::gif);
     EXPECT_EQ(text("notice"), "Exported demo.gif");
     EXPECT_THAT(editor.resolutions(), ElementsAre("Original", "4K (3840x2160)", "1080p", "720p"));

@@ -106,22 +106,53 @@ TEST(SoundExport, WritesOneStereoTrackAsLongAsThePicture) {
     EXPECT_NEAR(std::stod(sound["start_time"].get<std::string>()), 0.0, 0.001);
 }
 
-TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWhenCancelled) {
+/// The outcome of an export that is cancelled when progress is told for the `point`th time, and the
+/// fractions that were told.
+std::pair<ExportOutcome, std::vector<double>>
+exportCancelledAt(std::size_t point, render::MovieSession& session,
+                  const std::filesystem::path& output) {
+    std::stop_source stop;
+    std::vector<double> fractions;
+    const auto follow = [&](double fraction) {
+        fractions.push_back(fraction);
+        if (fractions.size() == point)
+            stop.request_stop();
+    };
+    const auto summary = output.extension() == ".gif"
+                             ? GifExporter().run(session, output, follow, stop.get_token())
+                             : VideoExporter().run(session, ExportResolution::original, output,
+                                                   follow, stop.get_token());
+    return {summary.outcome, fractions};
+}
+
+TEST(SoundExport, LeavesTheEarlierFileAndNothingElseWheneverItIsCancelled) {
     const TemporaryFolder source;
-    writeFlashesAndBeeps(source / "recording.mov", 10);
+    writeFlashesAndBeeps(source / "recording.mov", 1);
     auto session = film(edited(source / "recording.mov", {}));
     for (const std::string name : {"out.mp4", "out.gif"}) {
         const TemporaryFolder folder;
-        std::ofstream(folder / name) << "the earlier file";
-        std::stop_source stop;
-        const auto cancel = [&](double) { stop.request_stop(); };
-        const auto summary =
-            name == "out.gif" ? GifExporter().run(session, folder / name, cancel, stop.get_token())
-                              : VideoExporter().run(session, ExportResolution::original,
-                                                    folder / name, cancel, stop.get_token());
-        EXPECT_EQ(summary.outcome, ExportOutcome::cancelled);
-        EXPECT_EQ(std::filesystem::file_size(folder / name), 16U);
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+        const auto [whole, fractions] = exportCancelledAt(0, session, folder / name);
+        EXPECT_EQ(whole, ExportOutcome::finished);
+        EXPECT_TRUE(std::ranges::is_sorted(fractions));
+        EXPECT_EQ(fractions.back(), 1.0);
+        const auto isFinishing = [](double fraction) { return fraction >= 0.99; };
+        const auto finishing =
+            static_cast<std::size_t>(std::ranges::count_if(fractions, isFinishing));
+        EXPECT_GE(finishing, name == "out.mp4" ? 4U : 2U);
+        // Composing, and each step of the finishing, up to the one right before the file appears.
+        const auto composing = fractions.size() - finishing;
+        for (std::size_t point = 1; point <= fractions.size(); ++point) {
+            if (point > 2 && point < composing)
+                continue;
+            SCOPED_TRACE(fmt::format("{} at {}", name, fractions[point - 1]));
+            std::ofstream(folder / name) << "the earlier file";
+            const auto [outcome, told] = exportCancelledAt(point, session, folder / name);
+            if (told.size() < point)
+                break; // where threads run otherwise, fewer steps are told
+            EXPECT_EQ(outcome, ExportOutcome::cancelled);
+            EXPECT_EQ(std::filesystem::file_size(folder / name), 16U);
+            EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+        }
     }
 }
 

@@ -116,6 +116,7 @@ exporting::ExportSummary writeFilm(const ExportOptions& options, const ProjectEx
         exporter.setFrameRate(*options.frameRate);
     exporter.setToleratesDamage(options.toleratesDamage);
     exporter.setEncoder(options.encoder);
+    exporter.setQuality(options.quality.value_or(media::VideoQuality::fast));
     return exporter.run(session, options.resolution, job.output, report, interrupted);
 }
 

@@ -51,20 +51,20 @@ void checkNamesDiffer(const std::vector<ProjectExport>& jobs) {
     }
 }
 
-void addEncoderOption(base::Command command, media::VideoEncoderChoice& target) {
+/// An option whose values are the names of an enumeration's cases.
+template <typename Cases, typename FromName, typename Target>
+void addNamedOption(base::Command command, const std::string& option, const Cases& cases,
+                    FromName fromName, Target& target, const std::string& help) {
     std::vector<std::string_view> names;
-    std::ranges::transform(media::allVideoEncoderChoices, std::back_inserter(names),
-                           [](auto choice) { return optionName(choice); });
+    std::ranges::transform(cases, std::back_inserter(names),
+                           [](auto value) { return optionName(value); });
     command
         .option(
-            "--encoder",
-            [&target](const std::string& name) { target = *media::videoEncoderChoiceFrom(name); },
-            "What encodes a video (default: auto, a graphics card that can, else libx264)")
+            option, [=, &target](const std::string& name) { target = *fromName(name); }, help)
         .valueName(fmt::format("{}", fmt::join(names, "|")))
-        .check([names](const std::string& name) {
-            return media::videoEncoderChoiceFrom(name)
-                       ? std::string{}
-                       : fmt::format("{} is none of {}", name, fmt::join(names, ", "));
+        .check([=](const std::string& name) {
+            return fromName(name) ? std::string{}
+                                  : fmt::format("{} is none of {}", name, fmt::join(names, ", "));
         });
 }
 
@@ -94,6 +94,8 @@ void checkTogether(const ExportOptions& options) {
                                                     exporting::GifExporter::highestFrameRate));
     if (options.encoder != media::VideoEncoderChoice::automatic)
         throw base::UsageError("--encoder", "a GIF is not encoded as video");
+    if (options.quality)
+        throw base::UsageError("--quality", "a GIF has one quality only");
 }
 
 void addExportOptions(base::Command command, ExportOptions& options) {
@@ -121,7 +123,13 @@ void addExportOptions(base::Command command, ExportOptions& options) {
         .within(1, 240);
     command.flag("--tolerate-damage", options.toleratesDamage,
                  "Export a movie that breaks off up to there");
-    addEncoderOption(command, options.encoder);
+    addNamedOption(command, "--encoder", media::allVideoEncoderChoices,
+                   media::videoEncoderChoiceFrom, options.encoder,
+                   "What encodes a video (default: auto, a graphics card that can, else libx264)");
+    addNamedOption(command, "--quality", media::allVideoQualities, media::videoQualityFrom,
+                   options.quality,
+                   "What matters most about a video (default: fast): the wait, the picture at the "
+                   "same size, or a small file with the same picture");
     addResolutionOption(command, options.resolution);
     addRendererOption(command, options.renderer);
     command.flag("--force", options.force, "Replace an existing file");

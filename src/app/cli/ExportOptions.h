@@ -3,6 +3,7 @@
 #include "base/CommandOptions.h"
 #include "export/ExportResolution.h"
 #include "media/values/VideoEncoderChoice.h"
+#include "media/values/VideoQuality.h"
 
 #include <filesystem>
 #include <limits>
@@ -26,6 +27,7 @@ struct ExportOptions {
     std::optional<int> frameRate;
     std::string format; ///< "mp4" or "gif"; empty: as the output's name says, or mp4
     media::VideoEncoderChoice encoder = media::VideoEncoderChoice::automatic;
+    std::optional<media::VideoQuality> quality; ///< of a video; fast unless given
     bool toleratesDamage = false;
     exporting::ExportResolution resolution = exporting::ExportResolution::original;
     std::string renderer = "auto";

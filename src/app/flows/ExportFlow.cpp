@@ -21,7 +21,8 @@ ExportFlow::~ExportFlow() {
     m_cancel.request_stop();
 }
 
-void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolution resolution) {
+void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolution resolution,
+                                 media::VideoQuality quality) {
     if (m_asking || m_running)
         return;
     const auto& recording = m_state.document().recording();
@@ -31,6 +32,7 @@ void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolutio
                   .edit = m_state.document().edit(),
                   .format = format,
                   .resolution = resolution,
+                  .quality = quality,
                   .output = {}};
     const bool movie = format == ExportFormat::mp4;
     m_asking = true;

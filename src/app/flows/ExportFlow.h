@@ -18,7 +18,8 @@ class ExportFlow : public QObject {
     ~ExportFlow() override;
 
     /// Does nothing while an export runs or its panel is open.
-    void exportRecording(ExportFormat format, exporting::ExportResolution resolution);
+    void exportRecording(ExportFormat format, exporting::ExportResolution resolution,
+                         media::VideoQuality quality = media::VideoQuality::fast);
     /// The file is not made; what it would have replaced stays.
     void cancel();
 

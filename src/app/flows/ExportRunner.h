@@ -1,6 +1,7 @@
 #pragma once
 
 #include "export/ExportResolution.h"
+#include "media/values/VideoQuality.h"
 #include "model/Edit.h"
 #include "model/Recording.h"
 
@@ -21,6 +22,7 @@ struct ExportJob {
     model::Edit edit;
     ExportFormat format = ExportFormat::mp4;
     exporting::ExportResolution resolution = exporting::ExportResolution::original;
+    media::VideoQuality quality = media::VideoQuality::fast; ///< of a movie
     std::filesystem::path output;
 };
 

@@ -57,6 +57,24 @@ T.Popup {
                 model: popover.editor.resolutions
             }
         }
+        Row {
+            spacing: Theme.wide
+            Label {
+                width: 76
+                height: Theme.controlHeight
+                verticalAlignment: Text.AlignVCenter
+                text: qsTr("Quality")
+                color: Theme.secondaryText
+            }
+            ChoiceBox {
+                id: quality
+                objectName: "exportQuality"
+                help: qsTr("Quality")
+                enabled: !popover.editor.hasFixedSize(format.currentIndex)
+                displayText: enabled ? currentText : qsTr("Best for a GIF")
+                model: popover.editor.qualities
+            }
+        }
         PushButton {
             objectName: "exportNow"
             anchors.right: parent.right
@@ -64,7 +82,8 @@ T.Popup {
             text: qsTr("Export")
             onClicked: {
                 popover.close()
-                popover.editor.exportRecording(format.currentIndex, resolution.currentIndex)
+                popover.editor.exportRecording(format.currentIndex, resolution.currentIndex,
+                                               quality.currentIndex)
             }
         }
     }

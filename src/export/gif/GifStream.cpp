@@ -34,9 +34,10 @@ void GifStream::write(std::span<const std::uint8_t> bytes) {
     }
 }
 
-void GifStream::commit() {
-    m_file.commit();
+bool GifStream::commit(const base::Finishing& finishing) {
+    const bool isThere = m_file.commit(finishing);
     m_descriptor.reset();
+    return isThere;
 }
 
 } // namespace vantro::exporting::gif

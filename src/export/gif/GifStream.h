@@ -20,7 +20,8 @@ class GifStream {
 
     const std::filesystem::path& target() const { return m_file.target(); }
     void write(std::span<const std::uint8_t> bytes);
-    void commit();
+    /// As OutputFile::commit.
+    bool commit(const base::Finishing& finishing);
 
   private:
     base::OutputFile m_file;

@@ -51,14 +51,14 @@ class GifWriter::Body {
         ++m_frameCount;
     }
 
-    void finish() {
+    bool finish(const base::Finishing& finishing) {
         if (m_frameCount == 0)
             throw model::VantroError(model::VantroError::Kind::exportFailed,
                                      std::string(cannotFinalize) + ": " +
                                          m_stream.target().string() + ": no frames");
         writePending();
         m_stream.write(gif::fileTrailer);
-        m_stream.commit();
+        return m_stream.commit(finishing);
     }
 
   private:
@@ -103,10 +103,11 @@ void GifWriter::append(const media::PixelBuffer& bgra) {
     reported(cannotFinalize, [&] { m_body->append(bgra); });
 }
 
-void GifWriter::finish() {
+bool GifWriter::finish(const base::Finishing& finishing) {
     base::require(m_body != nullptr, "GIF finished twice");
-    reported(cannotFinalize, [&] { m_body->finish(); });
+    const bool isThere = reported(cannotFinalize, [&] { return m_body->finish(finishing); });
     m_body.reset();
+    return isThere;
 }
 
 void GifWriter::cancel() {

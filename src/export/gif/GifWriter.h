@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/OutputFile.h"
 #include "media/values/MediaTime.h"
 #include "media/values/PixelBuffer.h"
 
@@ -33,7 +34,8 @@ class GifWriter {
     void append(const media::PixelBuffer& bgra);
 
     /// Completes the file. "Failed to finalize GIF" where that fails or no picture was appended.
-    void finish();
+    /// False when it was cancelled first: then it is as after `cancel`.
+    bool finish(const base::Finishing& finishing = {});
 
     /// Gives up and removes what was written; nothing may follow.
     void cancel();

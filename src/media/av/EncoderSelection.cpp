@@ -78,6 +78,9 @@ std::string hardwareProblem(VideoEncoderChoice hardware, const VideoSettings& se
 }
 
 CodecSession openSelectedEncoder(const VideoSettings& settings) {
+    const bool isSmall = settings.quality == VideoQuality::small;
+    if (isSmall && settings.encoder == VideoEncoderChoice::automatic)
+        return openSoftwareEncoder(settings);
     if (settings.expectsRealTime || settings.encoder == VideoEncoderChoice::libx264)
         return openSoftwareEncoder(settings);
     return settings.encoder == VideoEncoderChoice::automatic ? openAutomatic(settings)

@@ -2,6 +2,7 @@
 
 #include "media/av/Libraries.h"
 
+#include <algorithm>
 #include <new>
 #include <system_error>
 
@@ -33,7 +34,8 @@ MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path 
     AVIOContext* io = nullptr;
     AVDictionary* options = nullptr;
     av_dict_set_int(&options, "truncate", content == Content::fresh ? 1 : 0, 0);
-    const int result = avio_open2(&io, url.c_str(), AVIO_FLAG_WRITE, nullptr, &options);
+    const AVIOInterruptCB interrupt{&MovieMuxer::isInterrupted, this};
+    const int result = avio_open2(&io, url.c_str(), AVIO_FLAG_WRITE, &interrupt, &options);
     av_dict_free(&options);
     check(result);
     m_file.reset(io);
@@ -103,8 +105,33 @@ void MovieMuxer::writeInPlace(AVPacket& packet, const JournalledPacket& times) {
         m_journal->add(place);
 }
 
-void MovieMuxer::finish() {
-    check(av_write_trailer(m_context.get()));
+/// Called before each piece of the file is written. What follows goes through C: nothing is thrown.
+int MovieMuxer::isInterrupted(void* muxer) noexcept {
+    auto& self = *static_cast<MovieMuxer*>(muxer);
+    if (self.m_finishing == nullptr)
+        return 0;
+    try {
+        const auto moved = self.m_file->bytes_written - self.m_lengthBefore;
+        const auto length = std::max<std::int64_t>(self.m_lengthBefore, 1);
+        self.m_finishing->report(std::min(static_cast<double>(moved) / length, 1.0));
+    } catch (...) {
+        self.m_failure = std::current_exception();
+    }
+    return self.m_failure || self.m_finishing->cancelled.stop_requested() ? 1 : 0;
+}
+
+void MovieMuxer::finish(const base::Finishing& finishing) {
+    m_lengthBefore = m_file->bytes_written;
+    m_finishing = &finishing;
+    const int result = av_write_trailer(m_context.get());
+    m_finishing = nullptr;
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+    check(result);
+    closeFile();
+}
+
+void MovieMuxer::closeFile() {
     avio_flush(m_file.get());
     check(0);
     const auto end = position();

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "base/OutputFile.h"
 #include "media/av/EncodedPacket.h"
 #include "media/av/Handles.h"
 #include "media/av/MovieJournal.h"
 #include "media/values/WriterSettings.h"
 
+#include <exception>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -39,10 +41,13 @@ class MovieMuxer {
     void write(int track, EncodedPacket& packet);
     /// Where the next packet of a quickTimeMovie will lie in the file, once it has begun.
     std::int64_t position() const { return avio_tell(m_file.get()); }
-    /// Writes the index and closes the file.
-    void finish();
+    /// Writes the index and closes the file. Moving an mpeg4 file's index to its front copies the
+    /// whole film; when that is cancelled, it throws MediaError.
+    void finish(const base::Finishing& finishing = {});
 
   private:
+    static int isInterrupted(void* muxer) noexcept;
+    void closeFile();
     void writeInPlace(AVPacket& packet, const JournalledPacket& times);
     void check(int result) const;
 
@@ -52,8 +57,11 @@ class MovieMuxer {
     Content m_content;
     IoHandle m_file;
     std::mutex m_writing;
-    OutputHandle m_context;              // destroyed first: it refers to m_file
-    std::vector<AVRational> m_timeBases; ///< the encoders', by track
+    const base::Finishing* m_finishing = nullptr; ///< while it finishes
+    std::int64_t m_lengthBefore = 0;              ///< bytes written until then
+    std::exception_ptr m_failure;                 ///< of somebody who follows the finishing
+    OutputHandle m_context;                       // destroyed first: it refers to m_file
+    std::vector<AVRational> m_timeBases;          ///< the encoders', by track
     std::optional<MovieJournal> m_journal;
 };
 

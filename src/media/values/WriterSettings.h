@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/values/VideoEncoderChoice.h"
+#include "media/values/VideoQuality.h"
 
 #include <cstdint>
 
@@ -22,6 +23,8 @@ struct VideoSettings {
     /// A live source is encoded by libx264 whatever this says: its frames cannot wait for a trial
     /// or for a device that somebody else keeps busy.
     VideoEncoderChoice encoder = VideoEncoderChoice::libx264;
+    /// Of what is not live.
+    VideoQuality quality = VideoQuality::fast;
 };
 
 /// AAC, 48 kHz, 2 channels.

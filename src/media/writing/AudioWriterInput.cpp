@@ -59,9 +59,13 @@ void AudioWriterInput::finish() {
         std::rethrow_exception(failure);
 }
 
-void AudioWriterInput::cancel() {
+void AudioWriterInput::abandon() {
     m_cancelled = true;
     m_queue.abandon();
+}
+
+void AudioWriterInput::cancel() {
+    abandon();
     if (m_thread.joinable())
         m_thread.join();
 }

@@ -35,6 +35,8 @@ class AudioWriterInput {
     /// Waits until everything is written. Throws what went wrong, however long ago, if that fails
     /// the movie.
     void finish();
+    /// Makes the thread end soon; the pace of the pictures has been released. Any thread.
+    void abandon();
     /// Drops what waits and ends; the pace of the pictures has been released.
     void cancel();
 

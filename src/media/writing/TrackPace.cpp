@@ -32,4 +32,12 @@ std::optional<MediaTime> TrackPace::waitFor(MediaTime time) {
     return m_end;
 }
 
+std::optional<MediaTime> TrackPace::waitBeyond(MediaTime time) {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [&] { return m_reached > time || m_end || m_released; });
+    if (m_end || m_released)
+        return {};
+    return m_reached;
+}
+
 } // namespace vantro::media::writing

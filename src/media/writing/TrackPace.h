@@ -20,6 +20,9 @@ class TrackPace {
 
     /// Waits until `time` is reached; the end once it is known.
     std::optional<MediaTime> waitFor(MediaTime time);
+    /// Waits until more than `time` is written and says how much; nothing once the pictures have
+    /// ended or everyone was let go.
+    std::optional<MediaTime> waitBeyond(MediaTime time);
 
   private:
     std::mutex m_mutex;

@@ -15,6 +15,8 @@ namespace {
 
 // A live source that stalls for longer than this many frames drops some; each holds a picture.
 constexpr std::size_t queuedFrames = 8;
+// Enough to keep an encoder busy while a frame is composed.
+constexpr std::size_t queuedFramesOffline = 4;
 // What is held back is lost when the program is killed; longer than frames of a busy screen are
 // apart, so that it happens on calm ones only.
 constexpr auto longestHeld = std::chrono::milliseconds(50);
@@ -28,7 +30,7 @@ VideoWriterInput::VideoWriterInput(const VideoSettings& settings, av::MovieMuxer
     , m_pace(pace)
     , m_encoder(settings)
     , m_track(muxer.addTrack(m_encoder.context()))
-    , m_queue(queuedFrames)
+    , m_queue(settings.expectsRealTime ? queuedFrames : queuedFramesOffline)
     , m_pictures(PixelFormat::i420, settings.width, settings.height) {}
 
 VideoWriterInput::~VideoWriterInput() {
@@ -71,9 +73,14 @@ void VideoWriterInput::finish() {
         std::rethrow_exception(failure);
 }
 
-void VideoWriterInput::cancel() {
+void VideoWriterInput::abandon() {
     m_cancelled = true;
     m_queue.abandon();
+    m_pace.release();
+}
+
+void VideoWriterInput::cancel() {
+    abandon();
     if (m_thread.joinable())
         m_thread.join();
 }
@@ -91,7 +98,8 @@ void VideoWriterInput::run() {
         if (!m_cancelled)
             finishTrack();
     } catch (const std::exception& error) {
-        base::logError("Writing the movie failed: {}", error.what());
+        if (!m_cancelled)
+            base::logError("Writing the movie failed: {}", error.what());
         m_failure.with([](auto& value) { value = std::current_exception(); });
         m_failed = true;
         m_queue.abandon();
@@ -141,6 +149,8 @@ std::int64_t VideoWriterInput::nominalDuration(const VideoFrame& frame) const {
 }
 
 void VideoWriterInput::take(av::EncodedPacket& packet) {
+    if (m_cancelled)
+        throw MediaError("Cancelled"); // an encoder may hold back seconds of work
     if (!m_held.isEmpty())
         writeHeld(packet.decodedAt() - m_held.decodedAt());
     m_held.take(packet);
