@@ -1,5 +1,7 @@
 #include "ui/TimeText.h"
 
+#include "base/Fatal.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -31,6 +33,11 @@ QString positionText(double seconds) {
                                         whole % minute, tenths % 10)
                           : fmt::format("{}:{:02}.{}", whole / minute, whole % minute, tenths % 10);
     return QString::fromStdString(text);
+}
+
+QString transportText(double seconds) {
+    const auto whole = base::truncatedToInteger(seconds);
+    return QString::fromStdString(fmt::format("{:02}:{:02}", whole / minute, whole % minute));
 }
 
 } // namespace vantro::ui
