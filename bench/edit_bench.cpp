@@ -113,7 +113,7 @@ void sliderStep(benchmark::State& state) {
     measure(state, [&] {
         auto edit = document.edit();
         edit.cursorScale = scale += 1e-6;
-        document.apply(std::move(edit), "cursor scale");
+        document.apply(std::move(edit), {.name = "Resize Pointer", .mergeKey = "cursor scale"});
     });
 }
 BENCHMARK(sliderStep);
@@ -126,7 +126,7 @@ void clickMoved(benchmark::State& state) {
         auto clicks = edit.clickEvents.list();
         clicks[clickCount / 2].timestamp += 1e-6;
         edit.clickEvents = std::move(clicks);
-        document.apply(std::move(edit));
+        document.apply(std::move(edit), {"Change"});
     });
 }
 BENCHMARK(clickMoved);
@@ -139,7 +139,7 @@ void segmentChanged(benchmark::State& state) {
         auto segments = edit.segments.list();
         segments[segmentCount / 2].speed += 1e-6;
         edit.segments = std::move(segments);
-        document.apply(std::move(edit));
+        document.apply(std::move(edit), {"Change"});
     });
 }
 BENCHMARK(segmentChanged);
@@ -149,7 +149,7 @@ void undoAndRedo(benchmark::State& state) {
     document.open(package().project);
     auto edit = document.edit();
     edit.webcamHidden = true;
-    document.apply(std::move(edit));
+    document.apply(std::move(edit), {"Change"});
     measure(state, [&] {
         document.undo();
         document.redo();

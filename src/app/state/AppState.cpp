@@ -189,10 +189,10 @@ const model::RecordingMetadata* AppState::metadata() const {
 }
 
 template <typename Value>
-void AppState::editStep(Value model::Edit::* field, Value value) {
+void AppState::editStep(const char* name, Value model::Edit::* field, Value value) {
     auto changed = edit();
     changed.*field = std::move(value);
-    m_document.apply(std::move(changed));
+    m_document.apply(std::move(changed), {name});
 }
 
 void AppState::setPhase(AppPhase value) {
@@ -242,23 +242,23 @@ void AppState::setWebcamEnabled(bool value) {
 }
 
 void AppState::setWebcamPosition(model::WebcamPosition value) {
-    editStep(&model::Edit::webcamPosition, value);
+    editStep("Move Webcam", &model::Edit::webcamPosition, value);
 }
 
 void AppState::setWebcamSize(double value) {
-    editStep(&model::Edit::webcamSize, value);
+    editStep("Resize Webcam", &model::Edit::webcamSize, value);
 }
 
 void AppState::setCanvasAspectRatio(model::CanvasAspectRatio value) {
-    editStep(&model::Edit::canvasAspectRatio, value);
+    editStep("Change Canvas", &model::Edit::canvasAspectRatio, value);
 }
 
 void AppState::setBackgroundSettings(model::BackgroundSettings value) {
-    editStep(&model::Edit::background, std::move(value));
+    editStep("Change Background", &model::Edit::background, std::move(value));
 }
 
 void AppState::setSegments(model::SharedList<model::TimelineSegment> value) {
-    editStep(&model::Edit::segments, std::move(value));
+    editStep("Change Timeline", &model::Edit::segments, std::move(value));
 }
 
 void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
@@ -266,11 +266,11 @@ void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
 }
 
 void AppState::setCursorScale(double value) {
-    editStep(&model::Edit::cursorScale, value);
+    editStep("Resize Pointer", &model::Edit::cursorScale, value);
 }
 
 void AppState::setEditableClickEvents(model::SharedList<model::ClickEvent> value) {
-    editStep(&model::Edit::clickEvents, std::move(value));
+    editStep("Change Zooms", &model::Edit::clickEvents, std::move(value));
 }
 
 void AppState::setSelectedClickID(std::optional<model::Uuid> value) {

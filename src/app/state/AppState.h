@@ -174,7 +174,7 @@ class AppState : public QObject {
 
     const model::Edit& edit() const { return m_document.edit(); }
     template <typename Value>
-    void editStep(Value model::Edit::* field, Value value);
+    void editStep(const char* name, Value model::Edit::* field, Value value);
     template <typename Write>
     void rewrite(std::span<const Field> order, const Write& write);
     void tellWhatDiffers(const Shown& before, std::span<const Field> order);

@@ -5,6 +5,19 @@
 #include <utility>
 
 namespace vantro::app {
+namespace {
+
+/// What `edit` keeps in memory that `next` does not.
+std::size_t ownBytes(const model::Edit& edit, const model::Edit& next) {
+    std::size_t bytes = sizeof(edit);
+    if (!edit.clickEvents.isSameAs(next.clickEvents))
+        bytes += edit.clickEvents.size() * sizeof(model::ClickEvent);
+    if (!edit.segments.isSameAs(next.segments))
+        bytes += edit.segments.size() * sizeof(model::TimelineSegment);
+    return bytes;
+}
+
+} // namespace
 
 std::optional<model::Project> EditDocument::project() const {
     if (!m_content.recording)
@@ -35,38 +48,51 @@ void EditDocument::rename(std::string name) {
     replace(std::move(content));
 }
 
-void EditDocument::apply(model::Edit edit, std::string_view mergeKey) {
+void EditDocument::apply(model::Edit edit, Step step) {
     if (edit == m_content.edit)
         return;
     if (m_content.recording) {
         m_future.clear();
-        const bool joins = !mergeKey.empty() && mergeKey == m_mergeKey;
-        if (!joins) {
-            m_past.push_back(m_content.edit);
-            if (m_past.size() > mostSteps)
-                m_past.pop_front();
-        }
-        m_mergeKey = mergeKey;
+        const bool joins = !step.mergeKey.empty() && step.mergeKey == m_mergeKey;
+        if (!joins)
+            remember(edit, std::move(step.name));
+        m_mergeKey = std::move(step.mergeKey);
     }
     auto content = m_content;
     content.edit = std::move(edit);
     replace(std::move(content));
 }
 
+/// Keeps the present edit as the one before `next`.
+void EditDocument::remember(const model::Edit& next, std::string name) {
+    const std::size_t bytes = ownBytes(m_content.edit, next);
+    m_past.push_back({m_content.edit, std::move(name), bytes});
+    m_pastBytes += bytes;
+    while (m_pastBytes > mostBytes && m_past.size() > 1) {
+        m_pastBytes -= m_past.front().bytes;
+        m_past.pop_front();
+    }
+}
+
 void EditDocument::undo() {
     base::require(canUndo(), "there is a step to undo");
-    auto content = m_content;
-    m_future.push_back(std::exchange(content.edit, std::move(m_past.back())));
+    Done step = std::move(m_past.back());
     m_past.pop_back();
+    m_pastBytes -= step.bytes;
+    auto content = m_content;
+    std::swap(content.edit, step.edit);
+    m_future.push_back(std::move(step));
     m_mergeKey.clear();
     replace(std::move(content));
 }
 
 void EditDocument::redo() {
     base::require(canRedo(), "there is a step to redo");
-    auto content = m_content;
-    m_past.push_back(std::exchange(content.edit, std::move(m_future.back())));
+    Done step = std::move(m_future.back());
     m_future.pop_back();
+    remember(step.edit, std::move(step.name));
+    auto content = m_content;
+    content.edit = std::move(step.edit);
     m_mergeKey.clear();
     replace(std::move(content));
 }
@@ -91,6 +117,7 @@ void EditDocument::replace(Content content) {
 
 void EditDocument::forgetSteps() {
     m_past.clear();
+    m_pastBytes = 0;
     m_future.clear();
     m_mergeKey.clear();
 }

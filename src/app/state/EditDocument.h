@@ -6,7 +6,6 @@
 #include <deque>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace vantro::app {
@@ -26,8 +25,17 @@ class EditDocument : public QObject {
         model::Edit edit;
     };
 
-    /// Earlier steps are forgotten. Each holds 150 kB at most where it changed 2,000 clicks.
-    static constexpr std::size_t mostSteps = 100;
+    /// What a step of editing is called, in English, and what it may be joined with.
+    struct Step {
+        std::string name; ///< "Move Zoom": a menu says "Undo Move Zoom"
+        /// Consecutive steps of one key that is not empty count as one: give each drag a key of its
+        /// own.
+        std::string mergeKey = {};
+    };
+
+    /// What steps may take beyond the edit itself, bytes; the earliest are forgotten then. One that
+    /// changed 2,000 clicks takes 150 kB, one that moved a slider 300 B.
+    static constexpr std::size_t mostBytes = 64'000'000;
 
     explicit EditDocument(std::string name)
         : m_content{.name = std::move(name), .recording = {}, .edit = {}} {}
@@ -45,11 +53,13 @@ class EditDocument : public QObject {
     void close(model::Edit choices);
     void rename(std::string name);
 
-    /// A step of editing. Consecutive steps of one key that is not empty count as one: give each
-    /// drag a key of its own. An equal edit is no step.
-    void apply(model::Edit edit, std::string_view mergeKey = {});
+    /// An equal edit is no step.
+    void apply(model::Edit edit, Step step);
     bool canUndo() const { return !m_past.empty(); }
     bool canRedo() const { return !m_future.empty(); }
+    /// What `undo` and `redo` would do; empty where there is nothing.
+    std::string undoName() const { return canUndo() ? m_past.back().name : std::string(); }
+    std::string redoName() const { return canRedo() ? m_future.back().name : std::string(); }
     void undo();
     void redo();
 
@@ -66,15 +76,24 @@ class EditDocument : public QObject {
     void changed(const vantro::app::EditDocument::Content& before);
 
   private:
+    /// A step, and the edit on its other side: before it in the past, after it in the future.
+    struct Done {
+        model::Edit edit;
+        std::string name;
+        std::size_t bytes = 0; ///< that only this step keeps
+    };
+
+    void remember(const model::Edit& next, std::string name);
     void replace(Content content);
     void forgetSteps();
 
     Content m_content;
     std::string m_savedName;
     model::Edit m_savedEdit;
-    std::deque<model::Edit> m_past;    ///< the last step's at the back
-    std::vector<model::Edit> m_future; ///< the next one's at the back
-    std::string m_mergeKey;            ///< of the last step, empty once nothing may join it
+    std::deque<Done> m_past;    ///< the last step at the back
+    std::vector<Done> m_future; ///< the next step at the back
+    std::size_t m_pastBytes = 0;
+    std::string m_mergeKey; ///< of the last step, empty once nothing may join it
 };
 
 } // namespace vantro::app

@@ -50,13 +50,18 @@ double SegmentTimeMap::outputTime(double sourceTime) const {
 }
 
 const model::TimelineSegment* SegmentTimeMap::segmentAt(double fraction) const {
+    return render::segmentAt(m_segments, fraction);
+}
+
+const model::TimelineSegment* segmentAt(std::span<const model::TimelineSegment> segments,
+                                        double fraction) {
     // Of the source: forgives the rounding of positions that come from pixels and media times.
     constexpr double tolerance = 0.0005;
-    const auto found = std::ranges::find_if(m_segments, [&](const auto& segment) {
+    const auto found = std::ranges::find_if(segments, [&](const auto& segment) {
         return segment.startFraction - tolerance <= fraction &&
                fraction <= segment.endFraction + tolerance;
     });
-    return found == m_segments.end() ? nullptr : &*found;
+    return found == segments.end() ? nullptr : &*found;
 }
 
 std::string speedLabel(double speed) {

@@ -3,6 +3,7 @@
 #include "model/TimelineSegment.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,9 @@ class SegmentTimeMap {
     double m_totalDuration;
 };
 
+/// SegmentTimeMap's rule for a list alone; the answer points into it.
+const model::TimelineSegment* segmentAt(std::span<const model::TimelineSegment> segments,
+                                        double fraction);
 /// "2x", "1.5x".
 std::string speedLabel(double speed);
 /// Minutes and whole seconds, "01:15"; minutes run past 60. What is not finite gives "00:00".

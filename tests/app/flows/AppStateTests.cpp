@@ -127,7 +127,8 @@ TEST(AppState, TellsOfTheFieldsThatAnUndoBringsBack) {
     state.show(projectAt("/r/recording.mov"));
     const auto before = state.document().edit();
     const auto other = otherEdit();
-    state.document().apply(other);
+    state.document().apply(other, {"Change Everything"});
+    EXPECT_EQ(state.document().undoName(), "Change Everything");
     SignalLog log(state);
     state.document().undo();
     EXPECT_EQ(state.document().edit(), before);
@@ -146,10 +147,11 @@ class EditDocumentTest : public testing::Test {
         document.open(projectAt("/r/recording.mov"));
         QObject::connect(&document, &EditDocument::changed, [this] { ++changes; });
     }
-    void scaleCursor(double scale, std::string_view key = {}) {
+    void scaleCursor(double scale, std::string key = {}) {
         auto edit = document.edit();
         edit.cursorScale = scale;
-        document.apply(edit, key);
+        document.apply(edit,
+                       {.name = "Scale to " + std::to_string(scale), .mergeKey = std::move(key)});
     }
 
     EditDocument document{"demo"};
@@ -175,19 +177,42 @@ TEST_F(EditDocumentTest, CountsTheStepsOfOneDragAsOne) {
     EXPECT_EQ(changes, 9) << "each call told once";
 }
 
-TEST_F(EditDocumentTest, SharesWhatAStepDoesNotChangeAndForgetsTheOldest) {
+TEST_F(EditDocumentTest, NamesItsStepsBothWays) {
+    scaleCursor(1);
+    scaleCursor(2);
+    document.undo();
+    EXPECT_EQ(document.undoName(), "Scale to 1.000000");
+    EXPECT_EQ(document.redoName(), "Scale to 2.000000");
+    document.undo();
+    EXPECT_EQ(document.undoName(), "");
+    document.redo();
+    document.redo();
+    EXPECT_EQ(document.undoName(), "Scale to 2.000000");
+    EXPECT_EQ(document.redoName(), "");
+}
+
+TEST_F(EditDocumentTest, SharesWhatAStepDoesNotChangeAndForgetsTheOldestBeyondItsMemory) {
     const auto recording = document.recording();
     const auto segments = document.edit().segments;
-    for (std::size_t step = 0; step <= EditDocument::mostSteps; ++step)
-        scaleCursor(10 + static_cast<double>(step));
+    constexpr int small = 1000; // next to nothing, so all of them are kept
+    for (int step = 0; step < small; ++step)
+        scaleCursor(10 + step);
     EXPECT_TRUE(document.recording()->isSameAs(*recording));
     EXPECT_TRUE(document.edit().segments.isSameAs(segments));
+    std::vector<model::ClickEvent> clicks(100'000);
+    const auto most = EditDocument::mostBytes / (clicks.size() * sizeof(model::ClickEvent));
+    for (std::size_t step = 0; step < most + 3; ++step) {
+        auto edit = document.edit();
+        clicks.front().x = static_cast<double>(step + 1);
+        edit.clickEvents = clicks;
+        document.apply(edit, {"Move Zoom"});
+    }
     std::size_t undone = 0;
     for (; document.canUndo(); ++undone)
         document.undo();
-    EXPECT_EQ(undone, EditDocument::mostSteps);
-    EXPECT_EQ(document.edit().cursorScale, 10) << "the first step cannot be undone";
-    EXPECT_TRUE(document.edit().segments.isSameAs(segments));
+    EXPECT_GE(undone, most - 1);
+    EXPECT_LE(undone, most);
+    EXPECT_EQ(document.edit().clickEvents.size(), clicks.size()) << "the first cannot be undone";
 }
 
 TEST_F(EditDocumentTest, IsModifiedWhereItDiffersFromWhatIsSaved) {
