@@ -26,7 +26,9 @@ constexpr off_t syncedAtOnce = 16 * 1024 * 1024;
 void sync(const std::filesystem::path& path, const std::filesystem::path& reported,
           const Finishing& finishing = {}) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    const off_t size = file ? ::lseek(file.get(), 0, SEEK_END) : 0;
+    // A folder's length means nothing.
+    const bool hasLength = file && std::filesystem::is_regular_file(path);
+    const off_t size = hasLength ? ::lseek(file.get(), 0, SEEK_END) : 0;
     for (off_t done = 0; done < size && !finishing.cancelled.stop_requested();
          done += syncedAtOnce) {
         finishing.report(static_cast<double>(done) / static_cast<double>(size));

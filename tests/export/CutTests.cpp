@@ -154,10 +154,9 @@ TEST_F(Cuts, PictureCameraPointerAndWebcamOfEveryFrameBelongToOneSourceTime) {
                 ASSERT_EQ(numberIn(*scene.webcam->picture), time.spansSince(webcamStart, 20));
             }
             const auto camera = film.motion().camera(time.seconds());
-            ASSERT_EQ(scene.zoom.has_value(), camera.isZoomed());
-            if (scene.zoom) {
-                ASSERT_NEAR(scene.zoom->width, width / camera.scale, 1e-6);
-            }
+            ASSERT_FALSE(scene.background) << "the output shows a part of the recording";
+            ASSERT_NEAR(scene.recording.part.width, width / (camera.isZoomed() ? camera.scale : 1),
+                        1e-6);
             const double offset = scene.cursor.value().place.x - 40 * time.seconds();
             pointerOffset = frame == 0 ? offset : pointerOffset;
             ASSERT_NEAR(offset, pointerOffset, 1e-6);
