@@ -89,9 +89,12 @@ struct AssetWriter::Implementation {
         });
         const auto first = pace.waitBeyond({-1, 1});
         const auto last = video->lastAppended();
-        for (auto now = first; now && last && *last > *first; now = pace.waitBeyond(*now))
+        for (auto now = first; now && last && *last > *first; now = pace.waitBeyond(*now)) {
+            // The times of a live source and of the movie's track may have no common timescale.
+            const double start = first->seconds();
             finishing.report(
-                std::clamp((*now - *first).seconds() / (*last - *first).seconds(), 0.0, 1.0));
+                std::clamp((now->seconds() - start) / (last->seconds() - start), 0.0, 1.0));
+        }
         video->finish();
         for (auto& track : audio)
             track.finish();

@@ -57,6 +57,12 @@ bool VideoWriterInput::append(const VideoFrame& frame) {
     return taken;
 }
 
+std::optional<MediaTime> VideoWriterInput::lastAppended() const {
+    if (!m_lastAppended)
+        return {};
+    return *m_lastAppended - m_sessionStart;
+}
+
 void VideoWriterInput::markAsFinished(std::optional<MediaTime> endTime) {
     if (m_isMarkedFinished)
         return;
