@@ -10,8 +10,8 @@ namespace vantro::media {
 /// nothing and know no difference between the first two.
 enum class VideoQuality {
     fast,     ///< done soonest at the stated rate
-    balanced, ///< somewhat better pictures at the same rate, in almost twice the time
-    small,    ///< as good as fast in fewer bytes, never above the stated rate; takes longest
+    balanced, ///< somewhat better pictures at the same rate
+    small,    ///< about as good as fast where that takes fewer bytes; takes longest
 };
 
 inline constexpr std::array allVideoQualities{VideoQuality::fast, VideoQuality::balanced,
