@@ -62,15 +62,17 @@ ProxyMaker::ProxyMaker(MovieReference movie, int trackID, ProxySettings settings
     , m_ready(std::move(ready))
     , m_thread([this](const std::stop_token& stop) { run(stop); }) {}
 
-void ProxyMaker::run(const std::stop_token& stop) const {
+void ProxyMaker::run(const std::stop_token& stop) {
     base::setThreadName("com.vantro.proxy");
-    base::makeThreadIdle();
+    if (m_settings.yields)
+        base::makeThreadIdle();
     try {
         if (!m_settings.folder.empty())
             make(stop);
     } catch (const std::exception& error) {
         base::logInfo("No small copy of {}: {}", m_movie.path.string(), error.what());
     }
+    m_hasEnded = true;
 }
 
 void ProxyMaker::make(const std::stop_token& stop) const {

@@ -14,7 +14,7 @@ class ProxyRig {
     ProxyRig(const std::filesystem::path& movie, const std::filesystem::path& folder,
              std::uintmax_t mostBytes = media::proxy::ProxyCache::usualBytes)
         : m_maker({movie}, media::Asset::open(movie).tracks(media::MediaType::video).at(0).id,
-                  {.folder = folder, .mostBytes = mostBytes, .longestSearch = 0},
+                  {.folder = folder, .mostBytes = mostBytes, .longestSearch = 0, .yields = false},
                   [this](auto proxy) {
                       const std::lock_guard lock(m_mutex);
                       m_proxy = std::move(proxy);
