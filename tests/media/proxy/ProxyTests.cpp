@@ -54,17 +54,18 @@ TEST_P(ProxyOfMovie, ShowsAtEachTimeWhatTheMovieShows) {
     std::set<int> numbers;
     for (auto t = MediaTime{}; t < track.timeRange.end();) {
         const auto frame = test::shownAt(source, t);
-        const int number = test::numberIn(*frame.pixels);
         const auto end = frame.presentationTime + frame.duration;
-        for (const auto each : {t, end - MediaTime{1, end.timescale}}) {
+        // A movie that rounds its times shows the next picture a moment before its time already.
+        for (const auto each : {t, end - MediaTime{1, 4 * end.timescale}}) {
+            const int number = test::numberIn(*test::shownAt(source, each).pixels);
             ASSERT_TRUE(reader.has(each));
             const auto small = ask(reader, each);
             ASSERT_TRUE(small) << each.seconds();
             ASSERT_EQ(test::numberIn(*small->pixels), number) << each.seconds();
+            numbers.insert(number);
             ASSERT_EQ(small->pixels->width(), frame.pixels->width());
             ASSERT_EQ(small->pixels->height(), frame.pixels->height());
         }
-        numbers.insert(number);
         t = end;
     }
     EXPECT_EQ(numbers.size(), static_cast<std::size_t>(GetParam().count));
