@@ -2,7 +2,8 @@
 # The preview in a real window of 1280x800: how many pictures of a 1080p60 recording are seen in
 # time and what that costs, beside mpv that plays the same movie in a window of that size, without
 # composing anything; how fast seeks, drags and edits are seen in an hour's recording, with a
-# keyframe every half second and with one every ten; and what a paused player costs.
+# keyframe every half second and with one every ten, the latter with and without a small copy of the
+# movie; and what a paused player costs.
 # usage: bench/preview.sh [SECONDS]
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -53,5 +54,14 @@ done
 
 echo "an hour of 1080p60, a keyframe every half second"
 "$bin/preview_bench" "$work/hour.vantro"
-echo "an hour of 1080p60, a keyframe every ten seconds"
+echo "an hour of 1080p60, a keyframe every ten seconds, without a small copy"
 "$bin/preview_bench" "$work/sparse.vantro"
+echo "the same with a small copy, of which the first minute takes this to make:"
+"$bin/proxy_bench" "$work/sparse.vantro/recording.mov" "$work/proxies" 2
+# Each minute is like the first one.
+for piece in $(seq 2 120); do
+    for first in "$work/proxies"/*-000$((piece % 2)).mov; do
+        ln -f "$first" "${first%-*}-$(printf %04d "$piece").mov"
+    done
+done
+"$bin/preview_bench" "$work/sparse.vantro" "$work/proxies"

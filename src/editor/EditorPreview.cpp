@@ -1,5 +1,6 @@
 #include "editor/EditorPreview.h"
 
+#include <QPointer>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -36,8 +37,12 @@ bool looksTheSame(const media::VideoComposition& a, const media::VideoCompositio
 
 } // namespace
 
-EditorPreview::EditorPreview(app::flows::TaskRunner& tasks, OpenMovie open, MakeSound makeSound)
-    : m_tasks(tasks), m_open(std::move(open)), m_makeSound(std::move(makeSound)) {
+EditorPreview::EditorPreview(app::flows::TaskRunner& tasks, OpenMovie open, MakeSound makeSound,
+                             media::proxy::ProxySettings proxies)
+    : m_tasks(tasks)
+    , m_open(std::move(open))
+    , m_makeSound(std::move(makeSound))
+    , m_proxies(std::move(proxies)) {
     connect(&m_pictures, &ui::PictureStream::areaChanged, this, &EditorPreview::followArea);
 }
 
@@ -65,6 +70,9 @@ void EditorPreview::discard() {
     m_problem.clear();
     m_status = {};
     m_transport.detach();
+    std::erase_if(m_proxyMakers, [](const auto& maker) { return maker->hasEnded(); });
+    for (const auto& maker : m_proxyMakers)
+        maker->stop();
     m_player.reset();
     m_movie.reset();
     m_pictures.clear();
@@ -115,6 +123,21 @@ void EditorPreview::startPlayer() {
     followArea();
     m_transport.attach(m_player);
     m_transport.setSegments(m_edit.segments);
+    makeProxy();
+}
+
+void EditorPreview::makeProxy() {
+    if (m_proxies.folder.empty())
+        return;
+    const auto& composition = m_movie->composition();
+    m_proxyMakers.push_back(std::make_unique<media::proxy::ProxyMaker>(
+        composition.asset().movie(), composition.track(m_video.trackID)->source().id, m_proxies,
+        [&tasks = m_tasks, self = QPointer(this), request = m_request](auto proxy) {
+            tasks.onMain([self, request, proxy = std::move(proxy)] {
+                if (self && request == self->m_request && self->m_player)
+                    self->m_player->setProxy(proxy);
+            });
+        }));
 }
 
 void EditorPreview::followEdit() try {

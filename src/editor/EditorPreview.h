@@ -3,6 +3,7 @@
 #include "app/flows/TaskRunner.h"
 #include "editor/PlayerTimeObserver.h"
 #include "media/player/Player.h"
+#include "media/proxy/ProxyMaker.h"
 #include "render/MovieSession.h"
 #include "ui/PictureStream.h"
 
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <QtQml/qqmlregistration.h>
 
@@ -26,8 +28,10 @@ using MakeSound =
 /// Plays one recording under its edit, and shows at once what changes of it.
 ///
 /// The player plays the whole movie at its own times; the transport enforces the segments. Movies
-/// are opened away from the main thread. Pictures are composed at the smallest scale of the canvas
-/// that covers the stream's area, and fitted to it. Main thread.
+/// are opened away from the main thread; those that are slow to search get a small copy while the
+/// processor is idle, from which pictures are shown until the movie's own are found. Pictures are
+/// composed at the smallest scale of the canvas that covers the stream's area, and fitted to it.
+/// Main thread.
 class EditorPreview : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -40,7 +44,9 @@ class EditorPreview : public QObject {
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY mutedChanged)
 
   public:
-    EditorPreview(app::flows::TaskRunner& tasks, OpenMovie open, MakeSound makeSound);
+    /// `proxies` says where small copies of movies lie; by default there are none.
+    EditorPreview(app::flows::TaskRunner& tasks, OpenMovie open, MakeSound makeSound,
+                  media::proxy::ProxySettings proxies = {});
     ~EditorPreview() override;
 
     /// What is to be seen. Another edit keeps place and rate; so does a recording whose files were
@@ -77,6 +83,7 @@ class EditorPreview : public QObject {
     void open();
     void opened(const Opened& result);
     void startPlayer();
+    void makeProxy();
     void followEdit();
     void followArea();
     /// How the player is to draw now; fails for canvases that cannot be drawn.
@@ -88,6 +95,7 @@ class EditorPreview : public QObject {
     app::flows::TaskRunner& m_tasks;
     OpenMovie m_open;
     MakeSound m_makeSound;
+    media::proxy::ProxySettings m_proxies;
     std::optional<model::Recording> m_recording;
     model::Edit m_edit;
     int m_request = 0; ///< the newest movie to be opened; those of others are dropped
@@ -100,6 +108,9 @@ class EditorPreview : public QObject {
     media::VideoComposition m_video;               ///< the player's
     std::shared_ptr<media::player::Player> m_player;
     media::player::Observation m_status; ///< ends before the player
+    /// Of the movie, and of those before it that have yet to end: waiting for their idle threads
+    /// would stall the window.
+    std::vector<std::unique_ptr<media::proxy::ProxyMaker>> m_proxyMakers;
 };
 
 } // namespace vantro::editor

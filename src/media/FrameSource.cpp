@@ -263,4 +263,8 @@ std::size_t FrameSource::keptBytes() const {
     return m_implementation->bytes;
 }
 
+MediaTime FrameSource::rounding() const {
+    return m_implementation->decoder.rounding();
+}
+
 } // namespace vantro::media

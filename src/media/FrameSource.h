@@ -55,6 +55,9 @@ class FrameSource {
     void setKeptBytes(std::size_t bytes);
     /// What the pictures kept take at present.
     std::size_t keptBytes() const;
+    /// By how much a picture's time may be too late because the file rounds it to milliseconds. The
+    /// searches allow for it.
+    MediaTime rounding() const;
 
   private:
     struct Implementation;

@@ -72,7 +72,8 @@ class Program {
     app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
     const app::flows::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
 
-    editor::EditorPreview m_preview{m_previewTasks, openMovieForEditor, makeSound};
+    editor::EditorPreview m_preview{
+        m_previewTasks, openMovieForEditor, makeSound, {media::proxy::usualProxyFolder()}};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,

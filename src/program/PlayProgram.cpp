@@ -47,7 +47,8 @@ PlayProgram::PlayProgram(const app::cli::PlayRequest& request)
           [&request](const auto& recording, const auto& edit) {
               return openMovie(recording, edit, app::cli::makeRequestedRenderer(request.renderer));
           },
-          [this](const auto& composition) { return m_heard.listenTo(makeSound(composition)); }) {
+          [this](const auto& composition) { return m_heard.listenTo(makeSound(composition)); },
+          {media::proxy::usualProxyFolder()}) {
     m_preview.pictures()->setWatcher(m_statistics);
     m_preview.setMuted(request.muted);
     QObject::connect(&m_preview, &editor::EditorPreview::statusChanged, [this] {

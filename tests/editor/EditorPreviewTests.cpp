@@ -129,6 +129,40 @@ TEST_F(EditorPreviewTest, ItsPictureIsTheOneThatIsExportedToTheByte) {
     }
 }
 
+TEST_F(EditorPreviewTest, ScrubbingASlowMovieShowsItsSmallCopyAndEndsWithTheExportsPicture) {
+    test::writeMovie(
+        folder / "long.mov", width, height, frameRate, 12 * frameRate,
+        [](media::PixelBuffer& bgra, int frame) {
+            std::memset(bgra.mutableRow(0, 0), frame * 2,
+                        static_cast<std::size_t>(bgra.stride(0)) * height);
+        },
+        4);
+    const model::Recording slow(folder / "long.mov", recording->metadata());
+    EditorPreview shown{tasks,
+                        openMovie,
+                        [](const auto&) { return nullptr; },
+                        {.folder = folder / "proxies", .longestSearch = 0, .yields = false}};
+    shown.show(slow);
+    auto& transport = *shown.transport();
+    const auto seen = [&](bool isPreliminary) {
+        const auto newest = shown.pictures()->draw();
+        return newest && newest->time == media::MediaTime{5, 1} &&
+               newest->isPreliminary == isPreliminary;
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return transport.duration() > 0; }));
+    transport.setScrubbing(true);
+    const auto isSmallCopySeen = [&] {
+        transport.seek(5 / transport.duration());
+        return QTest::qWaitFor([&] { return seen(true); }, 50);
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isSmallCopySeen, 20'000)) << "once it is made";
+    transport.setScrubbing(false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return seen(false); }));
+    const auto exported = openMovie(slow, {});
+    EXPECT_TRUE(isEqual(*shown.pictures()->draw()->pixels,
+                        *exported->still(5, exported->canvas(exported->videoSize()))));
+}
+
 TEST_F(EditorPreviewTest, WhileASliderMovesTheNewestEditIsTheOneThatIsSeen) {
     preview.show(recording);
     ASSERT_TRUE(isReady());

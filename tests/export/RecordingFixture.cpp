@@ -56,12 +56,12 @@ void fill(media::PixelBuffer& bgra, Rgb color) {
 }
 
 void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
-                int frameCount, const FramePainter& paint) {
+                int frameCount, const FramePainter& paint, double keyframeInterval) {
     media::AssetWriter writer(path, media::FileType::quickTimeMovie,
                               {.width = width,
                                .height = height,
                                .expectedFrameRate = static_cast<double>(frameRate),
-                               .keyframeInterval = 0.5});
+                               .keyframeInterval = keyframeInterval});
     writer.startWriting();
     writer.startSession({0, frameRate});
     for (int index = 0; index < frameCount; ++index) {

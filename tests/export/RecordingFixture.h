@@ -33,7 +33,7 @@ using FramePainter = std::function<void(media::PixelBuffer& bgra, int frame)>;
 
 /// Writes a real H.264 movie at a constant rate, as a recording would be.
 void writeMovie(const std::filesystem::path& path, int width, int height, int frameRate,
-                int frameCount, const FramePainter& paint);
+                int frameCount, const FramePainter& paint, double keyframeInterval = 0.5);
 
 /// One flat color over the whole frame.
 void fill(media::PixelBuffer& bgra, Rgb color);

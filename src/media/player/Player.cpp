@@ -198,6 +198,10 @@ void Player::setMuted(bool muted) {
     m_implementation->engine.setMuted(muted);
 }
 
+void Player::setProxy(std::shared_ptr<proxy::ProxyMovie> proxy) {
+    m_implementation->engine.setProxy(std::move(proxy));
+}
+
 PlayerCounts Player::counts() const {
     return m_implementation->engine.counts();
 }

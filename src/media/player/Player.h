@@ -2,6 +2,7 @@
 
 #include "media/player/PlayerControl.h"
 #include "media/player/PlayerServices.h"
+#include "media/proxy/ProxyMovie.h"
 
 #include <memory>
 #include <string>
@@ -46,6 +47,9 @@ class Player : public PlayerControl {
     void setOutputSize(int width, int height);
     void setVolumes(std::vector<float> volumes);
     void setMuted(bool muted);
+    /// A small copy of the movie, whose pictures are seen where the movie's own take long to find;
+    /// null for none. Playing shows the movie's own only.
+    void setProxy(std::shared_ptr<proxy::ProxyMovie> proxy);
 
     PlayerCounts counts() const;
 

@@ -3,6 +3,7 @@
 #include "media/values/Fraction.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vantro::media::player {
 namespace {
@@ -164,6 +165,17 @@ void PlayerEngine::setMuted(bool muted) {
     m_time->wakeUp();
 }
 
+void PlayerEngine::setProxy(std::shared_ptr<proxy::ProxyMovie> proxy) {
+    const auto size = m_track.source().naturalSize;
+    auto reader = proxy ? std::make_shared<proxy::ProxyReader>(
+                              std::move(proxy), static_cast<int>(std::lround(size.width)),
+                              static_cast<int>(std::lround(size.height)))
+                        : nullptr;
+    const std::lock_guard lock(m_mutex);
+    m_proxy.swap(reader);
+    // The one before goes last, without the lock: it may still have an answer to give.
+}
+
 void PlayerEngine::addTick(int number, base::HostDuration interval) {
     const auto now = m_time->now();
     {
@@ -176,53 +188,6 @@ void PlayerEngine::addTick(int number, base::HostDuration interval) {
 void PlayerEngine::removeTick(int number) {
     const std::lock_guard lock(m_mutex);
     std::erase_if(m_ticks, [number](const Tick& tick) { return tick.number == number; });
-}
-
-/// Times at and behind the end show the last picture.
-MediaTime PlayerEngine::sourceTime(MediaTime t) const {
-    constexpr MediaTime moment{1, 720'000'000};
-    const auto last = MediaTime::nearestTo(Fraction(m_track.duration()) - Fraction(moment));
-    return m_track.sourceTime(std::clamp(t, MediaTime{}, std::max(last, MediaTime{})))
-        .value_or(MediaTime{});
-}
-
-/// Where a seek has come to with this picture, which a tolerant one may find beside its target.
-MediaTime PlayerEngine::landing(const Seek& seek, const VideoFrame& frame) const {
-    const auto wanted = sourceTime(seek.to);
-    const MediaTimeRange shown{frame.presentationTime, frame.duration};
-    if (seek.tolerance == MediaTime{} || (shown.start <= wanted && shown.contains(wanted)))
-        return seek.to;
-    const auto distance = Fraction(frame.presentationTime) - Fraction(wanted);
-    return std::clamp(MediaTime::nearestTo(Fraction(seek.to) + distance), MediaTime{}, m_end);
-}
-
-void PlayerEngine::beginSeek() {
-    const Seek* seek = m_seeks.begin();
-    if (seek == nullptr)
-        return;
-    if (m_phase != PlayerPhase::opening)
-        follow(m_phase, PlayerPhase::seeking);
-    m_readingStop.request_stop();
-    m_reading.reset();
-    m_readProblem.clear();
-    m_seeking = *seek;
-    const auto now = m_time->now();
-    m_clock.stop(seek->to);
-    m_queue.begin(seek->to, path(now));
-    const auto time = sourceTime(seek->to);
-    if (m_prepared == time) {
-        m_active = 1 - m_active;
-        m_prepared.reset();
-    }
-    m_readers[m_active]->request(
-        {.time = time, .tolerance = seek->tolerance, .givenUp = m_seeks.givenUp()},
-        [this](FrameReader::Answer answer) {
-            {
-                const std::lock_guard lock(m_mutex);
-                m_sought = std::move(answer);
-            }
-            m_time->wakeUp();
-        });
 }
 
 void PlayerEngine::readAhead() {

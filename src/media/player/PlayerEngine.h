@@ -7,6 +7,7 @@
 #include "media/player/PlayerPhase.h"
 #include "media/player/PlayerServices.h"
 #include "media/player/SeekQueue.h"
+#include "media/proxy/ProxyReader.h"
 
 #include <array>
 #include <mutex>
@@ -15,7 +16,12 @@
 namespace vantro::media::player {
 
 /// What a player does on its own threads: one composes, keeps the clock and drives the sound; two
-/// readers decode ahead, one where playing is, the other where the planned jump goes.
+/// readers decode ahead, one where playing is, the other where the planned jump goes; a third finds
+/// pictures of the proxy, where there is one.
+///
+/// With a proxy, an exact seek shows the proxy's picture until the movie's is found, unless that is
+/// soon. A tolerant one ends with the proxy's picture, and the movie's follows when no other seek
+/// does.
 ///
 /// Any thread may call; what is asked for happens soon. Events are told on the engine's threads,
 /// with no lock held, and not after destruction has ended.
@@ -49,6 +55,7 @@ class PlayerEngine {
     void setOutputSize(int width, int height);
     void setVolumes(std::vector<float> volumes);
     void setMuted(bool muted);
+    void setProxy(std::shared_ptr<proxy::ProxyMovie> proxy);
     /// Ticks every `interval` while playing, with this number.
     void addTick(int number, base::HostDuration interval);
     void removeTick(int number);
@@ -72,6 +79,7 @@ class PlayerEngine {
     struct Drawing {
         MediaTime time;
         VideoFrame source;
+        bool isPreliminary = false; ///< the source is the proxy's
     };
     using Lock = std::unique_lock<std::mutex>;
 
@@ -83,15 +91,19 @@ class PlayerEngine {
     bool applyWishes();
     bool redraw();
     bool answerSeek();
+    bool showProxy();
+    bool refine();
     bool followRate();
     bool beginToPlay();
     bool keepClock();
     bool showDue();
     bool composeAhead();
     bool tick();
-    void landSeek(const Seek& seek, const VideoFrame& frame);
+    void landSeek(const Seek& seek, const VideoFrame& frame, bool isPreliminary);
     std::shared_ptr<const PixelBuffer> compose(const Drawing& drawing);
-    void show(std::shared_ptr<const PixelBuffer> pixels, MediaTime time, base::HostTime due);
+    std::shared_ptr<const PixelBuffer> drawn(const Drawing& drawing);
+    /// The drawing is the one that is seen from now on.
+    void show(std::shared_ptr<const PixelBuffer> pixels, Drawing drawing, base::HostTime due);
     void silence();
     void fail(const std::string& problem);
     std::optional<SoundReading> heard(base::HostTime now) const;
@@ -102,6 +114,9 @@ class PlayerEngine {
     void makeJump();
     void end();
     void beginSeek();
+    void askReader(const Seek& seek);
+    void askProxy(const Seek& seek);
+    void takeProxied(std::optional<VideoFrame> frame);
     void readAhead();
     void prepareJump();
     void take(const FrameReader::Answer& answer);
@@ -147,7 +162,13 @@ class PlayerEngine {
 
     SeekQueue m_seeks;
     std::optional<FrameReader::Answer> m_sought; ///< of the seek that runs
+    bool m_isProxied = false;                    ///< that answer is the proxy's
     std::optional<Seek> m_seeking;               ///< that seek
+    std::uint64_t m_seekNumber = 0;              ///< rises with each that begins
+    std::optional<VideoFrame> m_proxied;         ///< to be seen before it ends
+    base::HostTime m_proxiedDue;                 ///< not before
+    std::optional<MediaTime> m_preliminary;      ///< the time of a proxy's picture that is seen
+    std::optional<base::HostTime> m_refineAt;    ///< when the movie's own picture is to follow it
     std::optional<PathPoint> m_reading;          ///< ahead
     std::stop_source m_readingStop;
     base::HostTime m_readingSince;
@@ -158,6 +179,7 @@ class PlayerEngine {
     std::stop_source m_preparingStop;
     std::size_t m_active = 0; ///< the reader where playing is
 
+    std::shared_ptr<proxy::ProxyReader> m_proxy; ///< null where there is none; guarded by m_mutex
     std::array<std::unique_ptr<FrameReader>, 2> m_readers;
     std::jthread m_thread; // goes first
 };

@@ -1,4 +1,4 @@
-// What the engine's thread draws beside playing: seeks, changed edits, and why it cannot.
+// What the engine's thread draws beside playing: changed edits, and why it cannot.
 #include "media/player/PlayerEngine.h"
 
 #include <utility>
@@ -38,81 +38,27 @@ bool PlayerEngine::redraw() {
     if (!draws || !m_shown)
         return true;
     if (auto pixels = compose(*m_shown))
-        show(std::move(pixels), m_shown->time, m_time->now());
+        show(std::move(pixels), *m_shown, m_time->now());
     return true;
-}
-
-bool PlayerEngine::answerSeek() {
-    FrameReader::Answer answer;
-    Seek seek;
-    SeekQueue::Completion done;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_sought)
-            return false;
-        answer = *std::exchange(m_sought, {});
-        seek = *m_seeking;
-        if (answer.isGivenUp) {
-            m_seeks.finish(false);
-            beginSeek();
-            return true;
-        }
-    }
-    if (answer.frame.pixels)
-        landSeek(seek, answer.frame);
-    else
-        fail(answer.problem.empty() ? "The movie holds no picture" : answer.problem);
-    bool finished = false;
-    bool isFirst = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        finished = m_phase == PlayerPhase::paused;
-        isFirst = finished && m_status != PlayerStatus::ready;
-        if (isFirst) {
-            m_status = PlayerStatus::ready;
-            m_problem.clear();
-            m_isOpen = true;
-        }
-        done = m_seeks.finish(finished);
-        beginSeek();
-        prepareJump();
-    }
-    if (isFirst)
-        m_events.statusChanged();
-    if (done)
-        m_events.seekDone(std::move(done), finished);
-    m_events.timeJumped();
-    return true;
-}
-
-void PlayerEngine::landSeek(const Seek& seek, const VideoFrame& frame) {
-    const Drawing drawing{landing(seek, frame), frame};
-    auto pixels = compose(drawing);
-    if (!pixels)
-        return;
-    m_shown = drawing;
-    {
-        const auto now = m_time->now();
-        const std::lock_guard lock(m_mutex);
-        m_clock.stop(drawing.time);
-        m_queue.begin(drawing.time, path(now));
-        m_shownTime = drawing.time;
-        follow(m_phase, PlayerPhase::paused);
-    }
-    show(std::move(pixels), drawing.time, m_time->now());
 }
 
 std::shared_ptr<const PixelBuffer> PlayerEngine::compose(const Drawing& drawing) {
     try {
-        return m_composer.compose(drawing.time, sourceTime(drawing.time), drawing.source);
+        return drawn(drawing);
     } catch (const std::exception& failure) {
         fail(failure.what());
         return nullptr;
     }
 }
 
-void PlayerEngine::show(std::shared_ptr<const PixelBuffer> pixels, MediaTime time, HostTime due) {
-    m_show({std::move(pixels), time, due, ++m_number});
+/// As compose; throws what the compositor does.
+std::shared_ptr<const PixelBuffer> PlayerEngine::drawn(const Drawing& drawing) {
+    return m_composer.compose(drawing.time, sourceTime(drawing.time), drawing.source);
+}
+
+void PlayerEngine::show(std::shared_ptr<const PixelBuffer> pixels, Drawing drawing, HostTime due) {
+    m_show({std::move(pixels), drawing.time, due, ++m_number, drawing.isPreliminary});
+    m_shown = std::move(drawing);
 }
 
 void PlayerEngine::fail(const std::string& problem) {

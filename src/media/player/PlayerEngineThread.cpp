@@ -28,8 +28,8 @@ void PlayerEngine::run(const std::stop_token& stop) {
 }
 
 bool PlayerEngine::step() {
-    return applyWishes() || redraw() || answerSeek() || followRate() || beginToPlay() ||
-           keepClock() || tick() || showDue() || composeAhead();
+    return applyWishes() || redraw() || answerSeek() || showProxy() || refine() || followRate() ||
+           beginToPlay() || keepClock() || tick() || showDue() || composeAhead();
 }
 
 HostTime PlayerEngine::deadline() const {
@@ -40,6 +40,10 @@ HostTime PlayerEngine::deadline() const {
     const auto consider = [&earliest](std::optional<HostTime> at) {
         earliest = std::min(earliest, at.value_or(earliest));
     };
+    if (m_proxied && !m_seeks.givenUp().stop_requested())
+        consider(m_proxiedDue);
+    if (m_phase == PlayerPhase::paused)
+        consider(m_refineAt);
     if (m_phase == PlayerPhase::starting)
         consider(hasDevice ? std::min(m_startedAt + longestStart, now + soundPoll)
                            : m_startedAt + longestStart);
@@ -125,6 +129,7 @@ void PlayerEngine::start(HostTime now, double rate) {
     m_slowReads = 0;
     m_readsKeyframes = false;
     m_startedAt = now;
+    m_refineAt.reset();
     m_wishes.soundJump = false;
     m_queue.setPath(path(now));
     readAhead();
@@ -282,6 +287,7 @@ bool PlayerEngine::showDue() {
                 return false;
             picture = m_queue.takeFront();
             m_shownTime = picture.point.time;
+            m_preliminary.reset();
             ++m_counts.shown;
             const double period = m_frameDuration.seconds() / std::min(m_playedRate, 1.0);
             m_counts.late += base::inSeconds(now - due) > period / 2 ? 1 : 0;
@@ -292,8 +298,7 @@ bool PlayerEngine::showDue() {
         fail(problem);
         return true;
     }
-    m_shown = Drawing{picture.point.time, picture.source};
-    show(std::move(picture.composed), picture.point.time, due);
+    show(std::move(picture.composed), {picture.point.time, picture.source}, due);
     return true;
 }
 

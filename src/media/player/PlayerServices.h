@@ -24,6 +24,8 @@ struct PlayerPicture {
     MediaTime time;                            ///< of the item
     base::HostTime due;       ///< when it should be seen; now, where it answers a seek
     std::uint64_t number = 0; ///< rises by one with each picture handed out
+    /// Drawn over a small copy of the movie's picture; the one over the movie's own follows.
+    bool isPreliminary = false;
 };
 
 /// Pictures since playing began.

@@ -39,7 +39,18 @@ const Seek* SeekQueue::begin() {
     return &*m_running;
 }
 
+std::vector<SeekQueue::Completion> SeekQueue::seen() {
+    std::vector<Completion> superseded;
+    m_hasGivenUp = m_running && m_waiting;
+    if (m_hasGivenUp) {
+        m_stop.request_stop();
+        append(superseded, std::exchange(m_running->done, nullptr));
+    }
+    return superseded;
+}
+
 SeekQueue::Completion SeekQueue::finish(bool shown) {
+    m_stop.request_stop();
     auto done = std::move(m_running->done);
     m_running.reset();
     if (shown)

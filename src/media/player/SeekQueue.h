@@ -32,7 +32,11 @@ class SeekQueue {
     /// Starts the one that waits, unless one runs or none waits.
     const Seek* begin();
     std::stop_token givenUp() const { return m_stop.get_token(); }
-    /// Ends the one that runs; returns whom to tell, empty where that was done already.
+    /// A picture of the one that runs has been seen, though not yet the one that ends it: it need
+    /// not keep one that waits any longer. Returns what is superseded.
+    std::vector<Completion> seen();
+    /// Ends the one that runs, and what still searches for it; returns whom to tell, empty where
+    /// that was done already.
     Completion finish(bool shown);
     /// Gives up everything; returns whom to tell.
     std::vector<Completion> clear();

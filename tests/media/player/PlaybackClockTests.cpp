@@ -102,6 +102,12 @@ TEST(SeekQueue, GivesUpAStaleSeekButNeverTwiceBeforeAPicture) {
     queue.begin();
     add(5);
     EXPECT_TRUE(queue.givenUp().stop_requested());
+    queue.finish(false);
+    queue.begin();
+    add(6);
+    EXPECT_FALSE(queue.givenUp().stop_requested());
+    EXPECT_EQ(queue.seen().size(), 1U) << "a first picture of it is enough when another waits";
+    EXPECT_TRUE(queue.givenUp().stop_requested());
 }
 
 } // namespace

@@ -1,0 +1,141 @@
+#include "media/proxy/ProxyCache.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <span>
+#include <system_error>
+#include <vector>
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vantro::media::proxy {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Proxies that were made another way than today's are not found: raised with each change of how.
+constexpr std::uint64_t format = 1;
+/// As much as a piece takes, and more.
+constexpr std::uintmax_t roomForOne = 16'000'000;
+/// Of a movie, bytes: more than its header.
+constexpr std::size_t headLength = 65'536;
+
+/// FNV-1a, 64 bits.
+class Hash {
+  public:
+    void add(std::span<const char> bytes) {
+        for (const char byte : bytes)
+            m_value = (m_value ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+    }
+    void add(std::uint64_t number) {
+        const auto bytes = std::bit_cast<std::array<char, sizeof number>>(number);
+        add(std::span(bytes));
+    }
+    std::uint64_t value() const { return m_value; }
+
+  private:
+    std::uint64_t m_value = 0xcbf29ce484222325;
+};
+
+[[noreturn]] void fail(const char* what, const fs::path& path, int code) {
+    throw fs::filesystem_error(what, path, std::error_code(code, std::generic_category()));
+}
+
+fs::path folderFrom(const char* variable) {
+    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): never set here
+    return value != nullptr && *value == '/' ? value : "";
+}
+
+struct CachedFile {
+    fs::path path;
+    fs::file_time_type used;
+    std::uintmax_t size = 0;
+};
+
+/// Files that vanish meanwhile are left out.
+std::vector<CachedFile> filesIn(const fs::path& folder) {
+    std::vector<CachedFile> found;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        CachedFile file{entry.path(), entry.last_write_time(error), 0};
+        if (!error && entry.is_regular_file(error))
+            file.size = entry.file_size(error);
+        if (!error)
+            found.push_back(std::move(file));
+        error.clear();
+    }
+    return found;
+}
+
+} // namespace
+
+fs::path usualProxyFolder() {
+    if (const auto cache = folderFrom("XDG_CACHE_HOME"); !cache.empty())
+        return cache / "vantro/previews";
+    const auto home = folderFrom("HOME");
+    return home.empty() ? home : home / ".cache/vantro/previews";
+}
+
+std::string proxyKey(const fs::path& movie) {
+    struct stat status{};
+    std::ifstream file(movie, std::ios::binary);
+    if (!file || ::stat(movie.c_str(), &status) != 0)
+        fail("cannot read", movie, errno);
+    std::vector<char> head(headLength);
+    file.read(head.data(), static_cast<std::streamsize>(head.size()));
+    Hash hash;
+    hash.add(format);
+    hash.add(static_cast<std::uint64_t>(status.st_size));
+    hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_sec));
+    hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_nsec));
+    hash.add(std::span(head).first(static_cast<std::size_t>(file.gcount())));
+    return fmt::format("{:016x}", hash.value());
+}
+
+ProxyCache::ProxyCache(fs::path folder, std::uintmax_t mostBytes)
+    : m_folder(std::move(folder)), m_mostBytes(mostBytes) {
+    fs::create_directories(m_folder.parent_path());
+    struct stat status{};
+    if (::mkdir(m_folder.c_str(), 0700) != 0 && errno != EEXIST)
+        fail("cannot create", m_folder, errno);
+    if (::lstat(m_folder.c_str(), &status) != 0)
+        fail("cannot open", m_folder, errno);
+    if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid())
+        fail("is not this user's own folder", m_folder, EPERM);
+    fs::permissions(m_folder, fs::perms::owner_all);
+}
+
+fs::path ProxyCache::file(const std::string& key, int piece) const {
+    return m_folder / fmt::format("{}-{:04}.mov", key, piece);
+}
+
+bool ProxyCache::use(const std::string& key, int piece) const {
+    const auto path = file(key, piece);
+    std::error_code error;
+    fs::last_write_time(path, fs::file_time_type::clock::now(), error);
+    return !error && fs::is_regular_file(path, error);
+}
+
+bool ProxyCache::makeRoom(const std::string& key) const {
+    auto files = filesIn(m_folder);
+    std::uintmax_t bytes = roomForOne;
+    for (const auto& file : files)
+        bytes += file.size;
+    std::erase_if(files,
+                  [&](const auto& each) { return each.path.filename().string().starts_with(key); });
+    std::ranges::sort(files, {}, &CachedFile::used);
+    for (auto file = files.begin(); bytes > m_mostBytes && file != files.end(); ++file) {
+        std::error_code error;
+        if (fs::remove(file->path, error) || !error)
+            bytes -= file->size;
+    }
+    return bytes <= m_mostBytes;
+}
+
+} // namespace vantro::media::proxy
