@@ -6,6 +6,7 @@
 #include "support/Program.h"
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vantro::app {
@@ -87,6 +88,44 @@ TEST_F(ProjectStore, WhatIsOpenElsewhereIsReadAndExportedButNotChangedUntilItsPr
     other.kill();
     EXPECT_EQ(failureOfSaving(project, package), "");
     EXPECT_EQ(files::readProjectFile(package).edit.cursorScale, 1);
+}
+
+/// Runs `task` in a process of somebody whom permissions bind. Whether it returned true.
+bool succeedsForOthers(const std::function<bool()>& task) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t nobody = 65534;
+        const bool isBound = ::geteuid() != 0 || ::seteuid(nobody) == 0;
+        ::_exit(isBound && task() ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST_F(ProjectStore, InAFolderOfSomebodyElseIsReadOnlyAndOpenElsewhereForEveryAccount) {
+    constexpr auto readable = fs::perms::owner_read | fs::perms::owner_exec |
+                              fs::perms::group_read | fs::perms::group_exec |
+                              fs::perms::others_read | fs::perms::others_exec;
+    fs::permissions(folder.path(), readable);
+    fs::permissions(package, readable);
+    const auto before = edit();
+    EXPECT_TRUE(succeedsForOthers([&] {
+        const auto access = files::storeOf(package).access(package);
+        auto edited = files::readProjectFile(package);
+        edited.edit.cursorScale = 1;
+        return !access.lock && access.whyReadOnly == "Permission denied" &&
+               failureOfSaving(edited, package).contains("Permission denied");
+    }));
+    const auto ours = files::ProjectLock::take(package);
+    EXPECT_TRUE(succeedsForOthers([&] {
+        return files::storeOf(package).access(package).whyReadOnly ==
+               "it is open in another Vantro";
+    }));
+    fs::permissions(folder.path(), fs::perms::owner_all);
+    fs::permissions(package, fs::perms::owner_all);
+    EXPECT_EQ(edit(), before);
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"recording.mov", "sample.vantro"}));
 }
 
 TEST_F(ProjectStore, KeepsItsLockWhereASaveReplacesTheWholePackage) {

@@ -11,6 +11,7 @@ T.ItemDelegate {
     required property string note
     required property string removeSymbol
     required property string removeHelp
+    property real removeSymbolSize: 14
     property bool hasPicture: false
     property string pictureName: ""
     property bool faded: false // it cannot be opened
@@ -31,6 +32,12 @@ T.ItemDelegate {
             height: 40
             radius: 3
             color: Theme.sunken
+            Symbol {
+                anchors.centerIn: parent
+                visible: row.pictureName === ""
+                name: "video.fill"
+                color: Theme.disabledText
+            }
             Image {
                 objectName: "recordingPicture"
                 anchors.fill: parent
@@ -72,7 +79,7 @@ T.ItemDelegate {
             implicitWidth: 28
             implicitHeight: 28
             symbol: row.removeSymbol
-            symbolSize: 14
+            symbolSize: row.removeSymbolSize
             ink: Theme.secondaryText
             help: row.removeHelp
             onClicked: row.removed()

@@ -86,6 +86,7 @@ FocusScope {
                 note: missing ? qsTr("Not found: %1").arg(folder) : folder
                 faded: missing
                 removeSymbol: "xmark"
+                removeSymbolSize: 10
                 removeHelp: qsTr("Remove from this list")
                 onClicked: recent.opened(index)
                 onRemoved: recent.removed(index)
