@@ -227,21 +227,6 @@ TEST_F(StartScreenTest, ClosingAsksAboutChangesAndDoesWhatIsAnswered) {
     EXPECT_FALSE(journals.isOffered()) << "nothing comes back";
 }
 
-TEST_F(StartScreenTest, ChangesThatACrashInterruptedAreOfferedAndRestoredByAClick) {
-    const auto package = saved("Demo");
-    auto project = app::files::readProjectFile(package);
-    project.edit.cursorScale = 1.5;
-    app::files::EditJournal::begin(files.filePath(QStringLiteral("edits")).toStdString())
-        ->write({project, package});
-    journals.find();
-    show();
-    EXPECT_THAT(item("restoreCard").property("text").toString().toStdString(),
-                testing::HasSubstr("Demo"));
-    answer("acceptButton");
-    EXPECT_EQ(state.cursorScale(), 1.5);
-    EXPECT_TRUE(state.document().isModified());
-}
-
 TEST_F(StartScreenTest, AProjectThatIsOpenElsewhereSaysSo) {
     const auto package = saved("Demo");
     const auto elsewhere = app::files::storeOf(package).access(package);

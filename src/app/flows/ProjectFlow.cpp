@@ -156,13 +156,23 @@ ProjectFlow::Opened ProjectFlow::readPackage(const std::filesystem::path& packag
             .whyReadOnly = std::move(access.whyReadOnly)};
 }
 
+ProjectFlow::Opened ProjectFlow::readRecording(const Recoverer& recover,
+                                               const std::filesystem::path& movie,
+                                               const model::Edit& choices) {
+    auto lock = files::ProjectLock::take(movie.parent_path());
+    if (!lock) // it may be on the way of being recovered there
+        throw model::VantroError(openFailed, fmt::format("{}: {}", movie.string(), lock.error()));
+    auto recording = recover(movie);
+    auto edit = model::freshEdit(recording.metadata(), choices);
+    return {.project = {.name = files::recordingName(movie),
+                        .recording = std::move(recording),
+                        .edit = std::move(edit)},
+            .lock = std::move(*lock)};
+}
+
 void ProjectFlow::openRecording(const std::filesystem::path& movie) {
     openWith([recover = m_sources.recover, movie, choices = m_state.document().edit()] {
-        auto recording = recover(movie);
-        auto edit = model::freshEdit(recording.metadata(), choices);
-        return Opened{.project = {.name = files::recordingName(movie),
-                                  .recording = std::move(recording),
-                                  .edit = std::move(edit)}};
+        return readRecording(recover, movie, choices);
     });
 }
 
@@ -170,17 +180,10 @@ void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<vo
     const auto movie = edit.project.recording.movie();
     openWith(
         [recover = m_sources.recover, edit, movie] {
-            if (edit.package) {
-                auto found = readPackage(*edit.package);
-                requireSameRecording(found.project.recording, edit);
-                return found;
-            }
-            auto recording = recover(movie);
-            requireSameRecording(recording, edit);
-            auto fresh = model::freshEdit(recording.metadata());
-            return Opened{.project = {.name = files::recordingName(movie),
-                                      .recording = std::move(recording),
-                                      .edit = std::move(fresh)}};
+            auto found =
+                edit.package ? readPackage(*edit.package) : readRecording(recover, movie, {});
+            requireSameRecording(found.project.recording, edit);
+            return found;
         },
         [this, edit, opened = std::move(opened)] {
             m_state.document().rename(edit.project.name);
@@ -228,6 +231,8 @@ void ProjectFlow::show(Opened found, const std::function<void()>& then) {
         m_lock = std::move(found.lock);
     m_isReadOnly = !isOwn && !found.whyReadOnly.empty();
     m_readOnlyNotice = m_isReadOnly ? found.whyReadOnly : std::string();
+    auto& name = found.project.name; // a file's may be no text
+    name = QString::fromStdString(name).toStdString();
     m_state.show(std::move(found.project), found.package);
     Q_EMIT questionChanged();
     if (then)

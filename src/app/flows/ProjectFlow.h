@@ -16,10 +16,10 @@ namespace vantro::app::flows {
 
 /// Where recordings come from that are no projects yet. Called on the worker thread; throw
 /// std::exception.
+using Recoverer = std::function<model::Recording(const std::filesystem::path& movie)>;
 struct RecordingSources {
     /// Makes a finished recording of what a run of the program left behind.
-    std::function<model::Recording(const std::filesystem::path& movie)> recover =
-        files::recoverRecording;
+    Recoverer recover = files::recoverRecording;
     /// Makes a recording of a movie from elsewhere.
     std::function<model::Project(const std::filesystem::path& movie)> import = files::importMovie;
 };
@@ -102,6 +102,8 @@ class ProjectFlow : public QObject {
     bool mayOpen() const;
     void ask(PanelKind kind);
     static Opened readPackage(const std::filesystem::path& package);
+    static Opened readRecording(const Recoverer& recover, const std::filesystem::path& movie,
+                                const model::Edit& choices);
     void openWith(Read read, std::function<void()> then = {});
     void read(Read read, std::function<void()> then);
     void show(Opened found, const std::function<void()>& then);

@@ -347,16 +347,5 @@ TEST_F(RecoveryFlowTest, ARecordingIsDeletedOnlyAfterTheAnswerAndNotWhileItIsOpe
     EXPECT_TRUE(fs::exists(movie));
 }
 
-TEST_F(RecoveryFlowTest, ADeletedRecordingIsGoneFromDiskAndList) {
-    find();
-    flow.askDelete(movie);
-    ASSERT_NE(flow.askedToDelete(), nullptr);
-    flow.deleteAsked();
-    tasks.runAll();
-    EXPECT_FALSE(fs::exists(movie.parent_path()));
-    EXPECT_TRUE(flow.recordings().empty());
-    EXPECT_EQ(flow.askedToDelete(), nullptr);
-}
-
 } // namespace
 } // namespace vantro::app::flows
