@@ -10,6 +10,8 @@
 #include "window/MainModel.h"
 #include "window/WindowFitter.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QQmlComponent>
 #include <QQuickWindow>
@@ -23,7 +25,8 @@ void prepareEngine(QQmlEngine& engine) {
     qmlRegisterTypesAndRevisions<ui::ActionGuard, ui::Appearance, ui::PictureStream,
                                  ui::PreviewItem, DisplayChoice, MainModel, WindowFitter,
                                  editor::EditorModel, editor::EditorPreview,
-                                 editor::PlayerTimeObserver, picker::WindowPickerModel>(
+                                 editor::PlayerTimeObserver, picker::WindowPickerModel,
+                                 start::RecentProjectsModel, start::UnsavedRecordingsModel>(
         "Vantro.Native", 1, nullptr);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);

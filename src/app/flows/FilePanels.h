@@ -7,7 +7,7 @@
 
 namespace vantro::app::flows {
 
-enum class PanelKind { saveMovie, saveGif, saveProject, openProject };
+enum class PanelKind { saveMovie, saveGif, saveProject, openProject, importMovie };
 
 /// Asks the user for files. Main thread.
 class FilePanels {

@@ -31,6 +31,9 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
                 QObject::tr("Vantro project (*.vantro)")};
     case app::flows::PanelKind::openProject:
         return {QObject::tr("Open Project"), {}, {}};
+    case app::flows::PanelKind::importMovie:
+        return {
+            QObject::tr("Open Movie"), {}, QObject::tr("Movies (*.mp4 *.mov *.mkv *.webm *.m4v)")};
     }
     return {};
 }
@@ -89,9 +92,14 @@ class SavePanel : public QFileDialog {
 
 QFileDialog* makePanel(app::flows::PanelKind kind, const QString& proposedName) {
     const auto texts = textsFor(kind);
-    if (kind != app::flows::PanelKind::openProject)
+    const bool saves = !texts.suffix.isEmpty();
+    if (saves)
         return new SavePanel(texts, proposedName);
-    auto* panel = new QFileDialog(nullptr, texts.title, startFolder());
+    auto* panel = new QFileDialog(nullptr, texts.title, startFolder(), texts.filter);
+    if (kind == app::flows::PanelKind::importMovie) {
+        panel->setFileMode(QFileDialog::ExistingFile);
+        return panel;
+    }
     panel->setFileMode(QFileDialog::Directory); // to the desktop a package is a folder
     panel->setOption(QFileDialog::ShowDirsOnly);
     return panel;
