@@ -7,8 +7,12 @@
 
 namespace vantro::editor {
 
-EditorModel::EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows)
-    : m_state(state), m_preview(preview), m_flows(flows) {
+EditorModel::EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows,
+                         const EditorServices& services)
+    : m_state(state)
+    , m_preview(preview)
+    , m_flows(flows)
+    , m_sidebar(state, services.panels, services.tasks) {
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
     connect(&m_refresh, &QTimer::timeout, this, &EditorModel::refreshPreview);

@@ -3,6 +3,7 @@
 #include "app/flows/Flows.h"
 #include "app/state/AppState.h"
 #include "editor/EditorPreview.h"
+#include "editor/sidebar/SidebarModel.h"
 
 #include <QStringList>
 #include <QTimer>
@@ -10,6 +11,12 @@
 #include <QtQml/qqmlregistration.h>
 
 namespace vantro::editor {
+
+/// What the editor needs of its surroundings; all of it outlives the editor.
+struct EditorServices {
+    app::flows::FilePanels& panels;
+    app::flows::TaskRunner& tasks; ///< for work that a click waits for
+};
 
 /// What the editor screen shows and does: the preview, the recording's name, and the project and
 /// export actions. Holds no truth but the notice of what was last done. Main thread.
@@ -20,6 +27,7 @@ class EditorModel : public QObject {
     Q_PROPERTY(
         QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
     Q_PROPERTY(vantro::editor::EditorPreview* preview READ preview CONSTANT)
+    Q_PROPERTY(vantro::editor::sidebar::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(QStringList formats READ formats CONSTANT)
     Q_PROPERTY(QStringList resolutions READ resolutions CONSTANT)
     Q_PROPERTY(QStringList qualities READ qualities CONSTANT)
@@ -30,11 +38,13 @@ class EditorModel : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
   public:
-    EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows);
+    EditorModel(app::AppState& state, EditorPreview& preview, app::flows::Flows flows,
+                const EditorServices& services);
 
     QString recordingName() const { return QString::fromStdString(m_state.recordingName()); }
     void setRecordingName(const QString& name);
     EditorPreview* preview() { return &m_preview; }
+    sidebar::SidebarModel* sidebar() { return &m_sidebar; }
     QStringList formats() const;
     QStringList resolutions() const;
     QStringList qualities() const;
@@ -71,6 +81,7 @@ class EditorModel : public QObject {
     app::AppState& m_state;
     EditorPreview& m_preview;
     app::flows::Flows m_flows;
+    sidebar::SidebarModel m_sidebar;
     QTimer m_refresh; ///< fires once the event loop is back
     QString m_notice;
 };

@@ -63,6 +63,7 @@ class Program {
     app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
     app::flows::QtTaskRunner m_fileTasks{"com.vantro.files"};
     app::flows::QtTaskRunner m_previewTasks{"com.vantro.preview"};
+    app::flows::QtTaskRunner m_editorTasks{"com.vantro.editor"};
     app::flows::QtTaskRunner m_listTasks{"com.vantro.windows"};
 
     app::flows::RecordingFlow m_recording{m_state,
@@ -78,7 +79,7 @@ class Program {
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,
                             [this] { return m_desktop.abilities(); }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
-    editor::EditorModel m_editor{m_state, m_preview, m_flows};
+    editor::EditorModel m_editor{m_state, m_preview, m_flows, {m_panels, m_editorTasks}};
     window::TrayIcon m_tray{m_state, m_recording};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::MainWindow m_window{{m_model, m_editor, m_windows, m_displays, m_guard, m_appearance}};

@@ -102,11 +102,11 @@ void WindowFixture::record(model::CaptureMode mode) {
     runTasks();
 }
 
-void WindowFixture::showEditor(const model::Edit& edit) {
+void WindowFixture::showEditor(const model::Edit& edit, const model::RecordingMetadata& metadata) {
     const std::filesystem::path movie = files.filePath(QStringLiteral("shown.mov")).toStdString();
     if (!std::filesystem::exists(movie))
         writeColorClock(movie, 320, 180, 10, 4);
-    auto project = plainProject(movie, 10);
+    auto project = plainProject(movie, 10, metadata);
     auto shown = edit;
     shown.background = project.edit.background;
     state.show({"demo", project.recording, std::move(shown)});

@@ -52,7 +52,7 @@ class WindowFixture : public testing::Test {
 
     void record(model::CaptureMode mode = model::CaptureMode::screen);
     /// Puts a finished recording into the editor: four seconds, each of its own color.
-    void showEditor(const model::Edit& edit = {});
+    void showEditor(const model::Edit& edit = {}, const model::RecordingMetadata& metadata = {});
     /// Waits for the preview to show this color in its middle.
     bool stageBecomes(Rgb color);
     /// Writes what the window shows to NAME.png in the folder for people to look at.
@@ -94,7 +94,7 @@ class WindowFixture : public testing::Test {
     window::DisplayChoice displays{state, [this] { return platform.displays(); }};
     ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
     window::MainModel app{state, permission, windows, flows, guard};
-    editor::EditorModel editor{state, preview, flows};
+    editor::EditorModel editor{state, preview, flows, {panels, tasks}};
 
   private:
     std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,

@@ -7,7 +7,7 @@
 
 namespace vantro::app::flows {
 
-enum class PanelKind { saveMovie, saveGif, saveProject, openProject };
+enum class PanelKind { saveMovie, saveGif, saveFrame, saveProject, openProject, openPicture };
 
 /// Asks the user for files. Main thread.
 class FilePanels {

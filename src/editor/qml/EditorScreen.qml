@@ -27,12 +27,19 @@ FocusScope {
     VideoPreviewArea {
         id: stage
         focus: true
-        anchors { left: parent.left; right: parent.right; top: toolbar.bottom; bottom: playhead.top; bottomMargin: Theme.tight }
+        anchors { left: parent.left; right: sidebar.left; top: toolbar.bottom; bottom: playhead.top; bottomMargin: Theme.tight }
         player: screen.editor.preview
 
         TapHandler {
             onPressedChanged: if (pressed) stage.forceActiveFocus() // ends the typing of the name
         }
+    }
+    Sidebar {
+        id: sidebar
+        objectName: "sidebar"
+        anchors { right: parent.right; top: toolbar.bottom; bottom: playhead.top }
+        model: screen.editor.sidebar
+        onKeysReturned: stage.forceActiveFocus()
     }
     PlayheadSlider {
         id: playhead

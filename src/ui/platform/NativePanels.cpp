@@ -26,11 +26,18 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
         return {QObject::tr("Export"), QStringLiteral("mp4"), QObject::tr("MPEG-4 movie (*.mp4)")};
     case app::flows::PanelKind::saveGif:
         return {QObject::tr("Export"), QStringLiteral("gif"), QObject::tr("Animated GIF (*.gif)")};
+    case app::flows::PanelKind::saveFrame:
+        return {QObject::tr("Save Frame"), QStringLiteral("png"),
+                QObject::tr("PNG picture (*.png)")};
     case app::flows::PanelKind::saveProject:
         return {QObject::tr("Save Project"), QStringLiteral("vantro"),
                 QObject::tr("Vantro project (*.vantro)")};
     case app::flows::PanelKind::openProject:
         return {QObject::tr("Open Project"), {}, {}};
+    case app::flows::PanelKind::openPicture:
+        return {QObject::tr("Background Picture"),
+                {},
+                QObject::tr("Pictures (*.jpg *.jpeg *.png *.webp)")};
     }
     return {};
 }
@@ -89,9 +96,13 @@ class SavePanel : public QFileDialog {
 
 QFileDialog* makePanel(app::flows::PanelKind kind, const QString& proposedName) {
     const auto texts = textsFor(kind);
-    if (kind != app::flows::PanelKind::openProject)
+    if (!texts.suffix.isEmpty())
         return new SavePanel(texts, proposedName);
-    auto* panel = new QFileDialog(nullptr, texts.title, startFolder());
+    auto* panel = new QFileDialog(nullptr, texts.title, startFolder(), texts.filter);
+    if (kind == app::flows::PanelKind::openPicture) {
+        panel->setFileMode(QFileDialog::ExistingFile);
+        return panel;
+    }
     panel->setFileMode(QFileDialog::Directory); // to the desktop a package is a folder
     panel->setOption(QFileDialog::ShowDirsOnly);
     return panel;

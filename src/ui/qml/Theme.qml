@@ -8,6 +8,7 @@ QtObject {
     readonly property color window: dark ? "#1e1e20" : "#f6f6f7"
     readonly property color surface: dark ? "#2b2b2e" : "#ffffff"
     readonly property color sunken: dark ? "#161618" : "#e9e9ec"
+    readonly property color groove: dark ? "#56565c" : "#c9c9ce"
     readonly property color raised: dark ? "#47474b" : "#ffffff"
     readonly property color stage: "#000000"
     readonly property color stageText: "#ffffff"
