@@ -9,6 +9,7 @@
 #include "app/flows/RecoveryFlow.h"
 #include "capture/RecordingTarget.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
 #include "program/PictureWithoutUs.h"
 #include "program/WindowedApplication.h"
@@ -79,9 +80,11 @@ class Program {
                             [this] { return m_desktop.abilities(); }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     editor::EditorModel m_editor{m_state, m_preview, m_flows};
+    editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
-    window::MainWindow m_window{{m_model, m_editor, m_windows, m_displays, m_guard, m_appearance}};
+    window::MainWindow m_window{
+        {m_model, m_editor, m_actions, m_windows, m_displays, m_guard, m_appearance}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())

@@ -2,6 +2,7 @@
 
 #include "base/Fatal.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "ui/ActionGuard.h"
 #include "ui/PreviewItem.h"
 #include "ui/SymbolProvider.h"
@@ -20,11 +21,11 @@ Q_IMPORT_PLUGIN(VantroPlugin)
 namespace vantro::window {
 
 void prepareEngine(QQmlEngine& engine) {
-    qmlRegisterTypesAndRevisions<ui::ActionGuard, ui::Appearance, ui::PictureStream,
-                                 ui::PreviewItem, DisplayChoice, MainModel, WindowFitter,
-                                 editor::EditorModel, editor::EditorPreview,
-                                 editor::PlayerTimeObserver, picker::WindowPickerModel>(
-        "Vantro.Native", 1, nullptr);
+    qmlRegisterTypesAndRevisions<
+        ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
+        MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
+        editor::PlayerTimeObserver, editor::bars::BarGestures, editor::bars::EditorActions,
+        editor::bars::TimelineModel, picker::WindowPickerModel>("Vantro.Native", 1, nullptr);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);
 }

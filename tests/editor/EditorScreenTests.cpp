@@ -29,14 +29,6 @@ class EditorScreenTest : public test::WindowFixture {
             [&] { return std::abs(transport().currentTime() - seconds) < 0.01; });
     }
     PlayerTimeObserver& transport() { return *preview.transport(); }
-    /// A place on the playhead's way, in window coordinates.
-    QPoint onSlider(double fraction) {
-        auto& slider = item("playhead");
-        const double handle = 16;
-        return slider
-            .mapToScene({handle / 2 + (slider.width() - handle) * fraction, slider.height() / 2})
-            .toPoint();
-    }
 };
 
 TEST_F(EditorScreenTest, ShowsTheFilmInTheMiddleOfABlackStageOrWhyItCannot) {
@@ -89,23 +81,6 @@ TEST_F(EditorScreenTest, SkippingStaysWithinTheMovieAndShowsThePictureThere) {
     EXPECT_TRUE(playheadBecomes(0));
     EXPECT_TRUE(stageBecomes(colorOfSecond(0)));
     EXPECT_FALSE(transport().isPlaying());
-}
-
-TEST_F(EditorScreenTest, DraggingThePlayheadScrubsAndLettingGoShowsTheExactPicture) {
-    open();
-    QTest::mousePress(&window(), Qt::LeftButton, {}, onSlider(0));
-    QTest::mouseMove(&window(), onSlider(0.2));
-    QTest::mouseMove(&window(), onSlider(0.65));
-    EXPECT_TRUE(transport().isScrubbing());
-    EXPECT_NEAR(transport().currentTime(), 2.6, 0.02);
-    EXPECT_TRUE(stageBecomes(colorOfSecond(2)));
-    QTest::mouseRelease(&window(), Qt::LeftButton, {}, onSlider(0.65));
-    EXPECT_FALSE(transport().isScrubbing());
-    EXPECT_TRUE(playheadBecomes(2.6));
-    item("playhead").forceActiveFocus(Qt::TabFocusReason);
-    const double before = transport().currentTime();
-    key(Qt::Key_Right);
-    EXPECT_TRUE(playheadBecomes(before + 0.1));
 }
 
 TEST_F(EditorScreenTest, AnEditIsSeenAtOnceWherePlayingStands) {

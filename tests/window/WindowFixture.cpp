@@ -40,7 +40,7 @@ std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Reco
 
 void WindowFixture::showWindow() {
     m_window = std::make_unique<window::MainWindow>(
-        window::MainWindowModels{app, editor, windows, displays, guard, appearance});
+        window::MainWindowModels{app, editor, actions, windows, displays, guard, appearance});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();

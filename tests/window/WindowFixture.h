@@ -9,6 +9,7 @@
 #include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "export/RecordingFixture.h"
 #include "ui/ActionGuard.h"
 #include "ui/Preferences.h"
@@ -95,6 +96,7 @@ class WindowFixture : public testing::Test {
     ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
     window::MainModel app{state, permission, windows, flows, guard};
     editor::EditorModel editor{state, preview, flows};
+    editor::bars::EditorActions actions{state, *preview.transport()};
 
   private:
     std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,

@@ -8,6 +8,7 @@ Window {
 
     required property MainModel app
     required property EditorModel editor
+    required property EditorActions actions
     required property WindowPickerModel windows
     required property DisplayChoice displays
     required property ActionGuard guard
@@ -117,6 +118,7 @@ Window {
         id: editing
         EditorScreen {
             editor: window.editor
+            actions: window.actions
             guard: window.guard
         }
     }
