@@ -2,7 +2,9 @@
 
 #include "app/flows/Flows.h"
 #include "app/state/AppState.h"
+#include "base/HostClock.h"
 #include "editor/EditorPreview.h"
+#include "editor/FrameExport.h"
 #include "editor/sidebar/SidebarModel.h"
 
 #include <QStringList>
@@ -16,6 +18,9 @@ namespace vantro::editor {
 struct EditorServices {
     app::flows::FilePanels& panels;
     app::flows::TaskRunner& tasks; ///< for work that a click waits for
+    OpenMovie openMovie;           ///< for single pictures
+    std::function<void(const QString& file)> showInFolder;
+    std::function<base::HostTime()> now = base::hostNow;
 };
 
 /// What the editor screen shows and does: the preview, the recording's name, and the project and
@@ -34,6 +39,11 @@ class EditorModel : public QObject {
     Q_PROPERTY(bool exporting READ exporting NOTIFY exportChanged)
     Q_PROPERTY(double progress READ progress NOTIFY exportChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY exportChanged)
+    Q_PROPERTY(QString timeLeft READ timeLeft NOTIFY exportChanged) ///< empty while not known
+    /// The film that was exported last, until something else is done with it; empty without one.
+    Q_PROPERTY(QString exportedFile READ exportedFile NOTIFY exportedFileChanged)
+    Q_PROPERTY(QString exportedName READ exportedName NOTIFY exportedFileChanged)
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged) ///< of the window
     Q_PROPERTY(bool working READ working NOTIFY workingChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
@@ -51,6 +61,10 @@ class EditorModel : public QObject {
     bool exporting() const;
     double progress() const { return m_state.phase().progress; }
     QString progressText() const;
+    QString timeLeft() const;
+    const QString& exportedFile() const { return m_exportedFile; }
+    QString exportedName() const;
+    QString title() const;
     bool working() const;
     const QString& notice() const { return m_notice; }
 
@@ -59,6 +73,15 @@ class EditorModel : public QObject {
     /// Indices into formats, resolutions and qualities.
     Q_INVOKABLE void exportRecording(int format, int resolution, int quality);
     Q_INVOKABLE void cancelExport();
+    /// "About 12 MB"; empty where nothing can be said. Indices as above.
+    Q_INVOKABLE QString sizeEstimate(int format, int resolution, int quality) const;
+    Q_INVOKABLE void showExported();
+    /// The file onto the clipboard.
+    Q_INVOKABLE void copyExported();
+    Q_INVOKABLE void forgetExported() { setExportedFile({}); }
+    /// The film's picture at the playhead, onto the clipboard or into a file.
+    Q_INVOKABLE void copyFrame();
+    Q_INVOKABLE void saveFrame();
     Q_INVOKABLE void newRecording();
     Q_INVOKABLE void openProject();
     /// Asks for a place the first time only.
@@ -71,17 +94,24 @@ class EditorModel : public QObject {
     void exportChanged();
     void workingChanged();
     void noticeChanged();
+    void exportedFileChanged();
+    void titleChanged();
 
   private:
     void followState();
     void followFlows();
     void refreshPreview();
     void setNotice(const QString& notice);
+    void setExportedFile(const QString& file);
 
     app::AppState& m_state;
     EditorPreview& m_preview;
     app::flows::Flows m_flows;
+    EditorServices m_services;
     sidebar::SidebarModel m_sidebar;
+    FrameExport m_frames;
+    base::HostTime m_exportStart;
+    QString m_exportedFile;
     QTimer m_refresh; ///< fires once the event loop is back
     QString m_notice;
 };

@@ -15,6 +15,18 @@ const QString editorMaximizedKey = QStringLiteral("editorMaximized");
 const QString recentKey = QStringLiteral("recentProjects");
 const QString unsavedKey = QStringLiteral("unsavedRecording");
 
+QString folderKey(FolderUse use) {
+    switch (use) {
+    case FolderUse::films:
+        return QStringLiteral("filmFolder");
+    case FolderUse::projects:
+        return QStringLiteral("projectFolder");
+    case FolderUse::pictures:
+        break;
+    }
+    return QStringLiteral("pictureFolder");
+}
+
 QString standardFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/vantro/vantro.ini");
@@ -94,6 +106,14 @@ void Preferences::addRecentProject(const QString& path) {
     paths.removeAll(whole);
     paths.prepend(whole);
     m_settings.setValue(recentKey, QStringList(paths.mid(0, mostRecentProjects)));
+}
+
+QString Preferences::folder(FolderUse use) const {
+    return m_settings.value(folderKey(use)).toString();
+}
+
+void Preferences::setFolder(FolderUse use, const QString& path) {
+    m_settings.setValue(folderKey(use), path);
 }
 
 QString Preferences::unsavedRecording() const {

@@ -40,7 +40,7 @@ std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Reco
 
 void WindowFixture::showWindow() {
     m_window = std::make_unique<window::MainWindow>(
-        window::MainWindowModels{app, editor, windows, displays, guard, appearance});
+        window::MainWindowModels{app, editor, actions, windows, displays, guard, appearance});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();
@@ -75,8 +75,10 @@ QString WindowFixture::text(const char* name) {
 }
 
 void WindowFixture::click(const char* name) {
+    window().grabWindow(); // what has appeared finds its place when the window is drawn
     auto& target = item(name);
     const auto middle = target.mapToScene({target.width() / 2, target.height() / 2}).toPoint();
+    QTest::mouseMove(&window(), middle - QPoint(1, 1)); // a pointer that stands there does not move
     QTest::mouseMove(&window(), middle);
     QTest::mouseClick(&window(), Qt::LeftButton, {}, middle);
     settle();

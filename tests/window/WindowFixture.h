@@ -9,6 +9,7 @@
 #include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "export/RecordingFixture.h"
 #include "ui/ActionGuard.h"
 #include "ui/Preferences.h"
@@ -64,6 +65,8 @@ class WindowFixture : public testing::Test {
     std::string previewProblem;
     std::function<void(const std::function<void(double)>&)> exportScript = [](const auto&) {};
     std::vector<app::flows::ExportJob> exports;
+    QString shownInFolder; ///< the last file that the file manager was asked for
+    base::HostTime now;    ///< while something is exported
 
     ManualTimers timers;
     ManualTasks tasks;
@@ -94,7 +97,17 @@ class WindowFixture : public testing::Test {
     window::DisplayChoice displays{state, [this] { return platform.displays(); }};
     ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
     window::MainModel app{state, permission, windows, flows, guard};
-    editor::EditorModel editor{state, preview, flows, {panels, tasks}};
+    editor::EditorModel editor{
+        state,
+        preview,
+        flows,
+        {.panels = panels,
+         .tasks = tasks,
+         .openMovie = [this](const auto& shown,
+                             const auto& edit) { return openMovie(shown, edit); },
+         .showInFolder = [this](const QString& file) { shownInFolder = file; },
+         .now = [this] { return now; }}};
+    editor::bars::EditorActions actions{state, *preview.transport()};
 
   private:
     std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,

@@ -6,6 +6,7 @@ Rectangle {
     id: toolbar
 
     required property EditorModel editor
+    required property EditorActions actions
     required property ActionGuard guard
 
     implicitHeight: 52
@@ -35,6 +36,24 @@ Rectangle {
         id: actions
         anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
         spacing: Theme.gap
+        Row {
+            SymbolButton {
+                objectName: "undo"
+                symbol: "arrow.uturn.backward"
+                ink: Theme.secondaryText
+                help: qsTr("%1 (Ctrl+Z)").arg(toolbar.actions.undoName)
+                enabled: toolbar.guard.edit && toolbar.actions.canUndo
+                onClicked: toolbar.actions.undo()
+            }
+            SymbolButton {
+                objectName: "redo"
+                symbol: "arrow.uturn.forward"
+                ink: Theme.secondaryText
+                help: qsTr("%1 (Ctrl+Shift+Z)").arg(toolbar.actions.redoName)
+                enabled: toolbar.guard.edit && toolbar.actions.canRedo
+                onClicked: toolbar.actions.redo()
+            }
+        }
         PushButton {
             objectName: "newRecording"
             text: qsTr("New Recording")
@@ -82,6 +101,10 @@ Rectangle {
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
         height: 1
         color: Theme.border
+    }
+    ExportDone {
+        anchors { horizontalCenter: parent.horizontalCenter; top: parent.bottom; topMargin: Theme.gap }
+        editor: toolbar.editor
     }
     Shortcut {
         sequence: "Ctrl+N"

@@ -14,7 +14,6 @@ Rectangle {
     color: Theme.window
     Accessible.role: Accessible.Pane
     Accessible.name: qsTr("Settings")
-    Keys.onEscapePressed: keysReturned()
 
     Flickable {
         id: page

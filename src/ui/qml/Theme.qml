@@ -36,6 +36,24 @@ QtObject {
     readonly property color warning: dark ? "#f0b429" : "#9a6200"
     readonly property color scrim: dark ? "#99000000" : "#66000000"
 
+    // The time line is dark in both themes, so that its colours mean the same.
+    readonly property color timelineGround: "#19191b"
+    readonly property color timelineInk: "#ffffff"
+    readonly property color timelineText: "#a8a8ae"
+    readonly property color timelineTick: "#6c6c72"
+    readonly property color timelineGap: "#232326"
+    readonly property color timelineSegment: "#235c63"
+    readonly property color timelineSegmentSelected: "#2f7a82"
+    readonly property color timelineSegmentOutline: "#6fd3dc"
+    readonly property color timelineBadge: "#99000000"
+    readonly property color timelineHandle: "#e8e8ea"
+    readonly property color timelineZoom: "#7c5cf0"
+    readonly property color timelineZoomOutline: "#8f73f5"
+    readonly property color timelinePlayhead: "#f2555a"
+    readonly property color timelineMark: "#40f0b429"
+    readonly property color timelineMarkOutline: "#f0b429"
+    readonly property color timelineFocus: "#ffffff"
+
     readonly property int caption: 11
     readonly property int body: 13
     readonly property int headline: 15
