@@ -72,8 +72,8 @@ struct ZoomHit {
 /// selected, outside of it. Of zooms drawn as one the one nearest to `x` is meant.
 std::optional<ZoomHit> zoomAt(const std::vector<ZoomRow>& rows, const Zooms& zooms,
                               const TimeAxis& axis, double duration, double x, double handleWidth);
-/// The edge whose handle lies at `x`; of two the nearer one. Where edges are crowded the handles are
-/// narrower, so that the pieces between them can still be clicked.
+/// The edge whose handle lies at `x`; of two the nearer one. Where edges are crowded the handles
+/// are narrower, so that the pieces between them can still be clicked.
 std::optional<SegmentEdge> edgeAt(const std::vector<EdgeRow>& rows, double x, double handleWidth);
 
 } // namespace vantro::timeline
