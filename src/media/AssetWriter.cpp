@@ -87,11 +87,14 @@ struct AssetWriter::Implementation {
             for (auto& track : audio)
                 track.abandon();
         });
-        const auto first = pace.waitBeyond({-1, 1});
-        const auto last = video->lastAppended();
-        for (auto now = first; now && last && *last > *first; now = pace.waitBeyond(*now))
-            finishing.report(
-                std::clamp((*now - *first).seconds() / (*last - *first).seconds(), 0.0, 1.0));
+        // What the encoders still hold lies between what is written by now and the last frame.
+        const double all = video->secondsAppended();
+        std::optional<double> first;
+        for (auto now = pace.waitBeyond({-1, 1}); now; now = pace.waitBeyond(*now)) {
+            first = first.value_or(now->seconds());
+            if (all > *first)
+                finishing.report(std::min((now->seconds() - *first) / (all - *first), 1.0));
+        }
         video->finish();
         for (auto& track : audio)
             track.finish();

@@ -11,7 +11,7 @@ namespace {
 // them apart, and a long recording would have thousands of them.
 constexpr double narrowBlock = 6;
 constexpr double narrowGap = 2;
-constexpr double widestRun = 60;
+constexpr double widestRun = 90;
 // Points. Below this the handles of a block would leave nothing to hold it by.
 constexpr double widthForHandles = 24;
 // Points around a block in which it is still met, so that thin ones can be clicked.
@@ -137,6 +137,11 @@ std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const T
     for (const auto& edge : edgesOf(segments))
         if (axis.width > 0 && edge.place >= axis.start && edge.place <= axis.start + axis.span)
             rows.push_back({edge, axis.xOf(edge.place), edge.place * duration});
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const double before = i > 0 ? rows[i].x - rows[i - 1].x : axis.width;
+        const double behind = i + 1 < rows.size() ? rows[i + 1].x - rows[i].x : axis.width;
+        rows[i].room = std::min(before, behind);
+    }
     return rows;
 }
 
@@ -166,7 +171,8 @@ std::optional<ZoomHit> zoomAt(const std::vector<ZoomRow>& rows, const Zooms& zoo
 std::optional<SegmentEdge> edgeAt(const std::vector<EdgeRow>& rows, double x, double handleWidth) {
     const auto nearest =
         std::ranges::min_element(rows, {}, [x](const auto& row) { return std::abs(row.x - x); });
-    if (nearest == rows.end() || std::abs(nearest->x - x) > handleWidth / 2)
+    if (nearest == rows.end() ||
+        std::abs(nearest->x - x) > std::min(handleWidth / 2, nearest->room / 3))
         return {};
     return nearest->edge;
 }

@@ -56,6 +56,7 @@ struct EdgeRow {
     SegmentEdge edge;
     double x = 0;
     double time = 0;
+    double room = 0; ///< points to the nearest other edge
     bool operator==(const EdgeRow&) const = default;
 };
 std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis);
@@ -71,7 +72,8 @@ struct ZoomHit {
 /// selected, outside of it. Of zooms drawn as one the one nearest to `x` is meant.
 std::optional<ZoomHit> zoomAt(const std::vector<ZoomRow>& rows, const Zooms& zooms,
                               const TimeAxis& axis, double duration, double x, double handleWidth);
-/// The edge whose handle lies at `x`; of two the nearer one.
+/// The edge whose handle lies at `x`; of two the nearer one. Where edges are crowded the handles
+/// are narrower, so that the pieces between them can still be clicked.
 std::optional<SegmentEdge> edgeAt(const std::vector<EdgeRow>& rows, double x, double handleWidth);
 
 } // namespace vantro::timeline

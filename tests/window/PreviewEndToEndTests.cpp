@@ -14,10 +14,10 @@ using test::colorOfSecond;
 using test::eventually;
 
 constexpr QSize editorSize(980, 680);
-constexpr QPoint stageMiddle(490, 320);
-constexpr int sliderY = 618; // of the main window, as all that follows
-constexpr int sliderLeft = 24;
-constexpr int sliderRight = 956;
+constexpr QPoint stageMiddle(490, 284);
+constexpr int rulerY = 530; // of the main window, as all that follows
+constexpr int rulerLeft = 16;
+constexpr int rulerRight = 964;
 constexpr QPoint playButton(490, 655);
 constexpr QPoint backButton(440, 655);
 constexpr QPoint forwardButton(540, 655);
@@ -58,7 +58,7 @@ class PreviewEndToEndTest : public testing::Test {
     void click(QPoint at) { session.clickMain(at.x(), at.y()); }
     void movePointer(double fraction) {
         const auto at = session.window(QStringLiteral("Vantro")).topLeft() +
-                        QPoint(sliderLeft + qRound((sliderRight - sliderLeft) * fraction), sliderY);
+                        QPoint(rulerLeft + qRound((rulerRight - rulerLeft) * fraction), rulerY);
         session.xdo({"mousemove", QString::number(at.x()), QString::number(at.y())});
     }
     std::string errors() { return session.program().readAllStandardError().toStdString(); }
@@ -154,8 +154,8 @@ TEST_P(ScaledPreviewTest, ASmallRecordingIsShownPixelByPixel) {
         if (window.width() < 500)
             return false;
         const auto desktop = session.picture(QStringLiteral("preview-sharp"));
-        const int toolbarLessTransport = 13 * GetParam() / 96;
-        const auto middle = window.center() - QPoint(0, toolbarLessTransport);
+        const int panelLessToolbar = 56 * GetParam() / 96;
+        const auto middle = window.center() - QPoint(0, panelLessToolbar);
         for (int x = -100; x < 100; ++x) {
             const int here = desktop.pixelColor(middle + QPoint(x, 0)).green();
             const int next = desktop.pixelColor(middle + QPoint(x + 1, 0)).green();

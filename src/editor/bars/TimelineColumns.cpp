@@ -47,7 +47,8 @@ QVariant zoomName(const ZoomRow& row) {
 }
 
 QVariant zoomLabel(const ZoomRow& row) {
-    return row.count > 1 ? QString::number(row.count) : text(timeline::levelLabel(row.level));
+    return row.count > 1 ? Texts::tr("%n zooms", nullptr, row.count)
+                         : text(timeline::levelLabel(row.level));
 }
 
 } // namespace
@@ -82,6 +83,7 @@ std::vector<Column<EdgeRow>> edgeColumns() {
                         : row.edge.kind == timeline::SegmentEdge::Kind::end ? -1
                                                                             : 0;
              }},
+            {"room", [](const EdgeRow& row) -> QVariant { return row.room; }},
             {"seconds", [](const EdgeRow& row) -> QVariant { return row.time; }},
             {"name", edgeName}};
 }

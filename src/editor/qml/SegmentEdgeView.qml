@@ -6,6 +6,7 @@ TimeHandle {
 
     required property int index
     required property real startX
+    required property real room // to the nearest other edge
     required property int side // of the piece that it belongs to: 1 right, -1 left, 0 both
     required property real handleWidth
 
@@ -17,12 +18,13 @@ TimeHandle {
 
     Rectangle {
         x: (parent.width - width) / 2 + edge.side * width / 2
-        width: edge.side === 0 ? 2 : 5
+        width: edge.side === 0 ? Math.min(2, edge.room / 4) : Math.min(5, edge.room / 4)
         height: parent.height
         radius: edge.side === 0 ? 0 : 2
         color: edge.side === 0 ? Theme.timelineGround : Theme.timelineHandle
     }
     Rectangle {
+        visible: edge.room >= 20
         anchors.centerIn: parent
         anchors.horizontalCenterOffset: edge.side * 2.5
         width: edge.side === 0 ? 4 : 1

@@ -21,13 +21,16 @@ TimeHandle {
 
     Rectangle {
         x: (parent.width - width) / 2
+        y: knob.y
         width: 2
-        height: parent.height
+        height: parent.height - y
         color: Theme.timelinePlayhead
     }
     Rectangle {
+        id: knob
+        y: 15 // below the times of the ruler
         width: parent.width
-        height: 12
+        height: 10
         radius: 3
         color: Theme.timelinePlayhead
     }

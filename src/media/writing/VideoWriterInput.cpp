@@ -57,6 +57,10 @@ bool VideoWriterInput::append(const VideoFrame& frame) {
     return taken;
 }
 
+double VideoWriterInput::secondsAppended() const {
+    return m_lastAppended ? m_lastAppended->seconds() - m_sessionStart.seconds() : 0;
+}
+
 void VideoWriterInput::markAsFinished(std::optional<MediaTime> endTime) {
     if (m_isMarkedFinished)
         return;

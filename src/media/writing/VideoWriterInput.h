@@ -32,8 +32,8 @@ class VideoWriterInput {
     bool append(const VideoFrame& frame);
     /// Takes no more frames; the last picture stays until `endTime`. Later calls change nothing.
     void markAsFinished(std::optional<MediaTime> endTime);
-    /// The presentation time of the newest frame that was taken; the appending thread's.
-    std::optional<MediaTime> lastAppended() const { return m_lastAppended; }
+    /// Seconds from the session's start to the newest frame that was taken; the appending thread's.
+    double secondsAppended() const;
     /// Waits until everything is written. Throws what went wrong, however long ago.
     void finish();
     /// Makes the thread end soon, without a movie. Any thread.

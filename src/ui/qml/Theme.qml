@@ -41,7 +41,7 @@ QtObject {
     readonly property color timelineInk: "#ffffff"
     readonly property color timelineText: "#a8a8ae"
     readonly property color timelineTick: "#6c6c72"
-    readonly property color timelineGap: "#232326"
+    readonly property color timelineGap: "#2a2a2e"
     readonly property color timelineSegment: "#235c63"
     readonly property color timelineSegmentSelected: "#2f7a82"
     readonly property color timelineSegmentOutline: "#6fd3dc"
