@@ -21,7 +21,8 @@ EditorModel::EditorModel(app::AppState& state, EditorPreview& preview, app::flow
     , m_flows(flows)
     , m_services(services)
     , m_sidebar(state, services.panels, services.tasks)
-    , m_frames(state, services.panels, services.tasks, services.openMovie) {
+    , m_frames(state, services.panels, services.tasks, services.openMovie)
+    , m_zoomTarget(state, preview) {
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
     connect(&m_refresh, &QTimer::timeout, this, &EditorModel::refreshPreview);

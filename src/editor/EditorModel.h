@@ -5,6 +5,7 @@
 #include "base/HostClock.h"
 #include "editor/EditorPreview.h"
 #include "editor/FrameExport.h"
+#include "editor/ZoomTarget.h"
 #include "editor/sidebar/SidebarModel.h"
 
 #include <QStringList>
@@ -33,6 +34,7 @@ class EditorModel : public QObject {
         QString recordingName READ recordingName WRITE setRecordingName NOTIFY recordingNameChanged)
     Q_PROPERTY(vantro::editor::EditorPreview* preview READ preview CONSTANT)
     Q_PROPERTY(vantro::editor::sidebar::SidebarModel* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(vantro::editor::ZoomTarget* zoomTarget READ zoomTarget CONSTANT)
     Q_PROPERTY(QStringList formats READ formats CONSTANT)
     Q_PROPERTY(QStringList resolutions READ resolutions CONSTANT)
     Q_PROPERTY(QStringList qualities READ qualities CONSTANT)
@@ -55,6 +57,7 @@ class EditorModel : public QObject {
     void setRecordingName(const QString& name);
     EditorPreview* preview() { return &m_preview; }
     sidebar::SidebarModel* sidebar() { return &m_sidebar; }
+    ZoomTarget* zoomTarget() { return &m_zoomTarget; }
     QStringList formats() const;
     QStringList resolutions() const;
     QStringList qualities() const;
@@ -110,6 +113,7 @@ class EditorModel : public QObject {
     EditorServices m_services;
     sidebar::SidebarModel m_sidebar;
     FrameExport m_frames;
+    ZoomTarget m_zoomTarget;
     base::HostTime m_exportStart;
     QString m_exportedFile;
     QTimer m_refresh; ///< fires once the event loop is back

@@ -25,8 +25,8 @@ void prepareEngine(QQmlEngine& engine) {
     qmlRegisterTypesAndRevisions<
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
         MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
-        editor::PlayerTimeObserver, editor::bars::BarGestures, editor::bars::EditorActions,
-        editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
+        editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::BarGestures,
+        editor::bars::EditorActions, editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
         editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
         editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,

@@ -38,6 +38,13 @@ FocusScope {
         anchors { left: parent.left; right: sidebar.left; top: toolbar.bottom; bottom: panel.top }
         player: screen.editor.preview
 
+        ZoomTargetView {
+            anchors.fill: parent
+            clip: true
+            player: stage.player
+            target: screen.editor.zoomTarget
+        }
+
         TapHandler {
             onPressedChanged: if (pressed) stage.forceActiveFocus() // ends the typing of the name
         }

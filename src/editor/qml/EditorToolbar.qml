@@ -39,6 +39,7 @@ Rectangle {
         Row {
             SymbolButton {
                 objectName: "undo"
+                implicitHeight: Theme.controlHeight
                 symbol: "arrow.uturn.backward"
                 ink: Theme.secondaryText
                 help: qsTr("%1 (Ctrl+Z)").arg(toolbar.actions.undoName)
@@ -47,6 +48,7 @@ Rectangle {
             }
             SymbolButton {
                 objectName: "redo"
+                implicitHeight: Theme.controlHeight
                 symbol: "arrow.uturn.forward"
                 ink: Theme.secondaryText
                 help: qsTr("%1 (Ctrl+Shift+Z)").arg(toolbar.actions.redoName)
