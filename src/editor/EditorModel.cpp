@@ -197,7 +197,7 @@ void EditorModel::cancelExport() {
 }
 
 void EditorModel::newRecording() {
-    m_state.reset();
+    m_flows.projects.newRecording();
 }
 
 void EditorModel::openProject() {

@@ -1,8 +1,9 @@
 #include "program/Application.h"
 
-#include "app/files/RecordingRecovery.h"
+#include "app/files/EditJournal.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/Flows.h"
+#include "app/flows/JournalFlow.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/QtMainLoop.h"
@@ -26,6 +27,8 @@
 #include "window/platform/QuitSignals.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QApplication>
 #include <QQuickWindow>
@@ -44,12 +47,11 @@ std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
 class Program {
   public:
     Program();
-    /// Opens that project first, unless its name is empty.
+    /// Opens that project or movie first, unless its name is empty.
     int run(const std::filesystem::path& project);
 
   private:
     void followPreferences();
-    void followRecordings();
     void connectQuitting();
 
     ui::Preferences m_preferences;
@@ -68,13 +70,17 @@ class Program {
     app::flows::QtTaskRunner m_previewTasks{"com.vantro.preview"};
     app::flows::QtTaskRunner m_editorTasks{"com.vantro.editor"};
     app::flows::QtTaskRunner m_listTasks{"com.vantro.windows"};
+    app::flows::QtTaskRunner m_shelfTasks{"com.vantro.shelf"};
+    app::flows::QtTaskRunner m_journalTasks{"com.vantro.journal"};
 
     app::flows::RecordingFlow m_recording{m_state,
                                           {m_desktop, m_overlays, m_timers, m_recordingTasks}};
     app::flows::ExportFlow m_exports{m_state, m_panels, m_exportTasks, runExport};
     app::flows::ProjectFlow m_projects{m_state, m_panels, m_fileTasks};
-    app::flows::RecoveryFlow m_recovery{m_state, m_fileTasks, app::files::recoverRecording};
-    const app::flows::Flows m_flows{m_recording, m_exports, m_projects, m_recovery};
+    app::flows::RecoveryFlow m_recovery{m_state, m_projects, m_shelfTasks};
+    app::flows::JournalFlow m_journals{m_state, m_projects, m_timers, m_journalTasks,
+                                       app::files::editJournals()};
+    const app::flows::Flows m_flows{m_recording, m_exports, m_projects, m_recovery, m_journals};
 
     editor::EditorPreview m_preview{m_previewTasks, openMovieForEditor, makeSound};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
@@ -93,8 +99,10 @@ class Program {
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
-    window::MainWindow m_window{
-        {m_model, m_editor, m_actions, m_windows, m_displays, m_guard, m_appearance}};
+    window::start::UnsavedRecordingsModel m_recordings{m_recovery};
+    window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
+    window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
+                                 m_appearance, m_recordings, m_recents, m_recovery}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())
@@ -107,9 +115,11 @@ class Program {
 Program::Program() {
     m_state.setMainWindow(&m_window.window());
     followPreferences();
-    followRecordings();
     connectQuitting();
-    m_recovery.offer(m_preferences.unsavedRecording().toStdString());
+    QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
+                     [this](const QString& path) { m_recovery.offer(path.toStdString()); });
+    m_recovery.find();
+    m_journals.find();
 }
 
 void Program::followPreferences() {
@@ -119,31 +129,9 @@ void Program::followPreferences() {
     countDown();
     QObject::connect(&m_preferences, &ui::Preferences::countdownChanged, countDown);
     QObject::connect(&m_model, &window::MainModel::optionsWanted, [this](double x, double y) {
-        window::showOptionsMenu(
-            m_preferences, QPointF(x, y).toPoint(),
-            [this](const QString& path) { m_projects.openPackage(path.toStdString()); });
+        window::showOptionsMenu(m_preferences, QPointF(x, y).toPoint(),
+                                [this] { m_projects.importMovie(); });
     });
-}
-
-/// Remembers which recording would be lost from sight if the program ended now.
-void Program::followRecordings() {
-    QObject::connect(&m_state, &app::AppState::phaseChanged, [this] {
-        if (m_state.phase() == app::AppPhase::previewing() && m_state.recordingPath() &&
-            !m_state.projectPath())
-            m_preferences.setUnsavedRecording(
-                QString::fromStdString(m_state.recordingPath()->string()));
-    });
-    QObject::connect(&m_recording, &app::flows::RecordingFlow::begun,
-                     [this](const QString& path) { m_preferences.setUnsavedRecording(path); });
-    QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
-                     [this](const QString& path) { m_recovery.offer(path.toStdString()); });
-    const auto used = [this](const QString& path) { m_preferences.addRecentProject(path); };
-    QObject::connect(&m_projects, &app::flows::ProjectFlow::saved, used);
-    QObject::connect(&m_projects, &app::flows::ProjectFlow::opened, used);
-    QObject::connect(&m_projects, &app::flows::ProjectFlow::saved,
-                     [this] { m_preferences.setUnsavedRecording({}); });
-    QObject::connect(&m_recovery, &app::flows::RecoveryFlow::discarded,
-                     [this] { m_preferences.setUnsavedRecording({}); });
 }
 
 void Program::connectQuitting() {
@@ -158,7 +146,7 @@ void Program::connectQuitting() {
 int Program::run(const std::filesystem::path& project) {
     m_permission.startPolling();
     if (!project.empty())
-        m_projects.openPackage(project);
+        m_projects.open(project);
     m_placement.restore();
     m_window.window().show();
     return QCoreApplication::exec();

@@ -1,6 +1,7 @@
 #include "ui/ActionGuard.h"
 
 #include "app/flows/ExportFlow.h"
+#include "app/flows/JournalFlow.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecordingFlow.h"
@@ -38,7 +39,11 @@ void ActionGuard::followEverything() {
         follow(m_flows.recording, signal);
     follow(m_flows.exports, &ExportFlow::runningChanged);
     follow(m_flows.projects, &ProjectFlow::activityChanged);
+    follow(m_flows.projects, &ProjectFlow::questionChanged);
     follow(m_flows.recovery, &RecoveryFlow::offeredChanged);
+    follow(m_flows.recovery, &RecoveryFlow::askedToDeleteChanged);
+    follow(m_flows.recovery, &RecoveryFlow::recordingsChanged);
+    follow(m_flows.journals, &JournalFlow::offeredChanged);
 }
 
 Screen ActionGuard::screen() const {
@@ -50,9 +55,22 @@ QString ActionGuard::message() const {
         return QStringLiteral("alert");
     if (m_quitAsked)
         return QStringLiteral("quit");
-    if (m_flows.recovery.isOffered() && screen() == Screen::controls)
-        return QStringLiteral("recovery");
-    return {};
+    if (m_flows.projects.isLeaveAsked())
+        return QStringLiteral("unsaved");
+    if (!m_flows.projects.readOnlyNotice().empty())
+        return QStringLiteral("readOnly");
+    return messageOverControls();
+}
+
+/// While something is being opened its answer is waited for.
+QString ActionGuard::messageOverControls() const {
+    if (screen() != Screen::controls || m_flows.projects.isBusy())
+        return {};
+    if (m_flows.recovery.askedToDelete() != nullptr)
+        return QStringLiteral("delete");
+    if (m_flows.journals.isOffered())
+        return QStringLiteral("restore");
+    return m_flows.recovery.isOffered() ? QStringLiteral("recovery") : QString();
 }
 
 QString ActionGuard::sentence(const capture::Ability& ability) {

@@ -21,7 +21,8 @@ class ActionGuard : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    /// The message over the window: alert, quit, recovery, or empty for none.
+    /// The message over the window: alert, quit, unsaved, readOnly, delete, restore, recovery, or
+    /// empty for none.
     Q_PROPERTY(QString message READ message NOTIFY changed)
     // One sentence each; empty when the desktop can do it.
     Q_PROPERTY(QString modeMissing READ modeMissing NOTIFY changed)
@@ -62,6 +63,7 @@ class ActionGuard : public QObject {
 
   private:
     void followEverything();
+    QString messageOverControls() const;
     static QString sentence(const capture::Ability& ability);
     Screen screen() const;
     bool isFree(Screen wanted) const;

@@ -13,7 +13,6 @@ const QString positionKey = QStringLiteral("windowPosition");
 const QString editorSizeKey = QStringLiteral("editorSize");
 const QString editorMaximizedKey = QStringLiteral("editorMaximized");
 const QString recentKey = QStringLiteral("recentProjects");
-const QString unsavedKey = QStringLiteral("unsavedRecording");
 
 QString folderKey(FolderUse use) {
     switch (use) {
@@ -106,6 +105,14 @@ void Preferences::addRecentProject(const QString& path) {
     paths.removeAll(whole);
     paths.prepend(whole);
     m_settings.setValue(recentKey, QStringList(paths.mid(0, mostRecentProjects)));
+    Q_EMIT recentProjectsChanged();
+}
+
+void Preferences::removeRecentProject(const QString& path) {
+    auto paths = recentProjects();
+    paths.removeAll(path);
+    m_settings.setValue(recentKey, paths);
+    Q_EMIT recentProjectsChanged();
 }
 
 QString Preferences::folder(FolderUse use) const {
@@ -114,18 +121,6 @@ QString Preferences::folder(FolderUse use) const {
 
 void Preferences::setFolder(FolderUse use, const QString& path) {
     m_settings.setValue(folderKey(use), path);
-}
-
-QString Preferences::unsavedRecording() const {
-    return m_settings.value(unsavedKey).toString();
-}
-
-void Preferences::setUnsavedRecording(const QString& path) {
-    if (path.isEmpty())
-        m_settings.remove(unsavedKey);
-    else
-        m_settings.setValue(unsavedKey, path);
-    m_settings.sync(); // it is for the case that the program does not end in an orderly way
 }
 
 } // namespace vantro::ui

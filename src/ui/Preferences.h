@@ -40,21 +40,19 @@ class Preferences : public QObject {
     bool editorMaximized() const;
     void setEditorMaximized(bool maximized);
 
-    /// Project packages, the latest first.
+    /// Project packages, the latest first, 8 at most; some may be gone.
     QStringList recentProjects() const;
     void addRecentProject(const QString& path);
+    void removeRecentProject(const QString& path);
 
     /// Where a panel was left last; empty where it never was.
     QString folder(FolderUse use) const;
     void setFolder(FolderUse use, const QString& path);
 
-    /// The movie of the last recording while no project holds it; empty when there is none.
-    QString unsavedRecording() const;
-    void setUnsavedRecording(const QString& path);
-
   Q_SIGNALS:
     void themeChanged();
     void countdownChanged();
+    void recentProjectsChanged();
 
   private:
     QSettings m_settings;

@@ -1,16 +1,37 @@
 #include "window/MainModel.h"
 
+#include "app/files/ImportMovie.h"
+#include "app/files/ProjectPackage.h"
 #include "app/flows/ExportFlow.h"
+#include "app/flows/JournalFlow.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecoveryFlow.h"
 #include "ui/ActionGuard.h"
 #include "ui/TimeText.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
+#include <QFile>
 #include <QLocale>
+#include <algorithm>
 
 namespace vantro::window {
+namespace {
+
+/// Without the slash that ends a folder's name in some file managers.
+std::filesystem::path pathOf(const QUrl& file) {
+    std::filesystem::path path = QFile::encodeName(file.toLocalFile()).toStdString();
+    return path.has_filename() ? path : path.parent_path();
+}
+
+bool isOpenable(const QUrl& file) {
+    const auto path = pathOf(file);
+    return file.isLocalFile() &&
+           (path.extension() == app::files::package::extension || app::files::hasMovieName(path));
+}
+
+} // namespace
 
 MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permission,
                      picker::WindowPickerModel& windows, app::flows::Flows flows,
@@ -18,6 +39,7 @@ MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permis
     : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows), m_guard(guard) {
     connectState();
     connectFlows();
+    connectQuestions();
 }
 
 void MainModel::connectState() {
@@ -48,6 +70,18 @@ void MainModel::connectFlows() {
                                &app::flows::RecordingFlow::stoppingChanged,
                                &app::flows::RecordingFlow::recorderStatusChanged})
         connect(&recording, changed, this, &MainModel::recordingChanged);
+}
+
+void MainModel::connectQuestions() {
+    const auto follow = [this](auto& object, auto signal) {
+        connect(&object, signal, this, &MainModel::questionChanged);
+    };
+    follow(m_state, &app::AppState::recordingNameChanged);
+    follow(m_flows.projects, &app::flows::ProjectFlow::questionChanged);
+    follow(m_flows.recovery, &app::flows::RecoveryFlow::askedToDeleteChanged);
+    follow(m_flows.recovery, &app::flows::RecoveryFlow::detailsChanged);
+    follow(m_flows.recovery, &app::flows::RecoveryFlow::offeredChanged);
+    follow(m_flows.journals, &app::flows::JournalFlow::offeredChanged);
 }
 
 void MainModel::phaseChanged() {
@@ -131,19 +165,89 @@ void MainModel::dismissRecovery() {
     m_flows.recovery.dismiss();
 }
 
-void MainModel::discardRecovery() {
-    m_flows.recovery.discard();
+QString MainModel::recoverySize() const {
+    return QLocale().formattedDataSize(static_cast<qint64>(m_flows.recovery.offeredBytes()), 1,
+                                       QLocale::DataSizeSIFormat);
 }
 
-QString MainModel::recoverySize() const {
-    return QLocale().formattedDataSize(static_cast<qint64>(m_flows.recovery.offeredBytes()));
+QString MainModel::readOnlyReason() const {
+    return QString::fromStdString(m_flows.projects.readOnlyNotice());
+}
+
+QString MainModel::deletedName() const {
+    const auto* asked = m_flows.recovery.askedToDelete();
+    return asked != nullptr ? QString::fromStdString(asked->recording.name) : QString();
+}
+
+QString MainModel::deletedAbout() const {
+    const auto* asked = m_flows.recovery.askedToDelete();
+    return asked != nullptr ? start::aboutText(*asked) : QString();
+}
+
+QString MainModel::restoredName() const {
+    return QString::fromStdString(m_flows.journals.offeredName());
+}
+
+void MainModel::saveAndLeave() {
+    m_flows.projects.saveAndLeave();
+}
+
+void MainModel::discardAndLeave() {
+    m_flows.projects.discardAndLeave();
+}
+
+void MainModel::stay() {
+    m_flows.projects.stay();
+}
+
+void MainModel::dismissReadOnlyNotice() {
+    m_flows.projects.dismissReadOnlyNotice();
+}
+
+void MainModel::keepListed() {
+    m_flows.recovery.keep();
+}
+
+void MainModel::deleteListed() {
+    m_flows.recovery.deleteAsked();
+}
+
+void MainModel::restoreEdit() {
+    m_flows.journals.restore();
+}
+
+void MainModel::discardEdit() {
+    m_flows.journals.discardOffered();
+}
+
+void MainModel::dismissEdit() {
+    m_flows.journals.dismiss();
+}
+
+bool MainModel::canOpen(const QList<QUrl>& files) const {
+    return std::ranges::any_of(files, isOpenable);
+}
+
+void MainModel::openFiles(const QList<QUrl>& files) {
+    const auto first = std::ranges::find_if(files, isOpenable);
+    if (first != files.end())
+        m_flows.projects.open(pathOf(*first));
+}
+
+/// Nothing is left to be asked.
+void MainModel::quit() {
+    m_flows.recording.areaCancelled();
+    m_flows.exports.cancel();
+    Q_EMIT quitReady();
 }
 
 bool MainModel::mayClose() {
     if (m_state.phase() != app::AppPhase::recording()) {
-        m_flows.recording.areaCancelled();
-        m_flows.exports.cancel();
-        Q_EMIT quitReady();
+        if (m_state.document().isModified()) {
+            m_flows.projects.leave([this] { m_flows.journals.discard([this] { quit(); }); });
+            return false;
+        }
+        quit();
         return true;
     }
     if (stopping())

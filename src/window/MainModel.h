@@ -3,8 +3,10 @@
 #include "app/flows/Flows.h"
 #include "app/flows/RecordingFlow.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
+#include <QUrl>
 
 #include <QtQml/qqmlregistration.h>
 
@@ -41,6 +43,15 @@ class MainModel : public QObject {
     Q_PROPERTY(int countdown READ countdown NOTIFY countdownChanged)
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
     Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
+    // What the messages about files name.
+    Q_PROPERTY(QString projectName READ projectName NOTIFY questionChanged)
+    Q_PROPERTY(QString readOnlyReason READ readOnlyReason NOTIFY questionChanged)
+    Q_PROPERTY(QString deletedName READ deletedName NOTIFY questionChanged)
+    /// Its length and size.
+    Q_PROPERTY(QString deletedAbout READ deletedAbout NOTIFY questionChanged)
+    Q_PROPERTY(QString restoredName READ restoredName NOTIFY questionChanged)
+    /// What the offered recording takes on disk: "1.2 GB".
+    Q_PROPERTY(QString recoverySize READ recoverySize NOTIFY questionChanged)
 
   public:
     MainModel(app::AppState& state, app::flows::PermissionService& permission,
@@ -62,6 +73,12 @@ class MainModel : public QObject {
     int countdown() const { return m_flows.recording.countdownRemaining(); }
     QString alertText() const;
     QString alertSuggestion() const;
+    QString projectName() const { return QString::fromStdString(m_state.recordingName()); }
+    QString readOnlyReason() const;
+    QString deletedName() const;
+    QString deletedAbout() const;
+    QString restoredName() const;
+    QString recoverySize() const;
 
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
@@ -73,15 +90,26 @@ class MainModel : public QObject {
     Q_INVOKABLE void openProject();
     Q_INVOKABLE void recover();
     Q_INVOKABLE void dismissRecovery();
-    Q_INVOKABLE void discardRecovery();
-    /// What the offered recording takes on disk: "1.2 GiB".
-    Q_INVOKABLE QString recoverySize() const;
+    Q_INVOKABLE void saveAndLeave();
+    Q_INVOKABLE void discardAndLeave();
+    Q_INVOKABLE void stay();
+    Q_INVOKABLE void dismissReadOnlyNotice();
+    Q_INVOKABLE void keepListed();
+    Q_INVOKABLE void deleteListed();
+    Q_INVOKABLE void restoreEdit();
+    Q_INVOKABLE void discardEdit();
+    Q_INVOKABLE void dismissEdit();
+    /// Whether one of these files is a project or a movie, by its name.
+    Q_INVOKABLE bool canOpen(const QList<QUrl>& files) const;
+    /// The first of them that is.
+    Q_INVOKABLE void openFiles(const QList<QUrl>& files);
     Q_INVOKABLE void dismissAlert() { m_state.setShowError(false); }
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }
 
     /// The window is asked to close. True when it may, and then the program ends; otherwise the
-    /// user is asked, or a recording that is being finished is waited for.
+    /// user is asked about a recording or unsaved changes, or a recording that is being finished is
+    /// waited for.
     Q_INVOKABLE bool mayClose();
     Q_INVOKABLE void keepRecording();
     /// Finishes the recording's files and then quits.
@@ -94,13 +122,16 @@ class MainModel : public QObject {
     void recordingChanged();
     void countdownChanged();
     void alertChanged();
+    void questionChanged();
     void optionsWanted(double x, double y);
     void quitReady();
 
   private:
     void connectState();
     void connectFlows();
+    void connectQuestions();
     void phaseChanged();
+    void quit();
 
     app::AppState& m_state;
     app::flows::PermissionService& m_permission;

@@ -9,6 +9,9 @@
 #include "window/QmlModule.h"
 #include "window/picker/ApplicationIcons.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/RecordingPictures.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QQuickWindow>
 
@@ -20,6 +23,8 @@ MainWindow::MainWindow(MainWindowModels models) {
         QStringLiteral("application"),
         new picker::ApplicationIcons(
             [&windows = models.windows](const QString& name) { return windows.icon(name); }));
+    m_engine.addImageProvider(QStringLiteral("recording"),
+                              new start::RecordingPictures(models.recovery));
     const auto object = [](QObject& model) { return QVariant::fromValue(&model); };
     m_window = makeWindow(m_engine, QStringLiteral("Main.qml"),
                           {{QStringLiteral("app"), object(models.app)},
@@ -28,6 +33,8 @@ MainWindow::MainWindow(MainWindowModels models) {
                            {QStringLiteral("windows"), object(models.windows)},
                            {QStringLiteral("displays"), object(models.displays)},
                            {QStringLiteral("guard"), object(models.guard)},
+                           {QStringLiteral("recordings"), object(models.recordings)},
+                           {QStringLiteral("recents"), object(models.recents)},
                            {QStringLiteral("appearance"), object(models.appearance)}});
 }
 

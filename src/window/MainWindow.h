@@ -22,6 +22,15 @@ namespace vantro::window::picker {
 class WindowPickerModel;
 } // namespace vantro::window::picker
 
+namespace vantro::app::flows {
+class RecoveryFlow;
+} // namespace vantro::app::flows
+
+namespace vantro::window::start {
+class RecentProjectsModel;
+class UnsavedRecordingsModel;
+} // namespace vantro::window::start
+
 namespace vantro::window {
 
 class DisplayChoice;
@@ -36,6 +45,9 @@ struct MainWindowModels {
     DisplayChoice& displays;
     ui::ActionGuard& guard;
     ui::Appearance& appearance;
+    start::UnsavedRecordingsModel& recordings;
+    start::RecentProjectsModel& recents;
+    const app::flows::RecoveryFlow& recovery;
 };
 
 /// The program's only window, loaded from the QML module but not shown yet. Main thread.

@@ -12,6 +12,8 @@
 #include "window/MainModel.h"
 #include "window/WindowFitter.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QQmlComponent>
 #include <QQuickWindow>
@@ -30,8 +32,8 @@ void prepareEngine(QQmlEngine& engine) {
         editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
         editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
-        editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel>(
-        "Vantro.Native", 1, nullptr);
+        editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
+        start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);
     engine.addImageProvider(QStringLiteral("picture"), new editor::sidebar::PicturePreviews);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "export/RecordingFixture.h"
 
 #include <cstdio>

@@ -63,6 +63,7 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     fails(path("sample.vantro"), "display");
     fails("play " + path("none.vantro"), "none.vantro: no such project");
     fails(path("none.vantro"), "none.vantro: no such project");
+    fails(path("none.webm"), "none.webm: no such file");
     fails("record --seconds 1 --output " + path("new.vantro"), "display");
     EXPECT_FALSE(exists("new.vantro"));
     EXPECT_FALSE(exists("f.png"));

@@ -1,6 +1,6 @@
 #include "app/files/FileLinking.h"
 #include "app/files/FileNames.h"
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "app/files/RecordingFolder.h"
 #include "model/VantroError.h"
 #include "support/TemporaryFolder.h"

@@ -19,7 +19,6 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
         first.setWindowPosition({-3, 700});
         first.setEditorSize({1000, 700});
         first.setEditorMaximized(true);
-        first.setUnsavedRecording(QStringLiteral("/r/recording.mov"));
         for (int i = 0; i < 12; ++i)
             first.addRecentProject(QStringLiteral("/p/%1.vantro").arg(i));
         first.addRecentProject(QStringLiteral("/p/9.vantro"));
@@ -30,12 +29,13 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     EXPECT_EQ(second.windowPosition(), QPoint(-3, 700));
     EXPECT_EQ(second.editorSize(), QSize(1000, 700));
     EXPECT_TRUE(second.editorMaximized());
-    EXPECT_EQ(second.unsavedRecording(), "/r/recording.mov");
     const auto recent = second.recentProjects();
     ASSERT_EQ(recent.size(), 8);
     EXPECT_EQ(recent[0], "/p/9.vantro");
     EXPECT_EQ(recent[1], "/p/11.vantro");
     EXPECT_EQ(recent.count(recent[0]), 1);
+    second.removeRecentProject(recent[0]);
+    EXPECT_EQ(second.recentProjects(), recent.mid(1));
 }
 
 TEST(TimeText, ReadsAsAClock) {

@@ -1,3 +1,5 @@
+#include "app/files/ProjectStores.h"
+#include "export/RecordingFixture.h"
 #include "media/Asset.h"
 #include "model/Json.h"
 #include "support/Eventually.h"
@@ -19,9 +21,11 @@ namespace fs = std::filesystem;
 using test::eventually;
 
 constexpr QSize controlsSize(340, 120);
+constexpr QSize controlsWithProjectSize(340, 200);
 constexpr QSize recordingSize(220, 54);
 constexpr QSize editorSize(980, 680);
 constexpr QPoint recordButton(170, 82);
+constexpr QPoint nameField(100, 26);
 constexpr QPoint stopButton(180, 27);
 constexpr QPoint screenMode(60, 28);
 constexpr QPoint windowMode(170, 28);
@@ -134,7 +138,40 @@ TEST_F(EndToEndTest, KeysRecordStopSaveAndBeginAnew) {
         media::Asset::open(package / "recording.mov").tracks(media::MediaType::video).empty());
 
     session.xdo({"key", "ctrl+n"});
-    EXPECT_TRUE(session.mainWindowBecomes(controlsSize));
+    EXPECT_TRUE(session.mainWindowBecomes(controlsWithProjectSize));
+}
+
+TEST_F(EndToEndTest, ChangesThatWereNotSavedComeBackAfterTheProgramWasKilled) {
+    const auto package = session.home() / "demo.vantro";
+    test::writeColorClock(session.home() / "source.mov", 320, 180, 10, 2);
+    app::files::saveProject(package, test::plainProject(session.home() / "source.mov", 10), false);
+    session.startProgram({QString::fromStdString(package.string())});
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    click(nameField);
+    session.xdo({"key", "ctrl+a"});
+    session.xdo({"type", "Renamed"});
+    const auto journals = session.home() / ".local/state/vantro/edits";
+    const auto isKept = [&] {
+        std::error_code none;
+        for (const auto& journal : fs::directory_iterator(journals, none))
+            if (test::contentOf(journal.path() / "edit").contains("\"Renamed\""))
+                return true;
+        return false;
+    };
+    ASSERT_TRUE(eventually(isKept)) << errors();
+    session.program().kill();
+    ASSERT_TRUE(hasEnded());
+    EXPECT_EQ(app::files::readProjectFile(package).name, "plain");
+
+    session.startProgram();
+    ASSERT_TRUE(eventually([this] {
+        return session.window(QStringLiteral("Vantro")).width() > controlsWithProjectSize.width();
+    })) << "the changes are offered";
+    session.xdo({"key", "Return"});
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    session.xdo({"key", "ctrl+s"});
+    EXPECT_TRUE(eventually([&] { return app::files::readProjectFile(package).name == "Renamed"; }));
+    EXPECT_TRUE(eventually([&] { return fs::is_empty(journals); }));
 }
 
 TEST_F(EndToEndTest, AWindowChosenFromTheListIsRecordedWithItsFrame) {

@@ -1,4 +1,4 @@
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "export/RecordingFixture.h"
 #include "support/Eventually.h"
 #include "window/DesktopSession.h"

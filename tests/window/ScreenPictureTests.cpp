@@ -1,3 +1,5 @@
+#include "app/files/RecordingFolder.h"
+#include "media/MovieRecovery.h"
 #include "window/WindowFixture.h"
 
 #include <QGuiApplication>
@@ -6,6 +8,8 @@
 #include <QTemporaryFile>
 #include <QTranslator>
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
 
 namespace vantro::window {
 namespace {
@@ -112,6 +116,44 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     app.stop();
     keep("finishing");
     EXPECT_FALSE(item("stop").isEnabled());
+}
+
+TEST_P(ScreenPictureTest, StartWithRecordingsAndProjects) {
+    ::setenv("TMPDIR", files.path().toStdString().c_str(), 1);
+    const std::filesystem::path folder = files.path().toStdString();
+    for (const auto* name :
+         {"Tour", "A long name that tells all that is shown in this recording"}) {
+        const auto movie = app::files::makeRecordingDirectory() / "recording.mov";
+        test::writeColorClock(movie, 320, 180, 10, 2);
+        app::files::nameRecording(movie, name);
+    }
+    const auto interrupted = app::files::makeRecordingDirectory() / "recording.mov";
+    std::ofstream(interrupted) << "a movie that breaks off";
+    std::ofstream(media::movieJournalPath(interrupted)) << "journal";
+    for (const auto* name : {"Gone", "Release notes", "Onboarding of new colleagues in spring"}) {
+        const auto package = folder / (std::string(name) + ".vantro");
+        if (name != std::string_view("Gone"))
+            std::filesystem::create_directory(package);
+        preferences.addRecentProject(QString::fromStdString(package.string()));
+    }
+    recovery.find();
+    runTasks();
+    recovery.dismiss();
+    keep("start", Texts::others);
+    EXPECT_EQ(recordings.rowCount(), 3);
+    recordings.askDelete(1);
+    keep("delete");
+    recovery.keep();
+    app::files::EditJournal::begin(folder / "edits")->write({test::plainProject("/m.mov", 10), {}});
+    journals.find();
+    runTasks();
+    keep("restore");
+    journals.dismiss();
+    showEditor();
+    state.setCursorScale(1);
+    window().close();
+    keep("unsaved");
+    ::unsetenv("TMPDIR");
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {

@@ -39,8 +39,8 @@ std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Reco
 }
 
 void WindowFixture::showWindow() {
-    m_window = std::make_unique<window::MainWindow>(
-        window::MainWindowModels{app, editor, actions, windows, displays, guard, appearance});
+    m_window = std::make_unique<window::MainWindow>(window::MainWindowModels{
+        app, editor, actions, windows, displays, guard, appearance, recordings, recents, recovery});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/files/RecordingRecovery.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/Flows.h"
+#include "app/flows/JournalFlow.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/QtMainLoop.h"
@@ -18,6 +18,8 @@
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QTemporaryDir>
 
@@ -86,8 +88,10 @@ class WindowFixture : public testing::Test {
             exportScript(progress);
         }};
     app::flows::ProjectFlow projects{state, panels, tasks};
-    app::flows::RecoveryFlow recovery{state, tasks, app::files::recoverRecording};
-    app::flows::Flows flows{recording, exporting, projects, recovery};
+    app::flows::RecoveryFlow recovery{state, projects, tasks};
+    app::flows::JournalFlow journals{state, projects, timers, tasks,
+                                     files.filePath(QStringLiteral("edits")).toStdString()};
+    app::flows::Flows flows{recording, exporting, projects, recovery, journals};
     app::flows::QtTaskRunner previewTasks{"preview"};
     editor::EditorPreview preview{
         previewTasks,
@@ -108,6 +112,8 @@ class WindowFixture : public testing::Test {
          .showInFolder = [this](const QString& file) { shownInFolder = file; },
          .now = [this] { return now; }}};
     editor::bars::EditorActions actions{state, *preview.transport()};
+    window::start::UnsavedRecordingsModel recordings{recovery};
+    window::start::RecentProjectsModel recents{preferences, projects, tasks};
 
   private:
     std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,

@@ -3,6 +3,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/Interrupt.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/ImportMovie.h"
 #include "app/files/ProjectPackage.h"
 #include "base/Log.h"
 #include "model/VantroError.h"
@@ -34,29 +35,30 @@ int runAction(const CommandAction& action) try {
     return exitFailure;
 }
 
-/// The project of `vantro NAME.vantro`.
-std::optional<std::filesystem::path> projectToEdit(int argc, const char* const* argv) {
+/// What `vantro NAME.vantro` opens, or `vantro NAME.mp4`.
+std::optional<std::filesystem::path> fileToEdit(int argc, const char* const* argv) {
     std::filesystem::path path(argc == 2 ? argv[1] : "");
     if (!path.has_filename()) // as shells complete the names of folders
         path = path.parent_path();
-    if (path.extension() != files::package::extension)
+    if (path.extension() != files::package::extension && !files::hasMovieName(path))
         return {};
     return path;
 }
 
-int runEditor(const std::filesystem::path& project, const WindowCommands& windows) {
+int runEditor(const std::filesystem::path& file, const WindowCommands& windows) {
     std::error_code error;
-    if (!std::filesystem::exists(project, error))
+    if (!std::filesystem::exists(file, error))
         throw model::VantroError(model::VantroError::Kind::projectOpenFailed,
-                                 fmt::format("{}: no such project", project.string()));
-    return windows.edit(std::filesystem::absolute(project));
+                                 fmt::format("{}: no such {}", file.string(),
+                                             files::hasMovieName(file) ? "file" : "project"));
+    return windows.edit(std::filesystem::absolute(file));
 }
 
 } // namespace
 
 int runCommandLine(int argc, const char* const* argv, const WindowCommands& windows) {
-    if (const auto project = projectToEdit(argc, argv))
-        return runAction([&] { return runEditor(*project, windows); });
+    if (const auto file = fileToEdit(argc, argv))
+        return runAction([&] { return runEditor(*file, windows); });
     const InterruptWatcher interrupts;
     base::CommandLineReader app{"Vantro records the screen and zooms into every click.", "vantro"};
     app.requireCommand();

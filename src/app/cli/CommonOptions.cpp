@@ -1,6 +1,6 @@
 #include "app/cli/CommonOptions.h"
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 

@@ -6,6 +6,7 @@
 #include "app/cli/StatusLine.h"
 #include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "app/files/RecordingFolder.h"
 #include "base/HostClock.h"
 #include "capture/RecordingSession.h"

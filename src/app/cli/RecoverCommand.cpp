@@ -2,6 +2,7 @@
 #include "app/cli/CommonOptions.h"
 #include "app/cli/StatusLine.h"
 #include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "app/files/RecordingRecovery.h"
 #include "model/VantroError.h"
 

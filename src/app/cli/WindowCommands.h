@@ -32,8 +32,8 @@ struct PlayReport {
 
 /// What takes a window, which not every program that reads command lines has.
 struct WindowCommands {
-    /// Runs the windowed program on a project and returns its exit status.
-    std::function<int(const std::filesystem::path& project)> edit;
+    /// Runs the windowed program on a project or a movie and returns its exit status.
+    std::function<int(const std::filesystem::path& file)> edit;
     /// Plays in a window until the film ends or the window is closed. Throws std::exception.
     std::function<PlayReport(const PlayRequest& request)> play;
 };

@@ -1,11 +1,14 @@
 #include "app/files/RecordingFolder.h"
 
+#include "app/files/ProjectLock.h"
 #include "model/Uuid.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 #include <fcntl.h>
@@ -91,10 +94,9 @@ bool makePrivate(const fs::path& folder) {
 
 } // namespace
 
-std::string defaultRecordingName() {
-    const std::time_t now = std::time(nullptr);
+std::string defaultRecordingName(std::time_t when) {
     std::tm local{};
-    ::localtime_r(&now, &local);
+    ::localtime_r(&when, &local);
     return fmt::format("vantro_{:%Y-%m-%d_%H-%M-%S}", local);
 }
 
@@ -138,9 +140,13 @@ std::uintmax_t recordingSize(const fs::path& movie) {
 
 void deleteRecording(const fs::path& movie) {
     const auto folder = movie.parent_path();
-    for (const auto& own : recordingFolders())
-        if (own == folder)
-            fs::remove_all(folder);
+    const auto all = recordingFolders();
+    if (std::ranges::find(all, folder) == all.end())
+        return;
+    if (const auto lock = ProjectLock::take(folder); lock)
+        fs::remove_all(folder);
+    else if (isThere(folder))
+        throw std::runtime_error(fmt::format("{}: {}", folder.string(), lock.error()));
 }
 
 } // namespace vantro::app::files

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,7 +15,7 @@ namespace vantro::app::files {
 // is never used. Any thread.
 
 /// "vantro_" and the local date and time, for example vantro_2024-03-05_14-07-09.
-std::string defaultRecordingName();
+std::string defaultRecordingName(std::time_t when = std::time(nullptr));
 
 /// Where the next recording is going to be made.
 std::filesystem::path recordingsDirectory();
@@ -28,7 +29,7 @@ std::filesystem::path makeRecordingDirectory();
 /// The bytes that the files of the recording with this movie take.
 std::uintmax_t recordingSize(const std::filesystem::path& movie);
 /// Deletes the files of the recording with this movie, if it lies where recordings are made. Throws
-/// std::filesystem::filesystem_error.
+/// std::runtime_error, also while another program has it open.
 void deleteRecording(const std::filesystem::path& movie);
 
 } // namespace vantro::app::files

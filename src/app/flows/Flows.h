@@ -3,6 +3,7 @@
 namespace vantro::app::flows {
 
 class ExportFlow;
+class JournalFlow;
 class ProjectFlow;
 class RecordingFlow;
 class RecoveryFlow;
@@ -13,6 +14,7 @@ struct Flows {
     ExportFlow& exports;
     ProjectFlow& projects;
     RecoveryFlow& recovery;
+    JournalFlow& journals;
 };
 
 } // namespace vantro::app::flows

@@ -2,9 +2,12 @@
 
 #include "app/files/FileNames.h"
 #include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
+#include "app/files/UnsavedRecordings.h"
 #include "app/flows/ErrorText.h"
+#include "base/Fatal.h"
 
-#include <expected>
+#include <fmt/format.h>
 
 namespace vantro::app::flows {
 namespace {
@@ -12,39 +15,59 @@ namespace {
 constexpr auto saveFailed = model::VantroError::Kind::projectSaveFailed;
 constexpr auto openFailed = model::VantroError::Kind::projectOpenFailed;
 
-std::expected<model::Project, std::string> trySave(const std::filesystem::path& packagePath,
-                                                   const model::Project& project) {
+std::expected<files::SavedProject, std::string>
+trySave(const std::filesystem::path& packagePath, const model::Project& project,
+        const std::shared_ptr<const files::ProjectLock>& held) {
     try {
-        return files::saveProject(packagePath, project, true);
+        return files::storeOf(packagePath).save(packagePath, project, true, held);
     } catch (const std::exception& failure) {
         return std::unexpected(failureText(failure, saveFailed));
     }
 }
 
-std::expected<model::Project, std::string> tryRead(const std::filesystem::path& packagePath) {
-    try {
-        return files::readProjectFile(packagePath);
-    } catch (const std::exception& failure) {
-        return std::unexpected(failureText(failure, openFailed));
-    }
+void requireSameRecording(const model::Recording& found, const files::JournalledEdit& edit) {
+    if (files::outlineOf(found.metadata()) != edit.project.recording.metadata())
+        throw model::VantroError(
+            openFailed, fmt::format("{}: it holds another recording than the one that was edited",
+                                    found.movie().string()));
 }
 
 } // namespace
 
-ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks)
-    : m_state(state), m_panels(panels), m_tasks(tasks) {}
+ProjectFlow::ProjectFlow(AppState& state, FilePanels& panels, TaskRunner& tasks,
+                         RecordingSources sources)
+    : m_state(state), m_panels(panels), m_tasks(tasks), m_sources(std::move(sources)) {
+    connect(&state, &AppState::recordingPathChanged, this, &ProjectFlow::followRecording);
+}
+
+/// What is shown by others is locked as well, and nothing is once it is left.
+void ProjectFlow::followRecording() {
+    const auto movie = m_state.recordingPath();
+    if (!movie) {
+        m_lock.reset();
+        m_isReadOnly = false;
+        return;
+    }
+    const auto folder = movie->parent_path();
+    if (m_isReadOnly || (m_lock && m_lock->isOf(folder)))
+        return;
+    m_lock = files::ProjectLock::take(folder).value_or(nullptr);
+}
 
 void ProjectFlow::saveProject() {
-    if (!mayBeginSaving())
-        return;
-    if (const auto& packagePath = m_state.projectPath())
-        return write(*packagePath);
-    askAndSave();
+    save(m_isReadOnly || !m_state.projectPath());
 }
 
 void ProjectFlow::saveProjectAs() {
-    if (mayBeginSaving())
-        askAndSave();
+    save(true);
+}
+
+void ProjectFlow::save(bool asks) {
+    if (!mayBeginSaving())
+        return endLeaving(false);
+    if (asks)
+        return askAndSave();
+    write(*m_state.projectPath());
 }
 
 bool ProjectFlow::mayBeginSaving() {
@@ -63,22 +86,32 @@ void ProjectFlow::askAndSave() {
                      setActivity(Activity::none);
                      if (packagePath)
                          write(*packagePath);
+                     else
+                         endLeaving(false);
                  });
 }
 
 void ProjectFlow::write(const std::filesystem::path& packagePath) {
     auto project = m_state.document().project();
     if (!project)
-        return; // reset while the panel was open
+        return endLeaving(false); // reset while the panel was open
     setActivity(Activity::working);
-    m_tasks.run([this, packagePath, project = std::move(*project)]() -> TaskRunner::Continuation {
+    m_tasks.run([this, packagePath, project = std::move(*project),
+                 held = m_lock]() -> TaskRunner::Continuation {
         return [this, packagePath, movie = project.recording.movie(),
-                written = trySave(packagePath, project)] {
+                written = trySave(packagePath, project, held)] {
             setActivity(Activity::none);
-            if (!written)
-                return m_state.setError(written.error(), saveFailed);
-            m_state.saved(*written, movie, packagePath);
+            if (!written) {
+                m_state.setError(written.error(), saveFailed);
+                return endLeaving(false);
+            }
+            if (m_state.recordingPath() == movie) {
+                m_lock = written->lock;
+                m_isReadOnly = false;
+            }
+            m_state.saved(written->project, movie, packagePath);
             Q_EMIT saved(QString::fromStdString(packagePath.string()));
+            endLeaving(!m_state.document().isModified());
         };
     });
 }
@@ -89,31 +122,166 @@ bool ProjectFlow::mayOpen() const {
 }
 
 void ProjectFlow::openProject() {
+    ask(PanelKind::openProject);
+}
+
+void ProjectFlow::importMovie() {
+    ask(PanelKind::importMovie);
+}
+
+void ProjectFlow::ask(PanelKind kind) {
     if (!mayOpen())
         return;
     setActivity(Activity::asking);
-    m_panels.ask(PanelKind::openProject, {}, [this](const auto& packagePath) {
+    m_panels.ask(kind, {}, [this](const auto& path) {
         setActivity(Activity::none);
-        if (packagePath)
-            openPackage(*packagePath);
+        if (path)
+            open(*path);
     });
 }
 
-void ProjectFlow::openPackage(const std::filesystem::path& packagePath) {
+void ProjectFlow::open(const std::filesystem::path& path) {
+    if (files::hasMovieName(path))
+        return openWith(
+            [import = m_sources.import, path] { return Opened{.project = import(path)}; });
+    openWith([path] { return readPackage(path); });
+}
+
+ProjectFlow::Opened ProjectFlow::readPackage(const std::filesystem::path& package) {
+    const auto& store = files::storeOf(package);
+    auto access = store.access(package); // before it is read, so that nobody changes it after
+    return {.project = store.read(package),
+            .package = package,
+            .lock = std::move(access.lock),
+            .whyReadOnly = std::move(access.whyReadOnly)};
+}
+
+ProjectFlow::Opened ProjectFlow::readRecording(const Recoverer& recover,
+                                               const std::filesystem::path& movie,
+                                               const model::Edit& choices) {
+    auto lock = files::ProjectLock::take(movie.parent_path());
+    if (!lock) // it may be on the way of being recovered there
+        throw model::VantroError(openFailed, fmt::format("{}: {}", movie.string(), lock.error()));
+    auto recording = recover(movie);
+    auto edit = model::freshEdit(recording.metadata(), choices);
+    return {.project = {.name = files::recordingName(movie),
+                        .recording = std::move(recording),
+                        .edit = std::move(edit)},
+            .lock = std::move(*lock)};
+}
+
+void ProjectFlow::openRecording(const std::filesystem::path& movie) {
+    openWith([recover = m_sources.recover, movie, choices = m_state.document().edit()] {
+        return readRecording(recover, movie, choices);
+    });
+}
+
+void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<void()> opened) {
+    const auto movie = edit.project.recording.movie();
+    openWith(
+        [recover = m_sources.recover, edit, movie] {
+            auto found =
+                edit.package ? readPackage(*edit.package) : readRecording(recover, movie, {});
+            requireSameRecording(found.project.recording, edit);
+            return found;
+        },
+        [this, edit, opened = std::move(opened)] {
+            m_state.document().rename(edit.project.name);
+            m_state.document().apply(edit.project.edit, {"Restore Changes"});
+            opened();
+        });
+}
+
+void ProjectFlow::newRecording() {
+    leave([this] { m_state.reset(); });
+}
+
+void ProjectFlow::openWith(Read reading, std::function<void()> then) {
     if (!mayOpen())
         return;
+    leave([this, reading = std::move(reading), then = std::move(then)] { read(reading, then); });
+}
+
+void ProjectFlow::read(Read reading, std::function<void()> then) {
     setActivity(Activity::working);
-    m_tasks.run([this, packagePath]() -> TaskRunner::Continuation {
-        return [this, packagePath, project = tryRead(packagePath)]() mutable {
-            setActivity(Activity::none);
-            if (!project)
-                return m_state.setError(project.error(), openFailed);
-            if (!mayOpen())
-                return;
-            m_state.show(std::move(*project), packagePath);
-            Q_EMIT opened(QString::fromStdString(packagePath.string()));
-        };
+    m_tasks.run([this, reading = std::move(reading), then = std::move(then),
+                 edit = m_state.document().edit()]() -> TaskRunner::Continuation {
+        try {
+            return [this, found = reading(), then, edit] {
+                setActivity(Activity::none);
+                if (!mayOpen())
+                    return;
+                if (m_state.document().edit() == edit)
+                    return show(found, then);
+                leave([this, found, then] { show(found, then); }); // edited meanwhile
+            };
+        } catch (const std::exception& failure) {
+            return [this, text = failureText(failure, openFailed)] {
+                setActivity(Activity::none);
+                m_state.setError(text, openFailed);
+            };
+        }
     });
+}
+
+void ProjectFlow::show(Opened found, const std::function<void()>& then) {
+    // A package that this window has open already stays its own.
+    const bool isOwn = m_lock && found.package && m_lock->isOf(*found.package);
+    if (!isOwn)
+        m_lock = std::move(found.lock);
+    m_isReadOnly = !isOwn && !found.whyReadOnly.empty();
+    m_readOnlyNotice = m_isReadOnly ? found.whyReadOnly : std::string();
+    auto& name = found.project.name; // a file's may be no text
+    name = QString::fromStdString(name).toStdString();
+    m_state.show(std::move(found.project), found.package);
+    Q_EMIT questionChanged();
+    if (then)
+        then();
+    if (found.package)
+        Q_EMIT opened(QString::fromStdString(found.package->string()));
+}
+
+void ProjectFlow::leave(std::function<void()> action) {
+    if (!m_state.document().isModified())
+        return action();
+    if (isBusy() || m_leaving != Leaving::no)
+        return;
+    m_afterLeaving = std::move(action);
+    setLeaving(Leaving::asked);
+}
+
+void ProjectFlow::saveAndLeave() {
+    base::require(m_leaving == Leaving::asked, "the user was asked");
+    setLeaving(Leaving::saving);
+    saveProject();
+}
+
+void ProjectFlow::discardAndLeave() {
+    base::require(m_leaving == Leaving::asked, "the user was asked");
+    endLeaving(true);
+}
+
+void ProjectFlow::stay() {
+    endLeaving(false);
+}
+
+void ProjectFlow::endLeaving(bool leaves) {
+    const auto action = std::exchange(m_afterLeaving, {});
+    setLeaving(Leaving::no);
+    if (leaves && action)
+        action();
+}
+
+void ProjectFlow::setLeaving(Leaving leaving) {
+    if (m_leaving == leaving)
+        return;
+    m_leaving = leaving;
+    Q_EMIT questionChanged();
+}
+
+void ProjectFlow::dismissReadOnlyNotice() {
+    m_readOnlyNotice.clear();
+    Q_EMIT questionChanged();
 }
 
 void ProjectFlow::setActivity(Activity activity) {

@@ -215,7 +215,7 @@ void RecordingFlow::startRecording() {
                           request = ++m_request]() -> TaskRunner::Continuation {
         try {
             recorder->start(outputURL);
-            return [this, outputURL] { Q_EMIT begun(QString::fromStdString(outputURL.string())); };
+            return {};
         } catch (const std::exception& failure) {
             auto text = failureText(failure, model::VantroError::Kind::captureStartFailed);
             return [this, request, text] { startFailed(request, text); };

@@ -60,8 +60,6 @@ class RecordingFlow : public QObject {
     void stoppingChanged();
     void recorderStatusChanged();
     void countdownRemainingChanged();
-    /// Capture runs: the recording would be lost from sight if the program ended now.
-    void begun(const QString& recordingPath);
     /// A recording could not be finished; what there is of it may be recovered.
     void leftBehind(const QString& recordingPath);
 

@@ -20,6 +20,9 @@ Rectangle {
         font.weight: Font.DemiBold
         text: toolbar.editor.recordingName
         onTextEdited: toolbar.editor.recordingName = text
+        // A name too long to be seen whole shows its beginning.
+        onTextChanged: if (!activeFocus) cursorPosition = 0
+        onActiveFocusChanged: cursorPosition = activeFocus ? length : 0
         onAccepted: focus = false
     }
     Label {

@@ -38,6 +38,9 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
         return {QObject::tr("Background Picture"),
                 {},
                 QObject::tr("Pictures (*.jpg *.jpeg *.png *.webp)")};
+    case app::flows::PanelKind::importMovie:
+        return {
+            QObject::tr("Open Movie"), {}, QObject::tr("Movies (*.mp4 *.mov *.mkv *.webm *.m4v)")};
     }
     return {};
 }
@@ -52,6 +55,7 @@ FolderUse useOf(app::flows::PanelKind kind) {
     case app::flows::PanelKind::saveMovie:
     case app::flows::PanelKind::saveGif:
     case app::flows::PanelKind::saveFrame:
+    case app::flows::PanelKind::importMovie:
         break;
     }
     return FolderUse::films;
@@ -110,7 +114,7 @@ QFileDialog* makePanel(app::flows::PanelKind kind, const QString& folder,
     if (!texts.suffix.isEmpty())
         return new SavePanel(texts, folder, proposedName);
     auto* panel = new QFileDialog(nullptr, texts.title, folder, texts.filter);
-    if (kind == app::flows::PanelKind::openPicture) {
+    if (kind != app::flows::PanelKind::openProject) {
         panel->setFileMode(QFileDialog::ExistingFile);
         return panel;
     }

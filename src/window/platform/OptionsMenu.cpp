@@ -2,26 +2,10 @@
 
 #include "ui/Preferences.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QMenu>
 
 namespace vantro::window {
 namespace {
-
-void addRecentProjects(QMenu& menu, const ui::Preferences& preferences,
-                       const std::function<void(const QString&)>& open) {
-    auto* recent = menu.addMenu(QObject::tr("Recent Projects"));
-    for (const auto& path : preferences.recentProjects()) {
-        if (!QDir(path).exists())
-            continue;
-        auto* action = recent->addAction(QFileInfo(path).completeBaseName());
-        action->setToolTip(path);
-        QObject::connect(action, &QAction::triggered, [open, path] { open(path); });
-    }
-    recent->setToolTipsVisible(true);
-    recent->setEnabled(!recent->isEmpty());
-}
 
 void addThemes(QMenu& menu, ui::Preferences& preferences) {
     auto* themes = menu.addMenu(QObject::tr("Appearance"));
@@ -40,10 +24,11 @@ void addThemes(QMenu& menu, ui::Preferences& preferences) {
 } // namespace
 
 void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
-                     const std::function<void(const QString&)>& open) {
+                     std::function<void()> importMovie) {
     auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    addRecentProjects(*menu, preferences, open);
+    QObject::connect(menu->addAction(QObject::tr("Open Movie…")), &QAction::triggered,
+                     std::move(importMovie));
     menu->addSeparator();
     auto* countdown = menu->addAction(QObject::tr("Count Down Before Recording"));
     countdown->setCheckable(true);

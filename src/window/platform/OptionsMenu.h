@@ -9,10 +9,9 @@ class Preferences;
 
 namespace vantro::window {
 
-/// Shows the menu with what is not needed every day: recent projects, countdown, theme. A native
-/// menu, since the window may be smaller than it. `open` is called with a chosen project's path.
-/// Main thread.
+/// Shows the menu with what is not needed every day: movies from elsewhere, countdown, theme. A
+/// native menu, since the window may be smaller than it. Main thread.
 void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
-                     const std::function<void(const QString&)>& open);
+                     std::function<void()> importMovie);
 
 } // namespace vantro::window

@@ -12,6 +12,8 @@ Window {
     required property WindowPickerModel windows
     required property DisplayChoice displays
     required property ActionGuard guard
+    required property UnsavedRecordingsModel recordings
+    required property RecentProjectsModel recents
     required property Appearance appearance
 
     readonly property bool covered: guard.message !== ""
@@ -39,6 +41,17 @@ Window {
         property: "dark"
         value: window.appearance.dark
     }
+    // Below the screens, whose own places for other files come first.
+    DropArea {
+        id: drop
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onEntered: drag => drag.accepted = window.guard.openProject && window.app.canOpen(drag.urls)
+        onDropped: dropped => {
+            dropped.accept(Qt.CopyAction)
+            window.app.openFiles(dropped.urls)
+        }
+    }
     Loader {
         id: screen
         objectName: "screen"
@@ -56,6 +69,14 @@ Window {
             if (shown && !window.covered)
                 shown.forceActiveFocus()
         }
+    }
+    Rectangle {
+        objectName: "dropFrame"
+        anchors { fill: parent; margins: 3 }
+        visible: drop.containsDrag
+        color: "transparent"
+        radius: Theme.radius
+        border { width: 2; color: Theme.accent }
     }
     Messages {
         id: messages
@@ -76,10 +97,12 @@ Window {
     }
     Component {
         id: controls
-        RecordingControls {
+        StartScreen {
             app: window.app
             displays: window.displays
             guard: window.guard
+            recordings: window.recordings
+            recents: window.recents
         }
     }
     Component {

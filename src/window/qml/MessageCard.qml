@@ -1,6 +1,6 @@
 import QtQuick
 
-// A message with one or two answers. Escape gives the second where there is one.
+// A message with one to three answers. Escape gives the last one.
 FocusScope {
     id: card
 
@@ -9,8 +9,9 @@ FocusScope {
     property string detail: ""
     required property string accept
     property string reject: ""
-    // The second answer cannot be taken back: Escape then gives none.
+    // The second answer cannot be taken back: Escape then gives the third, which may have no button.
     property bool rejectIsFinal: false
+    property string dismiss: ""
     signal accepted()
     signal rejected()
     signal dismissed()
@@ -67,6 +68,15 @@ FocusScope {
                 anchors.right: parent.right
                 spacing: Theme.gap
                 PushButton {
+                    id: dismissButton
+                    objectName: "dismissButton"
+                    visible: card.dismiss !== ""
+                    text: card.dismiss
+                    KeyNavigation.tab: rejectButton
+                    onClicked: card.dismissed()
+                }
+                PushButton {
+                    id: rejectButton
                     objectName: "rejectButton"
                     visible: card.reject !== ""
                     text: card.reject
@@ -78,7 +88,7 @@ FocusScope {
                     objectName: "acceptButton"
                     prominent: true
                     text: card.accept
-                    KeyNavigation.tab: card.reject !== "" ? null : acceptButton
+                    KeyNavigation.tab: card.dismiss !== "" ? dismissButton : card.reject !== "" ? rejectButton : acceptButton
                     onClicked: card.accepted()
                 }
             }

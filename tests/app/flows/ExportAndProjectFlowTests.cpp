@@ -1,12 +1,8 @@
-#include "app/files/ProjectPackage.h"
-#include "app/files/RecordingFolder.h"
+#include "app/files/ProjectStores.h"
+#include "app/flows/EditedState.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/ProjectFlow.h"
-#include "app/flows/RecoveryFlow.h"
-#include "app/flows/ScriptedServices.h"
-#include "support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <memory>
 
@@ -19,26 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using Kind = model::VantroError::Kind;
 
-/// A state with a recording in its editor, in a folder of its own.
-class EditedStateTest : public testing::Test {
-  protected:
-    EditedStateTest() {
-        model::RecordingMetadata metadata;
-        metadata.endTime = 5;
-        const auto movie = folder.write("source/recording.mov", "movie");
-        state.show({"demo", model::Recording(movie, metadata), {}});
-        QObject::connect(&state, &AppState::phaseChanged,
-                         [this] { phases.push_back(state.phase()); });
-    }
-
-    test::TemporaryFolder folder;
-    AppState state{1};
-    test::ScriptedPanels panels;
-    test::ManualTasks tasks;
-    std::vector<AppPhase> phases;
-};
-
-class ExportFlowTest : public EditedStateTest {
+class ExportFlowTest : public test::EditedState {
   protected:
     std::vector<ExportJob> jobs;
     std::function<void(const std::function<void(double)>&, const std::stop_token&)> script =
@@ -112,7 +89,7 @@ TEST_F(ExportFlowTest, AnExportOutlivesTheFlowAtQuit) {
     EXPECT_TRUE(phases.empty());
 }
 
-class ProjectFlowTest : public EditedStateTest {
+class ProjectFlowTest : public test::EditedState {
   protected:
     ProjectFlow flow{state, panels, tasks};
 
@@ -168,7 +145,7 @@ TEST_F(ProjectFlowTest, AFailedOpenLeavesTheStateUnchanged) {
     std::ofstream(package / "project.json") << "{\"version\": 1}";
     const auto before = state.document().project();
     for (const auto* name : {"demo.vantro", "nowhere.vantro"}) {
-        flow.openPackage(folder / name);
+        flow.open(folder / name);
         tasks.runAll();
         test::expectError(state, Kind::projectOpenFailed, name);
         EXPECT_EQ(state.document().project(), before);
@@ -195,55 +172,13 @@ TEST_F(ProjectFlowTest, NothingIsOpenedOverARunningRecording) {
     state.reset();
     flow.openProject();
     panels.answer({}); // which lets the next one open
-    flow.openPackage(package);
+    flow.open(package);
     state.setPhase(AppPhase::recording()); // begins while the project is being read
     tasks.runAll();
     EXPECT_EQ(state.phase(), AppPhase::recording());
     EXPECT_FALSE(state.metadata());
     flow.openProject();
     EXPECT_FALSE(panels.kind);
-}
-
-/// An offered recording where recordings are made.
-class RecoveryFlowTest : public EditedStateTest {
-  protected:
-    RecoveryFlowTest() {
-        ::setenv("TMPDIR", folder.path().c_str(), 1);
-        movie = files::makeRecordingDirectory() / "recording.mov";
-        std::ofstream(movie) << "movie";
-        state.reset();
-        flow.offer(movie);
-    }
-    ~RecoveryFlowTest() override { ::unsetenv("TMPDIR"); }
-
-    fs::path movie;
-    RecoveryFlow flow{state, tasks, [](const fs::path& found) {
-                          return model::Recording(found, model::RecordingMetadata{});
-                      }};
-};
-
-TEST_F(RecoveryFlowTest, DiscardingDeletesTheFilesAndDismissingKeepsThem) {
-    EXPECT_EQ(flow.offeredBytes(), 5U);
-    flow.dismiss();
-    EXPECT_FALSE(flow.isOffered());
-    flow.offer(movie);
-    flow.discard();
-    tasks.runAll();
-    EXPECT_FALSE(flow.isOffered() || fs::exists(movie.parent_path()));
-    EXPECT_FALSE(state.showError());
-}
-
-TEST_F(RecoveryFlowTest, WhatIsRecoveredDuringARecordingIsOfferedAgain) {
-    flow.recover();
-    state.setPhase(AppPhase::recording());
-    tasks.runAll();
-    EXPECT_FALSE(state.metadata());
-    EXPECT_TRUE(flow.isOffered());
-    state.setPhase(AppPhase::idle());
-    flow.recover();
-    tasks.runAll();
-    EXPECT_EQ(state.recordingPath(), movie);
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "app/files/FileLinking.h"
+#include "app/files/FolderStore.h"
 #include "app/files/ProjectPackage.h"
+#include "app/files/SavedNote.h"
 #include "base/OutputFile.h"
 #include "model/Json.h"
 #include "model/Uuid.h"
@@ -95,7 +97,7 @@ bool holdsMovies(const fs::path& packagePath, const model::Recording& recording)
 std::set<std::string> ownNames(const fs::path& packagePath) {
     std::set<std::string> names{package::projectFile, package::recordingFile, package::webcamFile};
     try {
-        auto project = readProjectFile(packagePath);
+        auto project = FolderStore().read(packagePath);
         if (const auto* image = customPicture(project.edit))
             names.insert(image->path.filename());
     } catch (const model::VantroError&) { // what cannot be read refers to no picture
@@ -163,9 +165,14 @@ void moveIntoPlace(const fs::path& fresh, const fs::path& target) {
                                std::error_code(errno, std::generic_category()));
 }
 
-void writePackage(const fs::path& target, const model::Project& project) {
+/// Makes the package anew and returns its lock, which nobody else can get in between.
+std::shared_ptr<const ProjectLock> writePackage(const fs::path& target,
+                                                const model::Project& project) {
     const auto& recording = project.recording;
     const TemporaryFolder fresh(target);
+    auto lock = ProjectLock::take(fresh.path());
+    if (!lock)
+        failSave(fmt::format("{}: {}", fresh.path().string(), lock.error()));
     if (fs::exists(target))
         keepOtherFiles(target, fresh.path());
     linkOrCopy(recording.movie(), fresh.path() / package::recordingFile);
@@ -174,29 +181,43 @@ void writePackage(const fs::path& target, const model::Project& project) {
     writeEdit(fresh.path(), project);
     base::syncToDisk(fresh.path());
     moveIntoPlace(fresh.path(), target);
+    return std::move(*lock);
+}
+
+std::shared_ptr<const ProjectLock> lockOf(const fs::path& target,
+                                          const std::shared_ptr<const ProjectLock>& held) {
+    if (held && held->isOf(target))
+        return held;
+    auto lock = ProjectLock::take(target);
+    if (!lock)
+        failSave(fmt::format("{}: {}", target.string(), lock.error()));
+    return std::move(*lock);
 }
 
 } // namespace
 
-model::Project saveProject(const fs::path& packagePath, const model::Project& project,
-                           bool replace) try {
-    if (const auto problem = packageProblem(packagePath, replace); !problem.empty())
-        failSave(problem);
-    const auto target = fs::weakly_canonical(packagePath);
+SavedProject FolderStore::save(const fs::path& path, const model::Project& project, bool replace,
+                               const std::shared_ptr<const ProjectLock>& held) const try {
+    if (const auto found = problem(path, replace); !found.empty())
+        failSave(found);
+    const auto target = fs::weakly_canonical(path);
+    auto lock = fs::exists(target) ? lockOf(target, held) : nullptr;
     if (holdsMovies(target, project.recording))
         writeEdit(target, project);
     else
-        writePackage(target, project);
-    return {.name = project.name,
-            .recording = project.recording.movedTo(packagePath / package::recordingFile),
-            .edit = project.edit};
+        lock = writePackage(target, project);
+    noteSaved(project.recording.movie(), movie(target));
+    return {.project = {.name = project.name,
+                        .recording = project.recording.movedTo(movie(path)),
+                        .edit = project.edit},
+            .lock = std::move(lock)};
 } catch (const fs::filesystem_error& error) {
     failSave(error.what());
 } catch (const model::EncodingError& error) {
     failSave(error.what());
 }
 
-std::string packageProblem(const fs::path& packagePath, bool replace) {
+std::string FolderStore::problem(const fs::path& packagePath, bool replace) const {
     std::error_code error;
     const auto parent = fs::absolute(packagePath).parent_path();
     if (packagePath.extension() != package::extension)

@@ -1,0 +1,351 @@
+// Edits that are not saved: asked about, kept over a crash, and recordings that nobody saved.
+#include "app/files/ProjectStores.h"
+#include "app/files/RecordingFolder.h"
+#include "app/flows/EditedState.h"
+#include "app/flows/JournalFlow.h"
+#include "app/flows/ProjectFlow.h"
+#include "app/flows/RecoveryFlow.h"
+#include "base/Journal.h"
+#include "media/MovieRecovery.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+
+namespace vantro::app::flows {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Kind = model::VantroError::Kind;
+
+/// A run of the program over files that a run before it may have left.
+class UnsavedEdit : public test::EditedState {
+  protected:
+    UnsavedEdit() { ::setenv("TMPDIR", folder.path().c_str(), 1); }
+    ~UnsavedEdit() override { ::unsetenv("TMPDIR"); }
+
+    const fs::path directory = folder / "edits";
+    const fs::path package = folder / "demo.vantro";
+    RecordingSources sources{.recover =
+                                 [](const fs::path& movie) {
+                                     model::RecordingMetadata metadata;
+                                     metadata.endTime = 5;
+                                     return model::Recording(movie, metadata);
+                                 },
+                             .import = [](const fs::path&) -> model::Project {
+                                 throw model::VantroError(Kind::projectOpenFailed, "no movie");
+                             }};
+    test::ManualTimers timers;
+    ProjectFlow projects{state, panels, tasks, sources};
+    std::optional<JournalFlow> journals{std::in_place, state, projects, timers, tasks, directory};
+
+    void save() {
+        projects.saveProject();
+        if (panels.kind)
+            panels.answer(package);
+        tasks.runAll();
+    }
+    void edit(double cursorScale) { state.setCursorScale(cursorScale); }
+    std::size_t journalsOnDisk() const {
+        std::error_code none;
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(directory, none), fs::directory_iterator()));
+    }
+    /// What a program that ended this way finds when it is started again.
+    void startAgain() {
+        journals.reset();
+        tasks.runAll();
+        state.reset();
+        journals.emplace(state, projects, timers, tasks, directory);
+        journals->find();
+        tasks.runAll();
+    }
+};
+
+TEST_F(UnsavedEdit, IsAskedAboutWhereverItWouldBeLost) {
+    save();
+    const auto other = folder / "other.vantro";
+    files::saveProject(other, *state.document().project(), false);
+    struct Way {
+        const char* name;
+        std::function<void()> leave;
+        std::function<bool()> hasLeft;
+    };
+    bool closed = false;
+    for (const auto& [name, leave, hasLeft] :
+         {Way{"close", [&] { projects.leave([&] { closed = true; }); }, [&] { return closed; }},
+          Way{"new recording", [&] { projects.newRecording(); },
+              [&] { return state.phase() == AppPhase::idle(); }},
+          Way{"open", [&] { projects.open(other); },
+              [&] { return state.projectPath() == other; }}}) {
+        SCOPED_TRACE(name);
+        projects.open(package);
+        tasks.runAll();
+        edit(1.5);
+        leave();
+        tasks.runAll();
+        EXPECT_TRUE(projects.isLeaveAsked());
+        projects.stay();
+        tasks.runAll();
+        EXPECT_FALSE(projects.isLeaveAsked() || hasLeft());
+        EXPECT_EQ(state.cursorScale(), 1.5);
+
+        leave();
+        projects.discardAndLeave();
+        tasks.runAll();
+        EXPECT_TRUE(hasLeft());
+        EXPECT_EQ(files::readProjectFile(package).edit.cursorScale, 3);
+
+        closed = false;
+        projects.open(package);
+        if (projects.isLeaveAsked())
+            projects.discardAndLeave();
+        tasks.runAll();
+        edit(1.25);
+        leave();
+        projects.saveAndLeave();
+        tasks.runAll();
+        EXPECT_TRUE(hasLeft());
+        EXPECT_EQ(files::readProjectFile(package).edit.cursorScale, 1.25);
+        leave();
+        tasks.runAll();
+        EXPECT_FALSE(projects.isLeaveAsked()) << "all is saved";
+
+        projects.open(package);
+        tasks.runAll();
+        edit(3);
+        save();
+        closed = false;
+    }
+}
+
+TEST_F(UnsavedEdit, StaysWhereItCannotBeSavedOrNoPlaceIsChosen) {
+    bool left = false;
+    const auto leave = [&] { projects.leave([&] { left = true; }); };
+    edit(1.5);
+    leave();
+    projects.saveAndLeave();
+    panels.answer({});
+    tasks.runAll();
+    leave();
+    projects.saveAndLeave();
+    panels.answer(folder / "missing/demo.vantro");
+    tasks.runAll();
+    test::expectError(state, Kind::projectSaveFailed, "no such folder");
+    leave();
+    projects.saveAndLeave();
+    panels.answer(package);
+    edit(1.25); // while it is being written
+    tasks.runAll();
+    EXPECT_FALSE(left);
+    EXPECT_FALSE(projects.isLeaveAsked());
+    EXPECT_TRUE(state.document().isModified());
+}
+
+TEST_F(UnsavedEdit, IsJournalledWithinASecondOfEachChangeAndNotWhenNothingChanges) {
+    timers.advance(10s);
+    EXPECT_EQ(tasks.waitingWork() + timers.running(), 0U);
+    edit(1.5);
+    timers.advance(999ms);
+    EXPECT_EQ(tasks.waitingWork(), 0U);
+    edit(1.6);
+    timers.advance(1ms);
+    EXPECT_EQ(tasks.waitingWork(), 1U);
+    edit(1.7);
+    timers.advance(5s);
+    EXPECT_EQ(tasks.waitingWork(), 1U) << "one at a time";
+    tasks.runAll();
+    timers.advance(1s);
+    tasks.runAll();
+    timers.advance(2s);
+    EXPECT_EQ(tasks.waitingWork() + timers.running(), 0U);
+    EXPECT_EQ(journalsOnDisk(), 1U);
+
+    save();
+    EXPECT_EQ(journalsOnDisk(), 0U);
+}
+
+TEST_F(UnsavedEdit, ComesBackAfterACrashOnTopOfWhatWasSaved) {
+    for (const bool isSaved : {false, true}) {
+        SCOPED_TRACE(isSaved);
+        if (isSaved)
+            save();
+        edit(1.5);
+        state.setRecordingName("Renamed");
+        timers.advance(1s);
+        tasks.runAll();
+        edit(1.75); // at its end a program has time for this
+        const auto movie = state.recordingPath();
+        startAgain();
+        ASSERT_TRUE(journals->isOffered());
+        EXPECT_EQ(journals->offeredName(), "Renamed");
+        journals->restore();
+        tasks.runAll();
+        EXPECT_EQ(state.recordingPath(), movie);
+        EXPECT_EQ(state.projectPath(), isSaved ? std::optional(package) : std::nullopt);
+        EXPECT_EQ(state.cursorScale(), 1.75);
+        EXPECT_EQ(state.recordingName(), "Renamed");
+        EXPECT_TRUE(state.document().isModified());
+        EXPECT_EQ(journalsOnDisk(), 1U) << "until it is saved";
+        state.document().undo();
+        EXPECT_EQ(state.cursorScale(), 3);
+        state.document().redo();
+        save();
+        EXPECT_EQ(journalsOnDisk(), 0U);
+        edit(3);
+        save();
+    }
+}
+
+TEST_F(UnsavedEdit, DiscardedAfterACrashTakesTheJournalAndNothingElse) {
+    save();
+    edit(1.5);
+    startAgain();
+    journals->discardOffered();
+    tasks.runAll();
+    EXPECT_FALSE(journals->isOffered());
+    EXPECT_EQ(journalsOnDisk(), 0U);
+    EXPECT_TRUE(fs::exists(package / "recording.mov") && fs::exists(package / "project.json"));
+    EXPECT_TRUE(fs::exists(folder / "source/recording.mov"));
+}
+
+TEST_F(UnsavedEdit, IsNeverPutOnAnotherRecordingNorLostWhenItsProjectIsGone) {
+    save();
+    edit(1.5);
+    startAgain();
+    model::RecordingMetadata metadata;
+    metadata.endTime = 7;
+    folder.write("another/recording.mov", "another");
+    fs::rename(package, folder / "moved.vantro");
+    journals->restore();
+    tasks.runAll();
+    test::expectError(state, Kind::projectOpenFailed, "no such project");
+    files::saveProject(package, {"x", {folder / "another/recording.mov", metadata}, {}}, false);
+    startAgain();
+    journals->restore();
+    tasks.runAll();
+    test::expectError(state, Kind::projectOpenFailed, "holds another recording");
+    EXPECT_FALSE(state.recordingPath());
+    startAgain();
+    EXPECT_TRUE(journals->isOffered()) << "again";
+}
+
+TEST_F(UnsavedEdit, SaysOnceWhenItCannotBeKeptAndWhenItCannotBeDiscarded) {
+    folder.write("edits", "in the way");
+    edit(1.5);
+    timers.advance(1s);
+    tasks.runAll();
+    test::expectError(state, Kind::projectSaveFailed, "would be lost in a crash");
+    state.setShowError(false);
+    timers.advance(3s);
+    tasks.runAll();
+    EXPECT_FALSE(state.showError());
+
+    fs::remove(directory);
+    timers.advance(1s);
+    tasks.runAll();
+    ASSERT_EQ(journalsOnDisk(), 1U) << "it is tried again";
+    fs::rename(directory, folder / "aside");
+    folder.write("edits", "in the way");
+    bool left = false;
+    journals->discard([&] { left = true; });
+    tasks.runAll();
+    EXPECT_FALSE(left);
+    test::expectError(state, Kind::projectSaveFailed, "the discarded changes are still there");
+    journals->discard([&] { left = true; });
+    tasks.runAll();
+    EXPECT_TRUE(left) << "the second time";
+}
+
+TEST_F(UnsavedEdit, OfAProjectThatIsOpenElsewhereIsSavedToAnotherPlace) {
+    save();
+    state.reset();
+    auto elsewhere = files::storeOf(package).access(package);
+    projects.open(package);
+    tasks.runAll();
+    EXPECT_EQ(state.projectPath(), package);
+    EXPECT_EQ(projects.readOnlyNotice(), "it is open in another Vantro");
+    projects.dismissReadOnlyNotice();
+    edit(1.5);
+    projects.saveProject();
+    ASSERT_EQ(panels.kind, PanelKind::saveProject);
+    panels.answer(package);
+    tasks.runAll();
+    test::expectError(state, Kind::projectSaveFailed, "open in another Vantro");
+    projects.saveProject();
+    panels.answer(folder / "copy.vantro");
+    tasks.runAll();
+    EXPECT_FALSE(projects.isReadOnly());
+    EXPECT_EQ(files::readProjectFile(package).edit.cursorScale, 3);
+    EXPECT_EQ(files::readProjectFile(folder / "copy.vantro").edit.cursorScale, 1.5);
+
+    elsewhere = {};
+    projects.open(package);
+    tasks.runAll();
+    EXPECT_FALSE(projects.isReadOnly());
+    EXPECT_FALSE(files::storeOf(package).access(package).lock) << "it is ours now";
+    projects.open(package);
+    tasks.runAll();
+    EXPECT_FALSE(projects.isReadOnly()) << "our own lock is none of another program";
+    state.reset();
+    EXPECT_TRUE(files::storeOf(package).access(package).lock);
+}
+
+/// Recordings that a run of the program left where recordings are made.
+class RecoveryFlowTest : public UnsavedEdit {
+  protected:
+    RecoveryFlowTest() {
+        state.reset();
+        movie = files::makeRecordingDirectory() / "recording.mov";
+        std::ofstream(movie) << "movie";
+    }
+    void find() {
+        flow.find();
+        tasks.runAll();
+    }
+
+    fs::path movie;
+    RecoveryFlow flow{state, projects, tasks};
+};
+
+TEST_F(RecoveryFlowTest, WhatWasInterruptedIsOfferedOnceAndStaysListed) {
+    find();
+    EXPECT_FALSE(flow.isOffered()) << "it is whole";
+    base::JournalWriter(media::movieJournalPath(movie)).append("left behind");
+    find();
+    EXPECT_TRUE(flow.isOffered());
+    flow.dismiss();
+    find();
+    EXPECT_FALSE(flow.isOffered());
+    EXPECT_EQ(flow.recordings().size(), 1U);
+    flow.offer(movie);
+    flow.recover();
+    state.setPhase(AppPhase::recording()); // begins meanwhile
+    tasks.runAll();
+    EXPECT_FALSE(state.recordingPath());
+    state.setPhase(AppPhase::idle());
+    tasks.runAll();
+    ASSERT_EQ(flow.recordings().size(), 1U);
+    flow.open(movie);
+    tasks.runAll();
+    EXPECT_EQ(state.recordingPath(), movie);
+    EXPECT_EQ(state.phase(), AppPhase::previewing());
+}
+
+TEST_F(RecoveryFlowTest, ARecordingIsDeletedOnlyAfterTheAnswerAndNotWhileItIsOpen) {
+    find();
+    flow.askDelete(movie);
+    flow.keep();
+    tasks.runAll();
+    EXPECT_EQ(flow.recordings().size(), 1U);
+    flow.askDelete(movie);
+    const auto open = files::ProjectLock::take(movie.parent_path());
+    flow.deleteAsked();
+    tasks.runAll();
+    test::expectError(state, Kind::assetWriterFailed, "open in another Vantro");
+    EXPECT_TRUE(fs::exists(movie));
+}
+
+} // namespace
+} // namespace vantro::app::flows

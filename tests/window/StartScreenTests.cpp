@@ -1,0 +1,243 @@
+#include "app/files/ProjectStores.h"
+#include "app/files/RecordingFolder.h"
+#include "window/WindowFixture.h"
+
+#include <QAccessible>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <algorithm>
+#include <deque>
+#include <iterator>
+
+#include <gmock/gmock.h>
+
+namespace vantro::window {
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = model::VantroError::Kind;
+
+/// A start screen over recordings that nobody saved and projects that were used before.
+class StartScreenTest : public test::WindowFixture {
+  protected:
+    StartScreenTest() { ::setenv("TMPDIR", home.path().c_str(), 1); }
+    ~StartScreenTest() override { ::unsetenv("TMPDIR"); }
+
+    fs::path recorded(const std::string& name) {
+        const auto movie = app::files::makeRecordingDirectory() / "recording.mov";
+        test::writeColorClock(movie, 320, 180, 10, 2);
+        app::files::nameRecording(movie, name);
+        return movie;
+    }
+    /// A project of that name, edited with this cursor scale.
+    fs::path saved(const std::string& name) {
+        const auto package = home / (name + ".vantro");
+        const auto movie = home / (name + ".mov");
+        test::writeColorClock(movie, 320, 180, 10, 2);
+        app::files::saveProject(package, {name, test::plainProject(movie, 10).recording, {}}, true);
+        preferences.addRecentProject(QString::fromStdString(package.string()));
+        return package;
+    }
+    void show() {
+        recovery.find();
+        showWindow();
+        runTasks();
+    }
+    /// The row of a list with that title.
+    QQuickItem& row(const QString& title) {
+        return found([&](const QQuickItem& shown) {
+            return shown.property("title").toString() == title &&
+                   shown.property("removeSymbol").isValid();
+        });
+    }
+    QQuickItem& part(const QString& title, const QString& name) {
+        return found([&](const QQuickItem& shown) { return shown.objectName() == name; },
+                     &row(title));
+    }
+    QQuickItem& found(const std::function<bool(const QQuickItem&)>& isMeant,
+                      QQuickItem* root = nullptr) {
+        std::deque<QQuickItem*> left{root != nullptr ? root : window().contentItem()};
+        for (; !left.empty(); left.pop_front()) {
+            if (left.front()->isVisible() && isMeant(*left.front()))
+                return *left.front();
+            std::ranges::copy(left.front()->childItems(), std::back_inserter(left));
+        }
+        throw std::logic_error("no such item is shown");
+    }
+    void clickAt(QQuickItem& target) {
+        const auto middle = target.mapToScene({target.width() / 2, target.height() / 2}).toPoint();
+        QTest::mouseMove(&window(), middle);
+        QTest::mouseClick(&window(), Qt::LeftButton, {}, middle);
+        runTasks();
+    }
+    void clickRemove(const QString& title) { clickAt(part(title, QStringLiteral("remove"))); }
+    void answer(const char* button) {
+        window().grabWindow(); // lays the buttons out
+        click(button);
+        runTasks();
+    }
+    /// What a file manager does. Whether the files were taken.
+    bool drop(const std::vector<fs::path>& dropped) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const auto& file : dropped)
+            urls.append(QUrl::fromLocalFile(QString::fromStdString(file.string())));
+        data.setUrls(urls);
+        const QPoint place(window().width() / 2, window().height() / 2);
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window(), &enter);
+        settle();
+        EXPECT_EQ(shows("dropFrame"), enter.isAccepted());
+        if (!enter.isAccepted()) {
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(&window(), &leave);
+            return false;
+        }
+        QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window(), &event);
+        runTasks();
+        return event.isAccepted();
+    }
+
+    test::TemporaryFolder home;
+};
+
+TEST_F(StartScreenTest, ListsRecordingsThatNobodySavedAndAClickOpensOne) {
+    const auto movie = recorded("Tour");
+    show();
+    EXPECT_EQ(row("Tour").property("note").toString(),
+              "00:02, " +
+                  QLocale().formattedDataSize(static_cast<qint64>(app::files::recordingSize(movie)),
+                                              1, QLocale::DataSizeSIFormat));
+    auto& picture = part("Tour", QStringLiteral("recordingPicture"));
+    const auto middle = picture.mapToScene({picture.width() / 2, picture.height() / 2});
+    const auto pixel = window().grabWindow().pixelColor(middle.toPoint());
+    EXPECT_LT(test::distance({pixel.red(), pixel.green(), pixel.blue()}, test::colorOfSecond(1)),
+              8);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&row("Tour"))->role(), QAccessible::ListItem);
+    clickAt(row("Tour"));
+    EXPECT_EQ(state.recordingPath(), movie);
+    EXPECT_EQ(state.recordingName(), "Tour");
+    key(Qt::Key_N, Qt::ControlModifier);
+    runTasks();
+    EXPECT_EQ(state.phase(), app::AppPhase::idle());
+    EXPECT_TRUE(row("Tour").isVisible()) << "it never goes by itself";
+}
+
+TEST_F(StartScreenTest, DeletesARecordingOnlyAfterAskingAndKeysDoTheSame) {
+    const auto movie = recorded("Tour");
+    show();
+    clickRemove("Tour");
+    EXPECT_THAT(item("deleteCard").property("text").toString().toStdString(),
+                testing::HasSubstr("Tour"));
+    key(Qt::Key_Escape);
+    runTasks();
+    EXPECT_TRUE(fs::exists(movie));
+    item("unsavedRecordings").forceActiveFocus();
+    key(Qt::Key_Delete);
+    key(Qt::Key_Return); // keeps
+    runTasks();
+    EXPECT_TRUE(fs::exists(movie));
+    clickRemove("Tour");
+    answer("rejectButton");
+    EXPECT_FALSE(fs::exists(movie.parent_path()));
+    EXPECT_FALSE(shows("unsavedRecordings"));
+    EXPECT_EQ(window().size(), QSize(340, 120));
+}
+
+TEST_F(StartScreenTest, OpensRecentProjectsAndTellsWhichAreGone) {
+    const auto package = saved("Demo");
+    saved("Gone");
+    fs::remove_all(home / "Gone.vantro");
+    show();
+    EXPECT_THAT(row("Gone").property("note").toString().toStdString(),
+                testing::StartsWith("Not found"));
+    clickAt(row("Gone"));
+    EXPECT_TRUE(shows("alertCard"));
+    answer("acceptButton");
+    clickRemove("Gone");
+    EXPECT_EQ(preferences.recentProjects().size(), 1);
+    item("recentProjects").forceActiveFocus();
+    key(Qt::Key_Return);
+    runTasks();
+    EXPECT_EQ(state.projectPath(), package);
+}
+
+TEST_F(StartScreenTest, WhatIsDroppedOnTheWindowIsOpenedAndAnythingElseIsRefused) {
+    const auto package = saved("Demo");
+    const auto movie = home / "Holiday.mp4";
+    test::writeColorClock(movie, 320, 180, 10, 2);
+    const auto text = home.write("notes.txt", "text");
+    const auto broken = home.write("broken.webm", "no movie");
+    show();
+    EXPECT_FALSE(drop({text}));
+    EXPECT_TRUE(drop({text, package}));
+    EXPECT_EQ(state.projectPath(), package);
+    EXPECT_TRUE(drop({movie}));
+    EXPECT_EQ(state.recordingName(), "Holiday");
+    EXPECT_TRUE(state.editableClickEvents().empty());
+    EXPECT_FALSE(state.projectPath());
+    EXPECT_TRUE(stageBecomes(test::colorOfSecond(0)));
+    const auto before = state.document().project();
+    EXPECT_TRUE(drop({broken}));
+    test::expectError(state, Kind::projectOpenFailed, "broken.webm");
+    EXPECT_EQ(state.document().project(), before);
+    EXPECT_FALSE(drop({package})) << "a message lies over the window";
+}
+
+TEST_F(StartScreenTest, ClosingAsksAboutChangesAndDoesWhatIsAnswered) {
+    const auto package = saved("Demo");
+    show();
+    int quits = 0;
+    QObject::connect(&app, &MainModel::quitReady, [&] { ++quits; });
+    clickAt(row("Demo"));
+    state.setCursorScale(1.5);
+    timers.advance(std::chrono::seconds(1));
+    runTasks();
+    window().close();
+    settle();
+    EXPECT_THAT(item("unsavedCard").property("title").toString().toStdString(),
+                testing::HasSubstr("Demo"));
+    answer("dismissButton");
+    EXPECT_EQ(quits, 0);
+    EXPECT_TRUE(window().isVisible());
+    window().close();
+    settle();
+    key(Qt::Key_Escape);
+    runTasks();
+    EXPECT_EQ(quits, 0);
+    window().close();
+    settle();
+    answer("acceptButton"); // saves
+    EXPECT_EQ(quits, 1);
+    EXPECT_EQ(app::files::readProjectFile(package).edit.cursorScale, 1.5);
+
+    state.setCursorScale(2.5);
+    timers.advance(std::chrono::seconds(1));
+    runTasks();
+    key(Qt::Key_Q, Qt::ControlModifier);
+    answer("rejectButton"); // discards
+    EXPECT_EQ(quits, 2);
+    EXPECT_EQ(app::files::readProjectFile(package).edit.cursorScale, 1.5);
+    journals.find();
+    runTasks();
+    EXPECT_FALSE(journals.isOffered()) << "nothing comes back";
+}
+
+TEST_F(StartScreenTest, AProjectThatIsOpenElsewhereSaysSo) {
+    const auto package = saved("Demo");
+    const auto elsewhere = app::files::storeOf(package).access(package);
+    show();
+    clickAt(row("Demo"));
+    EXPECT_THAT(item("readOnlyCard").property("text").toString().toStdString(),
+                testing::HasSubstr("open in another Vantro"));
+    answer("acceptButton");
+    EXPECT_FALSE(shows("readOnlyCard"));
+    EXPECT_EQ(state.projectPath(), package);
+}
+
+} // namespace
+} // namespace vantro::window
