@@ -38,6 +38,7 @@ SidebarSection {
         onEdited: value => section.group.cornerRadius = value
     }
     Label {
+        width: parent.width
         text: qsTr("Canvas")
         Accessible.ignored: true
     }
