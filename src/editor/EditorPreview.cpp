@@ -146,7 +146,7 @@ void EditorPreview::followEdit() try {
         m_player->refresh();
     } else {
         m_video = next;
-        m_player->setOutputSize(outputSize().width(), outputSize().height());
+        tellOutputSize();
         m_player->setVideo(m_video);
     }
     m_player->setVolumes(volumes());
@@ -160,12 +160,26 @@ void EditorPreview::followEdit() try {
 void EditorPreview::followArea() {
     if (!m_player || m_pictures.area().isEmpty())
         return;
-    const auto output = outputSize();
-    m_player->setOutputSize(output.width(), output.height());
+    tellOutputSize();
     if (const auto next = video(); !looksTheSame(next, m_video)) {
         m_video = next;
         m_player->setVideo(m_video);
     }
+}
+
+void EditorPreview::tellOutputSize() {
+    const auto output = outputSize();
+    m_player->setOutputSize(output.width(), output.height());
+    if (std::exchange(m_pictureSize, output) != output)
+        Q_EMIT pictureSizeChanged();
+}
+
+std::optional<EditorPreview::Sizes> EditorPreview::sizes() const {
+    if (!isReady())
+        return {};
+    const auto video = m_movie->videoSize();
+    return Sizes{{static_cast<int>(video.width), static_cast<int>(video.height)},
+                 m_movie->canvas(video)};
 }
 
 /// What the canvas takes of the area: never more than its own pixels.

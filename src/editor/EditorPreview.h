@@ -41,6 +41,8 @@ class EditorPreview : public QObject {
     Q_PROPERTY(bool ready READ isReady NOTIFY statusChanged)
     Q_PROPERTY(QString problem READ problem NOTIFY statusChanged)
     Q_PROPERTY(bool hasSound READ hasSound NOTIFY statusChanged)
+    /// What the picture takes of the screen, device pixels; it stands in the middle.
+    Q_PROPERTY(QSize pictureSize READ pictureSize NOTIFY pictureSizeChanged)
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY mutedChanged)
 
   public:
@@ -65,6 +67,13 @@ class EditorPreview : public QObject {
     /// Why there are none: one sentence; empty while nothing is wrong.
     QString problem() const;
     bool hasSound() const;
+    QSize pictureSize() const { return m_pictureSize; }
+    /// The recording's picture and the film's canvas, pixels; nothing while there is no player.
+    struct Sizes {
+        render::PixelSize recording;
+        render::PixelSize canvas;
+    };
+    std::optional<Sizes> sizes() const;
     /// Never part of the edit.
     bool isMuted() const { return m_muted; }
     void setMuted(bool muted);
@@ -72,6 +81,7 @@ class EditorPreview : public QObject {
   Q_SIGNALS:
     void statusChanged();
     void mutedChanged();
+    void pictureSizeChanged();
 
   private:
     struct Opened {
@@ -89,6 +99,7 @@ class EditorPreview : public QObject {
     /// How the player is to draw now; fails for canvases that cannot be drawn.
     media::VideoComposition video() const;
     QSize outputSize() const;
+    void tellOutputSize();
     std::vector<float> volumes() const;
     void fail(const std::exception& reason);
 
@@ -101,6 +112,7 @@ class EditorPreview : public QObject {
     int m_request = 0; ///< the newest movie to be opened; those of others are dropped
     std::string m_problem;
     bool m_muted = false;
+    QSize m_pictureSize; ///< that the player was told last
 
     ui::PictureStream m_pictures; ///< outlives the player
     PlayerTimeObserver m_transport;

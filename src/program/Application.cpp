@@ -10,11 +10,13 @@
 #include "app/flows/RecoveryFlow.h"
 #include "capture/RecordingTarget.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
 #include "program/PictureWithoutUs.h"
 #include "program/WindowedApplication.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
+#include "ui/platform/FileManager.h"
 #include "ui/platform/NativePanels.h"
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
@@ -58,13 +60,15 @@ class Program {
     app::flows::QtMainTimers m_timers;
     app::AppState m_state{mainDisplayID(m_desktop)};
     app::flows::PermissionService m_permission{m_timers, [this] { return m_desktop.preflight(); }};
-    ui::NativePanels m_panels{m_state};
+    ui::NativePanels m_panels{m_state, m_preferences};
+    ui::FileManager m_fileManager{QDBusConnection::sessionBus()};
     window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs};
 
     app::flows::QtTaskRunner m_recordingTasks{"com.vantro.recording"};
     app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
     app::flows::QtTaskRunner m_fileTasks{"com.vantro.files"};
     app::flows::QtTaskRunner m_previewTasks{"com.vantro.preview"};
+    app::flows::QtTaskRunner m_editorTasks{"com.vantro.editor"};
     app::flows::QtTaskRunner m_listTasks{"com.vantro.windows"};
     app::flows::QtTaskRunner m_shelfTasks{"com.vantro.shelf"};
     app::flows::QtTaskRunner m_journalTasks{"com.vantro.journal"};
@@ -85,13 +89,21 @@ class Program {
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,
                             [this] { return m_desktop.abilities(); }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
-    editor::EditorModel m_editor{m_state, m_preview, m_flows};
+    editor::EditorModel m_editor{
+        m_state,
+        m_preview,
+        m_flows,
+        {.panels = m_panels,
+         .tasks = m_editorTasks,
+         .openMovie = openMovieForEditor,
+         .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
+    editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
-    window::MainWindow m_window{{m_model, m_editor, m_windows, m_displays, m_guard, m_appearance,
-                                 m_recordings, m_recents, m_recovery}};
+    window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
+                                 m_appearance, m_recordings, m_recents, m_recovery}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())

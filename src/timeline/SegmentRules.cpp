@@ -128,6 +128,20 @@ std::expected<Segments, CutRefusal> withRangeCut(const Segments& segments, doubl
     return Segments(std::move(list));
 }
 
+std::expected<Segments, CutRefusal> withStartAt(const Segments& segments, double place,
+                                                double frame) {
+    if (segments.empty() || place > segments.front().startFraction)
+        return withRangeCut(segments, 0, place, frame);
+    return withEdgeMoved(segments, {SegmentEdge::Kind::start, 0}, place);
+}
+
+std::expected<Segments, CutRefusal> withEndAt(const Segments& segments, double place,
+                                              double frame) {
+    if (segments.empty() || place < segments.back().endFraction)
+        return withRangeCut(segments, place, 1, frame);
+    return withEdgeMoved(segments, {SegmentEdge::Kind::end, segments.size() - 1}, place);
+}
+
 Segments withSpeed(const Segments& segments, const model::Uuid& id, double speed) {
     if (!std::isfinite(speed))
         return segments;

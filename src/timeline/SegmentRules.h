@@ -62,6 +62,12 @@ enum class CutRefusal {
 std::expected<Segments, CutRefusal> withRangeCut(const Segments& segments, double from, double to,
                                                  double frame);
 
+/// The film made to begin, or to end, at `place`: what stands before it, or behind it, goes. The
+/// first start and the last end can also be drawn outward again.
+std::expected<Segments, CutRefusal> withStartAt(const Segments& segments, double place,
+                                                double frame);
+std::expected<Segments, CutRefusal> withEndAt(const Segments& segments, double place, double frame);
+
 /// Limited to 0.25 … 16.
 Segments withSpeed(const Segments& segments, const model::Uuid& id, double speed);
 

@@ -17,6 +17,8 @@ struct TimeAxis {
     double xOf(double place) const { return (place - start) / span * width; }
     /// Limited to the recording; 0 where the row has no width.
     double placeAt(double x) const;
+    /// The same, beyond the recording and the row's ends too: for distances.
+    double unlimitedPlaceAt(double x) const { return width > 0 ? start + x / width * span : 0; }
     bool showsAll() const { return span >= 1; }
 
     /// Magnified by `factor` around what stands at `x`. `shortestSpan` limits it.
@@ -34,6 +36,7 @@ struct RulerMark {
     double x = 0;
     bool isMajor = false;
     std::string label; ///< of major marks
+    bool operator==(const RulerMark&) const = default;
 };
 
 /// The marks of the visible part, from left to right. Majors lie so far apart that labels

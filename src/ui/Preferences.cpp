@@ -14,6 +14,18 @@ const QString editorSizeKey = QStringLiteral("editorSize");
 const QString editorMaximizedKey = QStringLiteral("editorMaximized");
 const QString recentKey = QStringLiteral("recentProjects");
 
+QString folderKey(FolderUse use) {
+    switch (use) {
+    case FolderUse::films:
+        return QStringLiteral("filmFolder");
+    case FolderUse::projects:
+        return QStringLiteral("projectFolder");
+    case FolderUse::pictures:
+        break;
+    }
+    return QStringLiteral("pictureFolder");
+}
+
 QString standardFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/vantro/vantro.ini");
@@ -101,6 +113,14 @@ void Preferences::removeRecentProject(const QString& path) {
     paths.removeAll(path);
     m_settings.setValue(recentKey, paths);
     Q_EMIT recentProjectsChanged();
+}
+
+QString Preferences::folder(FolderUse use) const {
+    return m_settings.value(folderKey(use)).toString();
+}
+
+void Preferences::setFolder(FolderUse use, const QString& path) {
+    m_settings.setValue(folderKey(use), path);
 }
 
 } // namespace vantro::ui

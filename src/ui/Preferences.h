@@ -11,6 +11,9 @@ namespace vantro::ui {
 
 enum class ThemeChoice { system, light, dark };
 
+/// What a file panel is opened for.
+enum class FolderUse { films, projects, pictures };
+
 /// What is remembered from one run to the next. Capture choices are not: every start begins with
 /// the same ones. Writes reach the disk by themselves. Main thread.
 class Preferences : public QObject {
@@ -41,6 +44,10 @@ class Preferences : public QObject {
     QStringList recentProjects() const;
     void addRecentProject(const QString& path);
     void removeRecentProject(const QString& path);
+
+    /// Where a panel was left last; empty where it never was.
+    QString folder(FolderUse use) const;
+    void setFolder(FolderUse use, const QString& path);
 
   Q_SIGNALS:
     void themeChanged();

@@ -1,6 +1,7 @@
 #include "window/MainWindow.h"
 
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
 #include "window/DisplayChoice.h"
@@ -28,6 +29,7 @@ MainWindow::MainWindow(MainWindowModels models) {
     m_window = makeWindow(m_engine, QStringLiteral("Main.qml"),
                           {{QStringLiteral("app"), object(models.app)},
                            {QStringLiteral("editor"), object(models.editor)},
+                           {QStringLiteral("actions"), object(models.actions)},
                            {QStringLiteral("windows"), object(models.windows)},
                            {QStringLiteral("displays"), object(models.displays)},
                            {QStringLiteral("guard"), object(models.guard)},

@@ -9,6 +9,10 @@ namespace vantro::editor {
 class EditorModel;
 } // namespace vantro::editor
 
+namespace vantro::editor::bars {
+class EditorActions;
+} // namespace vantro::editor::bars
+
 namespace vantro::ui {
 class ActionGuard;
 class Appearance;
@@ -36,6 +40,7 @@ class MainModel;
 struct MainWindowModels {
     MainModel& app;
     editor::EditorModel& editor;
+    editor::bars::EditorActions& actions;
     picker::WindowPickerModel& windows;
     DisplayChoice& displays;
     ui::ActionGuard& guard;

@@ -2,6 +2,8 @@
 
 #include "base/Fatal.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
+#include "editor/sidebar/PicturePreviews.h"
 #include "ui/ActionGuard.h"
 #include "ui/PreviewItem.h"
 #include "ui/SymbolProvider.h"
@@ -22,14 +24,19 @@ Q_IMPORT_PLUGIN(VantroPlugin)
 namespace vantro::window {
 
 void prepareEngine(QQmlEngine& engine) {
-    qmlRegisterTypesAndRevisions<ui::ActionGuard, ui::Appearance, ui::PictureStream,
-                                 ui::PreviewItem, DisplayChoice, MainModel, WindowFitter,
-                                 editor::EditorModel, editor::EditorPreview,
-                                 editor::PlayerTimeObserver, picker::WindowPickerModel,
-                                 start::RecentProjectsModel, start::UnsavedRecordingsModel>(
-        "Vantro.Native", 1, nullptr);
+    qmlRegisterTypesAndRevisions<
+        ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
+        MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
+        editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::BarGestures,
+        editor::bars::EditorActions, editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
+        editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
+        editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
+        editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
+        editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
+        start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);
+    engine.addImageProvider(QStringLiteral("picture"), new editor::sidebar::PicturePreviews);
 }
 
 std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine& engine, const QString& file,

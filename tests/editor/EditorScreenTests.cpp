@@ -1,5 +1,8 @@
 #include "window/WindowFixture.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -29,14 +32,6 @@ class EditorScreenTest : public test::WindowFixture {
             [&] { return std::abs(transport().currentTime() - seconds) < 0.01; });
     }
     PlayerTimeObserver& transport() { return *preview.transport(); }
-    /// A place on the playhead's way, in window coordinates.
-    QPoint onSlider(double fraction) {
-        auto& slider = item("playhead");
-        const double handle = 16;
-        return slider
-            .mapToScene({handle / 2 + (slider.width() - handle) * fraction, slider.height() / 2})
-            .toPoint();
-    }
 };
 
 TEST_F(EditorScreenTest, ShowsTheFilmInTheMiddleOfABlackStageOrWhyItCannot) {
@@ -89,23 +84,6 @@ TEST_F(EditorScreenTest, SkippingStaysWithinTheMovieAndShowsThePictureThere) {
     EXPECT_TRUE(playheadBecomes(0));
     EXPECT_TRUE(stageBecomes(colorOfSecond(0)));
     EXPECT_FALSE(transport().isPlaying());
-}
-
-TEST_F(EditorScreenTest, DraggingThePlayheadScrubsAndLettingGoShowsTheExactPicture) {
-    open();
-    QTest::mousePress(&window(), Qt::LeftButton, {}, onSlider(0));
-    QTest::mouseMove(&window(), onSlider(0.2));
-    QTest::mouseMove(&window(), onSlider(0.65));
-    EXPECT_TRUE(transport().isScrubbing());
-    EXPECT_NEAR(transport().currentTime(), 2.6, 0.02);
-    EXPECT_TRUE(stageBecomes(colorOfSecond(2)));
-    QTest::mouseRelease(&window(), Qt::LeftButton, {}, onSlider(0.65));
-    EXPECT_FALSE(transport().isScrubbing());
-    EXPECT_TRUE(playheadBecomes(2.6));
-    item("playhead").forceActiveFocus(Qt::TabFocusReason);
-    const double before = transport().currentTime();
-    key(Qt::Key_Right);
-    EXPECT_TRUE(playheadBecomes(before + 0.1));
 }
 
 TEST_F(EditorScreenTest, AnEditIsSeenAtOnceWherePlayingStands) {
@@ -181,17 +159,19 @@ TEST_F(EditorScreenTest, ExportsInTheChosenFormatResolutionAndQuality) {
     EXPECT_EQ(exports[0].resolution, exporting::ExportResolution::hd1080);
     EXPECT_EQ(exports[0].quality, media::VideoQuality::small);
     EXPECT_EQ(exports[1].format, app::flows::ExportFormat::gif);
-    EXPECT_EQ(text("notice"), "Exported demo.gif");
+    EXPECT_EQ(text("exportedText"), "Exported demo.gif");
     EXPECT_THAT(editor.resolutions(), ElementsAre("Original", "4K (3840x2160)", "1080p", "720p"));
 }
 
 TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
     showEditor();
     exportScript = [this](const auto& progress) {
+        now += std::chrono::seconds(10);
         progress(0.424);
         tasks.runMain();
         settle();
         EXPECT_EQ(text("exportProgress"), "42%");
+        EXPECT_EQ(text("timeLeft"), "About 14 s left");
         EXPECT_FALSE(shows("export"));
         EXPECT_FALSE(item("saveProject").isEnabled());
         click("cancelExport");
@@ -204,7 +184,67 @@ TEST_F(EditorScreenTest, AnExportShowsItsProgressAndCanBeCancelled) {
     EXPECT_EQ(exports.size(), 1U);
     EXPECT_EQ(state.phase(), app::AppPhase::previewing());
     EXPECT_TRUE(shows("export"));
-    EXPECT_EQ(text("notice"), "");
+    EXPECT_FALSE(shows("exportDone"));
+}
+
+TEST_F(EditorScreenTest, AFinishedExportIsShownInItsFolderAndCopied) {
+    showEditor();
+    click("export");
+    EXPECT_TRUE(text("sizeEstimate").isEmpty()) << "a recording of no known size";
+    click("exportNow");
+    panels.answer("/tmp/a film.mp4");
+    runTasks();
+    click("showInFolder");
+    EXPECT_EQ(shownInFolder, "/tmp/a film.mp4");
+    click("copyFile");
+    const auto* copied = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(copied->data("text/uri-list").trimmed(), "file:///tmp/a%20film.mp4");
+    EXPECT_EQ(copied->data("x-special/gnome-copied-files"), "copy\nfile:///tmp/a%20film.mp4");
+    click("forgetExported");
+    EXPECT_FALSE(shows("exportDone"));
+}
+
+TEST_F(EditorScreenTest, TheFrameAtThePlayheadIsCopiedAndSavedAsTheFilmShowsIt) {
+    model::Edit edit;
+    edit.canvasAspectRatio = model::CanvasAspectRatio::ratio1x1;
+    open(edit);
+    transport().seek(0.65);
+    ASSERT_TRUE(playheadBecomes(2.6));
+    click("export");
+    click("copyFrame");
+    runTasks();
+    const auto copied = QGuiApplication::clipboard()->image();
+    EXPECT_EQ(text("notice"), "Copied the frame");
+    EXPECT_EQ(copied.size(), QSize(320, 320)) << "the canvas's own size";
+    const auto blue = copied.pixelColor(160, 160);
+    EXPECT_LT(test::distance({blue.red(), blue.green(), blue.blue()}, colorOfSecond(2)), 8);
+    EXPECT_EQ(copied.pixelColor(160, 10).name(), "#262626");
+
+    const auto file = files.filePath(QStringLiteral("frame.png"));
+    click("export");
+    click("saveFrame");
+    EXPECT_EQ(panels.kind, app::flows::PanelKind::saveFrame);
+    EXPECT_EQ(panels.proposedName, "demo.png");
+    panels.answer(file.toStdString());
+    runTasks();
+    EXPECT_EQ(QImage(file).convertToFormat(QImage::Format_RGB32), copied);
+    click("export");
+    click("saveFrame");
+    panels.answer("/nonexistent/frame.png");
+    runTasks();
+    test::expectError(state, model::VantroError::Kind::exportFailed, "/nonexistent/frame.png");
+}
+
+TEST_F(EditorScreenTest, TheWindowsTitleTellsTheNameAndWhetherAnythingIsUnsaved) {
+    EXPECT_EQ(window().title(), "Vantro");
+    showEditor();
+    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
+    state.setCursorScale(7);
+    EXPECT_EQ(window().title(), u"demo* \u2014 Vantro");
+    click("undo");
+    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
+    click("redo");
+    EXPECT_EQ(state.cursorScale(), 7);
 }
 
 } // namespace

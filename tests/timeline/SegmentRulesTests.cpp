@@ -105,6 +105,20 @@ TEST(RangeCutTest, CutsOutAnythingButNeverLeavesAPieceThatIsTooShort) {
     EXPECT_NE((*both)[1].id, segments[0].id);
 }
 
+TEST(TrimTest, TheFilmBeginsAndEndsAtAnyPlaceAlsoBeyondItsFirstAndLastPiece) {
+    constexpr double frame = 0.001;
+    const Segments segments = pieces({{0.1, 0.4}, {0.6, 0.9}});
+    using Ranges = std::vector<std::pair<double, double>>;
+    EXPECT_EQ(rangesOf(*withStartAt(segments, 0.2, frame)), (Ranges{{0.2, 0.4}, {0.6, 0.9}}));
+    EXPECT_EQ(rangesOf(*withStartAt(segments, 0.05, frame)), (Ranges{{0.05, 0.4}, {0.6, 0.9}}));
+    EXPECT_EQ(rangesOf(*withStartAt(segments, 0.7, frame)), (Ranges{{0.7, 0.9}}));
+    EXPECT_EQ(rangesOf(*withEndAt(segments, 0.7, frame)), (Ranges{{0.1, 0.4}, {0.6, 0.7}}));
+    EXPECT_EQ(rangesOf(*withEndAt(segments, 1, frame)), (Ranges{{0.1, 0.4}, {0.6, 1}}));
+    EXPECT_EQ(rangesOf(*withEndAt(segments, 0.2, frame)), (Ranges{{0.1, 0.2}}));
+    EXPECT_EQ(withStartAt(segments, 0.95, frame).error(), CutRefusal::nothingLeft);
+    EXPECT_EQ(withEndAt(segments, 0.103, frame).error(), CutRefusal::pieceTooShort);
+}
+
 double overlap(const Segments& segments) {
     double sum = 0;
     for (std::size_t i = 1; i < segments.size(); ++i)

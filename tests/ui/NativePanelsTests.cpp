@@ -57,8 +57,9 @@ class NativePanelsTest : public testing::Test {
     }
 
     QTemporaryDir folder;
+    ui::Preferences preferences{folder.filePath(QStringLiteral("vantro.ini"))};
     app::AppState state{1};
-    NativePanels panels{state};
+    NativePanels panels{state, preferences};
 };
 
 TEST_F(NativePanelsTest, NothingIsReplacedUnasked) {
@@ -83,6 +84,25 @@ TEST_F(NativePanelsTest, NothingIsReplacedUnasked) {
         const auto expected = chosen ? std::optional(in(chosen)) : std::nullopt;
         EXPECT_EQ(choose(kind, QString::fromLatin1(typed), replace), expected) << typed;
     }
+}
+
+TEST_F(NativePanelsTest, APanelOpensWhereTheLastOfItsUseWasLeft) {
+    const auto shownFolder = [this](PanelKind kind) {
+        panels.ask(kind, "proposed", [](const auto&) {});
+        auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        const auto shown = panel->directory().absolutePath();
+        panel->reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return shown;
+    };
+    const auto films = folder.filePath(QStringLiteral("films"));
+    choose(PanelKind::saveMovie, QStringLiteral("films/a.mp4"), {});
+    for (const auto kind : {PanelKind::saveGif, PanelKind::saveFrame})
+        EXPECT_EQ(shownFolder(kind), films);
+    for (const auto kind : {PanelKind::saveProject, PanelKind::openPicture})
+        EXPECT_NE(shownFolder(kind), films);
+    QDir(films).removeRecursively();
+    EXPECT_NE(shownFolder(PanelKind::saveMovie), films) << "it is gone";
 }
 
 } // namespace

@@ -29,6 +29,7 @@ class DesktopSession {
 
     /// Where the visible window of that exact title stands, without its frame; null without one.
     QRect window(const QString& title) const;
+    QRect mainWindow() const;
     /// Waits for the main window to have this size, in pixels.
     bool mainWindowBecomes(QSize size) const;
     /// A click into the main window, in pixels from its corner.

@@ -107,7 +107,7 @@ TEST_F(EndToEndTest, TwoClicksRecordTheScreenAndTheEditorFollows) {
     const test::TestWindow shown(session.server(), {600, 500, 200, 200}, 0x00ff00);
     start();
     recordTheScreen();
-    EXPECT_GT(session.window(QStringLiteral("Vantro")).x(), 900) << "the window steps aside";
+    EXPECT_GT(session.mainWindow().x(), 900) << "the window steps aside";
     session.xdo({"mousemove", "700", "600", "click", "1"});
     const auto recorded = stopped();
     EXPECT_EQ(movieSize(recorded), (model::Size{1280, 900}));
@@ -185,7 +185,7 @@ TEST_F(EndToEndTest, AWindowChosenFromTheListIsRecordedWithItsFrame) {
     // A row can be chosen once the list has come, and a click on none does nothing.
     ASSERT_TRUE(eventually([this] {
         click({200, 80});
-        return session.window(QStringLiteral("Vantro")).size() == recordingSize;
+        return session.mainWindow().size() == recordingSize;
     })) << errors();
     const auto recorded = stopped();
     const auto& rect = recorded.metadata.captureRect;
@@ -230,7 +230,7 @@ TEST_F(EndToEndTest, AKilledRecordingIsRecoveredAtTheNextStart) {
 
     session.startProgram();
     EXPECT_TRUE(eventually([this] {
-        return session.window(QStringLiteral("Vantro")).height() > controlsSize.height();
+        return session.mainWindow().height() > controlsSize.height();
     })) << "the recording is offered";
     session.xdo({"key", "Return"});
     ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
@@ -250,7 +250,7 @@ TEST_F(EndToEndTest, AnAreaIsDraggedOutOnAnyDisplayWithoutOurWindowInSight) {
                                                  "300x100+0+0", "-e", "sleep", "600"});
     ASSERT_TRUE(eventually([this] { return isShown(notes); }));
     start();
-    const auto ours = session.window(QStringLiteral("Vantro")).center();
+    const auto ours = session.mainWindow().center();
     EXPECT_NE(session.picture(QStringLiteral("two-displays")).pixelColor(ours), QColor(0, 255, 0));
     click(recordButton);
     ASSERT_TRUE(eventually([this] {
@@ -281,9 +281,8 @@ TEST_P(ScaledDesktopTest, ADraggedAreaIsRecordedAtItsEvenSize) {
     session.xdo({"mouseup", "1"});
     ASSERT_TRUE(session.mainWindowBecomes(scaled(recordingSize))) << errors();
     click(stopButton);
-    ASSERT_TRUE(eventually([this] {
-        return session.window(QStringLiteral("Vantro")).height() > scaled(recordingSize).height();
-    }));
+    ASSERT_TRUE(eventually(
+        [this] { return session.mainWindow().height() > scaled(recordingSize).height(); }));
     const auto recorded = recordedIn(session.recordings());
     const double points = GetParam() < 2 * 96 ? 1 : 2; // only whole ones, in pixels
     EXPECT_EQ(recorded.metadata.captureRect,

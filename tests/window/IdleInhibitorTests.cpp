@@ -1,40 +1,17 @@
 #include "app/state/AppState.h"
+#include "window/PrivateBus.h"
 #include "window/platform/IdleInhibitor.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 namespace vantro::window {
 namespace {
-
-/// A session bus of the test's own.
-class PrivateBus {
-  public:
-    PrivateBus() {
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {"--session", "--nofork", "--nosyslog", "--print-address"});
-        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead()) {
-        }
-        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    }
-    ~PrivateBus() {
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
-    QDBusConnection connect(const QString& name) const {
-        return QDBusConnection::connectToBus(m_address, name);
-    }
-
-  private:
-    QProcess m_daemon;
-    QString m_address;
-};
 
 /// Keeps the question and writes down what is called afterwards, with its number or path.
 class ScriptedService : public QDBusVirtualObject {
@@ -72,7 +49,7 @@ class IdleInhibitorTest : public testing::TestWithParam<Desktop> {
             QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
     }
 
-    PrivateBus bus;
+    test::PrivateBus bus;
     ScriptedService service;
     app::AppState state{1};
     IdleInhibitor inhibitor{state, bus.connect(QStringLiteral("program"))};

@@ -14,10 +14,11 @@ using test::colorOfSecond;
 using test::eventually;
 
 constexpr QSize editorSize(980, 680);
-constexpr QPoint stageMiddle(490, 320);
-constexpr int sliderY = 618; // of the main window, as all that follows
-constexpr int sliderLeft = 24;
-constexpr int sliderRight = 956;
+constexpr int sidebarWidth = 272;
+constexpr QPoint stageMiddle((980 - sidebarWidth) / 2, 284);
+constexpr int rulerY = 530; // of the main window, as all that follows
+constexpr int rulerLeft = 16;
+constexpr int rulerRight = 964;
 constexpr QPoint playButton(490, 655);
 constexpr QPoint backButton(440, 655);
 constexpr QPoint forwardButton(540, 655);
@@ -43,7 +44,7 @@ class PreviewEndToEndTest : public testing::Test {
 
     /// The second of the recording whose color the desktop shows; negative for none.
     int shownSecond() {
-        const auto place = session.window(QStringLiteral("Vantro")).topLeft() + stageMiddle;
+        const auto place = session.mainWindow().topLeft() + stageMiddle;
         const auto shown = session.picture(QStringLiteral("preview")).pixelColor(place);
         for (int second = 0; second < 4; ++second)
             if (test::distance({shown.red(), shown.green(), shown.blue()}, colorOfSecond(second)) <
@@ -57,8 +58,8 @@ class PreviewEndToEndTest : public testing::Test {
     void key(const char* name) { session.xdo({"key", QString::fromLatin1(name)}); }
     void click(QPoint at) { session.clickMain(at.x(), at.y()); }
     void movePointer(double fraction) {
-        const auto at = session.window(QStringLiteral("Vantro")).topLeft() +
-                        QPoint(sliderLeft + qRound((sliderRight - sliderLeft) * fraction), sliderY);
+        const auto at = session.mainWindow().topLeft() +
+                        QPoint(rulerLeft + qRound((rulerRight - rulerLeft) * fraction), rulerY);
         session.xdo({"mousemove", QString::number(at.x()), QString::number(at.y())});
     }
     std::string errors() { return session.program().readAllStandardError().toStdString(); }
@@ -150,12 +151,13 @@ TEST_P(ScaledPreviewTest, ASmallRecordingIsShownPixelByPixel) {
     app::files::saveProject(package, test::plainProject(movie, 10), true);
     session.startProgram({QString::fromStdString(package.string())});
     const auto isSharp = [&] {
-        const auto window = session.window(QStringLiteral("Vantro"));
+        const auto window = session.mainWindow();
         if (window.width() < 500)
             return false;
         const auto desktop = session.picture(QStringLiteral("preview-sharp"));
-        const int toolbarLessTransport = 13 * GetParam() / 96;
-        const auto middle = window.center() - QPoint(0, toolbarLessTransport);
+        const int panelLessToolbar = 56 * GetParam() / 96;
+        const int halfSidebar = sidebarWidth / 2 * GetParam() / 96;
+        const auto middle = window.center() - QPoint(halfSidebar, panelLessToolbar);
         for (int x = -100; x < 100; ++x) {
             const int here = desktop.pixelColor(middle + QPoint(x, 0)).green();
             const int next = desktop.pixelColor(middle + QPoint(x + 1, 0)).green();

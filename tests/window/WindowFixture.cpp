@@ -40,7 +40,7 @@ std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Reco
 
 void WindowFixture::showWindow() {
     m_window = std::make_unique<window::MainWindow>(window::MainWindowModels{
-        app, editor, windows, displays, guard, appearance, recordings, recents, recovery});
+        app, editor, actions, windows, displays, guard, appearance, recordings, recents, recovery});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();
@@ -75,8 +75,10 @@ QString WindowFixture::text(const char* name) {
 }
 
 void WindowFixture::click(const char* name) {
+    window().grabWindow(); // what has appeared finds its place when the window is drawn
     auto& target = item(name);
     const auto middle = target.mapToScene({target.width() / 2, target.height() / 2}).toPoint();
+    QTest::mouseMove(&window(), middle - QPoint(1, 1)); // a pointer that stands there does not move
     QTest::mouseMove(&window(), middle);
     QTest::mouseClick(&window(), Qt::LeftButton, {}, middle);
     settle();
@@ -102,11 +104,11 @@ void WindowFixture::record(model::CaptureMode mode) {
     runTasks();
 }
 
-void WindowFixture::showEditor(const model::Edit& edit) {
+void WindowFixture::showEditor(const model::Edit& edit, const model::RecordingMetadata& metadata) {
     const std::filesystem::path movie = files.filePath(QStringLiteral("shown.mov")).toStdString();
     if (!std::filesystem::exists(movie))
         writeColorClock(movie, 320, 180, 10, 4);
-    auto project = plainProject(movie, 10);
+    auto project = plainProject(movie, 10, metadata);
     auto shown = edit;
     shown.background = project.edit.background;
     state.show({"demo", project.recording, std::move(shown)});

@@ -9,6 +9,7 @@
 #include "app/flows/RecoveryFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "editor/EditorModel.h"
+#include "editor/bars/EditorActions.h"
 #include "export/RecordingFixture.h"
 #include "ui/ActionGuard.h"
 #include "ui/Preferences.h"
@@ -54,7 +55,7 @@ class WindowFixture : public testing::Test {
 
     void record(model::CaptureMode mode = model::CaptureMode::screen);
     /// Puts a finished recording into the editor: four seconds, each of its own color.
-    void showEditor(const model::Edit& edit = {});
+    void showEditor(const model::Edit& edit = {}, const model::RecordingMetadata& metadata = {});
     /// Waits for the preview to show this color in its middle.
     bool stageBecomes(Rgb color);
     /// Writes what the window shows to NAME.png in the folder for people to look at.
@@ -66,6 +67,8 @@ class WindowFixture : public testing::Test {
     std::string previewProblem;
     std::function<void(const std::function<void(double)>&)> exportScript = [](const auto&) {};
     std::vector<app::flows::ExportJob> exports;
+    QString shownInFolder; ///< the last file that the file manager was asked for
+    base::HostTime now;    ///< while something is exported
 
     ManualTimers timers;
     ManualTasks tasks;
@@ -98,7 +101,17 @@ class WindowFixture : public testing::Test {
     window::DisplayChoice displays{state, [this] { return platform.displays(); }};
     ui::ActionGuard guard{state, permission, flows, [this] { return platform.abilities(); }};
     window::MainModel app{state, permission, windows, flows, guard};
-    editor::EditorModel editor{state, preview, flows};
+    editor::EditorModel editor{
+        state,
+        preview,
+        flows,
+        {.panels = panels,
+         .tasks = tasks,
+         .openMovie = [this](const auto& shown,
+                             const auto& edit) { return openMovie(shown, edit); },
+         .showInFolder = [this](const QString& file) { shownInFolder = file; },
+         .now = [this] { return now; }}};
+    editor::bars::EditorActions actions{state, *preview.transport()};
     window::start::UnsavedRecordingsModel recordings{recovery};
     window::start::RecentProjectsModel recents{preferences, projects, tasks};
 

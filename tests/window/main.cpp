@@ -18,6 +18,7 @@ void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& mes
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
+    qputenv("VANTRO_RESOURCES", VANTRO_SOURCE_RESOURCES);
     testing::InitGoogleMock(&argc, argv);
     const QApplication application(argc, argv);
     qInstallMessageHandler(failOnWarning);

@@ -7,7 +7,15 @@
 
 namespace vantro::app::flows {
 
-enum class PanelKind { saveMovie, saveGif, saveProject, openProject, importMovie };
+enum class PanelKind {
+    saveMovie,
+    saveGif,
+    saveFrame,
+    saveProject,
+    openProject,
+    importMovie,
+    openPicture
+};
 
 /// Asks the user for files. Main thread.
 class FilePanels {

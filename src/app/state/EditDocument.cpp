@@ -57,6 +57,8 @@ void EditDocument::apply(model::Edit edit, Step step) {
         if (!joins)
             remember(edit, std::move(step.name));
         m_mergeKey = std::move(step.mergeKey);
+        if (joins && edit == m_past.back().edit)
+            forgetLastStep();
     }
     auto content = m_content;
     content.edit = std::move(edit);
@@ -72,6 +74,13 @@ void EditDocument::remember(const model::Edit& next, std::string name) {
         m_pastBytes -= m_past.front().bytes;
         m_past.pop_front();
     }
+}
+
+/// It came back to where it began.
+void EditDocument::forgetLastStep() {
+    m_pastBytes -= m_past.back().bytes;
+    m_past.pop_back();
+    m_mergeKey.clear();
 }
 
 void EditDocument::undo() {

@@ -29,7 +29,7 @@ class EditDocument : public QObject {
     struct Step {
         std::string name; ///< "Move Zoom": a menu says "Undo Move Zoom"
         /// Consecutive steps of one key that is not empty count as one: give each drag a key of its
-        /// own.
+        /// own. Where they come back to the edit that they began with, there is no step.
         std::string mergeKey = {};
     };
 
@@ -84,6 +84,7 @@ class EditDocument : public QObject {
     };
 
     void remember(const model::Edit& next, std::string name);
+    void forgetLastStep();
     void replace(Content content);
     void forgetSteps();
 

@@ -6,6 +6,7 @@ Rectangle {
     id: toolbar
 
     required property EditorModel editor
+    required property EditorActions actions
     required property ActionGuard guard
 
     implicitHeight: 52
@@ -19,6 +20,9 @@ Rectangle {
         font.weight: Font.DemiBold
         text: toolbar.editor.recordingName
         onTextEdited: toolbar.editor.recordingName = text
+        // A name too long to be seen whole shows its beginning.
+        onTextChanged: if (!activeFocus) cursorPosition = 0
+        onActiveFocusChanged: cursorPosition = activeFocus ? length : 0
         onAccepted: focus = false
     }
     Label {
@@ -35,6 +39,26 @@ Rectangle {
         id: actions
         anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: parent.verticalCenter }
         spacing: Theme.gap
+        Row {
+            SymbolButton {
+                objectName: "undo"
+                implicitHeight: Theme.controlHeight
+                symbol: "arrow.uturn.backward"
+                ink: Theme.secondaryText
+                help: qsTr("%1 (Ctrl+Z)").arg(toolbar.actions.undoName)
+                enabled: toolbar.guard.edit && toolbar.actions.canUndo
+                onClicked: toolbar.actions.undo()
+            }
+            SymbolButton {
+                objectName: "redo"
+                implicitHeight: Theme.controlHeight
+                symbol: "arrow.uturn.forward"
+                ink: Theme.secondaryText
+                help: qsTr("%1 (Ctrl+Shift+Z)").arg(toolbar.actions.redoName)
+                enabled: toolbar.guard.edit && toolbar.actions.canRedo
+                onClicked: toolbar.actions.redo()
+            }
+        }
         PushButton {
             objectName: "newRecording"
             text: qsTr("New Recording")
@@ -82,6 +106,10 @@ Rectangle {
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
         height: 1
         color: Theme.border
+    }
+    ExportDone {
+        anchors { horizontalCenter: parent.horizontalCenter; top: parent.bottom; topMargin: Theme.gap }
+        editor: toolbar.editor
     }
     Shortcut {
         sequence: "Ctrl+N"

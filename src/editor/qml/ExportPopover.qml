@@ -75,15 +75,56 @@ T.Popup {
                 model: popover.editor.qualities
             }
         }
-        PushButton {
-            objectName: "exportNow"
+        Item {
+            width: parent.width
+            height: Theme.controlHeight
+            Label {
+                objectName: "sizeEstimate"
+                anchors { left: parent.left; right: start.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+                elide: Text.ElideRight
+                text: popover.opened ? popover.editor.sizeEstimate(format.currentIndex, resolution.currentIndex, quality.currentIndex) : ""
+                color: Theme.secondaryText
+            }
+            PushButton {
+                id: start
+                objectName: "exportNow"
+                anchors.right: parent.right
+                prominent: true
+                text: qsTr("Export")
+                onClicked: {
+                    popover.close()
+                    popover.editor.exportRecording(format.currentIndex, resolution.currentIndex,
+                                                   quality.currentIndex)
+                }
+            }
+        }
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: Theme.border
+        }
+        Label {
+            text: qsTr("Frame at the Playhead")
+            font.weight: Font.DemiBold
+        }
+        Row {
             anchors.right: parent.right
-            prominent: true
-            text: qsTr("Export")
-            onClicked: {
-                popover.close()
-                popover.editor.exportRecording(format.currentIndex, resolution.currentIndex,
-                                               quality.currentIndex)
+            spacing: Theme.gap
+            PushButton {
+                objectName: "copyFrame"
+                text: qsTr("Copy Frame")
+                onClicked: {
+                    popover.close()
+                    popover.editor.copyFrame()
+                }
+            }
+            PushButton {
+                objectName: "saveFrame"
+                text: qsTr("Save Frame…")
+                onClicked: {
+                    popover.close()
+                    popover.editor.saveFrame()
+                }
             }
         }
     }

@@ -8,17 +8,17 @@ Item {
 
     required property EditorModel editor
 
-    implicitWidth: 176
+    implicitWidth: 190
     implicitHeight: Theme.controlHeight
 
     T.ProgressBar {
         id: bar
         objectName: "exportBar"
-        anchors { left: parent.left; right: text.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+        anchors { left: parent.left; right: text.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter; verticalCenterOffset: left.visible ? -7 : 0 }
         implicitHeight: 4
         value: progress.editor.progress
         Accessible.name: qsTr("Export progress")
-        Accessible.description: progress.editor.progressText
+        Accessible.description: progress.editor.progressText + " " + progress.editor.timeLeft
         background: Rectangle {
             radius: 2
             color: Theme.sunken
@@ -31,6 +31,16 @@ Item {
                 color: Theme.accent
             }
         }
+    }
+    Label {
+        id: left
+        objectName: "timeLeft"
+        anchors { left: bar.left; right: bar.right; top: bar.bottom; topMargin: 2 }
+        visible: text !== ""
+        text: progress.editor.timeLeft
+        elide: Text.ElideRight
+        font.pixelSize: Theme.caption
+        color: Theme.secondaryText
     }
     Label {
         id: text

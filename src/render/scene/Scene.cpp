@@ -15,20 +15,15 @@ PixelRect wholeOf(const media::PixelBuffer& picture) {
 }
 
 /// Fits the recording into the canvas less the background's padding.
-PictureLayer framedRecording(const PixelRect& canvas, const ImagePointer& picture,
-                             const model::BackgroundSettings& background, double scale) {
-    const PixelRect part = wholeOf(*picture);
-    const double share = std::clamp(1 - 2 * background.padding, 0.0, 1.0);
+PixelRect framed(const PixelRect& canvas, const PixelRect& recording, double padding) {
+    const double share = std::clamp(1 - 2 * padding, 0.0, 1.0);
     const double availableWidth = share * canvas.width;
     const double availableHeight = share * canvas.height;
-    const double ratio = part.width / part.height;
+    const double ratio = recording.width / recording.height;
     const bool limitedByWidth = availableWidth < ratio * availableHeight;
     const double width = limitedByWidth ? availableWidth : ratio * availableHeight;
     const double height = limitedByWidth ? availableWidth / ratio : availableHeight;
-    return {picture,
-            part,
-            {(canvas.width - width) / 2, (canvas.height - height) / 2, width, height},
-            background.cornerRadius * scale};
+    return {(canvas.width - width) / 2, (canvas.height - height) / 2, width, height};
 }
 
 /// The part of `whole` that is seen when it is magnified around a point. At the edges it is
@@ -40,31 +35,22 @@ PixelRect magnified(const PixelRect& whole, PixelPoint center, double scale) {
             std::max(0.0, std::min(whole.height - height, center.y - height / 2)), width, height};
 }
 
-Scene::Background backgroundLayer(PixelSize canvas, const PictureLayer& recording,
+Scene::Background backgroundLayer(PixelSize canvas, const RecordingLayout& layout,
                                   const SceneContent& content) {
     Scene::Background layer;
     if (const auto* color = std::get_if<model::BackgroundColor>(&content.background->type))
         layer.color = *color;
     layer.picture = content.backgroundPicture;
-    layer.shadow = {canvas, recording.place, recording.cornerRadius, content.scale};
-    layer.shown = PixelRect::whole(canvas);
+    layer.shadow = {canvas, layout.framed, content.background->cornerRadius * content.scale,
+                    content.scale};
+    layer.shown = layout.shown;
     return layer;
 }
 
-/// Moves a layer from its place on the canvas to that on an output which shows `window` of it.
-void show(const PixelRect& window, const PixelRect& canvas, PictureLayer& layer) {
-    const double scale = canvas.width / window.width;
-    PixelRect& place = layer.place;
-    place = {(place.x - window.x) * scale, (place.y - window.y) * scale, place.width * scale,
-             place.height * scale};
-    layer.cornerRadius *= scale;
-}
-
-/// Where a point of the recording's picture stands.
-PixelPoint onCanvas(PixelPoint point, const PictureLayer& recording) {
-    const PixelRect picture = wholeOf(*recording.picture);
-    return {recording.place.x + recording.place.width / picture.width * point.x,
-            recording.place.y + recording.place.height / picture.height * point.y};
+/// Where a point of a picture stands that is stretched over a place.
+PixelPoint onPlace(PixelPoint point, const PixelRect& picture, const PixelRect& place) {
+    return {place.x + place.width / picture.width * point.x,
+            place.y + place.height / picture.height * point.y};
 }
 
 /// The cursor with its hot spot on the pointer's place. It is scaled with the recording's width,
@@ -74,7 +60,7 @@ std::optional<PictureLayer> cursorLayer(const SceneContent& content,
     if (!content.pointer || content.cursor == nullptr)
         return {};
     const CursorImage& image = content.cursor->image();
-    const PixelPoint tip = onCanvas(*content.pointer, recording);
+    const PixelPoint tip = onPlace(*content.pointer, wholeOf(*recording.picture), recording.place);
     const double perUnit =
         content.cursorScale * (recording.place.width / content.recording->width());
     const PixelRect place{tip.x - perUnit * image.hotSpotX, tip.y - perUnit * image.hotSpotY,
@@ -115,6 +101,31 @@ bool Scene::isRecordingAlone() const {
     return !background && !cursor && !webcam && recording.part == wholeOf(*recording.picture);
 }
 
+PixelPoint RecordingLayout::onOutput(PixelPoint inRecording) const {
+    return onPlace(inRecording, PixelRect::whole(recording), place);
+}
+
+PixelPoint RecordingLayout::inRecording(PixelPoint onOutput) const {
+    return {(onOutput.x - place.x) / place.width * recording.width,
+            (onOutput.y - place.y) / place.height * recording.height};
+}
+
+RecordingLayout layOut(PixelSize canvasSize, PixelSize recording,
+                       const model::BackgroundSettings& background, const ZoomKeyframe& camera) {
+    const PixelRect canvas = PixelRect::whole(canvasSize);
+    const PixelRect picture = PixelRect::whole(recording);
+    const PixelRect place = framed(canvas, picture, background.padding);
+    RecordingLayout layout{recording, place, canvas, place};
+    if (camera.isZoomed()) {
+        const auto middle = onPlace({camera.centerX, camera.centerY}, picture, place);
+        const PixelRect& shown = layout.shown = magnified(canvas, middle, camera.scale);
+        const double scale = canvas.width / shown.width;
+        layout.place = {(place.x - shown.x) * scale, (place.y - shown.y) * scale,
+                        place.width * scale, place.height * scale};
+    }
+    return layout;
+}
+
 Scene makeScene(PixelSize canvasSize, const SceneContent& content) {
     const PixelRect canvas = PixelRect::whole(canvasSize);
     const PixelPoint center{content.camera.centerX, content.camera.centerY};
@@ -122,14 +133,13 @@ Scene makeScene(PixelSize canvasSize, const SceneContent& content) {
     scene.canvas = canvasSize;
     scene.scale = content.scale;
     if (content.background != nullptr) {
-        scene.recording =
-            framedRecording(canvas, content.recording, *content.background, content.scale);
-        scene.background = backgroundLayer(canvasSize, scene.recording, content);
-        if (content.camera.isZoomed()) {
-            const PixelPoint middle = onCanvas(center, scene.recording);
-            scene.background->shown = magnified(canvas, middle, content.camera.scale);
-            show(scene.background->shown, canvas, scene.recording);
-        }
+        const auto layout =
+            layOut(canvasSize, {content.recording->width(), content.recording->height()},
+                   *content.background, content.camera);
+        scene.background = backgroundLayer(canvasSize, layout, content);
+        scene.recording = {content.recording, wholeOf(*content.recording), layout.place,
+                           scene.background->shadow.cornerRadius *
+                               (canvas.width / layout.shown.width)};
     } else {
         const PixelRect whole = wholeOf(*content.recording);
         scene.recording = {

@@ -64,6 +64,21 @@ struct SceneContent {
     double scale = 1;
 };
 
+/// Where the recording stands on the output: what makeScene lays out, for pointing at it.
+struct RecordingLayout {
+    PixelSize recording; ///< its picture's size
+    PixelRect framed;    ///< its place on the canvas
+    PixelRect shown;     ///< the part of the canvas that the camera sees
+    PixelRect place;     ///< its place on the output, beyond which it may reach
+
+    PixelPoint onOutput(PixelPoint inRecording) const;
+    PixelPoint inRecording(PixelPoint onOutput) const;
+};
+
+/// `canvas` is the output's size, `camera` in the recording's pixels. Pure.
+RecordingLayout layOut(PixelSize canvas, PixelSize recording,
+                       const model::BackgroundSettings& background, const ZoomKeyframe& camera);
+
 /// The one place that decides where everything stands. `canvas` is the output's size: the film's,
 /// times the content's scale. Pure.
 Scene makeScene(PixelSize canvas, const SceneContent& content);

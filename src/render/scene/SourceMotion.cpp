@@ -14,23 +14,25 @@ std::vector<model::ClickEvent> inPixels(std::vector<model::ClickEvent> clicks,
     return clicks;
 }
 
-/// In points; `positions` holds some.
-model::Point interpolated(const std::vector<model::CursorPosition>& positions, double t) {
+} // namespace
+
+std::optional<model::Point> pointerAt(const std::vector<model::CursorPosition>& positions,
+                                      double t) {
+    if (positions.empty())
+        return {};
     const auto& first = positions.front();
     const auto& last = positions.back();
     if (!(t > first.timestamp))
-        return {first.x, first.y};
+        return model::Point{first.x, first.y};
     if (t >= last.timestamp)
-        return {last.x, last.y};
+        return model::Point{last.x, last.y};
     const auto next = std::ranges::upper_bound(positions, t, {}, &model::CursorPosition::timestamp);
     const auto& high = *next;
     const auto& low = *std::prev(next);
     const double span = high.timestamp - low.timestamp;
     const double share = span > 0 ? (t - low.timestamp) / span : 0;
-    return {low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
+    return model::Point{low.x + (high.x - low.x) * share, low.y + (high.y - low.y) * share};
 }
-
-} // namespace
 
 SourceMotion::SourceMotion(model::Recording recording,
                            const model::SharedList<model::ClickEvent>& clicks,
@@ -40,10 +42,11 @@ SourceMotion::SourceMotion(model::Recording recording,
 
 std::optional<PixelPoint> SourceMotion::pointer(double t) const {
     const auto& metadata = m_recording.metadata();
-    if (metadata.cursorPositions.empty())
+    const auto point = pointerAt(metadata.cursorPositions, t);
+    if (!point)
         return {};
-    const auto point = interpolated(metadata.cursorPositions, t);
-    return PixelPoint{point.x * metadata.displayScaleFactor, point.y * metadata.displayScaleFactor};
+    return PixelPoint{point->x * metadata.displayScaleFactor,
+                      point->y * metadata.displayScaleFactor};
 }
 
 } // namespace vantro::render

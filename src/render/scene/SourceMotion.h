@@ -9,6 +9,11 @@
 
 namespace vantro::render {
 
+/// Where the pointer was at `t`, in the samples' points: between samples by straight lines,
+/// sticking to the first and last; nothing without samples.
+std::optional<model::Point> pointerAt(const std::vector<model::CursorPosition>& positions,
+                                      double t);
+
 /// Where the camera and the pointer are at each instant of a recording, in its video's pixels.
 /// Records hold points: this is the one place where they become pixels. Immutable; any thread.
 class SourceMotion {
@@ -19,7 +24,7 @@ class SourceMotion {
 
     /// At `t` seconds of source time.
     ZoomKeyframe camera(double t) const { return m_animator.keyframe(t); }
-    /// Between samples by straight lines, sticking to the first and last; nothing without samples.
+    /// See pointerAt.
     std::optional<PixelPoint> pointer(double t) const;
 
   private:

@@ -26,11 +26,18 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
         return {QObject::tr("Export"), QStringLiteral("mp4"), QObject::tr("MPEG-4 movie (*.mp4)")};
     case app::flows::PanelKind::saveGif:
         return {QObject::tr("Export"), QStringLiteral("gif"), QObject::tr("Animated GIF (*.gif)")};
+    case app::flows::PanelKind::saveFrame:
+        return {QObject::tr("Save Frame"), QStringLiteral("png"),
+                QObject::tr("PNG picture (*.png)")};
     case app::flows::PanelKind::saveProject:
         return {QObject::tr("Save Project"), QStringLiteral("vantro"),
                 QObject::tr("Vantro project (*.vantro)")};
     case app::flows::PanelKind::openProject:
         return {QObject::tr("Open Project"), {}, {}};
+    case app::flows::PanelKind::openPicture:
+        return {QObject::tr("Background Picture"),
+                {},
+                QObject::tr("Pictures (*.jpg *.jpeg *.png *.webp)")};
     case app::flows::PanelKind::importMovie:
         return {
             QObject::tr("Open Movie"), {}, QObject::tr("Movies (*.mp4 *.mov *.mkv *.webm *.m4v)")};
@@ -38,9 +45,20 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
     return {};
 }
 
-QString startFolder() {
-    const auto movies = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
-    return QDir(movies).exists() ? movies : QDir::homePath();
+FolderUse useOf(app::flows::PanelKind kind) {
+    switch (kind) {
+    case app::flows::PanelKind::saveProject:
+    case app::flows::PanelKind::openProject:
+        return FolderUse::projects;
+    case app::flows::PanelKind::openPicture:
+        return FolderUse::pictures;
+    case app::flows::PanelKind::saveMovie:
+    case app::flows::PanelKind::saveGif:
+    case app::flows::PanelKind::saveFrame:
+    case app::flows::PanelKind::importMovie:
+        break;
+    }
+    return FolderUse::films;
 }
 
 bool isPackage(const QFileInfo& file) {
@@ -52,8 +70,8 @@ bool isPackage(const QFileInfo& file) {
 /// that a typed name lacks, and for a project's folder, which panels take for a place to go into.
 class SavePanel : public QFileDialog {
   public:
-    SavePanel(const PanelTexts& texts, const QString& proposedName)
-        : QFileDialog(nullptr, texts.title, startFolder(), texts.filter), m_suffix(texts.suffix) {
+    SavePanel(const PanelTexts& texts, const QString& folder, const QString& proposedName)
+        : QFileDialog(nullptr, texts.title, folder, texts.filter), m_suffix(texts.suffix) {
         setAcceptMode(AcceptSave);
         setFileMode(AnyFile);
         setDefaultSuffix(m_suffix);
@@ -90,13 +108,13 @@ class SavePanel : public QFileDialog {
     QString m_path;
 };
 
-QFileDialog* makePanel(app::flows::PanelKind kind, const QString& proposedName) {
+QFileDialog* makePanel(app::flows::PanelKind kind, const QString& folder,
+                       const QString& proposedName) {
     const auto texts = textsFor(kind);
-    const bool saves = !texts.suffix.isEmpty();
-    if (saves)
-        return new SavePanel(texts, proposedName);
-    auto* panel = new QFileDialog(nullptr, texts.title, startFolder(), texts.filter);
-    if (kind == app::flows::PanelKind::importMovie) {
+    if (!texts.suffix.isEmpty())
+        return new SavePanel(texts, folder, proposedName);
+    auto* panel = new QFileDialog(nullptr, texts.title, folder, texts.filter);
+    if (kind != app::flows::PanelKind::openProject) {
         panel->setFileMode(QFileDialog::ExistingFile);
         return panel;
     }
@@ -115,17 +133,30 @@ QString savePath(const QString& chosen, const QString& suffix) {
     return complete || QFileInfo(chosen).isDir() ? chosen : chosen + u'.' + suffix;
 }
 
+QString NativePanels::startFolder(app::flows::PanelKind kind) const {
+    const auto last = m_preferences.folder(useOf(kind));
+    if (!last.isEmpty() && QDir(last).exists())
+        return last;
+    const auto place = kind == app::flows::PanelKind::openPicture ? QStandardPaths::PicturesLocation
+                                                                  : QStandardPaths::MoviesLocation;
+    const auto usual = QStandardPaths::writableLocation(place);
+    return QDir(usual).exists() ? usual : QDir::homePath();
+}
+
 void NativePanels::ask(app::flows::PanelKind kind, const std::string& proposedName, Answer answer) {
-    auto* panel = makePanel(kind, QString::fromStdString(proposedName));
+    auto* panel = makePanel(kind, startFolder(kind), QString::fromStdString(proposedName));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setWindowModality(Qt::ApplicationModal);
     QObject::connect(
-        panel, &QFileDialog::finished, [panel, answer = std::move(answer)](int result) {
+        panel, &QFileDialog::finished,
+        [panel, kind, &preferences = m_preferences, answer = std::move(answer)](int result) {
             const auto chosen = panel->selectedFiles();
             if (result != QDialog::Accepted || chosen.isEmpty())
                 return answer({});
             const auto* saving = dynamic_cast<const SavePanel*>(panel);
-            answer((saving != nullptr ? saving->path() : chosen.front()).toStdString());
+            const auto path = saving != nullptr ? saving->path() : chosen.front();
+            preferences.setFolder(useOf(kind), QFileInfo(path).absolutePath());
+            answer(path.toStdString());
         });
     panel->winId();
     if (auto* window = qobject_cast<QWindow*>(m_state.mainWindow()))

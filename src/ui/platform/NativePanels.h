@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/flows/FilePanels.h"
+#include "ui/Preferences.h"
 
 #include <QString>
 
@@ -18,12 +19,17 @@ QString savePath(const QString& chosen, const QString& suffix);
 /// replaced. Main thread.
 class NativePanels : public app::flows::FilePanels {
   public:
-    explicit NativePanels(const app::AppState& state) : m_state(state) {}
+    /// `preferences` remember which folder was chosen last, for each use of one.
+    NativePanels(const app::AppState& state, Preferences& preferences)
+        : m_state(state), m_preferences(preferences) {}
 
     void ask(app::flows::PanelKind kind, const std::string& proposedName, Answer answer) override;
 
   private:
+    QString startFolder(app::flows::PanelKind kind) const;
+
     const app::AppState& m_state;
+    Preferences& m_preferences;
 };
 
 } // namespace vantro::ui

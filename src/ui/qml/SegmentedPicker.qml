@@ -1,14 +1,17 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// One choice out of a few, side by side. Arrow keys move it.
+// One choice out of a few, side by side. Arrow keys move it. A `current` of -1 is none of them.
 FocusScope {
     id: picker
 
-    // List of { label, symbol }.
+    // List of { label, symbol }; an empty symbol is none.
     required property var choices
     required property int current
     property string help: ""
+    property bool stacked: false // symbols above their labels
+    property bool labelled: true
+    property real symbolSize: 16
     signal picked(int index)
     property bool used: false // only what the user does is animated
     readonly property bool mirrored: LayoutMirroring.enabled
@@ -39,6 +42,7 @@ FocusScope {
         width: segmentWidth
         height: parent.height - 4
         radius: Theme.radius - 1
+        visible: picker.current >= 0
         color: Theme.raised
         border.width: 1
         border.color: Theme.border
@@ -56,11 +60,12 @@ FocusScope {
                 required property var modelData
                 required property int index
                 readonly property bool isCurrent: index === picker.current
+                readonly property bool isEntered: index === Math.max(picker.current, 0) // by Tab
 
                 width: (picker.width - 4) / picker.choices.length
                 height: picker.height - 4
-                focus: isCurrent
-                focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus
+                focus: isEntered
+                focusPolicy: isEntered || activeFocus ? Qt.TabFocus : Qt.NoFocus
                 hoverEnabled: true
                 Accessible.name: modelData.label
                 checked: isCurrent
@@ -68,20 +73,27 @@ FocusScope {
                 Keys.onLeftPressed: picker.step(picker.mirrored ? 1 : -1)
                 Keys.onRightPressed: picker.step(picker.mirrored ? -1 : 1)
                 contentItem: Item {
-                    Row {
+                    Grid {
                         anchors.centerIn: parent
-                        spacing: 6
+                        flow: picker.stacked ? Grid.TopToBottom : Grid.LeftToRight
+                        rows: picker.stacked ? 2 : 1
+                        columns: picker.stacked ? 1 : 2
+                        spacing: picker.stacked ? 3 : 6
+                        horizontalItemAlignment: Grid.AlignHCenter
+                        verticalItemAlignment: Grid.AlignVCenter
                         Symbol {
-                            anchors.verticalCenter: parent.verticalCenter
-                            name: segment.modelData.symbol
-                            size: 16
+                            visible: segment.modelData.symbol !== ""
+                            name: visible ? segment.modelData.symbol : "crop"
+                            size: picker.symbolSize
                             color: label.color
                         }
                         Label {
                             id: label
+                            visible: picker.labelled
                             text: segment.modelData.label
                             color: segment.isCurrent || segment.hovered ? Theme.text : Theme.secondaryText
                             font.weight: Font.Medium
+                            font.pixelSize: picker.stacked ? Theme.caption : Theme.body
                             Accessible.ignored: true
                         }
                     }

@@ -8,6 +8,7 @@ QtObject {
     readonly property color window: dark ? "#1e1e20" : "#f6f6f7"
     readonly property color surface: dark ? "#2b2b2e" : "#ffffff"
     readonly property color sunken: dark ? "#161618" : "#e9e9ec"
+    readonly property color groove: dark ? "#56565c" : "#c9c9ce"
     readonly property color raised: dark ? "#47474b" : "#ffffff"
     readonly property color stage: "#000000"
     readonly property color stageText: "#ffffff"
@@ -34,6 +35,24 @@ QtObject {
     readonly property color tipText: dark ? "#ececee" : "#ffffff"
     readonly property color warning: dark ? "#f0b429" : "#9a6200"
     readonly property color scrim: dark ? "#99000000" : "#66000000"
+
+    // The time line is dark in both themes, so that its colours mean the same.
+    readonly property color timelineGround: "#19191b"
+    readonly property color timelineInk: "#ffffff"
+    readonly property color timelineText: "#a8a8ae"
+    readonly property color timelineTick: "#6c6c72"
+    readonly property color timelineGap: "#2a2a2e"
+    readonly property color timelineSegment: "#235c63"
+    readonly property color timelineSegmentSelected: "#2f7a82"
+    readonly property color timelineSegmentOutline: "#6fd3dc"
+    readonly property color timelineBadge: "#99000000"
+    readonly property color timelineHandle: "#e8e8ea"
+    readonly property color timelineZoom: "#7c5cf0"
+    readonly property color timelineZoomOutline: "#8f73f5"
+    readonly property color timelinePlayhead: "#f2555a"
+    readonly property color timelineMark: "#40f0b429"
+    readonly property color timelineMarkOutline: "#f0b429"
+    readonly property color timelineFocus: "#ffffff"
 
     readonly property int caption: 11
     readonly property int body: 13

@@ -8,6 +8,7 @@ Window {
 
     required property MainModel app
     required property EditorModel editor
+    required property EditorActions actions
     required property WindowPickerModel windows
     required property DisplayChoice displays
     required property ActionGuard guard
@@ -23,7 +24,7 @@ Window {
 
     width: 340
     height: 120
-    title: "Vantro"
+    title: app.screen === "editor" ? editor.title : "Vantro"
     color: Theme.window
     onClosing: close => close.accepted = app.mayClose()
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
@@ -140,6 +141,7 @@ Window {
         id: editing
         EditorScreen {
             editor: window.editor
+            actions: window.actions
             guard: window.guard
         }
     }

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "editor/bars/RowList.h"
+#include "editor/bars/TimelineEdits.h"
+#include "timeline/TimeAxis.h"
+#include "timeline/TimelineRows.h"
+
+#include <QObject>
+#include <QString>
+#include <optional>
+
+#include <QtQml/qqmlregistration.h>
+
+namespace vantro::editor::bars {
+
+/// What the bars of the time line show: the marks of the ruler, kept and cut pieces with their
+/// edges, zooms, the playhead and a marked range, all on one axis. Follows the edit and the
+/// transport; of its own it only has the axis, the mark and a hint. Lengths in points. Main thread.
+class TimelineModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(QAbstractItemModel* marks READ marks CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* segments READ segments CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* gaps READ gaps CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* edges READ edges CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* zooms READ zooms CONSTANT)
+    Q_PROPERTY(double handleWidth READ handleWidth CONSTANT)
+    /// Of all rows; set by who draws them.
+    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY axisChanged)
+    /// The part in view, fractions of the source.
+    Q_PROPERTY(double viewStart READ viewStart NOTIFY axisChanged)
+    Q_PROPERTY(double viewSpan READ viewSpan NOTIFY axisChanged)
+    Q_PROPERTY(double playheadX READ playheadX NOTIFY playheadChanged)
+    Q_PROPERTY(double duration READ duration NOTIFY contentChanged)
+    Q_PROPERTY(double frameSeconds READ frameSeconds NOTIFY contentChanged)
+    /// The rows that the Tab key goes to: what is selected, else the first.
+    Q_PROPERTY(int zoomStop READ zoomStop NOTIFY stopsChanged)
+    Q_PROPERTY(int segmentStop READ segmentStop NOTIFY stopsChanged)
+    /// The edges of that segment, from and to; it has two.
+    Q_PROPERTY(int firstEdgeStop READ firstEdgeStop NOTIFY stopsChanged)
+    Q_PROPERTY(int lastEdgeStop READ lastEdgeStop NOTIFY stopsChanged)
+    /// A range is being marked: its extent, no wider than what is in view.
+    Q_PROPERTY(bool marked READ isMarked NOTIFY markChanged)
+    Q_PROPERTY(double markX READ markX NOTIFY markChanged)
+    Q_PROPERTY(double markWidth READ markWidth NOTIFY markChanged)
+    /// Why the last action did nothing; one sentence.
+    Q_PROPERTY(QString hint READ hint NOTIFY hintChanged)
+
+  public:
+    /// A marked range, fractions of the source; `to` is missing until it is set.
+    struct Mark {
+        std::optional<double> from = {};
+        std::optional<double> to = {};
+        bool isRange() const { return from && to && *from != *to; }
+        bool operator==(const Mark&) const = default;
+    };
+
+    explicit TimelineModel(TimelineEdits& edits);
+
+    QAbstractItemModel* marks() { return &m_marks; }
+    QAbstractItemModel* segments() { return &m_segments; }
+    QAbstractItemModel* gaps() { return &m_gaps; }
+    QAbstractItemModel* edges() { return &m_edges; }
+    QAbstractItemModel* zooms() { return &m_zooms; }
+    const std::vector<timeline::SegmentRow>& segmentRows() const { return m_segments.rows(); }
+    const std::vector<timeline::EdgeRow>& edgeRows() const { return m_edges.rows(); }
+    const std::vector<timeline::ZoomRow>& zoomRows() const { return m_zooms.rows(); }
+
+    /// Wide enough to be hit, narrow enough to leave the blocks of short zooms a body.
+    static constexpr double handleWidth() { return 8; }
+    const timeline::TimeAxis& axis() const { return m_axis; }
+    double width() const { return m_axis.width; }
+    void setWidth(double width);
+    double viewStart() const { return m_axis.start; }
+    double viewSpan() const { return m_axis.span; }
+    double playheadX() const;
+    int zoomStop() const;
+    int segmentStop() const;
+    int firstEdgeStop() const;
+    int lastEdgeStop() const;
+    double duration() const { return m_edits.duration(); }
+    double frameSeconds() const { return m_edits.frameSeconds(); }
+
+    const Mark& mark() const { return m_mark; }
+    void setMark(const Mark& mark);
+    bool isMarked() const { return m_mark.from || m_mark.to; }
+    double markX() const;
+    double markWidth() const;
+    const QString& hint() const { return m_hint; }
+    void setHint(const QString& hint);
+
+    /// Around what stands at `x`.
+    Q_INVOKABLE void magnify(double factor, double x);
+    /// Around the playhead, where that is in view, else around the middle.
+    Q_INVOKABLE void magnifyHere(double factor);
+    Q_INVOKABLE void scroll(double points);
+    Q_INVOKABLE void scrollTo(double start);
+    Q_INVOKABLE void fit() { setAxis(m_axis.fitted()); }
+    Q_INVOKABLE void reveal(double seconds);
+    /// A turn of the wheel in eighths of a degree: magnifies, or scrolls sideways.
+    Q_INVOKABLE void wheel(double x, double sideways, double upward);
+
+  Q_SIGNALS:
+    void axisChanged();
+    void playheadChanged();
+    void markChanged();
+    void hintChanged();
+    void contentChanged();
+    void stopsChanged();
+
+  private:
+    struct ZoomKey {
+        model::Uuid operator()(const timeline::ZoomRow& row) const { return row.id; }
+    };
+    struct SegmentKey {
+        model::Uuid operator()(const timeline::SegmentRow& row) const { return row.id; }
+    };
+
+    void followEverything();
+    bool isEdgeOfStop(const timeline::EdgeRow& row) const;
+    void setAxis(timeline::TimeAxis axis);
+    void showAll();
+    void showMarks();
+    void showSegments();
+    void showZooms();
+    void followPlayhead();
+
+    TimelineEdits& m_edits;
+    timeline::TimeAxis m_axis;
+    Mark m_mark;
+    QString m_hint;
+    RowList<timeline::RulerMark> m_marks;
+    RowList<timeline::SegmentRow, SegmentKey> m_segments;
+    RowList<timeline::GapRow> m_gaps;
+    RowList<timeline::EdgeRow> m_edges;
+    RowList<timeline::ZoomRow, ZoomKey> m_zooms;
+};
+
+} // namespace vantro::editor::bars

@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The keys of the editor.
+T.Popup {
+    id: sheet
+
+    readonly property var keys: [
+        [qsTr("Space"), qsTr("Play or pause")],
+        ["← →", qsTr("One second back or forward")],
+        [", .", qsTr("One picture back or forward")],
+        [qsTr("Home, End"), qsTr("First and last picture")],
+        ["S, Ctrl+B", qsTr("Split at the playhead")],
+        ["[ ]", qsTr("Begin or end the film at the playhead")],
+        ["I O", qsTr("Mark where a range begins and ends")],
+        [qsTr("Shift+drag"), qsTr("Mark a range")],
+        [qsTr("Delete"), qsTr("Delete the zoom, range or segment")],
+        [qsTr("Double click"), qsTr("Add a zoom on the empty zoom bar")],
+        [qsTr("Wheel, + - 0"), qsTr("Magnify the timeline, show all")],
+        ["Ctrl+Z", qsTr("Undo")],
+        ["Ctrl+Shift+Z", qsTr("Redo")],
+        ["Ctrl+S", qsTr("Save Project")],
+        ["Ctrl+Shift+S", qsTr("Save As")],
+        ["Ctrl+E", qsTr("Export")],
+        ["Ctrl+N, Ctrl+O", qsTr("New Recording, Open Project")],
+        ["Ctrl+Q", qsTr("Quit")],
+        ["Tab", qsTr("Go to the next control, zoom or segment")],
+        ["↑ ↓", qsTr("Next zoom or segment")],
+        ["← →", qsTr("Move it by 0.1 s, with Shift by a picture")],
+        ["Esc", qsTr("Give the keys back to the film")]
+    ]
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    padding: Theme.margin
+    margins: Theme.gap
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    T.Overlay.modal: Rectangle { color: Theme.scrim }
+    contentItem: Column {
+        objectName: "keyboardHelp"
+        spacing: Theme.wide
+        Accessible.role: Accessible.Dialog
+        Accessible.name: qsTr("Keyboard")
+        Keys.onPressed: event => {
+            if (event.text === "?")
+                sheet.close()
+        }
+        focus: true
+        Label {
+            text: qsTr("Keyboard")
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+        }
+        Grid {
+            columns: 4
+            columnSpacing: Theme.margin
+            rowSpacing: 6
+            // qmllint disable unqualified
+            Repeater {
+                model: sheet.keys.length * 2
+                Label {
+                    required property int index
+                    readonly property int half: Math.ceil(sheet.keys.length / 2)
+                    readonly property int column: index % 4
+                    // Down the left half of the sheet first, then down the right one.
+                    readonly property int entry: Math.floor(index / 4) + (column >= 2 ? half : 0)
+                    text: (sheet.keys[entry] ?? ["", ""])[column % 2]
+                    color: column % 2 === 0 ? Theme.text : Theme.secondaryText
+                    font.weight: column % 2 === 0 ? Font.Medium : Font.Normal
+                }
+            }
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radius + 4
+        color: Theme.surface
+        border { width: 1; color: Theme.border }
+    }
+}

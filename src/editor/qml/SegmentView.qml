@@ -1,0 +1,72 @@
+import QtQuick
+import Vantro.Native
+
+// A piece of the recording that is kept, with its speed where that is not the usual one.
+Item {
+    id: segment
+
+    required property int index
+    required property real startX
+    required property real extent
+    required property bool selected
+    required property string badge
+    required property string name
+    required property EditorActions actions
+    signal stepped(int row)
+
+    x: startX
+    width: Math.max(extent, 1)
+    activeFocusOnTab: actions.timeline.segmentStop === index || activeFocus
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.focusable: true
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: actions.gestures.selectSegment(index)
+    Keys.onPressed: event => {
+        if (event.modifiers !== Qt.NoModifier)
+            return
+        const by = ({ [Qt.Key_Left]: -1, [Qt.Key_Up]: -1, [Qt.Key_Right]: 1, [Qt.Key_Down]: 1 })[event.key]
+        if (by !== undefined)
+            stepped(actions.gestures.stepSegment(index, by))
+        else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+            actions.gestures.selectSegment(index)
+        else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
+            actions.gestures.selectSegment(index)
+            actions.deleteSelected()
+        } else
+            return
+        event.accepted = true
+    }
+
+    Rectangle {
+        anchors { fill: parent; leftMargin: segment.extent > 4 ? 0.5 : 0; rightMargin: anchors.leftMargin }
+        radius: 4
+        color: segment.selected ? Theme.timelineSegmentSelected : Theme.timelineSegment
+        border { width: segment.selected ? 2 : 0; color: Theme.timelineSegmentOutline }
+    }
+    Rectangle {
+        visible: segment.badge !== "" && segment.extent >= width + 8
+        anchors.centerIn: parent
+        width: speed.width + 10
+        height: speed.height + 4
+        radius: height / 2
+        color: Theme.timelineBadge
+        Label {
+            id: speed
+            anchors.centerIn: parent
+            text: segment.badge
+            color: Theme.timelineInk
+            font.pixelSize: Theme.caption
+            font.weight: Font.DemiBold
+            Accessible.ignored: true
+        }
+    }
+    Rectangle {
+        anchors { fill: parent; margins: 1 }
+        radius: 4
+        color: "transparent"
+        border { width: 2; color: Theme.timelineFocus }
+        visible: segment.activeFocus
+    }
+}

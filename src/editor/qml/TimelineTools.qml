@@ -1,0 +1,72 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vantro.Native
+
+// What is done to the time line, and why the last thing did nothing.
+Row {
+    id: tools
+
+    required property EditorActions actions
+    required property ActionGuard guard
+
+    SymbolButton {
+        objectName: "split"
+        symbol: "scissors"
+        ink: Theme.secondaryText
+        help: qsTr("Split at the playhead (S)")
+        enabled: tools.guard.edit
+        onClicked: tools.actions.split()
+    }
+    SymbolButton {
+        objectName: "deleteSelected"
+        symbol: "trash"
+        ink: Theme.secondaryText
+        help: qsTr("Delete the selected zoom, range or segment (Delete)")
+        enabled: tools.guard.edit && tools.actions.canDelete
+        onClicked: tools.actions.deleteSelected()
+    }
+    SymbolButton {
+        objectName: "recomputeZooms"
+        symbol: "arrow.clockwise"
+        ink: Theme.secondaryText
+        help: qsTr("Recompute Zooms: start anew from the recorded clicks")
+        enabled: tools.guard.edit && tools.actions.canRecompute
+        onClicked: tools.actions.hasHandmadeZooms ? question.open() : tools.actions.recomputeZooms()
+    }
+    Label {
+        objectName: "timelineHint"
+        anchors.verticalCenter: parent.verticalCenter
+        leftPadding: Theme.gap
+        width: Math.min(implicitWidth, tools.width - x)
+        elide: Text.ElideRight
+        text: tools.actions.timeline.hint
+        color: Theme.secondaryText
+        font.pixelSize: Theme.caption
+        Accessible.role: Accessible.AlertMessage
+    }
+    T.Popup {
+        id: question
+        parent: T.Overlay.overlay
+        anchors.centerIn: parent
+        modal: true
+        focus: true
+        closePolicy: T.Popup.NoAutoClose
+        onOpened: card.focusAnswer()
+        T.Overlay.modal: Rectangle { color: Theme.scrim }
+        contentItem: MessageCard {
+            id: card
+            objectName: "recomputeCard"
+            implicitWidth: wanted.width
+            implicitHeight: wanted.height
+            title: qsTr("Recompute Zooms?")
+            text: qsTr("Zooms that you added by hand are dropped. Undo brings them back.")
+            accept: qsTr("Recompute")
+            reject: qsTr("Cancel")
+            onAccepted: {
+                question.close()
+                tools.actions.recomputeZooms()
+            }
+            onRejected: question.close()
+        }
+    }
+}

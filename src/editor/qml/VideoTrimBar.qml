@@ -1,0 +1,61 @@
+import QtQuick
+import Vantro.Native
+
+// The pieces of the recording that are kept, what was cut, and the edges between them.
+Item {
+    id: bar
+
+    required property EditorActions actions
+    required property real handleWidth
+    signal taken()
+
+    objectName: "segmentsBar"
+    Accessible.role: Accessible.List
+    Accessible.name: qsTr("Segments")
+
+    function focusRow(row: int) {
+        const next = row >= 0 ? segments.itemAt(row) as Item : null
+        if (next)
+            next.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    GestureArea {
+        gestures: bar.actions.gestures
+        bar: BarGestures.Segments
+        onTaken: bar.taken()
+    }
+    Item {
+        anchors.fill: parent
+        clip: true
+        // qmllint disable unqualified
+        Repeater {
+            model: bar.actions.timeline.gaps
+            delegate: Rectangle {
+                required property real startX
+                required property real extent
+                x: startX
+                width: extent
+                height: bar.height
+                radius: 4
+                color: Theme.timelineGap
+            }
+        }
+        Repeater {
+            id: segments
+            model: bar.actions.timeline.segments
+            delegate: SegmentView {
+                height: bar.height
+                actions: bar.actions
+                onStepped: row => bar.focusRow(row)
+            }
+        }
+    }
+    Repeater {
+        model: bar.actions.timeline.edges
+        delegate: SegmentEdgeView {
+            height: bar.height
+            actions: bar.actions
+            handleWidth: bar.handleWidth
+        }
+    }
+}

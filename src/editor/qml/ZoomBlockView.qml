@@ -1,0 +1,98 @@
+import QtQuick
+import Vantro.Native
+
+// A zoom: from where it begins to where it has ended. Many that are too narrow to be told apart are
+// one block with their number.
+TimeHandle {
+    id: block
+
+    required property int index
+    required property real startX
+    required property real extent
+    required property bool selected
+    required property real startSeconds
+    required property real endSeconds
+    required property string label
+    required property real handleWidth
+    signal stepped(int row)
+
+    x: startX
+    width: Math.max(extent, 2) // a thinner one would not be seen
+    stop: actions.timeline.zoomStop === index
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: actions.gestures.selectZoom(index)
+    onWanted: to => actions.gestures.setZoom(index, BarGestures.Body, to)
+    Keys.onUpPressed: stepped(actions.gestures.stepZoom(index, -1))
+    Keys.onDownPressed: stepped(actions.gestures.stepZoom(index, 1))
+    Keys.onSpacePressed: actions.gestures.selectZoom(index)
+    Keys.onReturnPressed: actions.gestures.selectZoom(index)
+    Keys.onEnterPressed: actions.gestures.selectZoom(index)
+    Keys.onDeletePressed: deleteThis()
+    Keys.onBackPressed: deleteThis()
+
+    function deleteThis() {
+        actions.gestures.selectZoom(index)
+        actions.deleteSelected()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 4
+        color: Theme.timelineZoom
+        opacity: block.selected ? 0.5 : 0.35
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: block.width > 4
+        radius: 4
+        color: "transparent"
+        border { width: block.selected ? 2.5 : 1.5; color: Theme.timelineZoomOutline; pixelAligned: false }
+    }
+    Label {
+        anchors.centerIn: parent
+        visible: block.width >= width + 2 * block.handleWidth
+        text: block.label
+        color: Theme.timelineInk
+        opacity: 0.7
+        font.pixelSize: Theme.caption
+        Accessible.ignored: true
+    }
+    // qmllint disable unqualified
+    Loader {
+        anchors.fill: parent
+        active: block.selected
+        sourceComponent: Item {
+            ZoomHandle {
+                x: block.extent < 24 ? -width : 0
+                width: block.handleWidth
+                height: block.height
+                actions: block.actions
+                seconds: block.startSeconds
+                name: qsTr("Start of %1").arg(block.name)
+                onWanted: to => block.actions.gestures.setZoom(block.index, BarGestures.Start, to)
+            }
+            ZoomHandle {
+                width: block.handleWidth
+                height: block.height
+                x: block.extent < 24 ? block.width : block.width - width
+                actions: block.actions
+                seconds: block.endSeconds
+                name: qsTr("End of %1").arg(block.name)
+                onWanted: to => block.actions.gestures.setZoom(block.index, BarGestures.End, to)
+            }
+            SymbolButton {
+                objectName: "deleteZoom"
+                anchors { right: parent.right; rightMargin: block.handleWidth + 1; verticalCenter: parent.verticalCenter }
+                visible: block.width >= 88
+                implicitWidth: 18
+                implicitHeight: 18
+                symbol: "xmark"
+                symbolSize: 10
+                ink: Theme.timelineInk
+                help: qsTr("Delete zoom")
+                onClicked: block.actions.gestures.deleteZoom(block.index)
+            }
+        }
+    }
+}

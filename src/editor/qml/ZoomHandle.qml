@@ -1,0 +1,14 @@
+import QtQuick
+
+// An end of a zoom's block.
+TimeHandle {
+    corner: 2
+    Rectangle {
+        anchors.centerIn: parent
+        width: 2
+        height: parent.height / 2
+        radius: 1
+        color: Theme.timelineInk
+        opacity: 0.7
+    }
+}

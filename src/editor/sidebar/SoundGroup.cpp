@@ -1,0 +1,40 @@
+#include "editor/sidebar/SoundGroup.h"
+
+namespace vantro::editor::sidebar {
+namespace {
+
+constexpr double loudest = 2;
+
+bool differ(const model::Edit& a, const model::Edit& b) {
+    return a.systemAudioVolume != b.systemAudioVolume || a.microphoneVolume != b.microphoneVolume;
+}
+
+} // namespace
+
+SoundGroup::SoundGroup(app::AppState& state, EditSteps& steps)
+    : SettingsGroup(state, steps, differ) {}
+
+bool SoundGroup::hasSystemAudio() const {
+    return state().metadata() != nullptr && state().metadata()->hasSystemAudio;
+}
+
+bool SoundGroup::hasMicrophone() const {
+    return state().metadata() != nullptr && state().metadata()->hasMicrophoneAudio;
+}
+
+void SoundGroup::setSystemAudio(double volume) {
+    setNumber("Change System Audio Volume", &model::Edit::systemAudioVolume, volume, 0, loudest);
+}
+
+void SoundGroup::setMicrophone(double volume) {
+    setNumber("Change Microphone Volume", &model::Edit::microphoneVolume, volume, 0, loudest);
+}
+
+void SoundGroup::reset() {
+    change("Reset Volumes", [](auto& edit) {
+        edit.systemAudioVolume = model::Edit().systemAudioVolume;
+        edit.microphoneVolume = model::Edit().microphoneVolume;
+    });
+}
+
+} // namespace vantro::editor::sidebar

@@ -1,0 +1,114 @@
+#include "editor/bars/EditorActions.h"
+
+#include <cmath>
+#include <random>
+
+#include <gmock/gmock.h>
+
+namespace vantro::editor::bars {
+namespace {
+
+using Bar = BarGestures::Bar;
+
+constexpr double duration = 60;
+
+/// A recording with bursts of clicks, without a player.
+model::Project recorded(std::mt19937& random) {
+    std::uniform_real_distribution<double> time(0.5, duration - 0.5);
+    model::RecordingMetadata metadata;
+    metadata.endTime = duration;
+    metadata.captureRect = {0, 0, 800, 600};
+    metadata.frameRate = 30;
+    for (int i = 0; i < 12; ++i)
+        metadata.clickEvents.push_back({.timestamp = time(random)});
+    auto edit = model::freshEdit(metadata);
+    return {"demo", {"/nowhere/recording.mov", std::move(metadata)}, std::move(edit)};
+}
+
+/// Whether zooms are apart, pieces in order and long enough, and all of it on the recording.
+testing::AssertionResult isSound(const model::Edit& edit) {
+    double end = -1e-9;
+    for (const auto& zoom : edit.clickEvents) {
+        if (model::isSilenced(zoom))
+            continue;
+        if (!(zoom.timestamp - zoom.startOffset >= end - 1e-9) ||
+            !(zoom.timestamp + zoom.endOffset <= duration + 1e-9))
+            return testing::AssertionFailure() << "zoom at " << zoom.timestamp;
+        end = zoom.timestamp + zoom.endOffset;
+    }
+    end = 0;
+    for (const auto& segment : edit.segments) {
+        if (!(segment.startFraction >= end) || !(segment.endFraction <= 1) ||
+            !(segment.endFraction - segment.startFraction >= timeline::shortestPiece - 1e-12))
+            return testing::AssertionFailure() << "piece from " << segment.startFraction;
+        end = segment.endFraction;
+    }
+    return testing::AssertionSuccess();
+}
+
+/// One thing that a hand can do, whole or broken off.
+void doAnything(std::mt19937& random, EditorActions& actions) {
+    std::uniform_real_distribution<double> x(-40, 1040);
+    auto& gestures = *actions.gestures();
+    const auto bar = static_cast<Bar>(random() % 3);
+    const auto row = static_cast<int>(random() % 8);
+    switch (random() % 10) {
+    case 0:
+        actions.timeline()->wheel(x(random), random() % 4 == 0 ? 60 : 0,
+                                  random() % 2 == 0 ? 240 : -240);
+        break;
+    case 1:
+        gestures.doubleClick(bar, x(random));
+        break;
+    case 2:
+        gestures.setZoom(row, static_cast<BarGestures::ZoomPart>(random() % 3),
+                         x(random) / 1000 * duration);
+        break;
+    case 3:
+        gestures.setEdge(row, x(random) / 1000 * duration);
+        break;
+    case 4:
+        actions.keyPressed(Qt::Key_Delete, 0, {}, false);
+        break;
+    case 5:
+        if (random() % 2 == 0)
+            actions.undo();
+        else
+            actions.redo();
+        break;
+    default:
+        gestures.press(bar, x(random), random() % 3 == 0);
+        for (auto moves = random() % 5; moves > 0; --moves)
+            gestures.move(x(random));
+        if (random() % 8 == 0)
+            gestures.cancel();
+        else
+            gestures.release(x(random));
+    }
+}
+
+TEST(GestureSequenceTest, WhateverAHandDoesTheEditStaysSoundAndUndoBringsBackAll) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 300; ++round) {
+        app::AppState state(1);
+        PlayerTimeObserver transport;
+        EditorActions actions(state, transport);
+        actions.timeline()->setWidth(1000);
+        const auto project = recorded(random);
+        state.show(project);
+        int did = 0;
+        for (; did < 40; ++did) {
+            doAnything(random, actions);
+            ASSERT_TRUE(isSound(state.document().edit())) << "round " << round << ", " << did;
+        }
+        int steps = 0;
+        for (; state.document().canUndo(); ++steps)
+            actions.undo();
+        EXPECT_LE(steps, did) << "a gesture is one step";
+        ASSERT_EQ(state.document().edit(), project.edit) << "round " << round;
+        EXPECT_FALSE(state.document().isModified());
+    }
+}
+
+} // namespace
+} // namespace vantro::editor::bars
