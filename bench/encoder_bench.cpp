@@ -6,6 +6,7 @@
 //   encoder_bench encode SETTINGS PICTURES MOVIE prints seconds of processor and of wall, and MB
 // SETTINGS are fast, balanced, small or live, as the program has them, or live or film and options
 // of libx264: film:preset=superfast:bf=0:threads=3:8x8dct=1
+// Live ones have a keyframe every half second, as recordings, unless `gop` says otherwise.
 
 #include "Material.h"
 #include "app/files/ProjectPackage.h"
@@ -138,8 +139,10 @@ media::av::CodecSession openEncoder(const std::string& text) {
         return media::av::openSoftwareEncoder(settings);
     }
     auto codec = media::av::makeEncoder("libx264", settings);
-    if (settings.expectsRealTime)
+    if (settings.expectsRealTime) {
         media::av::setOption(*codec, "tune", "zerolatency");
+        media::av::setOption(*codec, "forced-idr", "1");
+    }
     codec->gop_size = 2 * frameRate;
     std::string rest;
     for (std::string part; std::getline(parts, part, ':');) {
@@ -198,9 +201,15 @@ void charge(Cost& cost, Work&& work) {
     cost.wall += std::chrono::steady_clock::now() - start;
 }
 
-/// Equal pictures in a row are one picture, as in the program.
+/// After how many pictures a keyframe is asked for; 0 where the encoder decides.
+int forcedInterval(const std::string& settings) {
+    const bool isForced = settings.starts_with("live") && !settings.contains(":gop=");
+    return isForced ? frameRate / 2 : 0;
+}
+
 void encode(const std::string& settings, const char* input, const char* output) {
     auto encoder = openEncoder(settings);
+    const int interval = forcedInterval(settings);
     media::av::MovieMuxer muxer(output, output, media::FileType::mpeg4);
     const int track = muxer.addTrack(encoder.context());
     muxer.begin();
@@ -216,6 +225,8 @@ void encode(const std::string& settings, const char* input, const char* output) 
     for (auto picture = pool.take(); load(file, *picture); picture = pool.take(), ++count)
         charge(cost, [&] {
             const auto frame = media::av::encoderFrame(std::move(picture), count * ticks);
+            if (interval > 0 && count % interval == 0)
+                frame->pict_type = AV_PICTURE_TYPE_I;
             if (!encoder.encode(frame.get(), write))
                 throw std::runtime_error("the encoder failed");
         });

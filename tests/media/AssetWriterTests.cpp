@@ -142,6 +142,24 @@ TEST(AssetWriter, extendsTheLastPictureOfReorderedOnes) {
     }
 }
 
+TEST(AssetWriter, keepsTheRateInEveryQuality) {
+    const test::TemporaryFolder folder;
+    constexpr int seconds = 4;
+    for (const auto quality : allVideoQualities) {
+        auto video = settings(320, 180, false);
+        video.averageBitRate = 2'000'000;
+        video.quality = quality;
+        auto writer = startedWriter(folder / "m.mp4", FileType::mpeg4, video);
+        for (int index = 0; index < 60 * seconds; ++index)
+            ASSERT_TRUE(writer->append({noise(320, 180, index), {index, 60}, {1, 60}}));
+        writer->finish();
+        const auto bits = 8.0 * static_cast<double>(std::filesystem::file_size(folder / "m.mp4"));
+        const double share = bits / seconds / static_cast<double>(video.averageBitRate);
+        EXPECT_LT(share, 1.15) << optionName(quality); // a ceiling has half a second in reserve
+        EXPECT_GT(share, 0.8) << optionName(quality);
+    }
+}
+
 TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
     const test::TemporaryFolder folder;
     auto writer = startedWriter(folder / "m.mp4", FileType::mpeg4, settings(64, 64, false));

@@ -153,23 +153,31 @@ bool PlayerEngine::beginToPlay() {
     const bool awaitsSound = m_sounds && m_sound->hasDevice();
     const auto now = m_time->now();
     const auto reading = heard(now);
-    const std::lock_guard lock(m_mutex);
-    if (m_phase != PlayerPhase::starting)
-        return false;
-    const bool isReady = reading ? true : !awaitsSound && isPrepared();
-    if (!isReady && now < m_startedAt + longestStart)
-        return false;
-    double seconds = m_clock.secondsAt(now);
-    if (reading)
-        seconds = std::max(seconds, reading->time.seconds() +
-                                        base::inSeconds(now - reading->at) * m_playedRate);
-    const auto jump = jumpAhead(now);
-    m_clock.start(now, std::min(seconds, jump ? jump->from.seconds() : m_end.seconds()),
-                  m_playedRate);
-    m_clock.setJump(jump, now);
-    follow(m_phase, PlayerPhase::playing);
-    for (auto& tick : m_ticks)
-        tick.next = now + tick.interval;
+    std::optional<PlannedJump> jump;
+    MediaTime from;
+    double rate = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_phase != PlayerPhase::starting)
+            return false;
+        const bool isReady = reading ? true : !awaitsSound && isPrepared();
+        if (!isReady && now < m_startedAt + longestStart)
+            return false;
+        double seconds = m_clock.secondsAt(now);
+        if (reading)
+            seconds = std::max(seconds, reading->time.seconds() +
+                                            base::inSeconds(now - reading->at) * m_playedRate);
+        jump = jumpAhead(now);
+        rate = m_playedRate;
+        m_clock.start(now, std::min(seconds, jump ? jump->from.seconds() : m_end.seconds()), rate);
+        m_clock.setJump(jump, now);
+        from = m_clock.timeAt(now);
+        follow(m_phase, PlayerPhase::playing);
+        for (auto& tick : m_ticks)
+            tick.next = now + tick.interval;
+    }
+    if (awaitsSound && !reading)
+        m_sound->play(from, rate, jump); // once it is heard, it is where the pictures are by then
     return true;
 }
 

@@ -276,6 +276,21 @@ TEST_F(PlayerTest, SoundIsTheClockWhereItIsHeard) {
     EXPECT_TRUE(rig.waitUntil([&] { return calls().back() == "pause"; }));
 }
 
+TEST_F(PlayerTest, SoundThatIsNotHeardInTimeBeginsWithThePictures) {
+    auto script = std::make_shared<test::ScriptedSound::Script>();
+    PlayerRig rig(movie(), script);
+    EXPECT_EQ(rig.nextPicture(), 0);
+    rig.player().setRate(1);
+    const auto plays = [&] {
+        const std::lock_guard lock(script->mutex);
+        return std::ranges::count(script->calls, "play 0 at 1");
+    };
+    ASSERT_TRUE(rig.waitUntil([&] { return plays() == 1; }));
+    rig.movePeriods(31); // half a second
+    EXPECT_TRUE(rig.waitUntil([&] { return plays() == 2; }));
+    EXPECT_EQ(rig.pictureAfter(1), 1) << "nothing is skipped";
+}
+
 TEST_F(PlayerTest, AMovieThatBreaksOffFailsWithASentenceAndPlaysAgainBeforeThat) {
     const auto cut = *s_folder / "cut.mp4";
     test::makeNumberedMovie(cut, count, 15, "-movflags faststart");
