@@ -9,9 +9,11 @@ namespace {
 
 // Points. Narrower blocks with less than this between them run together: the pointer could not tell
 // them apart, and a long recording would have thousands of them.
-constexpr double narrowBlock = 6;
+constexpr double narrowBlock = 12;
 constexpr double narrowGap = 2;
 constexpr double widestRun = 90;
+// Points to the next edge, below which one is neither drawn nor met: it would cover the pieces.
+constexpr double crowded = 3;
 // Points. Below this the handles of a block would leave nothing to hold it by.
 constexpr double widthForHandles = 24;
 // Points around a block in which it is still met, so that thin ones can be clicked.
@@ -142,6 +144,7 @@ std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const T
         const double behind = i + 1 < rows.size() ? rows[i + 1].x - rows[i].x : axis.width;
         rows[i].room = std::min(before, behind);
     }
+    std::erase_if(rows, [](const auto& row) { return row.room < crowded; });
     return rows;
 }
 

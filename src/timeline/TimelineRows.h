@@ -25,6 +25,7 @@ struct ZoomRow {
     double level = 1;
     int count = 1; ///< more than one: a run of zooms too narrow to be told apart
     bool isSelected = false;
+    bool isStop = false; ///< the Tab key goes here: the selected one, else the first
     bool operator==(const ZoomRow&) const = default;
 };
 /// At most one block for every few points of width, however many zooms there are; the selected one
@@ -39,6 +40,7 @@ struct SegmentRow {
     double width = 0;
     double speed = 1;
     bool isSelected = false;
+    bool isStop = false; ///< as of a zoom
     bool operator==(const SegmentRow&) const = default;
 };
 std::vector<SegmentRow> segmentRows(const Segments& segments, const TimeAxis& axis,
@@ -56,9 +58,11 @@ struct EdgeRow {
     SegmentEdge edge;
     double x = 0;
     double time = 0;
-    double room = 0; ///< points to the nearest other edge
+    double room = 0;     ///< points to the nearest other edge
+    bool isStop = false; ///< of the segment that the Tab key goes to
     bool operator==(const EdgeRow&) const = default;
 };
+/// Edges that stand too close to be told apart are left out until the axis is magnified.
 std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis);
 
 /// A part of a zoom's block.

@@ -63,6 +63,7 @@ std::vector<Column<SegmentRow>> segmentColumns() {
     return {{"startX", [](const SegmentRow& row) -> QVariant { return row.x; }},
             {"extent", [](const SegmentRow& row) -> QVariant { return row.width; }},
             {"selected", [](const SegmentRow& row) -> QVariant { return row.isSelected; }},
+            {"stop", [](const SegmentRow& row) -> QVariant { return row.isStop; }},
             {"badge",
              [](const SegmentRow& row) -> QVariant {
                  return row.speed == 1 ? QString() : text(render::speedLabel(row.speed));
@@ -83,6 +84,7 @@ std::vector<Column<EdgeRow>> edgeColumns() {
                         : row.edge.kind == timeline::SegmentEdge::Kind::end ? -1
                                                                             : 0;
              }},
+            {"stop", [](const EdgeRow& row) -> QVariant { return row.isStop; }},
             {"room", [](const EdgeRow& row) -> QVariant { return row.room; }},
             {"seconds", [](const EdgeRow& row) -> QVariant { return row.time; }},
             {"name", edgeName}};
@@ -92,6 +94,7 @@ std::vector<Column<ZoomRow>> zoomColumns() {
     return {{"startX", [](const ZoomRow& row) -> QVariant { return row.x; }},
             {"extent", [](const ZoomRow& row) -> QVariant { return row.width; }},
             {"selected", [](const ZoomRow& row) -> QVariant { return row.isSelected; }},
+            {"stop", [](const ZoomRow& row) -> QVariant { return row.isStop; }},
             {"seconds", [](const ZoomRow& row) -> QVariant { return row.time; }},
             {"startSeconds", [](const ZoomRow& row) -> QVariant { return row.start; }},
             {"endSeconds", [](const ZoomRow& row) -> QVariant { return row.end; }},

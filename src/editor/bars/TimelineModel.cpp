@@ -17,10 +17,25 @@ constexpr double pointsPerNotch = 60; // scrolled
 // Of the view: where the playhead comes in again after it has left a magnified view.
 constexpr double entry = 0.05;
 
+/// Marks the row that the Tab key goes to; null where there are none.
 template <typename Row>
-int selectedOrFirst(const std::vector<Row>& rows) {
-    const auto found = std::ranges::find(rows, true, &Row::isSelected);
-    return found == rows.end() ? 0 : static_cast<int>(found - rows.begin());
+Row* stopOf(std::vector<Row>& rows) {
+    const auto selected = std::ranges::find(rows, true, &Row::isSelected);
+    const auto stop = selected == rows.end() ? rows.begin() : selected;
+    if (stop == rows.end())
+        return nullptr;
+    stop->isStop = true;
+    return &*stop;
+}
+
+template <typename Row>
+int stopIn(const std::vector<Row>& rows) {
+    return static_cast<int>(std::ranges::find(rows, true, &Row::isStop) - rows.begin());
+}
+
+bool isEdgeOf(const timeline::SegmentEdge& edge, std::size_t segment) {
+    const bool isShared = edge.kind == timeline::SegmentEdge::Kind::cut;
+    return edge.segment == segment || (isShared && edge.segment + 1 == segment);
 }
 
 } // namespace
@@ -83,45 +98,31 @@ void TimelineModel::showMarks() {
 
 void TimelineModel::showSegments() {
     const auto& segments = m_edits.segments();
-    m_segments.show(timeline::segmentRows(segments, m_axis, m_edits.state().selectedSegmentID()));
+    auto rows = timeline::segmentRows(segments, m_axis, m_edits.state().selectedSegmentID());
+    auto edges = timeline::edgeRows(segments, m_edits.duration(), m_axis);
+    if (auto* stop = stopOf(rows))
+        for (auto& row : edges)
+            row.isStop = isEdgeOf(row.edge, stop->index);
+    m_segments.show(std::move(rows));
     m_gaps.show(timeline::gapRows(segments, m_axis));
-    m_edges.show(timeline::edgeRows(segments, m_edits.duration(), m_axis));
+    m_edges.show(std::move(edges));
     Q_EMIT stopsChanged();
 }
 
 void TimelineModel::showZooms() {
-    m_zooms.show(timeline::zoomRows(m_edits.zooms(), m_edits.segments(), m_edits.duration(), m_axis,
-                                    m_edits.state().selectedClickID()));
+    auto rows = timeline::zoomRows(m_edits.zooms(), m_edits.segments(), m_edits.duration(), m_axis,
+                                   m_edits.state().selectedClickID());
+    stopOf(rows);
+    m_zooms.show(std::move(rows));
     Q_EMIT stopsChanged();
 }
 
 int TimelineModel::zoomStop() const {
-    return selectedOrFirst(m_zooms.rows());
+    return stopIn(m_zooms.rows());
 }
 
 int TimelineModel::segmentStop() const {
-    return selectedOrFirst(m_segments.rows());
-}
-
-bool TimelineModel::isEdgeOfStop(const timeline::EdgeRow& row) const {
-    const auto stop = static_cast<std::size_t>(segmentStop());
-    if (stop >= m_segments.rows().size())
-        return false;
-    const auto piece = m_segments.rows()[stop].index;
-    const bool isShared = row.edge.kind == timeline::SegmentEdge::Kind::cut;
-    return row.edge.segment == piece || (isShared && row.edge.segment + 1 == piece);
-}
-
-int TimelineModel::firstEdgeStop() const {
-    const auto found =
-        std::ranges::find_if(m_edges.rows(), [this](const auto& row) { return isEdgeOfStop(row); });
-    return static_cast<int>(found - m_edges.rows().begin());
-}
-
-int TimelineModel::lastEdgeStop() const {
-    const auto found = std::find_if(m_edges.rows().rbegin(), m_edges.rows().rend(),
-                                    [this](const auto& row) { return isEdgeOfStop(row); });
-    return static_cast<int>(m_edges.rows().rend() - found) - 1;
+    return stopIn(m_segments.rows());
 }
 
 double TimelineModel::playheadX() const {

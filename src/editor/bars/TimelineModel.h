@@ -34,12 +34,9 @@ class TimelineModel : public QObject {
     Q_PROPERTY(double playheadX READ playheadX NOTIFY playheadChanged)
     Q_PROPERTY(double duration READ duration NOTIFY contentChanged)
     Q_PROPERTY(double frameSeconds READ frameSeconds NOTIFY contentChanged)
-    /// The rows that the Tab key goes to: what is selected, else the first.
+    /// The rows that the Tab key goes to. Told whenever items may stand for other rows.
     Q_PROPERTY(int zoomStop READ zoomStop NOTIFY stopsChanged)
     Q_PROPERTY(int segmentStop READ segmentStop NOTIFY stopsChanged)
-    /// The edges of that segment, from and to; it has two.
-    Q_PROPERTY(int firstEdgeStop READ firstEdgeStop NOTIFY stopsChanged)
-    Q_PROPERTY(int lastEdgeStop READ lastEdgeStop NOTIFY stopsChanged)
     /// A range is being marked: its extent, no wider than what is in view.
     Q_PROPERTY(bool marked READ isMarked NOTIFY markChanged)
     Q_PROPERTY(double markX READ markX NOTIFY markChanged)
@@ -77,8 +74,6 @@ class TimelineModel : public QObject {
     double playheadX() const;
     int zoomStop() const;
     int segmentStop() const;
-    int firstEdgeStop() const;
-    int lastEdgeStop() const;
     double duration() const { return m_edits.duration(); }
     double frameSeconds() const { return m_edits.frameSeconds(); }
 
@@ -110,15 +105,7 @@ class TimelineModel : public QObject {
     void stopsChanged();
 
   private:
-    struct ZoomKey {
-        model::Uuid operator()(const timeline::ZoomRow& row) const { return row.id; }
-    };
-    struct SegmentKey {
-        model::Uuid operator()(const timeline::SegmentRow& row) const { return row.id; }
-    };
-
     void followEverything();
-    bool isEdgeOfStop(const timeline::EdgeRow& row) const;
     void setAxis(timeline::TimeAxis axis);
     void showAll();
     void showMarks();
@@ -131,10 +118,10 @@ class TimelineModel : public QObject {
     Mark m_mark;
     QString m_hint;
     RowList<timeline::RulerMark> m_marks;
-    RowList<timeline::SegmentRow, SegmentKey> m_segments;
+    RowList<timeline::SegmentRow> m_segments;
     RowList<timeline::GapRow> m_gaps;
     RowList<timeline::EdgeRow> m_edges;
-    RowList<timeline::ZoomRow, ZoomKey> m_zooms;
+    RowList<timeline::ZoomRow> m_zooms;
 };
 
 } // namespace vantro::editor::bars

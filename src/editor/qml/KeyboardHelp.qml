@@ -33,6 +33,8 @@ T.Popup {
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     padding: Theme.margin
+    implicitWidth: contentItem.implicitWidth + 2 * padding
+    implicitHeight: contentItem.implicitHeight + 2 * padding
     margins: Theme.gap
     modal: true
     focus: true

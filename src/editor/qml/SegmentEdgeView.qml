@@ -5,15 +5,19 @@ TimeHandle {
     id: edge
 
     required property int index
+    required property bool shown
+    required property bool stop
     required property real startX
     required property real room // to the nearest other edge
     required property int side // of the piece that it belongs to: 1 right, -1 left, 0 both
     required property real handleWidth
 
+    visible: shown
+    Accessible.ignored: !shown
     x: startX - width / 2
     width: handleWidth
     corner: 2
-    stop: index >= actions.timeline.firstEdgeStop && index <= actions.timeline.lastEdgeStop
+    isStop: stop
     onWanted: to => actions.gestures.setEdge(index, to)
 
     Rectangle {

@@ -6,6 +6,8 @@ Item {
     id: segment
 
     required property int index
+    required property bool shown
+    required property bool stop
     required property real startX
     required property real extent
     required property bool selected
@@ -14,9 +16,11 @@ Item {
     required property EditorActions actions
     signal stepped(int row)
 
+    visible: shown
     x: startX
     width: Math.max(extent, 1)
-    activeFocusOnTab: actions.timeline.segmentStop === index || activeFocus
+    activeFocusOnTab: stop || activeFocus
+    Accessible.ignored: !shown
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.focusable: true
@@ -45,28 +49,33 @@ Item {
         color: segment.selected ? Theme.timelineSegmentSelected : Theme.timelineSegment
         border { width: segment.selected ? 2 : 0; color: Theme.timelineSegmentOutline }
     }
-    Rectangle {
-        visible: segment.badge !== "" && segment.extent >= width + 8
+    // qmllint disable unqualified
+    Loader {
         anchors.centerIn: parent
-        width: speed.width + 10
-        height: speed.height + 4
-        radius: height / 2
-        color: Theme.timelineBadge
-        Label {
-            id: speed
-            anchors.centerIn: parent
-            text: segment.badge
-            color: Theme.timelineInk
-            font.pixelSize: Theme.caption
-            font.weight: Font.DemiBold
-            Accessible.ignored: true
+        active: segment.badge !== "" && segment.extent >= 44
+        sourceComponent: Rectangle {
+            width: speed.width + 10
+            height: speed.height + 4
+            radius: height / 2
+            color: Theme.timelineBadge
+            Label {
+                id: speed
+                anchors.centerIn: parent
+                text: segment.badge
+                color: Theme.timelineInk
+                font.pixelSize: Theme.caption
+                font.weight: Font.DemiBold
+                Accessible.ignored: true
+            }
         }
     }
-    Rectangle {
+    Loader {
         anchors { fill: parent; margins: 1 }
-        radius: 4
-        color: "transparent"
-        border { width: 2; color: Theme.timelineFocus }
-        visible: segment.activeFocus
+        active: segment.activeFocus
+        sourceComponent: Rectangle {
+            radius: 4
+            color: "transparent"
+            border { width: 2; color: Theme.timelineFocus }
+        }
     }
 }

@@ -9,15 +9,16 @@ Item {
     required property EditorActions actions
     required property real seconds
     required property string name
-    property bool stop: true
+    property bool isStop: true
     property real corner: 4
     property real value: seconds
     readonly property real minimumValue: 0
     readonly property real maximumValue: actions.timeline.duration
     readonly property real stepSize: 0.1
     signal wanted(real to)
+    signal pressed(var event) // a key without modifiers that moves nothing
 
-    activeFocusOnTab: stop || activeFocus
+    activeFocusOnTab: isStop || activeFocus
     Accessible.role: Accessible.Slider
     Accessible.name: name
     Accessible.focusable: true
@@ -38,15 +39,19 @@ Item {
         if (event.key === Qt.Key_Left || event.key === Qt.Key_Right) {
             wanted(seconds + (event.key === Qt.Key_Left ? -step : step))
             event.accepted = true
-        }
+        } else if (event.modifiers === Qt.NoModifier)
+            pressed(event)
     }
 
-    Rectangle {
+    // qmllint disable unqualified
+    Loader {
         anchors { fill: parent; margins: -3 }
         z: 1
-        radius: handle.corner + 3
-        color: "transparent"
-        border { width: 2; color: Theme.timelineFocus }
-        visible: handle.activeFocus
+        active: handle.activeFocus
+        sourceComponent: Rectangle {
+            radius: handle.corner + 3
+            color: "transparent"
+            border { width: 2; color: Theme.timelineFocus }
+        }
     }
 }

@@ -23,10 +23,12 @@ Item {
         model: ruler.actions.timeline.marks
         delegate: Item {
             id: mark
+            required property bool shown
             required property real startX
             required property bool major
             required property string label
 
+            visible: shown
             height: ruler.height
             Rectangle {
                 x: Math.round(mark.startX)

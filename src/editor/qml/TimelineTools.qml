@@ -49,6 +49,8 @@ Row {
         parent: T.Overlay.overlay
         anchors.centerIn: parent
         modal: true
+        implicitWidth: contentItem.implicitWidth + 2 * padding
+        implicitHeight: contentItem.implicitHeight + 2 * padding
         focus: true
         closePolicy: T.Popup.NoAutoClose
         onOpened: card.focusAnswer()

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vantro.Native
 
 // The pieces of the recording that are kept, what was cut, and the edges between them.
@@ -19,20 +20,32 @@ Item {
             next.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    // Items may stand for other rows than before: the keyboard stays with what it had.
+    Connections {
+        target: bar.actions.timeline
+        function onStopsChanged() {
+            if (rows.focused)
+                bar.focusRow(bar.actions.timeline.segmentStop)
+        }
+    }
     GestureArea {
         gestures: bar.actions.gestures
         bar: BarGestures.Segments
         onTaken: bar.taken()
     }
     Item {
+        id: rows
+        readonly property bool focused: (Window.activeFocusItem as Item)?.parent === rows
         anchors.fill: parent
         clip: true
         // qmllint disable unqualified
         Repeater {
             model: bar.actions.timeline.gaps
             delegate: Rectangle {
+                required property bool shown
                 required property real startX
                 required property real extent
+                visible: shown
                 x: startX
                 width: extent
                 height: bar.height

@@ -7,6 +7,8 @@ TimeHandle {
     id: block
 
     required property int index
+    required property bool shown
+    required property bool stop
     required property real startX
     required property real extent
     required property bool selected
@@ -16,24 +18,26 @@ TimeHandle {
     required property real handleWidth
     signal stepped(int row)
 
+    visible: shown
+    Accessible.ignored: !shown
     x: startX
     width: Math.max(extent, 2) // a thinner one would not be seen
-    stop: actions.timeline.zoomStop === index
+    isStop: stop
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.onPressAction: actions.gestures.selectZoom(index)
     onWanted: to => actions.gestures.setZoom(index, BarGestures.Body, to)
-    Keys.onUpPressed: stepped(actions.gestures.stepZoom(index, -1))
-    Keys.onDownPressed: stepped(actions.gestures.stepZoom(index, 1))
-    Keys.onSpacePressed: actions.gestures.selectZoom(index)
-    Keys.onReturnPressed: actions.gestures.selectZoom(index)
-    Keys.onEnterPressed: actions.gestures.selectZoom(index)
-    Keys.onDeletePressed: deleteThis()
-    Keys.onBackPressed: deleteThis()
-
-    function deleteThis() {
-        actions.gestures.selectZoom(index)
-        actions.deleteSelected()
+    onPressed: event => {
+        if (event.key === Qt.Key_Up || event.key === Qt.Key_Down)
+            stepped(actions.gestures.stepZoom(index, event.key === Qt.Key_Up ? -1 : 1))
+        else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+            actions.gestures.selectZoom(index)
+        else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
+            actions.gestures.selectZoom(index)
+            actions.deleteSelected()
+        } else
+            return
+        event.accepted = true
     }
 
     Rectangle {
@@ -49,16 +53,18 @@ TimeHandle {
         color: "transparent"
         border { width: block.selected ? 2.5 : 1.5; color: Theme.timelineZoomOutline; pixelAligned: false }
     }
-    Label {
-        anchors.centerIn: parent
-        visible: block.width >= width + 2 * block.handleWidth
-        text: block.label
-        color: Theme.timelineInk
-        opacity: 0.7
-        font.pixelSize: Theme.caption
-        Accessible.ignored: true
-    }
     // qmllint disable unqualified
+    Loader {
+        anchors.centerIn: parent
+        active: block.extent >= 44
+        sourceComponent: Label {
+            text: block.label
+            color: Theme.timelineInk
+            opacity: 0.7
+            font.pixelSize: Theme.caption
+            Accessible.ignored: true
+        }
+    }
     Loader {
         anchors.fill: parent
         active: block.selected

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vantro.Native
 
 // One block for each zoom.
@@ -25,12 +26,22 @@ Item {
         color: Theme.timelineInk
         opacity: 0.08
     }
+    // Items may stand for other rows than before: the keyboard stays with what it had.
+    Connections {
+        target: bar.actions.timeline
+        function onStopsChanged() {
+            if (rows.focused)
+                bar.focusRow(bar.actions.timeline.zoomStop)
+        }
+    }
     GestureArea {
         gestures: bar.actions.gestures
         bar: BarGestures.Zooms
         onTaken: bar.taken()
     }
     Item {
+        id: rows
+        readonly property bool focused: (Window.activeFocusItem as Item)?.parent === rows
         anchors.fill: parent
         clip: true
         // qmllint disable unqualified
