@@ -102,7 +102,7 @@ void ZoomTarget::moveCenter(model::Point center) {
     auto edit = m_state.document().edit();
     edit.clickEvents =
         timeline::changed(edit.clickEvents, selected()->id, {.center = center}, metadata.endTime);
-    m_steps.apply(std::move(edit), "Move Zoom Center");
+    m_steps.apply(std::move(edit), QT_TRANSLATE_NOOP("Edit", "Move Zoom Center"));
 }
 
 void ZoomTarget::end() {

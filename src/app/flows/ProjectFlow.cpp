@@ -187,7 +187,8 @@ void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<vo
         },
         [this, edit, opened = std::move(opened)] {
             m_state.document().rename(edit.project.name);
-            m_state.document().apply(edit.project.edit, {"Restore Changes"});
+            m_state.document().apply(edit.project.edit,
+                                     {QT_TRANSLATE_NOOP("Edit", "Restore Changes")});
             opened();
         });
 }

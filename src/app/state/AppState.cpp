@@ -242,23 +242,25 @@ void AppState::setWebcamEnabled(bool value) {
 }
 
 void AppState::setWebcamPosition(model::WebcamPosition value) {
-    editStep("Move Webcam", &model::Edit::webcamPosition, value);
+    editStep(QT_TRANSLATE_NOOP("Edit", "Move Webcam"), &model::Edit::webcamPosition, value);
 }
 
 void AppState::setWebcamSize(double value) {
-    editStep("Resize Webcam", &model::Edit::webcamSize, value);
+    editStep(QT_TRANSLATE_NOOP("Edit", "Resize Webcam"), &model::Edit::webcamSize, value);
 }
 
 void AppState::setCanvasAspectRatio(model::CanvasAspectRatio value) {
-    editStep("Change Canvas", &model::Edit::canvasAspectRatio, value);
+    editStep(QT_TRANSLATE_NOOP("Edit", "Change Canvas"), &model::Edit::canvasAspectRatio, value);
 }
 
 void AppState::setBackgroundSettings(model::BackgroundSettings value) {
-    editStep("Change Background", &model::Edit::background, std::move(value));
+    editStep(QT_TRANSLATE_NOOP("Edit", "Change Background"), &model::Edit::background,
+             std::move(value));
 }
 
 void AppState::setSegments(model::SharedList<model::TimelineSegment> value) {
-    editStep("Change Timeline", &model::Edit::segments, std::move(value));
+    editStep(QT_TRANSLATE_NOOP("Edit", "Change Timeline"), &model::Edit::segments,
+             std::move(value));
 }
 
 void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
@@ -266,11 +268,12 @@ void AppState::setSelectedSegmentID(std::optional<model::Uuid> value) {
 }
 
 void AppState::setCursorScale(double value) {
-    editStep("Resize Pointer", &model::Edit::cursorScale, value);
+    editStep(QT_TRANSLATE_NOOP("Edit", "Resize Pointer"), &model::Edit::cursorScale, value);
 }
 
 void AppState::setEditableClickEvents(model::SharedList<model::ClickEvent> value) {
-    editStep("Change Zooms", &model::Edit::clickEvents, std::move(value));
+    editStep(QT_TRANSLATE_NOOP("Edit", "Change Zooms"), &model::Edit::clickEvents,
+             std::move(value));
 }
 
 void AppState::setSelectedClickID(std::optional<model::Uuid> value) {

@@ -40,25 +40,26 @@ void AllZoomsGroup::set(std::string name, const timeline::ZoomValues& values) {
 }
 
 void AllZoomsGroup::setLevel(double level) {
-    set("Change All Zoom Levels", {.level = level});
+    set(QT_TRANSLATE_NOOP("Edit", "Change All Zoom Levels"), {.level = level});
 }
 
 void AllZoomsGroup::setLeadIn(double seconds) {
-    set("Change All Lead-Ins", {.leadIn = seconds});
+    set(QT_TRANSLATE_NOOP("Edit", "Change All Lead-Ins"), {.leadIn = seconds});
 }
 
 void AllZoomsGroup::setLeadOut(double seconds) {
-    set("Change All Lead-Outs", {.leadOut = seconds});
+    set(QT_TRANSLATE_NOOP("Edit", "Change All Lead-Outs"), {.leadOut = seconds});
 }
 
 void AllZoomsGroup::removeAll() {
-    change("Remove All Zooms", [](auto& edit) { edit.clickEvents = {}; });
+    change(QT_TRANSLATE_NOOP("Edit", "Remove All Zooms"),
+           [](auto& edit) { edit.clickEvents = {}; });
     state().setSelectedClickID({});
 }
 
 void AllZoomsGroup::reset() {
     const model::ClickEvent fresh;
-    set("Reset All Zooms",
+    set(QT_TRANSLATE_NOOP("Edit", "Reset All Zooms"),
         {.level = fresh.zoomLevel, .leadIn = fresh.startOffset, .leadOut = fresh.endOffset});
 }
 

@@ -53,7 +53,8 @@ const model::BackgroundImageSource* BackgroundGroup::image() const {
 }
 
 void BackgroundGroup::use(model::BackgroundType type) {
-    change("Change Background", [&](auto& edit) { edit.background.type = std::move(type); });
+    change(QT_TRANSLATE_NOOP("Edit", "Change Background"),
+           [&](auto& edit) { edit.background.type = std::move(type); });
 }
 
 void BackgroundGroup::setPictureUsed(bool used) {
@@ -163,7 +164,8 @@ void BackgroundGroup::setProblem(const QString& problem) {
 }
 
 void BackgroundGroup::reset() {
-    change("Reset Background", [](auto& edit) { edit.background.type = model::BackgroundColor(); });
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Background"),
+           [](auto& edit) { edit.background.type = model::BackgroundColor(); });
 }
 
 } // namespace vantro::editor::sidebar

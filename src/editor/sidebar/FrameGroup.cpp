@@ -22,21 +22,21 @@ FrameGroup::FrameGroup(app::AppState& state, EditSteps& steps)
 
 void FrameGroup::setPadding(double padding) {
     if (std::isfinite(padding))
-        change("Change Padding", [&](auto& edit) {
+        change(QT_TRANSLATE_NOOP("Edit", "Change Padding"), [&](auto& edit) {
             edit.background.padding = std::clamp(padding, 0.0, widestPadding);
         });
 }
 
 void FrameGroup::setCornerRadius(double radius) {
     if (std::isfinite(radius))
-        change("Change Corner Radius", [&](auto& edit) {
+        change(QT_TRANSLATE_NOOP("Edit", "Change Corner Radius"), [&](auto& edit) {
             edit.background.cornerRadius = std::clamp(radius, 0.0, largestRadius);
         });
 }
 
 void FrameGroup::setCanvas(int canvas) {
     if (canvas >= 0 && canvas < static_cast<int>(model::allCanvasAspectRatios.size()))
-        change("Change Canvas", [&](auto& edit) {
+        change(QT_TRANSLATE_NOOP("Edit", "Change Canvas"), [&](auto& edit) {
             edit.canvasAspectRatio =
                 model::allCanvasAspectRatios.at(static_cast<std::size_t>(canvas));
         });
@@ -51,7 +51,7 @@ QStringList FrameGroup::canvasNames() const {
 }
 
 void FrameGroup::reset() {
-    change("Reset Frame", [](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Frame"), [](auto& edit) {
         const model::Edit fresh;
         edit.background.padding = fresh.background.padding;
         edit.background.cornerRadius = fresh.background.cornerRadius;

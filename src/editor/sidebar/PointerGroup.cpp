@@ -13,7 +13,8 @@ PointerGroup::PointerGroup(app::AppState& state, EditSteps& steps)
                     [](const auto& a, const auto& b) { return a.cursorScale != b.cursorScale; }) {}
 
 void PointerGroup::setScale(double scale) {
-    setNumber("Resize Pointer", &model::Edit::cursorScale, scale, smallestScale, largestScale);
+    setNumber(QT_TRANSLATE_NOOP("Edit", "Resize Pointer"), &model::Edit::cursorScale, scale,
+              smallestScale, largestScale);
 }
 
 void PointerGroup::setShown(bool shown) {
@@ -21,12 +22,14 @@ void PointerGroup::setShown(bool shown) {
         return;
     if (!shown)
         m_scaleShown = edit().cursorScale;
-    change(shown ? "Show Pointer" : "Hide Pointer",
+    change(shown ? QT_TRANSLATE_NOOP("Edit", "Show Pointer")
+                 : QT_TRANSLATE_NOOP("Edit", "Hide Pointer"),
            [&](auto& edit) { edit.cursorScale = shown ? m_scaleShown : 0; });
 }
 
 void PointerGroup::reset() {
-    change("Reset Pointer", [](auto& edit) { edit.cursorScale = model::Edit().cursorScale; });
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Pointer"),
+           [](auto& edit) { edit.cursorScale = model::Edit().cursorScale; });
 }
 
 } // namespace vantro::editor::sidebar

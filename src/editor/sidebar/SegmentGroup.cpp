@@ -39,7 +39,7 @@ double SegmentGroup::speed() const {
 void SegmentGroup::setSpeed(double speed) {
     const auto* segment = selected();
     if (segment != nullptr && std::isfinite(speed))
-        change("Change Speed", [&, id = segment->id](auto& edit) {
+        change(QT_TRANSLATE_NOOP("Edit", "Change Speed"), [&, id = segment->id](auto& edit) {
             edit.segments = timeline::withSpeed(edit.segments, id, speed);
         });
 }
@@ -48,7 +48,7 @@ void SegmentGroup::remove() {
     const auto* segment = selected();
     if (segment == nullptr || !isRemovable())
         return;
-    change("Delete Segment", [id = segment->id](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Delete Segment"), [id = segment->id](auto& edit) {
         edit.segments = timeline::withoutSegment(edit.segments, id);
     });
     state().setSelectedSegmentID({});

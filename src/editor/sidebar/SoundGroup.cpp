@@ -23,15 +23,17 @@ bool SoundGroup::hasMicrophone() const {
 }
 
 void SoundGroup::setSystemAudio(double volume) {
-    setNumber("Change System Audio Volume", &model::Edit::systemAudioVolume, volume, 0, loudest);
+    setNumber(QT_TRANSLATE_NOOP("Edit", "Change System Audio Volume"),
+              &model::Edit::systemAudioVolume, volume, 0, loudest);
 }
 
 void SoundGroup::setMicrophone(double volume) {
-    setNumber("Change Microphone Volume", &model::Edit::microphoneVolume, volume, 0, loudest);
+    setNumber(QT_TRANSLATE_NOOP("Edit", "Change Microphone Volume"), &model::Edit::microphoneVolume,
+              volume, 0, loudest);
 }
 
 void SoundGroup::reset() {
-    change("Reset Volumes", [](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Volumes"), [](auto& edit) {
         edit.systemAudioVolume = model::Edit().systemAudioVolume;
         edit.microphoneVolume = model::Edit().microphoneVolume;
     });

@@ -21,26 +21,30 @@ bool WebcamGroup::isPresent() const {
 }
 
 void WebcamGroup::setShown(bool shown) {
-    change(shown ? "Show Webcam" : "Hide Webcam", [&](auto& edit) { edit.webcamHidden = !shown; });
+    change(shown ? QT_TRANSLATE_NOOP("Edit", "Show Webcam")
+                 : QT_TRANSLATE_NOOP("Edit", "Hide Webcam"),
+           [&](auto& edit) { edit.webcamHidden = !shown; });
 }
 
 void WebcamGroup::setMirrored(bool mirrored) {
-    change("Mirror Webcam", [&](auto& edit) { edit.webcamMirrored = mirrored; });
+    change(QT_TRANSLATE_NOOP("Edit", "Mirror Webcam"),
+           [&](auto& edit) { edit.webcamMirrored = mirrored; });
 }
 
 void WebcamGroup::setCorner(int corner) {
     if (corner >= 0 && corner < static_cast<int>(model::allWebcamPositions.size()))
-        change("Move Webcam", [&](auto& edit) {
+        change(QT_TRANSLATE_NOOP("Edit", "Move Webcam"), [&](auto& edit) {
             edit.webcamPosition = model::allWebcamPositions.at(static_cast<std::size_t>(corner));
         });
 }
 
 void WebcamGroup::setSize(double size) {
-    setNumber("Resize Webcam", &model::Edit::webcamSize, size, smallestSize, largestSize);
+    setNumber(QT_TRANSLATE_NOOP("Edit", "Resize Webcam"), &model::Edit::webcamSize, size,
+              smallestSize, largestSize);
 }
 
 void WebcamGroup::reset() {
-    change("Reset Webcam", [](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Webcam"), [](auto& edit) {
         const model::Edit fresh;
         edit.webcamHidden = fresh.webcamHidden;
         edit.webcamMirrored = fresh.webcamMirrored;

@@ -43,22 +43,22 @@ void ZoomGroup::set(std::string name, const timeline::ZoomValues& values) {
 }
 
 void ZoomGroup::setLevel(double level) {
-    set("Change Zoom Level", {.level = level});
+    set(QT_TRANSLATE_NOOP("Edit", "Change Zoom Level"), {.level = level});
 }
 
 void ZoomGroup::setLeadIn(double seconds) {
-    set("Change Zoom Lead-In", {.leadIn = seconds});
+    set(QT_TRANSLATE_NOOP("Edit", "Change Zoom Lead-In"), {.leadIn = seconds});
 }
 
 void ZoomGroup::setLeadOut(double seconds) {
-    set("Change Zoom Lead-Out", {.leadOut = seconds});
+    set(QT_TRANSLATE_NOOP("Edit", "Change Zoom Lead-Out"), {.leadOut = seconds});
 }
 
 void ZoomGroup::setCenter(model::Point center) {
     const auto inside = [](double value, double length) {
         return std::clamp(value, 0.0, std::max(length, 0.0));
     };
-    set("Move Zoom Center",
+    set(QT_TRANSLATE_NOOP("Edit", "Move Zoom Center"),
         {.center = model::Point{inside(center.x, width()), inside(center.y, height())}});
 }
 
@@ -74,7 +74,7 @@ void ZoomGroup::remove() {
     const auto* zoom = selected();
     if (zoom == nullptr)
         return;
-    change("Delete Zoom", [id = zoom->id](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Delete Zoom"), [id = zoom->id](auto& edit) {
         edit.clickEvents = timeline::withoutZoom(edit.clickEvents, id);
     });
     state().setSelectedClickID({});
@@ -89,7 +89,7 @@ void ZoomGroup::reset() {
         .level = fresh.zoomLevel, .leadIn = fresh.startOffset, .leadOut = fresh.endOffset};
     if (const auto* click = timeline::findZoom(state().metadata()->clickEvents, zoom->id))
         values.center = model::Point{click->x, click->y};
-    set("Reset Zoom", values);
+    set(QT_TRANSLATE_NOOP("Edit", "Reset Zoom"), values);
 }
 
 } // namespace vantro::editor::sidebar
