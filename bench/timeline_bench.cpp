@@ -1,10 +1,15 @@
 // What the bars of the time line cost with a recording of two hours, 450,000 pointer samples, 2,000
 // clicks and 200 segments, in a window 1920 wide: opening, and for each event of a drag our handler
 // (CPU time) and the way from the event to the swap that shows it. Beside them a peer: a slider of
-// Qt's, which has one handle and no model, dragged in the same window.
-// usage: timeline_bench (QT_QPA_PLATFORM and QT_QUICK_BACKEND choose where; software by default)
+// Qt's, which has one handle and no model, dragged in the same window. With a movie, the same bars
+// over it are scrubbed while its pictures are found and shown.
+// usage: timeline_bench [MOVIE] (QT_QPA_PLATFORM and QT_QUICK_BACKEND choose where; software by
+// default)
 
+#include "app/flows/QtMainLoop.h"
+#include "editor/EditorPreview.h"
 #include "editor/bars/EditorActions.h"
+#include "program/DesktopServices.h"
 #include "window/QmlModule.h"
 
 #include <QApplication>
@@ -26,8 +31,8 @@ namespace {
 using namespace vantro;
 using Clock = std::chrono::steady_clock;
 
-constexpr double length = 7200; // seconds
-constexpr int events = 300;     // of each drag
+constexpr double twoHours = 7200; // seconds
+constexpr int events = 300;       // of each drag
 
 double milliseconds(Clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
@@ -40,9 +45,10 @@ double threadMilliseconds() {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-model::Project twoHours() {
+model::Project projectOf(const std::filesystem::path& movie, double length) {
     model::RecordingMetadata metadata;
     metadata.endTime = length;
+    metadata.captureRect = {0, 0, 1920, 1080};
     for (int i = 0; i < 450'000; ++i)
         metadata.cursorPositions.push_back({.timestamp = i * length / 450'000});
     for (int i = 0; i < 2'000; ++i)
@@ -55,7 +61,7 @@ model::Project twoHours() {
                             .endFraction = 0.21 + (i + 0.9) * 0.79 / 199,
                             .speed = 1 + i % 3 * 0.5});
     edit.segments = std::move(segments);
-    return {"two hours", {"/nowhere/recording.mov", std::move(metadata)}, std::move(edit)};
+    return {"bench", {movie, std::move(metadata)}, std::move(edit)};
 }
 
 constexpr auto source = R"(
@@ -67,12 +73,18 @@ import Vantro.Native
 Window {
     required property EditorActions actions
     required property PlayerTimeObserver transport
+    required property EditorPreview player
     width: 1920; height: 1080; visible: true
     T.Slider {
         id: slider
         objectName: "peer"
         width: parent.width; height: 40
         handle: Rectangle { x: slider.visualPosition * (slider.width - 16); width: 16; height: 16; radius: 8; color: "red" }
+    }
+    VideoPreviewArea {
+        anchors { fill: parent; topMargin: 60; bottomMargin: 140 }
+        visible: parent.Window.window.player.ready
+        player: parent.Window.window.player
     }
     TimelineBarsGroup {
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
@@ -85,17 +97,17 @@ Window {
 /// The window, and the times of what is sent to it.
 class Bench {
   public:
-    Bench() {
+    explicit Bench(model::Project project) {
         window::prepareEngine(m_engine);
         m_actions.timeline()->setWidth(1888);
-        auto project = twoHours();
         const auto began = Clock::now();
         m_state.show(std::move(project));
         QQmlComponent component(&m_engine);
         component.setData(source, {});
         m_window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
             {{"actions", QVariant::fromValue<QObject*>(&m_actions)},
-             {"transport", QVariant::fromValue<QObject*>(&m_transport)}})));
+             {"transport", QVariant::fromValue<QObject*>(m_preview.transport())},
+             {"player", QVariant::fromValue<QObject*>(&m_preview)}})));
         if (!m_window)
             throw std::runtime_error(component.errorString().toStdString());
         QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, [this] { ++m_swaps; });
@@ -130,6 +142,14 @@ class Bench {
         return item->mapToScene({x, item->height() / 2});
     }
     editor::bars::EditorActions& actions() { return m_actions; }
+    /// Plays the project's movie, paused.
+    void play() {
+        m_preview.show(m_state.document().recording(), m_state.document().edit());
+        while (!m_preview.isReady() && m_preview.problem().isEmpty())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        if (!m_preview.isReady())
+            throw std::runtime_error(m_preview.problem().toStdString());
+    }
 
   private:
     void mouse(QEvent::Type type, QPointF at) {
@@ -168,8 +188,10 @@ class Bench {
     }
 
     app::AppState m_state{1};
-    editor::PlayerTimeObserver m_transport;
-    editor::bars::EditorActions m_actions{m_state, m_transport};
+    app::flows::QtTaskRunner m_tasks{"bench"};
+    editor::EditorPreview m_preview{m_tasks, program::openMovieForEditor,
+                                    [](const auto&) { return nullptr; }};
+    editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     QQmlEngine m_engine;
     std::unique_ptr<QQuickWindow> m_window;
     std::vector<double> m_handlers;
@@ -180,17 +202,32 @@ class Bench {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
         qputenv("QT_QUICK_BACKEND", "software");
     const QApplication application(argc, argv);
-    Bench bench;
-    bench.drag("peer: Qt's slider", {20, 20}, 600);
-    bench.drag("an edge of a segment", bench.on("segmentsBar", 1888 * 0.2), -300);
-    bench.drag("a zoom among 2,000", bench.on("zoomBar", 944), 600);
-    bench.drag("marking a range", bench.on("ruler", 300), 600);
-    bench.wheel("magnifying", bench.on("ruler", 944));
-    for (int i = 0; i < 20; ++i)
-        bench.actions().timeline()->magnify(1.25, 944);
-    bench.drag("a zoom in a magnified view", bench.on("zoomBar", 944), 600);
+    {
+        Bench bench(projectOf("/nowhere/recording.mov", twoHours));
+        auto& timeline = *bench.actions().timeline();
+        bench.drag("peer: Qt's slider", {20, 20}, 600);
+        bench.drag("an edge of a segment", bench.on("segmentsBar", 1888 * 0.2), -300);
+        bench.drag("a zoom among 2,000", bench.on("zoomBar", 944), 600);
+        bench.drag("marking a range", bench.on("ruler", 300), 600);
+        bench.wheel("magnifying", bench.on("ruler", 944));
+        for (int i = 0; i < 20; ++i)
+            timeline.magnify(1.25, 944);
+        const auto& zoom = timeline.zoomRows()[1];
+        bench.drag("a zoom with room to move", bench.on("zoomBar", zoom.x + zoom.width / 2), 40);
+        bench.drag("scrolling a magnified view", bench.on("zoomBar", 944), 1200);
+    }
+    if (argc < 2)
+        return 0;
+    Bench bench(projectOf(argv[1], 60));
+    bench.play();
+    bench.drag("scrubbing over a movie", bench.on("ruler", 300), 1200);
+    bench.drag("an edge over a movie", bench.on("segmentsBar", 1888 * 0.2), -300);
+    return 0;
+} catch (const std::exception& error) {
+    fmt::print(stderr, "timeline_bench: {}\n", error.what());
+    return 1;
 }

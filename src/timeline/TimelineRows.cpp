@@ -7,15 +7,17 @@
 namespace vantro::timeline {
 namespace {
 
-// Points. Narrower blocks with less than this between them run together: the pointer could not tell
-// them apart, and a long recording would have thousands of them.
+// Points. Narrower blocks with less than this between them run together: the pointer could hardly
+// tell them apart, and a long recording would have thousands of them.
 constexpr double narrowBlock = 12;
-constexpr double narrowGap = 2;
+constexpr double narrowGap = 8;
 constexpr double widestRun = 90;
 // Points to the next edge, below which one is neither drawn nor met: it would cover the pieces.
 constexpr double crowded = 3;
 // Points. Below this the handles of a block would leave nothing to hold it by.
 constexpr double widthForHandles = 24;
+// Points. A thinner gap is no more than the line that stands between any two pieces.
+constexpr double thinnestGap = 1;
 // Points around a block in which it is still met, so that thin ones can be clicked.
 constexpr double nearby = 3;
 
@@ -74,10 +76,19 @@ model::Uuid nearestOf(const ZoomRow& row, const Zooms& zooms, double time) {
 
 } // namespace
 
+bool isEdgeOf(const SegmentEdge& edge, std::size_t segment) {
+    const bool isShared = edge.kind == SegmentEdge::Kind::cut;
+    return edge.segment == segment || (isShared && edge.segment + 1 == segment);
+}
+
 std::vector<ZoomRow> zoomRows(const Zooms& zooms, const Segments& segments, double duration,
                               const TimeAxis& axis, const std::optional<model::Uuid>& selected) {
     std::vector<ZoomRow> rows;
+    const double first = axis.start * duration;
+    const double last = (axis.start + axis.span) * duration;
     for (const auto& zoom : zooms) {
+        if (zoom.timestamp + zoom.endOffset < first || zoom.timestamp - zoom.startOffset > last)
+            continue; // what is not in view is not looked up among the segments
         const auto place = placeOf(zoom, segments.list(), duration);
         const auto extent = place ? seen(place->start, place->end, axis) : std::nullopt;
         if (!extent)
@@ -122,7 +133,7 @@ std::vector<GapRow> gapRows(const Segments& segments, const TimeAxis& axis) {
     std::vector<GapRow> rows;
     const auto add = [&](double start, double end) {
         if (start < end)
-            if (const auto extent = seen(start, end, axis))
+            if (const auto extent = seen(start, end, axis); extent && extent->width >= thinnestGap)
                 rows.push_back({extent->x, extent->width});
     };
     double end = 0;
@@ -134,7 +145,8 @@ std::vector<GapRow> gapRows(const Segments& segments, const TimeAxis& axis) {
     return rows;
 }
 
-std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis) {
+std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis,
+                              std::optional<std::size_t> always) {
     std::vector<EdgeRow> rows;
     for (const auto& edge : edgesOf(segments))
         if (axis.width > 0 && edge.place >= axis.start && edge.place <= axis.start + axis.span)
@@ -144,7 +156,9 @@ std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const T
         const double behind = i + 1 < rows.size() ? rows[i + 1].x - rows[i].x : axis.width;
         rows[i].room = std::min(before, behind);
     }
-    std::erase_if(rows, [](const auto& row) { return row.room < crowded; });
+    std::erase_if(rows, [always](const auto& row) {
+        return row.room < crowded && !(always && isEdgeOf(row.edge, *always));
+    });
     return rows;
 }
 

@@ -46,7 +46,8 @@ struct SegmentRow {
 std::vector<SegmentRow> segmentRows(const Segments& segments, const TimeAxis& axis,
                                     const std::optional<model::Uuid>& selected);
 
-/// What was cut, also before the first piece and behind the last.
+/// What was cut, also before the first piece and behind the last, where it is wide enough to be
+/// seen.
 struct GapRow {
     double x = 0;
     double width = 0;
@@ -62,8 +63,11 @@ struct EdgeRow {
     bool isStop = false; ///< of the segment that the Tab key goes to
     bool operator==(const EdgeRow&) const = default;
 };
-/// Edges that stand too close to be told apart are left out until the axis is magnified.
-std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis);
+bool isEdgeOf(const SegmentEdge& edge, std::size_t segment);
+/// Edges that stand too close to be told apart are left out until the axis is magnified, but for
+/// those of the segment `always`, which the keyboard reaches however small it is.
+std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const TimeAxis& axis,
+                              std::optional<std::size_t> always = {});
 
 /// A part of a zoom's block.
 enum class ZoomPart { body, start, end };

@@ -220,6 +220,45 @@ TEST_F(TimelineBarsTest, TheWheelMagnifiesAtThePointerAndFitShowsAllAgain) {
     EXPECT_EQ(actions.timeline()->viewSpan(), 1);
 }
 
+TEST_F(TimelineBarsTest, ADragHeldBeyondAnEndScrollsAMagnifiedViewUntilItComesBack) {
+    open({zoomAt(1, 0.2, 0.2)}, {{.endFraction = 0.25}, {.startFraction = 0.25}});
+    struct Case {
+        const char* bar;
+        double from;
+        double beyond; ///< points outside of the end
+        std::function<double()> place;
+    };
+    for (const auto& c : std::vector<Case>{
+             {"zoomBar", 1, 10, [this] { return zoom(0).timestamp; }},
+             {"segmentsBar", 1, 6, [this] { return 4 * state.segments()[0].endFraction; }},
+             {"ruler", 1, 10, [this] { return preview.transport()->currentTime(); }},
+         }) {
+        SCOPED_TRACE(c.bar);
+        auto& timeline = *actions.timeline();
+        timeline.fit();
+        timeline.magnify(8, 0);
+        timeline.scrollTo(0.2);
+        settle();
+        const auto start = timeline.viewStart();
+        QTest::mousePress(&window(), Qt::LeftButton, {}, at(c.bar, c.from));
+        const double end = 4 * (start + timeline.viewSpan());
+        const auto outside = at(c.bar, end) + QPointF(c.beyond, 0).toPoint();
+        QTest::mouseMove(&window(), outside);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return timeline.viewStart() > start + 0.05; }));
+        const auto held = [&] { return timeline.axis().xOf(c.place() / 4) - timeline.width(); };
+        EXPECT_NEAR(held(), c.beyond, 1) << "it stays at the pointer";
+        QTest::mouseMove(&window(), outside - QPointF(c.beyond + 20, 0).toPoint());
+        const double still = timeline.viewStart();
+        EXPECT_FALSE(QTest::qWaitFor([&] { return timeline.viewStart() != still; }, 60));
+        QTest::mouseRelease(&window(), Qt::LeftButton, {},
+                            outside - QPointF(c.beyond + 20, 0).toPoint());
+        settle();
+    }
+    key(Qt::Key_Z, Qt::ControlModifier);
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(state.document().canUndo()) << "each drag is one step";
+}
+
 TEST_F(TimelineBarsTest, RecomputingAsksBeforeItDropsZoomsMadeByHand) {
     open();
     auto project = *state.document().project();

@@ -66,7 +66,7 @@ TEST(ZoomRowsTest, ThousandsOfZoomsAreAFewBlocksAndEachIsInOneOfThem) {
                    zoom.timestamp - 0.07 < (axis.start + axis.span) * duration;
         });
         EXPECT_EQ(count, seen);
-        EXPECT_LT(rows.size(), 500U) << "at most one for every two points";
+        EXPECT_LE(rows.size(), 126U) << "at most one for every eight points";
     }
 }
 
@@ -119,6 +119,11 @@ TEST(SegmentRowsTest, GapsFillWhatPiecesLeaveAndTheNearestEdgeIsHit) {
     EXPECT_EQ(kindAt(505), Kind::start);
     EXPECT_EQ(kindAt(503), std::nullopt) << "between two that stand close";
     EXPECT_EQ(kindAt(200), std::nullopt);
+    const std::vector<TimelineSegment> crumbs{{.endFraction = 0.5},
+                                              {.startFraction = 0.5, .endFraction = 0.502},
+                                              {.startFraction = 0.502}};
+    EXPECT_EQ(edgeRows(crumbs, duration, wholeAxis).size(), 2U) << "too crowded to be drawn";
+    EXPECT_EQ(edgeRows(crumbs, duration, wholeAxis, 1).size(), 4U) << "but reached by the keyboard";
     const TimeAxis part{.start = 0.4, .span = 0.2, .width = 1000};
     EXPECT_EQ(segmentRows(segments, part, segments[2].id).size(), 2U);
     EXPECT_TRUE(segmentRows(segments, part, segments[2].id)[1].isSelected);

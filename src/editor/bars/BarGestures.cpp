@@ -4,6 +4,7 @@
 #include "render/scene/SourceMotion.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -15,6 +16,10 @@ namespace {
 // Points of travel below which a press is a click.
 constexpr double bodyTravel = 2;
 constexpr double handleTravel = 1;
+// A view scrolls on while a drag is held beyond its end: points at each tick.
+constexpr std::chrono::milliseconds scrollTick{16};
+constexpr double slowestScroll = 2;
+constexpr double fastestScroll = 40;
 
 template <typename Row>
 const Row* rowAt(const std::vector<Row>& rows, int row) {
@@ -31,16 +36,25 @@ double placeOf(const timeline::Segments& segments, const timeline::SegmentEdge& 
 }
 
 std::string nameOf(timeline::SegmentEdge::Kind kind) {
-    return kind == timeline::SegmentEdge::Kind::cut ? "Move Cut" : "Trim";
+    return kind == timeline::SegmentEdge::Kind::cut ? QT_TRANSLATE_NOOP("Edit", "Move Cut")
+                                                    : QT_TRANSLATE_NOOP("Edit", "Trim");
 }
 
 } // namespace
+
+BarGestures::BarGestures(TimelineModel& model, TimelineEdits& edits)
+    : m_model(model), m_edits(edits) {
+    m_scrolling.setInterval(scrollTick);
+    connect(&m_scrolling, &QTimer::timeout, this, &BarGestures::scrollOn);
+}
 
 void BarGestures::enter(State next) {
     const bool isAllowed =
         m_state == State::idle ? next != State::idle : next == State::idle || m_state < next;
     base::require(isAllowed, "gestures follow each other");
     m_state = next;
+    if (next == State::idle)
+        m_scrolling.stop();
 }
 
 BarGestures::Press BarGestures::pressAt(Bar bar, double x, bool marks) const {
@@ -102,7 +116,24 @@ void BarGestures::move(double x) {
     if (m_state == State::pressed && std::abs(x - m_press.x) >= travel())
         begin();
     if (m_state == State::dragging)
-        step(x);
+        follow(x);
+}
+
+void BarGestures::follow(double x) {
+    m_x = x;
+    step(x);
+    const bool isOutside = x < 0 || x > m_model.width();
+    if (!isOutside || m_model.axis().showsAll())
+        m_scrolling.stop();
+    else if (!m_scrolling.isActive())
+        m_scrolling.start();
+}
+
+void BarGestures::scrollOn() {
+    const double beyond = m_x < 0 ? m_x : m_x - m_model.width();
+    const double points = std::min(slowestScroll + std::abs(beyond), fastestScroll);
+    m_model.scroll(std::copysign(points, beyond));
+    step(m_x);
 }
 
 void BarGestures::begin() {
@@ -143,11 +174,14 @@ void BarGestures::moveZoom(const timeline::ZoomDrag& drag, timeline::ZoomPart pa
                            const std::string& key) {
     switch (part) {
     case timeline::ZoomPart::body:
-        return m_edits.setZooms(timeline::moved(drag, seconds), {"Move Zoom", key});
+        return m_edits.setZooms(timeline::moved(drag, seconds),
+                                {QT_TRANSLATE_NOOP("Edit", "Move Zoom"), key});
     case timeline::ZoomPart::start:
-        return m_edits.setZooms(timeline::withStartMoved(drag, seconds), {"Change Lead-In", key});
+        return m_edits.setZooms(timeline::withStartMoved(drag, seconds),
+                                {QT_TRANSLATE_NOOP("Edit", "Change Lead-In"), key});
     case timeline::ZoomPart::end:
-        return m_edits.setZooms(timeline::withEndMoved(drag, seconds), {"Change Lead-Out", key});
+        return m_edits.setZooms(timeline::withEndMoved(drag, seconds),
+                                {QT_TRANSLATE_NOOP("Edit", "Change Lead-Out"), key});
     }
 }
 
@@ -195,7 +229,8 @@ void BarGestures::takeBack() {
     case Target::mark:
         return m_model.setMark({});
     case Target::zoom:
-        return m_edits.setZooms(m_press.zooms, {"Move Zoom", m_press.key});
+        return m_edits.setZooms(m_press.zooms,
+                                {QT_TRANSLATE_NOOP("Edit", "Move Zoom"), m_press.key});
     case Target::edge:
         m_edits.setSegments(m_press.segments, {nameOf(m_press.edge.kind), m_press.key});
         return seek(m_press.playhead);
@@ -220,7 +255,7 @@ void BarGestures::doubleClick(Bar bar, double x) {
     const auto added = timeline::withZoomAt(press.zooms, time, center, m_edits.duration());
     if (!added)
         return m_model.setHint(tr("There is no room for a zoom here."));
-    m_edits.setZooms(added->zooms, {"Add Zoom"});
+    m_edits.setZooms(added->zooms, {QT_TRANSLATE_NOOP("Edit", "Add Zoom")});
     m_edits.selectZoom(added->id);
 }
 
@@ -299,7 +334,8 @@ void BarGestures::setEdge(int row, double seconds) {
 
 void BarGestures::deleteZoom(int row) {
     if (const auto* zoom = rowAt(m_model.zoomRows(), row)) {
-        m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), zoom->id), {"Delete Zoom"});
+        m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), zoom->id),
+                         {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
         m_edits.state().setSelectedClickID({});
     }
 }

@@ -2,6 +2,7 @@
 
 #include "editor/bars/TimelineModel.h"
 
+#include <QTimer>
 #include <optional>
 #include <string>
 
@@ -10,7 +11,8 @@
 namespace vantro::editor::bars {
 
 /// Pointer and arrow keys on the bars. Every step of a drag is worked out from how things stood at
-/// the press, and a drag is one step of the document. x in points from the left end of the bars.
+/// the press, and a drag is one step of the document. A drag held beyond an end of a magnified view
+/// scrolls it, the faster the farther out it is. x in points from the left end of the bars.
 /// Main thread.
 ///
 ///     idle ──press──> pressed ──travel──> dragging ──release, cancel──> idle
@@ -27,7 +29,7 @@ class BarGestures : public QObject {
     enum class ZoomPart { Body, Start, End };
     Q_ENUM(ZoomPart)
 
-    BarGestures(TimelineModel& model, TimelineEdits& edits) : m_model(model), m_edits(edits) {}
+    BarGestures(TimelineModel& model, TimelineEdits& edits);
 
     Q_INVOKABLE void press(vantro::editor::bars::BarGestures::Bar bar, double x, bool marks);
     Q_INVOKABLE void move(double x);
@@ -76,6 +78,8 @@ class BarGestures : public QObject {
     double travel() const;
     void begin();
     void step(double x);
+    void follow(double x);
+    void scrollOn();
     void click();
     void takeBack();
     void seek(double place);
@@ -86,6 +90,8 @@ class BarGestures : public QObject {
     TimelineEdits& m_edits;
     State m_state = State::idle;
     Press m_press;
+    double m_x = 0; ///< of the pointer, in a drag
+    QTimer m_scrolling;
 };
 
 } // namespace vantro::editor::bars

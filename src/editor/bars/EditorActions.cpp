@@ -65,21 +65,22 @@ void EditorActions::split() {
     const auto result = timeline::split(m_edits.segments(), m_transport.progress());
     if (!result)
         return m_timeline.setHint(tr("There is nothing to split here."));
-    m_edits.setSegments(result->segments, {"Split"});
+    m_edits.setSegments(result->segments, {QT_TRANSLATE_NOOP("Edit", "Split")});
     m_edits.selectSegment(result->right);
 }
 
 void EditorActions::deleteSelected() {
     m_gestures.cancel();
     if (const auto zoom = m_state.selectedClickID()) {
-        m_edits.setZooms(timeline::withoutEvent(m_edits.zooms(), *zoom), {"Delete Zoom"});
+        m_edits.setZooms(timeline::withoutEvent(m_edits.zooms(), *zoom),
+                         {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
         m_state.setSelectedClickID({});
     } else if (m_timeline.mark().isRange()) {
         cutMark();
     } else if (const auto segment = m_state.selectedSegmentID();
                segment && m_edits.segments().size() > 1) {
         m_edits.setSegments(timeline::withoutSegment(m_edits.segments(), *segment),
-                            {"Delete Segment"});
+                            {QT_TRANSLATE_NOOP("Edit", "Delete Segment")});
         m_state.setSelectedSegmentID({});
     }
 }
@@ -87,7 +88,8 @@ void EditorActions::deleteSelected() {
 void EditorActions::cutMark() {
     const auto mark = m_timeline.mark();
     const auto before = m_edits.segments();
-    applyCut(timeline::withRangeCut(before, *mark.from, *mark.to, m_edits.frame()), "Cut Range");
+    applyCut(timeline::withRangeCut(before, *mark.from, *mark.to, m_edits.frame()),
+             QT_TRANSLATE_NOOP("Edit", "Cut Range"));
     if (!before.isSameAs(m_edits.segments()))
         m_timeline.setMark({});
 }
@@ -113,12 +115,12 @@ void EditorActions::show(timeline::CutRefusal refusal) {
 
 void EditorActions::trimStartToPlayhead() {
     applyCut(timeline::withStartAt(m_edits.segments(), m_transport.progress(), m_edits.frame()),
-             "Trim Start");
+             QT_TRANSLATE_NOOP("Edit", "Trim Start"));
 }
 
 void EditorActions::trimEndToPlayhead() {
     applyCut(timeline::withEndAt(m_edits.segments(), m_transport.progress(), m_edits.frame()),
-             "Trim End");
+             QT_TRANSLATE_NOOP("Edit", "Trim End"));
 }
 
 void EditorActions::markStart() {
@@ -145,7 +147,8 @@ void EditorActions::recomputeZooms() {
     if (!canRecompute())
         return;
     m_gestures.cancel();
-    m_edits.setZooms(model::freshEdit(*m_state.metadata()).clickEvents, {"Recompute Zooms"});
+    m_edits.setZooms(model::freshEdit(*m_state.metadata()).clickEvents,
+                     {QT_TRANSLATE_NOOP("Edit", "Recompute Zooms")});
 }
 
 bool EditorActions::letGo() {

@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <QVariant>
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace vantro::editor::bars {
@@ -30,18 +31,24 @@ class RowList : public QAbstractListModel {
     }
     QVariant data(const QModelIndex& index, int role) const override {
         const auto row = static_cast<std::size_t>(index.row());
-        const bool isShown = row < m_rows.size();
         if (role == shownRole)
-            return isShown;
-        static const Row spare{};
-        return m_columns[static_cast<std::size_t>(role - firstRole)].value(isShown ? m_rows[row]
-                                                                                   : spare);
+            return row < m_rows.size();
+        return m_columns[static_cast<std::size_t>(role - firstRole)].value(rowOf(m_rows, row));
     }
     QHash<int, QByteArray> roleNames() const override {
         QHash<int, QByteArray> names{{shownRole, "shown"}};
         for (std::size_t i = 0; i < m_columns.size(); ++i)
             names.insert(firstRole + static_cast<int>(i), m_columns[i].name);
         return names;
+    }
+
+    /// So many items, of which those that are not needed yet are spares.
+    void prepare(std::size_t items) {
+        if (static_cast<int>(items) <= m_items)
+            return;
+        beginInsertRows({}, m_items, static_cast<int>(items) - 1);
+        m_items = static_cast<int>(items);
+        endInsertRows();
     }
 
     void show(std::vector<Row> rows) {
@@ -53,20 +60,37 @@ class RowList : public QAbstractListModel {
         if (rows.size() == m_rows.size())
             while (end > first && rows[end - 1] == m_rows[end - 1])
                 --end;
-        m_rows = std::move(rows);
-        const int lastKnown = std::min(static_cast<int>(end), m_items) - 1;
-        if (static_cast<int>(first) <= lastKnown)
-            Q_EMIT dataChanged(index(static_cast<int>(first)), index(lastKnown));
-        if (static_cast<int>(m_rows.size()) <= m_items)
-            return;
-        beginInsertRows({}, m_items, static_cast<int>(m_rows.size()) - 1);
-        m_items = static_cast<int>(m_rows.size());
-        endInsertRows();
+        const auto before = std::exchange(m_rows, std::move(rows));
+        end = std::min(end, static_cast<std::size_t>(m_items));
+        if (first < end)
+            Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(end) - 1),
+                               changedRoles(before, first, end));
+        prepare(m_rows.size());
     }
 
   private:
     static constexpr int shownRole = Qt::UserRole;
     static constexpr int firstRole = shownRole + 1;
+
+    static const Row& rowOf(const std::vector<Row>& rows, std::size_t item) {
+        static const Row spare{};
+        return item < rows.size() ? rows[item] : spare;
+    }
+    /// Of any row from `first` to `end`. Each role that is told costs a binding of every item.
+    QList<int> changedRoles(const std::vector<Row>& before, std::size_t first,
+                            std::size_t end) const {
+        QList<int> roles;
+        if (before.size() != m_rows.size())
+            roles.append(shownRole);
+        for (std::size_t column = 0; column < m_columns.size(); ++column)
+            for (auto item = first; item < end; ++item)
+                if (m_columns[column].value(rowOf(before, item)) !=
+                    m_columns[column].value(rowOf(m_rows, item))) {
+                    roles.append(firstRole + static_cast<int>(column));
+                    break;
+                }
+        return roles;
+    }
 
     const std::vector<Column<Row>> m_columns;
     std::vector<Row> m_rows;

@@ -53,9 +53,8 @@ QVariant zoomLabel(const ZoomRow& row) {
 
 } // namespace
 
-std::vector<Column<RulerMark>> markColumns() {
+std::vector<Column<RulerMark>> labelColumns() {
     return {{"startX", [](const RulerMark& row) -> QVariant { return row.x; }},
-            {"major", [](const RulerMark& row) -> QVariant { return row.isMajor; }},
             {"label", [](const RulerMark& row) -> QVariant { return text(row.label); }}};
 }
 
@@ -91,15 +90,18 @@ std::vector<Column<EdgeRow>> edgeColumns() {
 }
 
 std::vector<Column<ZoomRow>> zoomColumns() {
-    return {{"startX", [](const ZoomRow& row) -> QVariant { return row.x; }},
-            {"extent", [](const ZoomRow& row) -> QVariant { return row.width; }},
-            {"selected", [](const ZoomRow& row) -> QVariant { return row.isSelected; }},
-            {"stop", [](const ZoomRow& row) -> QVariant { return row.isStop; }},
-            {"seconds", [](const ZoomRow& row) -> QVariant { return row.time; }},
-            {"startSeconds", [](const ZoomRow& row) -> QVariant { return row.start; }},
-            {"endSeconds", [](const ZoomRow& row) -> QVariant { return row.end; }},
-            {"label", zoomLabel},
-            {"name", zoomName}};
+    return {
+        {"startX", [](const ZoomRow& row) -> QVariant { return row.x; }},
+        {"extent", [](const ZoomRow& row) -> QVariant { return row.width; }},
+        {"selected", [](const ZoomRow& row) -> QVariant { return row.isSelected; }},
+        {"stop", [](const ZoomRow& row) -> QVariant { return row.isStop; }},
+        {"seconds", [](const ZoomRow& row) -> QVariant { return row.time; }},
+        // of the handles, which only the selected one has
+        {"startSeconds",
+         [](const ZoomRow& row) -> QVariant { return row.isSelected ? row.start : 0; }},
+        {"endSeconds", [](const ZoomRow& row) -> QVariant { return row.isSelected ? row.end : 0; }},
+        {"label", zoomLabel},
+        {"name", zoomName}};
 }
 
 } // namespace vantro::editor::bars

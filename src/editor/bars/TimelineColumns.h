@@ -9,7 +9,7 @@
 namespace vantro::editor::bars {
 
 // What QML is told of each kind of row, and how it is called for those who do not see it.
-std::vector<Column<timeline::RulerMark>> markColumns();
+std::vector<Column<timeline::RulerMark>> labelColumns();
 std::vector<Column<timeline::SegmentRow>> segmentColumns();
 std::vector<Column<timeline::GapRow>> gapColumns();
 std::vector<Column<timeline::EdgeRow>> edgeColumns();

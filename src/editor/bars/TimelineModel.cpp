@@ -14,6 +14,9 @@ constexpr double shortestView = 0.25; // seconds: a quarter fills the bars with 
 constexpr double notch = 120;         // eighths of a degree of one click of a wheel
 constexpr double perNotch = 1.25;     // magnification
 constexpr double pointsPerNotch = 60; // scrolled
+// Points of width for each row where they stand densest.
+constexpr double pointsPerZoom = 10;
+constexpr double pointsPerEdge = 15;
 // Of the view: where the playhead comes in again after it has left a magnified view.
 constexpr double entry = 0.05;
 
@@ -33,16 +36,11 @@ int stopIn(const std::vector<Row>& rows) {
     return static_cast<int>(std::ranges::find(rows, true, &Row::isStop) - rows.begin());
 }
 
-bool isEdgeOf(const timeline::SegmentEdge& edge, std::size_t segment) {
-    const bool isShared = edge.kind == timeline::SegmentEdge::Kind::cut;
-    return edge.segment == segment || (isShared && edge.segment + 1 == segment);
-}
-
 } // namespace
 
 TimelineModel::TimelineModel(TimelineEdits& edits)
     : m_edits(edits)
-    , m_marks(markColumns())
+    , m_labels(labelColumns())
     , m_segments(segmentColumns())
     , m_gaps(gapColumns())
     , m_edges(edgeColumns())
@@ -61,6 +59,7 @@ void TimelineModel::followEverything() {
     connect(&state, &AppState::metadataChanged, this, [this] {
         setMark({});
         setAxis(m_axis.fitted());
+        prepareItems();
         showAll();
     });
     connect(&state.document(), &app::EditDocument::changed, this, [this] { setHint({}); });
@@ -77,7 +76,10 @@ void TimelineModel::setWidth(double width) {
 void TimelineModel::setAxis(timeline::TimeAxis axis) {
     if (axis == m_axis)
         return;
+    const bool isResized = axis.width != m_axis.width;
     m_axis = axis;
+    if (isResized)
+        prepareItems();
     showAll();
     Q_EMIT axisChanged();
     Q_EMIT playheadChanged();
@@ -88,21 +90,39 @@ void TimelineModel::showAll() {
     showMarks();
     showSegments();
     showZooms();
-    Q_EMIT contentChanged();
+    // Each handle on the bars listens to this.
+    if (const std::pair content{duration(), frameSeconds()}; content != m_content) {
+        m_content = content;
+        Q_EMIT contentChanged();
+    }
+}
+
+/// Makes the items that magnifying will need, so that no step of the wheel has to.
+void TimelineModel::prepareItems() {
+    const auto most = [this](double pointsEach, std::size_t count) {
+        return std::min(static_cast<std::size_t>(width() / pointsEach), count);
+    };
+    m_labels.prepare(most(labelWidth, SIZE_MAX));
+    m_zooms.prepare(most(pointsPerZoom, m_edits.zooms().size()));
+    m_edges.prepare(most(pointsPerEdge, 2 * m_edits.segments().size()));
 }
 
 void TimelineModel::showMarks() {
-    m_marks.show(
-        timeline::rulerMarks({m_edits.segments(), m_edits.duration()}, m_axis, labelWidth));
+    m_ticks = timeline::rulerMarks({m_edits.segments(), m_edits.duration()}, m_axis, labelWidth);
+    auto labels = m_ticks;
+    std::erase_if(labels, [](const auto& mark) { return !mark.isMajor; });
+    m_labels.show(std::move(labels));
+    Q_EMIT marksChanged();
 }
 
 void TimelineModel::showSegments() {
     const auto& segments = m_edits.segments();
     auto rows = timeline::segmentRows(segments, m_axis, m_edits.state().selectedSegmentID());
-    auto edges = timeline::edgeRows(segments, m_edits.duration(), m_axis);
-    if (auto* stop = stopOf(rows))
-        for (auto& row : edges)
-            row.isStop = isEdgeOf(row.edge, stop->index);
+    const auto* stop = stopOf(rows);
+    const auto reachable = stop ? std::optional(stop->index) : std::nullopt;
+    auto edges = timeline::edgeRows(segments, m_edits.duration(), m_axis, reachable);
+    for (auto& row : edges)
+        row.isStop = reachable && isEdgeOf(row.edge, *reachable);
     m_segments.show(std::move(rows));
     m_gaps.show(timeline::gapRows(segments, m_axis));
     m_edges.show(std::move(edges));

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <optional>
+#include <utility>
 
 #include <QtQml/qqmlregistration.h>
 
@@ -20,7 +21,7 @@ class TimelineModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(QAbstractItemModel* marks READ marks CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* labels READ labels CONSTANT)
     Q_PROPERTY(QAbstractItemModel* segments READ segments CONSTANT)
     Q_PROPERTY(QAbstractItemModel* gaps READ gaps CONSTANT)
     Q_PROPERTY(QAbstractItemModel* edges READ edges CONSTANT)
@@ -55,11 +56,13 @@ class TimelineModel : public QObject {
 
     explicit TimelineModel(TimelineEdits& edits);
 
-    QAbstractItemModel* marks() { return &m_marks; }
+    QAbstractItemModel* labels() { return &m_labels; }
     QAbstractItemModel* segments() { return &m_segments; }
     QAbstractItemModel* gaps() { return &m_gaps; }
     QAbstractItemModel* edges() { return &m_edges; }
     QAbstractItemModel* zooms() { return &m_zooms; }
+    /// All marks of the ruler, those with a label among them.
+    const std::vector<timeline::RulerMark>& ticks() const { return m_ticks; }
     const std::vector<timeline::SegmentRow>& segmentRows() const { return m_segments.rows(); }
     const std::vector<timeline::EdgeRow>& edgeRows() const { return m_edges.rows(); }
     const std::vector<timeline::ZoomRow>& zoomRows() const { return m_zooms.rows(); }
@@ -103,10 +106,12 @@ class TimelineModel : public QObject {
     void hintChanged();
     void contentChanged();
     void stopsChanged();
+    void marksChanged();
 
   private:
     void followEverything();
     void setAxis(timeline::TimeAxis axis);
+    void prepareItems();
     void showAll();
     void showMarks();
     void showSegments();
@@ -117,7 +122,9 @@ class TimelineModel : public QObject {
     timeline::TimeAxis m_axis;
     Mark m_mark;
     QString m_hint;
-    RowList<timeline::RulerMark> m_marks;
+    std::pair<double, double> m_content; ///< duration and frameSeconds, as told last
+    std::vector<timeline::RulerMark> m_ticks;
+    RowList<timeline::RulerMark> m_labels;
     RowList<timeline::SegmentRow> m_segments;
     RowList<timeline::GapRow> m_gaps;
     RowList<timeline::EdgeRow> m_edges;

@@ -49,28 +49,26 @@ Item {
         color: segment.selected ? Theme.timelineSegmentSelected : Theme.timelineSegment
         border { width: segment.selected ? 2 : 0; color: Theme.timelineSegmentOutline }
     }
-    // qmllint disable unqualified
-    Loader {
+    Rectangle { // not loaded when there is room: many would come at once where a wheel magnifies
         anchors.centerIn: parent
-        active: segment.badge !== "" && segment.extent >= 44
-        sourceComponent: Rectangle {
-            width: speed.width + 10
-            height: speed.height + 4
-            radius: height / 2
-            color: Theme.timelineBadge
-            Label {
-                id: speed
-                anchors.centerIn: parent
-                text: segment.badge
-                color: Theme.timelineInk
-                font.pixelSize: Theme.caption
-                font.weight: Font.DemiBold
-                Accessible.ignored: true
-            }
+        visible: segment.badge !== "" && segment.extent >= 44
+        width: speed.width + 10
+        height: speed.height + 4
+        radius: height / 2
+        color: Theme.timelineBadge
+        Label {
+            id: speed
+            anchors.centerIn: parent
+            text: parent.visible ? segment.badge : ""
+            color: Theme.timelineInk
+            font.pixelSize: Theme.caption
+            font.weight: Font.DemiBold
+            Accessible.ignored: true
         }
     }
+    // qmllint disable unqualified
     Loader {
-        anchors { fill: parent; margins: 1 }
+        anchors { fill: active ? segment : undefined; margins: 1 }
         active: segment.activeFocus
         sourceComponent: Rectangle {
             radius: 4

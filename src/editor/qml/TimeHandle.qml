@@ -45,7 +45,7 @@ Item {
 
     // qmllint disable unqualified
     Loader {
-        anchors { fill: parent; margins: -3 }
+        anchors { fill: active ? handle : undefined; margins: -3 }
         z: 1
         active: handle.activeFocus
         sourceComponent: Rectangle {

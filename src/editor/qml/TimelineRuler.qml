@@ -18,34 +18,26 @@ Item {
         bar: BarGestures.Ruler
         onTaken: ruler.taken()
     }
+    RulerTicks {
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        height: ruler.tickHeight
+        timeline: ruler.actions.timeline
+        color: Theme.timelineTick
+    }
     // qmllint disable unqualified
     Repeater {
-        model: ruler.actions.timeline.marks
-        delegate: Item {
-            id: mark
+        model: ruler.actions.timeline.labels
+        delegate: Label {
             required property bool shown
             required property real startX
-            required property bool major
             required property string label
 
             visible: shown
-            height: ruler.height
-            Rectangle {
-                x: Math.round(mark.startX)
-                y: ruler.height - height
-                width: 1
-                height: mark.major ? ruler.tickHeight : ruler.tickHeight / 2
-                color: Theme.timelineTick
-            }
-            Label {
-                id: text
-                x: Math.max(0, Math.min(mark.startX - width / 2, ruler.width - width))
-                y: ruler.height - ruler.tickHeight - height - 1
-                visible: mark.major
-                text: mark.label
-                color: Theme.timelineText
-                font.pixelSize: Theme.caption
-            }
+            x: Math.max(0, Math.min(startX - width / 2, ruler.width - width))
+            y: ruler.height - ruler.tickHeight - height - 1
+            text: label
+            color: Theme.timelineText
+            font.pixelSize: Theme.caption
         }
     }
 }

@@ -53,20 +53,18 @@ TimeHandle {
         color: "transparent"
         border { width: block.selected ? 2.5 : 1.5; color: Theme.timelineZoomOutline; pixelAligned: false }
     }
+    Label { // not loaded when there is room: many would come at once where a wheel magnifies
+        anchors.centerIn: parent
+        visible: block.extent >= 44
+        text: visible ? block.label : ""
+        color: Theme.timelineInk
+        opacity: 0.7
+        font.pixelSize: Theme.caption
+        Accessible.ignored: true
+    }
     // qmllint disable unqualified
     Loader {
-        anchors.centerIn: parent
-        active: block.extent >= 44
-        sourceComponent: Label {
-            text: block.label
-            color: Theme.timelineInk
-            opacity: 0.7
-            font.pixelSize: Theme.caption
-            Accessible.ignored: true
-        }
-    }
-    Loader {
-        anchors.fill: parent
+        anchors.fill: active ? block : undefined
         active: block.selected
         sourceComponent: Item {
             ZoomHandle {
