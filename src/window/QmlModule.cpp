@@ -3,6 +3,7 @@
 #include "base/Fatal.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
+#include "editor/bars/RecordingStrip.h"
 #include "editor/sidebar/PicturePreviews.h"
 #include "ui/ActionGuard.h"
 #include "ui/PreviewItem.h"
@@ -28,7 +29,8 @@ void prepareEngine(QQmlEngine& engine) {
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
         MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
         editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::BarGestures,
-        editor::bars::EditorActions, editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
+        editor::bars::EditorActions, editor::bars::RecordingStrip, editor::bars::StripModel,
+        editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
         editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
         editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
