@@ -2,7 +2,7 @@
 // each allocates. Beside them a peer: a flat copy of the records, as an undo by value would make,
 // and nlohmann::json over the same text.
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "app/state/EditDocument.h"
 
 #include <cstdlib>

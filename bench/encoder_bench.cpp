@@ -9,7 +9,7 @@
 // Live ones have a keyframe every half second, as recordings, unless `gop` says otherwise.
 
 #include "Material.h"
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "media/AssetWriter.h"
 #include "media/VideoCompositionReader.h"
 #include "media/av/MovieMuxer.h"

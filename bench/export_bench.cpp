@@ -3,7 +3,7 @@
 // time the encoder was at work, and the most memory held.
 // usage: export_bench PROJECT.vantro FILM.mp4
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "export/VideoExporter.h"
 #include "render/RendererFactory.h"
 

@@ -5,7 +5,7 @@
 //                                   FOLDER/expected, when the flashes must come
 //   flash_beep measure MOVIE EXPECTED
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "media/AudioMixReader.h"
 #include "media/FrameSource.h"
 

@@ -5,7 +5,7 @@
 // PROXIES is a folder with a small copy of the movie, as proxy_bench makes it; without it there is
 // none.
 
-#include "app/files/ProjectPackage.h"
+#include "app/files/ProjectStores.h"
 #include "app/flows/QtMainLoop.h"
 #include "editor/EditorPreview.h"
 #include "program/DesktopServices.h"
