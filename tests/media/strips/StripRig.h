@@ -30,34 +30,22 @@ class StripRig {
     bool becomes(const std::function<bool(const Told&)>& condition) {
         return eventually([&] { return condition(told()); });
     }
-    /// Calls that once, on the maker's thread, with the first thumbnail.
-    void atFirstThumbnail(std::function<void()> action) {
-        const std::lock_guard lock(m_mutex);
-        m_atFirst = std::move(action);
-    }
 
   private:
     void take(media::strips::StripNews news) {
-        std::function<void()> action;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (const auto* format = std::get_if<media::strips::StripFormat>(&news))
-                m_told.format = *format;
-            if (const auto* thumbnail = std::get_if<media::strips::Thumbnail>(&news)) {
-                m_told.thumbnails[thumbnail->tick] = *thumbnail;
-                m_told.order.push_back(thumbnail->tick);
-                action = std::exchange(m_atFirst, {});
-            }
-            if (const auto* piece = std::get_if<media::strips::PeakPiece>(&news))
-                m_told.peaks.push_back(*piece);
+        const std::lock_guard lock(m_mutex);
+        if (const auto* format = std::get_if<media::strips::StripFormat>(&news))
+            m_told.format = *format;
+        if (const auto* thumbnail = std::get_if<media::strips::Thumbnail>(&news)) {
+            m_told.thumbnails[thumbnail->tick] = *thumbnail;
+            m_told.order.push_back(thumbnail->tick);
         }
-        if (action)
-            action();
+        if (const auto* piece = std::get_if<media::strips::PeakPiece>(&news))
+            m_told.peaks.push_back(*piece);
     }
 
     std::mutex m_mutex;
     Told m_told;
-    std::function<void()> m_atFirst;
     media::strips::StripMaker m_maker; // goes first
 };
 
