@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <stop_token>
 #include <variant>
 #include <vector>
 

@@ -4,8 +4,8 @@
 
 namespace vantro::media::strips {
 
-/// How a movie's sound is divided. Buckets are a hundredth of a second, and of movies too long for
-/// the bound of a Waveform twice, four times... that.
+/// How a movie's sound is divided. A bucket is a hundredth of a second; in movies with too many of
+/// them it is doubled until there are no more than `mostBuckets`.
 struct BucketPlan {
     static constexpr int shortestFrames = 480; ///< samples at 48 kHz
     static constexpr std::int64_t mostBuckets = 1 << 22;
@@ -17,8 +17,8 @@ struct BucketPlan {
     double bucketSeconds() const;
 };
 
-/// The peaks of a movie's sound, with sums over longer and longer stretches of it, so that any
-/// stretch is answered in about as many steps as it has digits. One thread.
+/// The peaks of a movie's sound, with sums over 16, 256 and so on buckets, so that a long stretch
+/// is answered as fast as a short one. One thread.
 class Waveform {
   public:
     /// Of two bytes a bucket, and a fifteenth more for the sums.
