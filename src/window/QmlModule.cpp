@@ -3,6 +3,7 @@
 #include "base/Fatal.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
+#include "editor/bars/RecordingStrip.h"
 #include "editor/bars/RulerTicks.h"
 #include "editor/sidebar/PicturePreviews.h"
 #include "ui/ActionGuard.h"
@@ -29,9 +30,10 @@ void prepareEngine(QQmlEngine& engine) {
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
         MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
         editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::BarGestures,
-        editor::bars::EditorActions, editor::bars::RulerTicks, editor::bars::TimelineModel,
-        editor::sidebar::AllZoomsGroup, editor::sidebar::BackgroundGroup,
-        editor::sidebar::FrameGroup, editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
+        editor::bars::EditorActions, editor::bars::RecordingStrip, editor::bars::RulerTicks,
+        editor::bars::StripModel, editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
+        editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
+        editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
         editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
         start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);

@@ -81,6 +81,8 @@ TEST_F(ProjectStore, WhatIsOpenElsewhereIsReadAndExportedButNotChangedUntilItsPr
 
     project.edit.cursorScale = 1;
     EXPECT_THAT(failureOfSaving(project, package), HasSubstr("open in another Vantro"));
+    const model::Project another{"another", {folder / "recording.mov", metadata}, {}};
+    EXPECT_THAT(failureOfSaving(another, package), HasSubstr("open in another Vantro"));
     EXPECT_EQ(edit(), before);
 
     other.kill();

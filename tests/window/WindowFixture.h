@@ -111,7 +111,7 @@ class WindowFixture : public testing::Test {
                              const auto& edit) { return openMovie(shown, edit); },
          .showInFolder = [this](const QString& file) { shownInFolder = file; },
          .now = [this] { return now; }}};
-    editor::bars::EditorActions actions{state, *preview.transport()};
+    editor::bars::EditorActions actions{state, *preview.transport(), false};
     window::start::UnsavedRecordingsModel recordings{recovery};
     window::start::RecentProjectsModel recents{preferences, projects, tasks};
 

@@ -15,8 +15,8 @@ QString translated(const std::string& step) {
 
 } // namespace
 
-EditorActions::EditorActions(app::AppState& state, PlayerTimeObserver& transport)
-    : m_state(state), m_transport(transport) {
+EditorActions::EditorActions(app::AppState& state, PlayerTimeObserver& transport, bool stripYields)
+    : m_state(state), m_transport(transport), m_strip(state, stripYields) {
     connect(&state.document(), &app::EditDocument::changed, this, [this] {
         m_edits.dropStaleSelection();
         Q_EMIT changed();

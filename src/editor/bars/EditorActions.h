@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/bars/BarGestures.h"
+#include "editor/bars/StripModel.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -14,6 +15,7 @@ class EditorActions : public QObject {
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(vantro::editor::bars::TimelineModel* timeline READ timeline CONSTANT)
     Q_PROPERTY(vantro::editor::bars::BarGestures* gestures READ gestures CONSTANT)
+    Q_PROPERTY(vantro::editor::bars::StripModel* strip READ strip CONSTANT)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY changed)
     /// "Undo Move Zoom"; without a step "Undo".
@@ -26,9 +28,11 @@ class EditorActions : public QObject {
     Q_PROPERTY(bool hasHandmadeZooms READ hasHandmadeZooms NOTIFY changed)
 
   public:
-    EditorActions(app::AppState& state, PlayerTimeObserver& transport);
+    /// `stripYields`: the recording's strip is made only while a processor is idle.
+    EditorActions(app::AppState& state, PlayerTimeObserver& transport, bool stripYields = true);
 
     TimelineModel* timeline() { return &m_timeline; }
+    StripModel* strip() { return &m_strip; }
     BarGestures* gestures() { return &m_gestures; }
     bool canUndo() const { return m_state.document().canUndo(); }
     bool canRedo() const { return m_state.document().canRedo(); }
@@ -74,6 +78,7 @@ class EditorActions : public QObject {
     PlayerTimeObserver& m_transport;
     TimelineEdits m_edits{m_state, m_transport};
     TimelineModel m_timeline{m_edits};
+    StripModel m_strip;
     BarGestures m_gestures{m_timeline, m_edits};
 };
 

@@ -20,12 +20,22 @@ TimeHandle {
     isStop: stop
     onWanted: to => actions.gestures.setEdge(index, to)
 
+    // Sets it off from bright pictures.
     Rectangle {
+        visible: edge.room >= 8
+        x: bar.x - 1
+        width: bar.width + 2
+        height: parent.height
+        radius: bar.radius + 1
+        color: Theme.timelineGround
+    }
+    Rectangle {
+        id: bar
         x: (parent.width - width) / 2 + edge.side * width / 2
         width: edge.side === 0 ? Math.min(2, edge.room / 4) : Math.min(5, edge.room / 4)
         height: parent.height
         radius: edge.side === 0 ? 0 : 2
-        color: edge.side === 0 ? Theme.timelineGround : Theme.timelineHandle
+        color: Theme.timelineHandle
     }
     Rectangle {
         visible: edge.room >= 20

@@ -46,7 +46,7 @@ Item {
     Rectangle {
         anchors { fill: parent; leftMargin: segment.extent > 4 ? 0.5 : 0; rightMargin: anchors.leftMargin }
         radius: 4
-        color: segment.selected ? Theme.timelineSegmentSelected : Theme.timelineSegment
+        color: segment.selected ? Theme.timelineKeptSelected : Theme.timelineKept
         border { width: segment.selected ? 2 : 0; color: Theme.timelineSegmentOutline }
     }
     Rectangle { // not loaded when there is room: many would come at once where a wheel magnifies

@@ -51,7 +51,7 @@ Rectangle {
         }
         VideoTrimBar {
             width: rows.width
-            height: 40
+            height: 48
             actions: group.actions
             handleWidth: group.handleSize
             onTaken: group.taken()

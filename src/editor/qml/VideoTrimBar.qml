@@ -38,6 +38,19 @@ Item {
         readonly property bool focused: (Window.activeFocusItem as Item)?.parent === rows
         anchors.fill: parent
         clip: true
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.timelineSegment
+        }
+        RecordingStrip {
+            objectName: "strip"
+            anchors.fill: parent
+            strip: bar.actions.strip
+            timeline: bar.actions.timeline
+            emptyColor: Theme.timelineSegment
+            groundColor: Theme.timelineGround
+            waveColor: Theme.timelineWave
+        }
         // qmllint disable unqualified
         Repeater {
             model: bar.actions.timeline.gaps

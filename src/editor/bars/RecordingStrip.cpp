@@ -1,0 +1,144 @@
+#include "editor/bars/RecordingStrip.h"
+
+#include <QPainter>
+#include <QQuickWindow>
+#include <QSGSimpleTextureNode>
+#include <algorithm>
+#include <cmath>
+
+namespace vantro::editor::bars {
+namespace {
+
+constexpr double waveHeight = 14;    // points, below pictures
+constexpr double narrowestTile = 12; // points
+/// Of its brightness that a picture keeps: white becomes (105, 105, 105), from which white and the
+/// handles differ by more than 4.5 to 1 (WCAG 2.1, contrast ratio).
+constexpr double kept = 105.0 / 255;
+
+/// The pixels as an image, without a copy; valid as long as they are.
+QImage imageOf(const media::PixelBuffer& pixels) {
+    return {pixels.plane(0), pixels.width(), pixels.height(), pixels.stride(0),
+            QImage::Format_RGB32};
+}
+
+} // namespace
+
+RecordingStrip::RecordingStrip() {
+    setFlag(ItemHasContents);
+    connect(this, &RecordingStrip::madeFor, this, &RecordingStrip::polish);
+}
+
+void RecordingStrip::setStrip(StripModel* strip) {
+    if (m_strip)
+        m_strip->disconnect(this);
+    m_strip = strip;
+    if (m_strip)
+        connect(m_strip, &StripModel::changed, this, &RecordingStrip::polish);
+    Q_EMIT madeFor();
+}
+
+void RecordingStrip::setTimeline(TimelineModel* timeline) {
+    if (m_timeline)
+        m_timeline->disconnect(this);
+    m_timeline = timeline;
+    if (m_timeline)
+        for (const auto signal : {&TimelineModel::axisChanged, &TimelineModel::contentChanged})
+            connect(m_timeline, signal, this, &RecordingStrip::polish);
+    Q_EMIT madeFor();
+}
+
+void RecordingStrip::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    polish();
+}
+
+void RecordingStrip::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
+        polish();
+    QQuickItem::itemChange(change, data);
+}
+
+double RecordingStrip::picturesHeight() const {
+    if (!m_strip->hasPictures())
+        return 0;
+    return m_strip->hasSound() ? std::max(height() - waveHeight, 1.0) : height();
+}
+
+void RecordingStrip::updatePolish() {
+    m_image = {};
+    m_isNew = true;
+    update();
+    if (!m_strip || !m_timeline || window() == nullptr || width() < 1 || height() < 1)
+        return;
+    if (!m_strip->hasPictures() && !m_strip->hasSound())
+        return;
+    const auto& axis = m_timeline->axis();
+    const double duration = m_timeline->duration();
+    const double tileWidth = std::max(m_strip->aspect() * picturesHeight(), narrowestTile);
+    const auto tiles = StripTiles::of(axis, duration, m_strip->hasPictures() ? tileWidth : 0);
+    m_strip->look(tiles, axis.start * duration);
+
+    const double ratio = window()->effectiveDevicePixelRatio();
+    m_image = QImage((size() * ratio).toSize(), QImage::Format_RGB32);
+    m_image.setDevicePixelRatio(ratio);
+    m_image.fill(m_emptyColor);
+    QPainter painter(&m_image);
+    paintPictures(painter, tiles, tileWidth);
+    if (m_strip->hasSound())
+        paintWave(painter, ratio);
+}
+
+void RecordingStrip::paintPictures(QPainter& painter, const StripTiles& tiles, double width) const {
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QColor shade(0, 0, 0, static_cast<int>(std::lround((1 - kept) * 255)));
+    const double pictureWidth = m_strip->aspect() * picturesHeight();
+    for (const auto& tile : tiles.tiles) {
+        const auto pixels = m_strip->picture(tile);
+        if (!pixels)
+            continue;
+        const QRectF whole(tile.x, 0, width, picturesHeight());
+        painter.fillRect(whole, m_groundColor);
+        painter.drawImage(QRectF(tile.x, 0, pictureWidth, picturesHeight()), imageOf(*pixels));
+        painter.fillRect(whole, shade);
+    }
+}
+
+/// A line for each pixel of the screen, from the lowest to the highest sample of its time.
+void RecordingStrip::paintWave(QPainter& painter, double ratio) const {
+    const auto& axis = m_timeline->axis();
+    const double duration = m_timeline->duration();
+    const double top = picturesHeight();
+    painter.fillRect(QRectF(0, top, width(), height() - top), m_groundColor);
+    const double middle = (top + height()) / 2;
+    const double scale = (height() - top - 2) / 2 / 127;
+    const double pixel = 1 / ratio;
+    for (double x = 0; x < width(); x += pixel) {
+        const auto peak = m_strip->peak(axis.unlimitedPlaceAt(x) * duration,
+                                        axis.unlimitedPlaceAt(x + pixel) * duration);
+        if (peak.isUnknown())
+            continue;
+        const double extent = std::max((peak.high - peak.low) * scale, pixel);
+        painter.fillRect(QRectF(x, middle - peak.high * scale, pixel, extent), m_waveColor);
+    }
+}
+
+QSGNode* RecordingStrip::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
+    if (m_image.isNull()) {
+        delete node;
+        return nullptr;
+    }
+    auto* texture = static_cast<QSGSimpleTextureNode*>(node);
+    if (texture == nullptr) {
+        texture = new QSGSimpleTextureNode; // owned by the scene graph
+        texture->setOwnsTexture(true);
+        m_isNew = true;
+    }
+    if (m_isNew)
+        texture->setTexture(
+            window()->createTextureFromImage(m_image, QQuickWindow::TextureIsOpaque));
+    m_isNew = false;
+    texture->setRect(boundingRect());
+    return texture;
+}
+
+} // namespace vantro::editor::bars
