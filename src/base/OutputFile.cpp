@@ -20,7 +20,7 @@ namespace {
 }
 
 // What a slow disk takes in some tenths of a second.
-constexpr off_t syncedAtOnce = 16 * 1024 * 1024;
+constexpr off_t syncedAtOnce = off_t{16} * 1024 * 1024;
 
 /// In pieces, between which it can be given up: an hour's film takes a disk many seconds.
 void sync(const std::filesystem::path& path, const std::filesystem::path& reported,

@@ -11,8 +11,9 @@ namespace {
 
 constexpr double mostHeight = 80; // pixels: the bar at twice the usual resolution
 constexpr double mostWidth = 320;
-constexpr std::int64_t longestSearch = 30 * ticksPerSecond;
-constexpr std::int64_t nextStep = 2 * ticksPerSecond; // decoded on without looking for keyframes
+constexpr std::int64_t longestSearch = std::int64_t{30} * ticksPerSecond;
+constexpr std::int64_t nextStep =
+    std::int64_t{2} * ticksPerSecond; // decoded on without looking for keyframes
 
 } // namespace
 
