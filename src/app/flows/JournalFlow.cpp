@@ -42,8 +42,20 @@ JournalFlow::JournalFlow(AppState& state, ProjectFlow& projects, MainTimers& tim
 }
 
 JournalFlow::~JournalFlow() {
-    if (m_isDirty)
-        write();
+    if (!m_isDirty)
+        return;
+    m_tasks.run([keeper = m_keeper, edit = unsavedEdit()]() -> TaskRunner::Continuation {
+        try {
+            keeper->write(edit);
+        } catch (const std::exception& failure) {
+            base::logWarning("The last changes are lost: {}", failure.what());
+        }
+        return {}; // this flow is gone by then
+    });
+}
+
+files::JournalledEdit JournalFlow::unsavedEdit() const {
+    return {.project = *m_state.document().project(), .package = m_state.projectPath()};
 }
 
 void JournalFlow::documentChanged() {
@@ -66,10 +78,7 @@ void JournalFlow::tick() {
 void JournalFlow::write() {
     m_isDirty = false;
     m_isWriting = m_hasJournal = true;
-    m_tasks.run([this, keeper = m_keeper,
-                 edit = files::JournalledEdit{
-                     .project = *m_state.document().project(),
-                     .package = m_state.projectPath()}]() -> TaskRunner::Continuation {
+    m_tasks.run([this, keeper = m_keeper, edit = unsavedEdit()]() -> TaskRunner::Continuation {
         try {
             keeper->write(edit);
             return [this] { written({}); };

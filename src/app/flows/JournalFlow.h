@@ -54,6 +54,7 @@ class JournalFlow : public QObject {
     };
     class Keeper;
 
+    files::JournalledEdit unsavedEdit() const;
     void documentChanged();
     void tick();
     void write();
