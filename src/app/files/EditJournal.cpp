@@ -2,12 +2,12 @@
 
 #include "base/Log.h"
 #include "base/OutputFile.h"
+#include "base/UserFolders.h"
 #include "model/Json.h"
 #include "model/Uuid.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -54,12 +54,8 @@ JournalledEdit parsed(std::string_view bytes) {
 } // namespace
 
 fs::path editJournals() {
-    const auto folderFrom = [](const char* variable) {
-        const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): never set here
-        return fs::path(value != nullptr && *value == '/' ? value : "");
-    };
-    const auto state = folderFrom("XDG_STATE_HOME");
-    return (state.empty() ? folderFrom("HOME") / ".local/state" : state) / "vantro/edits";
+    const auto state = base::userFolder("XDG_STATE_HOME", ".local/state");
+    return state ? *state / "vantro/edits" : fs::path();
 }
 
 model::RecordingMetadata outlineOf(const model::RecordingMetadata& metadata) {
@@ -84,6 +80,8 @@ fs::path EditJournal::file() const {
 }
 
 std::shared_ptr<EditJournal> EditJournal::begin(const fs::path& directory) {
+    if (directory.empty())
+        throw std::runtime_error("there is no home folder to keep them in");
     fs::create_directories(directory);
     fs::permissions(directory, fs::perms::owner_all);
     auto folder = directory / model::Uuid::random().toString();

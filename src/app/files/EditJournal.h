@@ -17,7 +17,8 @@ struct JournalledEdit {
     std::optional<std::filesystem::path> package; ///< none for a recording that nobody saved
 };
 
-/// Where this user's journals lie: $XDG_STATE_HOME/vantro/edits, by default below ~/.local/state.
+/// Where this user's journals lie: $XDG_STATE_HOME/vantro/edits, by default below ~/.local/state;
+/// empty where there is no home.
 std::filesystem::path editJournals();
 
 /// Keeps what was edited and not saved, so that it outlives the program.

@@ -1,11 +1,11 @@
 #include "app/files/RecordingFolder.h"
 
 #include "app/files/ProjectLock.h"
+#include "base/UserFolders.h"
 #include "model/Uuid.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <ctime>
 #include <optional>
 #include <stdexcept>
@@ -31,23 +31,14 @@ struct Place {
     fs::path path() const { return base / levels; }
 };
 
-std::optional<fs::path> folderFrom(const char* variable) {
-    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): never set here
-    if (value == nullptr || *value != '/')
-        return {};
-    return value;
-}
-
 /// The first that is usable counts.
 std::vector<Place> places() {
     const auto ofUser = fmt::format("-{}", ::geteuid());
-    if (const auto temporary = folderFrom("TMPDIR"))
+    if (const auto temporary = base::folderFrom("TMPDIR"))
         return {{*temporary, "Vantro"}, {*temporary, "Vantro" + ofUser}};
     std::vector<Place> found;
-    if (const auto data = folderFrom("XDG_DATA_HOME"))
+    if (const auto data = base::userFolder("XDG_DATA_HOME", ".local/share"))
         found.push_back({*data, "vantro/Recordings"});
-    else if (const auto home = folderFrom("HOME"))
-        found.push_back({*home / ".local/share", "vantro/Recordings"});
     found.push_back({"/var/tmp", fs::path("vantro" + ofUser) / "Recordings"});
     return found;
 }

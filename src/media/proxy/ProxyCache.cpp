@@ -1,10 +1,11 @@
 #include "media/proxy/ProxyCache.h"
 
+#include "base/UserFolders.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <span>
 #include <system_error>
@@ -47,11 +48,6 @@ class Hash {
     throw fs::filesystem_error(what, path, std::error_code(code, std::generic_category()));
 }
 
-fs::path folderFrom(const char* variable) {
-    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): never set here
-    return value != nullptr && *value == '/' ? value : "";
-}
-
 struct CachedFile {
     fs::path path;
     fs::file_time_type used;
@@ -76,10 +72,8 @@ std::vector<CachedFile> filesIn(const fs::path& folder) {
 } // namespace
 
 fs::path usualProxyFolder() {
-    if (const auto cache = folderFrom("XDG_CACHE_HOME"); !cache.empty())
-        return cache / "vantro/previews";
-    const auto home = folderFrom("HOME");
-    return home.empty() ? home : home / ".cache/vantro/previews";
+    const auto cache = base::userFolder("XDG_CACHE_HOME", ".cache");
+    return cache ? *cache / "vantro/previews" : fs::path();
 }
 
 std::string proxyKey(const fs::path& movie) {
