@@ -1,5 +1,7 @@
 #include "editor/ExportRules.h"
 
+#include "export/GifExporter.h"
+#include "export/VideoExporter.h"
 #include "model/Canvas.h"
 #include "render/timing/SegmentTimeMap.h"
 
@@ -9,13 +11,11 @@
 namespace vantro::editor {
 namespace {
 
-constexpr double askedRate = 20e6 / 8;    // bytes/s, of films
-constexpr double soundRate = 128e3 / 8;   // bytes/s
+constexpr double askedRate = exporting::VideoExporter::averageBitRate / 8.0; // bytes/s
+constexpr double soundRate = exporting::VideoExporter::soundBitRate / 8.0;   // bytes/s
 constexpr double movingShare = 4;         // a film's rate to its recording's
 constexpr double smallShare = 0.8;        // what "small" leaves of that
 constexpr double sizeExponent = 0.75;     // larger pictures take fewer bytes a pixel
-constexpr double gifWidth = 640;          // pixels, at most
-constexpr double gifFrameRate = 12;       // 1/s
 constexpr double gifBytesPerPixel = 0.17; // where much moves
 constexpr double gifShare = 1.5;          // of the recording's rate, where little does
 constexpr double shortestElapsed = 1;     // s
@@ -26,14 +26,9 @@ double pixels(model::Size size) {
 }
 
 model::Size canvasOf(const ExportMeasure& measure) {
-    auto canvas = model::canvasSize(measure.edit.canvasAspectRatio,
-                                    exporting::baseSize(measure.resolution, measure.videoSize));
-    if (measure.isGif) {
-        canvas = model::canvasSize(measure.edit.canvasAspectRatio, measure.videoSize);
-        const double scale = std::min(1.0, gifWidth / canvas.width);
-        canvas = {canvas.width * scale, canvas.height * scale};
-    }
-    return canvas;
+    const auto base = measure.isGif ? exporting::gifBaseSize(measure.videoSize)
+                                    : exporting::baseSize(measure.resolution, measure.videoSize);
+    return model::canvasSize(measure.edit.canvasAspectRatio, base);
 }
 
 } // namespace
@@ -46,7 +41,8 @@ std::uint64_t estimatedBytes(const ExportMeasure& measure) {
     const auto canvas = canvasOf(measure);
     double rate = 0;
     if (measure.isGif) {
-        rate = std::min(gifBytesPerPixel * gifFrameRate * pixels(canvas), gifShare * recordedRate);
+        rate = std::min(gifBytesPerPixel * exporting::GifExporter::usualFrameRate * pixels(canvas),
+                        gifShare * recordedRate);
     } else {
         const double larger = std::pow(pixels(canvas) / pixels(measure.videoSize), sizeExponent);
         rate = std::min(movingShare * larger * recordedRate, askedRate);

@@ -13,8 +13,7 @@
 namespace vantro::exporting {
 namespace {
 
-constexpr std::int64_t averageBitRate = 20'000'000; // bit/s
-constexpr media::AudioSettings audioSettings{.averageBitRate = 128'000};
+constexpr media::AudioSettings audioSettings{.averageBitRate = VideoExporter::soundBitRate};
 
 /// 4:2:0 encoders take even sizes only: an odd canvas loses its last column or row. A view, no
 /// copy.
@@ -39,7 +38,7 @@ media::VideoSettings encoderSettings(const media::VideoComposition& video,
                                      media::VideoQuality quality) {
     return {.width = video.renderWidth & ~1,
             .height = video.renderHeight & ~1,
-            .averageBitRate = averageBitRate,
+            .averageBitRate = VideoExporter::averageBitRate,
             .expectedFrameRate = 1 / video.frameDuration.seconds(),
             .encoder = encoder,
             .quality = quality};

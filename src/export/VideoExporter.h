@@ -6,6 +6,7 @@
 #include "media/values/VideoQuality.h"
 #include "render/MovieSession.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <stop_token>
@@ -21,6 +22,9 @@ namespace vantro::exporting {
 /// leaves what was there. Throws VantroError. Blocks; the session's thread.
 class VideoExporter {
   public:
+    static constexpr std::int64_t averageBitRate = 20'000'000; ///< bit/s
+    static constexpr std::int64_t soundBitRate = 128'000;      ///< bit/s
+
     /// Frames a second; the recording's own unless set.
     void setFrameRate(int framesPerSecond) { m_frameRate = framesPerSecond; }
     /// Whether a movie that breaks off is exported up to there; else it is an error.
