@@ -55,6 +55,10 @@ Room roomAround(View zooms, double time, const model::Uuid& id, double duration)
     return room;
 }
 
+Room roomAround(const Zooms& zooms, const ClickEvent& zoom, double duration) {
+    return roomAround(zooms.list(), zoom.timestamp, zoom.id, duration);
+}
+
 /// Silenced clicks within the zoom: they are only points on its way.
 bool belongsTo(const ClickEvent& event, const ClickEvent& zoom) {
     return model::isSilenced(event) && event.timestamp > zoom.timestamp &&
@@ -67,14 +71,12 @@ double limitedLead(double wanted, double room, double now) {
     return std::min(std::max(wanted, shortestLead), std::max(room, std::min(now, shortestLead)));
 }
 
-double leadIn(View zooms, const ClickEvent& zoom, double wanted, double duration) {
-    const Room room = roomAround(zooms, zoom.timestamp, zoom.id, duration);
+double leadIn(const ClickEvent& zoom, double wanted, const Room& room) {
     const double most = std::min(zoom.timestamp, zoom.timestamp - room.start);
     return limitedLead(wanted, most, zoom.startOffset);
 }
 
-double leadOut(View zooms, const ClickEvent& zoom, double wanted, double duration) {
-    const Room room = roomAround(zooms, zoom.timestamp, zoom.id, duration);
+double leadOut(const ClickEvent& zoom, double wanted, const Room& room, double duration) {
     const double most = std::min(duration - zoom.timestamp, room.end - zoom.timestamp);
     return limitedLead(wanted, most, zoom.endOffset);
 }
@@ -93,16 +95,16 @@ bool isGiven(const std::optional<double>& value) {
     return value && std::isfinite(*value);
 }
 
-/// `zoom`, which is one of `zooms`, with the values that are given.
-ClickEvent withValues(View zooms, const ClickEvent& zoom, const ZoomValues& values,
+/// `zoom`, which stands in `room`, with the values that are given.
+ClickEvent withValues(const ClickEvent& zoom, const ZoomValues& values, const Room& room,
                       double duration) {
     ClickEvent result = zoom;
     if (isGiven(values.level))
         result.zoomLevel = std::clamp(*values.level, lowestLevel, highestLevel);
     if (isGiven(values.leadIn) && *values.leadIn != zoom.startOffset)
-        result.startOffset = leadIn(zooms, zoom, *values.leadIn, duration);
+        result.startOffset = leadIn(zoom, *values.leadIn, room);
     if (isGiven(values.leadOut) && *values.leadOut != zoom.endOffset)
-        result.endOffset = leadOut(zooms, zoom, *values.leadOut, duration);
+        result.endOffset = leadOut(zoom, *values.leadOut, room, duration);
     if (values.center && std::isfinite(values.center->x) && std::isfinite(values.center->y)) {
         result.x = values.center->x;
         result.y = values.center->y;
@@ -125,7 +127,7 @@ Zooms moved(const ZoomDrag& drag, double delta) {
     const ClickEvent* zoom = findZoom(drag.before, drag.id);
     if (zoom == nullptr || !std::isfinite(delta) || delta == 0)
         return drag.before;
-    const Room room = roomAround(drag.before.list(), zoom->timestamp, zoom->id, drag.duration);
+    const Room room = roomAround(drag.before, *zoom, drag.duration);
     const double now = zoom->timestamp;
     const double latest = std::min(drag.duration - zoom->endOffset, room.end - zoom->endOffset);
     const double earliest = std::max(zoom->startOffset, room.start + zoom->startOffset);
@@ -145,7 +147,8 @@ Zooms withStartMoved(const ZoomDrag& drag, double delta) {
     const ClickEvent* zoom = findZoom(drag.before, drag.id);
     if (zoom == nullptr || !std::isfinite(delta) || delta == 0)
         return drag.before;
-    const double lead = leadIn(drag.before.list(), *zoom, zoom->startOffset - delta, drag.duration);
+    const double lead =
+        leadIn(*zoom, zoom->startOffset - delta, roomAround(drag.before, *zoom, drag.duration));
     return withChanged(drag.before, drag.id, [&](auto& event) { event.startOffset = lead; });
 }
 
@@ -153,7 +156,8 @@ Zooms withEndMoved(const ZoomDrag& drag, double delta) {
     const ClickEvent* zoom = findZoom(drag.before, drag.id);
     if (zoom == nullptr || !std::isfinite(delta) || delta == 0)
         return drag.before;
-    const double lead = leadOut(drag.before.list(), *zoom, zoom->endOffset + delta, drag.duration);
+    const double lead = leadOut(*zoom, zoom->endOffset + delta,
+                                roomAround(drag.before, *zoom, drag.duration), drag.duration);
     return withChanged(drag.before, drag.id, [&](auto& event) { event.endOffset = lead; });
 }
 
@@ -162,7 +166,8 @@ Zooms changed(const Zooms& zooms, const model::Uuid& id, const ZoomValues& value
     const ClickEvent* found = findZoom(zooms, id);
     if (found == nullptr)
         return zooms;
-    const ClickEvent zoom = withValues(zooms.list(), *found, values, duration);
+    const ClickEvent zoom =
+        withValues(*found, values, roomAround(zooms, *found, duration), duration);
     if (zoom == *found)
         return zooms;
     return withChanged(zooms, id, [&](auto& event) { event = zoom; });
@@ -172,9 +177,16 @@ Zooms allChanged(const Zooms& zooms, const ZoomValues& values, double duration) 
     ZoomValues common = values;
     common.center.reset();
     List list = zooms;
+    std::vector<ClickEvent*> active;
     for (auto& event : list)
         if (!model::isSilenced(event))
-            event = withValues(list, event, common, duration);
+            active.push_back(&event);
+    std::ranges::stable_sort(active, {}, &ClickEvent::timestamp);
+    for (std::size_t i = 0; i < active.size(); ++i) {
+        const Room room{.start = i > 0 ? endOf(*active[i - 1]) : 0,
+                        .end = i + 1 < active.size() ? startOf(*active[i + 1]) : duration};
+        *active[i] = withValues(*active[i], common, room, duration);
+    }
     return list == zooms.list() ? zooms : Zooms(std::move(list));
 }
 
