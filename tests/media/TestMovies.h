@@ -29,12 +29,20 @@ Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 /// The picture that `source` shows at `t`; throws when it shows none.
 media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t);
 
-/// Painted numbers from 0 on, as a file of raw bgra pictures.
-void writeRawPictures(const std::filesystem::path& path, int count, int width, int height);
-
 /// Runs `ffmpeg -y <arguments>` in the folder of `output`, quoting as in a shell, and fails the
 /// test when that fails.
 void runFfmpeg(const std::string& arguments, const std::filesystem::path& output);
+
+struct NumberedPictures {
+    int count;
+    int width;
+    int height;
+    int rate; ///< a second
+};
+/// Makes a movie of painted numbers from 0 on; `options` are ffmpeg's, from further inputs on.
+void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPictures& pictures,
+                       const std::string& options);
+
 /// What ffprobe reports with `-show_<section>` for the first video stream.
 nlohmann::json probe(const std::filesystem::path& movie, const std::string& section);
 
