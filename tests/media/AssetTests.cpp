@@ -68,7 +68,7 @@ struct Storage {
     const char* name;
     const char* extension;
     const char* arguments;
-    int tolerance = 6; ///< of colours, for lossy coding
+    int tolerance = 6; ///< of colors, for lossy coding
 };
 
 class StoredPictures : public testing::TestWithParam<Storage> {};

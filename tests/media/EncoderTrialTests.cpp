@@ -33,7 +33,7 @@ TEST(EncoderTrial, findsWhatAnEncoderMakesOfItsOrders) {
     EXPECT_THAT(faultIn([](auto& codec) { av::setOption(codec, "profile", "main"); }),
                 HasSubstr("High profile"));
     EXPECT_THAT(faultIn([](auto& codec) { codec.colorspace = AVCOL_SPC_UNSPECIFIED; }),
-                HasSubstr("colours mean"));
+                HasSubstr("colors mean"));
     EXPECT_THAT(faultIn([](auto& codec) { codec.max_b_frames = 2; }), HasSubstr("order"));
 }
 
@@ -46,7 +46,7 @@ TEST(EncoderTrial, findsWrongPicturesMissingOnesAndFailure) {
         return avcodec_send_frame(codec, swapped.get());
     };
     EXPECT_THAT(av::faultInTrial(standInEncoder(swapsChroma), filmSettings()),
-                HasSubstr("wrong colours"));
+                HasSubstr("wrong colors"));
     const auto drops = [](AVCodecContext* codec, const AVFrame* picture) {
         return picture != nullptr && picture->pts > 0 ? 0 : avcodec_send_frame(codec, picture);
     };

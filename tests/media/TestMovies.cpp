@@ -14,7 +14,7 @@ namespace {
 
 constexpr int blocks = 12;
 
-/// The blocks stand in the upper quarter, leaving the rest to the picture's colour.
+/// The blocks stand in the upper quarter, leaving the rest to the picture's color.
 int blockSide(int width) {
     return width / blocks;
 }

@@ -15,15 +15,15 @@ namespace vantro::test {
 
 using Rgb = std::array<int, 3>;
 
-/// A picture of one colour that shows `number` (below 4096) as a row of black and white blocks,
-/// which survive lossy coding, scaling and any colour space.
+/// A picture of one color that shows `number` (below 4096) as a row of black and white blocks,
+/// which survive lossy coding, scaling and any color space.
 std::shared_ptr<media::PixelBuffer> paintedNumber(int number, int width, int height,
                                                   Rgb color = {30, 120, 200});
 /// The number painted into the picture.
 int numberIn(const media::PixelBuffer& picture);
 /// Red, green and blue of these samples, straight from the standards' definitions.
 std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v);
-/// The picture's colour at a place, by floating-point arithmetic of our own.
+/// The picture's color at a place, by floating-point arithmetic of our own.
 Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 
 /// The picture that `source` shows at `t`; throws when it shows none.
