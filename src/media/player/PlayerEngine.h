@@ -155,7 +155,7 @@ class PlayerEngine {
     PictureQueue m_queue;
     MediaTime m_frameDuration;
     MediaTime m_shownTime;
-    base::HostTime m_startedAt;
+    base::HostTime m_startDue; ///< when playing begins, whatever is there by then
     Wishes m_wishes;
     PlayerCounts m_counts;
     std::vector<Tick> m_ticks;
