@@ -28,12 +28,6 @@ std::string_view rawValue(CanvasAspectRatio aspect) {
     return {};
 }
 
-std::optional<CanvasAspectRatio> canvasAspectRatioFrom(std::string_view text) {
-    const auto* found = std::ranges::find_if(allCanvasAspectRatios,
-                                             [&](auto aspect) { return rawValue(aspect) == text; });
-    return found == allCanvasAspectRatios.end() ? std::nullopt : std::optional(*found);
-}
-
 std::optional<double> targetRatio(CanvasAspectRatio aspect, Size videoSize) {
     switch (aspect) {
     case CanvasAspectRatio::ratio16x9:

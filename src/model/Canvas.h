@@ -16,7 +16,6 @@ inline constexpr std::array allCanvasAspectRatios{
 
 /// The label, which is also the JSON form: "Auto", "16:9", "4:3", "1:1", "9:16".
 std::string_view rawValue(CanvasAspectRatio aspect);
-std::optional<CanvasAspectRatio> canvasAspectRatioFrom(std::string_view rawValue);
 
 /// Width ÷ height; for automatic the video's own, nothing while that is unknown (a zero size).
 std::optional<double> targetRatio(CanvasAspectRatio aspect, Size videoSize);

@@ -1,20 +1,8 @@
 #include "model/Choices.h"
 
-#include <array>
+#include <algorithm>
 
 namespace vantro::model {
-namespace {
-
-template <typename Choice, std::size_t count>
-std::optional<Choice> choiceFrom(const std::array<Choice, count>& choices, std::string_view text) {
-    for (const auto choice : choices) {
-        if (rawValue(choice) == text)
-            return choice;
-    }
-    return std::nullopt;
-}
-
-} // namespace
 
 std::string_view rawValue(WebcamPosition position) {
     switch (position) {
@@ -42,12 +30,10 @@ std::string_view rawValue(CaptureMode mode) {
     return {};
 }
 
-std::optional<WebcamPosition> webcamPositionFrom(std::string_view text) {
-    return choiceFrom(allWebcamPositions, text);
-}
-
 std::optional<CaptureMode> captureModeFrom(std::string_view text) {
-    return choiceFrom(allCaptureModes, text);
+    const auto* found =
+        std::ranges::find_if(allCaptureModes, [&](auto mode) { return rawValue(mode) == text; });
+    return found == allCaptureModes.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace vantro::model

@@ -21,7 +21,6 @@ inline constexpr std::array allCaptureModes{CaptureMode::screen, CaptureMode::wi
 /// The JSON and command-line form: the case's own name.
 std::string_view rawValue(WebcamPosition position);
 std::string_view rawValue(CaptureMode mode);
-std::optional<WebcamPosition> webcamPositionFrom(std::string_view rawValue);
 std::optional<CaptureMode> captureModeFrom(std::string_view rawValue);
 
 } // namespace vantro::model

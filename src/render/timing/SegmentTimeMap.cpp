@@ -69,12 +69,4 @@ std::string speedLabel(double speed) {
                                       : fmt::format("{:.1f}x", speed);
 }
 
-std::string timeLabel(double seconds) {
-    constexpr double largest = 1e15; // still exact, and far from an integer's end
-    const auto whole =
-        std::isfinite(seconds) && std::abs(seconds) < largest ? static_cast<long long>(seconds) : 0;
-    const auto minutes = whole / 60;
-    return fmt::format("{:02}:{:02}", minutes, whole - 60 * minutes);
-}
-
 } // namespace vantro::render

@@ -39,7 +39,5 @@ const model::TimelineSegment* segmentAt(std::span<const model::TimelineSegment> 
                                         double fraction);
 /// "2x", "1.5x".
 std::string speedLabel(double speed);
-/// Minutes and whole seconds, "01:15"; minutes run past 60. What is not finite gives "00:00".
-std::string timeLabel(double seconds);
 
 } // namespace vantro::render
