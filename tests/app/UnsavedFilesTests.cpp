@@ -8,6 +8,7 @@
 #include "export/RecordingFixture.h"
 #include "media/MovieRecovery.h"
 #include "model/VantroError.h"
+#include "support/Ffmpeg.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -102,11 +103,6 @@ TEST_F(UnsavedFiles, TheNewestRecordingComesFirstWithItsNameSizeLengthAndPicture
     EXPECT_FALSE(damaged.seconds || damaged.picture);
 }
 
-void makeMovie(const std::string& arguments, const fs::path& output) {
-    const auto command = fmt::format("ffmpeg -v error -y {} '{}'", arguments, output.string());
-    ASSERT_EQ(std::system(command.c_str()), 0) << command;
-}
-
 struct Container {
     const char* extension;
     const char* codecs;
@@ -118,9 +114,9 @@ class ImportedMovie : public UnsavedFiles, public testing::WithParamInterface<Co
 TEST_P(ImportedMovie, BecomesAProjectWithoutClicksAndStaysAsItIs) {
     const auto& [extension, codecs, hasSound] = GetParam();
     const auto movie = folder / ("My trip." + std::string(extension));
-    makeMovie(fmt::format("-f lavfi -i color=red:s=320x180:r=25:d=2 {} {}",
-                          hasSound ? "-f lavfi -i sine=d=2" : "", codecs),
-              movie);
+    test::runFfmpeg(fmt::format("-f lavfi -i color=red:s=320x180:r=25:d=2 {} {}",
+                                hasSound ? "-f lavfi -i sine=d=2" : "", codecs),
+                    movie);
     const auto before = test::contentOf(movie);
     EXPECT_TRUE(files::hasMovieName(movie));
     const auto project = files::importMovie(movie);
@@ -153,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& movie) { return movie.param.extension; });
 
 TEST_F(UnsavedFiles, AMovieThatCannotBeImportedIsRefusedWithItsReasonAndLeavesNothing) {
-    makeMovie("-f lavfi -i sine=d=1 -c:a aac", folder / "sound.mp4");
+    test::runFfmpeg("-f lavfi -i sine=d=1 -c:a aac", folder / "sound.mp4");
     folder.write("text.webm", "no movie");
     for (const auto& [name, told] : {std::pair{"sound.mp4", "holds no pictures"},
                                      {"text.webm", "text.webm"},

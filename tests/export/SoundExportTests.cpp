@@ -3,10 +3,10 @@
 #include "export/VideoExporter.h"
 #include "media/FrameSource.h"
 #include "media/Sound.h"
+#include "support/Ffmpeg.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <fstream>
 #include <stop_token>
 
@@ -29,11 +29,10 @@ void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds,
         picture, 160, 90, frameRate, seconds * frameRate, [](media::PixelBuffer& bgra, int frame) {
             fill(bgra, frame % frameRate < frameRate / 10 ? Rgb{255, 255, 255} : Rgb{0, 0, 0});
         });
-    const auto command = fmt::format("ffmpeg -nostdin -v error -y -i '{}' -f lavfi -i "
-                                     "\"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)':s=48000:"
-                                     "d={}\" -c:v copy {} '{}'",
-                                     picture.string(), seconds, coding, movie.string());
-    ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe)
+    runFfmpeg("-i picture.mov -f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)*lt(mod(t,1),0.1)'"
+              ":s=48000:d=" +
+                  std::to_string(seconds) + "\" -c:v copy " + coding,
+              movie);
     std::filesystem::remove(picture);
 }
 

@@ -84,13 +84,6 @@ media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t) {
     return *frame;
 }
 
-void runFfmpeg(const std::string& arguments, const std::filesystem::path& output) {
-    const std::string command = "cd " + quoted(output.parent_path()) +
-                                " && ffmpeg -nostdin -v error -y " + arguments + " " +
-                                quoted(output);
-    ASSERT_EQ(std::system(command.c_str()), 0) << command; // NOLINT(concurrency-mt-unsafe)
-}
-
 void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPictures& pictures,
                        const std::string& options) {
     const auto& [count, width, height, rate] = pictures;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/FrameSource.h"
+#include "support/Ffmpeg.h"
 #include "support/TemporaryFolder.h"
 
 #include <array>
@@ -28,10 +29,6 @@ Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 
 /// The picture that `source` shows at `t`; throws when it shows none.
 media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t);
-
-/// Runs `ffmpeg -y <arguments>` in the folder of `output`, quoting as in a shell, and fails the
-/// test when that fails.
-void runFfmpeg(const std::string& arguments, const std::filesystem::path& output);
 
 struct NumberedPictures {
     int count;

@@ -1,11 +1,11 @@
 #include "editor/bars/StripTiles.h"
+#include "support/Ffmpeg.h"
 #include "window/Contrast.h"
 #include "window/WindowFixture.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-#include <cstdlib>
 
 namespace vantro::editor::bars {
 namespace {
@@ -19,11 +19,9 @@ class RecordingStripTest : public test::WindowFixture {
         const auto picture = files.filePath(QStringLiteral("picture.mov")).toStdString();
         const auto movie = files.filePath(QStringLiteral("shown.mov")).toStdString();
         test::writeColorClock(picture, 320, 180, 10, 4);
-        const auto command = "ffmpeg -v error -i '" + picture +
-                             "' -f lavfi -i \"aevalsrc='0.9*sin(2*PI*700*t)*between(t,2,2.5)'"
-                             ":s=48000:d=4\" -c:v copy -c:a aac '" +
-                             movie + "'";
-        ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe)
+        test::runFfmpeg("-i picture.mov -f lavfi -i \"aevalsrc='0.9*sin(2*PI*700*t)*"
+                        "between(t,2,2.5)':s=48000:d=4\" -c:v copy -c:a aac",
+                        movie);
         showWindow();
         showEditor();
         ASSERT_TRUE(QTest::qWaitFor([this] { return preview.transport()->duration() > 0; }));
