@@ -45,7 +45,9 @@ void addResolutionOption(base::Command command, exporting::ExportResolution& tar
     command
         .option(
             "--resolution",
-            [&target](const std::string& name) { target = *exporting::exportResolutionFrom(name); },
+            [&target](const std::string& name) {
+                target = exporting::exportResolutionFrom(name).value_or(target); // checked below
+            },
             "Size of the output before the canvas aspect (default: original)")
         .valueName("original|4k|1080p|720p")
         .check([](const std::string& name) {

@@ -60,7 +60,11 @@ void addNamedOption(base::Command command, const std::string& option, const Case
                            [](auto value) { return optionName(value); });
     command
         .option(
-            option, [=, &target](const std::string& name) { target = *fromName(name); }, help)
+            option,
+            [=, &target](const std::string& name) {
+                target = fromName(name).value_or(cases.front()); // checked below
+            },
+            help)
         .valueName(fmt::format("{}", fmt::join(names, "|")))
         .check([=](const std::string& name) {
             return fromName(name) ? std::string{}

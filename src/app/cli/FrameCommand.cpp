@@ -18,7 +18,8 @@ struct Options {
     bool force = false;
 };
 
-int runFrame(const Options& options) {
+/// `time` in seconds of the film, or of the recording where that was asked for.
+int runFrame(const Options& options, double time) {
     requireWritableOutput(options.output, options.force);
     const auto project = loadProject(options.project);
     const auto timeLine = options.sourceTime ? render::TimeLine::source : render::TimeLine::film;
@@ -26,9 +27,7 @@ int runFrame(const Options& options) {
                                  makeRequestedRenderer(options.renderer), timeLine);
     const auto canvas =
         session.canvas(exporting::baseSize(options.resolution, session.videoSize()));
-    const auto pixels =
-        session.still(options.sourceTime ? *options.sourceTime : *options.time, canvas);
-    media::writePng(options.output, *pixels);
+    media::writePng(options.output, *session.still(time, canvas));
     return exitSuccess;
 }
 
@@ -51,9 +50,10 @@ void addFrameCommand(base::Command app, CommandAction& action) {
     addRendererOption(command, options->renderer);
     command.flag("--force", options->force, "Replace an existing file");
     command.whenChosen([options, &action] {
-        if (!options->time && !options->sourceTime)
+        const auto wanted = options->sourceTime ? options->sourceTime : options->time;
+        if (!wanted)
             throw base::UsageError("--time", "is required, or --source-time");
-        action = [options] { return runFrame(*options); };
+        action = [options, wanted = *wanted] { return runFrame(*options, wanted); };
     });
 }
 

@@ -52,7 +52,8 @@ void AveragedRows::prepare(const AveragedAxis& columns, const AveragedAxis& rows
         for (int texel = columns.first(column); texel < columns.first(column) + m_taps; ++texel)
             m_weights.push_back(texel < columns.end(column) ? columns.share(texel, column) : 0);
     // Taps of no weight may lie past the last column, where no sum is written.
-    const auto texels = static_cast<std::size_t>(m_texelEnd - m_texelBegin + m_taps);
+    const auto texels =
+        static_cast<std::size_t>(std::ptrdiff_t{m_texelEnd} - m_texelBegin + m_taps);
     m_sums.assign(texels * 4 + sumOverrun, 0);
 }
 

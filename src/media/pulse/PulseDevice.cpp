@@ -184,6 +184,8 @@ void PulseDevice::openStream() {
         m_stream.get(),
         [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->growBuffer(); }, this);
     const auto buffer = bufferOf(m_latency);
+    // The C library's enumeration stands for sets of its values.
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange)
     constexpr auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_playback(m_stream.get(), nullptr, &buffer, flags, nullptr, nullptr) < 0)

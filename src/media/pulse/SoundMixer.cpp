@@ -39,8 +39,10 @@ void SoundMixer::mix(const SoundBlock& block, std::int64_t first, std::span<floa
 
 std::array<float, SoundMixer::fadeLength * 2> SoundMixer::lastDyingAway() const {
     std::array<float, fadeLength * channels> sound{};
-    for (std::size_t i = 0; i < sound.size(); ++i)
-        sound[i] = m_last[i % channels] * (1 - static_cast<float>(i / channels + 1) * glide);
+    for (std::size_t i = 0; i < sound.size(); ++i) {
+        const auto frame = i / channels;
+        sound[i] = m_last[i % channels] * (1 - static_cast<float>(frame + 1) * glide);
+    }
     return sound;
 }
 

@@ -85,8 +85,10 @@ void SoundQueue::cutOff() {
         const auto available = std::min(m_decoded - next(), SoundMixer::fadeLength);
         m_tail.assign(samples(available), 0);
         mixInto(m_written, m_tail);
-        for (std::size_t i = 0; i < m_tail.size(); ++i)
-            m_tail[i] *= 1 - (static_cast<float>(i / channels) + 1) / static_cast<float>(available);
+        for (std::size_t i = 0; i < m_tail.size(); ++i) {
+            const auto frame = i / channels;
+            m_tail[i] *= 1 - (static_cast<float>(frame) + 1) / static_cast<float>(available);
+        }
     }
     m_mixer.riseFromSilence();
     m_hasRunDry = true;
@@ -229,7 +231,9 @@ void SoundQueue::heard(base::HostTime at, double position) {
     const std::lock_guard lock(m_mutex);
     m_clock.observe(at, position);
     const auto smooth = m_clock.position(at);
-    const Piece* piece = smooth ? pieceAt(*smooth) : nullptr;
+    if (!smooth)
+        return;
+    const Piece* piece = pieceAt(*smooth);
     if (piece && piece->run == m_run &&
         *smooth < static_cast<double>(piece->position + piece->frames))
         m_anchor = {at, static_cast<double>(piece->start - piece->position) + *smooth};
@@ -246,7 +250,9 @@ const SoundQueue::Piece* SoundQueue::pieceAt(double position) const {
 std::optional<player::SoundReading> SoundQueue::reading(base::HostTime now) {
     const std::lock_guard lock(m_mutex);
     const auto heard = m_isPlaying ? m_clock.position(now) : std::nullopt;
-    const Piece* piece = heard ? pieceAt(*heard) : nullptr;
+    if (!heard)
+        return {};
+    const Piece* piece = pieceAt(*heard);
     if (!piece || piece->run != m_run)
         return {};
     const double since = *heard - static_cast<double>(piece->position);
