@@ -2,9 +2,36 @@
 
 #include "base/Log.h"
 
-#include <fmt/format.h>
+#include <algorithm>
+#include <chrono>
 
 namespace vantro::capture {
+namespace {
+
+using namespace std::chrono_literals;
+using media::mixing::channelCount;
+using media::mixing::sampleRate;
+
+constexpr std::int32_t nanoseconds = 1'000'000'000;
+// Sound is on its way for less than a tenth of a second; the user waits for the stop.
+constexpr auto longestWait = 400ms;
+// The writer fills what lies before it.
+constexpr std::int64_t lastSilence = sampleRate;
+
+/// Rounded to the nearest.
+std::int64_t framesIn(base::HostDuration span) {
+    return (span.count() * (sampleRate / 1000) + 500'000) / 1'000'000;
+}
+
+base::HostDuration lengthOf(std::int64_t frames) {
+    return base::HostDuration(frames * 1'000'000 / (sampleRate / 1000));
+}
+
+base::HostTime timeOf(const media::AudioBuffer& buffer) {
+    return base::HostTime(base::HostDuration(buffer.presentationTime.rescaled(nanoseconds).value));
+}
+
+} // namespace
 
 const char* nameOf(SoundKind kind) {
     return kind == SoundKind::system ? "System audio" : "Microphone";
@@ -12,12 +39,13 @@ const char* nameOf(SoundKind kind) {
 
 SoundTrack::SoundTrack(SoundKind kind, std::unique_ptr<SoundSource> source,
                        media::AssetWriter& writer, std::size_t index, SharedRecordingClock& clock,
-                       RecordingProgress& progress)
+                       RecordingProgress& progress, std::function<void()> onSound)
     : m_kind(kind)
     , m_writer(writer)
     , m_index(index)
     , m_clock(clock)
     , m_progress(progress)
+    , m_onSound(std::move(onSound))
     , m_source(std::move(source)) {}
 
 SoundTrack::~SoundTrack() = default;
@@ -27,25 +55,76 @@ void SoundTrack::start() {
 }
 
 void SoundTrack::stop() {
+    awaitSoundUpTo(m_clock.with([](const RecordingClock& clock) { return clock.stopTime(); }));
     m_source->stop();
+    fillUp();
+}
+
+void SoundTrack::awaitSoundUpTo(base::HostTime time) {
+    std::unique_lock lock(m_mutex);
+    m_arrived.wait_until(lock, base::hostNow() + longestWait,
+                         [&] { return m_soundUpTo >= time || m_isMissing; });
 }
 
 void SoundTrack::sound(media::AudioBuffer buffer) {
-    constexpr std::int32_t nanoseconds = 1'000'000'000;
-    const base::HostTime time(
-        base::HostDuration(buffer.presentationTime.rescaled(nanoseconds).value));
-    const auto movieTime =
-        m_clock.with([time](const RecordingClock& clock) { return clock.movieTime(time); });
-    if (!movieTime)
-        return;
-    buffer.presentationTime = {.value = movieTime->count(), .timescale = nanoseconds};
-    if (m_writer.appendAudio(m_index, std::move(buffer)))
-        m_hasSound = true;
+    const auto from = timeOf(buffer);
+    const auto to = from + lengthOf(buffer.frameCount());
+    m_level.take(from, buffer.samples);
+    m_progress.sounds(m_kind, m_level);
+    const auto parts =
+        m_clock.with([&](const RecordingClock& clock) { return clock.parts(from, to); });
+    for (const auto& part : parts) {
+        const auto first = framesIn(part.from - from);
+        const auto end = std::min(framesIn(part.to - from), buffer.frameCount());
+        append({.presentationTime = {.value = part.movieTime.count(), .timescale = nanoseconds},
+                .samples = {buffer.samples.begin() + first * channelCount,
+                            buffer.samples.begin() + end * channelCount}});
+    }
+    const std::lock_guard lock(m_mutex);
+    m_soundUpTo = to;
+    m_arrived.notify_all();
 }
 
-void SoundTrack::soundStopped(const std::string& error) {
-    base::logWarning("{} has ended: {}", nameOf(m_kind), error);
-    m_progress.lost(fmt::format("{}: {}", nameOf(m_kind), error));
+void SoundTrack::append(media::AudioBuffer buffer) {
+    if (m_hasFailed || buffer.samples.empty())
+        return;
+    const auto end = base::HostDuration(buffer.presentationTime.rescaled(nanoseconds).value) +
+                     lengthOf(buffer.frameCount());
+    if (m_writer.appendAudio(m_index, std::move(buffer))) {
+        m_end = end;
+        if (!m_hasSound.exchange(true))
+            m_onSound();
+    } else if (const auto failure = m_writer.audioFailure(m_index)) {
+        m_hasFailed = true;
+        m_progress.lost(nameOf(m_kind), *failure);
+    }
+}
+
+/// The source has stopped.
+void SoundTrack::fillUp() {
+    const auto length =
+        m_clock.with([](const RecordingClock& clock) { return clock.length(clock.stopTime()); });
+    const auto missing = std::min(framesIn(length - m_end), lastSilence);
+    if (!m_hasSound || missing <= 0)
+        return;
+    const auto begin = length - lengthOf(missing);
+    append({.presentationTime = {.value = begin.count(), .timescale = nanoseconds},
+            .samples = std::vector<float>(static_cast<std::size_t>(missing * channelCount))});
+}
+
+void SoundTrack::soundMissing(const std::string& reason) {
+    base::logWarning("{}: {}; recording silence until it returns", nameOf(m_kind), reason);
+    m_progress.lost(nameOf(m_kind), reason);
+    const std::lock_guard lock(m_mutex);
+    m_isMissing = true;
+    m_arrived.notify_all();
+}
+
+void SoundTrack::soundReturned() {
+    base::logInfo("{} has returned", nameOf(m_kind));
+    m_progress.returned(nameOf(m_kind));
+    const std::lock_guard lock(m_mutex);
+    m_isMissing = false;
 }
 
 } // namespace vantro::capture

@@ -41,8 +41,8 @@ capture::PlatformAbilities DesktopRecording::abilities() {
 
 std::shared_ptr<capture::Recorder>
 DesktopRecording::makeRecorder(capture::RecordingRequest request) {
-    auto recorder =
-        std::make_shared<capture::RecordingSession>(std::move(request), app::connectDesktop);
+    auto recorder = std::make_shared<capture::RecordingSession>(
+        std::move(request), app::connectDesktop, app::desktopSound());
     m_recorder = recorder;
     return recorder;
 }

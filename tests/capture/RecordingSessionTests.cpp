@@ -34,7 +34,8 @@ class RecordingSessionTest : public testing::Test {
     /// Records what the test's platform shows; the session owns the platform.
     std::unique_ptr<RecordingSession> makeSession(const RecordingRequest& request = {}) {
         return std::make_unique<RecordingSession>(
-            request, [this] { return std::make_unique<test::ScriptedPlatform>(script); });
+            request, [this] { return std::make_unique<test::ScriptedPlatform>(script); },
+            std::make_unique<test::ScriptedSound>(script));
     }
     std::unique_ptr<RecordingSession> startedSession(const RecordingRequest& request = {}) {
         auto session = makeSession(request);
@@ -166,9 +167,8 @@ media::AudioBuffer tone(base::HostTime time) {
 }
 
 TEST_F(RecordingSessionTest, RecordsASoundAlongWithTheScreen) {
-    script->hasMicrophone = true;
     RecordingRequest request;
-    request.sources = {.systemSound = true, .microphone = true};
+    request.sources.systemSound = request.sources.microphone = true;
     const auto recorder = startedSession(request);
     script->sound->sound(tone(base::hostNow())); // before time zero
     const auto zero = base::hostNow();
@@ -188,7 +188,6 @@ TEST_F(RecordingSessionTest, RecordsASoundAlongWithTheScreen) {
 }
 
 TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
-    script->hasMicrophone = true;
     RecordingRequest request;
     request.sources.microphone = true;
     for (const bool failsAtStart : {true, false}) {
@@ -196,7 +195,7 @@ TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
         const auto recorder = startedSession(request);
         deliver(flatPicture(60));
         if (!failsAtStart)
-            script->sound->soundStopped("it was unplugged");
+            script->sound->soundMissing("it was unplugged");
         deliver(flatPicture(90));
         EXPECT_FALSE(recorder->stop().hasMicrophoneAudio);
         EXPECT_EQ(recorder->statistics().framesCaptured, 2);

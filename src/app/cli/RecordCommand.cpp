@@ -131,7 +131,7 @@ model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesyst
 
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
-    capture::RecordingSession recorder(options.request, connectDesktop);
+    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound());
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted))) {

@@ -149,7 +149,8 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
                                       .windowTitle = {},
                                       .sources = {.systemSound = m_state.systemAudioEnabled(),
                                                   .microphone = m_state.microphoneAudioEnabled(),
-                                                  .camera = m_state.webcamEnabled()}};
+                                                  .camera = m_state.webcamEnabled(),
+                                                  .microphoneDevice = {}}};
     if (m_state.selectedWindow())
         request.windowID = m_state.selectedWindow()->windowID;
     return request;
