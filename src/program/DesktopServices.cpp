@@ -36,7 +36,12 @@ std::vector<capture::ShareableDisplay> DesktopRecording::displays() {
 
 capture::PlatformAbilities DesktopRecording::abilities() {
     auto* platform = connected();
-    return platform != nullptr ? platform->abilities() : capture::noAbilities(m_whyNot);
+    if (platform == nullptr)
+        return capture::noAbilities(m_whyNot);
+    auto able = platform->abilities();
+    able.systemSound = m_sound.system;
+    able.microphone = m_sound.microphone;
+    return able;
 }
 
 std::shared_ptr<capture::Recorder>

@@ -152,11 +152,13 @@ void SoundServer::addOutput(const std::string& name) {
 }
 
 void SoundServer::addMicrophone(const std::string& name) {
-    control("load-module module-null-sink channels=1 channel_map=mono sink_name=" + name + "_feed" +
-            promptOption());
+    const auto feed = name + "_feed";
+    if (!succeeds("pactl list short sinks | grep -q " + feed))
+        control("load-module module-null-sink channels=1 channel_map=mono sink_name=" + feed +
+                promptOption());
     control("load-module module-remap-source channels=1 channel_map=mono master_channel_map=mono "
             "source_name=" +
-            name + " master=" + name + "_feed.monitor");
+            name + " master=" + feed + ".monitor");
     if (!eventually([&] {
             return succeeds("pactl set-default-source " + name +
                             " && pactl get-default-source | grep -q " + name);

@@ -121,18 +121,8 @@ void PulseInput::contextChanged(pa_context& context) {
     const auto state = pa_context_get_state(&context);
     if (!PA_CONTEXT_IS_GOOD(state))
         m_lost = refusalOf(context);
-    if (state != PA_CONTEXT_READY)
-        return;
-    pa_context_set_subscribe_callback(
-        &context,
-        [](pa_context* connection, pa_subscription_event_type_t, std::uint32_t, void* self) {
-            static_cast<PulseInput*>(self)->m_query.ask(*connection);
-        },
-        this);
-    constexpr auto news = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER |
-                                                              PA_SUBSCRIPTION_MASK_SOURCE);
-    pulse::forget(pa_context_subscribe(&context, news, nullptr, nullptr));
-    m_query.ask(context);
+    else if (state == PA_CONTEXT_READY)
+        m_query.follow(context);
 }
 
 /// The server has said what there is.

@@ -26,6 +26,19 @@ void PulseQuery::ask(pa_context& context) {
         this));
 }
 
+void PulseQuery::follow(pa_context& context) {
+    pa_context_set_subscribe_callback(
+        &context,
+        [](pa_context* connection, pa_subscription_event_type_t, std::uint32_t, void* self) {
+            static_cast<PulseQuery*>(self)->ask(*connection);
+        },
+        this);
+    constexpr auto news = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER |
+                                                              PA_SUBSCRIPTION_MASK_SOURCE);
+    pulse::forget(pa_context_subscribe(&context, news, nullptr, nullptr));
+    ask(context);
+}
+
 /// The names are the server's own: what it makes of "@DEFAULT_MONITOR@" may be a microphone.
 void PulseQuery::takeDefaults(pa_context& context, const pa_server_info* info) {
     if (info == nullptr)

@@ -20,6 +20,8 @@ class PulseQuery {
 
     /// A question under way is followed by another one, as it may have been too early.
     void ask(pa_context& context);
+    /// Asks now and whenever the server has news of its devices.
+    void follow(pa_context& context);
     /// The connection is gone, and with it the answer.
     void forget() { m_isAsking = m_isAskedAgain = false; }
 
