@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace vantro::capture {
 namespace {
@@ -15,6 +16,8 @@ using media::mixing::sampleRate;
 constexpr std::int32_t nanoseconds = 1'000'000'000;
 // Sound is on its way for less than a tenth of a second; the user waits for the stop.
 constexpr auto longestWait = 400ms;
+// Servers mix up to two seconds ahead, in pieces of 40 ms; more would only take memory.
+constexpr std::size_t mostEarly = 256;
 // The writer fills what lies before it.
 constexpr std::int64_t lastSilence = sampleRate;
 
@@ -29,6 +32,10 @@ base::HostDuration lengthOf(std::int64_t frames) {
 
 base::HostTime timeOf(const media::AudioBuffer& buffer) {
     return base::HostTime(base::HostDuration(buffer.presentationTime.rescaled(nanoseconds).value));
+}
+
+base::HostTime endOf(const media::AudioBuffer& buffer) {
+    return timeOf(buffer) + lengthOf(buffer.frameCount());
 }
 
 } // namespace
@@ -57,6 +64,8 @@ void SoundTrack::start() {
 void SoundTrack::stop() {
     awaitSoundUpTo(m_clock.with([](const RecordingClock& clock) { return clock.stopTime(); }));
     m_source->stop();
+    for (const auto& buffer : std::exchange(m_early, {}))
+        place(buffer);
     fillUp();
 }
 
@@ -67,12 +76,25 @@ void SoundTrack::awaitSoundUpTo(base::HostTime time) {
 }
 
 void SoundTrack::sound(media::AudioBuffer buffer) {
-    const auto from = timeOf(buffer);
-    const auto to = from + lengthOf(buffer.frameCount());
-    m_level.take(from, buffer.samples);
+    m_level.take(timeOf(buffer), buffer.samples);
     m_progress.sounds(m_kind, m_level);
+    const auto end = endOf(buffer);
+    m_early.push_back(std::move(buffer));
+    const auto now = base::hostNow();
+    while (!m_early.empty() && (endOf(m_early.front()) <= now || m_early.size() > mostEarly)) {
+        place(m_early.front());
+        m_early.pop_front();
+    }
+    const std::lock_guard lock(m_mutex);
+    m_soundUpTo = end;
+    m_arrived.notify_all();
+}
+
+/// Puts what of it is part of the movie into its place.
+void SoundTrack::place(const media::AudioBuffer& buffer) {
+    const auto from = timeOf(buffer);
     const auto parts =
-        m_clock.with([&](const RecordingClock& clock) { return clock.parts(from, to); });
+        m_clock.with([&](const RecordingClock& clock) { return clock.parts(from, endOf(buffer)); });
     for (const auto& part : parts) {
         const auto first = framesIn(part.from - from);
         const auto end = std::min(framesIn(part.to - from), buffer.frameCount());
@@ -80,9 +102,6 @@ void SoundTrack::sound(media::AudioBuffer buffer) {
                 .samples = {buffer.samples.begin() + first * channelCount,
                             buffer.samples.begin() + end * channelCount}});
     }
-    const std::lock_guard lock(m_mutex);
-    m_soundUpTo = to;
-    m_arrived.notify_all();
 }
 
 void SoundTrack::append(media::AudioBuffer buffer) {

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -40,6 +41,7 @@ class SoundTrack final : public RecordingSource, private SoundOutput {
     void sound(media::AudioBuffer buffer) override;
     void soundMissing(const std::string& reason) override;
     void soundReturned() override;
+    void place(const media::AudioBuffer& buffer);
     void append(media::AudioBuffer buffer);
     void awaitSoundUpTo(base::HostTime time);
     void fillUp();
@@ -54,6 +56,8 @@ class SoundTrack final : public RecordingSource, private SoundOutput {
     SoundLevel m_level;         // the source's thread
     bool m_hasFailed = false;   // likewise
     base::HostDuration m_end{}; // of the track so far; likewise
+    /// What will be heard only after now: the stop or a pause may come before. Likewise.
+    std::deque<media::AudioBuffer> m_early;
     std::mutex m_mutex;
     std::condition_variable m_arrived;
     base::HostTime m_soundUpTo;            // guarded by m_mutex
