@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 
+#include "capture/sound/PulseSoundDevices.h"
 #include "capture/x11/X11CapturePlatform.h"
 #include "model/VantroError.h"
 
@@ -17,6 +18,10 @@ Value valueOrThrow(std::expected<Value, std::string> result) {
 
 std::unique_ptr<capture::CapturePlatform> connectDesktop() {
     return valueOrThrow(capture::x11::connectX11());
+}
+
+std::unique_ptr<capture::SoundDevices> desktopSound() {
+    return capture::sound::makePulseSoundDevices();
 }
 
 capture::ShareableContent shareableContent(capture::CapturePlatform& platform,

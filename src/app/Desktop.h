@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/CapturePlatform.h"
+#include "capture/SoundDevices.h"
 
 #include <memory>
 
@@ -9,6 +10,9 @@ namespace vantro::app {
 /// The desktop that this program runs on. Throws VantroError captureStartFailed, which says which
 /// display cannot be reached or what it lacks.
 std::unique_ptr<capture::CapturePlatform> connectDesktop();
+
+/// The sound of that desktop.
+std::unique_ptr<capture::SoundDevices> desktopSound();
 
 /// What can be recorded now. Throws VantroError captureStartFailed.
 capture::ShareableContent shareableContent(

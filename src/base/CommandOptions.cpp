@@ -50,6 +50,11 @@ CommandOption CommandOption::existingFolder() {
     return *this;
 }
 
+CommandOption CommandOption::optionalValue() {
+    m_option->expected(0, 1);
+    return *this;
+}
+
 CommandOption CommandOption::count(int values) {
     m_option->expected(values);
     return *this;

@@ -39,6 +39,8 @@ class CommandOption {
     CommandOption oneOf(std::initializer_list<const char*> values);
     CommandOption within(double lowest, double highest);
     CommandOption existingFolder();
+    /// It may stand without a value, which is then the empty text.
+    CommandOption optionalValue();
     /// It takes so many values.
     CommandOption count(int values);
     CommandOption needs(CommandOption other);

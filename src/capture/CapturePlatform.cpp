@@ -28,12 +28,6 @@ std::unique_ptr<TargetQuestion> CapturePlatform::findTarget(const RecordingReque
     return nullptr;
 }
 
-std::expected<std::unique_ptr<SoundSource>, std::string>
-CapturePlatform::makeSoundSource(SoundKind kind) {
-    const PlatformAbilities able = abilities();
-    return std::unexpected((kind == SoundKind::system ? able.systemSound : able.microphone).whyNot);
-}
-
 std::optional<RecordingTarget>
 awaitTarget(CapturePlatform& platform, const RecordingRequest& request, std::stop_token cancelled) {
     std::mutex mutex;

@@ -4,7 +4,6 @@
 #include "capture/PointerSource.h"
 #include "capture/ScreenStream.h"
 #include "capture/ShareableContent.h"
-#include "capture/SoundSource.h"
 #include "capture/TargetQuestion.h"
 
 #include <expected>
@@ -39,9 +38,6 @@ class CapturePlatform {
     makeScreenStream(const RecordingTarget& target) = 0;
     virtual std::expected<std::unique_ptr<PointerSource>, std::string>
     makePointerSource(const RecordingTarget& target) = 0;
-    /// Unless overridden there is none, for the reason that the abilities tell.
-    virtual std::expected<std::unique_ptr<SoundSource>, std::string>
-    makeSoundSource(SoundKind kind);
 };
 
 /// Waits for the target of a request; nothing when `cancelled` or the user took it back. Throws

@@ -30,8 +30,15 @@ std::optional<double> nextNumber(std::string_view& line) {
     return number;
 }
 
+constexpr std::string_view systemSoundLine = "sound system";
+constexpr std::string_view microphoneLine = "sound microphone";
+
 /// Adds what a line tells; false when it makes no sense.
 bool take(std::string_view line, model::RecordingMetadata& metadata) {
+    if (line == systemSoundLine || line == microphoneLine) {
+        (line == systemSoundLine ? metadata.hasSystemAudio : metadata.hasMicrophoneAudio) = true;
+        return true;
+    }
     const auto space = line.find(' ');
     const auto kind = line.substr(0, space);
     line.remove_prefix(std::min(space, line.size()));
@@ -75,6 +82,10 @@ void CursorJournal::add(const model::CursorPosition& position) {
 void CursorJournal::add(const model::ClickEvent& click) {
     m_lines.tryPush(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x,
                                 click.y, click.timestamp));
+}
+
+void CursorJournal::add(SoundKind sound) {
+    m_lines.tryPush(std::string(sound == SoundKind::system ? systemSoundLine : microphoneLine));
 }
 
 void CursorJournal::run() {

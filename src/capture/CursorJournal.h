@@ -2,6 +2,7 @@
 
 #include "base/BoundedQueue.h"
 #include "base/Journal.h"
+#include "capture/SoundSource.h"
 #include "model/RecordingMetadata.h"
 
 #include <filesystem>
@@ -10,9 +11,10 @@
 
 namespace vantro::capture {
 
-/// Keeps the pointer's path and the clicks of a recording under way beside its movie, so that they
-/// outlive the program. One line a sample, written as it comes, on a thread of its own: a slow disk
-/// delays nobody. Any thread adds; what its queue of 16 s of samples cannot hold is left out.
+/// Keeps the pointer's path and the clicks of a recording under way, and which sounds it has,
+/// beside its movie, so that they outlive the program. One line a sample, written as it comes, on a
+/// thread of its own: a slow disk delays nobody. Any thread adds; what its queue of 16 s of samples
+/// cannot hold is left out.
 class CursorJournal {
   public:
     /// `description` is what the metadata will hold but for samples and clicks. Throws
@@ -24,6 +26,8 @@ class CursorJournal {
     // A journal that cannot be written is given up with a line in the log.
     void add(const model::CursorPosition& position);
     void add(const model::ClickEvent& click);
+    /// The movie has that sound.
+    void add(SoundKind sound);
 
   private:
     void run();

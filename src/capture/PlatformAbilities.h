@@ -23,6 +23,7 @@ struct PlatformAbilities {
     Ability ownWindowsLeftOut;
     Ability pointer; ///< where it is, apart from the picture
     Ability clicks;
+    // Told apart from what the display can do:
     Ability systemSound;
     Ability microphone;
     Ability camera;

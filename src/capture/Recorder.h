@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/SoundSource.h"
 #include "model/RecordingMetadata.h"
 
 #include <cstdint>
@@ -14,6 +15,14 @@ namespace vantro::capture {
 /// should stop it.
 enum class RecordingCondition { recording, streamStopped, writerFailed };
 
+/// A sound under way.
+struct SoundStatus {
+    SoundKind kind = SoundKind::system;
+    float level = 0;       ///< the latest peak; 1 is full scale
+    bool isSilent = false; ///< for seconds
+    bool operator==(const SoundStatus&) const = default;
+};
+
 /// How a recording goes.
 struct RecordingStatistics {
     bool isRunning = false;          ///< from the start's success to the stop
@@ -23,6 +32,7 @@ struct RecordingStatistics {
     std::string streamError; ///< why the stream stopped, for the user; empty otherwise
     /// Sources that were asked for and take no part, or no longer, each with the reason.
     std::vector<std::string> lostSources;
+    std::vector<SoundStatus> sounds; ///< those that take part, the system's first
 
     bool isCapturing() const { return condition == RecordingCondition::recording; }
     bool operator==(const RecordingStatistics&) const = default;

@@ -47,6 +47,29 @@ std::optional<base::HostDuration> RecordingClock::movieTime(base::HostTime time)
     return length(time);
 }
 
+std::vector<MoviePart> RecordingClock::parts(base::HostTime from, base::HostTime to) const {
+    std::vector<MoviePart> parts;
+    if (isWaiting())
+        return parts;
+    from = std::max(from, m_zero);
+    to = isStopped() ? std::min(to, m_changed) : to;
+    const auto add = [&](base::HostTime end) {
+        if (from < end)
+            parts.push_back({.from = from, .to = end, .movieTime = length(from)});
+    };
+    for (const Pause& each : m_pauses) {
+        add(std::min(to, each.start));
+        from = std::max(from, each.end);
+    }
+    add(to);
+    return parts;
+}
+
+base::HostTime RecordingClock::stopTime() const {
+    base::require(isStopped(), "a recording's clock has not been stopped");
+    return m_changed;
+}
+
 base::HostDuration RecordingClock::length(base::HostTime now) const {
     if (isWaiting() || now < m_zero)
         return {};

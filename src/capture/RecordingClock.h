@@ -8,6 +8,14 @@
 
 namespace vantro::capture {
 
+/// A stretch of host time, and where it begins in a movie.
+struct MoviePart {
+    base::HostTime from;
+    base::HostTime to;
+    base::HostDuration movieTime;
+    bool operator==(const MoviePart&) const = default;
+};
+
 /// Maps host time to the movie's time, which begins with the first picture and leaves out the spans
 /// in which the recording was paused. The one place that does. A value; instants are arguments, and
 /// those of the changes ascend, else it is fatal.
@@ -31,6 +39,10 @@ class RecordingClock {
     /// Nothing for what is not part of the movie: before its zero, after its end, and from a pause
     /// up to, but without, the instant of resuming.
     std::optional<base::HostDuration> movieTime(base::HostTime time) const;
+    /// What part of the movie the host times from `from` up to `to` make.
+    std::vector<MoviePart> parts(base::HostTime from, base::HostTime to) const;
+    /// Once it has been stopped.
+    base::HostTime stopTime() const;
     /// How long the movie is at that instant.
     base::HostDuration length(base::HostTime now) const;
 

@@ -2,8 +2,10 @@
 
 #include "base/Guarded.h"
 #include "capture/Recorder.h"
+#include "capture/SoundLevel.h"
 
 #include <atomic>
+#include <map>
 
 namespace vantro::capture {
 
@@ -25,25 +27,40 @@ class RecordingProgress {
         });
     }
     /// A source that the recording can do without takes no part, or no longer.
-    void lost(const std::string& sourceAndReason) {
-        m_reports.with([&](Reports& reports) { reports.lost.push_back(sourceAndReason); });
+    void lost(const std::string& source, const std::string& reason) {
+        m_reports.with([&](Reports& reports) { reports.lost[source] = reason; });
+    }
+    void returned(const std::string& source) {
+        m_reports.with([&](Reports& reports) { reports.lost.erase(source); });
+    }
+    void sounds(SoundKind kind, const SoundLevel& level) {
+        const SoundStatus status{
+            .kind = kind, .level = level.level(), .isSilent = level.isSilent()};
+        m_reports.with([&](Reports& reports) { reports.sounds.insert_or_assign(kind, status); });
     }
 
     RecordingStatistics statistics() const {
         const Reports reports = m_reports.with([](const Reports& each) { return each; });
-        return {.isRunning = m_isRunning,
-                .framesCaptured = m_captured,
-                .framesDropped = m_dropped,
-                .condition = reports.condition,
-                .streamError = reports.streamError,
-                .lostSources = reports.lost};
+        RecordingStatistics now{.isRunning = m_isRunning,
+                                .framesCaptured = m_captured,
+                                .framesDropped = m_dropped,
+                                .condition = reports.condition,
+                                .streamError = reports.streamError,
+                                .lostSources = {},
+                                .sounds = {}};
+        for (const auto& [source, reason] : reports.lost)
+            now.lostSources.push_back(source + ": " + reason);
+        for (const auto& [kind, status] : reports.sounds)
+            now.sounds.push_back(status);
+        return now;
     }
 
   private:
     struct Reports {
         RecordingCondition condition = RecordingCondition::recording;
         std::string streamError;
-        std::vector<std::string> lost;
+        std::map<std::string, std::string> lost; ///< why, by the name of the source
+        std::map<SoundKind, SoundStatus> sounds;
     };
 
     std::atomic<bool> m_isRunning = false;

@@ -14,6 +14,8 @@ struct SourceSwitches {
     bool systemSound = false;
     bool microphone = false;
     bool camera = false;
+    /// Its name or description; empty for the default one.
+    std::string microphoneDevice;
     bool operator==(const SourceSwitches&) const = default;
 };
 

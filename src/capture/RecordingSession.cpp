@@ -41,16 +41,32 @@ void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
 }
 
 /// What the log says of a source that cannot be had.
-const char* leftOutText(SoundKind kind) {
-    return kind == SoundKind::system
-               ? "System audio is not available, skipping system audio recording"
-               : "Microphone is not available, skipping mic recording";
+const char* leftOutText(SoundKind kind, SoundRefusal::Kind why) {
+    const bool isDenied = why == SoundRefusal::Kind::denied;
+    if (kind == SoundKind::system)
+        return isDenied ? "System audio access denied, skipping system audio recording"
+                        : "System audio is not available, skipping system audio recording";
+    return isDenied ? "Microphone access denied, skipping mic recording"
+                    : "Failed to set up microphone capture device";
+}
+
+/// One channel is what a voice needs.
+media::AudioSettings settingsOf(SoundKind kind) {
+    return kind == SoundKind::system ? media::AudioSettings{.channelCount = 2,
+                                                            .averageBitRate = 128'000,
+                                                            .expectsRealTime = true}
+                                     : media::AudioSettings{.channelCount = 1,
+                                                            .averageBitRate = 64'000,
+                                                            .expectsRealTime = true};
 }
 
 } // namespace
 
-RecordingSession::RecordingSession(RecordingRequest request, Connect connect)
-    : m_request(std::move(request)), m_connect(std::move(connect)) {}
+RecordingSession::RecordingSession(RecordingRequest request, Connect connect,
+                                   std::unique_ptr<SoundDevices> sounds)
+    : m_request(std::move(request))
+    , m_connect(std::move(connect))
+    , m_soundDevices(std::move(sounds)) {}
 
 RecordingSession::~RecordingSession() {
     abandon();
@@ -88,7 +104,7 @@ void RecordingSession::openSources() {
     if (!stream)
         failStart(stream.error());
     auto sounds = openSounds();
-    openWriter(sounds.size());
+    openWriter(sounds);
     auto pointer = m_platform->makePointerSource(m_target);
     if (!pointer)
         failStart(pointer.error());
@@ -96,8 +112,9 @@ void RecordingSession::openSources() {
     openJournal();
     m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
     for (auto& [kind, source] : sounds)
-        m_sounds.push_back(std::make_unique<SoundTrack>(kind, std::move(source), *m_writer,
-                                                        m_sounds.size(), m_clock, m_progress));
+        m_sounds.push_back(std::make_unique<SoundTrack>(
+            kind, std::move(source), *m_writer, m_sounds.size(), m_clock, m_progress,
+            [this, kind = kind] { m_journal->add(kind); }));
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
                                       [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
@@ -105,31 +122,32 @@ void RecordingSession::openSources() {
 
 RecordingSession::OpenSounds RecordingSession::openSounds() {
     OpenSounds sounds;
-    const auto open = [&](SoundKind kind, bool isWanted) {
-        if (!isWanted)
-            return;
-        auto source = m_platform->makeSoundSource(kind);
-        if (source) {
-            sounds.emplace_back(kind, std::move(*source));
-        } else {
-            base::logWarning("{}", leftOutText(kind));
-            leaveOut(nameOf(kind), source.error());
-        }
-    };
-    open(SoundKind::system, m_request.sources.systemSound);
-    open(SoundKind::microphone, m_request.sources.microphone);
+    if (m_request.sources.systemSound)
+        openSound(SoundKind::system, {}, sounds);
+    if (m_request.sources.microphone)
+        openSound(SoundKind::microphone, m_request.sources.microphoneDevice, sounds);
     if (m_request.sources.camera) {
         base::logWarning("No camera available, skipping webcam recording");
-        leaveOut("Camera", m_platform->abilities().camera.whyNot);
+        m_progress.lost("Camera", m_platform->abilities().camera.whyNot);
     }
     return sounds;
 }
 
-void RecordingSession::leaveOut(const char* source, const std::string& reason) {
-    m_progress.lost(fmt::format("{}: {}", source, reason));
+void RecordingSession::openSound(SoundKind kind, const std::string& device, OpenSounds& sounds) {
+    auto source = m_soundDevices ? m_soundDevices->open(kind, device)
+                                 : std::unexpected(SoundRefusal{.reason = "there is no sound"});
+    if (source) {
+        sounds.emplace_back(kind, std::move(*source));
+        return;
+    }
+    base::logWarning("{}", leftOutText(kind, source.error().kind));
+    m_progress.lost(nameOf(kind), source.error().reason);
 }
 
-void RecordingSession::openWriter(std::size_t sounds) {
+void RecordingSession::openWriter(const OpenSounds& sounds) {
+    std::vector<media::AudioSettings> audio;
+    for (const auto& [kind, source] : sounds)
+        audio.push_back(settingsOf(kind));
     const media::VideoSettings settings{.width = m_target.width,
                                         .height = m_target.height,
                                         .averageBitRate = videoBitRate,
@@ -137,9 +155,8 @@ void RecordingSession::openWriter(std::size_t sounds) {
                                         .keyframeInterval = keyframeInterval,
                                         .expectsRealTime = true};
     try {
-        m_writer = std::make_unique<media::AssetWriter>(
-            m_movie, media::FileType::quickTimeMovie, settings,
-            std::vector(sounds, media::AudioSettings{.expectsRealTime = true}));
+        m_writer = std::make_unique<media::AssetWriter>(m_movie, media::FileType::quickTimeMovie,
+                                                        settings, audio);
     } catch (const media::MediaError& error) {
         failWriter(fmt::format("Failed to create writer: {}", error.what()));
     }
@@ -175,8 +192,9 @@ bool RecordingSession::startOptional(SoundTrack& track) {
         track.start();
         return true;
     } catch (const std::exception& error) {
-        base::logWarning("{}: {}", leftOutText(track.kind()), error.what());
-        leaveOut(nameOf(track.kind()), error.what());
+        base::logWarning("{}: {}", leftOutText(track.kind(), SoundRefusal::Kind::unavailable),
+                         error.what());
+        m_progress.lost(nameOf(track.kind()), error.what());
         return false;
     }
 }

@@ -5,6 +5,7 @@
 #include "capture/Recorder.h"
 #include "capture/RecordingProgress.h"
 #include "capture/ScreenTrack.h"
+#include "capture/SoundDevices.h"
 #include "capture/SoundTrack.h"
 
 #include <functional>
@@ -31,7 +32,9 @@ class RecordingSession final : public Recorder {
     /// Connects to the desktop, on the worker thread. Throws VantroError.
     using Connect = std::function<std::unique_ptr<CapturePlatform>()>;
 
-    RecordingSession(RecordingRequest request, Connect connect);
+    /// Without `sounds` none can be had.
+    RecordingSession(RecordingRequest request, Connect connect,
+                     std::unique_ptr<SoundDevices> sounds = nullptr);
     /// A recording that was not stopped is thrown away.
     ~RecordingSession() override;
 
@@ -54,11 +57,11 @@ class RecordingSession final : public Recorder {
 
     void openSources();
     OpenSounds openSounds();
-    void openWriter(std::size_t sounds);
+    void openSound(SoundKind kind, const std::string& device, OpenSounds& sounds);
+    void openWriter(const OpenSounds& sounds);
     void openJournal();
     void startSources();
     bool startOptional(SoundTrack& track);
-    void leaveOut(const char* source, const std::string& reason);
     void stopSources(base::HostTime at);
     void abandon();
     media::MediaTime movieLength(base::HostTime stopTime) const;
@@ -68,6 +71,7 @@ class RecordingSession final : public Recorder {
 
     const RecordingRequest m_request;
     const Connect m_connect;
+    const std::unique_ptr<SoundDevices> m_soundDevices;
     std::unique_ptr<CapturePlatform> m_platform; // once chosen
     RecordingTarget m_target;                    // likewise
     std::filesystem::path m_movie;

@@ -8,15 +8,25 @@ namespace vantro::capture {
 
 enum class SoundKind { system, microphone };
 
+/// Why a sound cannot be recorded.
+struct SoundRefusal {
+    enum class Kind { denied, unavailable };
+    Kind kind = Kind::unavailable;
+    std::string reason; ///< for the user
+};
+
 /// Receives the sound of one source. One thread at a time.
 class SoundOutput {
   public:
     virtual ~SoundOutput() = default;
 
-    /// The presentation time is host time.
+    /// The presentation time is host time, by which the sound runs: each buffer continues the one
+    /// before, unless something was lost.
     virtual void sound(media::AudioBuffer buffer) = 0;
-    /// The source has ended by itself; nothing follows.
-    virtual void soundStopped(const std::string& error) = 0;
+    /// The source has nothing to record, as its device is gone; what comes is silence.
+    virtual void soundMissing(const std::string& reason) = 0;
+    /// It records again.
+    virtual void soundReturned() = 0;
 };
 
 /// Sound that is recorded, already opened. Destruction stops it. One thread starts and stops it.

@@ -173,6 +173,10 @@ bool AssetWriter::isReadyForMoreAudio(std::size_t track) const {
            m_implementation->audio.at(track).isReady();
 }
 
+std::optional<std::string> AssetWriter::audioFailure(std::size_t track) const {
+    return m_implementation->audio.at(track).failure();
+}
+
 bool AssetWriter::appendAudio(std::size_t track, AudioBuffer buffer) {
     return m_implementation->state == State::inSession && !m_implementation->hasFailed() &&
            m_implementation->audio.at(track).append(std::move(buffer));

@@ -54,10 +54,13 @@ class AssetWriter {
 
     /// Whether `appendAudio` would take sound for that track without waiting.
     bool isReadyForMoreAudio(std::size_t track) const;
+    /// Why a live track has ended before the movie; nothing while it has not. Safe beside
+    /// `appendAudio`.
+    std::optional<std::string> audioFailure(std::size_t track) const;
     /// Queues sound for the `track`th of the audio settings, whose place follows from its
     /// presentation time: what lies before the session or overlaps is left out, gaps are silent.
     /// False when it was refused: outside of a session, real-time and not ready, or failed. A live
-    /// track that cannot be encoded ends there; the movie goes on without it.
+    /// track that cannot be encoded ends there, or never begins; the movie goes on without it.
     bool appendAudio(std::size_t track, AudioBuffer buffer);
 
     /// Marks the video as finished, writes what is queued and closes the file. False when it was

@@ -9,6 +9,7 @@
 #include "app/flows/QtMainLoop.h"
 #include "app/flows/RecoveryFlow.h"
 #include "capture/RecordingTarget.h"
+#include "capture/sound/SoundWatch.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
@@ -53,6 +54,7 @@ class Program {
   private:
     void followPreferences();
     void connectQuitting();
+    void soundChanged();
 
     ui::Preferences m_preferences;
     ui::Appearance m_appearance{m_preferences};
@@ -88,6 +90,9 @@ class Program {
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,
                             [this] { return m_desktop.abilities(); }};
+    capture::sound::SoundWatch m_soundWatch{[this] {
+        QMetaObject::invokeMethod(&m_guard, [this] { soundChanged(); }, Qt::QueuedConnection);
+    }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     editor::EditorModel m_editor{
         m_state,
@@ -121,6 +126,13 @@ Program::Program() {
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();
     m_journals.find();
+}
+
+void Program::soundChanged() {
+    if (const auto devices = m_soundWatch.devices()) {
+        m_desktop.setSound(capture::abilitiesOf(*devices));
+        m_guard.askAgain();
+    }
 }
 
 void Program::followPreferences() {

@@ -36,13 +36,18 @@ std::vector<capture::ShareableDisplay> DesktopRecording::displays() {
 
 capture::PlatformAbilities DesktopRecording::abilities() {
     auto* platform = connected();
-    return platform != nullptr ? platform->abilities() : capture::noAbilities(m_whyNot);
+    if (platform == nullptr)
+        return capture::noAbilities(m_whyNot);
+    auto able = platform->abilities();
+    able.systemSound = m_sound.system;
+    able.microphone = m_sound.microphone;
+    return able;
 }
 
 std::shared_ptr<capture::Recorder>
 DesktopRecording::makeRecorder(capture::RecordingRequest request) {
-    auto recorder =
-        std::make_shared<capture::RecordingSession>(std::move(request), app::connectDesktop);
+    auto recorder = std::make_shared<capture::RecordingSession>(
+        std::move(request), app::connectDesktop, app::desktopSound());
     m_recorder = recorder;
     return recorder;
 }

@@ -2,6 +2,7 @@
 
 #include "app/flows/ExportRunner.h"
 #include "app/flows/RecordingPlatform.h"
+#include "capture/SoundDevices.h"
 #include "editor/EditorPreview.h"
 #include "window/picker/WindowPickerModel.h"
 
@@ -23,6 +24,8 @@ class DesktopRecording : public app::flows::RecordingPlatform {
     std::vector<capture::ShareableDisplay> displays() override;
     capture::PlatformAbilities abilities() override;
     std::shared_ptr<capture::Recorder> makeRecorder(capture::RecordingRequest request) override;
+    /// What sound can be recorded, as far as that is known; before, all of it.
+    void setSound(capture::SoundAbilities sound) { m_sound = std::move(sound); }
     /// Whether the desktop lets us record; a lost connection is tried again. Not asked anew while
     /// a recording runs.
     bool preflight();
@@ -31,6 +34,7 @@ class DesktopRecording : public app::flows::RecordingPlatform {
     /// Null where the desktop cannot be reached.
     capture::CapturePlatform* connected();
 
+    capture::SoundAbilities m_sound;
     std::unique_ptr<capture::CapturePlatform> m_platform;
     std::string m_whyNot; ///< there is no platform
     std::weak_ptr<capture::Recorder> m_recorder;

@@ -23,6 +23,11 @@ ActionGuard::ActionGuard(app::AppState& state, PermissionService& permission, Fl
     followEverything();
 }
 
+void ActionGuard::askAgain() {
+    m_abilities = m_askAbilities();
+    Q_EMIT changed();
+}
+
 void ActionGuard::followEverything() {
     const auto follow = [this](auto& object, auto signal) {
         connect(&object, signal, this, &ActionGuard::changed);

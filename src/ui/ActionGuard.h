@@ -37,11 +37,15 @@ class ActionGuard : public QObject {
     Q_PROPERTY(bool write READ mayWrite NOTIFY changed)
 
   public:
-    /// `abilities` are asked for at once, and whenever the permission changes.
+    /// `abilities` are asked for at once, and whenever the permission changes or `askAgain` says
+    /// so.
     using AskAbilities = std::function<capture::PlatformAbilities()>;
 
     ActionGuard(app::AppState& state, app::flows::PermissionService& permission,
                 app::flows::Flows flows, AskAbilities abilities);
+
+    /// What the desktop can do may have changed.
+    void askAgain();
 
     QString message() const;
     /// Of the chosen capture mode.

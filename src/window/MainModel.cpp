@@ -133,6 +133,16 @@ QString MainModel::recordingNote() const {
     const auto& status = m_flows.recording.recorderStatus();
     if (!status.isCapturing())
         return tr("Capture has ended. Stop to keep what was recorded.");
+    if (!status.lostSources.empty()) {
+        QStringList lost;
+        for (const auto& source : status.lostSources)
+            lost.append(QString::fromStdString(source));
+        return tr("Not recorded: %1").arg(lost.join(QStringLiteral("; ")));
+    }
+    if (std::ranges::any_of(status.sounds, [](const capture::SoundStatus& sound) {
+            return sound.kind == capture::SoundKind::microphone && sound.isSilent;
+        }))
+        return tr("The microphone is silent.");
     if (status.framesDropped > 0)
         return tr("Frames dropped: %1").arg(status.framesDropped);
     return {};

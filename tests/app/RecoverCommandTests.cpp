@@ -2,11 +2,14 @@
 #include "app/CommandLineFixture.h"
 #include "base/HostClock.h"
 #include "capture/MovieFrames.h"
+#include "media/Sound.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/Program.h"
+#include "support/SoundServer.h"
 #include "support/TestWindow.h"
 
+#include <sstream>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -117,6 +120,35 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
             EXPECT_GT(framesOf(movie).back().presentationTime.seconds(), lived - mostLost);
         }
     }
+}
+
+TEST_F(Recovery, KeepsTheSoundAndWhoseItIs) {
+    using Kind = SoundServer::Kind;
+    if (!SoundServer::isInstalled(Kind::pulseaudio))
+        GTEST_SKIP() << "its programs are not installed";
+    SoundServer sound(Kind::pulseaudio);
+    sound.start();
+    sound.addOutput("box");
+    const TonePlayer player("box", 440);
+    Recording recording(server, folder.path(), "0,0,64,64");
+    recording.awaitFirstPicture();
+    ASSERT_TRUE(eventually([&] { // a second of sound is safe on disk
+        std::istringstream lines(contentOf(recording.files() / "recording.mov.journal"));
+        int packets = 0;
+        for (std::string line; std::getline(lines, line);)
+            packets += line.starts_with("packet 1 ") ? 1 : 0;
+        return packets > 48 &&
+               contentOf(recording.files() / "recording.mov.cursor").contains("\nsound system\n");
+    }));
+    recording.kill();
+    const auto files = recording.files();
+    const auto project = folder / "recovered.vantro";
+    ASSERT_EQ(recover(files, project).exitCode, 0);
+    const auto made = app::files::readProjectFile(project).recording;
+    EXPECT_TRUE(made.metadata().hasSystemAudio);
+    EXPECT_FALSE(made.metadata().hasMicrophoneAudio);
+    const auto heard = soundOf(made.movie());
+    EXPECT_GT(toneAmplitude(heard, 440, 0.5, secondsOf(heard) - 0.1), 0.4);
 }
 
 TEST_F(Recovery, ListsWhatIsInterruptedAndLeavesWhatIsUnderWay) {

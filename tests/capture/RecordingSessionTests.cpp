@@ -2,10 +2,12 @@
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/ScriptedPlatform.h"
+#include "media/Sound.h"
 #include "model/VantroError.h"
 #include "support/Eventually.h"
 #include "support/TemporaryFolder.h"
 
+#include <limits>
 #include <random>
 #include <thread>
 
@@ -34,7 +36,8 @@ class RecordingSessionTest : public testing::Test {
     /// Records what the test's platform shows; the session owns the platform.
     std::unique_ptr<RecordingSession> makeSession(const RecordingRequest& request = {}) {
         return std::make_unique<RecordingSession>(
-            request, [this] { return std::make_unique<test::ScriptedPlatform>(script); });
+            request, [this] { return std::make_unique<test::ScriptedPlatform>(script); },
+            std::make_unique<test::ScriptedSound>(script));
     }
     std::unique_ptr<RecordingSession> startedSession(const RecordingRequest& request = {}) {
         auto session = makeSession(request);
@@ -48,6 +51,8 @@ class RecordingSessionTest : public testing::Test {
         return script->output->screenSample(
             {.status = status, .presentationTime = base::hostNow(), .pixels = std::move(picture)});
     }
+
+    std::size_t lostCount() const { return underWay->statistics().lostSources.size(); }
 
     /// What start throws.
     model::VantroError startFailure(const std::filesystem::path& output) {
@@ -66,6 +71,7 @@ class RecordingSessionTest : public testing::Test {
 
     test::TemporaryFolder folder;
     std::filesystem::path movie = folder.path() / "recording.mov";
+    std::unique_ptr<RecordingSession> underWay;
     std::shared_ptr<test::StreamScript> script = std::make_shared<test::StreamScript>();
 };
 
@@ -160,22 +166,56 @@ TEST_F(RecordingSessionTest, AStartThatFailsTellsWhyAndLeavesNothing) {
     EXPECT_THAT(error.message(), HasSubstr("No such file or directory"));
 }
 
-media::AudioBuffer tone(base::HostTime time) {
-    return {.presentationTime = {time.time_since_epoch().count(), 1'000'000'000},
-            .samples = std::vector<float>(std::size_t{2} * 4800, 0.25F)}; // a tenth of a second
+/// Sound of that time, all samples of one value.
+media::AudioBuffer soundOf(base::HostTime from, base::HostDuration length, float value = 0.25F) {
+    const auto frames = static_cast<std::size_t>(length / 1ms) * 48;
+    return {.presentationTime = {from.time_since_epoch().count(), 1'000'000'000},
+            .samples = std::vector<float>(2 * frames, value)};
 }
 
-TEST_F(RecordingSessionTest, RecordsASoundAlongWithTheScreen) {
-    script->hasMicrophone = true;
+RecordingRequest withSound() {
     RecordingRequest request;
-    request.sources = {.systemSound = true, .microphone = true};
-    const auto recorder = startedSession(request);
-    script->sound->sound(tone(base::hostNow())); // before time zero
+    request.sources.systemSound = request.sources.microphone = true;
+    return request;
+}
+
+/// From when to when a movie's sound is not silent, seconds.
+std::vector<std::pair<double, double>> audibleParts(const std::filesystem::path& movie) {
+    std::vector<std::pair<double, double>> parts;
+    const auto sound = test::soundOf(movie);
+    constexpr std::size_t step = 48; // a millisecond
+    bool wasAudible = false;
+    for (std::size_t i = 0; i + 2 * step <= sound.size(); i += 2 * step) {
+        const bool isAudible = std::abs(sound[i]) > 0.1F;
+        const double now = static_cast<double>(i) / 96'000;
+        if (isAudible && !wasAudible)
+            parts.emplace_back(now, now);
+        if (isAudible)
+            parts.back().second = now;
+        wasAudible = isAudible;
+    }
+    return parts;
+}
+
+TEST_F(RecordingSessionTest, ASoundHasItsPlaceInTheMovieAndLastsAsLong) {
+    const auto recorder = startedSession(withSound());
+    const auto wait = [](base::HostTime time) {
+        ASSERT_TRUE(test::eventually([&] { return base::hostNow() > time; }));
+    };
+    script->sound->sound(soundOf(base::hostNow() - 40ms, 40ms)); // before the movie
     const auto zero = base::hostNow();
     deliver(flatPicture(60));
-    for (int piece = 2; piece < 5; ++piece)
-        script->sound->sound(tone(zero + piece * 100ms));
-    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > zero + 500ms; }));
+    wait(zero + 500ms);
+    script->sound->sound(soundOf(zero + 200ms, 100ms));
+    script->sound->sound(soundOf(zero + 300ms, 200ms, 0)); // its device is silent
+    recorder->pause();
+    wait(zero + 700ms);
+    recorder->resume();
+    const auto paused = base::hostNow() - zero - 500ms; // nearly
+    wait(zero + 900ms);
+    script->sound->sound(soundOf(zero + 500ms + 60ms, 300ms)); // in part while it is paused
+    script->sound->sound(soundOf(zero + 860ms, 40ms, 0));
+    script->sound->sound(soundOf(zero + 10s, 100ms)); // mixed ahead, and not heard before the stop
     const auto metadata = recorder->stop();
     EXPECT_TRUE(metadata.hasMicrophoneAudio);
     EXPECT_FALSE(metadata.hasSystemAudio);
@@ -184,27 +224,77 @@ TEST_F(RecordingSessionTest, RecordsASoundAlongWithTheScreen) {
     const auto tracks = media::Asset::open(movie).tracks(media::MediaType::audio);
     ASSERT_EQ(tracks.size(), 1);
     EXPECT_EQ(tracks[0].timeRange.start, media::MediaTime{});
-    EXPECT_NEAR(tracks[0].timeRange.end().seconds(), metadata.endTime, 0.05);
+    EXPECT_NEAR(tracks[0].timeRange.end().seconds(), metadata.endTime, 0.004);
+    const auto parts = audibleParts(movie);
+    ASSERT_EQ(parts.size(), 2);
+    EXPECT_NEAR(parts[0].first, 0.2, 0.005);
+    EXPECT_NEAR(parts[0].second, 0.3, 0.005);
+    EXPECT_NEAR(parts[1].first, 0.5, 0.01) << "at the end of the pause";
+    EXPECT_NEAR(parts[1].second, 0.86 - base::inSeconds(paused), 0.01);
 }
 
 TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
-    script->hasMicrophone = true;
-    RecordingRequest request;
-    request.sources.microphone = true;
-    for (const bool failsAtStart : {true, false}) {
-        script->microphoneFailure = failsAtStart ? "it is muted" : "";
-        const auto recorder = startedSession(request);
+    const auto nan = std::numeric_limits<float>::quiet_NaN();
+    const struct {
+        const char* what;
+        std::function<void()> before;
+        std::function<void()> during;
+        std::string lost; ///< what the statistics say of the microphone
+    } cases[]{
+        {"not opened",
+         [this] { script->microphoneRefusal = {SoundRefusal::Kind::denied, "the user said no"}; },
+         [] {}, "the user said no"},
+        {"not started",
+         [this] {
+             script->microphoneRefusal.reset();
+             script->microphoneFailure = "it is muted";
+         },
+         [] {}, "it is muted"},
+        {"gone", [this] { script->microphoneFailure.clear(); },
+         [this] { script->sound->soundMissing("it was unplugged"); }, "it was unplugged"},
+        {"not to be encoded", [] {},
+         [&, this] {
+             EXPECT_TRUE(test::eventually([&] {
+                 script->sound->sound(soundOf(base::hostNow(), 40ms, nan));
+                 return lostCount() > 1;
+             }));
+         },
+         "Encoding sound failed"},
+    };
+    for (const auto& [what, before, during, lost] : cases) {
+        before();
+        underWay = startedSession(withSound());
         deliver(flatPicture(60));
-        if (!failsAtStart)
-            script->sound->soundStopped("it was unplugged");
+        during();
         deliver(flatPicture(90));
-        EXPECT_FALSE(recorder->stop().hasMicrophoneAudio);
-        EXPECT_EQ(recorder->statistics().framesCaptured, 2);
-        EXPECT_THAT(recorder->statistics().lostSources,
-                    testing::ElementsAre(failsAtStart ? "Microphone: it is muted"
-                                                      : "Microphone: it was unplugged"));
-        EXPECT_GE(test::framesOf(movie).size(), 2);
+        underWay->stop();
+        EXPECT_EQ(underWay->statistics().framesCaptured, 2) << what;
+        EXPECT_EQ(underWay->statistics().condition, RecordingCondition::recording) << what;
+        EXPECT_THAT(underWay->statistics().lostSources,
+                    testing::ElementsAre(HasSubstr("Microphone: " + lost),
+                                         "System audio: there are no loudspeakers"))
+            << what;
+        EXPECT_GE(test::framesOf(movie).size(), 2) << what;
     }
+}
+
+TEST_F(RecordingSessionTest, TellsHowLoudAMicrophoneIsAndWhenItHasBeenSilentForLong) {
+    const auto recorder = startedSession(withSound());
+    deliver(flatPicture(60));
+    const auto begin = base::hostNow();
+    const struct {
+        base::HostDuration at;
+        float value;
+        bool isSilent;
+    } pieces[]{{0s, 0.5F, false}, {1s, 0, false}, {4s, 0, false}, {6s, 0, true}, {7s, 0.1F, false}};
+    for (const auto& [at, value, isSilent] : pieces) {
+        script->sound->sound(soundOf(begin + at, 40ms, value));
+        const auto sounds = recorder->statistics().sounds;
+        ASSERT_EQ(sounds.size(), 1);
+        EXPECT_EQ(sounds[0].isSilent, isSilent) << at / 1s;
+        EXPECT_GE(sounds[0].level, value);
+    }
+    recorder->stop();
 }
 
 TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
@@ -230,9 +320,8 @@ TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
 TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {
     base::configureLog(base::LogLevel::info);
     testing::internal::CaptureStderr();
-    RecordingRequest request;
-    request.sources.systemSound = true;
-    const auto recorder = startedSession(request);
+    script->microphoneRefusal = {SoundRefusal::Kind::denied, "the user said no"};
+    const auto recorder = startedSession(withSound());
     deliver(flatPicture(60));
     script->output->streamStopped("the screen went away");
     EXPECT_EQ(recorder->statistics().condition, RecordingCondition::streamStopped);
@@ -241,8 +330,10 @@ TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {
     const std::string log = testing::internal::GetCapturedStderr();
     std::size_t at = 0;
     for (const std::string line :
-         {"Capturing screen: 320x240, systemAudio: true, mic: false\n",
-          "Display: 320x240, captureRect: (0, 0, 320, 240)\n", "Capture started\n",
+         {"Capturing screen: 320x240, systemAudio: true, mic: true\n",
+          "Display: 320x240, captureRect: (0, 0, 320, 240)\n",
+          "System audio is not available, skipping system audio recording\n",
+          "Microphone access denied, skipping mic recording\n", "Capture started\n",
           "First frame at ", "Stream stopped with error: the screen went away\n",
           "Stopping capture, 1 frames written\n", "Asset writer finished, status: 2\n"}) {
         at = log.find(line, at);

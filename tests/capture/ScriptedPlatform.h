@@ -1,7 +1,9 @@
 #pragma once
 
 #include "capture/CapturePlatform.h"
+#include "capture/SoundDevices.h"
 
+#include <optional>
 #include <stdexcept>
 
 namespace vantro::test {
@@ -14,9 +16,9 @@ struct StreamScript {
     std::string startFailure;
     /// Set for a desktop that asks the user itself what to record.
     std::function<void(capture::TargetAnswer)> onQuestion;
-    bool isWithdrawn = false; ///< the question
-    bool hasMicrophone = false;
-    std::string microphoneFailure; ///< at its start
+    bool isWithdrawn = false;                               ///< the question
+    std::optional<capture::SoundRefusal> microphoneRefusal; ///< when it is opened
+    std::string microphoneFailure;                          ///< at its start
 };
 
 /// A desktop with one display of 320 × 240 points that does what the test tells it to.
@@ -28,7 +30,6 @@ class ScriptedPlatform final : public capture::CapturePlatform {
 
     capture::PlatformAbilities abilities() override {
         capture::PlatformAbilities able;
-        able.systemSound.whyNot = "there are no loudspeakers";
         able.listsContent.whyNot = m_script->onQuestion ? "the desktop asks" : "";
         return able;
     }
@@ -53,12 +54,6 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     std::expected<std::unique_ptr<capture::PointerSource>, std::string>
     makePointerSource(const capture::RecordingTarget&) override {
         return std::make_unique<RestingPointer>(m_script);
-    }
-    std::expected<std::unique_ptr<capture::SoundSource>, std::string>
-    makeSoundSource(capture::SoundKind kind) override {
-        if (kind == capture::SoundKind::system || !m_script->hasMicrophone)
-            return CapturePlatform::makeSoundSource(kind);
-        return std::make_unique<Microphone>(m_script);
     }
 
   private:
@@ -87,14 +82,34 @@ class ScriptedPlatform final : public capture::CapturePlatform {
         }
         void stop() override { script->pointer = nullptr; }
     };
-    struct Microphone final : capture::SoundSource, Scripted {
-        using Scripted::Scripted;
+    std::shared_ptr<StreamScript> m_script;
+};
+
+/// A microphone, and no loudspeakers.
+class ScriptedSound final : public capture::SoundDevices {
+  public:
+    explicit ScriptedSound(std::shared_ptr<StreamScript> script) : m_script(std::move(script)) {}
+
+    std::expected<std::vector<capture::SoundDevice>, std::string> list() override { return {}; }
+    std::expected<std::unique_ptr<capture::SoundSource>, capture::SoundRefusal>
+    open(capture::SoundKind kind, const std::string&) override {
+        if (kind == capture::SoundKind::system)
+            return std::unexpected(capture::SoundRefusal{.reason = "there are no loudspeakers"});
+        if (m_script->microphoneRefusal)
+            return std::unexpected(*m_script->microphoneRefusal);
+        return std::make_unique<Microphone>(m_script);
+    }
+
+  private:
+    struct Microphone final : capture::SoundSource {
+        explicit Microphone(std::shared_ptr<StreamScript> given) : script(std::move(given)) {}
         void start(capture::SoundOutput& output) override {
             if (!script->microphoneFailure.empty())
                 throw std::runtime_error(script->microphoneFailure);
             script->sound = &output;
         }
         void stop() override { script->sound = nullptr; }
+        std::shared_ptr<StreamScript> script;
     };
 
     std::shared_ptr<StreamScript> m_script;

@@ -101,9 +101,10 @@ void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPicture
               movie);
 }
 
-nlohmann::json probe(const std::filesystem::path& movie, const std::string& section) {
-    const std::string command =
-        "ffprobe -v error -of json -select_streams v:0 -show_" + section + " " + quoted(movie);
+nlohmann::json probe(const std::filesystem::path& movie, const std::string& section,
+                     const std::string& streams) {
+    const std::string command = "ffprobe -v error -of json -select_streams " + streams + " -show_" +
+                                section + " " + quoted(movie);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
                                                                ::pclose);
     return nlohmann::json::parse(pipe.get()).at(section);

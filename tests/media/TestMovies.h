@@ -40,7 +40,8 @@ struct NumberedPictures {
 void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPictures& pictures,
                        const std::string& options);
 
-/// What ffprobe reports with `-show_<section>` for the first video stream.
-nlohmann::json probe(const std::filesystem::path& movie, const std::string& section);
+/// What ffprobe reports with `-show_<section>` for some streams, at first the first of pictures.
+nlohmann::json probe(const std::filesystem::path& movie, const std::string& section,
+                     const std::string& streams = "v:0");
 
 } // namespace vantro::test

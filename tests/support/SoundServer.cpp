@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <numbers>
 #include <stdexcept>
 
 #include <pulse/error.h>
@@ -130,6 +131,47 @@ void SoundServer::removeDevice() {
         throw std::runtime_error("the device stays");
 }
 
+void SoundServer::control(const std::string& arguments) {
+    if (!succeeds("pactl " + arguments))
+        throw std::runtime_error("pactl " + arguments + " fails");
+}
+
+/// PulseAudio's null sink decides seconds ahead what it plays, and its monitor has nothing of the
+/// time for which that is decided when somebody begins to listen. Hardware takes it back.
+std::string SoundServer::promptOption() const {
+    return m_kind == Kind::pulseaudio ? " norewinds=1" : "";
+}
+
+void SoundServer::addOutput(const std::string& name) {
+    control("load-module module-null-sink sink_name=" + name + promptOption());
+    if (!eventually([&] {
+            return succeeds("pactl set-default-sink " + name +
+                            " && pactl get-default-sink | grep -q " + name);
+        }))
+        throw std::runtime_error("the output " + name + " does not become the default one");
+}
+
+void SoundServer::addMicrophone(const std::string& name) {
+    const auto feed = name + "_feed";
+    if (!succeeds("pactl list short sinks | grep -q " + feed))
+        control("load-module module-null-sink channels=1 channel_map=mono sink_name=" + feed +
+                promptOption());
+    control("load-module module-remap-source channels=1 channel_map=mono master_channel_map=mono "
+            "source_name=" +
+            name + " master=" + feed + ".monitor");
+    if (!eventually([&] {
+            return succeeds("pactl set-default-source " + name +
+                            " && pactl get-default-source | grep -q " + name);
+        }))
+        throw std::runtime_error("the microphone " + name + " does not become the default one");
+}
+
+void SoundServer::removeMicrophone(const std::string& name) {
+    if (!succeeds("pactl unload-module $(pactl list short modules | grep source_name=" + name +
+                  " | cut -f1)"))
+        throw std::runtime_error("the microphone stays");
+}
+
 void SoundServer::crash() {
     std::ranges::reverse(m_programs);
     for (const pid_t program : std::exchange(m_programs, {}))
@@ -139,14 +181,49 @@ void SoundServer::crash() {
         std::filesystem::remove_all(m_folder / "runtime" / left, ignored);
 }
 
-MonitorRecorder::MonitorRecorder(SoundServer::Kind kind) : m_kind(kind) {
+TonePlayer::TonePlayer(const std::string& output, double frequency) {
+    constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, recordedRate, 1};
+    constexpr auto automatic = static_cast<std::uint32_t>(-1);
+    constexpr std::uint32_t latency = recordedRate / 20 * sizeof(float);
+    const pa_buffer_attr buffer{automatic, latency, automatic, automatic, automatic};
+    int error = 0;
+    m_stream = pa_simple_new(nullptr, "test", PA_STREAM_PLAYBACK, output.c_str(), "tone", &format,
+                             nullptr, &buffer, &error);
+    if (!m_stream)
+        throw std::runtime_error(std::string("cannot play: ") + pa_strerror(error));
+    m_thread = std::thread([this, frequency] { run(frequency); });
+}
+
+TonePlayer::~TonePlayer() {
+    m_ending = true;
+    m_thread.join();
+    pa_simple_free(static_cast<pa_simple*>(m_stream));
+}
+
+void TonePlayer::run(double frequency) {
+    std::array<float, recordedRate / 200> piece{};
+    long played = 0;
+    int error = 0;
+    while (!m_ending) {
+        for (float& sample : piece)
+            sample = m_isHeard ? static_cast<float>(
+                                     0.5 * std::sin(2 * std::numbers::pi * frequency *
+                                                    static_cast<double>(played++) / recordedRate))
+                               : 0;
+        if (pa_simple_write(static_cast<pa_simple*>(m_stream), piece.data(), sizeof(piece),
+                            &error) < 0)
+            return; // the server is gone
+    }
+}
+
+MonitorRecorder::MonitorRecorder(SoundServer::Kind kind, const std::string& output) : m_kind(kind) {
     constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, recordedRate, channels};
     constexpr std::uint32_t fragment = pieceLength * sizeof(float) * channels;
     constexpr auto automatic = static_cast<std::uint32_t>(-1);
     const pa_buffer_attr buffer{automatic, automatic, automatic, automatic, fragment};
     int error = 0;
-    m_stream = pa_simple_new(nullptr, "test", PA_STREAM_RECORD, "speakers.monitor", "monitor",
-                             &format, nullptr, &buffer, &error);
+    m_stream = pa_simple_new(nullptr, "test", PA_STREAM_RECORD, (output + ".monitor").c_str(),
+                             "monitor", &format, nullptr, &buffer, &error);
     if (!m_stream)
         throw std::runtime_error(std::string("cannot record: ") + pa_strerror(error));
     m_thread = std::thread([this] { run(); });

@@ -35,12 +35,19 @@ class SoundServer {
     /// Takes the device away, or adds one; the server stays.
     void removeDevice();
     void addDevice();
+    /// Another output, which becomes the default one.
+    void addOutput(const std::string& name);
+    /// A microphone, which becomes the default one and records what is played to the output
+    /// NAME_feed.
+    void addMicrophone(const std::string& name);
+    void removeMicrophone(const std::string& name);
+    /// Runs pactl. Throws std::runtime_error when it fails.
+    void control(const std::string& arguments);
 
   private:
     void startPipeWire();
     void startPulseAudio();
-    std::string output(const std::string& command) const;
-    bool answers(const std::string& command) const;
+    std::string promptOption() const;
     void launch(std::vector<std::string> command);
 
     Kind m_kind;
@@ -50,11 +57,32 @@ class SoundServer {
     std::vector<pid_t> m_programs;
 };
 
+/// Plays a tone to an output, from construction to destruction. Volume 0.5.
+class TonePlayer {
+  public:
+    /// Returns when it plays. Throws std::runtime_error when it cannot.
+    TonePlayer(const std::string& output, double frequency);
+    ~TonePlayer();
+    TonePlayer(const TonePlayer&) = delete;
+    TonePlayer& operator=(const TonePlayer&) = delete;
+
+    /// Whether it is heard; at first it is.
+    void setHeard(bool heard) { m_isHeard = heard; }
+
+  private:
+    void run(double frequency);
+
+    void* m_stream = nullptr;
+    std::atomic<bool> m_isHeard = true;
+    std::atomic<bool> m_ending = false;
+    std::thread m_thread;
+};
+
 /// Records what a server's device plays, from construction on.
 class MonitorRecorder {
   public:
     /// Returns when it records. Throws std::runtime_error when it cannot.
-    explicit MonitorRecorder(SoundServer::Kind kind);
+    explicit MonitorRecorder(SoundServer::Kind kind, const std::string& output = "speakers");
     ~MonitorRecorder();
     MonitorRecorder(const MonitorRecorder&) = delete;
     MonitorRecorder& operator=(const MonitorRecorder&) = delete;

@@ -69,6 +69,7 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     CommandAction action;
     addDisplaysCommand(app, action);
     addWindowsCommand(app, action);
+    addDevicesCommand(app, action);
     addRecordCommand(app, action, interrupts.token());
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);

@@ -2,6 +2,7 @@
 #include "app/cli/Commands.h"
 
 #include <iostream>
+#include <stdexcept>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -32,6 +33,17 @@ ordered_json toJson(const capture::ShareableWindow& window) {
             {"isOnScreen", window.isOnScreen}};
 }
 
+std::string_view nameOf(capture::SoundKind kind) {
+    return kind == capture::SoundKind::system ? "systemAudio" : "microphone";
+}
+
+ordered_json toJson(const capture::SoundDevice& device) {
+    return {{"kind", nameOf(device.kind)},
+            {"name", device.name},
+            {"description", device.description},
+            {"isDefault", device.isDefault}};
+}
+
 std::string placeText(const model::Rect& frame) {
     return fmt::format("{}x{}{:+}{:+}", frame.width, frame.height, frame.x, frame.y);
 }
@@ -45,6 +57,11 @@ void print(const capture::ShareableDisplay& display) {
 void print(const capture::ShareableWindow& window) {
     fmt::print("{:>10}  {:<20} {:<18} {}{}\n", window.windowID, placeText(window.frame),
                window.applicationName, window.title, window.isOnScreen ? "" : "  (hidden)");
+}
+
+void print(const capture::SoundDevice& device) {
+    fmt::print("{:<12} {:<40} {}{}\n", nameOf(device.kind), device.name, device.description,
+               device.isDefault ? "  default" : "");
 }
 
 template <typename Records>
@@ -61,31 +78,37 @@ int list(const Records& records, bool json) {
     return exitSuccess;
 }
 
-/// Adds a sub-command that lists what `select` picks from the shareable content.
-template <typename Select>
+/// Adds a sub-command that lists what `records` gives.
+template <typename Records>
 void addListCommand(base::Command app, CommandAction& action, const char* name, const char* purpose,
-                    Select select) {
+                    Records records) {
     auto json = std::make_shared<bool>(false);
     auto command = app.command(name, purpose);
     command.flag("--json", *json, "Print JSON");
-    command.whenChosen([json, &action, select] {
-        action = [json, select] {
-            return list(select(shareableContent(*connectDesktop())), *json);
-        };
-    });
+    command.whenChosen(
+        [json, &action, records] { action = [json, records] { return list(records(), *json); }; });
 }
 
 } // namespace
 
 void addDisplaysCommand(base::Command app, CommandAction& action) {
     addListCommand(app, action, "displays", "List the displays that can be recorded",
-                   [](const capture::ShareableContent& content) { return content.displays; });
+                   [] { return shareableContent(*connectDesktop()).displays; });
 }
 
 void addWindowsCommand(base::Command app, CommandAction& action) {
     addListCommand(app, action, "windows",
                    "List the windows that can be recorded, front-most first",
-                   [](const capture::ShareableContent& content) { return content.windows; });
+                   [] { return shareableContent(*connectDesktop()).windows; });
+}
+
+void addDevicesCommand(base::Command app, CommandAction& action) {
+    addListCommand(app, action, "devices", "List what sound can be recorded from", [] {
+        auto devices = desktopSound()->list();
+        if (!devices)
+            throw std::runtime_error(devices.error());
+        return *std::move(devices);
+    });
 }
 
 } // namespace vantro::app::cli

@@ -103,6 +103,7 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                                             {"clicks", metadata.clickEvents.size()},
                                             {"bytes", bytes},
                                             {"cpuPercent", 100 * processorShare},
+                                            {"missing", statistics.lostSources},
                                             {"endedBy", rawValue(end)}}
                   << '\n';
     else
@@ -131,7 +132,7 @@ model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesyst
 
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
-    capture::RecordingSession recorder(options.request, connectDesktop);
+    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound());
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
@@ -224,6 +225,22 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
         .excludes(window);
 }
 
+void addSoundOptions(base::Command command, capture::SourceSwitches& sources) {
+    sources.systemSound = true; // as in the window
+    command.flag("--system-audio,!--no-system-audio", sources.systemSound,
+                 "Record what the computer plays (default: yes)");
+    command
+        .option(
+            "--microphone",
+            [&sources](const std::string& device) {
+                sources.microphone = true;
+                sources.microphoneDevice = device;
+            },
+            "Record a microphone too: the default one, or one that `vantro devices` prints")
+        .valueName("DEVICE")
+        .optionalValue();
+}
+
 } // namespace
 
 void addRecordCommand(base::Command app, CommandAction& action,
@@ -235,6 +252,7 @@ void addRecordCommand(base::Command app, CommandAction& action,
         .valueName("NAME")
         .check(endsIn({files::package::extension}));
     addRequestOptions(command, options->request);
+    addSoundOptions(command, options->request.sources);
     command.option("--delay", options->delay, "How long to wait before the start")
         .valueName("S")
         .within(0.0, longestDelay);

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <system_error>
 
 #include <fmt/format.h>
@@ -52,6 +53,44 @@ std::optional<RecordingEnd> endOf(capture::RecordingCondition condition) {
     return RecordingEnd::writerFailed;
 }
 
+/// "sound [####----]" for each, on a scale of decibels.
+std::string meters(const std::vector<capture::SoundStatus>& sounds) {
+    constexpr int width = 8;
+    constexpr double range = 60; // dB below full scale that are shown
+    std::string text;
+    for (const auto& sound : sounds) {
+        const double decibels = 20 * std::log10(std::max(sound.level, 1e-6F));
+        text += fmt::format("  {} {}", sound.kind == capture::SoundKind::system ? "sound" : "mic",
+                            progressBar(1 + decibels / range, width));
+    }
+    return text;
+}
+
+/// Tells once, in a line each, of what is asked for and not recorded.
+class Notices {
+  public:
+    explicit Notices(StatusLine& line) : m_line(line) {}
+
+    void tellOf(const capture::RecordingStatistics& statistics) {
+        std::set<std::string> now;
+        for (const auto& lost : statistics.lostSources)
+            now.insert("vantro: not recorded: " + lost + "\n");
+        for (const auto& sound : statistics.sounds)
+            if (sound.kind == capture::SoundKind::microphone && sound.isSilent)
+                now.insert("vantro: the microphone has been silent for 5 seconds\n");
+        for (const auto& notice : now)
+            if (!m_told.contains(notice)) {
+                m_line.clear();
+                tell(notice);
+            }
+        m_told = std::move(now);
+    }
+
+  private:
+    StatusLine& m_line;
+    std::set<std::string> m_told; ///< and still so
+};
+
 } // namespace
 
 std::string_view rawValue(RecordingEnd end) {
@@ -80,10 +119,12 @@ std::optional<std::uint64_t> parseByteSize(const std::string& text) {
 RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted) {
     StatusLine line;
+    Notices notices(line);
     const auto started = base::hostNow();
     for (;;) {
         const double elapsed = base::inSeconds(base::hostNow() - started);
         const auto statistics = recorder.statistics();
+        notices.tellOf(statistics);
         if (const auto end = endOf(statistics.condition))
             return *end;
         if (interrupted.stop_requested())
@@ -93,9 +134,9 @@ RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::
         // One frame at least, however small the limit.
         if (limits.bytes && statistics.framesCaptured > 0 && isAtLeast(movie, *limits.bytes))
             return RecordingEnd::maxSize;
-        line.show(fmt::format("Recording {}  {} frames, {} dropped  (Ctrl-C to stop)",
+        line.show(fmt::format("Recording {}  {} frames, {} dropped{}  (Ctrl-C to stop)",
                               clockText(elapsed), statistics.framesCaptured,
-                              statistics.framesDropped));
+                              statistics.framesDropped, meters(statistics.sounds)));
         waitFor(limits.seconds < 0 ? statusPeriod
                                    : std::min(statusPeriod, limits.seconds - elapsed),
                 interrupted);

@@ -27,8 +27,9 @@ std::string_view rawValue(RecordingEnd end);
 /// a B, in any case ("500M", "1.5 GB"). Nothing for any other text and for less than one byte.
 std::optional<std::uint64_t> parseByteSize(const std::string& text);
 
-/// Shows on the terminal how a recording goes, until it is interrupted, reaches a limit or cannot
-/// go on. The size of `movie` is looked at a few times a second, so it ends a little above.
+/// Shows on the terminal how a recording goes and what it has to do without, until it is
+/// interrupted, reaches a limit or cannot go on. The size of `movie` is looked at a few times a
+/// second, so it ends a little above.
 RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::path& movie,
                             const RecordingLimits& limits, const std::stop_token& interrupted);
 

@@ -142,14 +142,18 @@ void RecordingFlow::cancelPreparation() {
 }
 
 capture::RecordingRequest RecordingFlow::makeRequest() const {
-    capture::RecordingRequest request{.mode = m_state.captureMode(),
-                                      .displayID = m_state.selectedDisplayID(),
-                                      .area = m_state.selectedRect(),
-                                      .windowID = {},
-                                      .windowTitle = {},
-                                      .sources = {.systemSound = m_state.systemAudioEnabled(),
-                                                  .microphone = m_state.microphoneAudioEnabled(),
-                                                  .camera = m_state.webcamEnabled()}};
+    // A switch stands for off where the desktop has nothing to switch on.
+    const auto able = m_services.platform.abilities();
+    capture::RecordingRequest request{
+        .mode = m_state.captureMode(),
+        .displayID = m_state.selectedDisplayID(),
+        .area = m_state.selectedRect(),
+        .windowID = {},
+        .windowTitle = {},
+        .sources = {.systemSound = m_state.systemAudioEnabled() && able.systemSound.isAvailable(),
+                    .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
+                    .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
+                    .microphoneDevice = {}}};
     if (m_state.selectedWindow())
         request.windowID = m_state.selectedWindow()->windowID;
     return request;

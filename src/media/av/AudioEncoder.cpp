@@ -10,7 +10,7 @@
 namespace vantro::media::av {
 namespace {
 
-constexpr int channels = mixing::channelCount;
+constexpr std::size_t channels = mixing::channelCount;
 
 FrameHandle makeSoundFrame(const AVCodecContext& codec, std::span<const float> samples) {
     auto frame = makeFrame();
@@ -20,10 +20,12 @@ FrameHandle makeSoundFrame(const AVCodecContext& codec, std::span<const float> s
     av_channel_layout_copy(&frame->ch_layout, &codec.ch_layout);
     if (av_frame_get_buffer(frame.get(), 0) < 0)
         throw std::bad_alloc();
-    for (int channel = 0; channel < channels; ++channel) {
+    for (int channel = 0; channel < codec.ch_layout.nb_channels; ++channel) {
         auto* plane = reinterpret_cast<float*>(frame->extended_data[channel]);
         for (std::size_t i = 0; i * channels < samples.size(); ++i)
-            plane[i] = samples[i * channels + static_cast<std::size_t>(channel)];
+            plane[i] = codec.ch_layout.nb_channels == 1
+                           ? (samples[i * channels] + samples[i * channels + 1]) / 2
+                           : samples[i * channels + static_cast<std::size_t>(channel)];
     }
     return frame;
 }
@@ -40,7 +42,7 @@ AudioEncoder::AudioEncoder(const AudioSettings& settings) {
         throw std::bad_alloc();
     m_codec->sample_fmt = AV_SAMPLE_FMT_FLTP;
     m_codec->sample_rate = mixing::sampleRate;
-    m_codec->ch_layout = AV_CHANNEL_LAYOUT_STEREO;
+    av_channel_layout_default(&m_codec->ch_layout, settings.channelCount);
     m_codec->time_base = {1, mixing::sampleRate};
     m_codec->bit_rate = settings.averageBitRate;
     m_codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;

@@ -14,6 +14,8 @@ namespace vantro::media::pulse {
 namespace {
 
 using namespace std::chrono_literals;
+using vantro::pulse::failureOf;
+using vantro::pulse::forget;
 
 constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, mixing::sampleRate, mixing::channelCount};
 constexpr std::size_t frameSize = sizeof(float) * mixing::channelCount;
@@ -39,28 +41,7 @@ pa_buffer_attr bufferOf(std::uint32_t latency) {
     return {automatic, latency, 0, leastRequest, automatic};
 }
 
-/// Only its news matter, which come through the stream itself.
-void forget(pa_operation* operation) {
-    if (operation)
-        pa_operation_unref(operation);
-}
-
 } // namespace
-
-void FreePulse::operator()(pa_context* context) const {
-    pa_context_set_state_callback(context, nullptr, nullptr);
-    pa_context_disconnect(context);
-    pa_context_unref(context);
-}
-
-void FreePulse::operator()(pa_stream* stream) const {
-    pa_stream_set_state_callback(stream, nullptr, nullptr);
-    pa_stream_set_write_callback(stream, nullptr, nullptr);
-    pa_stream_set_latency_update_callback(stream, nullptr, nullptr);
-    pa_stream_set_underflow_callback(stream, nullptr, nullptr);
-    pa_stream_disconnect(stream);
-    pa_stream_unref(stream);
-}
 
 PulseDevice::PulseDevice(SoundQueue& queue)
     : m_queue(queue)
@@ -116,7 +97,9 @@ void PulseDevice::update() {
             openStream();
     }
     const bool isWanted = m_queue.wantsDevice(now);
-    if (m_state == State::ready && isWanted) {
+    if (m_state != State::absent && isWanted && vantro::pulse::OwnSilence::isKept()) {
+        lose("the system's sound is being recorded");
+    } else if (m_state == State::ready && isWanted) {
         move(State::running);
         m_asked = 0;
         forget(pa_stream_cork(m_stream.get(), 0, nullptr, nullptr));
@@ -139,32 +122,26 @@ void PulseDevice::move(State to) {
 }
 
 void PulseDevice::connect() {
-    const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> properties(pa_proplist_new(),
-                                                                               &pa_proplist_free);
-    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_NAME, "Vantro");
-    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ID, "com.vantro.app");
-    pa_proplist_sets(properties.get(), PA_PROP_MEDIA_ROLE, "video");
-    m_context.reset(pa_context_new_with_proplist(pa_mainloop_get_api(m_loop.get()), "Vantro",
-                                                 properties.get()));
-    pa_context_set_state_callback(
-        m_context.get(),
-        [](pa_context*, void* self) { static_cast<PulseDevice*>(self)->contextChanged(); }, this);
-    if (pa_context_connect(m_context.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0)
-        m_lost = pa_strerror(pa_context_errno(m_context.get()));
+    m_context = vantro::pulse::connect(
+        *m_loop, "video",
+        [](pa_context* context, void* self) {
+            static_cast<PulseDevice*>(self)->contextChanged(*context);
+        },
+        this);
 }
 
-void PulseDevice::contextChanged() {
-    const auto state = pa_context_get_state(m_context.get());
+void PulseDevice::contextChanged(const pa_context& context) {
+    const auto state = pa_context_get_state(&context);
     if (state == PA_CONTEXT_READY)
         openStream();
     else if (!PA_CONTEXT_IS_GOOD(state))
-        m_lost = pa_strerror(pa_context_errno(m_context.get()));
+        m_lost = failureOf(context);
 }
 
 void PulseDevice::openStream() {
     m_stream.reset(pa_stream_new(m_context.get(), "Preview", &format, nullptr));
     if (!m_stream) {
-        m_lost = pa_strerror(pa_context_errno(m_context.get()));
+        m_lost = failureOf(*m_context);
         return;
     }
     m_written = 0;
@@ -189,7 +166,7 @@ void PulseDevice::openStream() {
     constexpr auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_playback(m_stream.get(), nullptr, &buffer, flags, nullptr, nullptr) < 0)
-        m_lost = pa_strerror(pa_context_errno(m_context.get()));
+        m_lost = failureOf(*m_context);
 }
 
 void PulseDevice::streamChanged() {
@@ -198,7 +175,7 @@ void PulseDevice::streamChanged() {
         move(State::ready);
         m_hasComplained = false;
     } else if (!PA_STREAM_IS_GOOD(state)) {
-        m_lost = pa_strerror(pa_context_errno(m_context.get()));
+        m_lost = failureOf(*m_context);
     }
 }
 

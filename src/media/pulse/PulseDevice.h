@@ -2,26 +2,18 @@
 
 #include "base/HostClock.h"
 #include "media/pulse/SoundQueue.h"
+#include "pulse/Pulse.h"
 
 #include <atomic>
-#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 #include <thread>
 
-#include <pulse/pulseaudio.h>
-
 namespace vantro::media::pulse {
 
-struct FreePulse {
-    void operator()(pa_mainloop* loop) const { pa_mainloop_free(loop); }
-    void operator()(pa_context* context) const;
-    void operator()(pa_stream* stream) const;
-};
-
 /// Plays what a queue holds through the sound server, on a thread of its own, where all of libpulse
-/// is called.
+/// is called. While the system's sound is recorded it does as if there were no device.
 ///
 ///            server answers            playing               all is heard
 ///   absent ------------------> ready ---------> running --------------------> ready
@@ -48,7 +40,7 @@ class PulseDevice {
     int waitingTime() const;
     void connect();
     void openStream();
-    void contextChanged();
+    void contextChanged(const pa_context& context);
     void streamChanged();
     void write(std::size_t bytes);
     void growBuffer();
@@ -57,9 +49,9 @@ class PulseDevice {
     void lose(const std::string& reason);
 
     SoundQueue& m_queue;
-    std::unique_ptr<pa_mainloop, FreePulse> m_loop;
-    std::unique_ptr<pa_context, FreePulse> m_context;
-    std::unique_ptr<pa_stream, FreePulse> m_stream;
+    vantro::pulse::Loop m_loop;
+    vantro::pulse::Context m_context;
+    vantro::pulse::Stream m_stream;
     State m_state = State::absent;
     std::atomic<bool> m_isThere = false; ///< not absent
     std::optional<base::HostTime> m_retryAt;

@@ -27,10 +27,13 @@ struct VideoSettings {
     VideoQuality quality = VideoQuality::fast;
 };
 
-/// AAC, 48 kHz, 2 channels.
+/// AAC, 48 kHz.
 struct AudioSettings {
+    /// 1 or 2; what is appended always has two, of which one is the mean.
+    int channelCount = 2;
     std::int64_t averageBitRate = 128'000; ///< bit/s
-    /// A live source: `appendAudio` refuses instead of waiting.
+    /// A live source: `appendAudio` refuses instead of waiting, and where the track cannot be
+    /// encoded the movie goes without it.
     bool expectsRealTime = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "base/SerialQueue.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,12 +27,16 @@ std::int64_t inSamples(MediaTime time) {
 
 AudioWriterInput::AudioWriterInput(const AudioSettings& settings, av::MovieMuxer& muxer,
                                    TrackPace& pictures)
-    : m_settings(settings)
-    , m_muxer(muxer)
-    , m_pictures(pictures)
-    , m_encoder(settings)
-    , m_track(muxer.addTrack(m_encoder.context()))
-    , m_queue(queuedBuffers) {}
+    : m_settings(settings), m_muxer(muxer), m_pictures(pictures), m_queue(queuedBuffers) {
+    try {
+        m_encoder.emplace(settings);
+        m_track = muxer.addTrack(m_encoder->context());
+    } catch (const MediaError&) {
+        if (!settings.expectsRealTime)
+            throw;
+        fail();
+    }
+}
 
 AudioWriterInput::~AudioWriterInput() {
     cancel();
@@ -39,7 +44,8 @@ AudioWriterInput::~AudioWriterInput() {
 
 void AudioWriterInput::start(MediaTime sessionStart) {
     m_sessionStart = sessionStart;
-    m_thread = std::thread([this] { run(); });
+    if (!m_failed)
+        m_thread = std::thread([this] { run(); });
 }
 
 bool AudioWriterInput::append(AudioBuffer buffer) {
@@ -77,11 +83,27 @@ void AudioWriterInput::run() {
             write(*buffer);
         if (!m_cancelled)
             finishTrack();
+    } catch (const std::exception&) {
+        fail();
+    }
+}
+
+/// With the exception that is being handled.
+void AudioWriterInput::fail() {
+    m_failure.with([](auto& value) { value = std::current_exception(); });
+    m_failed = true;
+    m_queue.abandon();
+    base::logError("Writing the movie's sound failed: {}", failure().value_or(""));
+}
+
+std::optional<std::string> AudioWriterInput::failure() const {
+    const auto failure = m_failure.with([](const auto& value) { return value; });
+    if (!failure)
+        return {};
+    try {
+        std::rethrow_exception(failure);
     } catch (const std::exception& error) {
-        base::logError("Writing the movie's sound failed: {}", error.what());
-        m_failure.with([](auto& value) { value = std::current_exception(); });
-        m_failed = true;
-        m_queue.abandon();
+        return error.what();
     }
 }
 
@@ -117,14 +139,14 @@ void AudioWriterInput::writeSilence(std::int64_t length) {
 
 void AudioWriterInput::encode(std::span<const float> samples) {
     m_position += static_cast<std::int64_t>(samples.size() / channels);
-    m_encoder.encode(samples,
-                     [this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
+    m_encoder->encode(samples,
+                      [this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
 }
 
 /// A track that no sound ever reached stays empty.
 void AudioWriterInput::finishTrack() {
     if (m_position > 0)
-        m_encoder.drain([this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
+        m_encoder->drain([this](av::EncodedPacket& packet) { m_muxer.write(m_track, packet); });
 }
 
 } // namespace vantro::media::writing

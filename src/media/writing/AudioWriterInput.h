@@ -11,6 +11,7 @@
 #include <atomic>
 #include <exception>
 #include <optional>
+#include <string>
 #include <thread>
 
 namespace vantro::media::writing {
@@ -22,7 +23,8 @@ namespace vantro::media::writing {
 /// neither waits in memory. One thread appends; the other calls come from any one thread.
 class AudioWriterInput {
   public:
-    /// Adds its track to `muxer`, which outlives it as `pictures` does. Throws MediaError.
+    /// Adds its track to `muxer`, which outlives it as `pictures` does. Throws MediaError, unless
+    /// it is live: then it has failed.
     AudioWriterInput(const AudioSettings& settings, av::MovieMuxer& muxer, TrackPace& pictures);
     ~AudioWriterInput();
 
@@ -30,6 +32,8 @@ class AudioWriterInput {
     void start(MediaTime sessionStart);
     /// What is live cannot be had again: its movie goes on without this track.
     bool failsTheMovie() const { return m_failed && !m_settings.expectsRealTime; }
+    /// What went wrong, once something has. Any thread.
+    std::optional<std::string> failure() const;
     bool isReady() const { return !m_failed && !m_queue.isFull(); }
     bool append(AudioBuffer buffer);
     /// Waits until everything is written. Throws what went wrong, however long ago, if that fails
@@ -42,6 +46,7 @@ class AudioWriterInput {
 
   private:
     void run();
+    void fail();
     void write(const AudioBuffer& buffer);
     void writeSilence(std::int64_t length);
     void encode(std::span<const float> samples);
@@ -50,8 +55,8 @@ class AudioWriterInput {
     const AudioSettings m_settings;
     av::MovieMuxer& m_muxer;
     TrackPace& m_pictures;
-    av::AudioEncoder m_encoder;
-    int m_track;
+    std::optional<av::AudioEncoder> m_encoder; ///< unless it cannot be had
+    int m_track = -1;
     base::BoundedQueue<AudioBuffer> m_queue;
     std::thread m_thread;
     MediaTime m_sessionStart;

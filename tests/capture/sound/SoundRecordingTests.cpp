@@ -1,0 +1,353 @@
+// Whole recordings with sound of real, private sound servers, looked at in the finished movie.
+#include "capture/Colors.h"
+#include "capture/MovieFrames.h"
+#include "capture/OwnProcess.h"
+#include "capture/RecordingSession.h"
+#include "capture/sound/PulseSoundDevices.h"
+#include "capture/sound/SoundWatch.h"
+#include "media/Sound.h"
+#include "media/TestMovies.h"
+#include "media/pulse/PulseSound.h"
+#include "support/Eventually.h"
+#include "support/SoundServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestWindow.h"
+
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace vantro::capture::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace test;
+using Kind = SoundServer::Kind;
+
+/// A recording of a small screen with its sound, under way.
+struct Recording {
+    explicit Recording(const SourceSwitches& sources) {
+        RecordingRequest request;
+        request.sources = sources;
+        session = std::make_unique<RecordingSession>(
+            request, [this] { return connectTo(server); }, makePulseSoundDevices());
+        session->choose({});
+        session->start(movie);
+        began = base::hostNow();
+    }
+
+    void stop() { metadata = session->stop(); }
+    bool goesOnFor(base::HostDuration time) const {
+        const auto end = base::hostNow() + time;
+        return eventually([&] { return base::hostNow() > end; });
+    }
+    /// The sound of a track of the finished movie; interleaved stereo.
+    std::vector<float> sound(std::size_t track) const {
+        const auto asset = media::Asset::open(movie);
+        media::Composition composition(asset);
+        composition.addTrack(media::MediaType::audio)
+            .insert({{}, asset.duration()}, asset.tracks(media::MediaType::audio).at(track), {});
+        return allSound(composition);
+    }
+
+    const XServer server{{.width = 160, .height = 120}};
+    TestWindow window{server, {0, 0, 160, 120}, colors::black};
+    TemporaryFolder folder;
+    std::filesystem::path movie = folder / "recording.mov";
+    std::unique_ptr<RecordingSession> session;
+    model::RecordingMetadata metadata;
+    base::HostTime began;
+};
+
+constexpr SourceSwitches systemOnly{
+    .systemSound = true, .microphone = false, .camera = false, .microphoneDevice = {}};
+constexpr SourceSwitches microphoneOnly{
+    .systemSound = false, .microphone = true, .camera = false, .microphoneDevice = {}};
+constexpr SourceSwitches both{
+    .systemSound = true, .microphone = true, .camera = false, .microphoneDevice = {}};
+
+class SoundRecording : public testing::TestWithParam<Kind> {
+  protected:
+    void SetUp() override {
+        if (!SoundServer::isInstalled(GetParam()))
+            GTEST_SKIP() << "its programs are not installed";
+        server = std::make_unique<SoundServer>(GetParam());
+        server->start();
+        server->addMicrophone("mic");
+        server->addOutput("box");
+    }
+
+    std::unique_ptr<SoundServer> server;
+};
+
+INSTANTIATE_TEST_SUITE_P(, SoundRecording, testing::Values(Kind::pipewire, Kind::pulseaudio),
+                         [](const auto& kind) {
+                             return kind.param == Kind::pipewire ? "pipeWire" : "pulseAudio";
+                         });
+
+TEST_P(SoundRecording, TellsSpeakersAndMicrophoneApart) {
+    const TonePlayer speakers("box", 440);
+    const TonePlayer voice("mic_feed", 1000);
+    Recording recording(both);
+    ASSERT_TRUE(recording.goesOnFor(1500ms));
+    recording.stop();
+    EXPECT_TRUE(recording.metadata.hasSystemAudio);
+    EXPECT_TRUE(recording.metadata.hasMicrophoneAudio);
+    EXPECT_THAT(recording.session->statistics().lostSources, testing::IsEmpty());
+    const double end = recording.metadata.endTime;
+    const struct {
+        double own;
+        double other;
+    } tracks[]{{440, 1000}, {1000, 440}};
+    for (std::size_t track = 0; track < 2; ++track) {
+        const auto sound = recording.sound(track);
+        EXPECT_GT(toneAmplitude(sound, tracks[track].own, 0.1, end - 0.1), 0.4) << track;
+        EXPECT_LT(toneAmplitude(sound, tracks[track].other, 0.1, end - 0.1), 0.005) << track;
+    }
+    for (const auto& track : media::Asset::open(recording.movie).tracks(media::MediaType::audio)) {
+        EXPECT_EQ(track.timeRange.start, media::MediaTime{});
+        EXPECT_NEAR(track.timeRange.end().seconds(), end, 0.004);
+    }
+    const auto streams = probe(recording.movie, "streams", "a");
+    for (int track = 0; track < 2; ++track) {
+        EXPECT_EQ(streams.at(track).at("codec_name"), "aac");
+        EXPECT_EQ(streams.at(track).at("sample_rate"), "48000");
+        EXPECT_EQ(streams.at(track).at("channels"), track == 0 ? 2 : 1);
+    }
+}
+
+/// When the window turns white in the movie, seconds.
+std::vector<double> flashTimes(const std::filesystem::path& movie) {
+    std::vector<double> times;
+    bool wasWhite = false;
+    for (const auto& frame : framesOf(movie)) {
+        const bool isWhite = frame.pixels->row(0, 60)[80] > 128;
+        if (isWhite && !wasWhite)
+            times.push_back(frame.presentationTime.seconds());
+        wasWhite = isWhite;
+    }
+    return times;
+}
+
+TEST_P(SoundRecording, KeepsSoundInStepWithThePicture) {
+    TonePlayer beeper("box", 1000);
+    beeper.setHeard(false);
+    Recording recording(systemOnly);
+    ASSERT_TRUE(eventually([&] { return recording.session->statistics().framesCaptured > 0; }));
+    const MonitorRecorder monitor(GetParam(), "box");
+    ASSERT_TRUE(recording.goesOnFor(300ms));
+    std::vector<double> flashed;
+    for (int beep = 0; beep < 6; ++beep) {
+        beeper.setHeard(true);
+        recording.window.fill(colors::white);
+        flashed.push_back(base::inSeconds(base::hostNow().time_since_epoch()));
+        monitor.hear(0.2);
+        beeper.setHeard(false);
+        recording.window.fill(colors::black);
+        monitor.hear(0.37);
+    }
+    recording.stop();
+    const auto heard = beepTimes(monitor.sound());
+    const auto beeps = beepTimes(recording.sound(0));
+    const auto flashes = flashTimes(recording.movie);
+    ASSERT_EQ(heard.size(), 6);
+    ASSERT_EQ(beeps.size(), 6);
+    ASSERT_EQ(flashes.size(), 6);
+    std::vector<double> offsets;
+    for (std::size_t i = 0; i < 6; ++i) {
+        const double played =
+            monitor.timeOf(static_cast<std::size_t>(heard[i] * media::mixing::sampleRate));
+        offsets.push_back((beeps[i] - flashes[i]) - (played - flashed[i]));
+    }
+    EXPECT_THAT(offsets, testing::Each(testing::AllOf(testing::Ge(-0.02), testing::Le(0.02))));
+}
+
+/// How loud a source of the recording is now; −1 when it takes no part.
+double levelOf(const Recording& recording, SoundKind kind) {
+    for (const auto& sound : recording.session->statistics().sounds)
+        if (sound.kind == kind)
+            return sound.level;
+    return -1;
+}
+
+/// How loud the tone is in each tenth of a second of a sound.
+std::vector<double> loudness(const std::vector<float>& sound, double frequency) {
+    std::vector<double> levels;
+    for (double from = 0; from + 0.1 < secondsOf(sound); from += 0.1)
+        levels.push_back(toneAmplitude(sound, frequency, from, from + 0.1));
+    return levels;
+}
+
+double longestRun(const std::vector<double>& levels, bool (*counts)(double)) {
+    double longest = 0;
+    double run = 0;
+    for (const double level : levels) {
+        run = counts(level) ? run + 0.1 : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
+}
+bool isLoud(double level) {
+    return level > 0.4;
+}
+bool isSilent(double level) {
+    return level < 0.01;
+}
+
+TEST_P(SoundRecording, IsSilentWhileTheMicrophoneIsAwayAndNeverRecordsTheSpeakersInItsPlace) {
+    const TonePlayer speakers("box", 440);
+    const TonePlayer voice("mic_feed", 1000);
+    Recording recording(microphoneOnly);
+    ASSERT_TRUE(eventually([&] { return levelOf(recording, SoundKind::microphone) > 0.4; }));
+    ASSERT_TRUE(recording.goesOnFor(600ms));
+    server->removeMicrophone("mic");
+    ASSERT_TRUE(eventually([&] { return !recording.session->statistics().lostSources.empty(); }));
+    EXPECT_THAT(recording.session->statistics().lostSources,
+                testing::ElementsAre(testing::StartsWith("Microphone: ")));
+    ASSERT_TRUE(recording.goesOnFor(1500ms));
+    server->addMicrophone("mic"); // of the same feed
+    ASSERT_TRUE(eventually([&] { return recording.session->statistics().lostSources.empty(); }));
+    ASSERT_TRUE(recording.goesOnFor(1200ms));
+    recording.stop();
+    const auto sound = recording.sound(0);
+    EXPECT_NEAR(secondsOf(sound), recording.metadata.endTime, 0.05);
+    EXPECT_THAT(loudness(sound, 440), testing::Each(testing::Lt(0.01)));
+    const auto voiceHeard = loudness(sound, 1000);
+    EXPECT_TRUE(isLoud(voiceHeard.at(5)));
+    EXPECT_TRUE(isLoud(voiceHeard.at(voiceHeard.size() - 3)));
+    EXPECT_GT(longestRun(voiceHeard, isSilent), 1.2);
+}
+
+TEST_P(SoundRecording, FollowsTheDefaultOutput) {
+    server->addOutput("tv");
+    server->control("set-default-sink box");
+    const TonePlayer speakers("box", 440);
+    Recording recording(systemOnly);
+    ASSERT_TRUE(eventually([&] { return levelOf(recording, SoundKind::system) > 0.4; }));
+    ASSERT_TRUE(recording.goesOnFor(500ms));
+    const TonePlayer elsewhere("tv", 1500);
+    ASSERT_TRUE(recording.goesOnFor(300ms));
+    server->control("set-default-sink tv");
+    ASSERT_TRUE(recording.goesOnFor(1500ms));
+    recording.stop();
+    const auto sound = recording.sound(0);
+    EXPECT_NEAR(secondsOf(sound), recording.metadata.endTime, 0.05);
+    EXPECT_TRUE(isLoud(loudness(sound, 440).at(4)));
+    const auto other = loudness(sound, 1500);
+    EXPECT_TRUE(isLoud(other.at(other.size() - 3)));
+    EXPECT_TRUE(isSilent(other.at(5))) << "it was not the default one";
+}
+
+TEST_P(SoundRecording, SurvivesItsServer) {
+    Recording recording(both);
+    {
+        const TonePlayer speakers("box", 440);
+        ASSERT_TRUE(eventually([&] { return levelOf(recording, SoundKind::system) > 0.4; }));
+        server->crash();
+        ASSERT_TRUE(
+            eventually([&] { return recording.session->statistics().lostSources.size() == 2; }));
+    }
+    server->start();
+    server->addMicrophone("mic");
+    server->addOutput("box");
+    ASSERT_TRUE(eventually([&] { return recording.session->statistics().lostSources.empty(); }));
+    const TonePlayer speakers("box", 1500);
+    ASSERT_TRUE(eventually([&] { return levelOf(recording, SoundKind::system) > 0.4; }));
+    ASSERT_TRUE(recording.goesOnFor(700ms));
+    recording.stop();
+    const auto sound = recording.sound(0);
+    EXPECT_NEAR(secondsOf(sound), recording.metadata.endTime, 0.05);
+    EXPECT_GT(longestRun(loudness(sound, 1500), isLoud), 0.35);
+    EXPECT_NEAR(secondsOf(recording.sound(1)), recording.metadata.endTime, 0.05);
+}
+
+TEST_P(SoundRecording, HasNothingOfWhatVantroPlaysItself) {
+    const TemporaryFolder folder;
+    const auto movie = folder / "tone.mov";
+    runFfmpeg("-f lavfi -i \"aevalsrc='0.5*sin(2*PI*1000*t)':s=48000:d=20\" -c:a pcm_s16le", movie);
+    const auto asset = media::Asset::open(movie);
+    media::Composition composition(asset);
+    composition.addTrack(media::MediaType::audio)
+        .insert({{}, asset.duration()}, asset.tracks(media::MediaType::audio).at(0), {});
+    const auto own = media::pulse::makePulseSound(composition);
+    ASSERT_TRUE(eventually([&] { return own->hasDevice(); }));
+    own->play({}, 1, {});
+    const TonePlayer speakers("box", 440);
+    Recording recording(systemOnly);
+    ASSERT_TRUE(eventually([&] { return !own->hasDevice(); }));
+    ASSERT_TRUE(recording.goesOnFor(1s));
+    recording.stop();
+    const auto sound = recording.sound(0);
+    const double end = secondsOf(sound);
+    EXPECT_GT(toneAmplitude(sound, 440, end - 0.5, end - 0.1), 0.4);
+    EXPECT_LT(toneAmplitude(sound, 1000, end - 0.5, end - 0.1), 0.01);
+    EXPECT_TRUE(eventually([&] { return own->hasDevice(); })) << "it stays silent afterwards";
+}
+
+TEST_P(SoundRecording, GoesOnWithoutWhatIsNotThere) {
+    const auto recorded = [](const SourceSwitches& sources) {
+        Recording recording(sources);
+        EXPECT_TRUE(recording.goesOnFor(200ms));
+        recording.stop();
+        EXPECT_TRUE(media::Asset::open(recording.movie).tracks(media::MediaType::audio).empty());
+        EXPECT_GT(recording.metadata.endTime, 0.1);
+        return recording.session->statistics().lostSources;
+    };
+    server->removeMicrophone("mic"); // what is left of inputs are monitors
+    EXPECT_THAT(recorded(microphoneOnly),
+                testing::ElementsAre("Microphone: there is no microphone"));
+    auto named = microphoneOnly;
+    named.microphoneDevice = "box.monitor";
+    EXPECT_THAT(recorded(named), testing::ElementsAre("Microphone: there is no box.monitor"));
+    server->crash();
+    EXPECT_THAT(recorded(systemOnly),
+                testing::ElementsAre("System audio: there is no sound server"));
+}
+
+TEST_P(SoundRecording, ListsDevicesAsTheyComeAndGo) {
+    const auto names = [](const SoundWatch& watch) {
+        std::vector<std::string> found;
+        if (const auto devices = watch.devices(); devices && *devices)
+            for (const auto& device : **devices)
+                found.push_back(device.name + (device.isDefault ? " default" : ""));
+        return found;
+    };
+    std::atomic<int> changes = 0;
+    const SoundWatch watch([&] { ++changes; });
+    ASSERT_TRUE(eventually([&] {
+        const auto found = names(watch);
+        return std::ranges::count(found, "box.monitor default") == 1 &&
+               std::ranges::count(found, "mic default") == 1;
+    }));
+    EXPECT_EQ(abilitiesOf(*watch.devices()), SoundAbilities{});
+    server->removeMicrophone("mic");
+    EXPECT_TRUE(
+        eventually([&] { return !abilitiesOf(*watch.devices()).microphone.isAvailable(); }));
+    server->crash();
+    EXPECT_TRUE(eventually([&] { return !watch.devices()->has_value(); }));
+    EXPECT_GE(changes, 3);
+    EXPECT_FALSE(makePulseSoundDevices()->list());
+}
+
+TEST(SoundServerAbsence, AServerThatNeverAnswersIsGivenUp) {
+    const TemporaryFolder folder;
+    const auto place = (folder / "deaf").string();
+    const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    place.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listener, 4), 0);
+    ::setenv("PULSE_SERVER", ("unix:" + place).c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    const auto source = makePulseSoundDevices()->open(SoundKind::system, {});
+    ::unsetenv("PULSE_SERVER"); // NOLINT(concurrency-mt-unsafe)
+    ::close(listener);
+    ASSERT_FALSE(source);
+    EXPECT_EQ(source.error().reason, "the sound server does not answer");
+}
+
+} // namespace
+} // namespace vantro::capture::sound
