@@ -1,25 +1,45 @@
-// What the bars of the time line cost with a recording of two hours, 450,000 pointer samples, 2,000
-// clicks and 200 segments, in a window 1920 wide: opening, and for each event of a drag our handler
-// (CPU time) and the way from the event to the swap that shows it. Beside them a peer: a slider of
-// Qt's, which has one handle and no model, dragged in the same window. With a movie, the same bars
-// over it are scrubbed while its pictures are found and shown.
-// usage: timeline_bench [MOVIE] (QT_QPA_PLATFORM and QT_QUICK_BACKEND choose where; software by
-// default)
+// What the editor costs with a recording of two hours, 450,000 pointer samples, 2,000 clicks and
+// 200 segments, in a window 1920 wide with the preview, the sidebar and the recording's thumbnails:
+// opening the project from disk, and for each event of a drag our handler and the way to the swap
+// that shows it, both also in CPU time of the main thread, which a machine with other work does not
+// spoil. Beside them a peer: a slider of Qt's, which has one handle and no model, dragged in the
+// same window.
+// usage: timeline_bench [MOVIE] (two hours of it; made by ffmpeg where none is named.
+// QT_QPA_PLATFORM and QT_QUICK_BACKEND choose where; software by default)
 
+#include "app/files/ProjectStores.h"
+#include "app/flows/ExportFlow.h"
+#include "app/flows/Flows.h"
+#include "app/flows/JournalFlow.h"
+#include "app/flows/PermissionService.h"
 #include "app/flows/QtMainLoop.h"
-#include "editor/EditorPreview.h"
+#include "app/flows/RecoveryFlow.h"
+#include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
-#include "window/QmlModule.h"
+#include "program/PictureWithoutUs.h"
+#include "ui/ActionGuard.h"
+#include "ui/platform/Appearance.h"
+#include "ui/platform/NativePanels.h"
+#include "window/DisplayChoice.h"
+#include "window/MainModel.h"
+#include "window/MainWindow.h"
+#include "window/overlay/DesktopOverlays.h"
+#include "window/start/RecentProjectsModel.h"
+#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QApplication>
 #include <QMouseEvent>
 #include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <vector>
@@ -38,21 +58,37 @@ double milliseconds(Clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-/// What this thread has computed: a machine with other work does not spoil it.
+/// What this thread has computed.
 double threadMilliseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-model::Project projectOf(const std::filesystem::path& movie, double length) {
+/// Two hours of small pictures, two a second, with sound.
+std::string madeMovie(const QTemporaryDir& folder) {
+    const auto movie = folder.filePath("recording.mov").toStdString();
+    const auto command = fmt::format(
+        "ffmpeg -v error -f lavfi -i testsrc2=size=640x360:rate=2 -f lavfi -i sine=r=16000 -t {} "
+        "-c:v libx264 -preset ultrafast -g 20 -pix_fmt yuv420p -c:a aac -b:a 32k '{}'",
+        twoHours, movie);
+    if (std::system(command.c_str()) != 0)
+        throw std::runtime_error("ffmpeg makes no movie");
+    return movie;
+}
+
+model::Project projectOf(const std::filesystem::path& movie) {
+    constexpr double length = twoHours;
     model::RecordingMetadata metadata;
     metadata.endTime = length;
     metadata.captureRect = {0, 0, 1920, 1080};
     for (int i = 0; i < 450'000; ++i)
-        metadata.cursorPositions.push_back({.timestamp = i * length / 450'000});
+        metadata.cursorPositions.push_back({.x = 960 + 900 * std::sin(i * 1e-3),
+                                            .y = 540 + 500 * std::cos(i * 1e-3),
+                                            .timestamp = i * length / 450'000});
     for (int i = 0; i < 2'000; ++i)
-        metadata.clickEvents.push_back({.timestamp = i * length / 2'000});
+        metadata.clickEvents.push_back(
+            {.x = i % 1900 + 0.5, .y = i % 1000 + 0.25, .timestamp = i * length / 2'000});
     auto edit = model::freshEdit(metadata);
     std::vector<model::TimelineSegment> segments;
     segments.push_back({.startFraction = 0, .endFraction = 0.2});
@@ -64,57 +100,82 @@ model::Project projectOf(const std::filesystem::path& movie, double length) {
     return {"bench", {movie, std::move(metadata)}, std::move(edit)};
 }
 
-constexpr auto source = R"(
+constexpr auto peerSource = R"(
 import QtQuick
-import QtQuick.Window
 import QtQuick.Templates as T
-import Vantro
-import Vantro.Native
-Window {
-    required property EditorActions actions
-    required property PlayerTimeObserver transport
-    required property EditorPreview player
-    width: 1920; height: 1080; visible: true
-    T.Slider {
-        id: slider
-        objectName: "peer"
-        width: parent.width; height: 40
-        handle: Rectangle { x: slider.visualPosition * (slider.width - 16); width: 16; height: 16; radius: 8; color: "red" }
-    }
-    VideoPreviewArea {
-        anchors { fill: parent; topMargin: 60; bottomMargin: 140 }
-        visible: parent.Window.window.player.ready
-        player: parent.Window.window.player
-    }
-    TimelineBarsGroup {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-        actions: parent.Window.window.actions
-        transport: parent.Window.window.transport
-    }
+T.Slider {
+    id: slider
+    width: 1000; height: 40; z: 10
+    handle: Rectangle { x: slider.visualPosition * (slider.width - 16); width: 16; height: 16; radius: 8; color: "red" }
 }
 )";
+
+/// The program's window, without what records.
+struct Rig {
+    QTemporaryDir folder;
+    ui::Preferences preferences{folder.filePath("vantro.ini")};
+    ui::Appearance appearance{preferences};
+    program::DesktopRecording desktop;
+    app::flows::QtMainTimers timers;
+    app::AppState state{1};
+    app::flows::PermissionService permission{timers, [] { return true; }};
+    ui::NativePanels panels{state, preferences};
+    window::overlay::DesktopOverlays overlays{desktop, program::pictureWithoutUs};
+    app::flows::QtTaskRunner tasks{"bench"};
+    app::flows::QtTaskRunner previewTasks{"bench.preview"};
+    app::flows::RecordingFlow recording{state, {desktop, overlays, timers, tasks}};
+    app::flows::ExportFlow exports{state, panels, tasks, program::runExport};
+    app::flows::ProjectFlow projects{state, panels, tasks};
+    app::flows::RecoveryFlow recovery{state, projects, tasks};
+    app::flows::JournalFlow journals{state, projects, timers, tasks,
+                                     folder.filePath("edits").toStdString()};
+    const app::flows::Flows flows{recording, exports, projects, recovery, journals};
+    editor::EditorPreview preview{previewTasks, program::openMovieForEditor,
+                                  [](const auto&) { return nullptr; }};
+    window::picker::WindowPickerModel windows{tasks, timers, program::listShareableContent};
+    window::DisplayChoice displays{state, [this] { return desktop.displays(); }};
+    ui::ActionGuard guard{state, permission, flows, [this] { return desktop.abilities(); }};
+    window::MainModel model{state, permission, windows, flows, guard};
+    editor::EditorModel editor{state,
+                               preview,
+                               flows,
+                               {.panels = panels,
+                                .tasks = tasks,
+                                .openMovie = program::openMovieForEditor,
+                                .showInFolder = [](const QString&) {}}};
+    editor::bars::EditorActions actions{state, *preview.transport()};
+    window::start::UnsavedRecordingsModel recordings{recovery};
+    window::start::RecentProjectsModel recents{preferences, projects, tasks};
+    window::MainWindow window{{model, editor, actions, windows, displays, guard, appearance,
+                               recordings, recents, recovery}};
+};
 
 /// The window, and the times of what is sent to it.
 class Bench {
   public:
-    explicit Bench(model::Project project) {
-        window::prepareEngine(m_engine);
-        m_actions.timeline()->setWidth(1888);
-        const auto began = Clock::now();
-        m_state.show(std::move(project));
-        QQmlComponent component(&m_engine);
-        component.setData(source, {});
-        m_window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-            {{"actions", QVariant::fromValue<QObject*>(&m_actions)},
-             {"transport", QVariant::fromValue<QObject*>(m_preview.transport())},
-             {"player", QVariant::fromValue<QObject*>(&m_preview)}})));
-        if (!m_window)
-            throw std::runtime_error(component.errorString().toStdString());
-        QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, [this] { ++m_swaps; });
+    Bench() {
+        QObject::connect(&window(), &QQuickWindow::frameSwapped, [this] { ++m_swaps; });
+        m_rig.permission.startPolling();
+        window().show();
         awaitSwap(0);
-        fmt::print("opening, to the first swap: {:.1f} ms\n", milliseconds(Clock::now() - began));
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        window().resize(1920, 1080);
+    }
+
+    void open(const std::filesystem::path& package) {
+        const auto began = Clock::now();
+        const double busy = threadMilliseconds();
+        m_rig.projects.open(package);
+        await([this] { return m_rig.state.phase() == app::AppPhase::previewing(); });
+        awaitSwap(m_swaps);
+        fmt::print("opening, until the editor is shown: {:.0f} ms ({:.0f} of the main thread)\n",
+                   milliseconds(Clock::now() - began), threadMilliseconds() - busy);
+        await([this] { return m_rig.preview.isReady() || !m_rig.preview.problem().isEmpty(); });
+        fmt::print("         until its movie can be played: {:.0f} ms\n",
+                   milliseconds(Clock::now() - began));
+        window().resize(1920, 1080);
+        await([this] { return m_rig.actions.strip()->hasPictures(); });
+        const auto until = Clock::now() + std::chrono::seconds(3); // thumbnails come
+        await([&] { return Clock::now() > until; });
     }
 
     /// Drags from `from` by `points` to the right and back.
@@ -130,44 +191,71 @@ class Bench {
     void wheel(const char* name, QPointF at) {
         for (int i = 0; i < events; ++i)
             measure([&] {
-                QWheelEvent event(at, m_window->mapToGlobal(at), {},
+                QWheelEvent event(at, window().mapToGlobal(at), {},
                                   {0, i / 15 % 2 == 0 ? 120 : -120}, {}, {}, Qt::NoScrollPhase,
                                   false);
-                QCoreApplication::sendEvent(m_window.get(), &event);
+                QCoreApplication::sendEvent(&window(), &event);
             });
         print(name);
     }
-    QPointF on(const char* name, double x) {
-        auto* item = m_window->findChild<QQuickItem*>(QString::fromLatin1(name));
-        return item->mapToScene({x, item->height() / 2});
+    void dragPeer() {
+        QQmlComponent component(qmlContext(window().contentItem()->childItems().first())->engine());
+        component.setData(peerSource, {});
+        const std::unique_ptr<QObject> slider(component.create());
+        auto* item = qobject_cast<QQuickItem*>(slider.get());
+        if (item == nullptr)
+            throw std::runtime_error(component.errorString().toStdString());
+        item->setParentItem(window().contentItem());
+        drag("peer: Qt's slider", {8, 8}, 600);
     }
-    editor::bars::EditorActions& actions() { return m_actions; }
-    /// Plays the project's movie, paused.
-    void play() {
-        m_preview.show(m_state.document().recording(), m_state.document().edit());
-        while (!m_preview.isReady() && m_preview.problem().isEmpty())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (!m_preview.isReady())
-            throw std::runtime_error(m_preview.problem().toStdString());
+    QPointF on(const char* name, double x) {
+        auto& item = found(name);
+        return item.mapToScene({x, item.height() / 2});
+    }
+    /// The handle of a slider that stands at `share` of its way.
+    QPointF onSlider(const char* name) {
+        auto& slider = found(name);
+        slider.forceActiveFocus(Qt::TabFocusReason); // is scrolled into view
+        awaitSwap(m_swaps);
+        return on(name, 8 + slider.property("visualPosition").toDouble() * (slider.width() - 16));
+    }
+    QQuickItem& found(const char* name) {
+        auto* item = window().findChild<QQuickItem*>(QString::fromLatin1(name));
+        if (item == nullptr)
+            throw std::runtime_error(fmt::format("{} is not shown", name));
+        return *item;
+    }
+    Rig& rig() { return m_rig; }
+    QQuickWindow& window() { return m_rig.window.window(); }
+    static void await(const auto& isDone) {
+        while (!isDone())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
 
   private:
+    struct Times {
+        std::vector<double> handler;  ///< CPU
+        std::vector<double> computed; ///< CPU, to the swap
+        std::vector<double> shown;
+    };
+
     void mouse(QEvent::Type type, QPointF at) {
         const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, m_window->mapToGlobal(at), button,
+        QMouseEvent event(type, at, window().mapToGlobal(at), button,
                           type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
         event.setTimestamp(m_time += 10);
-        QCoreApplication::sendEvent(m_window.get(), &event);
+        QCoreApplication::sendEvent(&window(), &event);
     }
     void measure(const auto& send) {
         const int before = m_swaps;
         const auto began = Clock::now();
         const double busy = threadMilliseconds();
         send();
-        m_handlers.push_back(threadMilliseconds() - busy);
-        m_window->update(); // a step that changes nothing is shown as well
+        m_times.handler.push_back(threadMilliseconds() - busy);
+        window().update(); // a step that changes nothing is shown as well
         awaitSwap(before);
-        m_shown.push_back(milliseconds(Clock::now() - began));
+        m_times.computed.push_back(threadMilliseconds() - busy);
+        m_times.shown.push_back(milliseconds(Clock::now() - began));
     }
     void awaitSwap(int before) const {
         while (m_swaps == before)
@@ -178,27 +266,47 @@ class Bench {
             std::ranges::sort(times);
             return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))];
         };
-        fmt::print(
-            "{:34} handler {:5.2f} ms median {:5.2f} p95 {:5.2f} worst   to the swap {:5.1f} "
-            "median {:5.1f} p95\n",
-            name, at(m_handlers, 0.5), at(m_handlers, 0.95), at(m_handlers, 1), at(m_shown, 0.5),
-            at(m_shown, 0.95));
-        m_handlers.clear();
-        m_shown.clear();
+        auto& [handler, computed, shown] = m_times;
+        fmt::print("{:30} handler {:5.2f} median {:5.2f} p95 {:5.2f} worst   to the swap {:5.1f} "
+                   "median {:5.1f} p95 (CPU {:4.1f}, {:4.1f})\n",
+                   name, at(handler, 0.5), at(handler, 0.95), at(handler, 1), at(shown, 0.5),
+                   at(shown, 0.95), at(computed, 0.5), at(computed, 0.95));
+        std::fflush(stdout);
+        m_times = {};
     }
 
-    app::AppState m_state{1};
-    app::flows::QtTaskRunner m_tasks{"bench"};
-    editor::EditorPreview m_preview{m_tasks, program::openMovieForEditor,
-                                    [](const auto&) { return nullptr; }};
-    editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
-    QQmlEngine m_engine;
-    std::unique_ptr<QQuickWindow> m_window;
-    std::vector<double> m_handlers;
-    std::vector<double> m_shown;
+    Rig m_rig;
+    Times m_times;
     int m_swaps = 0;
     ulong m_time = 0;
 };
+
+void measureBars(Bench& bench) {
+    auto& timeline = *bench.rig().actions.timeline();
+    const double width = timeline.width();
+    bench.drag("an edge of a segment", bench.on("segmentsBar", width * 0.2), -300);
+    bench.drag("a zoom among 2,000", bench.on("zoomBar", width / 2), 600);
+    bench.drag("marking a range", bench.on("zoomBar", -4), 600);
+    bench.drag("scrubbing", bench.on("ruler", 300), 1200);
+    bench.wheel("magnifying", bench.on("ruler", width / 2));
+    for (int i = 0; i < 20; ++i)
+        timeline.magnify(1.25, width / 2);
+    const auto& zoom = timeline.zoomRows()[1];
+    bench.drag("a zoom with room to move", bench.on("zoomBar", zoom.x + zoom.width / 2), 40);
+    bench.drag("scrolling a magnified view", bench.on("zoomBar", width / 2), 1200);
+}
+
+void measureSettings(Bench& bench) {
+    auto& state = bench.rig().state;
+    const auto& zoom = state.editableClickEvents()[10];
+    state.setSelectedClickID(zoom.id);
+    bench.rig().preview.transport()->seek(zoom.timestamp / twoHours);
+    for (const auto* slider : {"zoomLevelSlider", "zoomXSlider", "paddingSlider",
+                               "cornerRadiusSlider", "pointerScaleSlider", "allZoomsLevelSlider"})
+        bench.drag(slider, bench.onSlider(slider), 60);
+    Bench::await([&] { return bench.found("zoomTarget").isVisible(); });
+    bench.drag("the zoom's target", bench.on("zoomTarget", 18), 200);
+}
 
 } // namespace
 
@@ -206,26 +314,15 @@ int main(int argc, char** argv) try {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
         qputenv("QT_QUICK_BACKEND", "software");
     const QApplication application(argc, argv);
-    {
-        Bench bench(projectOf("/nowhere/recording.mov", twoHours));
-        auto& timeline = *bench.actions().timeline();
-        bench.drag("peer: Qt's slider", {20, 20}, 600);
-        bench.drag("an edge of a segment", bench.on("segmentsBar", 1888 * 0.2), -300);
-        bench.drag("a zoom among 2,000", bench.on("zoomBar", 944), 600);
-        bench.drag("marking a range", bench.on("ruler", 300), 600);
-        bench.wheel("magnifying", bench.on("ruler", 944));
-        for (int i = 0; i < 20; ++i)
-            timeline.magnify(1.25, 944);
-        const auto& zoom = timeline.zoomRows()[1];
-        bench.drag("a zoom with room to move", bench.on("zoomBar", zoom.x + zoom.width / 2), 40);
-        bench.drag("scrolling a magnified view", bench.on("zoomBar", 944), 1200);
-    }
-    if (argc < 2)
-        return 0;
-    Bench bench(projectOf(argv[1], 60));
-    bench.play();
-    bench.drag("scrubbing over a movie", bench.on("ruler", 300), 1200);
-    bench.drag("an edge over a movie", bench.on("segmentsBar", 1888 * 0.2), -300);
+    const QTemporaryDir folder;
+    const auto package = std::filesystem::path(folder.path().toStdString()) / "film.vantro";
+    app::files::saveProject(package, projectOf(argc > 1 ? argv[1] : madeMovie(folder)), true);
+    Bench bench;
+    bench.open(package);
+    bench.dragPeer();
+    measureBars(bench);
+    bench.rig().actions.timeline()->fit();
+    measureSettings(bench);
     return 0;
 } catch (const std::exception& error) {
     fmt::print(stderr, "timeline_bench: {}\n", error.what());

@@ -150,7 +150,10 @@ std::vector<EdgeRow> edgeRows(const Segments& segments, double duration, const T
     std::vector<EdgeRow> rows;
     for (const auto& edge : edgesOf(segments))
         if (axis.width > 0 && edge.place >= axis.start && edge.place <= axis.start + axis.span)
-            rows.push_back({edge, axis.xOf(edge.place), edge.place * duration});
+            rows.push_back({.id = segments[edge.segment].id,
+                            .edge = edge,
+                            .x = axis.xOf(edge.place),
+                            .time = edge.place * duration});
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const double before = i > 0 ? rows[i].x - rows[i - 1].x : axis.width;
         const double behind = i + 1 < rows.size() ? rows[i + 1].x - rows[i].x : axis.width;

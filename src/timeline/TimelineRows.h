@@ -56,6 +56,7 @@ struct GapRow {
 std::vector<GapRow> gapRows(const Segments& segments, const TimeAxis& axis);
 
 struct EdgeRow {
+    model::Uuid id; ///< of the segment; of a cut that of the one before it
     SegmentEdge edge;
     double x = 0;
     double time = 0;

@@ -4,7 +4,9 @@
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "editor/bars/RecordingStrip.h"
-#include "editor/bars/RulerTicks.h"
+#include "editor/bars/RulerPicture.h"
+#include "editor/bars/SegmentBarPicture.h"
+#include "editor/bars/ZoomBarPicture.h"
 #include "editor/sidebar/PicturePreviews.h"
 #include "ui/ActionGuard.h"
 #include "ui/PreviewItem.h"
@@ -29,11 +31,12 @@ void prepareEngine(QQmlEngine& engine) {
     qmlRegisterTypesAndRevisions<
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
         MainModel, WindowFitter, editor::EditorModel, editor::EditorPreview,
-        editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::BarGestures,
-        editor::bars::EditorActions, editor::bars::RecordingStrip, editor::bars::RulerTicks,
-        editor::bars::StripModel, editor::bars::TimelineModel, editor::sidebar::AllZoomsGroup,
-        editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
-        editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
+        editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::AccessibleBar,
+        editor::bars::BarGestures, editor::bars::BarPicture, editor::bars::EditorActions,
+        editor::bars::RecordingStrip, editor::bars::RulerPicture, editor::bars::SegmentBarPicture,
+        editor::bars::StripModel, editor::bars::TimelineModel, editor::bars::ZoomBarPicture,
+        editor::sidebar::AllZoomsGroup, editor::sidebar::BackgroundGroup,
+        editor::sidebar::FrameGroup, editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
         editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
         start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);

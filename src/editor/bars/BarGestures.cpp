@@ -263,20 +263,20 @@ void BarGestures::seek(double place) {
     m_edits.transport().seek(std::clamp(place, 0.0, 1.0));
 }
 
-void BarGestures::selectZoom(int row) {
-    if (const auto* zoom = rowAt(m_model.zoomRows(), row))
+void BarGestures::selectZoom() {
+    if (const auto* zoom = rowAt(m_model.zoomRows(), m_model.zoomStop()))
         m_edits.selectZoom(zoom->id);
 }
 
-void BarGestures::selectSegment(int row) {
-    if (const auto* segment = rowAt(m_model.segmentRows(), row))
+void BarGestures::selectSegment() {
+    if (const auto* segment = rowAt(m_model.segmentRows(), m_model.segmentStop()))
         m_edits.selectSegment(segment->id);
 }
 
-int BarGestures::stepZoom(int row, int by) {
-    const auto* shown = rowAt(m_model.zoomRows(), row);
+void BarGestures::stepZoom(int by) {
+    const auto* shown = rowAt(m_model.zoomRows(), m_model.zoomStop());
     if (shown == nullptr)
-        return -1;
+        return;
     std::vector<const model::ClickEvent*> blocks;
     std::ptrdiff_t at = 0;
     for (const auto& zoom : m_edits.zooms()) {
@@ -287,53 +287,59 @@ int BarGestures::stepZoom(int row, int by) {
     }
     at += by;
     if (at < 0 || at >= std::ssize(blocks))
-        return -1;
+        return;
     const auto& next = *blocks[static_cast<std::size_t>(at)];
     m_edits.selectZoom(next.id);
     m_model.reveal(next.timestamp);
-    return m_model.zoomStop();
 }
 
-int BarGestures::stepSegment(int row, int by) {
-    const auto* shown = rowAt(m_model.segmentRows(), row);
+void BarGestures::stepSegment(int by) {
+    const auto* shown = rowAt(m_model.segmentRows(), m_model.segmentStop());
     const auto& segments = m_edits.segments();
     const auto next = shown == nullptr ? -1 : static_cast<std::ptrdiff_t>(shown->index) + by;
     if (next < 0 || next >= std::ssize(segments))
-        return -1;
+        return;
     const auto& segment = segments[static_cast<std::size_t>(next)];
     m_edits.selectSegment(segment.id);
     m_model.reveal((segment.startFraction + segment.endFraction) / 2 * m_edits.duration());
-    return m_model.segmentStop();
 }
 
-void BarGestures::setZoom(int row, ZoomPart part, double seconds) {
-    const auto* shown = rowAt(m_model.zoomRows(), row);
-    const auto* zoom = shown == nullptr ? nullptr : timeline::findZoom(m_edits.zooms(), shown->id);
+void BarGestures::setZoom(ZoomPart part, double seconds) {
+    if (const auto* shown = rowAt(m_model.zoomRows(), m_model.zoomStop()))
+        moveZoomTo(shown->id, static_cast<timeline::ZoomPart>(part), seconds);
+}
+
+void BarGestures::moveZoomTo(const model::Uuid& id, timeline::ZoomPart part, double seconds) {
+    const auto* zoom = timeline::findZoom(m_edits.zooms(), id);
     if (zoom == nullptr || !isIdle())
         return;
-    const auto which = static_cast<timeline::ZoomPart>(part);
-    const double now = which == timeline::ZoomPart::body    ? zoom->timestamp
-                       : which == timeline::ZoomPart::start ? zoom->timestamp - zoom->startOffset
-                                                            : zoom->timestamp + zoom->endOffset;
-    const auto id = zoom->id;
+    const double now = part == timeline::ZoomPart::body    ? zoom->timestamp
+                       : part == timeline::ZoomPart::start ? zoom->timestamp - zoom->startOffset
+                                                           : zoom->timestamp + zoom->endOffset;
     m_edits.selectZoom(id);
     // Repeated keys are one step.
-    moveZoom({m_edits.zooms(), id, m_edits.duration()}, which, seconds - now,
+    moveZoom({m_edits.zooms(), id, m_edits.duration()}, part, seconds - now,
              fmt::format("{} {}", id.toString(), static_cast<int>(part)));
 }
 
 void BarGestures::setEdge(int row, double seconds) {
-    const auto* edge = rowAt(m_model.edgeRows(), row);
-    if (edge == nullptr || !(m_edits.duration() > 0) || !isIdle())
-        return;
-    const auto key = m_edits.segments()[edge->edge.segment].id.toString() + " edge";
-    m_edits.setSegments(
-        timeline::withEdgeMoved(m_edits.segments(), edge->edge, seconds / m_edits.duration()),
-        {nameOf(edge->edge.kind), key});
+    int stop = 0;
+    for (const auto& shown : m_model.edgeRows())
+        if (shown.isStop && stop++ == row)
+            return moveEdgeTo(shown.edge, seconds);
 }
 
-void BarGestures::deleteZoom(int row) {
-    if (const auto* zoom = rowAt(m_model.zoomRows(), row)) {
+void BarGestures::moveEdgeTo(timeline::SegmentEdge edge, double seconds) {
+    if (!(m_edits.duration() > 0) || !isIdle())
+        return;
+    const auto key = m_edits.segments()[edge.segment].id.toString() + " edge";
+    m_edits.setSegments(
+        timeline::withEdgeMoved(m_edits.segments(), edge, seconds / m_edits.duration()),
+        {nameOf(edge.kind), key});
+}
+
+void BarGestures::deleteZoom() {
+    if (const auto* zoom = rowAt(m_model.zoomRows(), m_model.zoomStop())) {
         m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), zoom->id),
                          {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
         m_edits.state().setSelectedClickID({});

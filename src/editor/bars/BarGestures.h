@@ -42,19 +42,21 @@ class BarGestures : public QObject {
     Q_INVOKABLE QString grip(vantro::editor::bars::BarGestures::Bar bar, double x) const;
     bool isIdle() const { return m_state == State::idle; }
 
-    // By the keyboard or assistive technology; rows as the models list them. One that is gone by
-    // now does nothing. A run of zooms that are drawn as one stands for its first.
-    Q_INVOKABLE void selectZoom(int row);
-    Q_INVOKABLE void selectSegment(int row);
-    /// The next zoom or segment of the edit, `by` rows on, is selected and brought into view. Gives
-    /// its row, or -1 where there is none.
-    Q_INVOKABLE int stepZoom(int row, int by);
-    Q_INVOKABLE int stepSegment(int row, int by);
-    Q_INVOKABLE void setZoom(int row, vantro::editor::bars::BarGestures::ZoomPart part,
-                             double seconds);
+    // By the keyboard, on what the Tab key goes to; nothing where there is nothing. A run of zooms
+    // that are drawn as one stands for its first.
+    Q_INVOKABLE void selectZoom();
+    Q_INVOKABLE void selectSegment();
+    /// The zoom or segment of the edit `by` places on is selected and brought into view.
+    Q_INVOKABLE void stepZoom(int by);
+    Q_INVOKABLE void stepSegment(int by);
+    Q_INVOKABLE void setZoom(vantro::editor::bars::BarGestures::ZoomPart part, double seconds);
+    /// `row` of the model of edges.
     Q_INVOKABLE void setEdge(int row, double seconds);
     /// With its silenced clicks.
-    Q_INVOKABLE void deleteZoom(int row);
+    Q_INVOKABLE void deleteZoom();
+    // The same by assistive technology, on any.
+    void moveZoomTo(const model::Uuid& id, timeline::ZoomPart part, double seconds);
+    void moveEdgeTo(timeline::SegmentEdge edge, double seconds);
 
   private:
     enum class State { idle, pressed, dragging };

@@ -1,8 +1,6 @@
 #include "editor/bars/RecordingStrip.h"
 
 #include <QPainter>
-#include <QQuickWindow>
-#include <QSGSimpleTextureNode>
 #include <algorithm>
 #include <cmath>
 
@@ -23,10 +21,7 @@ QImage imageOf(const media::PixelBuffer& pixels) {
 
 } // namespace
 
-RecordingStrip::RecordingStrip() {
-    setFlag(ItemHasContents);
-    connect(this, &RecordingStrip::madeFor, this, &RecordingStrip::polish);
-}
+RecordingStrip::RecordingStrip() : BarPicture(QImage::Format_RGB32) {}
 
 void RecordingStrip::setStrip(StripModel* strip) {
     if (m_strip)
@@ -37,25 +32,13 @@ void RecordingStrip::setStrip(StripModel* strip) {
     Q_EMIT madeFor();
 }
 
-void RecordingStrip::setTimeline(TimelineModel* timeline) {
-    if (m_timeline)
-        m_timeline->disconnect(this);
-    m_timeline = timeline;
-    if (m_timeline)
-        for (const auto signal : {&TimelineModel::axisChanged, &TimelineModel::contentChanged})
-            connect(m_timeline, signal, this, &RecordingStrip::polish);
-    Q_EMIT madeFor();
+void RecordingStrip::follow(TimelineModel& timeline) {
+    for (const auto signal : {&TimelineModel::axisChanged, &TimelineModel::contentChanged})
+        connect(&timeline, signal, this, &RecordingStrip::polish);
 }
 
-void RecordingStrip::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
-    QQuickItem::geometryChange(newGeometry, oldGeometry);
-    polish();
-}
-
-void RecordingStrip::itemChange(ItemChange change, const ItemChangeData& data) {
-    if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
-        polish();
-    QQuickItem::itemChange(change, data);
+bool RecordingStrip::isEmpty() const {
+    return !m_strip || (!m_strip->hasPictures() && !m_strip->hasSound());
 }
 
 double RecordingStrip::picturesHeight() const {
@@ -64,32 +47,20 @@ double RecordingStrip::picturesHeight() const {
     return m_strip->hasSound() ? std::max(height() - waveHeight, 1.0) : height();
 }
 
-void RecordingStrip::updatePolish() {
-    m_image = {};
-    m_isNew = true;
-    update();
-    if (!m_strip || !m_timeline || window() == nullptr || width() < 1 || height() < 1)
-        return;
-    if (!m_strip->hasPictures() && !m_strip->hasSound())
-        return;
-    const auto& axis = m_timeline->axis();
-    const double duration = m_timeline->duration();
+void RecordingStrip::paint(QPainter& painter) {
+    const auto& axis = timeline()->axis();
+    const double duration = timeline()->duration();
     const double tileWidth = std::max(m_strip->aspect() * picturesHeight(), narrowestTile);
     const auto tiles = StripTiles::of(axis, duration, m_strip->hasPictures() ? tileWidth : 0);
     m_strip->look(tiles, axis.start * duration);
-
-    const double ratio = window()->effectiveDevicePixelRatio();
-    m_image = QImage((size() * ratio).toSize(), QImage::Format_RGB32);
-    m_image.setDevicePixelRatio(ratio);
-    m_image.fill(m_emptyColor);
-    QPainter painter(&m_image);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.fillRect(boundingRect(), m_emptyColor);
     paintPictures(painter, tiles, tileWidth);
     if (m_strip->hasSound())
-        paintWave(painter, ratio);
+        paintWave(painter);
 }
 
 void RecordingStrip::paintPictures(QPainter& painter, const StripTiles& tiles, double width) const {
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QColor shade(0, 0, 0, static_cast<int>(std::lround((1 - kept) * 255)));
     const double pictureWidth = m_strip->aspect() * picturesHeight();
     for (const auto& tile : tiles.tiles) {
@@ -104,14 +75,14 @@ void RecordingStrip::paintPictures(QPainter& painter, const StripTiles& tiles, d
 }
 
 /// A line for each pixel of the screen, from the lowest to the highest sample of its time.
-void RecordingStrip::paintWave(QPainter& painter, double ratio) const {
-    const auto& axis = m_timeline->axis();
-    const double duration = m_timeline->duration();
+void RecordingStrip::paintWave(QPainter& painter) const {
+    const auto& axis = timeline()->axis();
+    const double duration = timeline()->duration();
     const double top = picturesHeight();
     painter.fillRect(QRectF(0, top, width(), height() - top), m_groundColor);
     const double middle = (top + height()) / 2;
     const double scale = (height() - top - 2) / 2 / 127;
-    const double pixel = 1 / ratio;
+    const double pixel = 1 / painter.device()->devicePixelRatioF();
     for (double x = 0; x < width(); x += pixel) {
         const auto peak = m_strip->peak(axis.unlimitedPlaceAt(x) * duration,
                                         axis.unlimitedPlaceAt(x + pixel) * duration);
@@ -120,25 +91,6 @@ void RecordingStrip::paintWave(QPainter& painter, double ratio) const {
         const double extent = std::max((peak.high - peak.low) * scale, pixel);
         painter.fillRect(QRectF(x, middle - peak.high * scale, pixel, extent), m_waveColor);
     }
-}
-
-QSGNode* RecordingStrip::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    if (m_image.isNull()) {
-        delete node;
-        return nullptr;
-    }
-    auto* texture = static_cast<QSGSimpleTextureNode*>(node);
-    if (texture == nullptr) {
-        texture = new QSGSimpleTextureNode; // owned by the scene graph
-        texture->setOwnsTexture(true);
-        m_isNew = true;
-    }
-    if (m_isNew)
-        texture->setTexture(
-            window()->createTextureFromImage(m_image, QQuickWindow::TextureIsOpaque));
-    m_isNew = false;
-    texture->setRect(boundingRect());
-    return texture;
 }
 
 } // namespace vantro::editor::bars

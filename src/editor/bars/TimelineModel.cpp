@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <iterator>
 
 namespace vantro::editor::bars {
 namespace {
@@ -14,9 +16,6 @@ constexpr double shortestView = 0.25; // seconds: a quarter fills the bars with 
 constexpr double notch = 120;         // eighths of a degree of one click of a wheel
 constexpr double perNotch = 1.25;     // magnification
 constexpr double pointsPerNotch = 60; // scrolled
-// Points of width for each row where they stand densest.
-constexpr double pointsPerZoom = 10;
-constexpr double pointsPerEdge = 15;
 // Of the view: where the playhead comes in again after it has left a magnified view.
 constexpr double entry = 0.05;
 
@@ -33,18 +32,24 @@ Row* stopOf(std::vector<Row>& rows) {
 
 template <typename Row>
 int stopIn(const std::vector<Row>& rows) {
-    return static_cast<int>(std::ranges::find(rows, true, &Row::isStop) - rows.begin());
+    const auto stop = std::ranges::find(rows, true, &Row::isStop);
+    return stop == rows.end() ? -1 : static_cast<int>(stop - rows.begin());
+}
+
+template <typename Row>
+std::vector<Row> stopsIn(const std::vector<Row>& rows) {
+    std::vector<Row> stops;
+    std::ranges::copy_if(rows, std::back_inserter(stops), std::identity(), &Row::isStop);
+    return stops;
 }
 
 } // namespace
 
 TimelineModel::TimelineModel(TimelineEdits& edits)
     : m_edits(edits)
-    , m_labels(labelColumns())
-    , m_segments(segmentColumns())
-    , m_gaps(gapColumns())
-    , m_edges(edgeColumns())
-    , m_zooms(zoomColumns()) {
+    , m_segmentStops(segmentColumns())
+    , m_edgeStops(edgeColumns())
+    , m_zoomStops(zoomColumns()) {
     followEverything();
 }
 
@@ -59,7 +64,6 @@ void TimelineModel::followEverything() {
     connect(&state, &AppState::metadataChanged, this, [this] {
         setMark({});
         setAxis(m_axis.fitted());
-        prepareItems();
         showAll();
     });
     connect(&state.document(), &app::EditDocument::changed, this, [this] { setHint({}); });
@@ -76,10 +80,7 @@ void TimelineModel::setWidth(double width) {
 void TimelineModel::setAxis(timeline::TimeAxis axis) {
     if (axis == m_axis)
         return;
-    const bool isResized = axis.width != m_axis.width;
     m_axis = axis;
-    if (isResized)
-        prepareItems();
     showAll();
     Q_EMIT axisChanged();
     Q_EMIT playheadChanged();
@@ -97,52 +98,39 @@ void TimelineModel::showAll() {
     }
 }
 
-/// Makes the items that magnifying will need, so that no step of the wheel has to.
-void TimelineModel::prepareItems() {
-    const auto most = [this](double pointsEach, std::size_t count) {
-        return std::min(static_cast<std::size_t>(width() / pointsEach), count);
-    };
-    m_labels.prepare(most(labelWidth, SIZE_MAX));
-    m_zooms.prepare(most(pointsPerZoom, m_edits.zooms().size()));
-    m_edges.prepare(most(pointsPerEdge, 2 * m_edits.segments().size()));
-}
-
 void TimelineModel::showMarks() {
-    m_ticks = timeline::rulerMarks({m_edits.segments(), m_edits.duration()}, m_axis, labelWidth);
-    auto labels = m_ticks;
-    std::erase_if(labels, [](const auto& mark) { return !mark.isMajor; });
-    m_labels.show(std::move(labels));
-    Q_EMIT marksChanged();
+    m_marks = timeline::rulerMarks({m_edits.segments(), m_edits.duration()}, m_axis, labelWidth);
+    Q_EMIT marksShown();
 }
 
 void TimelineModel::showSegments() {
     const auto& segments = m_edits.segments();
-    auto rows = timeline::segmentRows(segments, m_axis, m_edits.state().selectedSegmentID());
-    const auto* stop = stopOf(rows);
+    m_segments = timeline::segmentRows(segments, m_axis, m_edits.state().selectedSegmentID());
+    const auto* stop = stopOf(m_segments);
     const auto reachable = stop ? std::optional(stop->index) : std::nullopt;
-    auto edges = timeline::edgeRows(segments, m_edits.duration(), m_axis, reachable);
-    for (auto& row : edges)
+    m_gaps = timeline::gapRows(segments, m_axis);
+    m_edges = timeline::edgeRows(segments, m_edits.duration(), m_axis, reachable);
+    for (auto& row : m_edges)
         row.isStop = reachable && isEdgeOf(row.edge, *reachable);
-    m_segments.show(std::move(rows));
-    m_gaps.show(timeline::gapRows(segments, m_axis));
-    m_edges.show(std::move(edges));
-    Q_EMIT stopsChanged();
+    m_segmentStops.show(stopsIn(m_segments));
+    m_edgeStops.show(stopsIn(m_edges));
+    Q_EMIT segmentsShown();
 }
 
 void TimelineModel::showZooms() {
-    auto rows = timeline::zoomRows(m_edits.zooms(), m_edits.segments(), m_edits.duration(), m_axis,
-                                   m_edits.state().selectedClickID());
-    stopOf(rows);
-    m_zooms.show(std::move(rows));
-    Q_EMIT stopsChanged();
+    m_zooms = timeline::zoomRows(m_edits.zooms(), m_edits.segments(), m_edits.duration(), m_axis,
+                                 m_edits.state().selectedClickID());
+    stopOf(m_zooms);
+    m_zoomStops.show(stopsIn(m_zooms));
+    Q_EMIT zoomsShown();
 }
 
 int TimelineModel::zoomStop() const {
-    return stopIn(m_zooms.rows());
+    return stopIn(m_zooms);
 }
 
 int TimelineModel::segmentStop() const {
-    return stopIn(m_segments.rows());
+    return stopIn(m_segments);
 }
 
 double TimelineModel::playheadX() const {

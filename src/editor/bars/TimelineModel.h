@@ -21,9 +21,8 @@ class TimelineModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(QAbstractItemModel* labels READ labels CONSTANT)
+    // What the Tab key goes to: one segment with its edges, and one zoom. Only these have items.
     Q_PROPERTY(QAbstractItemModel* segments READ segments CONSTANT)
-    Q_PROPERTY(QAbstractItemModel* gaps READ gaps CONSTANT)
     Q_PROPERTY(QAbstractItemModel* edges READ edges CONSTANT)
     Q_PROPERTY(QAbstractItemModel* zooms READ zooms CONSTANT)
     Q_PROPERTY(double handleWidth READ handleWidth CONSTANT)
@@ -35,9 +34,6 @@ class TimelineModel : public QObject {
     Q_PROPERTY(double playheadX READ playheadX NOTIFY playheadChanged)
     Q_PROPERTY(double duration READ duration NOTIFY contentChanged)
     Q_PROPERTY(double frameSeconds READ frameSeconds NOTIFY contentChanged)
-    /// The rows that the Tab key goes to. Told whenever items may stand for other rows.
-    Q_PROPERTY(int zoomStop READ zoomStop NOTIFY stopsChanged)
-    Q_PROPERTY(int segmentStop READ segmentStop NOTIFY stopsChanged)
     /// A range is being marked: its extent, no wider than what is in view.
     Q_PROPERTY(bool marked READ isMarked NOTIFY markChanged)
     Q_PROPERTY(double markX READ markX NOTIFY markChanged)
@@ -56,16 +52,16 @@ class TimelineModel : public QObject {
 
     explicit TimelineModel(TimelineEdits& edits);
 
-    QAbstractItemModel* labels() { return &m_labels; }
-    QAbstractItemModel* segments() { return &m_segments; }
-    QAbstractItemModel* gaps() { return &m_gaps; }
-    QAbstractItemModel* edges() { return &m_edges; }
-    QAbstractItemModel* zooms() { return &m_zooms; }
-    /// All marks of the ruler, those with a label among them.
-    const std::vector<timeline::RulerMark>& ticks() const { return m_ticks; }
-    const std::vector<timeline::SegmentRow>& segmentRows() const { return m_segments.rows(); }
-    const std::vector<timeline::EdgeRow>& edgeRows() const { return m_edges.rows(); }
-    const std::vector<timeline::ZoomRow>& zoomRows() const { return m_zooms.rows(); }
+    QAbstractItemModel* segments() { return &m_segmentStops; }
+    QAbstractItemModel* edges() { return &m_edgeStops; }
+    QAbstractItemModel* zooms() { return &m_zoomStops; }
+    // All that is in view.
+    const std::vector<timeline::RulerMark>& marks() const { return m_marks; }
+    const std::vector<timeline::SegmentRow>& segmentRows() const { return m_segments; }
+    const std::vector<timeline::GapRow>& gapRows() const { return m_gaps; }
+    const std::vector<timeline::EdgeRow>& edgeRows() const { return m_edges; }
+    const std::vector<timeline::ZoomRow>& zoomRows() const { return m_zooms; }
+    TimelineEdits& edits() const { return m_edits; }
 
     /// Wide enough to be hit, narrow enough to leave the blocks of short zooms a body.
     static constexpr double handleWidth() { return 8; }
@@ -75,6 +71,7 @@ class TimelineModel : public QObject {
     double viewStart() const { return m_axis.start; }
     double viewSpan() const { return m_axis.span; }
     double playheadX() const;
+    // The rows that the Tab key goes to; -1 where there are none.
     int zoomStop() const;
     int segmentStop() const;
     double duration() const { return m_edits.duration(); }
@@ -105,13 +102,14 @@ class TimelineModel : public QObject {
     void markChanged();
     void hintChanged();
     void contentChanged();
-    void stopsChanged();
-    void marksChanged();
+    // Rows have changed.
+    void marksShown();
+    void segmentsShown(); ///< gaps and edges too
+    void zoomsShown();
 
   private:
     void followEverything();
     void setAxis(timeline::TimeAxis axis);
-    void prepareItems();
     void showAll();
     void showMarks();
     void showSegments();
@@ -123,12 +121,14 @@ class TimelineModel : public QObject {
     Mark m_mark;
     QString m_hint;
     std::pair<double, double> m_content; ///< duration and frameSeconds, as told last
-    std::vector<timeline::RulerMark> m_ticks;
-    RowList<timeline::RulerMark> m_labels;
-    RowList<timeline::SegmentRow> m_segments;
-    RowList<timeline::GapRow> m_gaps;
-    RowList<timeline::EdgeRow> m_edges;
-    RowList<timeline::ZoomRow> m_zooms;
+    std::vector<timeline::RulerMark> m_marks;
+    std::vector<timeline::SegmentRow> m_segments;
+    std::vector<timeline::GapRow> m_gaps;
+    std::vector<timeline::EdgeRow> m_edges;
+    std::vector<timeline::ZoomRow> m_zooms;
+    RowList<timeline::SegmentRow> m_segmentStops;
+    RowList<timeline::EdgeRow> m_edgeStops;
+    RowList<timeline::ZoomRow> m_zoomStops;
 };
 
 } // namespace vantro::editor::bars

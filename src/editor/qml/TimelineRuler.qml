@@ -18,26 +18,12 @@ Item {
         bar: BarGestures.Ruler
         onTaken: ruler.taken()
     }
-    RulerTicks {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-        height: ruler.tickHeight
+    RulerPicture {
+        anchors.fill: parent
         timeline: ruler.actions.timeline
-        color: Theme.timelineTick
-    }
-    // qmllint disable unqualified
-    Repeater {
-        model: ruler.actions.timeline.labels
-        delegate: Label {
-            required property bool shown
-            required property real startX
-            required property string label
-
-            visible: shown
-            x: Math.max(0, Math.min(startX - width / 2, ruler.width - width))
-            y: ruler.height - ruler.tickHeight - height - 1
-            text: label
-            color: Theme.timelineText
-            font.pixelSize: Theme.caption
-        }
+        tickHeight: ruler.tickHeight
+        textSize: Theme.caption
+        tickColor: Theme.timelineTick
+        textColor: Theme.timelineText
     }
 }

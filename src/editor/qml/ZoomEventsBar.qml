@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Window
 import Vantro.Native
 
-// One block for each zoom.
+// One block for each zoom; the one that the keyboard reaches has an item.
 Item {
     id: bar
 
@@ -11,14 +10,6 @@ Item {
     signal taken()
 
     objectName: "zoomBar"
-    Accessible.role: Accessible.List
-    Accessible.name: qsTr("Zooms")
-
-    function focusRow(row: int) {
-        const next = row >= 0 ? blocks.itemAt(row) as Item : null
-        if (next)
-            next.forceActiveFocus(Qt.TabFocusReason)
-    }
 
     Rectangle {
         anchors.fill: parent
@@ -26,33 +17,28 @@ Item {
         color: Theme.timelineInk
         opacity: 0.08
     }
-    // Items may stand for other rows than before: the keyboard stays with what it had.
-    Connections {
-        target: bar.actions.timeline
-        function onStopsChanged() {
-            if (rows.focused)
-                bar.focusRow(bar.actions.timeline.zoomStop)
-        }
-    }
     GestureArea {
         gestures: bar.actions.gestures
         bar: BarGestures.Zooms
         onTaken: bar.taken()
     }
-    Item {
-        id: rows
-        readonly property bool focused: (Window.activeFocusItem as Item)?.parent === rows
+    ZoomBarPicture {
         anchors.fill: parent
         clip: true
+        actions: bar.actions
+        name: qsTr("Zooms")
+        textSize: Theme.caption
+        fill: Theme.timelineZoom
+        outline: Theme.timelineZoomOutline
+        ink: Theme.timelineInk
+        Accessible.role: Accessible.List
         // qmllint disable unqualified
         Repeater {
-            id: blocks
             model: bar.actions.timeline.zooms
             delegate: ZoomBlockView {
                 height: bar.height
                 actions: bar.actions
                 handleWidth: bar.handleWidth
-                onStepped: row => bar.focusRow(row)
             }
         }
     }

@@ -2,6 +2,8 @@ import QtQuick
 
 // An end of a zoom's block.
 TimeHandle {
+    required property string part
+
     corner: 2
     Rectangle {
         anchors.centerIn: parent

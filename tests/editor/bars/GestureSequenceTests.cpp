@@ -51,7 +51,6 @@ void doAnything(std::mt19937& random, EditorActions& actions) {
     std::uniform_real_distribution<double> x(-40, 1040);
     auto& gestures = *actions.gestures();
     const auto bar = static_cast<Bar>(random() % 3);
-    const auto row = static_cast<int>(random() % 8);
     switch (random() % 10) {
     case 0:
         actions.timeline()->wheel(x(random), random() % 4 == 0 ? 60 : 0,
@@ -61,11 +60,11 @@ void doAnything(std::mt19937& random, EditorActions& actions) {
         gestures.doubleClick(bar, x(random));
         break;
     case 2:
-        gestures.setZoom(row, static_cast<BarGestures::ZoomPart>(random() % 3),
+        gestures.setZoom(static_cast<BarGestures::ZoomPart>(random() % 3),
                          x(random) / 1000 * duration);
         break;
     case 3:
-        gestures.setEdge(row, x(random) / 1000 * duration);
+        gestures.setEdge(static_cast<int>(random() % 3), x(random) / 1000 * duration);
         break;
     case 4:
         actions.keyPressed(Qt::Key_Delete, 0, {}, false);
