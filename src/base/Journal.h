@@ -19,7 +19,7 @@ class JournalWriter {
     /// Creates or empties the file. Throws std::filesystem_error.
     explicit JournalWriter(const std::filesystem::path& path);
 
-    /// `line` holds no line break. False when it could not be written whole; nothing follows a torn
+    /// One line, or some with breaks between them. False when it could not be written whole; nothing follows a torn
     /// line, so all further ones are refused too.
     bool append(std::string_view line);
 
