@@ -61,5 +61,6 @@ for material in typing pages video zooms; do
     live=live:preset=ultrafast:bf=0:8x8dct=1:threads=$(($(nproc) < 4 ? $(nproc) : 4))
     row "$material" "cabac, keyframe every 2 s" "$live:cabac=1:gop=120" decode
     row "$material" "cabac (peer)" "$live:cabac=1:keyint=infinite" decode
+    row "$material" "rate control of libx264" "$live:keyint=infinite" decode
     row "$material" "live" live decode
 done

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Recording a 1080p screen beside ffmpeg's x11grab at 60 frames a second with the same encoder
 # settings: a still screen, somebody typing, and a busy screen. CPU is that of the whole recording
-# process as a share of one core.
+# process as a share of one core; of the still screen also what starting and ending cost apart from
+# the rest, from a recording of one second and another of a minute more.
 # usage: bench/record.sh [SECONDS]
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -26,6 +27,12 @@ row() { # NAME, with a scene running
 
 printf '%-16s %11s %11s %8s   %s\n' "recording" vantro x11grab ratio "our summary"
 row still
+measure "$vantro" record --seconds 1 --output "$work/ours.vantro" --force
+brief=$cpu
+measure "$vantro" record --seconds 61 --output "$work/ours.vantro" --force
+awk "BEGIN { rest = ($cpu - $brief) / 60
+    printf \"                 %.0f ms to start and end, then %.2f %% of a core\\n\",
+           1000 * ($brief - rest), 100 * rest }"
 
 "$bin/vantro-busy-window" typing &
 scene=$!

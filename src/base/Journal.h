@@ -19,8 +19,8 @@ class JournalWriter {
     /// Creates or empties the file. Throws std::filesystem_error.
     explicit JournalWriter(const std::filesystem::path& path);
 
-    /// `line` holds no line break. False when it could not be written whole; nothing follows a torn
-    /// line, so all further ones are refused too.
+    /// One line, or some with breaks between them. False when it could not be written whole;
+    /// nothing follows a torn line, so all further ones are refused too.
     bool append(std::string_view line);
 
   private:

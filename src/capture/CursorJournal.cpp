@@ -8,13 +8,17 @@
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 #include <fmt/format.h>
 
 namespace vantro::capture {
 namespace {
 
-// Lines that wait for the disk: 16 s of samples. More would only be lost later.
+// Places that are written at once: an eighth of a second. More would be lost with the program; with
+// fewer the thread that writes them wakes so much more often.
+constexpr int placesAtOnce = 8;
+// Batches that wait for the disk. More would only be lost later.
 constexpr std::size_t longestQueue = 1024;
 
 /// The next of a line's numbers, which single blanks separate; nothing where there is none.
@@ -66,36 +70,49 @@ bool take(std::string_view line, model::RecordingMetadata& metadata) {
 
 CursorJournal::CursorJournal(const std::filesystem::path& movie,
                              const model::RecordingMetadata& description)
-    : m_journal(cursorJournalPath(movie)), m_lines(longestQueue) {
-    m_lines.tryPush(model::encodeMetadata(description));
+    : m_journal(cursorJournalPath(movie)), m_batches(longestQueue) {
+    m_journal.append(model::encodeMetadata(description)); // the thread tells of a failure
     m_thread = std::jthread([this] { run(); });
 }
 
 CursorJournal::~CursorJournal() {
-    m_lines.close();
+    auto last = m_batch.with([](Batch& batch) { return std::exchange(batch, {}); });
+    if (last.count > 0)
+        m_batches.tryPush(std::move(last.lines));
+    m_batches.close();
 }
 
 void CursorJournal::add(const model::CursorPosition& position) {
-    m_lines.tryPush(fmt::format("at {} {} {}", position.x, position.y, position.timestamp));
+    add(fmt::format("at {} {} {}", position.x, position.y, position.timestamp), false);
 }
 
 void CursorJournal::add(const model::ClickEvent& click) {
-    m_lines.tryPush(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x,
-                                click.y, click.timestamp));
+    add(fmt::format("{} {} {} {}", click.isRightClick ? "right" : "left", click.x, click.y,
+                    click.timestamp),
+        true);
+}
+
+void CursorJournal::add(std::string line, bool isUrgent) {
+    auto due = m_batch.with([&](Batch& batch) {
+        batch.lines += batch.count++ > 0 ? '\n' + line : line;
+        return isUrgent || batch.count >= placesAtOnce ? std::exchange(batch, {}) : Batch();
+    });
+    if (due.count > 0)
+        m_batches.tryPush(std::move(due.lines));
 }
 
 void CursorJournal::add(SoundKind sound) {
-    m_lines.tryPush(std::string(sound == SoundKind::system ? systemSoundLine : microphoneLine));
+    add(std::string(sound == SoundKind::system ? systemSoundLine : microphoneLine), true);
 }
 
 void CursorJournal::run() {
     base::setThreadName("cursor.journal");
-    while (const auto line = m_lines.pop()) {
-        if (m_journal.append(*line))
+    while (const auto lines = m_batches.pop()) {
+        if (m_journal.append(*lines))
             continue;
         base::logWarning(
             "The pointer's journal cannot be written; clicks would not survive the program");
-        m_lines.abandon();
+        m_batches.abandon();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/BoundedQueue.h"
+#include "base/Guarded.h"
 #include "base/Journal.h"
 #include "capture/SoundSource.h"
 #include "model/RecordingMetadata.h"
@@ -12,9 +13,9 @@
 namespace vantro::capture {
 
 /// Keeps the pointer's path and the clicks of a recording under way, and which sounds it has,
-/// beside its movie, so that they outlive the program. One line a sample, written as it comes, on a
-/// thread of its own: a slow disk delays nobody. Any thread adds; what its queue of 16 s of samples
-/// cannot hold is left out.
+/// beside its movie, so that they outlive the program. One line a sample, a click or sound written
+/// as it comes and places eight at a time, on a thread of its own: a slow disk delays nobody. Any
+/// thread adds; what its queue of two minutes of samples cannot hold is left out.
 class CursorJournal {
   public:
     /// `description` is what the metadata will hold but for samples and clicks. Throws
@@ -30,10 +31,17 @@ class CursorJournal {
     void add(SoundKind sound);
 
   private:
+    struct Batch {
+        std::string lines;
+        int count = 0;
+    };
+
+    void add(std::string line, bool isUrgent);
     void run();
 
     base::JournalWriter m_journal; // the thread's, once it runs
-    base::BoundedQueue<std::string> m_lines;
+    base::Guarded<Batch> m_batch;  // not yet in the queue
+    base::BoundedQueue<std::string> m_batches;
     std::jthread m_thread;
 };
 

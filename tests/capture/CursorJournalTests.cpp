@@ -1,4 +1,5 @@
 #include "capture/CursorJournal.h"
+#include "support/Eventually.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
@@ -29,8 +30,17 @@ TEST(CursorJournal, GivesBackWhatWasWrittenUpToTheDamage) {
         click.isRightClick = isRight;
         journal->add(click);
     }
+    EXPECT_TRUE(test::eventually([&] { // a click is written at once, and what came before it
+        const auto soFar = base::readJournal(cursorJournalPath(movie));
+        return soFar.size() == 5;
+    }));
+    for (int i = 1; i <= 9; ++i) { // one more than are written at once
+        const model::CursorPosition position{1, 2, 0.016 * (i + 1)};
+        journal->add(position);
+        written.cursorPositions.push_back(position);
+    }
     journal.reset(); // has written all of it then
-    written.endTime = 0.016;
+    written.endTime = 0.016 * 10;
     std::ofstream(cursorJournalPath(movie), std::ios::app) << "at 1 2\nat 1 2 3\n";
 
     auto read = readCursorJournal(movie);

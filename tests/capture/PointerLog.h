@@ -45,6 +45,11 @@ class PointerLog final : public capture::PointerOutput {
         const std::lock_guard lock(m_mutex);
         return m_newest.place;
     }
+    /// When the pointer was last told of.
+    base::HostTime time() {
+        const std::lock_guard lock(m_mutex);
+        return m_newest.time;
+    }
     bool awaitPlace(model::Point wanted) {
         return eventually([&] { return place() == wanted; });
     }

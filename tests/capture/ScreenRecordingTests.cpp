@@ -37,8 +37,6 @@ struct Recording {
     /// Waits until the newest sample of the pointer's path stands there.
     bool awaitPointerAt(model::Point place) const {
         return test::eventually([&] {
-            if (std::filesystem::file_size(cursorJournalPath(movie)) == 0)
-                return false; // its first line is on its way
             const auto path = readCursorJournal(movie).cursorPositions;
             return !path.empty() && model::Point{path.back().x, path.back().y} == place;
         });

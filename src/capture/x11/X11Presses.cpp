@@ -12,6 +12,12 @@ namespace {
 constexpr std::uint8_t leftButton = 1;
 constexpr std::uint8_t rightButton = 3;
 
+struct EventMask {
+    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
+    std::uint32_t bits =
+        XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_BEGIN;
+};
+
 /// Raw events come to every listener, grabs or not, from version 2.1 on.
 bool selectEvents(const X11Connection& connection) {
     const std::uint32_t structure = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
@@ -21,12 +27,7 @@ bool selectEvents(const X11Connection& connection) {
                                           xcb_input_xi_query_version(connection.get(), 2, 2));
     if (!version || version->major_version < 2)
         return false;
-    struct {
-        xcb_input_event_mask_t head;
-        std::uint32_t bits;
-    } const mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-                 XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
-                     XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_BEGIN};
+    const EventMask mask;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK,
                                  &structure);
     // Checked, so that the server watches before this returns.
@@ -98,6 +99,14 @@ std::optional<X11Presses::Press> X11Presses::handle(const xcb_generic_event_t& e
         return {};
     const auto time = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event).time;
     return Press{.button = *button, .time = hostTimeOf(time, base::hostNow())};
+}
+
+void X11Presses::watchMotion(bool isWatched) const {
+    EventMask mask;
+    if (isWatched)
+        mask.bits |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (isWatching())
+        xcb_input_xi_select_events(m_connection.get(), m_connection.root(), 1, &mask.head);
 }
 
 XcbEvent X11Presses::nextEvent() {

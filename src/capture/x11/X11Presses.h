@@ -27,6 +27,9 @@ class X11Presses {
 
     /// False where the server cannot tell of presses.
     bool isWatching() const { return m_opcode != 0; }
+    /// Whether each motion of the pointer is an event, too, which `handle` takes no note of. A
+    /// mouse moves up to a thousand times a second.
+    void watchMotion(bool isWatched) const;
     /// The connection's next event that has come, in order; it is to be handled here, too.
     XcbEvent nextEvent();
     std::optional<Press> handle(const xcb_generic_event_t& event);

@@ -4,15 +4,18 @@
 
 namespace vantro::media::av {
 
-CodecSession::CodecSession(std::string name, CodecHandle codec, Submit submit)
-    : m_name(std::move(name)), m_codec(std::move(codec)), m_submit(std::move(submit)) {}
+CodecSession::CodecSession(std::string name, CodecHandle codec, Submit submit, Receive receive)
+    : m_name(std::move(name))
+    , m_codec(std::move(codec))
+    , m_submit(std::move(submit))
+    , m_receive(std::move(receive)) {}
 
 std::expected<void, std::string> CodecSession::encode(const AVFrame* picture,
                                                       const PacketSink& sink) {
     takeLastErrorLine();
     int result = m_submit(m_codec.get(), picture);
     while (result >= 0) {
-        result = avcodec_receive_packet(m_codec.get(), &m_packet.raw());
+        result = m_receive(m_codec.get(), &m_packet.raw());
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
             return {};
         if (result >= 0)

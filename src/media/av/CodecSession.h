@@ -14,9 +14,12 @@ class CodecSession {
   public:
     /// Hands a picture to the codec, or null at the end; a libav error code where that fails.
     using Submit = std::function<int(AVCodecContext*, const AVFrame*)>;
+    /// Fetches a packet that is ready; AVERROR(EAGAIN) while there is none, AVERROR_EOF at the end.
+    using Receive = std::function<int(AVCodecContext*, AVPacket*)>;
 
     /// `name` is what users know the encoder by.
-    CodecSession(std::string name, CodecHandle codec, Submit submit = avcodec_send_frame);
+    CodecSession(std::string name, CodecHandle codec, Submit submit = avcodec_send_frame,
+                 Receive receive = avcodec_receive_packet);
 
     const std::string& name() const { return m_name; }
     const AVCodecContext& context() const { return *m_codec; }
@@ -29,6 +32,7 @@ class CodecSession {
     std::string m_name;
     CodecHandle m_codec;
     Submit m_submit;
+    Receive m_receive;
     EncodedPacket m_packet;
 };
 

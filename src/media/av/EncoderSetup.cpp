@@ -14,13 +14,6 @@ extern "C" {
 }
 
 namespace vantro::media::av {
-namespace {
-
-// A still screen is sharp long before this; below it, text already perfect costs megabits.
-constexpr int finestQuantizer = 10;
-
-} // namespace
-
 CodecHandle makeEncoder(const char* codecName, const VideoSettings& settings) {
     prepareLibraries();
     const AVCodec* codec = avcodec_find_encoder_by_name(codecName);

@@ -10,6 +10,9 @@
 
 namespace vantro::media::av {
 
+/// A still screen is sharp long before this; below it, text already perfect costs megabits.
+inline constexpr int finestQuantizer = 10;
+
 /// What every H.264 encoder is told alike: size, rates, High profile, BT.709. Throws MediaError
 /// when libavcodec has no encoder of this name.
 CodecHandle makeEncoder(const char* codecName, const VideoSettings& settings);

@@ -1,6 +1,7 @@
 #include "media/av/SoftwareEncoder.h"
 
 #include "base/Fatal.h"
+#include "media/av/LiveEncoder.h"
 
 #include <algorithm>
 #include <thread>
@@ -9,9 +10,7 @@ namespace vantro::media::av {
 namespace {
 
 constexpr auto codecName = "libx264";
-// Slices of one live picture are encoded side by side; more of them cost compression for nothing.
-constexpr unsigned mostSliceThreads = 4;
-// Offline, pictures are encoded side by side, and each takes memory: 16 MB of 1080p, 60 MB of 4K.
+// Pictures are encoded side by side, and each takes memory: 16 MB of 1080p, 60 MB of 4K.
 constexpr unsigned mostFrameThreads = 8;
 
 /// What libx264 is told for a film, beside the rate.
@@ -53,21 +52,9 @@ unsigned cores() {
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-void applyRealTimeOptions(AVCodecContext& codec) {
-    codec.thread_count = static_cast<int>(std::min(cores(), mostSliceThreads));
-    codec.max_b_frames = 0;
-    setOption(codec, "preset", "ultrafast");
-    setOption(codec, "tune", "zerolatency");
-    setOption(codec, "forced-idr", "1");
-    // The preset leaves out what makes the High profile, of which 8x8 transforms cost least:
-    // arithmetic coding would save some bytes for a third more work, and double that of each
-    // decoding, of which an edit needs many. Keyframes come by time, not by count.
-    setOption(codec, "x264-params", "8x8dct=1:keyint=infinite");
-}
-
 /// At most `bFrames`, and parameter sets of a number.
-void applyOfflineOptions(AVCodecContext& codec, const VideoSettings& settings, int bFrames,
-                         const std::string& numbering = {}) {
+void applyOptions(AVCodecContext& codec, const VideoSettings& settings, int bFrames,
+                  const std::string& numbering = {}) {
     const auto tuning = tuningFor(settings.quality);
     // Each waits for rows of the pictures before: one more than there are cores keeps all busy.
     codec.thread_count = static_cast<int>(std::min(cores() + 1, mostFrameThreads));
@@ -87,11 +74,10 @@ void applyOfflineOptions(AVCodecContext& codec, const VideoSettings& settings, i
 
 CodecSession openSoftwareEncoder(const VideoSettings& settings) {
     constexpr int manyBFrames = 16;
-    auto codec = makeEncoder(codecName, settings);
     if (settings.expectsRealTime)
-        applyRealTimeOptions(*codec);
-    else
-        applyOfflineOptions(*codec, settings, manyBFrames);
+        return openLiveEncoder(settings);
+    auto codec = makeEncoder(codecName, settings);
+    applyOptions(*codec, settings, manyBFrames);
     openEncoder(*codec);
     return {codecName, std::move(codec)};
 }
@@ -99,7 +85,7 @@ CodecSession openSoftwareEncoder(const VideoSettings& settings) {
 CodecSession openSucceedingEncoder(const VideoSettings& settings) {
     auto codec = makeEncoder(codecName, settings);
     // The highest there is, for the picture parameter set too; hardware encoders begin at 0.
-    applyOfflineOptions(*codec, settings, 0, ":sps-id=31");
+    applyOptions(*codec, settings, 0, ":sps-id=31");
     openEncoder(*codec);
     return {codecName, std::move(codec)};
 }
