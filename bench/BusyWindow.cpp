@@ -54,7 +54,7 @@ Window openFullScreen() {
     return window;
 }
 
-/// Slanted bands of colour that slide: every pixel changes, as in a moving picture.
+/// Slanted bands of color that slide: every pixel changes, as in a moving picture.
 void paintBands(std::vector<std::uint32_t>& row, int frame) {
     for (std::size_t x = 0; x < row.size(); ++x) {
         const double phase = static_cast<double>(x) * 0.01 + frame * 0.05;

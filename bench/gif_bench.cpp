@@ -64,9 +64,9 @@ void drawText(cairo_t* context, double scroll, int typed) {
         "    for (const auto& frame : frames) writer.append(frame);",
         "Zooming follows the pointer smoothly and comes back again.",
         "SELECT name, size FROM files WHERE size > 1024 ORDER BY 2;",
-        "Colours: teal, crimson, amber, violet, olive and slate.",
+        "Colors: teal, crimson, amber, violet, olive and slate.",
     };
-    static const double colours[][3] = {
+    static const double colors[][3] = {
         {0.1, 0.1, 0.1}, {0.1, 0.3, 0.7}, {0.6, 0.1, 0.2}, {0.1, 0.5, 0.3}, {0.4, 0.2, 0.6}};
     cairo_select_font_face(context, "sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(context, 11);
@@ -74,8 +74,8 @@ void drawText(cairo_t* context, double scroll, int typed) {
         const double y = 84 + line * 16 - scroll;
         if (y < 60 || y > 330)
             continue;
-        const auto& colour = colours[line % 5];
-        cairo_set_source_rgb(context, colour[0], colour[1], colour[2]);
+        const auto& color = colors[line % 5];
+        cairo_set_source_rgb(context, color[0], color[1], color[2]);
         cairo_move_to(context, 180, y);
         cairo_show_text(context, lines[(line * 5) % 7]);
     }
@@ -148,7 +148,7 @@ void drawScreen(cairo_t* context, int width, int height, int frame) {
     drawCursor(context, x, y);
 }
 
-/// Everything changes in each picture: turning colour fields under film grain.
+/// Everything changes in each picture: turning color fields under film grain.
 void drawMotion(cairo_surface_t* surface, int frame) {
     auto* pixels = cairo_image_surface_get_data(surface);
     const int width = cairo_image_surface_get_width(surface);

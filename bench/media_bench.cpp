@@ -1,4 +1,4 @@
-// Colour conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture. And
+// Color conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture. And
 // the search for hardware encoders beside the opening of the software one.
 
 #include "media/av/HardwareEncoder.h"

@@ -49,7 +49,7 @@ void drawText(cairo_t* context, double x, double y, const std::string& text,
 /// In the middle of `box`.
 void drawCenteredText(cairo_t* context, Box box, const std::string& text, const TextStyle& style);
 
-/// A colour between two, at `share` from 0 to 1.
+/// A color between two, at `share` from 0 to 1.
 unsigned mixed(unsigned from, unsigned to, double share);
 /// Slow, fast, slow: 0 to 1.
 double eased(double share);

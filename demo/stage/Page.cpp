@@ -77,7 +77,7 @@ Page::Page() {
     add(Kind::button, "delete", "Delete", {x + 330, 372, 120, 46}, 0xe11d48, 0);
     add(Kind::toggle, "notifications", "Notifications", {x, 462, 54, 30}, 0, 0);
     add(Kind::toggle, "sync", "Keep in sync", {x + 260, 462, 54, 30}, 0, 1);
-    add(Kind::checkbox, "task-1", "Review the colour palette", {x, 540, 24, 24}, 0, 1);
+    add(Kind::checkbox, "task-1", "Review the color palette", {x, 540, 24, 24}, 0, 1);
     add(Kind::checkbox, "task-2", "Write the release notes", {x, 580, 24, 24}, 0, 0);
     add(Kind::checkbox, "task-3", "Record the walkthrough", {x, 620, 24, 24}, 0, 0);
     add(Kind::slider, "slider", "Preview size", {x, 694, 440, 30}, 0, 0.35);

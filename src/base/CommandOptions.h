@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming): the library's own name
 class App;
 class Option;
 } // namespace CLI

@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 namespace vantro::capture {
 namespace {
@@ -22,7 +23,8 @@ TargetResult lookUp(CapturePlatform& platform, const RecordingRequest& request) 
 
 std::unique_ptr<TargetQuestion> CapturePlatform::findTarget(const RecordingRequest& request,
                                                             TargetAnswer answer) {
-    answer(lookUp(*this, request));
+    const auto told = std::move(answer);
+    told(lookUp(*this, request));
     return nullptr;
 }
 

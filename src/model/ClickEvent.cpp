@@ -6,7 +6,7 @@
 namespace vantro::model {
 namespace {
 
-// Seconds. Normalisation shrinks no offset below the floor, so that an event stays addressable.
+// Seconds. Normalization shrinks no offset below the floor, so that an event stays addressable.
 constexpr double offsetFloor = 0.05;
 // Both offsets at or below this mark an event that was merged away; a little above the floor, so
 // that rounding cannot bring one back.

@@ -25,12 +25,12 @@ struct ClickEvent {
     bool operator==(const ClickEvent&) const = default;
 };
 
-/// Whether normalisation has merged this event into a neighbour.
+/// Whether normalization has merged this event into a neighbor.
 bool isSilenced(const ClickEvent& event);
 
 /// Makes raw clicks into well-formed zoom events, in place: sorted by time, offsets clamped to the
 /// recording of `duration` seconds, bursts merged into their first click, overlaps between
-/// neighbours shrunk. Positions, zoom levels and identities stay as they are.
+/// neighbors shrunk. Positions, zoom levels and identities stay as they are.
 void normalizeClickEvents(std::vector<ClickEvent>& events, double duration);
 
 } // namespace vantro::model

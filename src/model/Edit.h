@@ -13,7 +13,7 @@ namespace vantro::model {
 /// What the user has made of a recording. A value; copies share clicks and segments, so a step of
 /// editing costs what it changes. The defaults are those of a fresh edit.
 struct Edit {
-    SharedList<ClickEvent> clickEvents; ///< the zooms, normalised; "editableClickEvents" in files
+    SharedList<ClickEvent> clickEvents; ///< the zooms, normalized; "editableClickEvents" in files
     SharedList<TimelineSegment> segments = fullLengthTimeline();
     BackgroundSettings background;
     CanvasAspectRatio canvasAspectRatio = CanvasAspectRatio::automatic;
@@ -27,7 +27,7 @@ struct Edit {
     bool operator==(const Edit&) const = default;
 };
 
-/// The edit that a new recording begins with: each of its clicks a zoom, normalised, and all of its
+/// The edit that a new recording begins with: each of its clicks a zoom, normalized, and all of its
 /// length; the rest as in `choices`.
 Edit freshEdit(const RecordingMetadata& metadata, Edit choices = {});
 

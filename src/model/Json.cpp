@@ -101,7 +101,7 @@ struct Fields<BackgroundColor> {
 };
 
 /// Only a picture's identity is stored. A built-in one comes out of `read` with nothing but its
-/// base name, as `url`, and is completed from the catalogue afterwards.
+/// base name, as `url`, and is completed from the catalog afterwards.
 template <>
 struct Codec<BackgroundImageSource> {
     static void write(JsonWriter& out, const BackgroundImageSource& image) {
@@ -267,7 +267,7 @@ Record decode(std::string_view text) {
 namespace vantro::model {
 namespace {
 
-/// Puts the catalogue's picture in the place of a built-in one that has only its name yet, and a
+/// Puts the catalog's picture in the place of a built-in one that has only its name yet, and a
 /// custom one into the project's folder.
 void complete(BackgroundType& type, const std::filesystem::path& folder,
               const BackgroundCatalog& backgrounds) {

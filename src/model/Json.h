@@ -32,7 +32,7 @@ RecordingMetadata decodeMetadata(std::string_view json);
 /// like) are written only where they are not at their default, and may be missing.
 std::string encodeProject(const Project& project);
 /// The project whose movie is at `movie`. Any integer will do as its version. Built-in backgrounds
-/// are stored by name and looked up in the catalogue; one that is not there fails with "Unknown
+/// are stored by name and looked up in the catalog; one that is not there fails with "Unknown
 /// built-in background: NAME". A custom picture lies beside the movie.
 Project decodeProject(std::string_view json, const std::filesystem::path& movie,
                       const BackgroundCatalog& backgrounds = BackgroundCatalog::application());

@@ -20,7 +20,7 @@ constexpr double volumeLimit = 2;
 // Speeds beyond these play a recording of a minute within a frame, or for days.
 constexpr double slowestSpeed = 0.001;
 constexpr double fastestSpeed = 1000;
-// Neighbouring segments that share a bound may miss each other by rounding.
+// Neighboring segments that share a bound may miss each other by rounding.
 constexpr double overlapTolerance = 1e-9;
 
 /// Checks the values of one part of the document at a time.

@@ -14,11 +14,11 @@ namespace vantro::timeline {
 
 /// Rules for editing zooms by hand. Pure; times in seconds of source time.
 ///
-/// A zoom is active unless normalisation merged it into another (model::isSilenced). Active zooms
+/// A zoom is active unless normalization merged it into another (model::isSilenced). Active zooms
 /// never come to overlap: where they already do, in a file from elsewhere, no step makes it worse.
 using Zooms = model::SharedList<model::ClickEvent>;
 
-/// Shortest lead-in and lead-out that can be set by hand: a little above what normalisation leaves,
+/// Shortest lead-in and lead-out that can be set by hand: a little above what normalization leaves,
 /// so that a zoom set by hand never passes for a silenced one.
 inline constexpr double shortestLead = 0.1;
 inline constexpr double lowestLevel = 1;

@@ -12,17 +12,17 @@ using ::testing::HasSubstr;
 
 TEST_F(CommandLine, ExportsFramesAndInspectsAProject) {
     const auto exported =
-        test::vantro("export --json " + path("sample.vantro") + " --output " + path("out.mp4"));
+        vantro("export --json " + path("sample.vantro") + " --output " + path("out.mp4"));
     ASSERT_EQ(exported.exitCode, 0) << exported.output;
     EXPECT_THAT(exported.output, HasSubstr(R"("event":"finished")"));
-    EXPECT_EQ(test::probe(folder / "out.mp4")["streams"][0]["nb_read_frames"], "60");
+    EXPECT_EQ(probe(folder / "out.mp4")["streams"][0]["nb_read_frames"], "60");
 
-    const auto frame = test::vantro("frame " + path("sample.vantro") +
-                                    " --time 1.1 --resolution 720p --output " + path("frame.png"));
+    const auto frame = vantro("frame " + path("sample.vantro") +
+                              " --time 1.1 --resolution 720p --output " + path("frame.png"));
     ASSERT_EQ(frame.exitCode, 0) << frame.output;
-    EXPECT_EQ(test::probe(folder / "frame.png")["streams"][0]["width"], 1280);
+    EXPECT_EQ(probe(folder / "frame.png")["streams"][0]["width"], 1280);
 
-    const auto inspected = test::vantro("inspect --json --keyframes 10 " + path("sample.vantro"));
+    const auto inspected = vantro("inspect --json --keyframes 10 " + path("sample.vantro"));
     ASSERT_EQ(inspected.exitCode, 0) << inspected.output;
     const auto document = nlohmann::json::parse(inspected.output);
     EXPECT_NEAR(document["sourceDuration"].get<double>(), 2.0, 0.001);
@@ -42,14 +42,14 @@ TEST_F(CommandLine, AnswersWrongUsageWithTwo) {
           "record --output a.vantro --mode area --rect 0,0,nan,100",
           "record --output a.vantro --max-size 0",
           "export a.vantro --output b.mp4 --encoder theora", "play", "play a.vantro --seconds 0"})
-        EXPECT_EQ(test::vantro(arguments).exitCode, 2) << arguments;
-    EXPECT_EQ(test::vantro("--help").exitCode, 0);
-    EXPECT_EQ(test::vantro("export --help").exitCode, 0);
+        EXPECT_EQ(vantro(arguments).exitCode, 2) << arguments;
+    EXPECT_EQ(vantro("--help").exitCode, 0);
+    EXPECT_EQ(vantro("export --help").exitCode, 0);
 }
 
 TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     const auto fails = [&](const std::string& arguments, const std::string& message) {
-        const auto result = test::vantro(arguments);
+        const auto result = vantro(arguments);
         EXPECT_EQ(result.exitCode, 1) << arguments;
         EXPECT_THAT(result.output, HasSubstr(message)) << arguments;
     };

@@ -6,7 +6,7 @@ namespace {
 using namespace vantro::test;
 
 /// Exports a project into a folder that holds one earlier file.
-class FailingExport : public test::CommandLine, public ::testing::WithParamInterface<const char*> {
+class FailingExport : public CommandLine, public ::testing::WithParamInterface<const char*> {
   protected:
     FailingExport() {
         edit.segments = {{{.startFraction = 0, .endFraction = 0.6, .speed = 2}}};
@@ -39,14 +39,14 @@ TEST_P(FailingExport, leavesTheEarlierFileWhicheverCallFails) {
 }
 
 TEST_P(FailingExport, writesWholeFilesWhereTheDiskTakesThemInParts) {
-    ASSERT_EQ(test::vantro("export --force " + path("short.vantro") + " --output " + path("whole") +
-                           "." + GetParam())
+    ASSERT_EQ(vantro("export --force " + path("short.vantro") + " --output " + path("whole") + "." +
+                     GetParam())
                   .exitCode,
               0);
-    const auto whole = test::probe(folder / (std::string("whole.") + GetParam()));
+    const auto whole = probe(folder / (std::string("whole.") + GetParam()));
     exportAtEveryCall(Manner::shortWrites(), [&](const FailedRun& run) {
         EXPECT_EQ(run.result.exitCode, 0);
-        const auto found = test::probe(target());
+        const auto found = probe(target());
         EXPECT_EQ(found["streams"], whole["streams"]);
         EXPECT_EQ(found["format"]["size"], whole["format"]["size"]);
     });

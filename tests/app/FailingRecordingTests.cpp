@@ -22,9 +22,9 @@ class FailingRecording : public ::testing::Test {
     /// Whether there was anything to recover; if so it is a movie now.
     bool isRecovered(const std::filesystem::path& movie) const {
         const auto made = folder / "recovered.vantro";
-        const auto result = test::vantro(fmt::format("recover '{}' --force --output '{}'",
-                                                     movie.parent_path().string(), made.string()),
-                                         environment);
+        const auto result = vantro(fmt::format("recover '{}' --force --output '{}'",
+                                               movie.parent_path().string(), made.string()),
+                                   environment);
         if (result.exitCode != 0) {
             EXPECT_THAT(result.output, ::testing::HasSubstr("No picture was recorded"));
             return false;
@@ -33,8 +33,8 @@ class FailingRecording : public ::testing::Test {
         return true;
     }
 
-    const test::XServer server;
-    test::TemporaryFolder folder;
+    const XServer server;
+    TemporaryFolder folder;
     std::filesystem::path work = folder / "work";
     std::string environment =
         fmt::format("DISPLAY={} TMPDIR='{}'", server.display(), work.string());
@@ -42,7 +42,7 @@ class FailingRecording : public ::testing::Test {
 
 /// The error that the user is told. A folder that cannot be made is noticed when the movie in it
 /// cannot be opened.
-int toldError(const test::FailedRun& run, const test::Manner& manner) {
+int toldError(const FailedRun& run, const Manner& manner) {
     const bool isMissingFolder = run.what.starts_with("mkdir") && manner.text.starts_with("once") &&
                                  !run.what.contains(".vantro");
     return isMissingFolder ? ENOENT : manner.error;
@@ -50,7 +50,7 @@ int toldError(const test::FailedRun& run, const test::Manner& manner) {
 
 /// A journal is given up, and the recording goes on without, unless it cannot even be made. The
 /// note that a project holds the recording is written when it does.
-bool mayGoOn(const test::FailedRun& run, const test::Manner& manner) {
+bool mayGoOn(const FailedRun& run, const Manner& manner) {
     if (run.what.contains("/.saved."))
         return true;
     const bool isJournal = run.what.ends_with(".journal") || run.what.ends_with(".cursor");
@@ -58,27 +58,27 @@ bool mayGoOn(const test::FailedRun& run, const test::Manner& manner) {
 }
 
 TEST_F(FailingRecording, keepsTheMovieAndTheEarlierProjectWhicheverCallFails) {
-    const test::TestWindow window(server, {0, 0, 640, 480}, 0xd02010);
+    const TestWindow window(server, {0, 0, 640, 480}, 0xd02010);
     const auto package = work / "film.vantro";
     const auto prepare = [&] {
         std::filesystem::remove_all(work);
         folder.write("work/film.vantro/project.json", "earlier");
     };
-    for (const auto& manner : {test::Manner::onwards(ENOSPC), test::Manner::once(EIO)}) {
+    for (const auto& manner : {Manner::onwards(ENOSPC), Manner::once(EIO)}) {
         int wholeMovies = 0;
         int recovered = 0;
-        test::forEveryCall(
+        forEveryCall(
             manner, work, environment,
             "record --force --seconds 0.1 --output '" + package.string() + "'", prepare,
-            [&](const test::FailedRun& run) {
+            [&](const FailedRun& run) {
                 const auto kept = movies();
                 if (mayGoOn(run, manner)) {
                     EXPECT_EQ(run.result.exitCode, 0);
                     EXPECT_TRUE(std::filesystem::exists(package / "recording.mov"));
                     return;
                 }
-                test::expectClearError(run, kept.empty() ? work : kept.front().parent_path(),
-                                       toldError(run, manner));
+                expectClearError(run, kept.empty() ? work : kept.front().parent_path(),
+                                 toldError(run, manner));
                 EXPECT_EQ(std::filesystem::file_size(package / "project.json"), 7U);
                 EXPECT_LE(kept.size(), 1U);
                 const std::filesystem::directory_iterator left(work);

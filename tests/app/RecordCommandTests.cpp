@@ -25,7 +25,7 @@ constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossles
 class RecordCommand : public ::testing::Test {
   protected:
     Result record(const std::string& arguments) const {
-        return test::vantro(
+        return vantro(
             fmt::format("record --verbose --output '{}' {}", project.string(), arguments),
             fmt::format("DISPLAY={} TMPDIR='{}'", server.display(), folder.path().string()));
     }

@@ -62,7 +62,7 @@ class Recording {
 class Recovery : public ::testing::Test {
   protected:
     static Result recover(const fs::path& files, const fs::path& project) {
-        return test::vantro(
+        return vantro(
             fmt::format("recover '{}' --output '{}' --json", files.string(), project.string()));
     }
 
@@ -121,7 +121,7 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
 
 TEST_F(Recovery, ListsWhatIsInterruptedAndLeavesWhatIsUnderWay) {
     const auto list = [&] {
-        return test::vantro("recover", "TMPDIR='" + folder.path().string() + "'").output;
+        return vantro("recover", "TMPDIR='" + folder.path().string() + "'").output;
     };
     EXPECT_THAT(list(), HasSubstr("No interrupted recording"));
     Recording recording(server, folder.path(), "0,0,64,64");

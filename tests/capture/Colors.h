@@ -8,7 +8,7 @@
 
 namespace vantro::test {
 
-/// What tests paint, 0xRRGGBB: far apart in brightness and colour.
+/// What tests paint, 0xRRGGBB: far apart in brightness and color.
 namespace colors {
 inline constexpr std::uint32_t red = 0xd02010;
 inline constexpr std::uint32_t green = 0x20b040;
@@ -32,7 +32,7 @@ inline Yuv yuvOf(std::uint32_t color) {
     return {16 + 219 * luma, 128 + 224 * (blue - luma) / 1.8556, 128 + 224 * (red - luma) / 1.5748};
 }
 
-/// Whether an i420 picture has this colour at a pixel, give or take `tolerance` of 255 levels.
+/// Whether an i420 picture has this color at a pixel, give or take `tolerance` of 255 levels.
 inline bool hasColor(const media::PixelBuffer& picture, int x, int y, std::uint32_t color,
                      double tolerance = 1.5) {
     const Yuv wanted = yuvOf(color);

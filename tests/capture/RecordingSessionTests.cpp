@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-/// A grey picture whose samples differ by less than `noise`.
+/// A gray picture whose samples differ by less than `noise`.
 std::shared_ptr<const media::PixelBuffer> flatPicture(std::uint8_t luma, unsigned noise = 1) {
     std::mt19937 random(1);
     auto picture = media::PixelBuffer::allocate(media::PixelFormat::i420, 320, 240);

@@ -48,14 +48,14 @@ struct RunningStream {
     bool awaitColor(int x, int y, std::uint32_t color) {
         return eventually([=, this] { return everHadColor(x, y, color); });
     }
-    /// As soon as the newest picture has the colour.
+    /// As soon as the newest picture has the color.
     bool awaitLatestColor(int x, int y, std::uint32_t color) {
         return eventually([=, this] {
             const auto samples = collector.samples();
             return !samples.empty() && hasColor(*samples.back().pixels, x, y, color);
         });
     }
-    /// Whether any picture so far has this colour at a pixel.
+    /// Whether any picture so far has this color at a pixel.
     bool everHadColor(int x, int y, std::uint32_t color) {
         return std::ranges::any_of(collector.samples(), [=](const auto& sample) {
             return hasColor(*sample.pixels, x, y, color);

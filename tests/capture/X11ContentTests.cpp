@@ -78,7 +78,7 @@ TEST(X11Content, GivesTheIconThatIsLargeEnoughForAListAndNoLarger) {
     EXPECT_EQ(icon()->width, 64);
     ASSERT_EQ(icon()->pixels.size(), 64 * 64);
     EXPECT_EQ(icon()->pixels[0], 0x80802001) << "half of each channel, rounded";
-    EXPECT_EQ(icon()->pixels.back(), 0) << "what is transparent has no colour";
+    EXPECT_EQ(icon()->pixels.back(), 0) << "what is transparent has no color";
 }
 
 TEST(X11Content, StopsAtAnIconThatCannotBe) {

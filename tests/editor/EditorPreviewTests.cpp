@@ -200,31 +200,6 @@ TEST_F(EditorPreviewTest, ASmallerAreaIsFilledWithTheSamePictureMadeSmaller) {
     })) << "no more than there are";
 }
 
-TEST_F(EditorPreviewTest, ThePlayheadCrossesACutInTheMiddleOfALongRecording) {
-    test::writeMovie(folder / "long.mov", 160, 90, 2, 1200,
-                     [](media::PixelBuffer& bgra, int) { test::fill(bgra, {90, 90, 90}); });
-    model::RecordingMetadata metadata;
-    metadata.endTime = 600;
-    model::Edit edit;
-    edit.segments = {{{.startFraction = 0, .endFraction = 0.5},
-                      {.startFraction = 0.5, .endFraction = 1, .speed = 2}}};
-    preview.show(model::Recording(folder / "long.mov", metadata), edit);
-    ASSERT_TRUE(isReady());
-    auto& transport = *preview.transport();
-    transport.seek(299.6 / 600);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return transport.currentTime() > 299; }));
-    bool wentBack = false;
-    double last = 0;
-    QObject::connect(&transport, &PlayerTimeObserver::currentTimeChanged, [&] {
-        wentBack = wentBack || transport.currentTime() < last;
-        last = transport.currentTime();
-    });
-    transport.togglePlayPause();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return last > 301; }));
-    EXPECT_FALSE(wentBack);
-    EXPECT_EQ(preview.player()->rate(), 2);
-}
-
 TEST_F(EditorPreviewTest, AMovieThatCannotBeOpenedSaysWhyAndTheNextOneIsNotAffected) {
     preview.show(model::Recording(folder / "none.mov", model::RecordingMetadata()));
     EXPECT_TRUE(QTest::qWaitFor([this] { return !preview.problem().isEmpty(); }));

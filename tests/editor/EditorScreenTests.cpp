@@ -75,40 +75,6 @@ TEST_F(EditorScreenTest, SpaceAndTheButtonPlayAndPauseButASpaceThatIsTypedDoesNo
     EXPECT_TRUE(transport().isPlaying()) << "nothing behind a message";
 }
 
-TEST_F(EditorScreenTest, SkippingStaysWithinTheMovieAndShowsThePictureThere) {
-    open();
-    click("skipForward");
-    EXPECT_TRUE(playheadBecomes(4));
-    EXPECT_TRUE(stageBecomes(colorOfSecond(3)));
-    click("skipBackward");
-    EXPECT_TRUE(playheadBecomes(0));
-    EXPECT_TRUE(stageBecomes(colorOfSecond(0)));
-    EXPECT_FALSE(transport().isPlaying());
-}
-
-TEST_F(EditorScreenTest, AnEditIsSeenAtOnceWherePlayingStands) {
-    open();
-    transport().seek(0.3);
-    ASSERT_TRUE(stageBecomes(colorOfSecond(1)));
-    auto background = state.backgroundSettings();
-    background.type = model::BackgroundColor{.red = 1, .green = 1, .blue = 0};
-    background.padding = 0.49;
-    state.setBackgroundSettings(background);
-    settle();
-    auto& stage = item("stage");
-    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2}).toPoint();
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return window().grabWindow().pixelColor(middle + QPoint(100, 0)) == QColor(Qt::yellow);
-    }));
-    state.setCanvasAspectRatio(model::CanvasAspectRatio::ratio1x1);
-    settle();
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return window().grabWindow().pixelColor(middle + QPoint(0, 150)) == QColor(Qt::yellow);
-    })) << "the canvas is as high as wide";
-    EXPECT_NEAR(transport().currentTime(), 1.2, 0.01);
-    EXPECT_FALSE(transport().isPlaying());
-}
-
 TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
     open();
     transport().seek(0.6);

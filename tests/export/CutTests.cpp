@@ -111,13 +111,12 @@ class Cuts : public testing::Test {
     /// A recording of 60 numbered pictures a second and a webcam movie of 30, whose pointer moves
     /// 40 pixels a second.
     void SetUp() override {
-        writeRawPictures(folder / "raw", 240, width, height);
-        runFfmpeg("-f rawvideo -pix_fmt bgra -s 192x108 -r 60 -i raw -c:v libx264 -g 30 -bf 2",
-                  folder / "recording.mov");
-        runFfmpeg("-f rawvideo -pix_fmt bgra -s 192x108 -r 30 -i raw -frames:v 105 -vf "
-                  "settb=1/3000,setpts=1500+N*100 -vsync passthrough -enc_time_base 1:3000 "
-                  "-c:v libx264 -g 15 -bf 0 -video_track_timescale 3000",
-                  folder / "webcam.mov");
+        makeNumberedMovie(folder / "recording.mov", {240, width, height, 60},
+                          "-c:v libx264 -g 30 -bf 2");
+        makeNumberedMovie(folder / "webcam.mov", {105, width, height, 30},
+                          "-vf settb=1/3000,setpts=1500+N*100 -vsync passthrough "
+                          "-enc_time_base 1:3000 -c:v libx264 -g 15 -bf 0 "
+                          "-video_track_timescale 3000");
     }
 
     render::MovieSession session(const std::vector<Piece>& pieces) {
@@ -139,15 +138,16 @@ TEST_F(Cuts, PictureCameraPointerAndWebcamOfEveryFrameBelongToOneSourceTime) {
     for (int list = 0; list < 25; ++list) {
         const auto pieces = randomPieces(random);
         auto film = session(pieces);
-        media::VideoCompositionReader reader(film.composition(), film.video({width, height}, 60),
+        const int rate = list % 2 == 0 ? 60 : 25; // of the film's pictures
+        media::VideoCompositionReader reader(film.composition(), film.video({width, height}, rate),
                                              media::PixelFormat::bgra);
-        const auto inspected = inspect(film, 60).keyframes;
+        const auto inspected = inspect(film, rate).keyframes;
         double pointerOffset = 0; // from the pointer to its picture's corner
         for (int frame = 0; frame < reader.frameCount(); ++frame) {
             SCOPED_TRACE(testing::Message() << "list " << list << ", frame " << frame);
             ASSERT_TRUE(reader.copyNextFrame());
             const auto& scene = scenes.back();
-            const auto time = sourceTimeOf(pieces, frame * 10);
+            const auto time = sourceTimeOf(pieces, frame * ticks / rate);
             ASSERT_EQ(numberIn(*scene.recording.picture), time.spansSince(0, 10));
             ASSERT_EQ(scene.webcam.has_value(), time.numerator >= webcamStart * time.denominator);
             if (scene.webcam) {
@@ -164,6 +164,7 @@ TEST_F(Cuts, PictureCameraPointerAndWebcamOfEveryFrameBelongToOneSourceTime) {
             ASSERT_DOUBLE_EQ(inspected.at(static_cast<std::size_t>(frame)).sourceTime,
                              time.seconds());
         }
+        EXPECT_FALSE(reader.copyNextFrame());
     }
 }
 

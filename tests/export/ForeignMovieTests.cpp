@@ -60,12 +60,11 @@ class ForeignMovies : public testing::TestWithParam<ForeignMovie> {};
 TEST_P(ForeignMovies, BecomeFilmsWithEachPictureAndSoundInItsPlace) {
     const TemporaryFolder folder;
     const auto& wanted = GetParam();
-    writeRawPictures(folder / "raw", pictures, 192, 108);
     const auto movie = folder / (std::string("movie.") + wanted.extension);
-    runFfmpeg(fmt::format("-f rawvideo -pix_fmt bgra -s 192x108 -r 30 -i raw {} -vsync passthrough "
-                          "-vf setpts=PTS+{}/TB -c:v libx264 -pix_fmt yuv420p",
-                          wanted.arguments, wanted.picturesBegin),
-              movie);
+    makeNumberedMovie(
+        movie, {pictures, 192, 108, 30},
+        fmt::format("{} -vsync passthrough -vf setpts=PTS+{}/TB -c:v libx264 -pix_fmt yuv420p",
+                    wanted.arguments, wanted.picturesBegin));
     const auto summary = exportOf(movie);
     EXPECT_NEAR(summary.duration, wanted.length, 0.035);
 
@@ -108,10 +107,9 @@ INSTANTIATE_TEST_SUITE_P(
 /// off and leaves no file behind.
 TEST(ForeignMovie, BreaksOffWithOneMessageWhereItIsDamaged) {
     const TemporaryFolder folder;
-    writeRawPictures(folder / "raw", pictures, 192, 108);
-    runFfmpeg("-f rawvideo -pix_fmt bgra -s 192x108 -r 30 -i raw -f lavfi -i sine=d=2 -c:a aac "
-              "-c:v libx264 -g 15 -bf 2 -pix_fmt yuv420p -movflags faststart",
-              folder / "whole.mp4");
+    makeNumberedMovie(folder / "whole.mp4", {pictures, 192, 108, 30},
+                      "-f lavfi -i sine=d=2 -c:a aac -c:v libx264 -g 15 -bf 2 -pix_fmt yuv420p "
+                      "-movflags faststart");
     const auto size = std::filesystem::file_size(folder / "whole.mp4");
     std::mt19937 random(31);
     int broken = 0;

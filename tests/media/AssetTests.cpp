@@ -12,6 +12,7 @@ namespace vantro::media {
 namespace {
 
 using test::colorAt;
+using test::makeNumberedMovie;
 using test::numberIn;
 using test::runFfmpeg;
 using test::shownAt;
@@ -67,18 +68,15 @@ struct Storage {
     const char* name;
     const char* extension;
     const char* arguments;
-    int tolerance = 6; ///< of colours, for lossy coding
+    int tolerance = 6; ///< of colors, for lossy coding
 };
 
 class StoredPictures : public testing::TestWithParam<Storage> {};
 
 TEST_P(StoredPictures, showTheirNumbersAndColors) {
     const test::TemporaryFolder folder;
-    test::writeRawPictures(folder / "raw", 20, width, height);
     const auto movie = folder / (std::string("movie.") + GetParam().extension);
-    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw " +
-                  std::string(GetParam().arguments),
-              movie);
+    makeNumberedMovie(movie, {20, width, height, 20}, GetParam().arguments);
     const auto asset = Asset::open(movie);
     FrameSource source(asset, asset.tracks(MediaType::video).at(0).id);
     for (const int number : {0, 7, 19, 3}) {
@@ -141,10 +139,8 @@ TEST(Asset, showsRotatedMoviesUpright) {
 
 TEST(Asset, startsWhereAPlayerStarts) {
     const test::TemporaryFolder folder;
-    test::writeRawPictures(folder / "raw", 40, width, height);
-    runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 20 -i raw -c:v libx264 -g 40 "
-              "-pix_fmt yuv420p",
-              folder / "whole.mp4");
+    makeNumberedMovie(folder / "whole.mp4", {40, width, height, 20},
+                      "-c:v libx264 -g 40 -pix_fmt yuv420p");
     // An edit list that begins between keyframes, without encoding again.
     const auto movie = folder / "trimmed.mp4";
     runFfmpeg("-ss 0.5 -i whole.mp4 -c copy", movie);
@@ -159,12 +155,11 @@ TEST(Asset, startsWhereAPlayerStarts) {
 
 TEST(Asset, lastsAsLongAsItsPicturesWhateverTheTracksEntrySays) {
     const test::TemporaryFolder folder;
-    test::writeRawPictures(folder / "raw", 90, width, height);
     const auto movie = folder / "variable.mov";
     for (const std::string sound : {"", "-f lavfi -i sine=d=2 "}) {
-        runFfmpeg("-f rawvideo -pix_fmt bgra -s 240x136 -r 30 -i raw " + sound +
-                      "-vf \"select='lt(n,60)+not(mod(n,5))'\" -vsync vfr -c:v libx264 -bf 3",
-                  movie);
+        makeNumberedMovie(
+            movie, {90, width, height, 30},
+            sound + "-vf \"select='lt(n,60)+not(mod(n,5))'\" -vsync vfr -c:v libx264 -bf 3");
         const auto told = test::probe(movie, "streams").at(0).at("duration").get<std::string>();
         ASSERT_LT(std::stod(told), 2.8) << "no such movie";
         const auto asset = Asset::open(movie);

@@ -50,7 +50,7 @@ Yuv exactYuv(double red, double green, double blue) {
             128 + (red - luma) / 1.5748 * 224 / 255};
 }
 
-/// The exact colour of the mean of a block of pixels, cut off at the picture's edges.
+/// The exact color of the mean of a block of pixels, cut off at the picture's edges.
 Yuv exactBlock(const PixelBuffer& bgra, int x, int y, int side) {
     double sums[3]{};
     int count = 0;
@@ -78,7 +78,7 @@ double worstI420Error(const PixelBuffer& bgra, const PixelBuffer& i420) {
     return worst;
 }
 
-/// Chroma at a pixel's centre, bilinear between block centres, the edge samples reaching outwards.
+/// Chroma at a pixel's center, bilinear between block centers, the edge samples reaching outwards.
 double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
     const int columns = (i420.width() + 1) / 2;
     const int rows = (i420.height() + 1) / 2;

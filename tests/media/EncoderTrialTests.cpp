@@ -19,13 +19,12 @@ using test::standInEncoder;
 using ::testing::HasSubstr;
 
 std::string faultIn(const std::function<void(AVCodecContext&)>& prepare) {
-    return av::faultInTrial(test::standInEncoder(avcodec_send_frame, prepare),
-                            test::filmSettings());
+    return av::faultInTrial(standInEncoder(avcodec_send_frame, prepare), filmSettings());
 }
 
 TEST(EncoderTrial, passesAnEncoderThatDoesAsItIsTold) {
-    EXPECT_EQ(av::faultInTrial(test::standInEncoder(), test::filmSettings()), "");
-    auto tall = test::filmSettings();
+    EXPECT_EQ(av::faultInTrial(standInEncoder(), filmSettings()), "");
+    auto tall = filmSettings();
     tall.height = 270; // no whole number of macroblocks
     EXPECT_EQ(av::faultInTrial(av::openSucceedingEncoder(tall), tall), "");
 }
@@ -34,7 +33,7 @@ TEST(EncoderTrial, findsWhatAnEncoderMakesOfItsOrders) {
     EXPECT_THAT(faultIn([](auto& codec) { av::setOption(codec, "profile", "main"); }),
                 HasSubstr("High profile"));
     EXPECT_THAT(faultIn([](auto& codec) { codec.colorspace = AVCOL_SPC_UNSPECIFIED; }),
-                HasSubstr("colours mean"));
+                HasSubstr("colors mean"));
     EXPECT_THAT(faultIn([](auto& codec) { codec.max_b_frames = 2; }), HasSubstr("order"));
 }
 
@@ -46,21 +45,19 @@ TEST(EncoderTrial, findsWrongPicturesMissingOnesAndFailure) {
         std::swap(swapped->data[1], swapped->data[2]);
         return avcodec_send_frame(codec, swapped.get());
     };
-    EXPECT_THAT(av::faultInTrial(test::standInEncoder(swapsChroma), test::filmSettings()),
-                HasSubstr("wrong colours"));
+    EXPECT_THAT(av::faultInTrial(standInEncoder(swapsChroma), filmSettings()),
+                HasSubstr("wrong colors"));
     const auto drops = [](AVCodecContext* codec, const AVFrame* picture) {
         return picture != nullptr && picture->pts > 0 ? 0 : avcodec_send_frame(codec, picture);
     };
-    EXPECT_THAT(av::faultInTrial(test::standInEncoder(drops), test::filmSettings()),
-                HasSubstr("1 pictures"));
+    EXPECT_THAT(av::faultInTrial(standInEncoder(drops), filmSettings()), HasSubstr("1 pictures"));
     const auto breaks = [](AVCodecContext*, const AVFrame*) { return AVERROR_EXTERNAL; };
-    EXPECT_THAT(av::faultInTrial(test::standInEncoder(breaks), test::filmSettings()),
-                HasSubstr("external"));
+    EXPECT_THAT(av::faultInTrial(standInEncoder(breaks), filmSettings()), HasSubstr("external"));
 }
 
 TEST(EncoderSelection, remembersLastingVerdictsOnly) {
     av::Verdicts verdicts;
-    const auto settings = test::filmSettings();
+    const auto settings = filmSettings();
     const auto ask = [&](VideoEncoderChoice choice, av::Verdict answer) {
         return verdicts.problem(choice, settings, [&] { return answer; });
     };
@@ -81,7 +78,7 @@ TEST(EncoderSelection, encodesWhateverThereIsAndLiveSourcesWithLibx264) {
         writer.finish();
         return writer.encoderName();
     };
-    auto settings = test::filmSettings();
+    auto settings = filmSettings();
     settings.encoder = VideoEncoderChoice::automatic;
     EXPECT_NE(encoderOf(settings), "");
     EXPECT_EQ(test::probe(folder / "film.mp4", "streams").at(0).at("profile"), "High");

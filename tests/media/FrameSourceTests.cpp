@@ -24,12 +24,11 @@ std::int64_t ticksOf(int number) {
 
 /// Painted pictures at irregular times, with reordered frames and open groups of pictures.
 void makeMovie(const std::filesystem::path& movie, const std::string& options) {
-    test::writeRawPictures(movie.parent_path() / "raw", frameCount, 160, 90);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 160x90 -r 60 -i raw "
-                    "-vf \"settb=1/90000,setpts='N*1500+mod(N*N*37,11)*100'\" -vsync passthrough "
-                    "-enc_time_base 1:90000 -c:v libx264 -pix_fmt yuv420p " +
-                        options,
-                    movie);
+    test::makeNumberedMovie(
+        movie, {frameCount, 160, 90, 60},
+        "-vf \"settb=1/90000,setpts='N*1500+mod(N*N*37,11)*100'\" -vsync passthrough "
+        "-enc_time_base 1:90000 -c:v libx264 -pix_fmt yuv420p " +
+            options);
 }
 
 int numberShownAt(FrameSource& source, std::int64_t ticks) {
@@ -72,28 +71,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(FrameSource, findsUnreferencedPicturesThatStayLong) {
     const test::TemporaryFolder folder;
-    test::writeRawPictures(folder / "raw", 40, 160, 90);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 160x90 -r 1 -i raw -c:v libx264 -pix_fmt yuv420p "
-                    "-bf 3 -b_strategy 0 -g 1000",
-                    folder / "slow.mov");
+    test::makeNumberedMovie(folder / "slow.mov", {40, 160, 90, 1},
+                            "-c:v libx264 -pix_fmt yuv420p -bf 3 -b_strategy 0 -g 1000");
     FrameSource source(Asset::open(folder / "slow.mov"), 0);
     for (const int number : {39, 3, 5, 14, 9, 30, 31, 33, 2, 38})
         ASSERT_EQ(numberShownAt(source, number * 90'000LL + 80'000), number);
-}
-
-TEST(FrameSource, givesTheSamePixelsForTheSamePictureAndItsLength) {
-    const test::TemporaryFolder folder;
-    makeMovie(folder / "m.mov", "-bf 2 -g 30 -video_track_timescale 90000");
-    FrameSource source(Asset::open(folder / "m.mov"), 0);
-    const auto frame = test::shownAt(source, {ticksOf(50), 90'000});
-    const auto again = test::shownAt(source, {ticksOf(51) - 1, 90'000});
-    const auto next = test::shownAt(source, {ticksOf(51), 90'000});
-    const auto back = test::shownAt(source, {ticksOf(50), 90'000});
-    EXPECT_EQ(frame.pixels, again.pixels);
-    EXPECT_NE(frame.pixels, next.pixels);
-    EXPECT_EQ(frame.pixels, back.pixels);
-    EXPECT_EQ(frame.presentationTime, (MediaTime{ticksOf(50), 90'000}));
-    EXPECT_EQ(frame.duration, (MediaTime{ticksOf(51) - ticksOf(50), 90'000}));
 }
 
 TEST(FrameSource, givesUpInTheMiddleOfDecodingAndGoesOnAfterwards) {

@@ -54,7 +54,7 @@ class InterruptedRecording : public ::testing::Test {
 
     void appendPictures(int count) {
         for (int end = next + count; next < end; ++next) {
-            ASSERT_TRUE(test::eventually([this] { return writer->isReadyForMoreMediaData(); }));
+            ASSERT_TRUE(eventually([this] { return writer->isReadyForMoreMediaData(); }));
             ASSERT_TRUE(writer->append({.pixels = test::paintedNumber(next, width, height, painted),
                                         .presentationTime = {next, 60},
                                         .duration = {}}));
@@ -62,7 +62,7 @@ class InterruptedRecording : public ::testing::Test {
     }
 
     void awaitPackets(std::size_t count) {
-        ASSERT_TRUE(test::eventually([&] { return journalledPackets(movie) >= count; }));
+        ASSERT_TRUE(eventually([&] { return journalledPackets(movie) >= count; }));
     }
 
     /// The files as they are now, with no writer at them.

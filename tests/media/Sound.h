@@ -34,13 +34,18 @@ inline std::vector<float> allSound(const media::Composition& composition) {
     return sound;
 }
 
-/// A movie's sound from beginning to end, as a player gives it.
-inline std::vector<float> soundOf(const std::filesystem::path& movie) {
+/// All of a movie's sound at its own speed.
+inline media::Composition wholeSound(const std::filesystem::path& movie) {
     const auto asset = media::Asset::open(movie);
     media::Composition composition(asset);
     for (const auto& track : asset.tracks(media::MediaType::audio))
         composition.addTrack(media::MediaType::audio).insert({{}, asset.duration()}, track, {});
-    return allSound(composition);
+    return composition;
+}
+
+/// A movie's sound from beginning to end, as a player gives it.
+inline std::vector<float> soundOf(const std::filesystem::path& movie) {
+    return allSound(wholeSound(movie));
 }
 
 inline double secondsOf(const std::vector<float>& sound) {

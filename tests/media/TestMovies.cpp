@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 namespace vantro::test {
@@ -13,7 +14,7 @@ namespace {
 
 constexpr int blocks = 12;
 
-/// The blocks stand in the upper quarter, leaving the rest to the picture's colour.
+/// The blocks stand in the upper quarter, leaving the rest to the picture's color.
 int blockSide(int width) {
     return width / blocks;
 }
@@ -83,21 +84,28 @@ media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t) {
     return *frame;
 }
 
-void writeRawPictures(const std::filesystem::path& path, int count, int width, int height) {
-    std::ofstream file(path, std::ios::binary);
-    for (int number = 0; number < count; ++number) {
-        const auto picture = paintedNumber(number, width, height);
-        for (int y = 0; y < height; ++y)
-            file.write(reinterpret_cast<const char*>(picture->row(0, y)),
-                       std::streamsize{width} * 4);
-    }
-}
-
 void runFfmpeg(const std::string& arguments, const std::filesystem::path& output) {
     const std::string command = "cd " + quoted(output.parent_path()) +
                                 " && ffmpeg -nostdin -v error -y " + arguments + " " +
                                 quoted(output);
     ASSERT_EQ(std::system(command.c_str()), 0) << command; // NOLINT(concurrency-mt-unsafe)
+}
+
+void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPictures& pictures,
+                       const std::string& options) {
+    const auto& [count, width, height, rate] = pictures;
+    {
+        std::ofstream raw(movie.parent_path() / "raw", std::ios::binary);
+        for (int number = 0; number < count; ++number) {
+            const auto picture = paintedNumber(number, width, height);
+            for (int y = 0; y < height; ++y)
+                raw.write(reinterpret_cast<const char*>(picture->row(0, y)),
+                          std::streamsize{width} * 4);
+        }
+    }
+    runFfmpeg(fmt::format("-f rawvideo -pix_fmt bgra -s {}x{} -r {} -i raw {}", width, height, rate,
+                          options),
+              movie);
 }
 
 nlohmann::json probe(const std::filesystem::path& movie, const std::string& section) {

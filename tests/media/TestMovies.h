@@ -15,26 +15,34 @@ namespace vantro::test {
 
 using Rgb = std::array<int, 3>;
 
-/// A picture of one colour that shows `number` (below 4096) as a row of black and white blocks,
-/// which survive lossy coding, scaling and any colour space.
+/// A picture of one color that shows `number` (below 4096) as a row of black and white blocks,
+/// which survive lossy coding, scaling and any color space.
 std::shared_ptr<media::PixelBuffer> paintedNumber(int number, int width, int height,
                                                   Rgb color = {30, 120, 200});
 /// The number painted into the picture.
 int numberIn(const media::PixelBuffer& picture);
 /// Red, green and blue of these samples, straight from the standards' definitions.
 std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v);
-/// The picture's colour at a place, by floating-point arithmetic of our own.
+/// The picture's color at a place, by floating-point arithmetic of our own.
 Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 
 /// The picture that `source` shows at `t`; throws when it shows none.
 media::VideoFrame shownAt(media::FrameSource& source, media::MediaTime t);
 
-/// Painted numbers from 0 on, as a file of raw bgra pictures.
-void writeRawPictures(const std::filesystem::path& path, int count, int width, int height);
-
 /// Runs `ffmpeg -y <arguments>` in the folder of `output`, quoting as in a shell, and fails the
 /// test when that fails.
 void runFfmpeg(const std::string& arguments, const std::filesystem::path& output);
+
+struct NumberedPictures {
+    int count;
+    int width;
+    int height;
+    int rate; ///< a second
+};
+/// Makes a movie of painted numbers from 0 on; `options` are ffmpeg's, from further inputs on.
+void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPictures& pictures,
+                       const std::string& options);
+
 /// What ffprobe reports with `-show_<section>` for the first video stream.
 nlohmann::json probe(const std::filesystem::path& movie, const std::string& section);
 

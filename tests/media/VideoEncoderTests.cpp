@@ -71,7 +71,7 @@ TEST(VideoEncoder, goesOnWithLibx264WhereTheHardwareFails) {
     // The first picture, some after it that are held back, a keyframe, the last, and the end.
     for (const int number : {0, 1, 5, 30, 42, frameCount - 1, frameCount}) {
         SCOPED_TRACE(number);
-        EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(failingAt(number))),
+        EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(failingAt(number))),
                   "stand-in, libx264");
         expectWholeFilm(folder / "film.mp4");
     }
@@ -82,22 +82,22 @@ TEST(VideoEncoder, goesOnWithLibx264WhereTheHardwareKeepsPicturesOrMixesThem) {
     const auto keepsLast = [](AVCodecContext* codec, const AVFrame* picture) {
         return picture == nullptr ? 0 : avcodec_send_frame(codec, picture);
     };
-    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(keepsLast)), "stand-in, libx264");
+    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(keepsLast)), "stand-in, libx264");
     expectWholeFilm(folder / "film.mp4");
     const auto swapsOrder = [](AVCodecContext& codec) { codec.max_b_frames = 3; };
-    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder(avcodec_send_frame, swapsOrder)),
+    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder(avcodec_send_frame, swapsOrder)),
               "stand-in, libx264");
     expectWholeFilm(folder / "film.mp4");
 }
 
 TEST(VideoEncoder, makesTheWholeFilmWithHardwareThatWorks) {
     const test::TemporaryFolder folder;
-    EXPECT_EQ(writeFilm(folder / "film.mp4", test::standInEncoder()), "stand-in");
+    EXPECT_EQ(writeFilm(folder / "film.mp4", standInEncoder()), "stand-in");
     expectWholeFilm(folder / "film.mp4");
 }
 
 TEST(VideoEncoder, tellsAFailedWriteFromAFailedEncoder) {
-    av::VideoEncoder encoder(test::filmSettings(), test::standInEncoder());
+    av::VideoEncoder encoder(test::filmSettings(), standInEncoder());
     const auto fullDisk = [](av::EncodedPacket&) { throw MediaError("No space left on device"); };
     const auto encodeAll = [&] {
         for (int number = 0; number < frameCount; ++number)

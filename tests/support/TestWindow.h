@@ -10,18 +10,18 @@
 
 namespace vantro::test {
 
-/// A plain window that no window manager touches, for a test to draw in. 0xRRGGBB colours. What is
+/// A plain window that no window manager touches, for a test to draw in. 0xRRGGBB colors. What is
 /// drawn is on the screen when a call returns.
 class TestWindow {
   public:
     struct Names {
-        // Initialisers, so that a test may name just one of them:
+        // Initializers, so that a test may name just one of them:
         // NOLINTBEGIN(*-redundant-member-init)
         std::string title = {};
         std::string applicationClass = {};
         // NOLINTEND(*-redundant-member-init)
         std::uint32_t process = 0; ///< that it says it belongs to; none when 0
-        bool isBlended = false;    ///< colours are premultiplied 0xAARRGGBB
+        bool isBlended = false;    ///< colors are premultiplied 0xAARRGGBB
     };
 
     TestWindow(const XServer& server, media::color::PixelRect rect, std::uint32_t color,
@@ -37,7 +37,7 @@ class TestWindow {
     /// `rect` in pixels of the window.
     void fill(media::color::PixelRect rect, std::uint32_t color);
 
-    /// Position and size on the screen. Pixels that are new show the colour that it was made with.
+    /// Position and size on the screen. Pixels that are new show the color that it was made with.
     void place(media::color::PixelRect rect);
     /// Puts it above or below all others.
     void raise();

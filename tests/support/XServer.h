@@ -17,7 +17,7 @@ class XServer {
         int width = 640;
         int height = 480;
         int depth = 24;
-        // Initialisers, so that a test may name just one of them:
+        // Initializers, so that a test may name just one of them:
         // NOLINTBEGIN(*-redundant-member-init)
         std::vector<std::string> missingExtensions = {}; ///< for example "MIT-SHM"
         /// An empty folder: Xorg runs from it in place of Xvfb, see XorgDesk.h. Its first output

@@ -2,6 +2,7 @@
 #include "ui/TimeText.h"
 
 #include <QTemporaryDir>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -39,9 +40,12 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
 }
 
 TEST(TimeText, ReadsAsAClock) {
-    EXPECT_EQ(ui::elapsedText(0), "00:00");
-    EXPECT_EQ(ui::elapsedText(754), "12:34");
-    EXPECT_EQ(ui::elapsedText(3723), "1:02:03");
+    EXPECT_EQ(elapsedText(0), "00:00");
+    EXPECT_EQ(elapsedText(754), "12:34");
+    EXPECT_EQ(elapsedText(3723), "1:02:03");
+    EXPECT_EQ(transportText(59.99), "00:59");
+    EXPECT_EQ(transportText(3661), "61:01");
+    EXPECT_DEATH(transportText(std::nan("")), "not finite or too large");
 }
 
 } // namespace

@@ -1,9 +1,9 @@
+#include "window/Contrast.h"
 #include "window/WindowFixture.h"
 
 #include <QAccessible>
 #include <QQuickItem>
 #include <QTest>
-#include <cmath>
 #include <map>
 
 namespace vantro::window {
@@ -32,19 +32,6 @@ TEST_F(AccessibilityTest, TheKeyboardIsToldTheSameHelpAsThePointer) {
     EXPECT_EQ(text("tipText"), "Record (Ctrl+R)");
 }
 
-double luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-    const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
-    return (light + 0.05) / (dark + 0.05);
-}
-
 TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
     showWindow();
     for (const auto theme : {ui::ThemeChoice::light, ui::ThemeChoice::dark}) {
@@ -59,7 +46,7 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
                  {"stopInk", {"stop", "stopHover", "stopPressed"}},
                  {"tipText", {"tip"}}})
             for (const auto* ground : grounds)
-                EXPECT_GE(contrast(themeColor(text), themeColor(ground)), 4.5)
+                EXPECT_GE(test::contrast(themeColor(text), themeColor(ground)), 4.5)
                     << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
     }
 }

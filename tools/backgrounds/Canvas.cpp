@@ -49,7 +49,7 @@ class DitherTile {
     static std::size_t indexOf(int x, int y) {
         return static_cast<std::size_t>(y % size) * size + static_cast<std::size_t>(x % size);
     }
-    /// Triangular over two code values; neighbours in a row differ, since the eye sees fine noise
+    /// Triangular over two code values; neighbors in a row differ, since the eye sees fine noise
     /// least.
     static float triangle(int x, int y, std::uint32_t channel) {
         return unitOf(hashOf(x, y, channel)) - unitOf(hashOf((x + 1) % size, y, channel));
@@ -79,8 +79,8 @@ void blurLine(Rgb* line, std::size_t stride, int count, int radius, std::vector<
         line[static_cast<std::size_t>(i) * stride] = scratch[static_cast<std::size_t>(i)];
 }
 
-/// Weights of four neighbours for a place `t` after the second: a cubic through the points, with
-/// slopes from the neighbours.
+/// Weights of four neighbors for a place `t` after the second: a cubic through the points, with
+/// slopes from the neighbors.
 std::array<float, 4> splineWeights(float t) {
     return {t * (t * (1 - 0.5F * t) - 0.5F), 1 + t * t * (1.5F * t - 2.5F),
             t * (0.5F + t * (2 - 1.5F * t)), t * t * (0.5F * t - 0.5F)};

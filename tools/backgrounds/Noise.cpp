@@ -110,7 +110,7 @@ struct Cell {
     return {valueIn(cell), slopeX * gradientUnit, slopeY * gradientUnit};
 }
 
-/// The coordinates of four neighbouring octaves.
+/// The coordinates of four neighboring octaves.
 struct OctaveGroup {
     Floats xx{};
     Floats xy{};

@@ -21,7 +21,7 @@ struct LabStop {
     Lab lab;
 };
 
-/// The slope of the curve at a stop: through both neighbours, so that no kink shows there.
+/// The slope of the curve at a stop: through both neighbors, so that no kink shows there.
 Lab slopeAt(const std::vector<LabStop>& stops, std::size_t index) {
     const auto& before = stops[index > 0 ? index - 1 : 0];
     const auto& after = stops[std::min(index + 1, stops.size() - 1)];

@@ -108,7 +108,7 @@ void printText(const exporting::Inspection& found, const model::Edit& edit,
                                      click.startOffset, click.endOffset));
     if (!withKeyframes)
         return;
-    fmt::print("Keyframes\n    output    source   scale        centre          cursor\n");
+    fmt::print("Keyframes\n    output    source   scale        center          cursor\n");
     for (const auto& sample : found.keyframes)
         fmt::print("  {:8.3f}  {:8.3f}  {:6.3f}  {:7.1f},{:7.1f}  {}\n", sample.outputTime,
                    sample.sourceTime, sample.keyframe.scale, sample.keyframe.centerX,

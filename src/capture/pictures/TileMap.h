@@ -27,7 +27,7 @@ class TileMap {
     bool isEmpty() const;
     int tileCount() const;
 
-    /// Calls `visit(PixelRect)` for each run of neighbouring tiles in a row of tiles, top to
+    /// Calls `visit(PixelRect)` for each run of neighboring tiles in a row of tiles, top to
     /// bottom.
     template <typename Visitor>
     void forEachRun(Visitor&& visit) const {
@@ -44,7 +44,7 @@ class TileMap {
         }
     }
 
-    /// Calls `visit(PixelRect)` for each full-width band of neighbouring rows of tiles that hold
+    /// Calls `visit(PixelRect)` for each full-width band of neighboring rows of tiles that hold
     /// anything.
     template <typename Visitor>
     void forEachBand(Visitor&& visit) const {

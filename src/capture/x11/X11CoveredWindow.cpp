@@ -25,7 +25,7 @@ xcb_rectangle_t toXcb(media::color::PixelRect rect) {
             static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
 }
 
-/// Premultiplied colour over what is there.
+/// Premultiplied color over what is there.
 void blendRow(const std::uint8_t* source, std::uint8_t* destination, int width) {
     for (int x = 0; x < width; ++x, source += 4, destination += 4)
         for (int channel = 0; channel < 3; ++channel)

@@ -23,8 +23,9 @@ media::color::PixelRect united(media::color::PixelRect a, media::color::PixelRec
 std::vector<media::color::PixelRect> X11OwnPlaces::update(const std::vector<X11Placement>& own,
                                                           bool isComposited, base::HostTime now) {
     std::vector<Place> shown;
-    for (const X11Placement& each : own)
-        shown.push_back({each.window, grown(each.rect, reach(isComposited))});
+    std::ranges::transform(own, std::back_inserter(shown), [&](const X11Placement& each) {
+        return Place{each.window, grown(each.rect, reach(isComposited))};
+    });
     std::erase_if(m_fading, [now](const FadingPlace& each) { return each.end <= now; });
     for (const Place& before : m_shown)
         if (isComposited && std::ranges::find(shown, before) == shown.end())

@@ -9,7 +9,7 @@
 
 namespace vantro::capture::x11 {
 
-/// Recognises windows that belong to us, by the process that made them: what the window says itself
+/// Recognizes windows that belong to us, by the process that made them: what the window says itself
 /// (_NET_WM_PID) or what the server knows of its client (extension X-Resource). Outlived by the
 /// connection; same thread.
 class X11OwnWindows {

@@ -10,7 +10,7 @@
 
 namespace vantro::capture::x11 {
 
-/// Recognises presses of the left and right button in a connection's events, through XInput's raw
+/// Recognizes presses of the left and right button in a connection's events, through XInput's raw
 /// presses, which come whatever window or client has the pointer. Buttons are what the user has
 /// made of them; a touch counts as the left one; a pen presses buttons itself. Presses over own
 /// windows are left out, also where the press itself closes the window, as it does a menu. Outlived

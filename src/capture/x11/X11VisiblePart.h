@@ -25,7 +25,7 @@ std::optional<X11VisiblePart> visiblePart(const X11Connection& connection, xcb_w
 std::optional<media::color::PixelRect> visibleRect(const X11Connection& connection,
                                                    xcb_window_t window);
 
-/// Recognises the events that may give a window another visible part. Outlived by the connection.
+/// Recognizes the events that may give a window another visible part. Outlived by the connection.
 class X11VisiblePartEvents {
   public:
     explicit X11VisiblePartEvents(const X11Connection& connection);

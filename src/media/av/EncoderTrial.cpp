@@ -106,10 +106,10 @@ std::string faultInPicture(const AVCodecContext& decoder, const AVFrame& frame,
         frame.color_primaries == AVCOL_PRI_BT709 && frame.color_trc == AVCOL_TRC_BT709 &&
         frame.colorspace == AVCOL_SPC_BT709 && frame.color_range != AVCOL_RANGE_JPEG;
     if (!isTagged)
-        return "it does not say what its colours mean";
+        return "it does not say what its colors mean";
     const bool isRight = frame.format == AV_PIX_FMT_YUV420P && hasColor(frame, 1, leftColor) &&
                          hasColor(frame, 3, rightColor);
-    return isRight ? "" : "its pictures have wrong colours";
+    return isRight ? "" : "its pictures have wrong colors";
 }
 
 std::string faultInPackets(const AVCodecContext& encoder, std::span<const PacketHandle> packets,

@@ -9,7 +9,7 @@ namespace vantro::media::av {
 
 /// Encodes a few pictures of the movie's size and decodes them again. Says what is wrong with the
 /// encoder or with what it made: too few pictures or reordered ones, another profile or size than
-/// asked for, missing colour tags, wrong colours. Empty when everything is right.
+/// asked for, missing color tags, wrong colors. Empty when everything is right.
 std::string faultInTrial(CodecSession encoder, const VideoSettings& settings);
 
 } // namespace vantro::media::av

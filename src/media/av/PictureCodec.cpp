@@ -121,7 +121,7 @@ void premultiply(PixelBuffer& picture) {
     }
 }
 
-/// What is transparent has no colour that may bleed into its neighbours: it is premultiplied before
+/// What is transparent has no color that may bleed into its neighbors: it is premultiplied before
 /// anything is averaged.
 std::shared_ptr<PixelBuffer> converted(const AVFrame& frame, int width, int height) {
     const auto format = static_cast<AVPixelFormat>(frame.format);

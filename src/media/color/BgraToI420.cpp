@@ -51,7 +51,7 @@ constexpr Weights vWeights{fixedPoint15((1 - redShare) * vRange), fixedPoint15(-
 constexpr int fractionBits = 7;
 
 /// The even pixels of a stretch and, in the same lanes, the odd ones: this order needs no shuffling
-/// to sum neighbours for chroma, nor to put luma back in sequence.
+/// to sum neighbors for chroma, nor to put luma back in sequence.
 struct Channel {
     WordVector even;
     WordVector odd;

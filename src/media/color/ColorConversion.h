@@ -10,8 +10,8 @@ namespace vantro::media::color {
 /// Conversion between bgra and i420 pixels with the processor's widest SIMD instructions.
 ///
 /// Going to i420 is always BT.709 limited range; each chroma sample is the average of its 2×2 block
-/// (centre-sited), at odd edges of the pixels that are there. Going to bgra honours the source's
-/// ColorDescription, interpolates chroma bilinearly between block centres and writes alpha 255.
+/// (center-sited), at odd edges of the pixels that are there. Going to bgra honors the source's
+/// ColorDescription, interpolates chroma bilinearly between block centers and writes alpha 255.
 /// Results lie within 1 of exact arithmetic. Reads and writes stay inside of the given pixels.
 /// Thread-safety: any thread; different threads may fill different regions of one picture.
 

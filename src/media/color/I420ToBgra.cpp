@@ -56,13 +56,13 @@ using UnsignedWords = hn::Repartition<std::uint16_t, Bytes>;
 using WordVector = hn::Vec<Words>;
 
 /// Chroma around its neutral 128, with 7 fractional bits.
-HWY_INLINE WordVector centred(WordVector sixteenths) {
+HWY_INLINE WordVector centered(WordVector sixteenths) {
     return hn::ShiftLeft<3>(hn::Sub(sixteenths, hn::Set(Words(), 128 * 16)));
 }
 
 /// Three parts of the nearer and one of the farther sample.
 HWY_INLINE WordVector interpolate(WordVector near, WordVector far) {
-    return centred(hn::Add(hn::Add(near, far), hn::Add(near, near)));
+    return centered(hn::Add(hn::Add(near, far), hn::Add(near, near)));
 }
 
 struct Channels {

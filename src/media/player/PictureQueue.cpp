@@ -54,8 +54,8 @@ void PictureQueue::findNext() {
         m_next = m_path.after(m_pictures.empty() ? m_shown : m_pictures.back().point);
 }
 
-void PictureQueue::jumpMade(PicturePath path) {
-    m_first = m_path.jump()->to;
+void PictureQueue::jumpMade(MediaTime to, PicturePath path) {
+    m_first = to;
     m_path = path;
     const auto isBefore = [](const auto& picture) { return !picture.point.afterJump; };
     m_leftOut += std::erase_if(m_pictures, isBefore);

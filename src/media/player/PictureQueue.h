@@ -29,8 +29,8 @@ class PictureQueue {
     void begin(MediaTime shown, PicturePath path);
     /// Goes on by another path; what it does not lead to is dropped.
     void setPath(PicturePath path);
-    /// The jump has been made: what was behind it is ahead, on `path`.
-    void jumpMade(PicturePath path);
+    /// The jump to `to` has been made: what was behind it is ahead, on `path`.
+    void jumpMade(MediaTime to, PicturePath path);
     /// Composed pictures are so no longer.
     void forgetComposed();
 

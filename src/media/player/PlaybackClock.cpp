@@ -1,5 +1,7 @@
 #include "media/player/PlaybackClock.h"
 
+#include "base/Fatal.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -38,8 +40,9 @@ double PlaybackClock::secondsAt(HostTime now) const {
     if (!isRunning())
         return m_stood.seconds();
     double seconds = runningSeconds(now);
-    if (const auto at = jumpAt(); at && now >= *at)
-        seconds = m_jump->to.seconds() + base::inSeconds(now - *at) * m_jump->rate;
+    if (m_jump)
+        if (const auto at = startOf(*m_jump); now >= at)
+            seconds = m_jump->to.seconds() + base::inSeconds(now - at) * m_jump->rate;
     return std::min(seconds, m_end.seconds());
 }
 
@@ -74,17 +77,24 @@ void PlaybackClock::setJump(std::optional<PlannedJump> jump, HostTime now) {
 std::optional<HostTime> PlaybackClock::jumpAt() const {
     if (!m_jump)
         return {};
-    return dueFrom(m_at, m_jump->from.seconds() - m_seconds, m_speed);
+    return startOf(*m_jump);
 }
 
-void PlaybackClock::makeJump() {
-    const auto at = *jumpAt();
-    m_made = PlannedJump{m_jump->from, m_jump->to, m_rate};
-    m_at = at;
-    m_seconds = m_jump->to.seconds();
-    m_speed = m_jump->rate;
-    m_rate = m_jump->rate;
+HostTime PlaybackClock::startOf(const PlannedJump& jump) const {
+    return dueFrom(m_at, jump.from.seconds() - m_seconds, m_speed);
+}
+
+PlannedJump PlaybackClock::makeJump() {
+    if (!m_jump)
+        base::fatal("no jump is ahead");
+    const auto jump = *m_jump;
+    m_made = PlannedJump{jump.from, jump.to, m_rate};
+    m_at = startOf(jump);
+    m_seconds = jump.to.seconds();
+    m_speed = jump.rate;
+    m_rate = jump.rate;
     m_jump.reset();
+    return jump;
 }
 
 HostTime PlaybackClock::dueFrom(HostTime at, double seconds, double speed) const {
@@ -93,7 +103,7 @@ HostTime PlaybackClock::dueFrom(HostTime at, double seconds, double speed) const
 
 HostTime PlaybackClock::due(MediaTime time, bool afterJump) const {
     if (afterJump && m_jump)
-        return dueFrom(*jumpAt(), time.seconds() - m_jump->to.seconds(), m_jump->rate);
+        return dueFrom(startOf(*m_jump), time.seconds() - m_jump->to.seconds(), m_jump->rate);
     return dueFrom(m_at, time.seconds() - m_seconds, m_speed);
 }
 

@@ -31,11 +31,10 @@ class PlaybackClock {
     void start(base::HostTime now, double seconds, double rate);
     /// Replaces the jump ahead. One that `now` is past of is none.
     void setJump(std::optional<PlannedJump> jump, base::HostTime now);
-    const std::optional<PlannedJump>& jump() const { return m_jump; }
     /// When the jump is made.
     std::optional<base::HostTime> jumpAt() const;
-    /// Goes on behind the jump.
-    void makeJump();
+    /// Goes on behind the jump ahead, which must be there, and returns it.
+    PlannedJump makeJump();
     /// When `time` is played: before the jump, or behind it. Only while running.
     base::HostTime due(MediaTime time, bool afterJump) const;
     /// When the item's end is reached; nothing where a jump comes first. Only while running.
@@ -46,6 +45,7 @@ class PlaybackClock {
 
   private:
     double runningSeconds(base::HostTime now) const;
+    base::HostTime startOf(const PlannedJump& jump) const;
     base::HostTime dueFrom(base::HostTime at, double seconds, double speed) const;
     double soundAhead(const SoundReading& reading) const;
 

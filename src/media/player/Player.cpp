@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <ranges>
 
 namespace vantro::media::player {
 namespace {
@@ -26,10 +27,8 @@ class ObserverList {
             Observer(found->second)(arguments...);
     }
     void tellAll(Arguments... arguments) const {
-        std::vector<int> numbers;
-        for (const auto& [number, observer] : m_observers)
-            numbers.push_back(number);
-        for (const int number : numbers)
+        const auto numbers = std::views::keys(m_observers);
+        for (const int number : std::vector<int>(numbers.begin(), numbers.end()))
             tell(number, arguments...);
     }
 
@@ -94,9 +93,8 @@ struct Player::Implementation {
     PlayerEngine::Events events;
     PlayerEngine engine;
 
-    Implementation(PlayerItem item, Services services)
-        : events(eventsOf(services.onMain, main))
-        , engine(std::move(item), std::move(services), events) {
+    Implementation(const PlayerItem& item, Services services)
+        : events(eventsOf(services.onMain, main)), engine(item, std::move(services), events) {
         main->engine = &engine;
     }
     ~Implementation() { main->engine = nullptr; }
@@ -111,8 +109,8 @@ struct Player::Implementation {
     }
 };
 
-Player::Player(PlayerItem item, Services services)
-    : m_implementation(std::make_unique<Implementation>(std::move(item), std::move(services))) {}
+Player::Player(const PlayerItem& item, Services services)
+    : m_implementation(std::make_unique<Implementation>(item, std::move(services))) {}
 
 Player::~Player() = default;
 

@@ -19,7 +19,7 @@ class Player : public PlayerControl {
     using Status = PlayerStatus;
     using Services = PlayerServices;
 
-    Player(PlayerItem item, Services services);
+    Player(const PlayerItem& item, Services services);
     ~Player() override;
 
     double rate() const override;

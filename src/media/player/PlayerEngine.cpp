@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vantro::media::player {
 namespace {
@@ -21,7 +22,7 @@ const CompositionTrack& trackOf(const PlayerItem& item) {
 
 } // namespace
 
-PlayerEngine::PlayerEngine(PlayerItem item, PlayerServices services, Events events)
+PlayerEngine::PlayerEngine(const PlayerItem& item, PlayerServices services, Events events)
     : m_track(trackOf(item))
     , m_end(item.composition.duration())
     , m_time(std::move(services.time))
@@ -221,14 +222,15 @@ void PlayerEngine::readAhead() {
 }
 
 void PlayerEngine::take(const FrameReader::Answer& answer) {
-    const auto point = *m_reading;
-    m_reading.reset();
+    const auto point = std::exchange(m_reading, {});
+    if (!point)
+        return;
     const double took = base::inSeconds(m_time->now() - m_readingSince);
     m_slowReads = took > 2 * m_frameDuration.seconds() ? m_slowReads + 1 : 0;
     if (!answer.frame.pixels)
         m_readProblem = answer.problem.empty() ? "The movie holds no picture" : answer.problem;
     else
-        m_queue.add(point, answer.frame);
+        m_queue.add(*point, answer.frame);
 }
 
 void PlayerEngine::prepareJump() {

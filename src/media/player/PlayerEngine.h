@@ -37,7 +37,7 @@ class PlayerEngine {
         std::function<void(int number)> tick;
     };
 
-    PlayerEngine(PlayerItem item, PlayerServices services, Events events);
+    PlayerEngine(const PlayerItem& item, PlayerServices services, Events events);
     ~PlayerEngine();
 
     double rate() const;
@@ -163,7 +163,7 @@ class PlayerEngine {
     SeekQueue m_seeks;
     std::optional<FrameReader::Answer> m_sought; ///< of the seek that runs
     bool m_isProxied = false;                    ///< that answer is the proxy's
-    std::optional<Seek> m_seeking;               ///< that seek
+    Seek m_seeking;                              ///< that seek, or the last one
     std::uint64_t m_seekNumber = 0;              ///< rises with each that begins
     std::optional<VideoFrame> m_proxied;         ///< to be seen before it ends
     base::HostTime m_proxiedDue;                 ///< not before

@@ -96,7 +96,7 @@ void PlayerEngine::askProxy(const Seek& seek) {
 }
 
 void PlayerEngine::takeProxied(std::optional<VideoFrame> frame) {
-    const bool isTolerant = m_seeking->tolerance > MediaTime{};
+    const bool isTolerant = m_seeking.tolerance > MediaTime{};
     const bool isGivenUp = m_seeks.givenUp().stop_requested();
     if (!isTolerant) {
         m_proxied = std::move(frame);
@@ -104,32 +104,32 @@ void PlayerEngine::takeProxied(std::optional<VideoFrame> frame) {
         m_sought = FrameReader::Answer{frame.value_or(VideoFrame{}), !frame, {}};
         m_isProxied = true;
     } else {
-        askReader(*m_seeking);
+        askReader(m_seeking);
     }
 }
 
 bool PlayerEngine::answerSeek() {
-    FrameReader::Answer answer;
+    std::optional<FrameReader::Answer> answer;
     Seek seek;
     SeekQueue::Completion done;
     bool isProxied = false;
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_sought)
+        answer = std::exchange(m_sought, {});
+        if (!answer)
             return false;
-        answer = *std::exchange(m_sought, {});
         isProxied = m_isProxied;
-        seek = *m_seeking;
-        if (answer.isGivenUp) {
+        seek = m_seeking;
+        if (answer->isGivenUp) {
             m_seeks.finish(false);
             beginSeek();
             return true;
         }
     }
-    if (answer.frame.pixels)
-        landSeek(seek, answer.frame, isProxied);
+    if (answer->frame.pixels)
+        landSeek(seek, answer->frame, isProxied);
     else
-        fail(answer.problem.empty() ? "The movie holds no picture" : answer.problem);
+        fail(answer->problem.empty() ? "The movie holds no picture" : answer->problem);
     bool finished = false;
     bool isFirst = false;
     {
@@ -181,7 +181,8 @@ bool PlayerEngine::showProxy() {
         const std::lock_guard lock(m_mutex);
         if (!m_proxied || m_sought || m_proxiedDue > now || m_seeks.givenUp().stop_requested())
             return false;
-        drawing = {m_seeking->to, *std::exchange(m_proxied, {}), true};
+        drawing = {m_seeking.to, std::move(*m_proxied), true};
+        m_proxied.reset();
     }
     std::shared_ptr<const PixelBuffer> pixels;
     try {

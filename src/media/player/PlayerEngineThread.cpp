@@ -222,8 +222,7 @@ bool PlayerEngine::keepClock() {
 }
 
 void PlayerEngine::makeJump() {
-    const auto jump = *m_clock.jump();
-    m_clock.makeJump();
+    const auto jump = m_clock.makeJump();
     // What was set meanwhile holds.
     if (m_rate != 0)
         m_rate = m_jump ? m_jump->rate : jump.rate;
@@ -235,7 +234,7 @@ void PlayerEngine::makeJump() {
     }
     if (m_reading)
         m_reading->afterJump = false;
-    m_queue.jumpMade({m_frameDuration, m_playedRate, {}, m_end});
+    m_queue.jumpMade(jump.to, {m_frameDuration, m_playedRate, {}, m_end});
     readAhead();
 }
 

@@ -34,15 +34,17 @@ std::optional<MediaTime> SeekQueue::target() const {
 const Seek* SeekQueue::begin() {
     if (m_running || !m_waiting)
         return nullptr;
-    m_running = std::exchange(m_waiting, {});
+    const Seek& running = m_running.emplace(std::move(*m_waiting));
+    m_waiting.reset();
     m_stop = {};
-    return &*m_running;
+    return &running;
 }
 
 std::vector<SeekQueue::Completion> SeekQueue::seen() {
     std::vector<Completion> superseded;
-    m_hasGivenUp = m_running && m_waiting;
-    if (m_hasGivenUp) {
+    m_hasGivenUp = false;
+    if (m_running && m_waiting) {
+        m_hasGivenUp = true;
         m_stop.request_stop();
         append(superseded, std::exchange(m_running->done, nullptr));
     }
@@ -51,19 +53,18 @@ std::vector<SeekQueue::Completion> SeekQueue::seen() {
 
 SeekQueue::Completion SeekQueue::finish(bool shown) {
     m_stop.request_stop();
-    auto done = std::move(m_running->done);
-    m_running.reset();
     if (shown)
         m_hasGivenUp = false;
-    return done;
+    auto ended = std::exchange(m_running, {});
+    return ended ? std::move(ended->done) : nullptr;
 }
 
 std::vector<SeekQueue::Completion> SeekQueue::clear() {
     std::vector<Completion> ended;
     if (m_running)
         append(ended, finish(false));
-    if (m_waiting)
-        append(ended, std::exchange(m_waiting, {})->done);
+    if (auto waiting = std::exchange(m_waiting, {}))
+        append(ended, std::move(waiting->done));
     m_stop.request_stop();
     return ended;
 }

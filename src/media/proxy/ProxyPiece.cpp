@@ -95,7 +95,7 @@ bool writePiece(FrameSource& source, MediaTimeRange range, const std::filesystem
             break;
         t = end;
     }
-    return writer->finish({.cancelled = givenUp});
+    return writer && writer->finish({.cancelled = givenUp});
 }
 
 } // namespace vantro::media::proxy

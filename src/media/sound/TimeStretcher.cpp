@@ -145,8 +145,8 @@ void TimeStretcher::beginAt(std::int64_t onset, std::int64_t target) {
 /// Where near `ideal` the wave is most like the one that sounds, neither before the last onset nor
 /// behind `latest`.
 std::int64_t TimeStretcher::bestStart(std::int64_t ideal, std::int64_t latest) {
-    const auto centre = std::max(std::min(ideal, latest), m_earliest);
-    m_nearbyStart = centre - searchReach;
+    const auto center = std::max(std::min(ideal, latest), m_earliest);
+    m_nearbyStart = center - searchReach;
     m_source(m_nearbyStart, m_nearby);
     std::array<float, blockLength> sounding{};
     Mono nearby{};

@@ -30,7 +30,7 @@ class PixelBuffer {
   public:
     static constexpr int maxPlanes = 3;
 
-    /// New, uninitialised memory. Sizes from 1 to 32768; anything else is fatal.
+    /// New, uninitialized memory. Sizes from 1 to 32768; anything else is fatal.
     static std::shared_ptr<PixelBuffer> allocate(PixelFormat format, int width, int height,
                                                  ColorDescription color = {});
     /// Somebody else's memory, which `owner` keeps alive.

@@ -17,8 +17,8 @@ struct VideoSettings {
     double expectedFrameRate = 60;
     /// Longest distance between keyframes, seconds: shorter seeks faster, longer packs better.
     double keyframeInterval = 2.0;
-    /// A live source: the encoder favours speed and never holds frames back, and `append` refuses
-    /// instead of waiting. Otherwise it favours quality and `append` waits for room.
+    /// A live source: the encoder favors speed and never holds frames back, and `append` refuses
+    /// instead of waiting. Otherwise it favors quality and `append` waits for room.
     bool expectsRealTime = false;
     /// A live source is encoded by libx264 whatever this says: its frames cannot wait for a trial
     /// or for a device that somebody else keeps busy.

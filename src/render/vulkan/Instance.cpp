@@ -55,13 +55,13 @@ VkInstance createInstance(ValidationListener* listener) {
 
     // The messenger is chained in as well, to hear what goes wrong in creating the instance itself.
     VkDebugUtilsMessengerCreateInfoEXT messenger = messengerInfo(listener);
-    const VkValidationFeatureEnableEXT synchronisation =
+    const VkValidationFeatureEnableEXT synchronization =
         VK_VALIDATION_FEATURE_ENABLE_SYNCHRONIZATION_VALIDATION_EXT;
     VkValidationFeaturesEXT features{};
     features.sType = VK_STRUCTURE_TYPE_VALIDATION_FEATURES_EXT;
     features.pNext = &messenger;
     features.enabledValidationFeatureCount = 1;
-    features.pEnabledValidationFeatures = &synchronisation;
+    features.pEnabledValidationFeatures = &synchronization;
     if (listener != nullptr) {
         info.pNext = &features;
         info.enabledLayerCount = 1;

@@ -14,7 +14,7 @@ using ValidationListener = std::function<void(std::string_view message)>;
 /// The connection to the Vulkan drivers of this machine. Needs no window system.
 class Instance {
   public:
-    /// With a listener the validation layers watch every call, synchronisation included. Throws
+    /// With a listener the validation layers watch every call, synchronization included. Throws
     /// VulkanError where there is no driver, or no layers although a listener asks for them.
     explicit Instance(ValidationListener listener);
     ~Instance();

@@ -12,7 +12,7 @@ namespace vantro::ui {
 /// Whether the program is drawn dark: what the user chose for it, else what the desktop prefers.
 ///
 /// The desktop's preference comes from the settings portal, which also tells of changes, and until
-/// that has answered (or where there is none) from the colours that the platform gave to Qt.
+/// that has answered (or where there is none) from the colors that the platform gave to Qt.
 /// Native parts (panels, menus) keep the desktop's own colors unless those are of the other kind.
 /// Main thread.
 class Appearance : public QObject {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Window
 
-// One of the program's own symbols, by name, in any colour.
+// One of the program's own symbols, by name, in any color.
 Image {
     required property string name
     property color color: Theme.text

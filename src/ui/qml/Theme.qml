@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-// Colours, type and spacing of the whole program. `dark` is set by the main window.
+// Colors, type and spacing of the whole program. `dark` is set by the main window.
 QtObject {
     property bool dark: false
 
@@ -36,7 +36,7 @@ QtObject {
     readonly property color warning: dark ? "#f0b429" : "#9a6200"
     readonly property color scrim: dark ? "#99000000" : "#66000000"
 
-    // The time line is dark in both themes, so that its colours mean the same.
+    // The time line is dark in both themes, so that its colors mean the same.
     readonly property color timelineGround: "#19191b"
     readonly property color timelineInk: "#ffffff"
     readonly property color timelineText: "#a8a8ae"
@@ -70,5 +70,5 @@ QtObject {
 
     readonly property int radius: 7
     readonly property int controlHeight: 30
-    readonly property int quick: 90 // ms; colours follow the pointer without flicker
+    readonly property int quick: 90 // ms; colors follow the pointer without flicker
 }

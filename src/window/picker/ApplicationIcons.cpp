@@ -13,7 +13,7 @@ namespace {
 
 constexpr int sizeWhenNotAsked = 32;
 
-/// A rounded tile in a colour that the name picks, with its initial.
+/// A rounded tile in a color that the name picks, with its initial.
 QPixmap initialTile(const QString& name, int pixels) {
     QPixmap tile(pixels, pixels);
     tile.fill(Qt::transparent);

@@ -23,8 +23,8 @@ class PlayerProxyTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
         s_folder = std::make_unique<test::TemporaryFolder>();
-        test::makeNumberedMovie(movie(), count, 1000,
-                                "-vf scale=1920:1080:flags=neighbor -preset ultrafast");
+        test::makePlayedMovie(movie(), count, 1000,
+                              "-vf scale=1920:1080:flags=neighbor -preset ultrafast");
         s_proxy = test::ProxyRig(movie(), *s_folder / "cache").whole();
     }
     static void TearDownTestSuite() {

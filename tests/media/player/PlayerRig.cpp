@@ -143,6 +143,12 @@ int PlayerRig::nextPicture() {
     return numberIn(*m_last.pixels);
 }
 
+int PlayerRig::newestPicture() {
+    while (waitingPictures() > 0)
+        nextPicture();
+    return m_last.pixels ? numberIn(*m_last.pixels) : -1;
+}
+
 void PlayerRig::movePeriods(double periods) {
     time().advance(base::HostDuration(std::llround(periods * 1e9 / frameRate)));
 }
@@ -168,13 +174,12 @@ void PlayerRig::play(double rate) {
     });
 }
 
-void makeNumberedMovie(const std::filesystem::path& movie, int count, int group,
-                       const std::string& options) {
-    writeRawPictures(movie.parent_path() / "raw", count, 160, 90);
-    runFfmpeg(fmt::format("-f rawvideo -pix_fmt bgra -s 160x90 -r 60 -i raw -c:v libx264 "
-                          "-pix_fmt yuv420p -bf 2 -g {} -video_track_timescale 60000 {}",
-                          group, options),
-              movie);
+void makePlayedMovie(const std::filesystem::path& movie, int count, int group,
+                     const std::string& options) {
+    makeNumberedMovie(movie, {count, 160, 90, PlayerRig::frameRate},
+                      fmt::format("-c:v libx264 -pix_fmt yuv420p -bf 2 -g {} "
+                                  "-video_track_timescale 60000 {}",
+                                  group, options));
 }
 
 MediaTime timeOf(int number) {

@@ -85,6 +85,8 @@ class PlayerRig {
     bool waitUntil(const std::function<bool()>& isTrue);
     /// Waits for the next picture and returns its number; -1 when none comes.
     int nextPicture();
+    /// Takes all pictures that wait, and returns the number of the last that was taken.
+    int newestPicture();
     /// Moves the time by so many periods of the movie, and waits for a picture.
     int pictureAfter(double periods);
     void movePeriods(double periods);
@@ -110,8 +112,8 @@ class PlayerRig {
 };
 
 /// A movie of numbered pictures, 60 a second, with so many between keyframes.
-void makeNumberedMovie(const std::filesystem::path& movie, int count, int group,
-                       const std::string& options = "");
+void makePlayedMovie(const std::filesystem::path& movie, int count, int group,
+                     const std::string& options = "");
 /// The time of picture `number`.
 media::MediaTime timeOf(int number);
 

@@ -20,8 +20,7 @@ using testing::IsEmpty;
 
 /// Twenty numbered pictures a second, of 160x90, and what makes them into a movie.
 void makeMovie(const fs::path& movie, int count, const std::string& options) {
-    test::writeRawPictures(movie.parent_path() / "raw", count, 160, 90);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 160x90 -r 20 -i raw " + options, movie);
+    test::makeNumberedMovie(movie, {count, 160, 90, 20}, options);
 }
 
 std::optional<VideoFrame> ask(ProxyReader& reader, MediaTime t) {

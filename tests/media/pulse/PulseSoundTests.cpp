@@ -23,15 +23,6 @@ MediaTime at(double seconds) {
     return MediaTime::fromSeconds(seconds);
 }
 
-/// The whole movie at its own speed, as the editor plays it.
-Composition wholeOf(const std::filesystem::path& movie) {
-    const auto asset = Asset::open(movie);
-    Composition composition(asset);
-    for (const auto& track : asset.tracks(MediaType::audio))
-        composition.addTrack(MediaType::audio).insert({{}, asset.duration()}, track, {});
-    return composition;
-}
-
 /// Sound by a formula of the time t, as a movie.
 std::filesystem::path movieOf(const TemporaryFolder& folder, const std::string& wave,
                               double seconds, const std::string& rest = "") {
@@ -80,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(, PulseSound, testing::Values(Kind::pipewire, Kind::pul
 TEST_P(PulseSound, keepsThePitchAtEveryRateAndToldTimesGoByAtTheRate) {
     SoundServer server(GetParam());
     server.start();
-    const auto sound = makePulseSound(wholeOf(movieOf(folder, "0.5*sin(2*PI*440*t)", 30)));
+    const auto sound = makePulseSound(wholeSound(movieOf(folder, "0.5*sin(2*PI*440*t)", 30)));
     for (const double rate : {1.0, 2.0, 0.5}) {
         const MonitorRecorder monitor(GetParam());
         sound->play(at(1), rate, {});
@@ -113,7 +104,7 @@ TEST_P(PulseSound, jumpsWithoutAHoleAndWithoutASampleOfWhatWasCut) {
     server.start();
     // 440 Hz, cut out: 1 kHz, then 1500 Hz.
     const auto sound = makePulseSound(
-        wholeOf(movieOf(folder, "0.5*sin(2*PI*(440+560*gte(t,2)+500*gte(t,3))*t)", 8)));
+        wholeSound(movieOf(folder, "0.5*sin(2*PI*(440+560*gte(t,2)+500*gte(t,3))*t)", 8)));
     const struct {
         const char* what;
         double rate;
@@ -159,7 +150,7 @@ TEST_P(PulseSound, isHeardSoonElsewhereLouderMutedAndNotAtAll) {
     const auto movie = movieOf(folder, "0.25*sin(2*PI*440*t)", 8,
                                "-f lavfi -i \"aevalsrc='0.25*sin(2*PI*1000*t)':s=48000:d=8\" "
                                "-map 0:a -map 1:a");
-    const auto sound = makePulseSound(wholeOf(movie));
+    const auto sound = makePulseSound(wholeSound(movie));
     const MonitorRecorder monitor(GetParam());
     sound->play(at(0), 1, {});
     // Waiting, for a server that a busy machine starves plays holes.
@@ -207,7 +198,7 @@ TEST_P(PulseSound, isHeardSoonElsewhereLouderMutedAndNotAtAll) {
 TEST_P(PulseSound, goesOnWhereItWouldBeWhenTheServerComes) {
     SoundServer server(GetParam());
     const auto sound =
-        makePulseSound(wholeOf(movieOf(folder, "0.5*sin(2*PI*(440+560*gte(t,1))*t)", 60)));
+        makePulseSound(wholeSound(movieOf(folder, "0.5*sin(2*PI*(440+560*gte(t,1))*t)", 60)));
     const auto began = base::hostNow();
     sound->play(at(0), 1, {});
     const auto isWhereItWouldBe = [&] {
@@ -244,7 +235,7 @@ TEST_P(PulseSound, isSilentWhereTheMovieIsDamagedOrGone) {
     SoundServer server(GetParam());
     server.start();
     const auto movie = movieOf(folder, "0.5*sin(2*PI*440*t)", 20);
-    const auto composition = wholeOf(movie);
+    const auto composition = wholeSound(movie);
     std::filesystem::resize_file(movie, std::filesystem::file_size(movie) / 2);
     const auto damaged = makePulseSound(composition);
     damaged->play(at(9.5), 1, {});
@@ -266,7 +257,7 @@ TEST_P(PulseSound, tellsWhenEachClickIsHeard) {
     SoundServer server(GetParam());
     server.start();
     const auto sound = makePulseSound(
-        wholeOf(movieOf(folder, "0.8*lt(mod(t+0.1,0.2),0.002)*sin(2*PI*2000*t)", 9)));
+        wholeSound(movieOf(folder, "0.8*lt(mod(t+0.1,0.2),0.002)*sin(2*PI*2000*t)", 9)));
     const MonitorRecorder monitor(GetParam());
     sound->play(at(0), 1, {});
     std::vector<player::SoundReading> told;

@@ -18,10 +18,9 @@ using test::StripRig;
 /// Numbered pictures, 20 a second and 320x180, with a keyframe every `keyframes`, and these other
 /// inputs and options.
 void makeMovie(const fs::path& movie, int count, int keyframes, const std::string& rest) {
-    test::writeRawPictures(movie.parent_path() / "raw", count, 320, 180);
-    test::runFfmpeg("-f rawvideo -pix_fmt bgra -s 320x180 -r 20 -i raw " + rest +
-                        " -c:v libx264 -preset ultrafast -g " + std::to_string(keyframes),
-                    movie);
+    test::makeNumberedMovie(movie, {count, 320, 180, 20},
+                            rest + " -c:v libx264 -preset ultrafast -g " +
+                                std::to_string(keyframes));
 }
 
 /// Twelve seconds of silence, with a beep of half loudness from 4 to 4.5 s on one track and, twice

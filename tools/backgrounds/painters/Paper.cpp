@@ -85,7 +85,7 @@ float windowAt(Vec2 p) {
     return saturate(across) * saturate(down);
 }
 
-/// Sunlight on the wall as a grey picture: soft everywhere, so coarse pixels hold it.
+/// Sunlight on the wall as a gray picture: soft everywhere, so coarse pixels hold it.
 Canvas makeSunlight(const Frame& frame, base::WorkerPool& pool) {
     Canvas sunlight({(frame.width + 2) / 3, (frame.height + 2) / 3});
     sunlight.paint(

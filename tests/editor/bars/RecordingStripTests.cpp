@@ -1,30 +1,16 @@
 #include "editor/bars/StripTiles.h"
+#include "window/Contrast.h"
 #include "window/WindowFixture.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-#include <cmath>
 #include <cstdlib>
 
 namespace vantro::editor::bars {
 namespace {
 
 using media::strips::ticksPerSecond;
-
-double luminance(QColor color) {
-    const auto linear = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(QColor a, QColor b) {
-    const double first = luminance(a) + 0.05;
-    const double second = luminance(b) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
 
 /// A recording of four seconds, red, green, blue and white, with a tone from 2 to 2.5 s.
 class RecordingStripTest : public test::WindowFixture {
@@ -51,7 +37,7 @@ class RecordingStripTest : public test::WindowFixture {
     }
     QColor pictureAt(double seconds) { return at(seconds, 6); }
     bool isLoudAt(double seconds) {
-        return luminance(at(seconds, item("strip").height() - 4)) > 0.1;
+        return test::luminance(at(seconds, item("strip").height() - 4)) > 0.1;
     }
     /// The channel that is bright in the recording's picture of a second; 3 for white.
     static int leading(QColor color) {
@@ -95,7 +81,7 @@ TEST_F(RecordingStripTest, TextAndHandlesStandOutFromWhitePicturesToo) {
         settle();
         EXPECT_GT(pictureAt(3.5).lightness(), 80) << "it is a picture still";
         for (const char* color : {"timelineHandle", "timelineInk"})
-            EXPECT_GE(contrast(pictureAt(3.5), themeColor(color)), 4.5) << color << selected;
+            EXPECT_GE(test::contrast(pictureAt(3.5), themeColor(color)), 4.5) << color << selected;
     }
 }
 
