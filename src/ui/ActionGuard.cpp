@@ -64,6 +64,8 @@ QString ActionGuard::message() const {
         return QStringLiteral("unsaved");
     if (!m_flows.projects.readOnlyNotice().empty())
         return QStringLiteral("readOnly");
+    if (!m_flows.projects.pictureNotice().empty())
+        return QStringLiteral("picture");
     return messageOverControls();
 }
 

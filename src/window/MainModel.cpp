@@ -184,6 +184,10 @@ QString MainModel::readOnlyReason() const {
     return QString::fromStdString(m_flows.projects.readOnlyNotice());
 }
 
+QString MainModel::pictureReason() const {
+    return QString::fromStdString(m_flows.projects.pictureNotice());
+}
+
 QString MainModel::deletedName() const {
     const auto* asked = m_flows.recovery.askedToDelete();
     return asked != nullptr ? QString::fromStdString(asked->recording.name) : QString();
@@ -212,6 +216,10 @@ void MainModel::stay() {
 
 void MainModel::dismissReadOnlyNotice() {
     m_flows.projects.dismissReadOnlyNotice();
+}
+
+void MainModel::dismissPictureNotice() {
+    m_flows.projects.dismissPictureNotice();
 }
 
 void MainModel::keepListed() {

@@ -46,6 +46,7 @@ class MainModel : public QObject {
     // What the messages about files name.
     Q_PROPERTY(QString projectName READ projectName NOTIFY questionChanged)
     Q_PROPERTY(QString readOnlyReason READ readOnlyReason NOTIFY questionChanged)
+    Q_PROPERTY(QString pictureReason READ pictureReason NOTIFY questionChanged)
     Q_PROPERTY(QString deletedName READ deletedName NOTIFY questionChanged)
     /// Its length and size.
     Q_PROPERTY(QString deletedAbout READ deletedAbout NOTIFY questionChanged)
@@ -75,6 +76,7 @@ class MainModel : public QObject {
     QString alertSuggestion() const;
     QString projectName() const { return QString::fromStdString(m_state.recordingName()); }
     QString readOnlyReason() const;
+    QString pictureReason() const;
     QString deletedName() const;
     QString deletedAbout() const;
     QString restoredName() const;
@@ -94,6 +96,7 @@ class MainModel : public QObject {
     Q_INVOKABLE void discardAndLeave();
     Q_INVOKABLE void stay();
     Q_INVOKABLE void dismissReadOnlyNotice();
+    Q_INVOKABLE void dismissPictureNotice();
     Q_INVOKABLE void keepListed();
     Q_INVOKABLE void deleteListed();
     Q_INVOKABLE void restoreEdit();

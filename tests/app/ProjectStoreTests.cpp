@@ -1,6 +1,8 @@
 // What keeps programs, and the user's own doings, from hurting a project that is open.
 #include "app/CommandLineFixture.h"
 #include "app/files/ProjectStores.h"
+#include "media/Asset.h"
+#include "model/Json.h"
 #include "model/VantroError.h"
 #include "support/FileSizeLimit.h"
 #include "support/Program.h"
@@ -201,6 +203,28 @@ TEST_F(ProjectStore, OpensNoPackageWhoseFilesAreNotWhatTheyAreNamed) {
     fs::remove_all(package);
     folder.write("sample.vantro", "a file");
     EXPECT_THAT(failure(), HasSubstr("not a project folder"));
+}
+
+TEST_F(ProjectStore, OpensNoMovieUnderTheMetadataOfAnotherRecording) {
+    const double length = media::Asset::open(package / "recording.mov").duration().seconds();
+    const auto told = [&](double endTime) {
+        auto other = project.recording.metadata();
+        other.endTime = endTime;
+        folder.write(
+            "sample.vantro/project.json",
+            model::encodeProject(
+                {project.name, {project.recording.movie(), std::move(other)}, project.edit}));
+    };
+    for (const double near : {length, length + 1.9, std::max(length - 1.9, 0.1)}) {
+        told(near);
+        EXPECT_NO_THROW(files::readProjectFile(package)) << near;
+    }
+    for (const double far : {length + 20, 7200.0}) {
+        told(far);
+        const auto ran = test::vantro("inspect " + path("sample.vantro"));
+        EXPECT_EQ(ran.exitCode, 1) << far;
+        EXPECT_THAT(ran.output, HasSubstr("do not belong together")) << far;
+    }
 }
 
 } // namespace

@@ -24,6 +24,13 @@ std::string errorOf(const std::string& text) {
     return "no error";
 }
 
+/// Whether what cannot be read under this key is taken for the default.
+bool isLenient(const json::json_pointer& place) {
+    const auto& key = place.back();
+    return key.starts_with("has") || key.ends_with("Offset") || key == "zoomLevel" ||
+           (key == "id" && place.to_string().find("lickEvents") != std::string::npos);
+}
+
 json sampleJson() {
     return json::parse(encodeProject(sampleProject()));
 }
@@ -72,6 +79,28 @@ TEST(Decoding, NamesTheKeyAndWhatIsWrongWithItsValue) {
     }
 }
 
+TEST(Decoding, RefusesAnyValueOfAnotherTypeAndAnyAbsurdNumberByItsKey) {
+    const auto members = sampleJson().flatten();
+    for (const auto& [path, value] : members.items()) {
+        const json::json_pointer pointer(path);
+        const auto errorWith = [&, &path = path](const json& other) {
+            auto document = sampleJson();
+            document[json::json_pointer(path)] = other;
+            return errorOf(document.dump());
+        };
+        const auto names = HasSubstr(pointer.back() + ": ");
+        const auto other = value.is_string() ? json(7) : json("seven");
+        for (const auto& wrong : {other, json(nullptr), json::array(), json::object()})
+            EXPECT_THAT(errorWith(wrong), isLenient(pointer) ? HasSubstr("no error") : names)
+                << path << " of " << wrong;
+        for (const double absurd : {1e300, -1e300}) {
+            const bool isNumber = value.is_number();
+            EXPECT_THAT(errorWith(absurd), isNumber || !isLenient(pointer) ? names : HasSubstr(""))
+                << path;
+        }
+    }
+}
+
 TEST(Decoding, RefusesABackgroundThatIsNotThere) {
     auto document = sampleJson();
     document["backgroundSettings"]["type"] = {
@@ -84,12 +113,10 @@ TEST(Decoding, NamesAnyMissingKeyButTheLenientOnes) {
     for (const auto& [path, value] : members.items()) {
         const json::json_pointer pointer(path);
         const auto& key = pointer.back();
-        const bool isLenient = key.starts_with("has") || key.ends_with("Offset") ||
-                               key == "zoomLevel" ||
-                               (key == "id" && path.find("lickEvents") != std::string::npos);
         auto document = sampleJson();
         document[pointer.parent_pointer()].erase(key);
-        EXPECT_THAT(errorOf(document.dump()), HasSubstr(isLenient ? "no error" : key + ": missing"))
+        EXPECT_THAT(errorOf(document.dump()),
+                    HasSubstr(isLenient(pointer) ? "no error" : key + ": missing"))
             << path;
     }
     EXPECT_EQ(errorOf("{}"), "version: missing");

@@ -79,6 +79,10 @@ fs::path EditJournal::file() const {
     return m_folder / "edit";
 }
 
+fs::path EditJournal::fileSetAside() const {
+    return m_folder / "edit-unreadable";
+}
+
 std::shared_ptr<EditJournal> EditJournal::begin(const fs::path& directory) {
     if (directory.empty())
         throw std::runtime_error("there is no home folder to keep them in");
@@ -102,7 +106,7 @@ std::vector<std::shared_ptr<EditJournal>> EditJournal::leftBehind(const fs::path
         auto journal = std::make_shared<EditJournal>(entry.path(), std::move(*lock));
         if (fs::exists(journal->file(), none))
             found.push_back(std::move(journal));
-        else
+        else if (!fs::exists(journal->fileSetAside(), none))
             fs::remove_all(entry.path(), none);
     }
     std::ranges::sort(found, std::ranges::greater(), [](const auto& journal) {
@@ -135,6 +139,11 @@ JournalledEdit EditJournal::read() const {
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(fmt::format("{}: {}", file().string(), error.what()));
     }
+}
+
+void EditJournal::setAside() const {
+    std::error_code stays; // and is told once more
+    fs::rename(file(), fileSetAside(), stays);
 }
 
 void EditJournal::remove() const {

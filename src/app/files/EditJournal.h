@@ -38,6 +38,8 @@ class EditJournal {
     void write(const JournalledEdit& edit) const;
     /// Throws std::runtime_error, also for what is damaged.
     JournalledEdit read() const;
+    /// What cannot be read is not found again, but stays on disk; at best.
+    void setAside() const;
     /// Nothing but the journal goes. Throws std::filesystem::filesystem_error.
     void remove() const;
 
@@ -45,6 +47,7 @@ class EditJournal {
 
   private:
     std::filesystem::path file() const;
+    std::filesystem::path fileSetAside() const;
 
     std::filesystem::path m_folder;
     std::shared_ptr<const ProjectLock> m_lock;

@@ -9,6 +9,7 @@ namespace vantro::app::flows {
 namespace {
 
 constexpr auto saveFailed = model::VantroError::Kind::projectSaveFailed;
+constexpr auto openFailed = model::VantroError::Kind::projectOpenFailed;
 
 } // namespace
 
@@ -39,9 +40,13 @@ JournalFlow::JournalFlow(AppState& state, ProjectFlow& projects, MainTimers& tim
     , m_directory(std::move(directory))
     , m_keeper(std::make_shared<Keeper>(m_directory)) {
     connect(&state.document(), &EditDocument::changed, this, &JournalFlow::documentChanged);
+    projects.setDiscard([this](std::function<void()> then, std::function<void()> failed) {
+        discard(std::move(then), std::move(failed));
+    });
 }
 
 JournalFlow::~JournalFlow() {
+    m_projects.setDiscard({});
     if (!m_isDirty)
         return;
     m_tasks.run([keeper = m_keeper, edit = unsavedEdit()]() -> TaskRunner::Continuation {
@@ -100,42 +105,51 @@ void JournalFlow::written(const std::string& problem) {
             saveFailed);
 }
 
-void JournalFlow::discard(std::function<void()> then) {
+void JournalFlow::discard(std::function<void()> then, std::function<void()> failed) {
     m_isDirty = m_hasJournal = false;
-    remove([keeper = m_keeper] { return keeper->give(); }, std::move(then));
+    remove([keeper = m_keeper] { return keeper->give(); }, std::move(then), std::move(failed));
 }
 
 void JournalFlow::remove(std::function<std::shared_ptr<files::EditJournal>()> which,
-                         std::function<void()> then) {
-    m_tasks.run(
-        [this, which = std::move(which), then = std::move(then)]() -> TaskRunner::Continuation {
-            try {
-                if (const auto journal = which())
-                    journal->remove();
-                return then;
-            } catch (const std::exception& failure) {
-                return [this, text = failureText(failure, saveFailed)] {
-                    m_state.setError(fmt::format("the discarded changes are still there: {}", text),
-                                     saveFailed);
-                };
-            }
-        });
+                         std::function<void()> then, std::function<void()> failed) {
+    m_tasks.run([this, which = std::move(which), then = std::move(then),
+                 failed = std::move(failed)]() -> TaskRunner::Continuation {
+        try {
+            if (const auto journal = which())
+                journal->remove();
+            return then;
+        } catch (const std::exception& failure) {
+            return [this, failed, text = failureText(failure, saveFailed)] {
+                m_state.setError(fmt::format("the discarded changes are still there: {}", text),
+                                 saveFailed);
+                if (failed)
+                    failed();
+            };
+        }
+    });
 }
 
 void JournalFlow::find() {
     m_tasks.run([this, directory = m_directory]() -> TaskRunner::Continuation {
         std::vector<Offer> found;
+        std::string unreadable;
         for (auto& journal : files::EditJournal::leftBehind(directory)) {
             try {
                 auto edit = journal->read();
                 found.push_back({std::move(journal), std::move(edit)});
             } catch (const std::exception& failure) {
                 base::logWarning("Unsaved changes are lost: {}", failure.what());
+                unreadable = failure.what();
+                journal->setAside();
             }
         }
-        return [this, found = std::move(found)] {
+        return [this, found = std::move(found), unreadable] {
             m_offers = found;
             Q_EMIT offeredChanged();
+            if (!unreadable.empty())
+                m_state.setError(
+                    fmt::format("changes that were not saved cannot be restored: {}", unreadable),
+                    openFailed);
         };
     });
 }
@@ -168,7 +182,7 @@ void JournalFlow::restore() {
 void JournalFlow::discardOffered() {
     if (!isOffered())
         return;
-    remove([journal = takeOffer().journal] { return journal; }, {});
+    remove([journal = takeOffer().journal] { return journal; }, {}, {});
 }
 
 void JournalFlow::dismiss() {

@@ -28,7 +28,8 @@ class JournalFlow : public QObject {
     /// Writes what is not written yet.
     ~JournalFlow() override;
 
-    /// Looks for what earlier runs of the program have left behind, and offers it.
+    /// Looks for what earlier runs of the program have left behind, and offers it. What cannot be
+    /// read is told and set aside.
     void find();
     bool isOffered() const { return !m_offers.empty(); }
     /// What the project of the offered edit is called.
@@ -40,9 +41,9 @@ class JournalFlow : public QObject {
     /// Withdraws the offer until the program starts again.
     void dismiss();
 
-    /// Gives up what is not saved, for the program's end, and then calls `then`. A failure is shown
-    /// instead; the next time succeeds.
-    void discard(std::function<void()> then);
+    /// Gives up what is not saved and then calls `then`. A failure is shown instead, and `failed`
+    /// is called; the next time succeeds.
+    void discard(std::function<void()> then, std::function<void()> failed = {});
 
   Q_SIGNALS:
     void offeredChanged();
@@ -61,7 +62,7 @@ class JournalFlow : public QObject {
     void written(const std::string& problem);
     /// `which` is called by the task.
     void remove(std::function<std::shared_ptr<files::EditJournal>()> which,
-                std::function<void()> then);
+                std::function<void()> then, std::function<void()> failed);
     Offer takeOffer();
 
     AppState& m_state;

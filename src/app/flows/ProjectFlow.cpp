@@ -1,5 +1,6 @@
 #include "app/flows/ProjectFlow.h"
 
+#include "app/files/BackgroundPicture.h"
 #include "app/files/FileNames.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/ProjectStores.h"
@@ -150,10 +151,12 @@ void ProjectFlow::open(const std::filesystem::path& path) {
 ProjectFlow::Opened ProjectFlow::readPackage(const std::filesystem::path& package) {
     const auto& store = files::storeOf(package);
     auto access = store.access(package); // before it is read, so that nobody changes it after
-    return {.project = store.read(package),
-            .package = package,
-            .lock = std::move(access.lock),
-            .whyReadOnly = std::move(access.whyReadOnly)};
+    Opened found{.project = store.read(package),
+                 .package = package,
+                 .lock = std::move(access.lock),
+                 .whyReadOnly = std::move(access.whyReadOnly)};
+    found.pictureProblem = files::pictureProblem(found.project.edit);
+    return found;
 }
 
 ProjectFlow::Opened ProjectFlow::readRecording(const Recoverer& recover,
@@ -183,6 +186,7 @@ void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<vo
             auto found =
                 edit.package ? readPackage(*edit.package) : readRecording(recover, movie, {});
             requireSameRecording(found.project.recording, edit);
+            found.pictureProblem = files::pictureProblem(edit.project.edit);
             return found;
         },
         [this, edit, opened = std::move(opened)] {
@@ -194,7 +198,7 @@ void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<vo
 }
 
 void ProjectFlow::newRecording() {
-    leave([this] { m_state.reset(); });
+    leave([this] { giveUpEdit([this] { m_state.reset(); }); });
 }
 
 void ProjectFlow::openWith(Read reading, std::function<void()> then) {
@@ -213,8 +217,10 @@ void ProjectFlow::read(Read reading, std::function<void()> then) {
                 if (!mayOpen())
                     return;
                 if (m_state.document().edit() == edit)
-                    return show(found, then);
-                leave([this, found, then] { show(found, then); }); // edited meanwhile
+                    return giveUpEdit([this, found, then] { show(found, then); });
+                leave([this, found, then] { // edited meanwhile
+                    giveUpEdit([this, found, then] { show(found, then); });
+                });
             };
         } catch (const std::exception& failure) {
             return [this, text = failureText(failure, openFailed)] {
@@ -225,6 +231,19 @@ void ProjectFlow::read(Read reading, std::function<void()> then) {
     });
 }
 
+/// The user has said so, where it is not saved. As long as something is left of it, it stays.
+void ProjectFlow::giveUpEdit(std::function<void()> then) {
+    if (!m_discard || !m_state.document().isModified())
+        return then();
+    setActivity(Activity::working);
+    m_discard(
+        [this, then = std::move(then)] {
+            setActivity(Activity::none);
+            then();
+        },
+        [this] { setActivity(Activity::none); });
+}
+
 void ProjectFlow::show(Opened found, const std::function<void()>& then) {
     // A package that this window has open already stays its own.
     const bool isOwn = m_lock && found.package && m_lock->isOf(*found.package);
@@ -232,6 +251,7 @@ void ProjectFlow::show(Opened found, const std::function<void()>& then) {
         m_lock = std::move(found.lock);
     m_isReadOnly = !isOwn && !found.whyReadOnly.empty();
     m_readOnlyNotice = m_isReadOnly ? found.whyReadOnly : std::string();
+    m_pictureNotice = found.pictureProblem;
     auto& name = found.project.name; // a file's may be no text
     name = QString::fromStdString(name).toStdString();
     m_state.show(std::move(found.project), found.package);
@@ -282,6 +302,11 @@ void ProjectFlow::setLeaving(Leaving leaving) {
 
 void ProjectFlow::dismissReadOnlyNotice() {
     m_readOnlyNotice.clear();
+    Q_EMIT questionChanged();
+}
+
+void ProjectFlow::dismissPictureNotice() {
+    m_pictureNotice.clear();
     Q_EMIT questionChanged();
 }
 

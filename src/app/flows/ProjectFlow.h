@@ -56,6 +56,12 @@ class ProjectFlow : public QObject {
     void openEdited(const files::JournalledEdit& edit, std::function<void()> opened);
     void newRecording();
 
+    /// Deletes what is kept of an edit that is given up, and then calls `then`; a failure is shown,
+    /// and `failed` is called.
+    using Discard = std::function<void(std::function<void()> then, std::function<void()> failed)>;
+    /// Who does that, before the editor shows something else; none: there is nothing to delete.
+    void setDiscard(Discard discard) { m_discard = std::move(discard); }
+
     /// Does `action`, which ends the edit: at once where all is saved, else once the user has
     /// answered. Does nothing while an operation is under way.
     void leave(std::function<void()> action);
@@ -69,6 +75,10 @@ class ProjectFlow : public QObject {
     /// Why what was opened can only be read, until the user has seen it; else empty.
     const std::string& readOnlyNotice() const { return m_readOnlyNotice; }
     void dismissReadOnlyNotice();
+    /// What cannot be shown of the background of what was opened, and why, until the user has seen
+    /// it; else empty.
+    const std::string& pictureNotice() const { return m_pictureNotice; }
+    void dismissPictureNotice();
     /// Whether saving asks for another place.
     bool isReadOnly() const { return m_isReadOnly; }
 
@@ -93,6 +103,7 @@ class ProjectFlow : public QObject {
         std::optional<std::filesystem::path> package = {};
         std::shared_ptr<const files::ProjectLock> lock = {};
         std::string whyReadOnly = {};
+        std::string pictureProblem = {};
     };
     using Read = std::function<Opened()>;
 
@@ -107,6 +118,7 @@ class ProjectFlow : public QObject {
     void openWith(Read read, std::function<void()> then = {});
     void read(Read read, std::function<void()> then);
     void show(Opened found, const std::function<void()>& then);
+    void giveUpEdit(std::function<void()> then);
     void write(const std::filesystem::path& packagePath);
     void setActivity(Activity activity);
     void setLeaving(Leaving leaving);
@@ -123,6 +135,8 @@ class ProjectFlow : public QObject {
     std::shared_ptr<const files::ProjectLock> m_lock; ///< of what is in the editor
     bool m_isReadOnly = false;
     std::string m_readOnlyNotice;
+    std::string m_pictureNotice;
+    Discard m_discard;
 };
 
 } // namespace vantro::app::flows

@@ -75,6 +75,12 @@ T.Popup {
             accept: qsTr("OK"),
             accepted: app.dismissReadOnlyNotice
         },
+        picture: {
+            title: qsTr("The background picture is missing"),
+            text: qsTr("The film has the plain background instead (%1). Saving needs that picture, or another background.").arg(app.pictureReason),
+            accept: qsTr("OK"),
+            accepted: app.dismissPictureNotice
+        },
         delete: {
             title: qsTr("Delete recording?"),
             text: qsTr("“%1” (%2) is not saved as a project. It cannot be brought back.").arg(app.deletedName).arg(app.deletedAbout),

@@ -2,6 +2,7 @@
 #include "app/flows/EditedState.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/ProjectFlow.h"
+#include "media/PictureFile.h"
 
 #include <fstream>
 #include <memory>
@@ -122,6 +123,27 @@ TEST_F(ProjectFlowTest, ASavedProjectOpensAgainWithTheWholeEdit) {
     EXPECT_EQ(fresh.document().project(), state.document().project());
     EXPECT_FALSE(fresh.document().isModified());
     EXPECT_FALSE(fresh.metadataPath());
+}
+
+TEST_F(ProjectFlowTest, ABackgroundPictureThatIsGoneIsToldWhenTheProjectOpens) {
+    const auto picture = folder / "beach.png";
+    media::writePng(picture, *media::PixelBuffer::allocate(media::PixelFormat::bgra, 4, 4));
+    auto background = state.backgroundSettings();
+    background.type = model::BackgroundImageSource::custom(picture);
+    state.setBackgroundSettings(background);
+    const auto package = save("demo.vantro");
+    background.type = model::BackgroundImageSource::custom(package / "beach.png");
+    for (const bool isThere : {true, false}) {
+        if (!isThere)
+            std::filesystem::remove(package / "beach.png");
+        flow.open(package);
+        tasks.runAll();
+        EXPECT_EQ(flow.pictureNotice().find("beach.png") == std::string::npos, isThere);
+        EXPECT_EQ(state.backgroundSettings(), background) << "the choice stays";
+        EXPECT_FALSE(state.showError());
+    }
+    flow.dismissPictureNotice();
+    EXPECT_TRUE(flow.pictureNotice().empty());
 }
 
 TEST_F(ProjectFlowTest, SavingAsksForAPlaceTheFirstTimeOnly) {

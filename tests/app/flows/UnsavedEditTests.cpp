@@ -241,6 +241,53 @@ TEST_F(UnsavedEdit, SaysOnceWhenItCannotBeKeptAndWhenItCannotBeDiscarded) {
     EXPECT_TRUE(left) << "the second time";
 }
 
+TEST_F(UnsavedEdit, IsLeftOnlyOnceNothingIsLeftOfIt) {
+    save();
+    const auto other = folder / "other.vantro";
+    files::saveProject(other, *state.document().project(), false);
+    const auto discardWith = [&](bool opens) {
+        opens ? projects.open(other) : projects.newRecording();
+        projects.discardAndLeave();
+        tasks.runAll();
+    };
+    for (const bool opens : {true, false}) {
+        SCOPED_TRACE(opens);
+        edit(opens ? 1.5 : 1.75);
+        timers.advance(1s);
+        tasks.runAll();
+        const auto before = state.document().project();
+        fs::rename(directory, folder / "aside");
+        folder.write("edits", "in the way");
+        discardWith(opens);
+        test::expectError(state, Kind::projectSaveFailed, "the discarded changes are still there");
+        EXPECT_EQ(state.document().project(), before);
+        EXPECT_FALSE(projects.isBusy() || projects.isLeaveAsked());
+        state.setShowError(false);
+        discardWith(opens);
+        EXPECT_EQ(state.projectPath(), opens ? std::optional(other) : std::nullopt);
+        EXPECT_FALSE(state.showError());
+        fs::remove(directory);
+        fs::remove_all(folder / "aside");
+    }
+}
+
+TEST_F(UnsavedEdit, ThatCannotBeReadAgainIsToldOnceAndStaysOnDisk) {
+    edit(1.5);
+    startAgain();
+    journals->dismiss();
+    const auto journal = fs::directory_iterator(directory)->path();
+    std::ofstream(journal / "edit") << "damaged";
+    for (const bool isFirst : {true, false}) {
+        startAgain();
+        EXPECT_FALSE(journals->isOffered());
+        EXPECT_EQ(state.showError(), isFirst);
+        if (isFirst)
+            test::expectError(state, Kind::projectOpenFailed, journal.string());
+        state.setShowError(false);
+    }
+    EXPECT_EQ(test::contentOf(journal / "edit-unreadable"), "damaged");
+}
+
 TEST_F(UnsavedEdit, OfAProjectThatIsOpenElsewhereIsSavedToAnotherPlace) {
     save();
     state.reset();
