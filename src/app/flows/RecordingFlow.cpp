@@ -150,8 +150,8 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
                                       .sources = {.systemSound = m_state.systemAudioEnabled(),
                                                   .microphone = m_state.microphoneAudioEnabled(),
                                                   .camera = m_state.webcamEnabled()}};
-    if (m_state.selectedWindow())
-        request.windowID = m_state.selectedWindow()->windowID;
+    if (const auto& window = m_state.selectedWindow())
+        request.windowID = window->windowID;
     return request;
 }
 
