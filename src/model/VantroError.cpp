@@ -6,7 +6,7 @@ namespace {
 using Kind = VantroError::Kind;
 
 std::string describe(Kind kind, std::string_view message) {
-    const std::string payload(message);
+    std::string payload(message);
     switch (kind) {
     case Kind::captureStartFailed:
         return "Failed to start screen capture: " + payload;

@@ -100,7 +100,8 @@ std::set<std::string> ownNames(const fs::path& packagePath) {
         auto project = FolderStore().read(packagePath);
         if (const auto* image = customPicture(project.edit))
             names.insert(image->path.filename());
-    } catch (const model::VantroError&) { // what cannot be read refers to no picture
+    } catch (const model::VantroError&) {
+        return names; // what cannot be read refers to no picture
     }
     return names;
 }

@@ -1,7 +1,10 @@
 #include "app/flows/JournalFlow.h"
 
 #include "app/flows/ErrorText.h"
+#include "base/Fatal.h"
 #include "base/Log.h"
+
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -60,7 +63,10 @@ JournalFlow::~JournalFlow() {
 }
 
 files::JournalledEdit JournalFlow::unsavedEdit() const {
-    return {.project = *m_state.document().project(), .package = m_state.projectPath()};
+    auto project = m_state.document().project();
+    if (!project)
+        base::fatal("unsaved changes belong to a project");
+    return {.project = std::move(*project), .package = m_state.projectPath()};
 }
 
 void JournalFlow::documentChanged() {

@@ -56,7 +56,7 @@ void ProjectFlow::followRecording() {
 }
 
 void ProjectFlow::saveProject() {
-    save(m_isReadOnly || !m_state.projectPath());
+    save(m_isReadOnly);
 }
 
 void ProjectFlow::saveProjectAs() {
@@ -66,9 +66,10 @@ void ProjectFlow::saveProjectAs() {
 void ProjectFlow::save(bool asks) {
     if (!mayBeginSaving())
         return endLeaving(false);
-    if (asks)
+    const auto place = m_state.projectPath();
+    if (asks || !place)
         return askAndSave();
-    write(*m_state.projectPath());
+    write(*place);
 }
 
 bool ProjectFlow::mayBeginSaving() {

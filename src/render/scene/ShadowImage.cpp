@@ -180,8 +180,9 @@ std::shared_ptr<const AlphaImage> drawShadow(const ShadowShape& shape) {
     for (int y = 0; y < height; ++y) {
         blurred.row(y, blurredRow);
         std::uint16_t* out = image->alpha.data() + static_cast<std::ptrdiff_t>(y) * width;
+        // Never negative, so adding a half rounds rightly, and without a call for each pixel.
         for (std::size_t x = 0; x < blurredRow.size(); ++x)
-            out[x] = static_cast<std::uint16_t>(
+            out[x] = static_cast<std::uint16_t>( // NOLINT(bugprone-incorrect-roundings)
                 std::clamp(blurredRow[x] * strength, 0.0F, strength) * 65536.0F + 0.5F);
     }
     return image;

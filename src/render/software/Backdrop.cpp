@@ -50,14 +50,14 @@ void drawImage(const media::PixelBuffer& image, double scale, PixelSpan rows,
 
 } // namespace
 
-void Backdrop::update(const Scene& scene, base::WorkerPool& workers) {
-    const Scene::Background& background = *scene.background;
+void Backdrop::update(const Scene::Background& background, PixelSize canvas,
+                      base::WorkerPool& workers) {
     Key key{background.color, background.picture, background.shadow};
     if (m_shown && key == m_key)
         return;
     m_key = std::move(key);
     m_i420IsCurrent = false;
-    const auto [width, height] = scene.canvas;
+    const auto [width, height] = canvas;
     const auto bgra = media::PixelBuffer::allocate(media::PixelFormat::bgra, width, height);
     const AlphaImage& shadow = *m_shadow.imageFor(m_key.shadow);
     const int bands = (height + bandHeight - 1) / bandHeight;

@@ -12,8 +12,8 @@ namespace vantro::render::software {
 /// as BGRA for mixing and in the output's format for copying. One thread; works on the pool.
 class Backdrop {
   public:
-    /// Draws that of a scene with a background, unless it is the one held.
-    void update(const Scene& scene, base::WorkerPool& workers);
+    /// Draws the one of this background, unless it is the one held.
+    void update(const Scene::Background& background, PixelSize canvas, base::WorkerPool& workers);
 
     /// Another pointer for another backdrop.
     const ImagePointer& bgra() const { return m_shown; }

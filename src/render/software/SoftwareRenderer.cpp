@@ -37,8 +37,8 @@ class SoftwareRenderer final : public Renderer {
                       "a scene without a recording, or an output of another size");
         const FramePlan plan = planFrame(scene);
         TilePainter::Grounds grounds;
-        if (plan.hasBackdrop) {
-            m_backdrop.update(scene, m_workers);
+        if (scene.background && plan.hasBackdrop) {
+            m_backdrop.update(*scene.background, scene.canvas, m_workers);
             grounds = {m_backdrop.bgra().get(),
                        plan.backdropX ? nullptr : &m_backdrop.as(output.format())};
         } else if (plan.recordingIsCopy() && holdsSamePixels(*source, output)) {

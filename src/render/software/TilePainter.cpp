@@ -48,7 +48,7 @@ void TilePainter::paint(const FramePlan& plan, const Grounds& grounds, const Til
 void TilePainter::prepare(const FramePlan& plan, const Tile& part) {
     m_plan = &plan;
     m_part = part;
-    if (plan.backdropX) {
+    if (plan.backdropX && plan.backdropY) {
         m_magnified.prepare(*plan.backdropX, *plan.backdropY, part.columns);
         m_magnified.setInput([this](int y) {
             return m_backdrop->row(0, y) + std::ptrdiff_t{m_magnified.texelColumns().begin} * 4;

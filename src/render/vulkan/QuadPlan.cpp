@@ -54,9 +54,9 @@ QuadDraw roundedQuad(PipelineKind pipeline, PictureRole picture, const PictureLa
     return draw;
 }
 
-void addBackdrop(QuadList& list, const Scene& scene) {
-    QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::backdrop, scene.canvas);
-    setPart(draw, scene.background->shown, scene.canvas);
+void addBackdrop(QuadList& list, const Scene::Background& background, PixelSize canvas) {
+    QuadDraw draw = wholeCanvas(PipelineKind::zoomSample, PictureRole::backdrop, canvas);
+    setPart(draw, background.shown, canvas);
     list.add(draw);
 }
 
@@ -88,7 +88,7 @@ void QuadList::setScale(double scale) {
 QuadList planQuads(const Scene& scene) {
     QuadList list;
     if (scene.background)
-        addBackdrop(list, scene);
+        addBackdrop(list, *scene.background, scene.canvas);
     addRecording(list, scene);
     if (scene.cursor)
         list.add(

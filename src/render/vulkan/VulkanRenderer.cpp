@@ -67,14 +67,18 @@ void VulkanRenderer::State::bring(const Scene& scene, PictureRole role) {
         recording.hold(context, commands, painter, scene.recording.picture);
         break;
     case PictureRole::backdrop:
-        drawnBackdrop.update(scene, workers);
-        backdrop.hold(context, commands, drawnBackdrop.bgra());
+        if (scene.background) {
+            drawnBackdrop.update(*scene.background, scene.canvas, workers);
+            backdrop.hold(context, commands, drawnBackdrop.bgra());
+        }
         break;
     case PictureRole::cursor:
-        cursor.hold(context, commands, scene.cursor->picture);
+        if (scene.cursor)
+            cursor.hold(context, commands, scene.cursor->picture);
         break;
     case PictureRole::webcam:
-        webcam.hold(context, commands, scene.webcam->picture);
+        if (scene.webcam)
+            webcam.hold(context, commands, scene.webcam->picture);
         break;
     }
 }
