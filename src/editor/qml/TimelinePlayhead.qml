@@ -34,7 +34,24 @@ TimeHandle {
             transport.seek(Math.max(0, Math.min(to / transport.duration, 1)))
     }
 
+    // Dark around the light, one of which stands out from any picture.
     Rectangle {
+        x: line.x - 1
+        y: knob.y
+        width: line.width + 2
+        height: line.height
+        color: Theme.timelineGround
+    }
+    Rectangle {
+        x: knob.x - 1
+        y: knob.y - 1
+        width: knob.width + 2
+        height: knob.height + 2
+        radius: knob.radius + 1
+        color: Theme.timelineGround
+    }
+    Rectangle {
+        id: line
         x: (parent.width - width) / 2
         y: knob.y
         width: 2
