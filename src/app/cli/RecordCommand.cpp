@@ -172,8 +172,11 @@ std::optional<model::Rect> parseRect(const std::string& text) {
     const char* position = text.data();
     const char* const end = text.data() + text.size();
     for (std::size_t index = 0; index < numbers.size(); ++index) {
-        if (index > 0 && (position == end || *position++ != ','))
-            return {};
+        if (index > 0) {
+            if (position == end || *position != ',')
+                return {};
+            ++position;
+        }
         const auto [next, error] = std::from_chars(position, end, numbers[index]);
         if (error != std::errc() || !std::isfinite(numbers[index]))
             return {};

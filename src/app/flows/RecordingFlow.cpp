@@ -154,8 +154,8 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
                     .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
                     .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
                     .microphoneDevice = {}}};
-    if (m_state.selectedWindow())
-        request.windowID = m_state.selectedWindow()->windowID;
+    if (const auto& window = m_state.selectedWindow())
+        request.windowID = window->windowID;
     return request;
 }
 
