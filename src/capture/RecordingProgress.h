@@ -7,6 +7,8 @@
 #include <atomic>
 #include <map>
 
+#include <fmt/format.h>
+
 namespace vantro::capture {
 
 /// What a recording's sources count and report. Any thread.
@@ -49,7 +51,7 @@ class RecordingProgress {
                                 .lostSources = {},
                                 .sounds = {}};
         for (const auto& [source, reason] : reports.lost)
-            now.lostSources.push_back(source + ": " + reason);
+            now.lostSources.push_back(fmt::format("{}: {}", source, reason));
         for (const auto& [kind, status] : reports.sounds)
             now.sounds.push_back(status);
         return now;

@@ -49,12 +49,35 @@ TEST_F(MainWindowTest, ScreenModeOffersTheDisplaysWhereThereAreSeveral) {
     EXPECT_EQ(displays.current(), 0) << "the other one is gone";
 }
 
+TEST_F(MainWindowTest, WhatARecordingDoesWithoutIsSaidInALine) {
+    showWindow();
+    record();
+    auto& status = platform.next->recorderStatus;
+    const capture::SoundStatus silent{
+        .kind = capture::SoundKind::microphone, .level = 0, .isSilent = true};
+    const struct {
+        std::vector<std::string> lost;
+        std::vector<capture::SoundStatus> sounds;
+        const char* said;
+    } cases[]{
+        {{}, {}, ""},
+        {{}, {silent}, "The microphone is silent."},
+        {{"Microphone: it is gone"}, {silent}, "Not recorded: Microphone: it is gone"},
+    };
+    for (const auto& [lost, sounds, said] : cases) {
+        status.lostSources = lost;
+        status.sounds = sounds;
+        timers.advance(std::chrono::seconds(1));
+        settle();
+        EXPECT_EQ(app.recordingNote(), said);
+    }
+}
+
 TEST_F(MainWindowTest, WhatTheDesktopCannotDoIsNotOfferedAndSaysWhy) {
     platform.able.microphone.whyNot = "No microphone yet.";
     platform.able.windows.whyNot = "No single windows here.";
     showWindow();
-    permission.setScreenRecordingGranted(false);
-    permission.setScreenRecordingGranted(true); // asks the desktop again
+    guard.askAgain();
     settle();
     click("microphone");
     EXPECT_FALSE(state.microphoneAudioEnabled());

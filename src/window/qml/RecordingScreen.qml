@@ -51,7 +51,10 @@ FocusScope {
         id: note
         anchors { horizontalCenter: parent.horizontalCenter; top: row.bottom }
         visible: text !== "" && !screen.app.stopping
+        width: Math.min(implicitWidth, parent.width)
         text: screen.app.recordingNote
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
         font.pixelSize: Theme.caption
         color: screen.app.captureEnded ? Theme.warning : Theme.secondaryText
     }

@@ -65,6 +65,14 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
     EXPECT_NE(movies[0], movies[1]) << "within a second";
 }
 
+TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
+    state.setMicrophoneAudioEnabled(true);
+    platform.able.systemSound.whyNot = "There is no output.";
+    record();
+    EXPECT_FALSE(platform.made.back().sources.systemSound);
+    EXPECT_TRUE(platform.made.back().sources.microphone);
+}
+
 TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle) {
     const auto expectIdle = [this](const char* message) {
         test::expectError(state, Kind::captureStartFailed, message);
