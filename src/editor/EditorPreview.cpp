@@ -62,7 +62,7 @@ void EditorPreview::show(std::optional<model::Recording> recording, model::Edit 
     }
     discard();
     if (m_recording)
-        open();
+        open(*m_recording);
 }
 
 void EditorPreview::discard() {
@@ -79,8 +79,8 @@ void EditorPreview::discard() {
     Q_EMIT statusChanged();
 }
 
-void EditorPreview::open() {
-    m_tasks.run([this, request = m_request, openMovie = m_open, recording = *m_recording,
+void EditorPreview::open(const model::Recording& recording) {
+    m_tasks.run([this, request = m_request, openMovie = m_open, recording,
                  edit = m_edit]() -> app::flows::TaskRunner::Continuation {
         Opened result;
         try {

@@ -90,7 +90,7 @@ class EditorPreview : public QObject {
     };
 
     void discard();
-    void open();
+    void open(const model::Recording& recording);
     void opened(const Opened& result);
     void startPlayer();
     void makeProxy();

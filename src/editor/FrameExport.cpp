@@ -21,9 +21,10 @@ FrameExport::FrameExport(app::AppState& state, app::flows::FilePanels& panels, T
 
 void FrameExport::draw(double sourceTime, Use use) {
     const auto& document = m_state.document();
-    if (!document.recording())
+    const auto& shown = document.recording();
+    if (!shown)
         return;
-    m_tasks.run([self = QPointer(this), openMovie = m_openMovie, recording = *document.recording(),
+    m_tasks.run([self = QPointer(this), openMovie = m_openMovie, recording = *shown,
                  edit = document.edit(), sourceTime,
                  use = std::move(use)]() -> TaskRunner::Continuation {
         try {

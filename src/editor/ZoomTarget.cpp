@@ -29,14 +29,15 @@ const model::ClickEvent* ZoomTarget::selected() const {
 
 std::optional<render::RecordingLayout> ZoomTarget::layoutNow() {
     const auto sizes = m_preview.sizes();
-    if (!sizes)
+    const auto& recording = m_state.document().recording();
+    if (!sizes || !recording)
         return {};
-    const auto& recording = *m_state.document().recording();
     const auto& clicks = m_state.editableClickEvents();
-    if (!m_motion || !m_recording->isSameAs(recording) || !m_clicks.isSameAs(clicks)) {
+    if (!m_motion || !m_recording || !m_recording->isSameAs(*recording) ||
+        !m_clicks.isSameAs(clicks)) {
         m_recording = recording;
         m_clicks = clicks;
-        m_motion.emplace(recording, clicks,
+        m_motion.emplace(*recording, clicks,
                          model::Size{static_cast<double>(sizes->recording.width),
                                      static_cast<double>(sizes->recording.height)});
     }

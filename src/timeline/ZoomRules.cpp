@@ -91,20 +91,21 @@ Zooms withChanged(const Zooms& zooms, const model::Uuid& id, const Change& chang
     return list;
 }
 
-bool isGiven(const std::optional<double>& value) {
-    return value && std::isfinite(*value);
+/// A value that can be meant.
+std::optional<double> given(const std::optional<double>& value) {
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 /// `zoom`, which stands in `room`, with the values that are given.
 ClickEvent withValues(const ClickEvent& zoom, const ZoomValues& values, const Room& room,
                       double duration) {
     ClickEvent result = zoom;
-    if (isGiven(values.level))
-        result.zoomLevel = std::clamp(*values.level, lowestLevel, highestLevel);
-    if (isGiven(values.leadIn) && *values.leadIn != zoom.startOffset)
-        result.startOffset = leadIn(zoom, *values.leadIn, room);
-    if (isGiven(values.leadOut) && *values.leadOut != zoom.endOffset)
-        result.endOffset = leadOut(zoom, *values.leadOut, room, duration);
+    if (const auto level = given(values.level))
+        result.zoomLevel = std::clamp(*level, lowestLevel, highestLevel);
+    if (const auto start = given(values.leadIn); start && *start != zoom.startOffset)
+        result.startOffset = leadIn(zoom, *start, room);
+    if (const auto end = given(values.leadOut); end && *end != zoom.endOffset)
+        result.endOffset = leadOut(zoom, *end, room, duration);
     if (values.center && std::isfinite(values.center->x) && std::isfinite(values.center->y)) {
         result.x = values.center->x;
         result.y = values.center->y;

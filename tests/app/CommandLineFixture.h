@@ -4,6 +4,7 @@
 #include "export/RecordingFixture.h"
 
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 
 #include <fmt/format.h>
@@ -21,6 +22,8 @@ struct Result {
 inline Result vantro(const std::string& arguments, const std::string& environment = "-u DISPLAY") {
     const auto command = fmt::format("env {} '{}' {} 2>&1", environment, VANTRO_PROGRAM, arguments);
     FILE* pipe = ::popen(command.c_str(), "r");
+    if (pipe == nullptr)
+        throw std::runtime_error("no shell");
     Result result;
     char chunk[4096];
     while (const auto count = std::fread(chunk, 1, sizeof chunk, pipe))

@@ -87,6 +87,8 @@ void EditorActions::deleteSelected() {
 
 void EditorActions::cutMark() {
     const auto mark = m_timeline.mark();
+    if (!mark.from || !mark.to)
+        return;
     const auto before = m_edits.segments();
     applyCut(timeline::withRangeCut(before, *mark.from, *mark.to, m_edits.frame()),
              QT_TRANSLATE_NOOP("Edit", "Cut Range"));

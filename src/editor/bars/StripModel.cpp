@@ -1,6 +1,8 @@
 #include "editor/bars/StripModel.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace vantro::editor::bars {
@@ -47,13 +49,13 @@ void StripModel::follow() {
     for (const auto& maker : m_makers)
         maker->stop();
     if (m_recording)
-        begin();
+        begin(*m_recording);
     Q_EMIT changed();
 }
 
-void StripModel::begin() {
+void StripModel::begin(const model::Recording& recording) {
     m_makers.push_back(std::make_unique<media::strips::StripMaker>(
-        media::MovieReference{m_recording->movie()},
+        media::MovieReference{recording.movie()},
         [this, request = m_request](auto news) {
             // The makers end before this does.
             QMetaObject::invokeMethod(
@@ -84,8 +86,7 @@ void StripModel::look(const StripTiles& tiles, double from) {
     if (!hasPictures() && !hasSound())
         return;
     std::vector<std::int64_t> seen;
-    for (const auto& tile : tiles.tiles)
-        seen.push_back(tile.tick);
+    std::ranges::transform(tiles.tiles, std::back_inserter(seen), &StripTile::tick);
     const double stepped = std::floor(from / soundStep) * soundStep;
     // What was asked for is not asked for again: that would give up the search for it.
     if (seen == m_seen && tiles.tolerance == m_tolerance && stepped == m_from)

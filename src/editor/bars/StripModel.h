@@ -43,7 +43,7 @@ class StripModel : public QObject {
 
   private:
     void follow();
-    void begin();
+    void begin(const model::Recording& recording);
     void take(media::strips::StripNews news);
 
     app::AppState& m_state;

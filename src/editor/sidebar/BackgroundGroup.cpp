@@ -98,7 +98,7 @@ QStringList BackgroundGroup::names() const {
 QStringList BackgroundGroup::previews() const {
     QStringList sources;
     for (const auto& entry : catalog())
-        sources.append(previewSource(*entry.thumbnail));
+        sources.append(previewSource(entry.thumbnail.value_or(entry.path)));
     return sources;
 }
 
