@@ -92,10 +92,10 @@ void PulseInput::move(State to) {
 
 void PulseInput::update() {
     const auto now = base::hostNow();
-    if (m_lost)
-        lose(*std::exchange(m_lost, {}));
-    if (m_chosen)
-        open();
+    if (const auto lost = std::exchange(m_lost, {}))
+        lose(*lost);
+    if (const auto chosen = std::exchange(m_chosen, {}))
+        open(*chosen);
     if (m_retryAt && now >= *m_retryAt) {
         m_retryAt.reset();
         if (!m_context)
@@ -136,8 +136,8 @@ void PulseInput::decide(const SoundCatalog& catalog) {
         m_chosen = *wanted;
 }
 
-void PulseInput::open() {
-    m_source = *std::exchange(m_chosen, {});
+void PulseInput::open(const ServerSource& source) {
+    m_source = source;
     m_stream.reset();
     move(State::opening);
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, sampleRate,
@@ -161,7 +161,9 @@ void PulseInput::open() {
     pa_stream_set_latency_update_callback(
         m_stream.get(),
         [](pa_stream*, void* self) { static_cast<PulseInput*>(self)->takeTiming(); }, this);
-    constexpr auto flags =
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): flags, as the library takes
+    // them
+    const auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_record(m_stream.get(), m_source.name.c_str(), &buffer, flags) < 0)
         lose(refusalOf(*m_context));

@@ -64,7 +64,7 @@ class PulseInput {
     void connect();
     void contextChanged(pa_context& context);
     void decide(const SoundCatalog& catalog);
-    void open();
+    void open(const ServerSource& source);
     void streamChanged();
     void streamMoved();
     void askForTiming(base::HostTime now);

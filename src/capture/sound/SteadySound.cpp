@@ -129,7 +129,7 @@ void SteadySound::put(std::span<const float> samples) {
 }
 
 base::HostTime SteadySound::outputTime() const {
-    return *m_start + base::HostDuration(m_given * 1'000'000 / (sampleRate / 1000));
+    return m_start.value() + base::HostDuration(m_given * 1'000'000 / (sampleRate / 1000));
 }
 
 void SteadySound::interrupted() {

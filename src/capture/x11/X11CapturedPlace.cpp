@@ -57,7 +57,8 @@ void X11CapturedPlace::followWindow() {
 }
 
 void X11CapturedPlace::followDisplay() {
-    if (const auto* monitor = queryGeometry(m_connection).find(m_target.display.displayID))
+    const X11Geometry geometry = queryGeometry(m_connection);
+    if (const auto* monitor = geometry.find(m_target.display.displayID))
         m_picture = monitor->rect;
 }
 

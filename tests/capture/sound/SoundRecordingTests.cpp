@@ -150,18 +150,21 @@ TEST_P(SoundRecording, KeepsSoundInStepWithThePicture) {
         monitor.hear(0.37);
     }
     recording.stop();
-    const auto heard = beepTimes(monitor.sound());
+    std::vector<double> heard;
+    for (const double beep : beepTimes(monitor.sound()))
+        heard.push_back(monitor.timeOf(static_cast<std::size_t>(beep * media::mixing::sampleRate)));
     const auto beeps = beepTimes(recording.sound(0));
     const auto flashes = flashTimes(recording.movie);
-    ASSERT_EQ(heard.size(), 6);
-    ASSERT_EQ(beeps.size(), 6);
-    ASSERT_EQ(flashes.size(), 6);
+    ASSERT_EQ(flashes.size(), flashed.size());
+    // A server that is held up tears a beep apart: its beginning counts.
+    const auto firstAfter = [](const std::vector<double>& times, double flash) {
+        const auto found = std::ranges::lower_bound(times, flash - 0.05);
+        return found == times.end() ? -1 : *found;
+    };
     std::vector<double> offsets;
-    for (std::size_t i = 0; i < 6; ++i) {
-        const double played =
-            monitor.timeOf(static_cast<std::size_t>(heard[i] * media::mixing::sampleRate));
-        offsets.push_back((beeps[i] - flashes[i]) - (played - flashed[i]));
-    }
+    for (std::size_t i = 0; i < flashed.size(); ++i)
+        offsets.push_back((firstAfter(beeps, flashes[i]) - flashes[i]) -
+                          (firstAfter(heard, flashed[i]) - flashed[i]));
     EXPECT_THAT(offsets, testing::Each(testing::AllOf(testing::Ge(-0.02), testing::Le(0.02))));
 }
 
