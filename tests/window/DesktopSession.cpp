@@ -56,7 +56,13 @@ QProcessEnvironment DesktopSession::environment() const {
     environment.insert(QStringLiteral("HOME"), m_home.path());
     environment.insert(QStringLiteral("TMPDIR"), m_home.path());
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
+    for (const auto& [name, value] : m_variables.asKeyValueRange())
+        environment.insert(name, value);
     return environment;
+}
+
+void DesktopSession::setVariable(const QString& name, const QString& value) {
+    m_variables.insert(name, value);
 }
 
 std::unique_ptr<QProcess> DesktopSession::started(const QString& program,

@@ -3,6 +3,7 @@
 #include "support/XServer.h"
 
 #include <QImage>
+#include <QMap>
 #include <QProcess>
 #include <QRect>
 #include <QTemporaryDir>
@@ -39,17 +40,21 @@ class DesktopSession {
     /// The lines that it answers; none when it fails.
     QStringList xdoOutput(const QStringList& arguments) const;
 
+    /// Of programs that are started on it; `name` is `value` for those that start from now on.
+    QProcessEnvironment environment() const;
+    void setVariable(const QString& name, const QString& value);
+
     /// What the desktop shows; kept as NAME.png in the folder for people to look at.
     QImage picture(const QString& name) const;
 
   private:
-    QProcessEnvironment environment() const;
     std::unique_ptr<QProcess> started(const QString& program, const QStringList& arguments) const;
     /// What it prints until it ends; nothing when it fails.
     QString outputOf(const QString& program, const QStringList& arguments) const;
 
     QTemporaryDir m_home;
     XServer m_server;
+    QMap<QString, QString> m_variables;
     std::vector<std::unique_ptr<QProcess>> m_others;
     std::unique_ptr<QProcess> m_program;
 };

@@ -85,9 +85,15 @@ SidebarSection {
             height: Theme.controlHeight
             hoverEnabled: true
             focusPolicy: Qt.TabFocus
+            autoExclusive: false
             checked: section.group.isOwn
             Accessible.name: section.group.ownName
-            onClicked: section.group.useOwn()
+            Accessible.onPressAction: if (enabled) clicked()
+            Accessible.onToggleAction: if (enabled) clicked()
+            onClicked: {
+                section.group.useOwn()
+                checked = Qt.binding(() => section.group.isOwn)
+            }
             contentItem: Tile {
                 picture: section.group.ownPreview
                 chosen: section.group.isOwn

@@ -38,9 +38,15 @@ Grid {
             height: grid.tile.height
             hoverEnabled: true
             focusPolicy: index === Math.max(grid.current, 0) || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            autoExclusive: false
             checked: isCurrent
             Accessible.name: modelData.name
-            onClicked: grid.picked(index)
+            Accessible.onPressAction: if (enabled) clicked()
+            Accessible.onToggleAction: if (enabled) clicked()
+            onClicked: {
+                grid.picked(index)
+                checked = Qt.binding(() => isCurrent) // also where that was refused
+            }
             Keys.onReturnPressed: grid.picked(index)
             Keys.onEnterPressed: grid.picked(index)
             Keys.onSpacePressed: grid.picked(index)

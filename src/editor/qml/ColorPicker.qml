@@ -40,12 +40,12 @@ Column {
         tell()
     }
 
-    T.Control {
+    Item {
         id: square
         objectName: "colorSquare"
         width: parent.width
         height: 110
-        focusPolicy: Qt.TabFocus
+        activeFocusOnTab: true
         LayoutMirroring.enabled: false
         Accessible.role: Accessible.Slider
         Accessible.name: qsTr("Saturation and brightness")
@@ -55,50 +55,46 @@ Column {
         Keys.onRightPressed: picker.move(0.02, 0)
         Keys.onUpPressed: picker.move(0, 0.02)
         Keys.onDownPressed: picker.move(0, -0.02)
-        contentItem: Item {
-            Rectangle {
-                anchors.fill: parent
-                gradient: Gradient {
-                    orientation: Gradient.Horizontal
-                    GradientStop { position: 0; color: "#ffffff" }
-                    GradientStop { position: 1; color: Qt.hsva(picker.hue, 1, 1, 1) }
-                }
-            }
-            Rectangle {
-                anchors.fill: parent
-                gradient: Gradient {
-                    GradientStop { position: 0; color: "#00000000" }
-                    GradientStop { position: 1; color: "#ff000000" }
-                }
-            }
-            Rectangle {
-                x: picker.saturation * parent.width - 7
-                y: (1 - picker.brightness) * parent.height - 7
-                width: 14
-                height: 14
-                radius: 7
-                color: picker.color
-                border.width: 2
-                border.color: picker.brightness > 0.6 && picker.saturation < 0.5 ? "#000000" : "#ffffff"
-            }
-            MouseArea {
-                anchors.fill: parent
-                preventStealing: true
-                onPressed: event => {
-                    picker.sidebar.beginGesture()
-                    place(event.x, event.y)
-                }
-                onPositionChanged: event => place(event.x, event.y)
-                onReleased: picker.sidebar.endGesture()
-                onCanceled: picker.sidebar.endGesture()
-                function place(x: real, y: real) {
-                    picker.move(x / width - picker.saturation, 1 - y / height - picker.brightness)
-                }
+        Rectangle {
+            anchors.fill: parent
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop { position: 0; color: "#ffffff" }
+                GradientStop { position: 1; color: Qt.hsva(picker.hue, 1, 1, 1) }
             }
         }
-        background: Item {
-            FocusRing { control: square; cornerRadius: 0 }
+        Rectangle {
+            anchors.fill: parent
+            gradient: Gradient {
+                GradientStop { position: 0; color: "#00000000" }
+                GradientStop { position: 1; color: "#ff000000" }
+            }
         }
+        Rectangle {
+            x: picker.saturation * parent.width - 7
+            y: (1 - picker.brightness) * parent.height - 7
+            width: 14
+            height: 14
+            radius: 7
+            color: picker.color
+            border.width: 2
+            border.color: picker.brightness > 0.6 && picker.saturation < 0.5 ? "#000000" : "#ffffff"
+        }
+        MouseArea {
+            anchors.fill: parent
+            preventStealing: true
+            onPressed: event => {
+                picker.sidebar.beginGesture()
+                place(event.x, event.y)
+            }
+            onPositionChanged: event => place(event.x, event.y)
+            onReleased: picker.sidebar.endGesture()
+            onCanceled: picker.sidebar.endGesture()
+            function place(x: real, y: real) {
+                picker.move(x / width - picker.saturation, 1 - y / height - picker.brightness)
+            }
+        }
+        FocusRing { shown: square.activeFocus; cornerRadius: 0 }
     }
     T.Slider {
         id: hueSlider
@@ -112,10 +108,18 @@ Column {
         focusPolicy: Qt.TabFocus
         LayoutMirroring.enabled: false
         Accessible.name: qsTr("Hue")
+        Accessible.onIncreaseAction: value = Math.min(value + stepSize, 1)
+        Accessible.onDecreaseAction: value = Math.max(value - stepSize, 0)
+        // As assistive technology asks for them.
+        readonly property real minimumValue: from
+        readonly property real maximumValue: to
         onPressedChanged: pressed ? picker.sidebar.beginGesture() : picker.sidebar.endGesture()
-        onMoved: {
+        onValueChanged: {
+            if (value === picker.hue)
+                return
             picker.hue = value
             picker.tell()
+            value = Qt.binding(() => picker.hue)
         }
         background: Rectangle {
             y: (hueSlider.height - height) / 2

@@ -18,6 +18,8 @@ T.Popup {
 
     contentItem: Column {
         spacing: Theme.wide
+        Accessible.role: Accessible.Dialog
+        Accessible.name: qsTr("Export Settings")
         Label {
             text: qsTr("Export Settings")
             font.pixelSize: Theme.headline

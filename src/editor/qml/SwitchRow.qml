@@ -10,6 +10,8 @@ T.Switch {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     Accessible.name: text
+    Accessible.onPressAction: turn()
+    Accessible.onToggleAction: turn()
     Keys.onReturnPressed: turn()
     Keys.onEnterPressed: turn()
 

@@ -25,7 +25,7 @@ Item {
     property bool doubled: false // the release to come is that of a double click
 
     implicitWidth: 240
-    implicitHeight: field.height + slider.height
+    implicitHeight: field.height + knob.height
 
     function place(number: real): real { return logarithmic ? Math.log2(number) : number }
     function number(place: real): real { return logarithmic ? Math.pow(2, place) : place }
@@ -105,27 +105,31 @@ Item {
             border.color: field.activeFocus ? Theme.focusRing : field.hovered ? Theme.border : "transparent"
         }
     }
-    T.Slider {
-        id: slider
+    // What has the keyboard, and what assistive technology reads and writes, in the unit that is shown;
+    // the slider in it is the pointer's.
+    Item {
+        id: knob
+        property real value: row.value * row.factor
+        readonly property real minimumValue: row.from * row.factor
+        readonly property real maximumValue: row.to * row.factor
+        readonly property real stepSize: row.step
+
         objectName: row.objectName + "Slider"
         anchors { left: parent.left; right: parent.right; top: field.bottom }
-        implicitHeight: 20
-        from: row.place(row.from)
-        to: row.place(row.to)
-        focusPolicy: Qt.TabFocus // a drag leaves the keyboard where it is
-        hoverEnabled: true
+        height: 20
+        activeFocusOnTab: true // a drag leaves the keyboard where it is
+        Accessible.role: Accessible.Slider
         Accessible.name: row.label
         Accessible.description: row.text(row.value)
-        onMoved: row.set(row.number(value))
-        onPressedChanged: {
-            if (!pressed)
-                return row.doubled ? row.bringUsual() : row.sidebar.endGesture()
-            const now = Date.now()
-            if (now - row.lastPress < 500)
-                row.sidebar.continueGesture() // a double click is one step
-            else
-                row.sidebar.beginGesture()
-            row.lastPress = now
+        Accessible.focusable: true
+        Accessible.onIncreaseAction: row.nudge(1)
+        Accessible.onDecreaseAction: row.nudge(-1)
+        onValueChanged: {
+            if (value === row.value * row.factor)
+                return
+            const to = value / row.factor
+            value = Qt.binding(() => row.value * row.factor)
+            row.set(Math.min(Math.max(to, row.from), row.to))
         }
         Keys.onPressed: event => {
             const steps = row.stepsOf(event)
@@ -141,6 +145,27 @@ Item {
                 return
             event.accepted = true
             row.sidebar.endGesture()
+        }
+    }
+    T.Slider {
+        id: slider
+        anchors.fill: knob
+        focusPolicy: Qt.NoFocus
+        activeFocusOnTab: false
+        from: row.place(row.from)
+        to: row.place(row.to)
+        hoverEnabled: true
+        Accessible.ignored: true
+        onMoved: row.set(row.number(value))
+        onPressedChanged: {
+            if (!pressed)
+                return row.doubled ? row.bringUsual() : row.sidebar.endGesture()
+            const now = Date.now()
+            if (now - row.lastPress < 500)
+                row.sidebar.continueGesture() // a double click is one step
+            else
+                row.sidebar.beginGesture()
+            row.lastPress = now
         }
         TapHandler {
             // The slider takes the place of its release after this.
@@ -170,7 +195,7 @@ Item {
             color: slider.pressed ? Theme.accentPressed : Theme.dark ? "#ececee" : "#ffffff"
             border.width: 1
             border.color: Theme.dark ? "#00000000" : Theme.disabledText
-            FocusRing { control: slider; cornerRadius: 7 }
+            FocusRing { shown: knob.activeFocus; cornerRadius: 7 }
         }
     }
     // How many steps a key asks for; with Shift, ten times as many.

@@ -12,6 +12,8 @@ T.ComboBox {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     Accessible.name: help
+    Accessible.description: displayText
+    Accessible.onPressAction: popup.visible ? popup.close() : popup.open()
 
     contentItem: Label {
         leftPadding: box.mirrored ? 24 : 9
@@ -51,6 +53,7 @@ T.ComboBox {
         height: 28
         hoverEnabled: true
         Accessible.name: modelData
+        Accessible.onPressAction: if (enabled) clicked()
         contentItem: Label {
             leftPadding: 8
             verticalAlignment: Text.AlignVCenter

@@ -3,7 +3,8 @@ import QtQuick.Templates as T
 
 // Drawn around the control that has the keyboard.
 Rectangle {
-    required property T.Control control
+    property T.Control control: null
+    property bool shown: control?.visualFocus ?? false
     property real cornerRadius: Theme.radius
 
     anchors.fill: parent
@@ -12,5 +13,5 @@ Rectangle {
     color: "transparent"
     border.width: 2
     border.color: Theme.focusRing
-    visible: control.visualFocus
+    visible: shown
 }

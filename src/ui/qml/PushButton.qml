@@ -21,6 +21,7 @@ T.Button {
     hoverEnabled: true
     Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

@@ -7,6 +7,7 @@ T.ScrollBar {
     implicitWidth: 8
     minimumSize: 0.1
     visible: size < 1
+    Accessible.ignored: true // what has the keyboard scrolls into view by itself
     contentItem: Rectangle {
         implicitWidth: 6
         radius: 3

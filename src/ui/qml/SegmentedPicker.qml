@@ -67,9 +67,15 @@ FocusScope {
                 focus: isEntered
                 focusPolicy: isEntered || activeFocus ? Qt.TabFocus : Qt.NoFocus
                 hoverEnabled: true
-                Accessible.name: modelData.label
+                autoExclusive: false
                 checked: isCurrent
-                onClicked: picker.picked(index)
+                Accessible.name: modelData.label
+                Accessible.onPressAction: if (enabled) clicked()
+                Accessible.onToggleAction: if (enabled) clicked()
+                onClicked: {
+                    picker.picked(index)
+                    checked = Qt.binding(() => isCurrent) // also where that was refused
+                }
                 Keys.onLeftPressed: picker.step(picker.mirrored ? 1 : -1)
                 Keys.onRightPressed: picker.step(picker.mirrored ? -1 : 1)
                 contentItem: Item {

@@ -22,6 +22,9 @@ T.ItemDelegate {
     focusPolicy: Qt.NoFocus
     Accessible.name: qsTr("%1, %2").arg(title).arg(note)
     Accessible.role: Accessible.ListItem
+    Accessible.focusable: true
+    Accessible.focused: isCurrent
+    Accessible.onPressAction: if (enabled) clicked()
 
     contentItem: Item {
         Rectangle {

@@ -18,6 +18,9 @@ T.ItemDelegate {
     focusPolicy: Qt.NoFocus
     Accessible.name: title !== "" ? qsTr("%1, %2").arg(applicationName).arg(title) : applicationName
     Accessible.role: Accessible.ListItem
+    Accessible.focusable: true
+    Accessible.focused: isCurrent
+    Accessible.onPressAction: if (enabled) clicked()
 
     contentItem: Item {
         Image {

@@ -1,0 +1,309 @@
+#include "app/files/ProjectStores.h"
+#include "export/RecordingFixture.h"
+#include "model/BackgroundCatalog.h"
+#include "session/Hands.h"
+#include "session/StripedScreen.h"
+#include "support/Eventually.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+
+#include <gmock/gmock.h>
+
+namespace vantro::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int width = 1280; // of the desktop and the recording, pixels
+constexpr int height = 900;
+const QString button = QStringLiteral("push button");
+const QString radio = QStringLiteral("radio button");
+const QString slider = QStringLiteral("slider");
+const QString item = QStringLiteral("list item");
+
+/// A kept piece of the recording, as it lies there and in the film, in seconds.
+struct Piece {
+    double from;
+    double to;
+    double speed;
+    double start; ///< in the film
+};
+
+std::vector<Piece> piecesOf(const model::Project& project) {
+    const auto duration = project.recording.metadata().endTime;
+    std::vector<Piece> pieces;
+    double start = 0;
+    for (const auto& segment : project.edit.segments) {
+        pieces.push_back({segment.startFraction * duration, segment.endFraction * duration,
+                          segment.speed, start});
+        start += (pieces.back().to - pieces.back().from) / segment.speed;
+    }
+    return pieces;
+}
+
+double filmLength(const std::vector<Piece>& pieces) {
+    const auto& last = pieces.back();
+    return last.start + (last.to - last.from) / last.speed;
+}
+
+double sourceTime(const std::vector<Piece>& pieces, double filmTime) {
+    auto piece = pieces.begin();
+    while (std::next(piece) != pieces.end() && std::next(piece)->start <= filmTime)
+        ++piece;
+    return piece->from + (filmTime - piece->start) * piece->speed;
+}
+
+double filmTime(const std::vector<Piece>& pieces, double source) {
+    for (const auto& piece : pieces)
+        if (source >= piece.from && source <= piece.to)
+            return piece.start + (source - piece.from) / piece.speed;
+    throw std::out_of_range("was cut");
+}
+
+std::size_t frameAt(double seconds) {
+    return static_cast<std::size_t>(std::lround(seconds * 30));
+}
+
+QImage pictureOf(const fs::path& film, double seconds) {
+    const auto file = film.string() + ".png";
+    const auto command = "ffmpeg -v error -y -ss " + std::to_string(seconds) + " -i '" +
+                         film.string() + "' -frames:v 1 '" + file + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    return QImage(QString::fromStdString(file));
+}
+
+Rgb colorAt(const QImage& picture, double x, double y) {
+    const auto color = picture.pixelColor(static_cast<int>(x * picture.width()),
+                                          static_cast<int>(y * picture.height()));
+    return {color.red(), color.green(), color.blue()};
+}
+
+/// The editor and everything before it, used by one hand.
+class SessionTest : public testing::TestWithParam<const char*> {
+  protected:
+    SessionTest() {
+        desktop.setVariable(QStringLiteral("VANTRO_RESOURCES"),
+                            QStringLiteral(VANTRO_SOURCE_RESOURCES));
+        if (std::string_view(GetParam()) == "pointer")
+            hand = std::make_unique<PointerHand>(desktop, bus);
+        else
+            hand = std::make_unique<ReaderHand>(desktop, bus);
+    }
+
+    void recordWithClicks();
+    void saveWithWebcam();
+    void cutAndSpeedUp();
+    void changeZooms();
+    void changeLook();
+    void exportFilm(const QString& format, const fs::path& file);
+    void undoAndRedoAll();
+
+    void start(const QStringList& arguments = {}) { desktop.startProgram(arguments); }
+    void save();
+    void quit();
+    model::Project saved() const { return app::files::readProjectFile(package); }
+    void expectTheSourceTimes(const std::vector<Stripes>& film, const std::vector<Piece>& pieces);
+    void expectTheZooms(const std::vector<Stripes>& film, const model::Project& project);
+    void expectTheLook(const QImage& picture);
+    std::string errors() { return desktop.program().readAllStandardError().toStdString(); }
+
+    DesktopSession desktop;
+    AccessibilityBus bus{desktop};
+    std::unique_ptr<Hand> hand;
+    const fs::path package = desktop.home() / "tour.vantro";
+    model::Edit before; ///< what the recording began with
+};
+
+/// One click, then three that are one zoom, then one more, on a screen that tells the time.
+void SessionTest::recordWithClicks() {
+    StripedScreen screen(desktop.server(), width, height);
+    start();
+    hand->press(radio, QStringLiteral("Screen"));
+    hand->press(button, QStringLiteral("Record.*"));
+    hand->find(QStringLiteral("label"), QStringLiteral("00:01"));
+    screen.follow();
+    const int begin = screen.shownTick() - 10; // the time of the recording's first picture
+    const auto pass = [&](int ticks) {
+        EXPECT_TRUE(eventually([&] {
+            screen.follow();
+            return screen.shownTick() >= begin + ticks;
+        }));
+    };
+    for (const auto& [tick, x] : {std::pair{17, 300}, {38, 700}, {42, 760}, {46, 820}, {75, 640}}) {
+        pass(tick);
+        desktop.xdo({"mousemove", QString::number(x), "300", "click", "1"});
+    }
+    pass(95);
+    hand->press(button, QStringLiteral("Stop"));
+    hand->find(button, QStringLiteral("Save Project"));
+}
+
+/// The recording's project, and beside its movie one of a camera, which this desktop has none of.
+void SessionTest::saveWithWebcam() {
+    hand->press(button, QStringLiteral("Save Project"));
+    hand->chooseFile(QStringLiteral("Save Project"), package);
+    ASSERT_TRUE(eventually([&] { return fs::exists(package / "project.json"); })) << errors();
+    quit();
+    writeMovie(package / "webcam.mov", 320, 240, 10, 100,
+               [](media::PixelBuffer& bgra, int) { fill(bgra, {255, 0, 255}); });
+    auto project = nlohmann::json::parse(contentOf(package / "project.json"));
+    project["metadata"]["hasWebcam"] = true;
+    std::ofstream(package / "project.json") << project.dump(2);
+    before = saved().edit;
+    ASSERT_EQ(before.clickEvents.size(), 5U);
+    start({QString::fromStdString(package.string())});
+}
+
+void SessionTest::cutAndSpeedUp() {
+    hand->moveTo(QStringLiteral("Start of segment 1"), 1);
+    hand->markRange(2.2, 2.8);
+    hand->keys(QStringLiteral("Delete"));
+    hand->find(item, QStringLiteral("Segment 2, 1x"));
+    hand->moveTo(QStringLiteral("Playhead"), 6);
+    hand->press(button, QStringLiteral("Split at the playhead.*"));
+    hand->press(item, QStringLiteral("Segment 3, 1x"));
+    hand->press(radio, QStringLiteral("2x"));
+    hand->find(item, QStringLiteral("Segment 3, 2x"));
+}
+
+void SessionTest::changeZooms() {
+    hand->press(slider, QStringLiteral("Zoom 1.5x at 0:0[34].*"));
+    hand->find(slider, QStringLiteral("Start of Zoom 1.5x at 0:0[34].*"));
+    hand->keys(QStringLiteral("Delete"));
+    hand->moveBy(QStringLiteral("Zoom 1.5x at 0:07.*"), -1);
+    hand->find(slider, QStringLiteral("Zoom 1.5x at 0:06.*"));
+}
+
+void SessionTest::changeLook() {
+    hand->press(radio, QStringLiteral("Picture"));
+    hand->press(radio, QStringLiteral("builtin-05"));
+    hand->press(radio, QStringLiteral("Top left"));
+}
+
+void SessionTest::exportFilm(const QString& format, const fs::path& file) {
+    hand->press(button, QStringLiteral("Export"));
+    hand->press(QStringLiteral("combo box"), QStringLiteral("Format"));
+    hand->press(item, format);
+    hand->press(button, QStringLiteral("Export"), QStringLiteral("Export Settings"));
+    hand->chooseFile(QStringLiteral("Export"), file);
+    hand->find(QStringLiteral("alert message"),
+               QStringLiteral("Exported ") + QString::fromStdString(file.filename()));
+    hand->press(button, QStringLiteral("Close"));
+}
+
+void SessionTest::save() {
+    hand->keys(QStringLiteral("ctrl+s"));
+    hand->find(QStringLiteral("frame"), QStringLiteral("[^*•]* — Vantro"));
+}
+
+void SessionTest::quit() {
+    hand->keys(QStringLiteral("ctrl+q"));
+    EXPECT_TRUE(eventually([&] { return desktop.program().waitForFinished(1); }));
+    EXPECT_EQ(desktop.program().exitCode(), 0) << errors();
+}
+
+void SessionTest::undoAndRedoAll() {
+    const auto edited = saved().edit;
+    while (const auto undo = bus.find(button, QRegularExpression("^Undo .*")))
+        hand->press(button, QStringLiteral("Undo.*"));
+    save();
+    EXPECT_EQ(saved().edit, before);
+    while (const auto redo = bus.find(button, QRegularExpression("^Redo .*")))
+        hand->press(button, QStringLiteral("Redo.*"));
+    save();
+    EXPECT_EQ(saved().edit, edited);
+}
+
+void SessionTest::expectTheSourceTimes(const std::vector<Stripes>& film,
+                                       const std::vector<Piece>& pieces) {
+    const auto source = stripesOf(package / "recording.mov");
+    EXPECT_NEAR(static_cast<double>(film.size()) / 30, filmLength(pieces), 0.07);
+    int told = 0;
+    for (std::size_t frame = 0; frame < film.size(); ++frame) {
+        const auto at = sourceTime(pieces, static_cast<double>(frame) / 30);
+        const auto& original = source[std::min(frameAt(at), source.size() - 1)];
+        if (film[frame].tick < 0 || original.tick < 0)
+            continue;
+        ++told;
+        EXPECT_NEAR(film[frame].tick, original.tick, 1) << "frame " << frame << ", source " << at;
+    }
+    EXPECT_GT(told, static_cast<int>(film.size()) * 9 / 10);
+}
+
+void SessionTest::expectTheZooms(const std::vector<Stripes>& film, const model::Project& project) {
+    const auto pieces = piecesOf(project);
+    const auto& zooms = project.edit.clickEvents;
+    ASSERT_EQ(zooms.size(), 2U);
+    const auto periodAt = [&](double source) {
+        return film.at(frameAt(filmTime(pieces, source))).period;
+    };
+    const double burst = before.clickEvents[2].timestamp;
+    const double plain = periodAt(burst);
+    EXPECT_NEAR(plain / StripedScreen::period, 0.84, 0.05) << "the padding alone shrinks it";
+    for (const auto& zoom : zooms)
+        EXPECT_NEAR(periodAt(zoom.timestamp) / plain, 1.5, 0.05);
+    EXPECT_NEAR(zooms[1].timestamp, before.clickEvents[4].timestamp - 1, 0.02);
+    EXPECT_NEAR(periodAt(zooms[1].timestamp + zooms[1].endOffset + 0.1) / plain, 1, 0.02)
+        << "where it was before";
+}
+
+void SessionTest::expectTheLook(const QImage& picture) {
+    const auto file = model::BackgroundCatalog(VANTRO_SOURCE_RESOURCES).builtIn("builtin-05");
+    const QImage background =
+        QImage(QString::fromStdString(file->path.string()))
+            .scaled(picture.size(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    const QPoint margin((background.width() - picture.width()) / 2,
+                        (background.height() - picture.height()) / 2);
+    const auto shown = background.copy(QRect(margin, picture.size()));
+    for (const auto& [x, y] : {std::pair{0.97, 0.03}, {0.03, 0.97}, {0.97, 0.97}, {0.5, 0.98}})
+        EXPECT_LE(distance(colorAt(picture, x, y), colorAt(shown, x, y)), 16) << x << ", " << y;
+    EXPECT_LE(distance(colorAt(picture, 0.1, 0.12), {255, 0, 255}), 16) << "the webcam";
+    for (const auto& [x, y] : {std::pair{0.9, 0.12}, {0.1, 0.88}, {0.9, 0.88}})
+        EXPECT_GT(distance(colorAt(picture, x, y), {255, 0, 255}), 60);
+}
+
+TEST_P(SessionTest, LeadsFromARecordingToItsFilmAndBack) {
+    ASSERT_NO_FATAL_FAILURE(recordWithClicks());
+    ASSERT_NO_FATAL_FAILURE(saveWithWebcam());
+    cutAndSpeedUp();
+    changeZooms();
+    changeLook();
+    const auto movie = desktop.home() / "tour.mp4";
+    const auto gif = desktop.home() / "tour.gif";
+    exportFilm(QStringLiteral("MP4 video"), movie);
+    exportFilm(QStringLiteral("Animated GIF"), gif);
+    save();
+    const auto project = saved();
+    undoAndRedoAll();
+    quit();
+    start({QString::fromStdString(package.string())});
+    hand->find(item, QStringLiteral("Segment 3, 2x"));
+    EXPECT_TRUE(hand->find(radio, QStringLiteral("Top left")).isChecked());
+    quit();
+
+    const auto pieces = piecesOf(project);
+    ASSERT_EQ(pieces.size(), 3U);
+    EXPECT_NEAR(pieces[0].from, 1, 0.02);
+    EXPECT_NEAR(pieces[1].from - pieces[0].to, 0.6, 0.03);
+    EXPECT_NEAR(pieces[2].from, 6, 0.03);
+    const auto film = stripesOf(movie);
+    expectTheSourceTimes(film, pieces);
+    expectTheZooms(film, project);
+    const auto still = filmTime(pieces, before.clickEvents[2].timestamp);
+    const auto picture = pictureOf(movie, still);
+    EXPECT_EQ(picture.size(), QSize(width, height));
+    expectTheLook(picture);
+    const auto small = pictureOf(gif, still);
+    EXPECT_EQ(small.size(), QSize(640, 450));
+    expectTheLook(small);
+    EXPECT_NEAR(std::stod(probe(gif)["format"]["duration"].get<std::string>()), filmLength(pieces),
+                0.1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hands, SessionTest, testing::Values("pointer", "reader"),
+                         [](const auto& hand) { return std::string(hand.param); });
+
+} // namespace
+} // namespace vantro::test
