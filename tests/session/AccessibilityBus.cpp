@@ -28,11 +28,10 @@ QString busConfiguration(const QString& folder) {
 }
 
 void show(const Accessible& shown, const std::string& indent, std::string& text) {
-    if (!shown.isVisible())
-        return;
     text += indent + shown.role().toStdString() + " \"" + shown.name().toStdString() + "\"\n";
     for (const auto& child : shown.children())
-        show(child, indent + "  ", text);
+        if (!child.place().isEmpty())
+            show(child, indent + "  ", text);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ class AccessibilityBus {
     AccessibilityBus(const AccessibilityBus&) = delete;
     AccessibilityBus& operator=(const AccessibilityBus&) = delete;
 
-    /// The first one, in reading order, that is there for the user to use; null without one.
+    /// The first one, in reading order, that is not hidden; null without one.
     Accessible find(const QString& role, const QRegularExpression& name) const;
     /// All that the programs show, for the message of a failed test.
     std::string everything() const;

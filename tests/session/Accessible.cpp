@@ -9,7 +9,7 @@ namespace vantro::test {
 namespace {
 
 /// Bits of the state that AT-SPI tells.
-enum State { checked = 4, enabled = 8, focused = 12, visible = 30 };
+enum State { checked = 4, focused = 12 };
 
 QDBusArgument argumentOf(const QDBusMessage& reply) {
     return reply.arguments().value(0).value<QDBusArgument>();
@@ -67,14 +67,6 @@ bool Accessible::is(int state) const {
            (qdbus_cast<QList<uint>>(argumentOf(reply)).value(0) >> state & 1U) != 0;
 }
 
-bool Accessible::isVisible() const {
-    return is(State::visible);
-}
-
-bool Accessible::isEnabled() const {
-    return is(State::enabled);
-}
-
 bool Accessible::isFocused() const {
     return is(State::focused);
 }
@@ -112,8 +104,7 @@ std::vector<Accessible> Accessible::children() const {
 
 Accessible Accessible::find(const QString& role, const QRegularExpression& name) const {
     for (const auto& child : children()) {
-        if (name.match(child.name()).hasMatch() && child.role() == role && child.isVisible() &&
-            child.isEnabled())
+        if (name.match(child.name()).hasMatch() && child.role() == role && !child.place().isEmpty())
             return child;
         if (auto found = child.find(role, name))
             return found;

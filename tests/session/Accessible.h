@@ -23,16 +23,14 @@ class Accessible {
     QString name() const;
     QString role() const; ///< "push button"
     QString text() const; ///< in a field
-    /// On the screen, in pixels.
+    /// On the screen, in pixels; empty when it is hidden, not when it is scrolled out of sight.
     QRect place() const;
-    bool isVisible() const; ///< though perhaps scrolled out of sight
-    bool isEnabled() const;
     bool isFocused() const;
     bool isChecked() const;
     double value() const;
     double largest() const; ///< that `value` can be
     std::vector<Accessible> children() const;
-    /// The first below it that can be used; null without one.
+    /// The first below it that is not hidden; null without one.
     Accessible find(const QString& role, const QRegularExpression& name) const;
 
     /// Whether it has such an action and carried it out: "Press".

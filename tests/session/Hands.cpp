@@ -106,7 +106,10 @@ void ReaderHand::pressIt(const Accessible& control) {
 }
 
 void ReaderHand::moveTo(const QString& name, double seconds) {
-    find(slider, name).setValue(seconds);
+    const auto control = find(slider, name);
+    control.setValue(seconds);
+    if (!eventually([&] { return std::abs(control.value() - seconds) < 0.05; }))
+        throw std::runtime_error(name.toStdString() + " does not go where it is set");
 }
 
 void ReaderHand::moveBy(const QString& name, double seconds) {

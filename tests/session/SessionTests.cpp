@@ -5,6 +5,7 @@
 #include "session/StripedScreen.h"
 #include "support/Eventually.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -66,6 +67,15 @@ std::size_t frameAt(double seconds) {
     return static_cast<std::size_t>(std::lround(seconds * 30));
 }
 
+/// Of the block of a zoom at about that time.
+QString zoomName(double seconds) {
+    const int tenths = static_cast<int>(seconds * 10);
+    return QStringLiteral("Zoom 1.5x at 0:0(%1|%2|%3)")
+        .arg(tenths / 10.0, 0, 'f', 1)
+        .arg((tenths - 1) / 10.0, 0, 'f', 1)
+        .arg((tenths + 1) / 10.0, 0, 'f', 1);
+}
+
 QImage pictureOf(const fs::path& film, double seconds) {
     const auto file = film.string() + ".png";
     const auto command = "ffmpeg -v error -y -ss " + std::to_string(seconds) + " -i '" +
@@ -100,7 +110,7 @@ class SessionTest : public testing::TestWithParam<const char*> {
     void exportFilm(const QString& format, const fs::path& file);
     void undoAndRedoAll();
 
-    void start(const QStringList& arguments = {}) { desktop.startProgram(arguments); }
+    void reopen();
     void save();
     void quit();
     model::Project saved() const { return app::files::readProjectFile(package); }
@@ -114,12 +124,19 @@ class SessionTest : public testing::TestWithParam<const char*> {
     std::unique_ptr<Hand> hand;
     const fs::path package = desktop.home() / "tour.vantro";
     model::Edit before; ///< what the recording began with
+
+    // Where what is done to it lies, from the clicks, which come when they come.
+    const model::ClickEvent& burst() const { return before.clickEvents[1]; }
+    const model::ClickEvent& last() const { return before.clickEvents[4]; }
+    double trim() const { return before.clickEvents[0].timestamp - 0.5; }
+    double cut() const { return before.clickEvents[0].timestamp + 0.6; }
+    double split() const { return last().timestamp - 1.4; }
 };
 
 /// One click, then three that are one zoom, then one more, on a screen that tells the time.
 void SessionTest::recordWithClicks() {
     StripedScreen screen(desktop.server(), width, height);
-    start();
+    desktop.startProgram();
     hand->press(radio, QStringLiteral("Screen"));
     hand->press(button, QStringLiteral("Record.*"));
     hand->find(QStringLiteral("label"), QStringLiteral("00:01"));
@@ -153,15 +170,15 @@ void SessionTest::saveWithWebcam() {
     std::ofstream(package / "project.json") << project.dump(2);
     before = saved().edit;
     ASSERT_EQ(before.clickEvents.size(), 5U);
-    start({QString::fromStdString(package.string())});
+    reopen();
 }
 
 void SessionTest::cutAndSpeedUp() {
-    hand->moveTo(QStringLiteral("Start of segment 1"), 1);
-    hand->markRange(2.2, 2.8);
+    hand->moveTo(QStringLiteral("Start of segment 1"), trim());
+    hand->markRange(cut(), cut() + 0.6);
     hand->keys(QStringLiteral("Delete"));
     hand->find(item, QStringLiteral("Segment 2, 1x"));
-    hand->moveTo(QStringLiteral("Playhead"), 6);
+    hand->moveTo(QStringLiteral("Playhead"), split());
     hand->press(button, QStringLiteral("Split at the playhead.*"));
     hand->press(item, QStringLiteral("Segment 3, 1x"));
     hand->press(radio, QStringLiteral("2x"));
@@ -169,16 +186,15 @@ void SessionTest::cutAndSpeedUp() {
 }
 
 void SessionTest::changeZooms() {
-    hand->press(slider, QStringLiteral("Zoom 1.5x at 0:0[34].*"));
-    hand->find(slider, QStringLiteral("Start of Zoom 1.5x at 0:0[34].*"));
-    hand->keys(QStringLiteral("Delete"));
-    hand->moveBy(QStringLiteral("Zoom 1.5x at 0:07.*"), -1);
-    hand->find(slider, QStringLiteral("Zoom 1.5x at 0:06.*"));
+    hand->press(slider, zoomName(burst().timestamp));
+    hand->press(button, QStringLiteral("Delete zoom"));
+    hand->moveBy(zoomName(last().timestamp), -1);
+    hand->find(slider, zoomName(last().timestamp - 1));
 }
 
 void SessionTest::changeLook() {
     hand->press(radio, QStringLiteral("Picture"));
-    hand->press(radio, QStringLiteral("builtin-05"));
+    hand->press(radio, QStringLiteral("builtin 05"));
     hand->press(radio, QStringLiteral("Top left"));
 }
 
@@ -188,9 +204,15 @@ void SessionTest::exportFilm(const QString& format, const fs::path& file) {
     hand->press(item, format);
     hand->press(button, QStringLiteral("Export"), QStringLiteral("Export Settings"));
     hand->chooseFile(QStringLiteral("Export"), file);
+    EXPECT_TRUE(eventually([&] { return fs::exists(file); }, std::chrono::seconds(60))) << errors();
     hand->find(QStringLiteral("alert message"),
                QStringLiteral("Exported ") + QString::fromStdString(file.filename()));
     hand->press(button, QStringLiteral("Close"));
+}
+
+void SessionTest::reopen() {
+    desktop.startProgram({QString::fromStdString(package.string())});
+    hand->find(QStringLiteral("label"), QStringLiteral("00:0[1-9]")); // the movie is open
 }
 
 void SessionTest::save() {
@@ -206,11 +228,11 @@ void SessionTest::quit() {
 
 void SessionTest::undoAndRedoAll() {
     const auto edited = saved().edit;
-    while (const auto undo = bus.find(button, QRegularExpression("^Undo .*")))
+    while (bus.find(button, QRegularExpression("^Undo [^(]")))
         hand->press(button, QStringLiteral("Undo.*"));
     save();
     EXPECT_EQ(saved().edit, before);
-    while (const auto redo = bus.find(button, QRegularExpression("^Redo .*")))
+    while (bus.find(button, QRegularExpression("^Redo [^(]")))
         hand->press(button, QStringLiteral("Redo.*"));
     save();
     EXPECT_EQ(saved().edit, edited);
@@ -224,7 +246,10 @@ void SessionTest::expectTheSourceTimes(const std::vector<Stripes>& film,
     for (std::size_t frame = 0; frame < film.size(); ++frame) {
         const auto at = sourceTime(pieces, static_cast<double>(frame) / 30);
         const auto& original = source[std::min(frameAt(at), source.size() - 1)];
-        if (film[frame].tick < 0 || original.tick < 0)
+        const bool isAtCut = std::ranges::any_of(pieces, [&](const Piece& piece) {
+            return std::abs(static_cast<double>(frame) / 30 - piece.start) < 0.02;
+        });
+        if (film[frame].tick < 0 || original.tick < 0 || isAtCut)
             continue;
         ++told;
         EXPECT_NEAR(film[frame].tick, original.tick, 1) << "frame " << frame << ", source " << at;
@@ -239,12 +264,11 @@ void SessionTest::expectTheZooms(const std::vector<Stripes>& film, const model::
     const auto periodAt = [&](double source) {
         return film.at(frameAt(filmTime(pieces, source))).period;
     };
-    const double burst = before.clickEvents[2].timestamp;
-    const double plain = periodAt(burst);
+    const double plain = periodAt(burst().timestamp);
     EXPECT_NEAR(plain / StripedScreen::period, 0.84, 0.05) << "the padding alone shrinks it";
-    for (const auto& zoom : zooms)
-        EXPECT_NEAR(periodAt(zoom.timestamp) / plain, 1.5, 0.05);
-    EXPECT_NEAR(zooms[1].timestamp, before.clickEvents[4].timestamp - 1, 0.02);
+    EXPECT_GT(periodAt(zooms[0].timestamp) / plain, 1.2) << "still on its way";
+    EXPECT_NEAR(periodAt(zooms[1].timestamp) / plain, 1.5, 0.05);
+    EXPECT_NEAR(zooms[1].timestamp, last().timestamp - 1, 0.02);
     EXPECT_NEAR(periodAt(zooms[1].timestamp + zooms[1].endOffset + 0.1) / plain, 1, 0.02)
         << "where it was before";
 }
@@ -257,7 +281,7 @@ void SessionTest::expectTheLook(const QImage& picture) {
     const QPoint margin((background.width() - picture.width()) / 2,
                         (background.height() - picture.height()) / 2);
     const auto shown = background.copy(QRect(margin, picture.size()));
-    for (const auto& [x, y] : {std::pair{0.97, 0.03}, {0.03, 0.97}, {0.97, 0.97}, {0.5, 0.98}})
+    for (const auto& [x, y] : {std::pair{0.985, 0.015}, {0.5, 0.015}, {0.985, 0.5}})
         EXPECT_LE(distance(colorAt(picture, x, y), colorAt(shown, x, y)), 16) << x << ", " << y;
     EXPECT_LE(distance(colorAt(picture, 0.1, 0.12), {255, 0, 255}), 16) << "the webcam";
     for (const auto& [x, y] : {std::pair{0.9, 0.12}, {0.1, 0.88}, {0.9, 0.88}})
@@ -278,20 +302,20 @@ TEST_P(SessionTest, LeadsFromARecordingToItsFilmAndBack) {
     const auto project = saved();
     undoAndRedoAll();
     quit();
-    start({QString::fromStdString(package.string())});
+    reopen();
     hand->find(item, QStringLiteral("Segment 3, 2x"));
     EXPECT_TRUE(hand->find(radio, QStringLiteral("Top left")).isChecked());
     quit();
 
     const auto pieces = piecesOf(project);
     ASSERT_EQ(pieces.size(), 3U);
-    EXPECT_NEAR(pieces[0].from, 1, 0.02);
+    EXPECT_NEAR(pieces[0].from, trim(), 0.02);
     EXPECT_NEAR(pieces[1].from - pieces[0].to, 0.6, 0.03);
-    EXPECT_NEAR(pieces[2].from, 6, 0.03);
+    EXPECT_NEAR(pieces[2].from, split(), 0.03);
     const auto film = stripesOf(movie);
     expectTheSourceTimes(film, pieces);
     expectTheZooms(film, project);
-    const auto still = filmTime(pieces, before.clickEvents[2].timestamp);
+    const auto still = filmTime(pieces, burst().timestamp);
     const auto picture = pictureOf(movie, still);
     EXPECT_EQ(picture.size(), QSize(width, height));
     expectTheLook(picture);

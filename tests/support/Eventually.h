@@ -6,9 +6,10 @@
 
 namespace vantro::test {
 
-/// Waits until `condition` holds; false when it does not within ten seconds.
-inline bool eventually(const std::function<bool()>& condition) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+/// Waits until `condition` holds; false when it does not in time.
+inline bool eventually(const std::function<bool()>& condition,
+                       std::chrono::seconds atMost = std::chrono::seconds(10)) {
+    const auto limit = std::chrono::steady_clock::now() + atMost;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > limit)
             return false;

@@ -1,85 +1,18 @@
 #include "app/files/RecordingFolder.h"
 #include "media/MovieRecovery.h"
-#include "window/WindowFixture.h"
+#include "model/BackgroundCatalog.h"
+#include "window/ScreenPictures.h"
+#include "window/overlay/SelectionOverlay.h"
 
-#include <QGuiApplication>
-#include <QQuickItem>
-#include <QQuickWindow>
+#include <QPainter>
 #include <QTemporaryFile>
-#include <QTranslator>
-#include <algorithm>
+#include <QTest>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 
 namespace vantro::window {
 namespace {
-
-/// Translates every text into itself in brackets.
-class Brackets : public QTranslator {
-  public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char*, const char* source, const char*, int) const override {
-        return u'[' + QString::fromUtf8(source) + u']';
-    }
-};
-
-struct Look {
-    const char* name;
-    ui::ThemeChoice theme;
-    bool isForeign; ///< in another language, from right to left
-};
-
-/// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
-/// without taste: the theme's background, that no text is cut off at the window's edge, and that
-/// all of ours can be translated.
-class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<Look> {
-  protected:
-    ScreenPictureTest() {
-        if (GetParam().isForeign) {
-            QCoreApplication::installTranslator(&m_brackets);
-            QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-        }
-        preferences.setTheme(GetParam().theme);
-        showWindow();
-    }
-    ~ScreenPictureTest() override {
-        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-        QCoreApplication::removeTranslator(&m_brackets);
-    }
-
-    enum class Texts { allOurs, others };
-
-    void keep(const char* name, Texts texts = Texts::allOurs) {
-        settle();
-        keepPicture(QString::fromLatin1(GetParam().name) + u'-' + QString::fromLatin1(name));
-        const auto corner = window().grabWindow().pixelColor(1, window().height() - 2);
-        EXPECT_EQ(corner.lightness() < 128, GetParam().theme == ui::ThemeChoice::dark) << name;
-        check(window().contentItem(), name, GetParam().isForeign && texts == Texts::allOurs);
-    }
-    bool isLeftOf(const char* a, const char* b) {
-        return item(a).mapToScene({}).x() < item(b).mapToScene({}).x();
-    }
-
-  private:
-    void check(QQuickItem* shown, const char* screen, bool isTranslated) {
-        if (!shown->isVisible() || shown->clip())
-            return;
-        const auto text = shown->property("text").toString();
-        if (shown->inherits("QQuickText") && !text.isEmpty()) {
-            const auto rect = shown->mapRectToScene(shown->boundingRect());
-            const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
-            EXPECT_TRUE(bounds.contains(rect)) << screen << ": " << text.toStdString();
-            const bool hasLetters =
-                std::ranges::any_of(text, [](QChar letter) { return letter.isLetter(); });
-            EXPECT_TRUE(!isTranslated || !hasLetters || text.startsWith(u'['))
-                << screen << " is not translated: " << text.toStdString();
-        }
-        for (auto* child : shown->childItems())
-            check(child, screen, isTranslated);
-    }
-
-    Brackets m_brackets;
-};
 
 TEST_P(ScreenPictureTest, RecordingScreens) {
     keep("controls");
@@ -203,6 +136,105 @@ TEST_P(ScreenPictureTest, Editor) {
     runTasks();
     state.setError("No space left on device", model::VantroError::Kind::exportFailed);
     keep("editor-alert", Texts::others);
+}
+
+/// A page of text, as it is recorded most often.
+QImage page(int second) {
+    QImage picture(1280, 720, QImage::Format_RGB32);
+    picture.fill(QColor("#f4f5f7"));
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, 1280, 64, QColor("#1f3a5f"));
+    for (int line = 0; line < 14; ++line)
+        painter.fillRect(90, 120 + line * 40, 300 + line * 97 % 500, 14, QColor("#9aa5b1"));
+    painter.fillRect(900, 130, 290, 190, QColor::fromHsv(second * 37 % 360, 120, 220));
+    painter.fillRect(900, 350, 290, 290, QColor("#dfe3e8"));
+    return picture;
+}
+
+void writePages(const std::filesystem::path& movie) {
+    test::writeMovie(movie, 1280, 720, 2, 24, [](media::PixelBuffer& bgra, int frame) {
+        const auto picture = page(frame / 2);
+        for (int y = 0; y < bgra.height(); ++y)
+            std::memcpy(bgra.mutableRow(0, y), picture.constScanLine(y),
+                        static_cast<std::size_t>(picture.bytesPerLine()));
+    });
+}
+
+/// Twelve seconds with everything that an edit can hold.
+model::Project fullProject(const std::filesystem::path& folder) {
+    model::RecordingMetadata metadata;
+    metadata.captureRect = {0, 0, 1280, 720};
+    metadata.endTime = 12;
+    metadata.hasSystemAudio = metadata.hasMicrophoneAudio = metadata.hasWebcam = true;
+    metadata.cursorPositions = {{400, 300, 0}, {900, 220, 12}};
+    metadata.clickEvents = {{.x = 400, .y = 300, .timestamp = 2},
+                            {.x = 1000, .y = 220, .timestamp = 6},
+                            {.x = 300, .y = 500, .timestamp = 9.5}};
+    writePages(folder / "recording.mov");
+    test::writeMovie(folder / "webcam.mov", 320, 240, 2, 24,
+                     [](media::PixelBuffer& bgra, int) { test::fill(bgra, {96, 125, 139}); });
+    auto project = test::plainProject(folder / "recording.mov", 2, metadata);
+    project.name = "How to bring what was recorded into a film that everybody likes to look at";
+    project.edit = model::freshEdit(metadata);
+    project.edit.segments = {{{.startFraction = 0.05, .endFraction = 0.4},
+                              {.startFraction = 0.4, .endFraction = 0.55, .speed = 2},
+                              {.startFraction = 0.62, .endFraction = 0.95}}};
+    return project;
+}
+
+TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
+    const auto project = fullProject(files.path().toStdString());
+    state.show(project);
+    runTasks();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return preview.isReady(); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return actions.strip()->hasPictures(); }));
+    const auto reveal = [this](const char* first, const char* picture) {
+        item(first).forceActiveFocus(Qt::TabFocusReason);
+        keep(picture, Texts::others);
+    };
+    keep("editor-full", Texts::others);
+    click("moreColors");
+    reveal("colorField", "editor-colors");
+    state.setBackgroundSettings(
+        {.type = model::BackgroundCatalog::application().builtIn("builtin-05").value()});
+    reveal("choosePicture", "editor-picture");
+    reveal("pointerScaleField", "editor-frame");
+    reveal("removeAllZooms", "editor-zooms");
+    reveal("webcamSizeField", "editor-webcam");
+    reveal("microphoneVolumeField", "editor-sound");
+    item("stage").forceActiveFocus();
+    state.setSelectedClickID(project.edit.clickEvents[1].id);
+    keep("editor-zoom", Texts::others);
+    state.setSelectedClickID({});
+    state.setSelectedSegmentID(project.edit.segments[1].id);
+    keep("editor-segment", Texts::others);
+    state.setSelectedSegmentID({});
+    actions.timeline()->setMark({.from = 0.3, .to = 0.5});
+    keep("editor-range", Texts::others);
+    actions.letGo();
+    actions.timeline()->magnify(6, 300);
+    keep("editor-magnified", Texts::others);
+    actions.timeline()->fit();
+    key(Qt::Key_Question);
+    keep("help");
+    key(Qt::Key_Escape);
+    click("export");
+    click("exportNow");
+    panels.answer("/tmp/What was recorded, as a film that everybody likes to look at.mp4");
+    runTasks();
+    keep("export-done", Texts::others);
+}
+
+TEST(AreaPicture, IsDraggedOut) {
+    QImage backdrop = page(3);
+    overlay::SelectionOverlay area(QGuiApplication::primaryScreen(), backdrop, {}, {});
+    area.resize(backdrop.size());
+    QTest::mousePress(&area, Qt::LeftButton, {}, {380, 200});
+    QTest::mouseMove(&area, {700, 400});
+    QTest::mouseMove(&area, {960, 560});
+    QPainter painter(&backdrop);
+    area.paint(painter);
+    test::keepPicture(backdrop, QStringLiteral("area"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Looks, ScreenPictureTest,

@@ -125,10 +125,14 @@ bool WindowFixture::stageBecomes(Rgb color) {
 }
 
 void WindowFixture::keepPicture(const QString& name) {
-    const QDir folder(QStringLiteral(VANTRO_SCREENSHOTS));
-    folder.mkpath(QStringLiteral("."));
     settle();
-    ASSERT_TRUE(window().grabWindow().save(folder.filePath(name + QStringLiteral(".png"))));
+    test::keepPicture(window().grabWindow(), name);
+}
+
+void keepPicture(const QImage& picture, const QString& name) {
+    const QDir folder(qEnvironmentVariable("VANTRO_PICTURES", QStringLiteral(VANTRO_SCREENSHOTS)));
+    folder.mkpath(QStringLiteral("."));
+    ASSERT_TRUE(picture.save(folder.filePath(name + QStringLiteral(".png"))));
 }
 
 } // namespace vantro::test

@@ -30,6 +30,10 @@ class QQuickWindow;
 
 namespace vantro::test {
 
+/// Writes NAME.png into the folder for people to look at: VANTRO_PICTURES where that is set, else
+/// one in the build's.
+void keepPicture(const QImage& picture, const QString& name);
+
 /// Window, models and flows of the program over surroundings that do what a test tells them to.
 class WindowFixture : public testing::Test {
   protected:
@@ -58,7 +62,7 @@ class WindowFixture : public testing::Test {
     void showEditor(const model::Edit& edit = {}, const model::RecordingMetadata& metadata = {});
     /// Waits for the preview to show this color in its middle.
     bool stageBecomes(Rgb color);
-    /// Writes what the window shows to NAME.png in the folder for people to look at.
+    /// Keeps what the window shows.
     void keepPicture(const QString& name);
 
     bool granted = true;

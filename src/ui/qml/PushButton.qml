@@ -20,7 +20,7 @@ T.Button {
     focusPolicy: Qt.TabFocus // a click leaves the keyboard where it is
     hoverEnabled: true
     Accessible.name: text
-    Accessible.description: help
+    Accessible.description: enabled ? help : qsTr("Unavailable")
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

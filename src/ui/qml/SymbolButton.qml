@@ -16,6 +16,7 @@ T.Button {
     focusPolicy: Qt.TabFocus // a click leaves the keyboard where it is
     hoverEnabled: true
     Accessible.name: help
+    Accessible.description: enabled ? "" : qsTr("Unavailable")
     Accessible.onPressAction: if (enabled) clicked()
     Accessible.onToggleAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()

@@ -1,0 +1,49 @@
+#include "window/ScreenPictures.h"
+
+#include <algorithm>
+
+namespace vantro::window {
+
+ScreenPictureTest::ScreenPictureTest() {
+    if (GetParam().isForeign) {
+        QCoreApplication::installTranslator(&m_brackets);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    }
+    preferences.setTheme(GetParam().theme);
+    showWindow();
+}
+
+ScreenPictureTest::~ScreenPictureTest() {
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    QCoreApplication::removeTranslator(&m_brackets);
+}
+
+void ScreenPictureTest::keep(const char* name, Texts texts) {
+    const auto size = qEnvironmentVariable("VANTRO_PICTURE_SIZE").split(u'x');
+    if (size.size() == 2 && app.screen() == QStringLiteral("editor"))
+        window().resize(size[0].toInt(), size[1].toInt());
+    settle();
+    keepPicture(QString::fromLatin1(GetParam().name) + u'-' + QString::fromLatin1(name));
+    const auto corner = window().grabWindow().pixelColor(1, window().height() - 2);
+    EXPECT_EQ(corner.lightness() < 128, GetParam().theme == ui::ThemeChoice::dark) << name;
+    check(window().contentItem(), name, GetParam().isForeign && texts == Texts::allOurs);
+}
+
+void ScreenPictureTest::check(QQuickItem* shown, const char* screen, bool isTranslated) {
+    if (!shown->isVisible() || shown->clip())
+        return;
+    const auto text = shown->property("text").toString();
+    if (shown->inherits("QQuickText") && !text.isEmpty()) {
+        const auto rect = shown->mapRectToScene(shown->boundingRect());
+        const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
+        EXPECT_TRUE(bounds.contains(rect)) << screen << ": " << text.toStdString();
+        const bool hasLetters =
+            std::ranges::any_of(text, [](QChar letter) { return letter.isLetter(); });
+        EXPECT_TRUE(!isTranslated || !hasLetters || text.startsWith(u'['))
+            << screen << " is not translated: " << text.toStdString();
+    }
+    for (auto* child : shown->childItems())
+        check(child, screen, isTranslated);
+}
+
+} // namespace vantro::window

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "window/WindowFixture.h"
+
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTranslator>
+
+namespace vantro::window {
+
+/// Translates every text into itself in brackets.
+class Brackets : public QTranslator {
+  public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* source, const char*, int) const override {
+        return u'[' + QString::fromUtf8(source) + u']';
+    }
+};
+
+struct Look {
+    const char* name;
+    ui::ThemeChoice theme;
+    bool isForeign; ///< in another language, from right to left
+};
+
+/// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
+/// without taste: the theme's background, that no text is cut off at the window's edge, and that
+/// all of ours can be translated. The editor takes the size VANTRO_PICTURE_SIZE, WIDTHxHEIGHT.
+class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<Look> {
+  protected:
+    ScreenPictureTest();
+    ~ScreenPictureTest() override;
+
+    enum class Texts { allOurs, others };
+
+    void keep(const char* name, Texts texts = Texts::allOurs);
+    bool isLeftOf(const char* a, const char* b) {
+        return item(a).mapToScene({}).x() < item(b).mapToScene({}).x();
+    }
+
+  private:
+    void check(QQuickItem* shown, const char* screen, bool isTranslated);
+
+    Brackets m_brackets;
+};
+
+} // namespace vantro::window
