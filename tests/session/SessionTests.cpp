@@ -138,6 +138,8 @@ void SessionTest::recordWithClicks() {
     StripedScreen screen(desktop.server(), width, height);
     desktop.startProgram();
     hand->press(radio, QStringLiteral("Screen"));
+    EXPECT_TRUE(
+        eventually([&] { return hand->find(radio, QStringLiteral("Screen")).isChecked(); }));
     hand->press(button, QStringLiteral("Record.*"));
     hand->find(QStringLiteral("label"), QStringLiteral("00:01"));
     screen.follow();
