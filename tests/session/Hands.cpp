@@ -72,8 +72,14 @@ void PointerHand::scrollTo(const Accessible& control) {
 
 void PointerHand::pressIt(const Accessible& control) {
     scrollTo(control);
-    m_desktop.xdo(place(control.place().center()) +
-                  QStringList{QStringLiteral("click"), QStringLiteral("1")});
+    const auto reach = [&] { // a window that has just come may be on its way to its place
+        const auto seen = control.place();
+        m_desktop.xdo(place(seen.center()));
+        return m_desktop.mainWindow().contains(seen) && control.place() == seen;
+    };
+    if (!eventually(reach))
+        throw std::runtime_error(control.name().toStdString() + " does not come to rest");
+    m_desktop.xdo({QStringLiteral("click"), QStringLiteral("1")});
 }
 
 int PointerHand::pixels(double seconds) const {

@@ -138,6 +138,8 @@ void SessionTest::recordWithClicks() {
     StripedScreen screen(desktop.server(), width, height);
     desktop.startProgram();
     hand->press(radio, QStringLiteral("Screen"));
+    EXPECT_TRUE(
+        eventually([&] { return hand->find(radio, QStringLiteral("Screen")).isChecked(); }));
     hand->press(button, QStringLiteral("Record.*"));
     hand->find(QStringLiteral("label"), QStringLiteral("00:01"));
     screen.follow();
@@ -245,14 +247,23 @@ void SessionTest::expectTheSourceTimes(const std::vector<Stripes>& film,
     int told = 0;
     for (std::size_t frame = 0; frame < film.size(); ++frame) {
         const auto at = sourceTime(pieces, static_cast<double>(frame) / 30);
-        const auto& original = source[std::min(frameAt(at), source.size() - 1)];
+        // A busy machine skips colors; then a picture's neighbors tell what it may show.
+        int first = StripedScreen::ticks;
+        int last = -1;
+        for (auto near = std::max(frameAt(at), 2UL) - 2;
+             near <= std::min(frameAt(at) + 2, source.size() - 1); ++near)
+            if (const int tick = source[near].tick; tick >= 0) {
+                first = std::min(first, tick);
+                last = std::max(last, tick);
+            }
         const bool isAtCut = std::ranges::any_of(pieces, [&](const Piece& piece) {
             return std::abs(static_cast<double>(frame) / 30 - piece.start) < 0.02;
         });
-        if (film[frame].tick < 0 || original.tick < 0 || isAtCut)
+        if (film[frame].tick < 0 || last < 0 || isAtCut)
             continue;
         ++told;
-        EXPECT_NEAR(film[frame].tick, original.tick, 1) << "frame " << frame << ", source " << at;
+        EXPECT_TRUE(film[frame].tick >= first && film[frame].tick <= last)
+            << film[frame].tick << " in frame " << frame << ", source " << at;
     }
     EXPECT_GT(told, static_cast<int>(film.size()) * 9 / 10);
 }

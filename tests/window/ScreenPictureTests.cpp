@@ -193,6 +193,8 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
         keep(picture, Texts::others);
     };
     keep("editor-full", Texts::others);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return fillsStage(); }));
+    keep("editor-full", Texts::others);
     click("moreColors");
     reveal("colorField", "editor-colors");
     state.setBackgroundSettings(
@@ -216,7 +218,7 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     keep("editor-magnified", Texts::others);
     actions.timeline()->fit();
     key(Qt::Key_Question);
-    keep("help");
+    keep("help", Texts::others);
     key(Qt::Key_Escape);
     click("export");
     click("exportNow");

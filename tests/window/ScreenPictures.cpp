@@ -1,6 +1,7 @@
 #include "window/ScreenPictures.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vantro::window {
 
@@ -24,9 +25,18 @@ void ScreenPictureTest::keep(const char* name, Texts texts) {
         window().resize(size[0].toInt(), size[1].toInt());
     settle();
     keepPicture(QString::fromLatin1(GetParam().name) + u'-' + QString::fromLatin1(name));
-    const auto corner = window().grabWindow().pixelColor(1, window().height() - 2);
+    const auto shot = window().grabWindow();
+    const auto corner = shot.pixelColor(1, shot.height() - 2);
     EXPECT_EQ(corner.lightness() < 128, GetParam().theme == ui::ThemeChoice::dark) << name;
     check(window().contentItem(), name, GetParam().isForeign && texts == Texts::allOurs);
+}
+
+bool ScreenPictureTest::fillsStage() {
+    window().grabWindow();
+    const auto& stage = item("stage");
+    const auto shown = QSizeF(preview.pictureSize()) / window().devicePixelRatio();
+    return std::abs(shown.width() - stage.width()) < 1 ||
+           std::abs(shown.height() - stage.height()) < 1;
 }
 
 void ScreenPictureTest::check(QQuickItem* shown, const char* screen, bool isTranslated) {

@@ -39,6 +39,9 @@ class ScreenPictureTest : public test::WindowFixture, public testing::WithParamI
         return item(a).mapToScene({}).x() < item(b).mapToScene({}).x();
     }
 
+    /// Whether the film is made in the size that the stage has now; small ones are not enlarged.
+    bool fillsStage();
+
   private:
     void check(QQuickItem* shown, const char* screen, bool isTranslated);
 

@@ -117,9 +117,10 @@ void WindowFixture::showEditor(const model::Edit& edit, const model::RecordingMe
 
 bool WindowFixture::stageBecomes(Rgb color) {
     auto& stage = item("stage");
-    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2}).toPoint();
+    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2});
     return QTest::qWaitFor([&] {
-        const auto shown = window().grabWindow().pixelColor(middle);
+        const auto shot = window().grabWindow();
+        const auto shown = shot.pixelColor((middle * shot.devicePixelRatio()).toPoint());
         return distance({shown.red(), shown.green(), shown.blue()}, color) < 8;
     });
 }

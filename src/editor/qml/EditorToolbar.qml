@@ -18,12 +18,23 @@ Rectangle {
         anchors { left: parent.left; leftMargin: Theme.wide; right: notice.left; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
         placeholderText: qsTr("Recording Name")
         font.weight: Font.DemiBold
+        color: whole.visible ? "transparent" : Theme.text
         text: toolbar.editor.recordingName
         onTextEdited: toolbar.editor.recordingName = text
         // A name too long to be seen whole shows its beginning.
         onTextChanged: if (!activeFocus) cursorPosition = 0
         onActiveFocusChanged: cursorPosition = activeFocus ? length : 0
         onAccepted: focus = false
+    }
+    Label {
+        id: whole
+        anchors { fill: name; leftMargin: name.leftPadding; rightMargin: name.rightPadding }
+        visible: !name.activeFocus && implicitWidth > width
+        verticalAlignment: Text.AlignVCenter
+        text: name.text
+        font: name.font
+        elide: Text.ElideRight
+        Accessible.ignored: true
     }
     Label {
         id: notice

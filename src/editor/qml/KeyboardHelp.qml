@@ -57,6 +57,9 @@ T.Popup {
         }
         Grid {
             columns: 4
+            id: table
+            // Of what one half has for its keys and for what they do; where the window is narrow, texts wrap.
+            readonly property real room: (sheet.parent ? sheet.parent.width - 2 * Theme.gap - 2 * sheet.padding - 3 * columnSpacing : 0) / 2
             columnSpacing: Theme.margin
             rowSpacing: 6
             // qmllint disable unqualified
@@ -68,6 +71,8 @@ T.Popup {
                     readonly property int column: index % 4
                     // Down the left half of the sheet first, then down the right one.
                     readonly property int entry: Math.floor(index / 4) + (column >= 2 ? half : 0)
+                    width: Math.min(implicitWidth, table.room * (column % 2 === 0 ? 0.35 : 0.65))
+                    wrapMode: Text.Wrap
                     text: (sheet.keys[entry] ?? ["", ""])[column % 2]
                     color: column % 2 === 0 ? Theme.text : Theme.secondaryText
                     font.weight: column % 2 === 0 ? Font.Medium : Font.Normal

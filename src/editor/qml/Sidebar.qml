@@ -99,6 +99,7 @@ Rectangle {
         return picture ? picture.toString() : ""
     }
     function showFocus() {
+        const below = 32 // what belongs to a field stands below it
         const item = sidebar.Window.activeFocusItem
         if (!item)
             return
@@ -108,7 +109,7 @@ Rectangle {
         const place = item.mapToItem(page, 0, 0)
         if (place.y < Theme.gap)
             page.scroll(place.y - 44)
-        else if (place.y + item.height > page.height - Theme.gap)
-            page.scroll(place.y + item.height - page.height + Theme.gap)
+        else if (place.y + item.height > page.height - below)
+            page.scroll(place.y + item.height - page.height + below)
     }
 }

@@ -28,11 +28,14 @@ FocusScope {
             objectName: "elapsed"
             anchors.verticalCenter: parent.verticalCenter
             text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
-            font.pixelSize: Theme.headline
+            width: Math.min(implicitWidth, screen.width - stop.width - Theme.margin - 2 * Theme.wide - Theme.gap - 10)
+            elide: Text.ElideRight
+            font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
             font.weight: Font.DemiBold
         }
     }
     PushButton {
+        id: stop
         objectName: "stop"
         anchors { right: parent.right; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
         focus: true
