@@ -69,7 +69,7 @@ TEST_F(FailingRecording, keepsTheMovieAndTheEarlierProjectWhicheverCallFails) {
         int recovered = 0;
         forEveryCall(
             manner, work, environment,
-            "record --force --seconds 0.1 --output '" + package.string() + "'", prepare,
+            "record --no-system-audio --force --seconds 0.1 --output '" + package.string() + "'", prepare,
             [&](const FailedRun& run) {
                 const auto kept = movies();
                 if (mayGoOn(run, manner)) {

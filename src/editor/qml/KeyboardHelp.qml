@@ -56,8 +56,8 @@ T.Popup {
             font.weight: Font.DemiBold
         }
         Grid {
-            columns: 4
             id: table
+            columns: 4
             // Of what one half has for its keys and for what they do; where the window is narrow, texts wrap.
             readonly property real room: (sheet.parent ? sheet.parent.width - 2 * Theme.gap - 2 * sheet.padding - 3 * columnSpacing : 0) / 2
             columnSpacing: Theme.margin
@@ -66,16 +66,23 @@ T.Popup {
             Repeater {
                 model: sheet.keys.length * 2
                 Label {
+                    id: cell
                     required property int index
                     readonly property int half: Math.ceil(sheet.keys.length / 2)
                     readonly property int column: index % 4
                     // Down the left half of the sheet first, then down the right one.
                     readonly property int entry: Math.floor(index / 4) + (column >= 2 ? half : 0)
-                    width: Math.min(implicitWidth, table.room * (column % 2 === 0 ? 0.35 : 0.65))
+                    // A label's own implicit width follows its width as soon as it wraps.
+                    width: Math.min(Math.ceil(unwrapped.advanceWidth) + 1, table.room * (column % 2 === 0 ? 0.35 : 0.65))
                     wrapMode: Text.Wrap
                     text: (sheet.keys[entry] ?? ["", ""])[column % 2]
                     color: column % 2 === 0 ? Theme.text : Theme.secondaryText
                     font.weight: column % 2 === 0 ? Font.Medium : Font.Normal
+                    TextMetrics {
+                        id: unwrapped
+                        font: cell.font
+                        text: cell.text
+                    }
                 }
             }
         }
