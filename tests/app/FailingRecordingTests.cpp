@@ -69,8 +69,8 @@ TEST_F(FailingRecording, keepsTheMovieAndTheEarlierProjectWhicheverCallFails) {
         int recovered = 0;
         forEveryCall(
             manner, work, environment,
-            "record --no-system-audio --force --seconds 0.1 --output '" + package.string() + "'", prepare,
-            [&](const FailedRun& run) {
+            "record --no-system-audio --force --seconds 0.1 --output '" + package.string() + "'",
+            prepare, [&](const FailedRun& run) {
                 const auto kept = movies();
                 if (mayGoOn(run, manner)) {
                     EXPECT_EQ(run.result.exitCode, 0);

@@ -34,7 +34,7 @@ Rectangle {
     Label {
         objectName: "previewProblem"
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, parent.width - 64)
+        width: parent.width - 64
         visible: text !== ""
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap

@@ -54,7 +54,7 @@ FocusScope {
         id: note
         anchors { horizontalCenter: parent.horizontalCenter; top: row.bottom }
         visible: text !== "" && !screen.app.stopping
-        width: Math.min(implicitWidth, parent.width)
+        width: parent.width
         text: screen.app.recordingNote
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
