@@ -1,5 +1,6 @@
 #include "support/SoundServer.h"
 
+#include "base/FileDescriptor.h"
 #include "support/Eventually.h"
 #include "support/Program.h"
 
@@ -15,6 +16,8 @@
 
 #include <pulse/error.h>
 #include <pulse/simple.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 
 namespace vantro::test {
@@ -34,6 +37,16 @@ bool succeeds(const std::string& command) {
 double secondsNow() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
+}
+
+/// A socket's file is there a moment before anybody who connects is let in.
+bool isListening(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+    const base::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) ==
+           0;
 }
 
 } // namespace
@@ -101,10 +114,10 @@ void SoundServer::startPipeWire() {
     const auto address = "unix:path=" + folder + "/runtime/bus";
     launch({"dbus-daemon", "--session", "--nofork", "--address=" + address});
     setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
-    if (!eventually([&] { return std::filesystem::exists(folder + "/runtime/bus"); }))
+    if (!eventually([&] { return isListening(folder + "/runtime/bus"); }))
         throw std::runtime_error("no message bus");
     launch({"pipewire"});
-    if (!eventually([&] { return std::filesystem::exists(folder + "/runtime/pipewire-0"); }))
+    if (!eventually([&] { return isListening(folder + "/runtime/pipewire-0"); }))
         throw std::runtime_error("PipeWire does not start");
     launch({"wireplumber"});
     launch({"pipewire-pulse"});
