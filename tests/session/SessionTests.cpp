@@ -189,7 +189,7 @@ void SessionTest::cutAndSpeedUp() {
 
 void SessionTest::changeZooms() {
     hand->press(slider, zoomName(burst().timestamp));
-    hand->press(button, QStringLiteral("Delete zoom"));
+    hand->press(button, QStringLiteral("Delete Zoom"));
     hand->moveBy(zoomName(last().timestamp), -1);
     hand->find(slider, zoomName(last().timestamp - 1));
 }

@@ -58,6 +58,7 @@ void PulseSoundSource::stop() {
     m_input.wakeUp();
     m_thread.join();
     m_output = nullptr;
+    m_ownSilence.reset();
 }
 
 void PulseSoundSource::answer(std::optional<SoundRefusal> refusal) {

@@ -45,7 +45,7 @@ class PulseSoundSource final : public SoundSource, private PulseListener {
     void answer(std::optional<SoundRefusal> refusal);
 
     const SoundKind m_kind;
-    const std::optional<pulse::OwnSilence> m_ownSilence; ///< while the system's sound is recorded
+    std::optional<pulse::OwnSilence> m_ownSilence; ///< until the stop, for the system's sound
     std::atomic<SoundOutput*> m_output = nullptr;
     std::optional<Opening> m_opening; ///< until it is known how it went; the thread's
     std::string m_missing;            ///< why there is nothing to record; empty while there is

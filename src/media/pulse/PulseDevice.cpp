@@ -89,15 +89,18 @@ void PulseDevice::update() {
     const auto now = base::hostNow();
     if (!m_lost.empty())
         lose(std::exchange(m_lost, {}));
+    const bool isWanted = m_queue.wantsDevice(now);
+    const bool isSilenced = isWanted && vantro::pulse::OwnSilence::isKept();
     if (m_retryAt && now >= *m_retryAt) {
         m_retryAt.reset();
-        if (!m_context)
+        if (isSilenced)
+            m_retryAt = now + retryInterval;
+        else if (!m_context)
             connect();
         else if (!m_stream)
             openStream();
     }
-    const bool isWanted = m_queue.wantsDevice(now);
-    if (m_state != State::absent && isWanted && vantro::pulse::OwnSilence::isKept()) {
+    if (m_state != State::absent && isSilenced) {
         lose("the system's sound is being recorded");
     } else if (m_state == State::ready && isWanted) {
         move(State::running);
