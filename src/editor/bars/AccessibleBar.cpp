@@ -16,6 +16,17 @@ constexpr std::array kindNames{
     std::pair{BarPart::Kind::end, " end"}, std::pair{BarPart::Kind::cut, " cut"}};
 constexpr std::size_t idLength = 36; // characters
 
+/// Of what is shown in `item`; made by a Repeater, they are no children of it as objects.
+QQuickItem* itemOf(const QString& part, const QQuickItem& item) {
+    for (auto* child : item.childItems()) {
+        if (child->property("part").toString() == part)
+            return child;
+        if (auto* found = itemOf(part, *child))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QString BarPart::key() const {
@@ -71,10 +82,8 @@ std::optional<BarPart> AccessibleBar::focused() const {
 
 void AccessibleBar::takeFocus(const BarPart& part) {
     select(part);
-    const auto key = part.key();
-    for (auto* item : findChildren<QQuickItem*>())
-        if (item->property("part").toString() == key)
-            return item->forceActiveFocus(Qt::OtherFocusReason);
+    if (auto* item = itemOf(part.key(), *this))
+        item->forceActiveFocus(Qt::OtherFocusReason);
 }
 
 QRect AccessibleBar::placeOf(double x, double extent) const {
