@@ -100,10 +100,19 @@ void SoundServer::launch(std::vector<std::string> command) {
 }
 
 void SoundServer::start() {
-    m_kind == Kind::pipewire ? startPipeWire() : startPulseAudio();
-    if (!eventually([] { return succeeds("pactl info"); }))
-        throw std::runtime_error("the sound server does not answer");
+    // Now and then one of PipeWire's programs does not come up.
+    constexpr int mostAttempts = 3;
+    for (int attempt = 1; !comesUp(); ++attempt) {
+        if (attempt == mostAttempts)
+            throw std::runtime_error("the sound server does not answer");
+        crash();
+    }
     addDevice();
+}
+
+bool SoundServer::comesUp() {
+    m_kind == Kind::pipewire ? startPipeWire() : startPulseAudio();
+    return eventually([] { return succeeds("timeout 2 pactl info"); }, std::chrono::seconds(5));
 }
 
 void SoundServer::startPipeWire() {

@@ -45,6 +45,8 @@ class SoundServer {
     void control(const std::string& arguments);
 
   private:
+    /// Starts it; false when it does not answer soon.
+    bool comesUp();
     void startPipeWire();
     void startPulseAudio();
     std::string promptOption() const;
