@@ -80,7 +80,7 @@ QImage pictureOf(const fs::path& film, double seconds) {
     const auto file = film.string() + ".png";
     const auto command = "ffmpeg -v error -y -ss " + std::to_string(seconds) + " -i '" +
                          film.string() + "' -frames:v 1 '" + file + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(std::system(command.c_str()), 0); // NOLINT(concurrency-mt-unsafe): one thread
     return QImage(QString::fromStdString(file));
 }
 
@@ -285,9 +285,11 @@ void SessionTest::expectTheZooms(const std::vector<Stripes>& film, const model::
 }
 
 void SessionTest::expectTheLook(const QImage& picture) {
-    const auto file = model::BackgroundCatalog(VANTRO_SOURCE_RESOURCES).builtIn("builtin-05");
+    const auto file = model::BackgroundCatalog(VANTRO_SOURCE_RESOURCES)
+                          .builtIn("builtin-05")
+                          .value_or(model::BackgroundImageSource());
     const QImage background =
-        QImage(QString::fromStdString(file->path.string()))
+        QImage(QString::fromStdString(file.path.string()))
             .scaled(picture.size(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     const QPoint margin((background.width() - picture.width()) / 2,
                         (background.height() - picture.height()) / 2);

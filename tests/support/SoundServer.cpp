@@ -30,8 +30,8 @@ constexpr double cycle = 1024.0 / recordedRate;
 constexpr double cycleGap = 0.003;
 
 bool succeeds(const std::string& command) {
-    return std::system(("{ " + command + "; } >/dev/null 2>&1").c_str()) ==
-           0; // NOLINT(concurrency-mt-unsafe)
+    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
+    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
 }
 
 double secondsNow() {
@@ -286,6 +286,7 @@ std::vector<float> MonitorRecorder::sound() const {
 double MonitorRecorder::timeOf(std::size_t frame) const {
     const std::lock_guard lock(m_mutex);
     std::vector<double> starts; // of the recording, by each stamp's word
+    starts.reserve(m_stamps.size());
     for (const auto& stamp : m_stamps)
         starts.push_back(stamp.time - static_cast<double>(stamp.frame) / recordedRate);
     std::ranges::nth_element(starts,

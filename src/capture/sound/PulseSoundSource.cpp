@@ -22,7 +22,7 @@ const char* queueName(SoundKind kind) {
 std::expected<std::unique_ptr<SoundSource>, SoundRefusal>
 PulseSoundSource::open(SoundKind kind, const std::string& device) {
     std::unique_ptr<PulseSoundSource> source(new PulseSoundSource(kind, device));
-    auto opening = source->m_opening->get_future();
+    auto opening = source->m_opening.emplace().get_future();
     source->m_thread = std::jthread([self = source.get(), kind](const std::stop_token& stop) {
         base::setThreadName(queueName(kind));
         self->m_input.run(stop);
@@ -38,7 +38,6 @@ PulseSoundSource::open(SoundKind kind, const std::string& device) {
 PulseSoundSource::PulseSoundSource(SoundKind kind, const std::string& device)
     : m_kind(kind)
     , m_ownSilence(kind == SoundKind::system ? decltype(m_ownSilence)(std::in_place) : std::nullopt)
-    , m_opening(std::in_place)
     , m_sound(PulseInput::channelsOf(kind),
               [this](base::HostTime at, std::span<const float> stereo) { deliver(at, stereo); })
     , m_input(kind, device, *this) {}

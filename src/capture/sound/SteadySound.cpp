@@ -129,7 +129,9 @@ void SteadySound::put(std::span<const float> samples) {
 }
 
 base::HostTime SteadySound::outputTime() const {
-    return m_start.value() + base::HostDuration(m_given * 1'000'000 / (sampleRate / 1000));
+    // Nothing is given out before the start is known.
+    return m_start.value_or(base::HostTime()) +
+           base::HostDuration(m_given * 1'000'000 / (sampleRate / 1000));
 }
 
 void SteadySound::interrupted() {

@@ -24,10 +24,13 @@ class BarGestures : public QObject {
     QML_UNCREATABLE("made by the program")
 
   public:
+    // QML takes names of constants only with a capital letter.
+    // NOLINTBEGIN(readability-identifier-naming)
     enum class Bar { Ruler, Segments, Zooms };
     Q_ENUM(Bar)
     enum class ZoomPart { Body, Start, End };
     Q_ENUM(ZoomPart)
+    // NOLINTEND(readability-identifier-naming)
 
     BarGestures(TimelineModel& model, TimelineEdits& edits);
 

@@ -62,11 +62,11 @@ struct Recording {
     base::HostTime began;
 };
 
-constexpr SourceSwitches systemOnly{
+const SourceSwitches systemOnly{
     .systemSound = true, .microphone = false, .camera = false, .microphoneDevice = {}};
-constexpr SourceSwitches microphoneOnly{
+const SourceSwitches microphoneOnly{
     .systemSound = false, .microphone = true, .camera = false, .microphoneDevice = {}};
-constexpr SourceSwitches both{
+const SourceSwitches both{
     .systemSound = true, .microphone = true, .camera = false, .microphoneDevice = {}};
 
 class SoundRecording : public testing::TestWithParam<Kind> {
