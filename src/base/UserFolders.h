@@ -9,8 +9,8 @@ namespace vantro::base {
 /// the environment, which nothing here ever changes. Any thread.
 std::optional<std::filesystem::path> folderFrom(const char* variable);
 
-/// A base folder of the XDG specification: `variable`, else `belowHome` in the home folder; nothing
-/// where there is neither.
+/// The folder that `variable` names (XDG_CACHE_HOME and the like), else `belowHome` in the home
+/// folder; nothing where there is neither.
 std::optional<std::filesystem::path> userFolder(const char* variable, const char* belowHome);
 
 } // namespace vantro::base
