@@ -43,6 +43,11 @@ Context connect(pa_mainloop& loop, const char* role, pa_context_notify_cb_t chan
     return context;
 }
 
+bool turn(pa_mainloop& loop, int longestWait) {
+    return pa_mainloop_prepare(&loop, longestWait) >= 0 && pa_mainloop_poll(&loop) >= 0 &&
+           pa_mainloop_dispatch(&loop) >= 0;
+}
+
 void forget(pa_operation* operation) {
     if (operation)
         pa_operation_unref(operation);

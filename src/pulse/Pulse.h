@@ -22,6 +22,10 @@ using Stream = std::unique_ptr<pa_stream, FreePulse>;
 /// the state changes, at first before this returns.
 Context connect(pa_mainloop& loop, const char* role, pa_context_notify_cb_t changed, void* user);
 
+/// One turn of a loop: waits at most so many microseconds, or for ever where that is negative, for
+/// something to do, and does it. False when the loop is at its end.
+bool turn(pa_mainloop& loop, int longestWait);
+
 /// Lets an operation run of which only the news matter that come by callbacks; null is taken, too.
 void forget(pa_operation* operation);
 

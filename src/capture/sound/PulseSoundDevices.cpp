@@ -26,12 +26,9 @@ class Question {
                 static_cast<Question*>(self)->contextChanged(*changed);
             },
             this);
-        while (!m_answer && !m_hasFailed && base::hostNow() < limit) {
-            constexpr int wait = 100'000; // µs
-            if (pa_mainloop_prepare(m_loop.get(), wait) < 0 || pa_mainloop_poll(m_loop.get()) < 0 ||
-                pa_mainloop_dispatch(m_loop.get()) < 0)
-                break;
-        }
+        constexpr int wait = 100'000; // µs
+        while (!m_answer && !m_hasFailed && base::hostNow() < limit && pulse::turn(*m_loop, wait))
+            ;
         if (!m_answer)
             whyNot = m_hasFailed ? "there is no sound server" : "the sound server does not answer";
         return m_answer;

@@ -48,8 +48,7 @@ void SoundWatch::run(const std::stop_token& stop) {
                 this);
             continue;
         }
-        if (pa_mainloop_prepare(m_loop.get(), waitingTime()) < 0 ||
-            pa_mainloop_poll(m_loop.get()) < 0 || pa_mainloop_dispatch(m_loop.get()) < 0)
+        if (!pulse::turn(*m_loop, waitingTime()))
             break;
     }
     m_context.reset();

@@ -64,8 +64,7 @@ void PulseDevice::run(const std::stop_token& stop) {
     m_retryAt = base::hostNow();
     while (!stop.stop_requested()) {
         update();
-        if (pa_mainloop_prepare(m_loop.get(), waitingTime()) < 0 ||
-            pa_mainloop_poll(m_loop.get()) < 0 || pa_mainloop_dispatch(m_loop.get()) < 0)
+        if (!vantro::pulse::turn(*m_loop, waitingTime()))
             break;
     }
     m_stream.reset();
