@@ -168,11 +168,6 @@ void AssetWriter::markVideoAsFinished(std::optional<MediaTime> endTime) {
     m_implementation->video->markAsFinished(endTime);
 }
 
-bool AssetWriter::isReadyForMoreAudio(std::size_t track) const {
-    return m_implementation->state == State::inSession &&
-           m_implementation->audio.at(track).isReady();
-}
-
 std::optional<std::string> AssetWriter::audioFailure(std::size_t track) const {
     return m_implementation->audio.at(track).failure();
 }

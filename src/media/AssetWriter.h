@@ -52,8 +52,6 @@ class AssetWriter {
     /// nothing.
     void markVideoAsFinished(std::optional<MediaTime> endTime = {});
 
-    /// Whether `appendAudio` would take sound for that track without waiting.
-    bool isReadyForMoreAudio(std::size_t track) const;
     /// Why a live track has ended before the movie; nothing while it has not. Safe beside
     /// `appendAudio`.
     std::optional<std::string> audioFailure(std::size_t track) const;

@@ -34,7 +34,6 @@ class AudioWriterInput {
     bool failsTheMovie() const { return m_failed && !m_settings.expectsRealTime; }
     /// What went wrong, once something has. Any thread.
     std::optional<std::string> failure() const;
-    bool isReady() const { return !m_failed && !m_queue.isFull(); }
     bool append(AudioBuffer buffer);
     /// Waits until everything is written. Throws what went wrong, however long ago, if that fails
     /// the movie.
