@@ -1,67 +1,8 @@
-// Edits that are not saved: asked about, kept over a crash, and recordings that nobody saved.
-#include "app/files/ProjectStores.h"
-#include "app/files/RecordingFolder.h"
-#include "app/flows/EditedState.h"
-#include "app/flows/JournalFlow.h"
-#include "app/flows/ProjectFlow.h"
-#include "app/flows/RecoveryFlow.h"
-#include "base/Journal.h"
-#include "media/MovieRecovery.h"
-
-#include <cstdlib>
-#include <fstream>
-#include <optional>
+// Edits that are not saved: asked about, and kept over a crash.
+#include "app/flows/UnsavedEditFixture.h"
 
 namespace vantro::app::flows {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace std::chrono_literals;
-using Kind = model::VantroError::Kind;
-
-/// A run of the program over files that a run before it may have left.
-class UnsavedEdit : public test::EditedState {
-  protected:
-    UnsavedEdit() { ::setenv("TMPDIR", folder.path().c_str(), 1); }
-    ~UnsavedEdit() override { ::unsetenv("TMPDIR"); }
-
-    const fs::path directory = folder / "edits";
-    const fs::path package = folder / "demo.vantro";
-    RecordingSources sources{.recover =
-                                 [](const fs::path& movie) {
-                                     model::RecordingMetadata metadata;
-                                     metadata.endTime = 5;
-                                     return model::Recording(movie, metadata);
-                                 },
-                             .import = [](const fs::path&) -> model::Project {
-                                 throw model::VantroError(Kind::projectOpenFailed, "no movie");
-                             }};
-    test::ManualTimers timers;
-    ProjectFlow projects{state, panels, tasks, sources};
-    std::optional<JournalFlow> journals{std::in_place, state, projects, timers, tasks, directory};
-
-    void save() {
-        projects.saveProject();
-        if (panels.kind)
-            panels.answer(package);
-        tasks.runAll();
-    }
-    void edit(double cursorScale) { state.setCursorScale(cursorScale); }
-    std::size_t journalsOnDisk() const {
-        std::error_code none;
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(directory, none), fs::directory_iterator()));
-    }
-    /// What a program that ended this way finds when it is started again.
-    void startAgain() {
-        journals.reset();
-        tasks.runAll();
-        state.reset();
-        journals.emplace(state, projects, timers, tasks, directory);
-        journals->find();
-        tasks.runAll();
-    }
-};
 
 TEST_F(UnsavedEdit, IsAskedAboutWhereverItWouldBeLost) {
     save();
@@ -315,61 +256,6 @@ TEST_F(UnsavedEdit, OfAProjectThatIsOpenElsewhereIsSavedToAnotherPlace) {
     tasks.runAll();
     EXPECT_FALSE(projects.isReadOnly());
     EXPECT_FALSE(files::storeOf(package).access(package).lock) << "it is ours now";
-}
-
-/// Recordings that a run of the program left where recordings are made.
-class RecoveryFlowTest : public UnsavedEdit {
-  protected:
-    RecoveryFlowTest() {
-        state.reset();
-        movie = files::makeRecordingDirectory() / "recording.mov";
-        std::ofstream(movie) << "movie";
-    }
-    void find() {
-        flow.find();
-        tasks.runAll();
-    }
-
-    fs::path movie;
-    RecoveryFlow flow{state, projects, tasks};
-};
-
-TEST_F(RecoveryFlowTest, WhatWasInterruptedIsOfferedOnceAndStaysListed) {
-    find();
-    EXPECT_FALSE(flow.isOffered()) << "it is whole";
-    base::JournalWriter(media::movieJournalPath(movie)).append("left behind");
-    find();
-    EXPECT_TRUE(flow.isOffered());
-    flow.dismiss();
-    find();
-    EXPECT_FALSE(flow.isOffered());
-    EXPECT_EQ(flow.recordings().size(), 1U);
-    flow.offer(movie);
-    flow.recover();
-    state.setPhase(AppPhase::recording()); // begins meanwhile
-    tasks.runAll();
-    EXPECT_FALSE(state.recordingPath());
-    state.setPhase(AppPhase::idle());
-    tasks.runAll();
-    ASSERT_EQ(flow.recordings().size(), 1U);
-    flow.open(movie);
-    tasks.runAll();
-    EXPECT_EQ(state.recordingPath(), movie);
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
-}
-
-TEST_F(RecoveryFlowTest, ARecordingIsDeletedOnlyAfterTheAnswerAndNotWhileItIsOpen) {
-    find();
-    flow.askDelete(movie);
-    flow.keep();
-    tasks.runAll();
-    EXPECT_EQ(flow.recordings().size(), 1U);
-    flow.askDelete(movie);
-    const auto open = files::ProjectLock::take(movie.parent_path());
-    flow.deleteAsked();
-    tasks.runAll();
-    test::expectError(state, Kind::assetWriterFailed, "open in another Vantro");
-    EXPECT_TRUE(fs::exists(movie));
 }
 
 } // namespace

@@ -1,92 +1,14 @@
 // Whole recordings with sound of real, private sound servers, looked at in the finished movie.
-#include "capture/Colors.h"
 #include "capture/MovieFrames.h"
-#include "capture/OwnProcess.h"
-#include "capture/RecordingSession.h"
-#include "capture/sound/PulseSoundDevices.h"
-#include "capture/sound/SoundWatch.h"
-#include "media/Sound.h"
+#include "capture/sound/SoundRecordingFixture.h"
 #include "media/TestMovies.h"
 #include "media/pulse/PulseSound.h"
-#include "support/Eventually.h"
-#include "support/SoundServer.h"
-#include "support/TemporaryFolder.h"
-#include "support/TestWindow.h"
-
-#include <cstdlib>
-
-#include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace vantro::capture::sound {
 namespace {
 
-using namespace std::chrono_literals;
-using namespace test;
-using Kind = SoundServer::Kind;
-
-/// A recording of a small screen with its sound, under way.
-struct Recording {
-    explicit Recording(const SourceSwitches& sources) {
-        RecordingRequest request;
-        request.sources = sources;
-        session = std::make_unique<RecordingSession>(
-            request, [this] { return connectTo(server); }, makePulseSoundDevices());
-        session->choose({});
-        session->start(movie);
-        began = base::hostNow();
-    }
-
-    void stop() { metadata = session->stop(); }
-    bool goesOnFor(base::HostDuration time) const {
-        const auto end = base::hostNow() + time;
-        return eventually([&] { return base::hostNow() > end; });
-    }
-    /// The sound of a track of the finished movie; interleaved stereo.
-    std::vector<float> sound(std::size_t track) const {
-        const auto asset = media::Asset::open(movie);
-        media::Composition composition(asset);
-        composition.addTrack(media::MediaType::audio)
-            .insert({{}, asset.duration()}, asset.tracks(media::MediaType::audio).at(track), {});
-        return allSound(composition);
-    }
-
-    const XServer server{{.width = 160, .height = 120}};
-    TestWindow window{server, {0, 0, 160, 120}, colors::black};
-    TemporaryFolder folder;
-    std::filesystem::path movie = folder / "recording.mov";
-    std::unique_ptr<RecordingSession> session;
-    model::RecordingMetadata metadata;
-    base::HostTime began;
-};
-
-const SourceSwitches systemOnly{
-    .systemSound = true, .microphone = false, .camera = false, .microphoneDevice = {}};
-const SourceSwitches microphoneOnly{
-    .systemSound = false, .microphone = true, .camera = false, .microphoneDevice = {}};
-const SourceSwitches both{
-    .systemSound = true, .microphone = true, .camera = false, .microphoneDevice = {}};
-
-class SoundRecording : public testing::TestWithParam<Kind> {
-  protected:
-    void SetUp() override {
-        if (!SoundServer::isInstalled(GetParam()))
-            GTEST_SKIP() << "its programs are not installed";
-        server = std::make_unique<SoundServer>(GetParam());
-        server->start();
-        server->addMicrophone("mic");
-        server->addOutput("box");
-    }
-
-    std::unique_ptr<SoundServer> server;
-};
-
 INSTANTIATE_TEST_SUITE_P(, SoundRecording, testing::Values(Kind::pipewire, Kind::pulseaudio),
-                         [](const auto& kind) {
-                             return kind.param == Kind::pipewire ? "pipeWire" : "pulseAudio";
-                         });
+                         serverName);
 
 TEST_P(SoundRecording, TellsSpeakersAndMicrophoneApart) {
     const TonePlayer speakers("box", 440);
@@ -288,68 +210,6 @@ TEST_P(SoundRecording, HasNothingOfWhatVantroPlaysItself) {
     EXPECT_GT(toneAmplitude(sound, 440, end - 0.5, end - 0.1), 0.4);
     EXPECT_LT(toneAmplitude(sound, 1000, end - 0.5, end - 0.1), 0.01);
     EXPECT_TRUE(eventually([&] { return own->hasDevice(); })) << "it stays silent afterwards";
-}
-
-TEST_P(SoundRecording, GoesOnWithoutWhatIsNotThere) {
-    const auto recorded = [](const SourceSwitches& sources) {
-        Recording recording(sources);
-        EXPECT_TRUE(recording.goesOnFor(200ms));
-        recording.stop();
-        EXPECT_TRUE(media::Asset::open(recording.movie).tracks(media::MediaType::audio).empty());
-        EXPECT_GT(recording.metadata.endTime, 0.1);
-        return recording.session->statistics().lostSources;
-    };
-    server->removeMicrophone("mic"); // what is left of inputs are monitors
-    EXPECT_THAT(recorded(microphoneOnly),
-                testing::ElementsAre("Microphone: there is no microphone"));
-    auto named = microphoneOnly;
-    named.microphoneDevice = "box.monitor";
-    EXPECT_THAT(recorded(named), testing::ElementsAre("Microphone: there is no box.monitor"));
-    server->crash();
-    EXPECT_THAT(recorded(systemOnly),
-                testing::ElementsAre("System audio: there is no sound server"));
-}
-
-TEST_P(SoundRecording, ListsDevicesAsTheyComeAndGo) {
-    const auto names = [](const SoundWatch& watch) {
-        std::vector<std::string> found;
-        if (const auto devices = watch.devices(); devices && *devices)
-            for (const auto& device : **devices)
-                found.push_back(device.name + (device.isDefault ? " default" : ""));
-        return found;
-    };
-    std::atomic<int> changes = 0;
-    const SoundWatch watch([&] { ++changes; });
-    ASSERT_TRUE(eventually([&] {
-        const auto found = names(watch);
-        return std::ranges::count(found, "box.monitor default") == 1 &&
-               std::ranges::count(found, "mic default") == 1;
-    }));
-    EXPECT_EQ(abilitiesOf(*watch.devices()), SoundAbilities{});
-    server->removeMicrophone("mic");
-    EXPECT_TRUE(
-        eventually([&] { return !abilitiesOf(*watch.devices()).microphone.isAvailable(); }));
-    server->crash();
-    EXPECT_TRUE(eventually([&] { return !watch.devices()->has_value(); }));
-    EXPECT_GE(changes, 3);
-    EXPECT_FALSE(makePulseSoundDevices()->list());
-}
-
-TEST(SoundServerAbsence, AServerThatNeverAnswersIsGivenUp) {
-    const TemporaryFolder folder;
-    const auto place = (folder / "deaf").string();
-    const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    place.copy(address.sun_path, sizeof address.sun_path - 1);
-    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(listener, 4), 0);
-    ::setenv("PULSE_SERVER", ("unix:" + place).c_str(), 1); // NOLINT(concurrency-mt-unsafe)
-    const auto source = makePulseSoundDevices()->open(SoundKind::system, {});
-    ::unsetenv("PULSE_SERVER"); // NOLINT(concurrency-mt-unsafe)
-    ::close(listener);
-    ASSERT_FALSE(source);
-    EXPECT_EQ(source.error().reason, "the sound server does not answer");
 }
 
 } // namespace

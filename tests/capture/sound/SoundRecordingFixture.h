@@ -1,0 +1,81 @@
+#pragma once
+
+#include "capture/Colors.h"
+#include "capture/OwnProcess.h"
+#include "capture/RecordingSession.h"
+#include "capture/sound/PulseSoundDevices.h"
+#include "media/Sound.h"
+#include "support/Eventually.h"
+#include "support/SoundServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestWindow.h"
+
+#include <gmock/gmock.h>
+
+namespace vantro::capture::sound {
+
+using namespace std::chrono_literals;
+using namespace test;
+using Kind = SoundServer::Kind;
+
+/// A recording of a small screen with its sound, under way.
+struct Recording {
+    explicit Recording(const SourceSwitches& sources) {
+        RecordingRequest request;
+        request.sources = sources;
+        session = std::make_unique<RecordingSession>(
+            request, [this] { return connectTo(server); }, makePulseSoundDevices());
+        session->choose({});
+        session->start(movie);
+        began = base::hostNow();
+    }
+
+    void stop() { metadata = session->stop(); }
+    bool goesOnFor(base::HostDuration time) const {
+        const auto end = base::hostNow() + time;
+        return eventually([&] { return base::hostNow() > end; });
+    }
+    /// The sound of a track of the finished movie; interleaved stereo.
+    std::vector<float> sound(std::size_t track) const {
+        const auto asset = media::Asset::open(movie);
+        media::Composition composition(asset);
+        composition.addTrack(media::MediaType::audio)
+            .insert({{}, asset.duration()}, asset.tracks(media::MediaType::audio).at(track), {});
+        return allSound(composition);
+    }
+
+    const XServer server{{.width = 160, .height = 120}};
+    TestWindow window{server, {0, 0, 160, 120}, colors::black};
+    TemporaryFolder folder;
+    std::filesystem::path movie = folder / "recording.mov";
+    std::unique_ptr<RecordingSession> session;
+    model::RecordingMetadata metadata;
+    base::HostTime began;
+};
+
+inline const SourceSwitches systemOnly{
+    .systemSound = true, .microphone = false, .camera = false, .microphoneDevice = {}};
+inline const SourceSwitches microphoneOnly{
+    .systemSound = false, .microphone = true, .camera = false, .microphoneDevice = {}};
+inline const SourceSwitches both{
+    .systemSound = true, .microphone = true, .camera = false, .microphoneDevice = {}};
+
+class SoundRecording : public testing::TestWithParam<Kind> {
+  protected:
+    void SetUp() override {
+        if (!SoundServer::isInstalled(GetParam()))
+            GTEST_SKIP() << "its programs are not installed";
+        server = std::make_unique<SoundServer>(GetParam());
+        server->start();
+        server->addMicrophone("mic");
+        server->addOutput("box");
+    }
+
+    std::unique_ptr<SoundServer> server;
+};
+
+inline std::string serverName(const testing::TestParamInfo<Kind>& kind) {
+    return kind.param == Kind::pipewire ? "pipeWire" : "pulseAudio";
+}
+
+} // namespace vantro::capture::sound
