@@ -52,8 +52,11 @@ class Recorder {
     /// Finishes the files.
     virtual model::RecordingMetadata stop() = 0;
 
-    /// Any thread, at any time.
+    // Any thread, at any time:
+
     virtual RecordingStatistics statistics() = 0;
+    /// Zooms to where the pointer is now, as if it had clicked. Nothing where nothing is recorded.
+    virtual void mark() = 0;
 };
 
 } // namespace vantro::capture

@@ -96,6 +96,7 @@ void RecordingSession::start(const std::filesystem::path& movie) {
         throw;
     }
     m_progress.setRunning(true);
+    m_markable.with([this](CursorTracker*& tracker) { tracker = m_tracker.get(); });
     base::logInfo("Capture started");
 }
 
@@ -199,6 +200,14 @@ bool RecordingSession::startOptional(SoundTrack& track) {
     }
 }
 
+void RecordingSession::mark() {
+    // Under the lock: the tracker must not go meanwhile, and notes a press in no time.
+    m_markable.with([](CursorTracker* tracker) {
+        if (tracker != nullptr)
+            tracker->pressed({.time = base::hostNow(), .button = MouseButton::left, .place = {}});
+    });
+}
+
 void RecordingSession::pause() {
     m_clock.with([](RecordingClock& clock) { clock.pause(base::hostNow()); });
 }
@@ -209,6 +218,7 @@ void RecordingSession::resume() {
 
 void RecordingSession::abandon() {
     m_progress.setRunning(false);
+    m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
     m_clock.with([](RecordingClock& clock) { clock.stop(base::hostNow()); });
     m_screen.reset();
     m_sounds.clear();
@@ -224,6 +234,7 @@ void RecordingSession::abandon() {
 model::RecordingMetadata RecordingSession::stop() {
     base::require(m_writer != nullptr, "a recording is stopped that does not run");
     m_progress.setRunning(false);
+    m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
     const base::HostTime stopTime = m_clock.with([](RecordingClock& clock) {
         const base::HostTime now = base::hostNow();
         clock.stop(now);

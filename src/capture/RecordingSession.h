@@ -25,8 +25,8 @@ namespace vantro::capture {
 /// should the program be killed. The movie's goes when it is whole; the pointer's stays until
 /// whoever stopped the recording has kept its metadata.
 ///
-/// Lifecycle as a Recorder's. One worker thread for all calls but `statistics`, `pause` and
-/// `resume`, which any thread may make while the others do not destroy it.
+/// Lifecycle as a Recorder's. One worker thread for all calls but `statistics`, `mark`,
+/// `pause` and `resume`, which any thread may make while the others do not destroy it.
 class RecordingSession final : public Recorder {
   public:
     /// Connects to the desktop, on the worker thread. Throws VantroError.
@@ -47,6 +47,7 @@ class RecordingSession final : public Recorder {
     /// everything has stopped then too.
     model::RecordingMetadata stop() override;
     RecordingStatistics statistics() override { return m_progress.statistics(); }
+    void mark() override;
 
     /// What happens between these is left out of the movie, the pointer's path and the clicks.
     void pause();
@@ -82,6 +83,7 @@ class RecordingSession final : public Recorder {
     std::unique_ptr<media::AssetWriter> m_writer;
     std::unique_ptr<CursorJournal> m_journal;
     std::unique_ptr<CursorTracker> m_tracker;
+    base::Guarded<CursorTracker*> m_markable; ///< the tracker, while it takes marks
     std::unique_ptr<PointerSource> m_pointer;
     std::vector<std::unique_ptr<SoundTrack>> m_sounds;
     std::unique_ptr<ScreenTrack> m_screen;

@@ -14,6 +14,7 @@
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
 #include "program/PictureWithoutUs.h"
+#include "program/ProgramControl.h"
 #include "program/WindowedApplication.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
@@ -104,6 +105,7 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
+    ProgramControl m_control{m_state, m_recording};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};

@@ -3,7 +3,9 @@
 #include "app/cli/RecordingWatch.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
+#include "support/Eventually.h"
 #include "support/Pointer.h"
+#include "support/SessionBus.h"
 #include "support/TestWindow.h"
 
 #include <cstdlib>
@@ -19,15 +21,16 @@ namespace {
 using namespace vantro::test;
 using namespace vantro::test::colors;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 constexpr double codingTolerance = 8; // of 255 levels: the movie is not lossless
 
 class RecordCommand : public ::testing::Test {
   protected:
-    Result record(const std::string& arguments) const {
-        return vantro(
-            fmt::format("record --verbose --output '{}' {}", project.string(), arguments),
-            fmt::format("DISPLAY={} TMPDIR='{}'", server.display(), folder.path().string()));
+    Result record(const std::string& arguments, const std::string& environment = {}) const {
+        return vantro(fmt::format("record --verbose --output '{}' {}", project.string(), arguments),
+                      fmt::format("DISPLAY={} TMPDIR='{}' {}", server.display(),
+                                  folder.path().string(), environment));
     }
 
     const XServer server;
@@ -80,6 +83,30 @@ TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
     EXPECT_TRUE(hasColor(*first, 64, 20, red, codingTolerance));
     const auto click = files::readProjectFile(project).recording.metadata().clickEvents.at(0);
     EXPECT_EQ((model::Point{click.x, click.y}), (model::Point{30, 20}));
+}
+
+TEST_F(RecordCommand, TakesMarksAndItsEndFromOtherPrograms) {
+    const SessionBus bus;
+    const auto on = "DBUS_SESSION_BUS_ADDRESS='" + bus.address() + "'";
+    for (const auto* command : {"stop", "mark", "toggle"}) {
+        const auto refused = vantro(command, on);
+        EXPECT_EQ(refused.exitCode, 1);
+        EXPECT_THAT(refused.output, StartsWith("vantro: nothing is being recorded"));
+    }
+    Pointer(server).moveTo(130, 70);
+    Result recorded;
+    std::jthread recording(
+        [&] { recorded = record("--no-system-audio --mode area --rect 100,50,300,200", on); });
+    ASSERT_TRUE(eventually([&] { return vantro("mark", on).exitCode == 0; }));
+    EXPECT_EQ(vantro("stop", on).exitCode, 0);
+    const auto made = files::readProjectFile(project).recording; // at once
+    recording.join();
+    EXPECT_EQ(recorded.exitCode, 0) << recorded.output;
+    ASSERT_EQ(made.metadata().clickEvents.size(), 1U);
+    const auto& mark = made.metadata().clickEvents.front();
+    EXPECT_EQ((model::Point{mark.x, mark.y}), (model::Point{30, 20}));
+    EXPECT_THAT(vantro("stop", "-u DBUS_SESSION_BUS_ADDRESS -u XDG_RUNTIME_DIR").output,
+                StartsWith("vantro: no session bus"));
 }
 
 TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {

@@ -3,6 +3,7 @@
 #include "support/Eventually.h"
 #include "support/XConnection.h"
 
+#include <array>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -28,6 +29,7 @@ std::vector<std::string> commandOf(const std::string& display, const std::string
 
 pid_t startProgram(std::vector<std::string> arguments, int file) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& each : arguments)
         pointers.push_back(each.data());
     pointers.push_back(nullptr);
@@ -43,6 +45,24 @@ pid_t startProgram(std::vector<std::string> arguments, int file) {
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         throw std::runtime_error("cannot start " + arguments.front());
+    return process;
+}
+
+pid_t startAndRead(std::vector<std::string> arguments, std::string& line) {
+    const auto name = arguments.front();
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("cannot make a pipe");
+    const pid_t process = startProgram(std::move(arguments), ends[1]);
+    close(ends[1]);
+    char character = 0;
+    while (read(ends[0], &character, 1) == 1 && character != '\n')
+        line += character;
+    close(ends[0]);
+    if (line.empty()) {
+        endProgram(process);
+        throw std::runtime_error(name + " did not start");
+    }
     return process;
 }
 

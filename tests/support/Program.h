@@ -14,6 +14,9 @@ namespace vantro::test {
 /// `givenFile`. Throws std::runtime_error when it cannot be started.
 constexpr int givenFile = 8;
 pid_t startProgram(std::vector<std::string> arguments, int file = -1);
+/// The same for a program that writes a line to the given file when it is ready. Throws
+/// std::runtime_error when it ends without.
+pid_t startAndRead(std::vector<std::string> arguments, std::string& line);
 /// Sends it the signal, and waits until it is gone.
 void endProgram(pid_t process, int signal = SIGTERM);
 

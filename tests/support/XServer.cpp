@@ -4,11 +4,8 @@
 #include "support/XConnection.h"
 #include "support/XorgDesk.h"
 
-#include <array>
 #include <csignal>
-#include <stdexcept>
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,29 +31,11 @@ std::vector<std::string> arguments(const XServer::Options& options) {
     return list;
 }
 
-/// The server writes its number when it accepts connections; nothing is written when it fails.
-std::string readNumber(int pipe) {
-    std::string number;
-    char character = 0;
-    while (read(pipe, &character, 1) == 1 && character != '\n')
-        number += character;
-    return number;
-}
-
 } // namespace
 
 XServer::XServer(const Options& options) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("cannot make a pipe");
-    m_process = startProgram(arguments(options), ends[1]);
-    close(ends[1]);
-    const std::string number = readNumber(ends[0]);
-    close(ends[0]);
-    if (number.empty()) {
-        crash();
-        throw std::runtime_error("the X server did not start");
-    }
+    std::string number;
+    m_process = startAndRead(arguments(options), number);
     m_display = ":" + number;
 }
 

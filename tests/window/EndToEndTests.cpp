@@ -3,6 +3,7 @@
 #include "media/Asset.h"
 #include "model/Json.h"
 #include "support/Eventually.h"
+#include "support/SessionBus.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 #include "support/XorgDesk.h"
@@ -79,6 +80,7 @@ class EndToEndTest : public testing::Test {
         const auto pixel = QPointF(at) * scale;
         session.clickMain(static_cast<int>(pixel.x()), static_cast<int>(pixel.y()));
     }
+    fs::path recordedFolder() const { return *fs::directory_iterator(session.recordings()); }
     bool isShown(const QString& title) { return !session.window(title).isNull(); }
     bool hasEnded() {
         return eventually([this] { return session.program().waitForFinished(1); });
@@ -291,6 +293,34 @@ TEST_P(ScaledDesktopTest, ADraggedAreaIsRecordedAtItsEvenSize) {
 }
 
 INSTANTIATE_TEST_SUITE_P(TextResolutions, ScaledDesktopTest, testing::Values(144, 192));
+
+TEST_F(EndToEndTest, OtherProgramsStartMarkAndStopARecording) {
+    const test::SessionBus bus;
+    session.setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                        QString::fromStdString(bus.address()));
+    start();
+    click(screenMode);
+    session.xdo({"mousemove", "700", "600"});
+    const auto tell = [&](const char* command) {
+        QProcess telling;
+        telling.setProcessEnvironment(session.environment());
+        telling.start(session.program().program(), {QString::fromLatin1(command)});
+        telling.waitForFinished();
+        return telling.exitCode();
+    };
+    EXPECT_EQ(tell("mark"), 1);
+    EXPECT_EQ(tell("toggle"), 0);
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    ASSERT_TRUE(eventually([&] { // once capture runs
+        return tell("mark") == 0 &&
+               test::contentOf(recordedFolder() / "recording.mov.cursor").contains("\nleft ");
+    }));
+    EXPECT_EQ(tell("toggle"), 0);
+    const auto recorded = recordedIn(session.recordings());
+    const auto& mark = recorded.metadata.clickEvents.at(0);
+    EXPECT_EQ((model::Point{mark.x, mark.y}), (model::Point{700, 600}));
+    EXPECT_EQ(tell("stop"), 1) << "it is over";
+}
 
 } // namespace
 } // namespace vantro::window

@@ -71,6 +71,7 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     addWindowsCommand(app, action);
     addDevicesCommand(app, action);
     addRecordCommand(app, action, interrupts.token());
+    addControlCommands(app, action);
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);
     addInspectCommand(app, action);

@@ -13,6 +13,8 @@ void addDisplaysCommand(base::Command app, CommandAction& action);
 void addWindowsCommand(base::Command app, CommandAction& action);
 void addDevicesCommand(base::Command app, CommandAction& action);
 void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
+/// `stop`, `toggle` and `mark`.
+void addControlCommands(base::Command app, CommandAction& action);
 void addExportCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
 void addFrameCommand(base::Command app, CommandAction& action);
 void addRecoverCommand(base::Command app, CommandAction& action);

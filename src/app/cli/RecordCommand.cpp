@@ -2,6 +2,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
+#include "app/cli/RecordingControl.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
 #include "app/files/FinishRecording.h"
@@ -144,7 +145,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const auto movie = folder.path / files::package::recordingFile;
     const ProcessorUse before;
     recorder.start(movie);
-    const auto end = watchRecording(recorder, movie, options.limits, interrupted);
+    const RecordingControl control(recorder, interrupted);
+    const auto end = watchRecording(recorder, movie, options.limits, control.ending());
     auto metadata = finish(recorder, folder.path);
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();

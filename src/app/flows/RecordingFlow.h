@@ -38,6 +38,7 @@ class RecordingFlow : public QObject {
     void windowPickerCancelled();
     void areaSelected(std::uint32_t displayID, model::Rect rect);
     void areaCancelled();
+    bool isPreparing() const { return m_preparation != Preparation::none; }
     /// Takes everything back that precedes a recording. Harmless when there is nothing.
     void cancelPreparation();
     /// Does nothing unless a recording is under way and not yet stopping.

@@ -144,6 +144,7 @@ class ScriptedRecorder : public capture::Recorder {
         return metadata;
     }
     capture::RecordingStatistics statistics() override { return recorderStatus; }
+    void mark() override {}
 };
 
 class ScriptedPlatform : public app::flows::RecordingPlatform {

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include <sys/types.h>
+
+namespace vantro::test {
+
+/// A session bus of the test's own, from when it is constructed until it is destroyed.
+class SessionBus {
+  public:
+    /// Throws std::runtime_error when it does not start.
+    SessionBus();
+    ~SessionBus();
+    SessionBus(const SessionBus&) = delete;
+    SessionBus& operator=(const SessionBus&) = delete;
+
+    const std::string& address() const { return m_address; }
+
+  private:
+    std::string m_address;
+    pid_t m_process = -1;
+};
+
+} // namespace vantro::test
