@@ -105,7 +105,7 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
-    ProgramControl m_control{m_state, m_recording};
+    ProgramControl m_control{m_state, m_recording, m_recordingTasks};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};

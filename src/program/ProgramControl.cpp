@@ -1,19 +1,16 @@
 #include "program/ProgramControl.h"
 
 #include "app/flows/RecordingFlow.h"
+#include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
-
-#include <QMetaObject>
 
 namespace vantro::program {
 
-ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording)
+ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording,
+                               app::flows::TaskRunner& tasks)
     : m_state(state), m_recording(recording) {
-    const auto onMain = [this](std::function<void()> command) {
-        return [this, command = std::move(command)] {
-            QMetaObject::invokeMethod(
-                &m_mainThread, [command] { command(); }, Qt::QueuedConnection);
-        };
+    const auto onMain = [&tasks](std::function<void()> command) {
+        return [&tasks, command = std::move(command)] { tasks.onMain(command); };
     };
     m_service =
         control::ControlService::connect({.stop = onMain([this] { m_recording.stopRecording(); }),
@@ -25,7 +22,7 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& 
     if (!m_service)
         return;
     m_service->take(control::Role::program);
-    QObject::connect(&state, &app::AppState::phaseChanged, &m_mainThread, [this] {
+    QObject::connect(&state, &app::AppState::phaseChanged, &m_context, [this] {
         const bool isRecorder = m_state.phase() == app::AppPhase::recording();
         if (std::exchange(m_isRecorder, isRecorder) != isRecorder)
             isRecorder ? m_service->take(control::Role::recorder)

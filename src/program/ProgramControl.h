@@ -11,6 +11,7 @@ class AppState;
 
 namespace vantro::app::flows {
 class RecordingFlow;
+class TaskRunner;
 } // namespace vantro::app::flows
 
 namespace vantro::program {
@@ -19,15 +20,16 @@ namespace vantro::program {
 /// them. Main thread.
 class ProgramControl {
   public:
-    /// Both outlive this.
-    ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording);
+    /// All outlive this, and no event is handled between its end and that of `tasks`.
+    ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording,
+                   app::flows::TaskRunner& tasks);
 
   private:
     void toggle();
 
     app::AppState& m_state;
     app::flows::RecordingFlow& m_recording;
-    QObject m_mainThread; // commands wait for it, and go with it
+    QObject m_context; // signals are followed for as long as it lives
     std::unique_ptr<control::ControlService> m_service;
     bool m_isRecorder = false;
 };
