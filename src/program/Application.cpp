@@ -27,6 +27,7 @@
 #include "window/platform/IdleInhibitor.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
+#include "window/platform/StopNotice.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
 #include "window/start/RecentProjectsModel.h"
@@ -34,6 +35,7 @@
 
 #include <QApplication>
 #include <QQuickWindow>
+#include <QSystemTrayIcon>
 
 namespace vantro::program {
 namespace {
@@ -106,6 +108,8 @@ class Program {
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
     ProgramControl m_control{m_state, m_recording, m_recordingTasks};
+    window::StopNotice m_stopNotice{m_state, m_recording, QDBusConnection::sessionBus(),
+                                    QSystemTrayIcon::isSystemTrayAvailable};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};

@@ -14,7 +14,7 @@ const QString screenSaver = QStringLiteral("org.freedesktop.ScreenSaver");
 const QString screenSaverPath = QStringLiteral("/org/freedesktop/ScreenSaver");
 const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-constexpr uint idle = 8; // of the portal's flags
+constexpr uint suspendAndIdle = 4 | 8; // of the portal's flags
 
 QDBusMessage callOf(const QString& service, const QString& path, const QString& interface,
                     const QString& method) {
@@ -39,10 +39,24 @@ void IdleInhibitor::update() {
     m_wanted = wanted;
     if (wanted) {
         ++m_request;
-        askScreenSaver();
+        askPortal();
     } else if (m_release) {
         m_bus.asyncCall(*std::exchange(m_release, {}));
     }
+}
+
+void IdleInhibitor::askPortal() {
+    auto request = callOf(portal, portalPath, QStringLiteral("org.freedesktop.portal.Inhibit"),
+                          QStringLiteral("Inhibit"));
+    request << QString() << suspendAndIdle << QVariantMap{{QStringLiteral("reason"), reason()}};
+    ask(
+        request,
+        [](const QVariant& handle) {
+            return callOf(portal, handle.value<QDBusObjectPath>().path(),
+                          QStringLiteral("org.freedesktop.portal.Request"),
+                          QStringLiteral("Close"));
+        },
+        [this] { askScreenSaver(); });
 }
 
 void IdleInhibitor::askScreenSaver() {
@@ -55,20 +69,6 @@ void IdleInhibitor::askScreenSaver() {
                 callOf(screenSaver, screenSaverPath, screenSaver, QStringLiteral("UnInhibit"));
             release << cookie;
             return release;
-        },
-        [this] { askPortal(); });
-}
-
-void IdleInhibitor::askPortal() {
-    auto request = callOf(portal, portalPath, QStringLiteral("org.freedesktop.portal.Inhibit"),
-                          QStringLiteral("Inhibit"));
-    request << QString() << idle << QVariantMap{{QStringLiteral("reason"), reason()}};
-    ask(
-        request,
-        [](const QVariant& handle) {
-            return callOf(portal, handle.value<QDBusObjectPath>().path(),
-                          QStringLiteral("org.freedesktop.portal.Request"),
-                          QStringLiteral("Close"));
         },
         [] { base::logInfo("nothing keeps the screen from being blanked while recording"); });
 }

@@ -13,9 +13,10 @@ class AppState;
 
 namespace vantro::window {
 
-/// Keeps the desktop from blanking and locking the screen while a recording runs: by the screen
-/// saver's service, else by the portal. Where there is neither, that is logged and nothing more
-/// happens. What has been asked for ends with the connection, too. Main thread.
+/// Keeps the desktop from blanking and locking the screen and from suspending while a recording
+/// runs: by the portal, else by the screen saver's service, which does not know of suspending.
+/// Where there is neither, that is logged and nothing more happens. What has been asked for ends
+/// with the connection, too. Main thread.
 class IdleInhibitor : public QObject {
   public:
     /// `bus` is the session bus.
@@ -23,8 +24,8 @@ class IdleInhibitor : public QObject {
 
   private:
     void update();
-    void askScreenSaver();
     void askPortal();
+    void askScreenSaver();
     void ask(const QDBusMessage& request,
              const std::function<QDBusMessage(const QVariant& answer)>& releaseOf,
              const std::function<void()>& refused);

@@ -192,10 +192,12 @@ class ScriptedPanels : public app::flows::FilePanels {
 /// What the user is told now.
 inline void expectError(const app::AppState& state, model::VantroError::Kind kind,
                         std::string_view message) {
-    ASSERT_TRUE(state.error());
+    const auto& error = state.error();
+    if (!error.has_value())
+        FAIL() << "no error";
     EXPECT_TRUE(state.showError());
-    EXPECT_EQ(state.error()->kind(), kind);
-    EXPECT_THAT(state.error()->message(), testing::HasSubstr(message));
+    EXPECT_EQ(error->kind(), kind);
+    EXPECT_THAT(error->message(), testing::HasSubstr(message));
 }
 
 } // namespace vantro::test

@@ -1,0 +1,97 @@
+#include "app/flows/RecordingFlow.h"
+#include "app/flows/ScriptedServices.h"
+#include "window/PrivateBus.h"
+#include "window/platform/StopNotice.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusVirtualObject>
+#include <QTest>
+
+namespace vantro::window {
+namespace {
+
+/// Keeps what it is asked to show and the number of what was closed.
+class ScriptedNotifications : public QDBusVirtualObject {
+  public:
+    QDBusMessage shown;
+    uint closed = 0;
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+        if (message.member() == QStringLiteral("Notify"))
+            shown = message;
+        else
+            closed = message.arguments().value(0).toUInt();
+        return true;
+    }
+};
+
+class StopNoticeTest : public testing::Test {
+  protected:
+    StopNoticeTest() {
+        desktop.registerVirtualObject(QStringLiteral("/"), &service, QDBusConnection::SubPath);
+        desktop.registerService(QStringLiteral("org.freedesktop.Notifications"));
+    }
+    ~StopNoticeTest() override {
+        for (const auto* name : {"desktop", "program"})
+            QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
+    }
+    bool isShown() {
+        return QTest::qWaitFor([&] { return !service.shown.member().isEmpty(); });
+    }
+    void answer(uint number) { desktop.send(service.shown.createReply(number)); }
+    void press(uint number) {
+        auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
+                                                 QStringLiteral("org.freedesktop.Notifications"),
+                                                 QStringLiteral("ActionInvoked"));
+        signal << number << QStringLiteral("stop");
+        desktop.send(signal);
+    }
+
+    test::PrivateBus bus;
+    QDBusConnection desktop = bus.connect(QStringLiteral("desktop"));
+    ScriptedNotifications service;
+    app::AppState state{1};
+    test::ScriptedPlatform platform;
+    test::ScriptedOverlays overlays;
+    test::ManualTimers timers;
+    test::ManualTasks tasks;
+    app::flows::RecordingFlow flow{state, {platform, overlays, timers, tasks}};
+    bool hasTray = false;
+    StopNotice notice{state, flow, bus.connect(QStringLiteral("program")),
+                      [this] { return hasTray; }};
+};
+
+TEST_F(StopNoticeTest, StopsTheRecordingAndGoesWithIt) {
+    state.setPhase(app::AppPhase::recording());
+    ASSERT_TRUE(isShown());
+    const auto hints = qdbus_cast<QVariantMap>(service.shown.arguments().at(6));
+    EXPECT_EQ(hints.value(QStringLiteral("urgency")).toInt(), 0) << "no banner in the film";
+    answer(7);
+    press(8); // of another program
+    press(7);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return flow.isStopping(); }));
+    state.setPhase(app::AppPhase::idle());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return service.closed == 7; }));
+}
+
+TEST_F(StopNoticeTest, ThatIsShownTooLateIsClosedAtOnce) {
+    state.setPhase(app::AppPhase::recording());
+    ASSERT_TRUE(isShown());
+    state.setPhase(app::AppPhase::idle());
+    answer(7);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return service.closed == 7; }));
+}
+
+TEST_F(StopNoticeTest, IsNotNeededWhereThereIsATray) {
+    hasTray = true;
+    state.setPhase(app::AppPhase::recording());
+    QDBusConnection(QStringLiteral("program")).interface()->registeredServiceNames();
+    QCoreApplication::processEvents(); // a question would have come by now
+    EXPECT_TRUE(service.shown.member().isEmpty());
+}
+
+} // namespace
+} // namespace vantro::window
