@@ -40,8 +40,8 @@ void IdleInhibitor::update() {
     if (wanted) {
         ++m_request;
         askPortal();
-    } else if (m_release) {
-        m_bus.asyncCall(*std::exchange(m_release, {}));
+    } else if (const auto release = std::exchange(m_release, {})) {
+        m_bus.asyncCall(*release);
     }
 }
 
