@@ -139,6 +139,7 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     keep("editor-magnified", Texts::others);
     actions.timeline()->fit();
     key(Qt::Key_Question);
+    EXPECT_TRUE(shows("keyboardHelp"));
     keep("help", Texts::others);
     key(Qt::Key_Escape);
     click("export");

@@ -1,7 +1,5 @@
 #include "editor/bars/RulerPicture.h"
 
-#include "editor/bars/RulerNodes.h"
-
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>

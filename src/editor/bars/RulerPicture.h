@@ -1,8 +1,8 @@
 #pragma once
 
 #include "editor/bars/BarPicture.h"
+#include "editor/bars/RulerNodes.h"
 
-#include <QAccessible>
 #include <QColor>
 #include <vector>
 
@@ -12,7 +12,7 @@ namespace vantro::editor::bars {
 
 /// The ticks of the ruler, majors twice as high as minors, and the times above them. Assistive
 /// technology is told of each time as a text.
-class RulerPicture : public vantro::editor::bars::BarPicture {
+class RulerPicture : public vantro::editor::bars::BarPicture, public RulerLabels {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name MEMBER m_name NOTIFY madeFor)            ///< of the ruler
@@ -22,20 +22,13 @@ class RulerPicture : public vantro::editor::bars::BarPicture {
     Q_PROPERTY(QColor textColor MEMBER m_textColor NOTIFY madeFor)
 
   public:
-    struct Label {
-        QString text;
-        double left = 0;   ///< points
-        double extent = 0; ///< points
-    };
-
     RulerPicture();
     ~RulerPicture() override;
 
-    const QString& name() const { return m_name; }
-    /// The times in view, from left to right.
-    std::vector<Label> labels() const;
-    /// Of one of them: whichever stands at that place.
-    QAccessibleInterface* nodeOf(std::size_t label);
+    QQuickItem& ruler() override { return *this; }
+    QString rulerName() const override { return m_name; }
+    std::vector<Label> labels() const override;
+    QAccessibleInterface* nodeOf(std::size_t label) override;
 
   private:
     void follow(TimelineModel& timeline) override;
