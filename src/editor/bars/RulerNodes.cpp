@@ -101,8 +101,8 @@ void installRulerNodes() {
 }
 
 QAccessible::Id makeLabelNode(RulerLabels& labels, std::size_t label) {
-    return QAccessible::registerAccessibleInterface(
-        new LabelNode(labels, label)); // Qt's from now on
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): Qt's from now on
+    return QAccessible::registerAccessibleInterface(new LabelNode(labels, label));
 }
 
 } // namespace vantro::editor::bars
