@@ -10,7 +10,7 @@ void makeThreadIdle() noexcept {
     constexpr sched_param none{};
     // On Linux both take 0 for the calling thread alone.
     ::setpriority(PRIO_PROCESS, 0, lowest);
-    ::sched_setscheduler(0, SCHED_IDLE, &none);
+    ::sched_setscheduler(0, SCHED_BATCH, &none); // interrupts nobody when it wakes
 }
 
 } // namespace vantro::base

@@ -49,6 +49,8 @@ EditorPreview::EditorPreview(app::flows::TaskRunner& tasks, OpenMovie open, Make
 EditorPreview::~EditorPreview() {
     m_status = {};
     m_transport.detach();
+    for (const auto& maker : m_proxyMakers)
+        maker->stop(); // all at once, before they are waited for
 }
 
 void EditorPreview::show(std::optional<model::Recording> recording, model::Edit edit) {

@@ -66,8 +66,8 @@ struct FrameSource::Implementation {
     Position position = Position::trackStart;
     bool skips = false;
 
-    Implementation(const Asset& asset, int trackID)
-        : decoder(asset.movie(), trackID)
+    Implementation(const Asset& asset, int trackID, const std::function<void()>& opened)
+        : decoder(asset.movie(), trackID, opened)
         , converter(decoder.stream())
         , trackEnd(endOf(asset, trackID)) {}
 
@@ -211,8 +211,8 @@ struct FrameSource::Implementation {
     }
 };
 
-FrameSource::FrameSource(const Asset& asset, int trackID)
-    : m_implementation(std::make_unique<Implementation>(asset, trackID)) {}
+FrameSource::FrameSource(const Asset& asset, int trackID, const std::function<void()>& opened)
+    : m_implementation(std::make_unique<Implementation>(asset, trackID, opened)) {}
 
 FrameSource::~FrameSource() = default;
 FrameSource::FrameSource(FrameSource&&) noexcept = default;

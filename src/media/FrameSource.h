@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <expected>
+#include <functional>
 #include <memory>
 #include <stop_token>
 
@@ -29,8 +30,9 @@ class FrameSource {
   public:
     static constexpr std::size_t usualKeptBytes = 48'000'000;
 
-    /// Throws MediaError, with "No video track found" when there is none with that id.
-    FrameSource(const Asset& asset, int trackID);
+    /// Throws MediaError, with "No video track found" when there is none with that id. `opened` is
+    /// called once the file has been read, before there are threads that decode.
+    FrameSource(const Asset& asset, int trackID, const std::function<void()>& opened = {});
     ~FrameSource();
     FrameSource(FrameSource&&) noexcept;
 

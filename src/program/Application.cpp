@@ -159,6 +159,7 @@ void Program::connectQuitting() {
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, [this] {
         m_permission.stopPolling();
         m_placement.remember();
+        m_preview.show({}); // its threads end while others are waited for
     });
 }
 

@@ -4,21 +4,29 @@
 
 #include <gtest/gtest.h>
 #include <sched.h>
+#include <sys/resource.h>
 
 namespace vantro::base {
 namespace {
 
-TEST(ThreadPriority, AnIdleThreadAndThoseItStartsAreIdleAndNoOther) {
-    int own = -1;
-    int started = -1;
+struct Priority {
+    int policy = ::sched_getscheduler(0); ///< of this thread
+    int nice = ::getpriority(PRIO_PROCESS, 0);
+    bool operator==(const Priority&) const = default;
+};
+
+TEST(ThreadPriority, AnIdleThreadAndThoseItStartsComeLastAndNoOther) {
+    const Priority usual;
+    Priority own;
+    Priority started;
     std::jthread([&] {
         makeThreadIdle();
-        own = ::sched_getscheduler(0);
-        std::jthread([&] { started = ::sched_getscheduler(0); });
+        own = {};
+        std::jthread([&] { started = {}; });
     });
-    EXPECT_EQ(own, SCHED_IDLE);
-    EXPECT_EQ(started, SCHED_IDLE);
-    EXPECT_EQ(::sched_getscheduler(0), SCHED_OTHER);
+    EXPECT_EQ(own, (Priority{SCHED_BATCH, 19}));
+    EXPECT_EQ(started, own);
+    EXPECT_EQ(Priority(), usual);
 }
 
 } // namespace

@@ -120,7 +120,8 @@ bool WindowFixture::stageBecomes(Rgb color) {
     const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2});
     return QTest::qWaitFor([&] {
         const auto shot = window().grabWindow();
-        const auto shown = shot.pixelColor((middle * shot.devicePixelRatio()).toPoint());
+        const double ratio = static_cast<double>(shot.width()) / window().width();
+        const auto shown = shot.pixelColor((middle * ratio).toPoint());
         return distance({shown.red(), shown.green(), shown.blue()}, color) < 8;
     });
 }

@@ -213,6 +213,9 @@ SavedProject FolderStore::save(const fs::path& path, const model::Project& proje
                         .edit = project.edit},
             .lock = std::move(lock)};
 } catch (const fs::filesystem_error& error) {
+    // Its own text tells of temporary names, which nobody has chosen.
+    if (error.path2().empty() || error.code() == std::errc::no_such_file_or_directory)
+        failSave(fmt::format("{}: {}", error.path1().string(), error.code().message()));
     failSave(error.what());
 } catch (const model::EncodingError& error) {
     failSave(error.what());

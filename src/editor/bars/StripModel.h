@@ -35,6 +35,8 @@ class StripModel : public QObject {
     void look(const StripTiles& tiles, double from);
     /// The tile's picture; until there is one, that of a time near by, or null.
     std::shared_ptr<const media::PixelBuffer> picture(const StripTile& tile);
+    /// What all of it takes.
+    std::size_t bytes() const { return m_thumbnails.bytes() + m_waveform.bytes(); }
     media::strips::Peak peak(double from, double to) const { return m_waveform.over(from, to); }
 
   Q_SIGNALS:

@@ -24,6 +24,7 @@ Item {
         anchors { left: parent.left; right: controls.left; leftMargin: Theme.gap; verticalCenter: controls.verticalCenter }
         actions: panel.actions
         guard: panel.guard
+        onAnswered: panel.taken()
     }
     TransportControls {
         id: controls

@@ -8,6 +8,7 @@ Row {
 
     required property EditorActions actions
     required property ActionGuard guard
+    signal answered() // a question: the keyboard is the editor's again
 
     SymbolButton {
         objectName: "split"
@@ -54,6 +55,7 @@ Row {
         focus: true
         closePolicy: T.Popup.NoAutoClose
         onOpened: card.focusAnswer()
+        onClosed: tools.answered()
         T.Overlay.modal: Rectangle { color: Theme.scrim }
         contentItem: MessageCard {
             id: card

@@ -25,6 +25,13 @@ unsigned decodingThreads() {
     return std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
 }
 
+CodecHandle openedDecoder(const MovieFile& file, const AVStream& stream,
+                          const std::function<void()>& opened) {
+    if (opened)
+        opened();
+    return openDecoder(file, stream, decodingThreads());
+}
+
 } // namespace
 
 std::size_t bytesOf(const AVFrame& frame) {
@@ -34,11 +41,12 @@ std::size_t bytesOf(const AVFrame& frame) {
     return bytes;
 }
 
-VideoDecoder::VideoDecoder(const MovieReference& movie, int streamIndex)
+VideoDecoder::VideoDecoder(const MovieReference& movie, int streamIndex,
+                           const std::function<void()>& opened)
     : m_file(movie)
     , m_stream(&selectStream(m_file, streamIndex, AVMEDIA_TYPE_VIDEO))
     , m_clock(m_file.clock(*m_stream))
-    , m_codec(openDecoder(m_file, *m_stream, decodingThreads()))
+    , m_codec(openedDecoder(m_file, *m_stream, opened))
     , m_packet(makePacket())
     , m_sought(m_clock.zero()) {}
 

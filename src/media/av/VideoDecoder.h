@@ -3,6 +3,7 @@
 #include "media/av/MovieFile.h"
 #include "media/values/MediaTime.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,8 +22,10 @@ std::size_t bytesOf(const AVFrame& frame);
 /// threads of its own.
 class VideoDecoder {
   public:
-    /// Throws MediaError, with "No video track found" when the file has no such stream.
-    VideoDecoder(const MovieReference& movie, int streamIndex);
+    /// Throws MediaError, with "No video track found" when the file has no such stream. `opened` is
+    /// called once the file has been read, before there are threads that decode.
+    VideoDecoder(const MovieReference& movie, int streamIndex,
+                 const std::function<void()>& opened = {});
 
     const AVStream& stream() const { return *m_stream; }
 

@@ -64,8 +64,6 @@ ProxyMaker::ProxyMaker(MovieReference movie, int trackID, ProxySettings settings
 
 void ProxyMaker::run(const std::stop_token& stop) {
     base::setThreadName("com.vantro.proxy");
-    if (m_settings.yields)
-        base::makeThreadIdle();
     try {
         if (!m_settings.folder.empty())
             make(stop);
@@ -88,7 +86,14 @@ void ProxyMaker::make(const std::stop_token& stop) const {
         if (cache.use(key, piece))
             proxy->add(piece);
     m_ready(proxy);
-    FrameSource source(asset, m_trackID);
+    if (stop.stop_requested())
+        return;
+    // Not before the movie's index has been read: while the processors are busy that would take a
+    // minute, and so would stopping it.
+    FrameSource source(asset, m_trackID, [this] {
+        if (m_settings.yields)
+            base::makeThreadIdle();
+    });
     source.setKeptBytes(0);
     makePieces(*proxy, cache, key, source, stop);
 }

@@ -37,11 +37,11 @@ class ProxyMaker {
     using Ready = std::function<void(std::shared_ptr<ProxyMovie>)>;
 
     ProxyMaker(MovieReference movie, int trackID, ProxySettings settings, Ready ready);
-    /// Stops and waits, which takes long while the processors are busy.
+    /// Stops and waits for the step under way, of a few milliseconds of work.
     ~ProxyMaker() = default;
 
-    /// Gives up what is under way, within one picture. The pieces made so far stay. Any thread, and
-    /// at once.
+    /// Gives up what is under way, within one picture or once the file has been opened. The pieces
+    /// made so far stay. Any thread, and at once.
     void stop() { m_thread.request_stop(); }
     /// Nothing is under way any more.
     bool hasEnded() const { return m_hasEnded; }

@@ -32,6 +32,10 @@ void PeakReader::open() {
         m_sources.emplace_back(m_asset.movie(), track.id);
 }
 
+void PeakReader::prepare() try { open(); } catch (const MediaError&) {
+    m_sources.clear(); // the first piece tells
+}
+
 std::int64_t PeakReader::choose(double from) const {
     const auto count = static_cast<std::int64_t>(m_read.size());
     const double pieceSeconds = m_plan.bucketSeconds() * static_cast<double>(bucketsOfPiece);

@@ -18,6 +18,8 @@ class PeakReader {
 
     explicit PeakReader(const Asset& asset);
 
+    /// Reads the file now, and not with the first piece.
+    void prepare();
     bool isDone() const { return m_left == 0; }
     /// The first piece from a time on, seconds, that was not read yet, and then the last before.
     /// Nothing once all were read, or `stop` says so.

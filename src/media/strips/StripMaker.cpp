@@ -56,8 +56,6 @@ void StripMaker::stop() {
 
 void StripMaker::run(const std::stop_token& stop) {
     base::setThreadName("com.vantro.strips");
-    if (m_yields)
-        base::makeThreadIdle();
     try {
         make(stop);
     } catch (const std::exception& error) {
@@ -66,14 +64,23 @@ void StripMaker::run(const std::stop_token& stop) {
     m_hasEnded = true;
 }
 
-/// A picture and a piece of the sound in turn.
+/// A picture and a piece of the sound in turn. The index of a long movie is read before the thread
+/// is idle: while the processors are busy that would take a minute, and so would stopping it.
 void StripMaker::make(const std::stop_token& stop) {
     const auto asset = Asset::open(m_movie.path, m_movie.zero);
     m_tell(formatOf(asset));
-    std::optional<ThumbnailReader> pictures;
-    if (const auto video = asset.tracks(MediaType::video); !video.empty())
-        pictures.emplace(asset, video.front());
     PeakReader sound(asset);
+    if (!stop.stop_requested())
+        sound.prepare();
+    const auto becomeIdle = [this] {
+        if (m_yields)
+            base::makeThreadIdle();
+    };
+    std::optional<ThumbnailReader> pictures;
+    if (const auto video = asset.tracks(MediaType::video); !video.empty() && !stop.stop_requested())
+        pictures.emplace(asset, video.front(), becomeIdle);
+    else
+        becomeIdle();
     Order order;
     std::size_t next = 0;
     while (!stop.stop_requested()) {
@@ -87,6 +94,8 @@ void StripMaker::make(const std::stop_token& stop) {
             if (auto made = pictures->read(tick, order.view.tolerance, order.givenUp))
                 m_tell(std::move(*made));
         }
+        if (stop.stop_requested())
+            return;
         if (auto piece = sound.next(order.view.from, stop))
             m_tell(std::move(*piece));
         if (!isWanted && sound.isDone())

@@ -24,13 +24,13 @@ class StripMaker {
 
     /// `yields`: works only while a processor is idle.
     StripMaker(MovieReference movie, Tell tell, bool yields = true);
-    /// Stops and waits, which takes long while the processors are busy.
+    /// Stops and waits for the step under way, of a few milliseconds of work.
     ~StripMaker();
 
     /// Thumbnails of earlier views that were not made yet are given up, within one picture. One
     /// thread, that of `stop`; at once.
     void look(StripView view);
-    /// Ends it within one picture; at once.
+    /// Ends it within one picture, or once the file has been opened; at once.
     void stop();
     /// Nothing is under way any more.
     bool hasEnded() const { return m_hasEnded; }

@@ -25,8 +25,9 @@ ThumbnailSize ThumbnailSize::of(model::Size picture) {
     return {scaled(picture.width), scaled(picture.height)};
 }
 
-ThumbnailReader::ThumbnailReader(const Asset& asset, const AssetTrack& track)
-    : m_source(asset, track.id)
+ThumbnailReader::ThumbnailReader(const Asset& asset, const AssetTrack& track,
+                                 const std::function<void()>& opened)
+    : m_source(asset, track.id, opened)
     , m_size(ThumbnailSize::of(track.naturalSize))
     , m_scaler(m_size.width, m_size.height) {
     m_source.setKeptBytes(0);

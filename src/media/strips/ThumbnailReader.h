@@ -4,6 +4,7 @@
 #include "media/av/PictureScaler.h"
 #include "media/strips/Strip.h"
 
+#include <functional>
 #include <optional>
 
 namespace vantro::media::strips {
@@ -19,8 +20,10 @@ struct ThumbnailSize {
 /// Finds a movie's pictures and makes them small. One thread.
 class ThumbnailReader {
   public:
-    /// Throws MediaError.
-    ThumbnailReader(const Asset& asset, const AssetTrack& track);
+    /// Throws MediaError. `opened` is called once the file has been read, before there are threads
+    /// that decode.
+    ThumbnailReader(const Asset& asset, const AssetTrack& track,
+                    const std::function<void()>& opened = {});
 
     /// The keyframe of a time, if it is at most `tolerance` ticks earlier, or more than half a
     /// minute: decoding that much for one small picture is too dear. Else the exact picture.

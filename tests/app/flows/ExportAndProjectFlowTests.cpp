@@ -162,6 +162,21 @@ TEST_F(ProjectFlowTest, SavingAsksForAPlaceTheFirstTimeOnly) {
     EXPECT_EQ(state.projectPath(), folder / "copy.vantro");
 }
 
+TEST_F(ProjectFlowTest, APackageThatIsGoneIsNotSavedAnewWithoutItsMovie) {
+    const auto package = save("demo.vantro");
+    std::filesystem::rename(package, folder / "moved.vantro");
+    state.setCursorScale(1);
+    flow.saveProject();
+    tasks.runAll();
+    ASSERT_TRUE(state.error());
+    EXPECT_EQ(state.error()->message(),
+              (package / "recording.mov").string() + ": No such file or directory");
+    EXPECT_TRUE(state.document().isModified());
+    EXPECT_FALSE(std::filesystem::exists(package));
+    EXPECT_EQ(files::readProjectFile(folder / "moved.vantro").edit.cursorScale,
+              model::Edit{}.cursorScale);
+}
+
 TEST_F(ProjectFlowTest, AFailedOpenLeavesTheStateUnchanged) {
     const auto package = save("demo.vantro");
     std::ofstream(package / "project.json") << "{\"version\": 1}";
