@@ -47,7 +47,7 @@ capture::PlatformAbilities DesktopRecording::abilities() {
 std::shared_ptr<capture::Recorder>
 DesktopRecording::makeRecorder(capture::RecordingRequest request) {
     auto recorder = std::make_shared<capture::RecordingSession>(
-        std::move(request), app::connectDesktop, app::desktopSound());
+        std::move(request), app::connectDesktop, app::desktopSound(), app::desktopCameras());
     m_recorder = recorder;
     return recorder;
 }
