@@ -98,6 +98,7 @@ struct FakeCamera::Node {
     std::mutex mutex{};
     Format format{};                     // guarded by mutex
     std::optional<Format> wanted{};      // guarded by mutex
+    std::vector<double> times{};         // guarded by mutex
     bool isEnding = false;               // guarded by mutex
     std::promise<std::string> started{}; // what went wrong
     bool isKnown = false;
@@ -196,6 +197,10 @@ void FakeCamera::Node::send() {
                    .pts = std::chrono::nanoseconds(now).count(),
                    .dts_offset = 0,
                    .seq = camera.m_counter};
+    {
+        const std::lock_guard lock(mutex);
+        times.push_back(std::chrono::duration<double>(now).count());
+    }
     ++camera.m_counter;
     pw_stream_queue_buffer(stream, buffer);
 }
@@ -271,6 +276,11 @@ void FakeCamera::change(const Format& format) {
         m_node->wanted = format;
     }
     pw_loop_signal_event(pw_main_loop_get_loop(m_node->loop), m_node->wake);
+}
+
+std::vector<double> FakeCamera::times() const {
+    const std::lock_guard lock(m_node->mutex);
+    return m_node->times;
 }
 
 FakeCamera::Format FakeCamera::format() const {

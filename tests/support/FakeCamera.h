@@ -55,6 +55,8 @@ class FakeCamera {
     /// What it sends in, once somebody takes it.
     Format format() const;
     std::uint32_t sent() const { return m_counter; }
+    /// When it sent each picture, by the counter; CLOCK_MONOTONIC seconds.
+    std::vector<double> times() const;
     bool isUsed() const { return m_isUsed; }
 
   private:
