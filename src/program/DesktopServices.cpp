@@ -41,6 +41,7 @@ capture::PlatformAbilities DesktopRecording::abilities() {
     auto able = platform->abilities();
     able.systemSound = m_sound.system;
     able.microphone = m_sound.microphone;
+    able.camera = m_camera;
     return able;
 }
 

@@ -3,6 +3,7 @@
 #include "capture/camera/PipeWireCamera.h"
 
 #include <chrono>
+#include <filesystem>
 
 namespace vantro::capture::camera {
 namespace {
@@ -45,6 +46,10 @@ class DesktopCameras final : public CameraDevices {
 };
 
 } // namespace
+
+bool isInSandbox() {
+    return std::filesystem::exists("/.flatpak-info");
+}
 
 std::unique_ptr<CameraDevices> makeDesktopCameras() {
     return std::make_unique<DesktopCameras>();

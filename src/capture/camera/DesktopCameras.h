@@ -10,4 +10,7 @@ namespace vantro::capture::camera {
 /// user's PipeWire server, and where there is none those of the system.
 std::unique_ptr<CameraDevices> makeDesktopCameras();
 
+/// Whether what we may have is decided by a portal.
+bool isInSandbox();
+
 } // namespace vantro::capture::camera
