@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 
+#include "capture/camera/DesktopCameras.h"
 #include "capture/sound/PulseSoundDevices.h"
 #include "capture/x11/X11CapturePlatform.h"
 #include "model/VantroError.h"
@@ -22,6 +23,10 @@ std::unique_ptr<capture::CapturePlatform> connectDesktop() {
 
 std::unique_ptr<capture::SoundDevices> desktopSound() {
     return capture::sound::makePulseSoundDevices();
+}
+
+std::unique_ptr<capture::CameraDevices> desktopCameras() {
+    return capture::camera::makeDesktopCameras();
 }
 
 capture::ShareableContent shareableContent(capture::CapturePlatform& platform,

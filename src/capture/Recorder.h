@@ -28,6 +28,9 @@ struct RecordingStatistics {
     bool isRunning = false;          ///< from the start's success to the stop
     std::int64_t framesCaptured = 0; ///< handed to the encoder
     std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
+    // The camera's, likewise.
+    std::int64_t webcamFramesCaptured = 0;
+    std::int64_t webcamFramesDropped = 0;
     RecordingCondition condition = RecordingCondition::recording;
     std::string streamError; ///< why the stream stopped, for the user; empty otherwise
     /// Sources that were asked for and take no part, or no longer, each with the reason.

@@ -17,6 +17,8 @@ class RecordingProgress {
     void setRunning(bool isRunning) { m_isRunning = isRunning; }
     void frameCaptured() { ++m_captured; }
     void frameDropped() { ++m_dropped; }
+    void webcamFrameCaptured() { ++m_webcamCaptured; }
+    void webcamFrameDropped() { ++m_webcamDropped; }
     std::int64_t framesCaptured() const { return m_captured; }
 
     /// The recording cannot go on; the first reason counts.
@@ -46,6 +48,8 @@ class RecordingProgress {
         RecordingStatistics now{.isRunning = m_isRunning,
                                 .framesCaptured = m_captured,
                                 .framesDropped = m_dropped,
+                                .webcamFramesCaptured = m_webcamCaptured,
+                                .webcamFramesDropped = m_webcamDropped,
                                 .condition = reports.condition,
                                 .streamError = reports.streamError,
                                 .lostSources = {},
@@ -68,6 +72,8 @@ class RecordingProgress {
     std::atomic<bool> m_isRunning = false;
     std::atomic<std::int64_t> m_captured = 0;
     std::atomic<std::int64_t> m_dropped = 0;
+    std::atomic<std::int64_t> m_webcamCaptured = 0;
+    std::atomic<std::int64_t> m_webcamDropped = 0;
     base::Guarded<Reports> m_reports;
 };
 

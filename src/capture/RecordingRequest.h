@@ -16,6 +16,7 @@ struct SourceSwitches {
     bool camera = false;
     /// Its name or description; empty for the default one.
     std::string microphoneDevice;
+    std::string cameraDevice{}; ///< likewise
     bool operator==(const SourceSwitches&) const = default;
 };
 

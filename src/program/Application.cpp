@@ -9,6 +9,7 @@
 #include "app/flows/QtMainLoop.h"
 #include "app/flows/RecoveryFlow.h"
 #include "capture/RecordingTarget.h"
+#include "capture/camera/CameraWatch.h"
 #include "capture/sound/SoundWatch.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
@@ -58,6 +59,7 @@ class Program {
     void followPreferences();
     void connectQuitting();
     void soundChanged();
+    void camerasChanged();
 
     ui::Preferences m_preferences;
     ui::Appearance m_appearance{m_preferences};
@@ -95,6 +97,9 @@ class Program {
                             [this] { return m_desktop.abilities(); }};
     capture::sound::SoundWatch m_soundWatch{[this] {
         QMetaObject::invokeMethod(&m_guard, [this] { soundChanged(); }, Qt::QueuedConnection);
+    }};
+    capture::camera::CameraWatch m_cameraWatch{[this] {
+        QMetaObject::invokeMethod(&m_guard, [this] { camerasChanged(); }, Qt::QueuedConnection);
     }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     editor::EditorModel m_editor{
@@ -137,6 +142,13 @@ Program::Program() {
 void Program::soundChanged() {
     if (const auto devices = m_soundWatch.devices()) {
         m_desktop.setSound(capture::abilitiesOf(*devices));
+        m_guard.askAgain();
+    }
+}
+
+void Program::camerasChanged() {
+    if (const auto cameras = m_cameraWatch.cameras()) {
+        m_desktop.setCamera(capture::abilityOf(*cameras));
         m_guard.askAgain();
     }
 }

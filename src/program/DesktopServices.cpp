@@ -41,13 +41,14 @@ capture::PlatformAbilities DesktopRecording::abilities() {
     auto able = platform->abilities();
     able.systemSound = m_sound.system;
     able.microphone = m_sound.microphone;
+    able.camera = m_camera;
     return able;
 }
 
 std::shared_ptr<capture::Recorder>
 DesktopRecording::makeRecorder(capture::RecordingRequest request) {
     auto recorder = std::make_shared<capture::RecordingSession>(
-        std::move(request), app::connectDesktop, app::desktopSound());
+        std::move(request), app::connectDesktop, app::desktopSound(), app::desktopCameras());
     m_recorder = recorder;
     return recorder;
 }

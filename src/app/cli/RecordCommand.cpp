@@ -104,6 +104,8 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                                             {"clicks", metadata.clickEvents.size()},
                                             {"bytes", bytes},
                                             {"cpuPercent", 100 * processorShare},
+                                            {"webcamFrames", statistics.webcamFramesCaptured},
+                                            {"webcamDropped", statistics.webcamFramesDropped},
                                             {"missing", statistics.lostSources},
                                             {"endedBy", rawValue(end)}}
                   << '\n';
@@ -133,7 +135,8 @@ model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesyst
 
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
-    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound());
+    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound(),
+                                       desktopCameras());
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
@@ -227,7 +230,7 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
         .excludes(window);
 }
 
-void addSoundOptions(base::Command command, capture::SourceSwitches& sources) {
+void addSourceOptions(base::Command command, capture::SourceSwitches& sources) {
     sources.systemSound = true; // as in the window
     command.flag("--system-audio,!--no-system-audio", sources.systemSound,
                  "Record what the computer plays (default: yes)");
@@ -239,6 +242,16 @@ void addSoundOptions(base::Command command, capture::SourceSwitches& sources) {
                 sources.microphoneDevice = device;
             },
             "Record a microphone too: the default one, or one that `vantro devices` prints")
+        .valueName("DEVICE")
+        .optionalValue();
+    command
+        .option(
+            "--webcam",
+            [&sources](const std::string& device) {
+                sources.camera = true;
+                sources.cameraDevice = device;
+            },
+            "Record a camera too: the default one, or one that `vantro devices` prints")
         .valueName("DEVICE")
         .optionalValue();
 }
@@ -254,7 +267,7 @@ void addRecordCommand(base::Command app, CommandAction& action,
         .valueName("NAME")
         .check(endsIn({files::package::extension}));
     addRequestOptions(command, options->request);
-    addSoundOptions(command, options->request.sources);
+    addSourceOptions(command, options->request.sources);
     command.option("--delay", options->delay, "How long to wait before the start")
         .valueName("S")
         .within(0.0, longestDelay);

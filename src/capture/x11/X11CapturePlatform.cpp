@@ -58,7 +58,6 @@ PlatformAbilities X11CapturePlatform::abilities() {
                                 "extension Composite.");
     abilities.clicks = needs(xcb_input_id, "Clicks are not recorded: the display lacks the "
                                            "extension XInputExtension 2.");
-    abilities.camera.whyNot = "Vantro cannot record a camera yet.";
     return abilities;
 }
 
