@@ -127,12 +127,13 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     actions.timeline()->setMark({.from = 0.3, .to = 0.5});
     keep("editor-range", Texts::others);
     actions.letGo();
-    const auto zooms = state.editableClickEvents();
-    auto moved = std::vector<model::ClickEvent>(zooms.begin(), zooms.end());
-    moved[1].zoomLevel = 2.5;
-    state.setEditableClickEvents(moved);
+    auto zooms = std::vector<model::ClickEvent>(state.editableClickEvents().begin(),
+                                                state.editableClickEvents().end());
+    zooms[1].id = model::Uuid::random(); // as if it had been added by hand
+    state.setEditableClickEvents(zooms);
     click("recomputeZooms");
-    keep("editor-recompute");
+    EXPECT_TRUE(shows("recomputeCard"));
+    keep("editor-recompute", Texts::others);
     key(Qt::Key_Escape);
     actions.timeline()->magnify(6, 300);
     keep("editor-magnified", Texts::others);
@@ -141,6 +142,7 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     keep("help", Texts::others);
     key(Qt::Key_Escape);
     click("export");
+    keep("export-size", Texts::others);
     click("exportNow");
     panels.answer("/tmp/What was recorded, as a film that everybody likes to look at.mp4");
     runTasks();

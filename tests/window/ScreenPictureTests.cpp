@@ -15,16 +15,19 @@ namespace {
 TEST_P(ScreenPictureTest, RecordingScreens) {
     keep("controls");
     EXPECT_EQ(isLeftOf("options", "systemAudio"), GetParam().isForeign);
+    platform.attached[0].name = "A display with a long name and number 27U-4100, at the window";
+    platform.attached[1].name = "Built-in";
+    displays.refresh();
+    state.setCaptureMode(model::CaptureMode::screen);
+    keep("controls-screen", Texts::others);
     state.setCaptureMode(model::CaptureMode::window);
     keep("controls-window");
     state.setCaptureMode(model::CaptureMode::area);
-    keep("controls-area");
     platform.able.areas.whyNot = "This desktop cannot freeze its screen";
     guard.askAgain();
     keep("controls-unable", Texts::others);
     platform.able = {};
     guard.askAgain();
-    state.setCaptureMode(model::CaptureMode::screen);
     QTemporaryFile movie;
     ASSERT_TRUE(movie.open());
     recovery.offer(movie.fileName().toStdString());
