@@ -1,6 +1,7 @@
 #include "program/WindowedApplication.h"
 
 #include "capture/RecordingTarget.h"
+#include "ui/platform/AccessibleApplication.h"
 #include "window/platform/StartUp.h"
 
 #include <QApplication>
@@ -18,6 +19,7 @@ std::unique_ptr<QApplication> makeWindowedApplication(int& argc, char** argv) {
     // The window class, by which recordings leave our own windows out.
     QCoreApplication::setApplicationName(QString::fromLatin1(capture::ownBundleIdentifier));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vantro"));
+    ui::tellDisplayName();
     QGuiApplication::setDesktopFileName(QString::fromLatin1(capture::ownBundleIdentifier));
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);

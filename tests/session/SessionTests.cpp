@@ -196,7 +196,7 @@ void SessionTest::changeZooms() {
 
 void SessionTest::changeLook() {
     hand->press(radio, QStringLiteral("Picture"));
-    hand->press(radio, QStringLiteral("builtin 05"));
+    hand->press(radio, QStringLiteral("Picture 5"));
     hand->press(radio, QStringLiteral("Top left"));
 }
 

@@ -44,10 +44,13 @@ TEST_F(AccessibilityTest, TextsStandOutFromTheirGroundInBothThemes) {
                  {"warning", {"window"}},
                  {"accentInk", {"accent", "accentHover", "accentPressed"}},
                  {"stopInk", {"stop", "stopHover", "stopPressed"}},
-                 {"tipText", {"tip"}}})
+                 {"tipText", {"tip"}},
+                 {"timelineText", {"timelineGround"}}})
             for (const auto* ground : grounds)
                 EXPECT_GE(test::contrast(themeColor(text), themeColor(ground)), 4.5)
                     << text << " on " << ground << (theme == ui::ThemeChoice::dark ? ", dark" : "");
+        for (const auto* mark : {"timelinePlayhead", "timelineHandle", "timelineZoomOutline"})
+            EXPECT_GE(test::contrast(themeColor(mark), themeColor("timelineGround")), 3) << mark;
     }
 }
 

@@ -1,6 +1,5 @@
 #include "app/files/RecordingFolder.h"
 #include "media/MovieRecovery.h"
-#include "model/BackgroundCatalog.h"
 #include "window/ScreenPictures.h"
 #include "window/overlay/SelectionOverlay.h"
 
@@ -8,7 +7,6 @@
 #include <QTemporaryFile>
 #include <QTest>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 
 namespace vantro::window {
@@ -17,6 +15,19 @@ namespace {
 TEST_P(ScreenPictureTest, RecordingScreens) {
     keep("controls");
     EXPECT_EQ(isLeftOf("options", "systemAudio"), GetParam().isForeign);
+    platform.attached[0].name = "A display with a long name and number 27U-4100, at the window";
+    platform.attached[1].name = "Built-in";
+    displays.refresh();
+    state.setCaptureMode(model::CaptureMode::screen);
+    keep("controls-screen", Texts::others);
+    state.setCaptureMode(model::CaptureMode::window);
+    keep("controls-window");
+    state.setCaptureMode(model::CaptureMode::area);
+    platform.able.areas.whyNot = "This desktop cannot freeze its screen";
+    guard.askAgain();
+    keep("controls-unable", Texts::others);
+    platform.able = {};
+    guard.askAgain();
     QTemporaryFile movie;
     ASSERT_TRUE(movie.open());
     recovery.offer(movie.fileName().toStdString());
@@ -116,119 +127,8 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     EXPECT_EQ(text("pickerError"), "cannot open display :9");
 }
 
-TEST_P(ScreenPictureTest, Editor) {
-    showEditor();
-    EXPECT_EQ(text("loadingPreview").contains("Loading preview..."), true);
-    keep("editor-loading");
-    EXPECT_TRUE(stageBecomes(test::colorOfSecond(0)));
-    keep("editor");
-    EXPECT_EQ(isLeftOf("export", "recordingName"), GetParam().isForeign);
-    EXPECT_TRUE(isLeftOf("currentTimeLabel", "durationLabel")) << "time runs to the right";
-    click("export");
-    keep("export");
-    exportScript = [this](const auto& progress) {
-        progress(0.42);
-        tasks.runMain();
-        keep("exporting");
-    };
-    click("exportNow");
-    panels.answer("/tmp/demo.mp4");
-    runTasks();
-    state.setError("No space left on device", model::VantroError::Kind::exportFailed);
-    keep("editor-alert", Texts::others);
-}
-
-/// A page of text, as it is recorded most often.
-QImage page(int second) {
-    QImage picture(1280, 720, QImage::Format_RGB32);
-    picture.fill(QColor("#f4f5f7"));
-    QPainter painter(&picture);
-    painter.fillRect(0, 0, 1280, 64, QColor("#1f3a5f"));
-    for (int line = 0; line < 14; ++line)
-        painter.fillRect(90, 120 + line * 40, 300 + line * 97 % 500, 14, QColor("#9aa5b1"));
-    painter.fillRect(900, 130, 290, 190, QColor::fromHsv(second * 37 % 360, 120, 220));
-    painter.fillRect(900, 350, 290, 290, QColor("#dfe3e8"));
-    return picture;
-}
-
-void writePages(const std::filesystem::path& movie) {
-    test::writeMovie(movie, 1280, 720, 2, 24, [](media::PixelBuffer& bgra, int frame) {
-        const auto picture = page(frame / 2);
-        for (int y = 0; y < bgra.height(); ++y)
-            std::memcpy(bgra.mutableRow(0, y), picture.constScanLine(y),
-                        static_cast<std::size_t>(picture.bytesPerLine()));
-    });
-}
-
-/// Twelve seconds with everything that an edit can hold.
-model::Project fullProject(const std::filesystem::path& folder) {
-    model::RecordingMetadata metadata;
-    metadata.captureRect = {0, 0, 1280, 720};
-    metadata.endTime = 12;
-    metadata.hasSystemAudio = metadata.hasMicrophoneAudio = metadata.hasWebcam = true;
-    metadata.cursorPositions = {{400, 300, 0}, {900, 220, 12}};
-    metadata.clickEvents = {{.x = 400, .y = 300, .timestamp = 2},
-                            {.x = 1000, .y = 220, .timestamp = 6},
-                            {.x = 300, .y = 500, .timestamp = 9.5}};
-    writePages(folder / "recording.mov");
-    test::writeMovie(folder / "webcam.mov", 320, 240, 2, 24,
-                     [](media::PixelBuffer& bgra, int) { test::fill(bgra, {96, 125, 139}); });
-    auto project = test::plainProject(folder / "recording.mov", 2, metadata);
-    project.name = "How to bring what was recorded into a film that everybody likes to look at";
-    project.edit = model::freshEdit(metadata);
-    project.edit.segments = {{{.startFraction = 0.05, .endFraction = 0.4},
-                              {.startFraction = 0.4, .endFraction = 0.55, .speed = 2},
-                              {.startFraction = 0.62, .endFraction = 0.95}}};
-    return project;
-}
-
-TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
-    const auto project = fullProject(files.path().toStdString());
-    state.show(project);
-    runTasks();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return preview.isReady(); }));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return actions.strip()->hasPictures(); }));
-    const auto reveal = [this](const char* first, const char* picture) {
-        item(first).forceActiveFocus(Qt::TabFocusReason);
-        keep(picture, Texts::others);
-    };
-    keep("editor-full", Texts::others);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return fillsStage(); }));
-    keep("editor-full", Texts::others);
-    click("moreColors");
-    reveal("colorField", "editor-colors");
-    state.setBackgroundSettings(
-        {.type = model::BackgroundCatalog::application().builtIn("builtin-05").value()});
-    reveal("choosePicture", "editor-picture");
-    reveal("pointerScaleField", "editor-frame");
-    reveal("removeAllZooms", "editor-zooms");
-    reveal("webcamSizeField", "editor-webcam");
-    reveal("microphoneVolumeField", "editor-sound");
-    item("stage").forceActiveFocus();
-    state.setSelectedClickID(project.edit.clickEvents[1].id);
-    keep("editor-zoom", Texts::others);
-    state.setSelectedClickID({});
-    state.setSelectedSegmentID(project.edit.segments[1].id);
-    keep("editor-segment", Texts::others);
-    state.setSelectedSegmentID({});
-    actions.timeline()->setMark({.from = 0.3, .to = 0.5});
-    keep("editor-range", Texts::others);
-    actions.letGo();
-    actions.timeline()->magnify(6, 300);
-    keep("editor-magnified", Texts::others);
-    actions.timeline()->fit();
-    key(Qt::Key_Question);
-    keep("help", Texts::others);
-    key(Qt::Key_Escape);
-    click("export");
-    click("exportNow");
-    panels.answer("/tmp/What was recorded, as a film that everybody likes to look at.mp4");
-    runTasks();
-    keep("export-done", Texts::others);
-}
-
 TEST(AreaPicture, IsDraggedOut) {
-    QImage backdrop = page(3);
+    QImage backdrop = pageOfText(3);
     overlay::SelectionOverlay area(QGuiApplication::primaryScreen(), backdrop, {}, {});
     area.resize(backdrop.size());
     QTest::mousePress(&area, Qt::LeftButton, {}, {380, 200});

@@ -1,9 +1,22 @@
 #include "window/ScreenPictures.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
 namespace vantro::window {
+
+QImage pageOfText(int second) {
+    QImage picture(1280, 720, QImage::Format_RGB32);
+    picture.fill(QColor("#f4f5f7"));
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, 1280, 64, QColor("#1f3a5f"));
+    for (int line = 0; line < 14; ++line)
+        painter.fillRect(90, 120 + line * 40, 300 + line * 97 % 500, 14, QColor("#9aa5b1"));
+    painter.fillRect(900, 130, 290, 190, QColor::fromHsv(second * 37 % 360, 120, 220));
+    painter.fillRect(900, 350, 290, 290, QColor("#dfe3e8"));
+    return picture;
+}
 
 ScreenPictureTest::ScreenPictureTest() {
     if (GetParam().isForeign) {

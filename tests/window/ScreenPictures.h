@@ -3,6 +3,7 @@
 #include "window/WindowFixture.h"
 
 #include <QGuiApplication>
+#include <QImage>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTranslator>
@@ -23,6 +24,9 @@ struct Look {
     ui::ThemeChoice theme;
     bool isForeign; ///< in another language, from right to left
 };
+
+/// A page of text, as it is recorded most often.
+QImage pageOfText(int second);
 
 /// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
 /// without taste: the theme's background, that no text is cut off at the window's edge, and that

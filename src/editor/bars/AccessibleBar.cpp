@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::array kindNames{
     std::pair{BarPart::Kind::whole, ""}, std::pair{BarPart::Kind::start, " start"},
-    std::pair{BarPart::Kind::end, " end"}, std::pair{BarPart::Kind::cut, " cut"}};
+    std::pair{BarPart::Kind::end, " end"}, std::pair{BarPart::Kind::cut, " cut"},
+    std::pair{BarPart::Kind::remove, " delete"}};
 constexpr std::size_t idLength = 36; // characters
 
 /// Of what is shown in `item`; made by a Repeater, they are no children of it as objects.

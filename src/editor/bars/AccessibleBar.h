@@ -35,6 +35,7 @@ class AccessibleBar : public vantro::editor::bars::BarPicture, public BarParts {
     double latest() const override { return timeline()->duration(); }
     std::optional<BarPart> focused() const override;
     QAccessibleInterface* nodeOf(const BarPart& part) override;
+    void press(const BarPart& part) override { select(part); }
     void takeFocus(const BarPart& part) override;
 
   Q_SIGNALS:
@@ -44,6 +45,8 @@ class AccessibleBar : public vantro::editor::bars::BarPicture, public BarParts {
     AccessibleBar();
 
     virtual std::vector<BarPart> listedParts() const = 0;
+    /// And brings it into view.
+    virtual void select(const BarPart& part) = 0;
     /// Where x lies on the screen, as far as it is in view.
     QRect placeOf(double x, double width) const;
     /// The bar shows something else now.

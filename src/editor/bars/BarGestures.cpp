@@ -339,11 +339,14 @@ void BarGestures::moveEdgeTo(timeline::SegmentEdge edge, double seconds) {
 }
 
 void BarGestures::deleteZoom() {
-    if (const auto* zoom = rowAt(m_model.zoomRows(), m_model.zoomStop())) {
-        m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), zoom->id),
-                         {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
-        m_edits.state().setSelectedClickID({});
-    }
+    if (const auto* zoom = rowAt(m_model.zoomRows(), m_model.zoomStop()))
+        deleteZoom(zoom->id);
+}
+
+void BarGestures::deleteZoom(const model::Uuid& id) {
+    m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), id),
+                     {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
+    m_edits.state().setSelectedClickID({});
 }
 
 } // namespace vantro::editor::bars

@@ -58,6 +58,7 @@ class BarGestures : public QObject {
     /// With its silenced clicks.
     Q_INVOKABLE void deleteZoom();
     // The same by assistive technology, on any.
+    void deleteZoom(const model::Uuid& id);
     void moveZoomTo(const model::Uuid& id, timeline::ZoomPart part, double seconds);
     void moveEdgeTo(timeline::SegmentEdge edge, double seconds);
 

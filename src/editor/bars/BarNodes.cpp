@@ -61,7 +61,8 @@ class PartNode final : public QAccessibleInterface,
         QAccessible::State state;
         const auto told = m_bar.told(m_part);
         state.invalid = !told;
-        state.focusable = state.selectable = told.has_value();
+        state.focusable = told.has_value();
+        state.selectable = told && told->role != QAccessible::Button;
         state.offscreen = told && told->place.isEmpty();
         state.selected = told && told->isSelected;
         state.focused = m_bar.focused() == m_part;
@@ -90,7 +91,7 @@ class PartNode final : public QAccessibleInterface,
         if (!told)
             return;
         if (name == pressAction())
-            m_bar.select(m_part);
+            m_bar.press(m_part);
         else if (name == setFocusAction())
             m_bar.takeFocus(m_part);
         else if (told->seconds && name == increaseAction())

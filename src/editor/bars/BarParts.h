@@ -12,10 +12,10 @@ class QQuickItem;
 
 namespace vantro::editor::bars {
 
-/// A block, segment or handle on a bar, which stays the same one wherever it is moved and however
-/// the bar shows it.
+/// A block, segment, handle or button on a bar, which stays the same one wherever it is moved and
+/// however the bar shows it.
 struct BarPart {
-    enum class Kind { whole, start, end, cut };
+    enum class Kind { whole, start, end, cut, remove };
     model::Uuid id; ///< the zoom's or segment's; of a cut that of the segment before it
     Kind kind = Kind::whole;
     auto operator<=>(const BarPart&) const = default;
@@ -54,7 +54,8 @@ class BarParts {
     virtual QAccessibleInterface* nodeOf(const BarPart& part) = 0;
 
     // By assistive technology. Each selects the part and brings it into view.
-    virtual void select(const BarPart& part) = 0;
+    /// Does what a button does.
+    virtual void press(const BarPart& part) = 0;
     virtual void setSeconds(const BarPart& part, double seconds) = 0;
     virtual void takeFocus(const BarPart& part) = 0;
 };

@@ -63,13 +63,18 @@ void RecordingStrip::paint(QPainter& painter) {
 void RecordingStrip::paintPictures(QPainter& painter, const StripTiles& tiles, double width) const {
     const QColor shade(0, 0, 0, static_cast<int>(std::lround((1 - kept) * 255)));
     const double pictureWidth = m_strip->aspect() * picturesHeight();
+    const double ratio = painter.device()->devicePixelRatioF();
+    const auto onPixel = [ratio](double x) { return std::round(x * ratio) / ratio; };
     for (const auto& tile : tiles.tiles) {
         const auto pixels = m_strip->picture(tile);
         if (!pixels)
             continue;
-        const QRectF whole(tile.x, 0, width, picturesHeight());
+        // Else rounding leaves a line of the ground between neighbors.
+        const double left = onPixel(tile.x);
+        const QRectF whole(left, 0, onPixel(tile.x + width) - left, picturesHeight());
         painter.fillRect(whole, m_groundColor);
-        painter.drawImage(QRectF(tile.x, 0, pictureWidth, picturesHeight()), imageOf(*pixels));
+        painter.drawImage(QRectF(left, 0, onPixel(tile.x + pictureWidth) - left, picturesHeight()),
+                          imageOf(*pixels));
         painter.fillRect(whole, shade);
     }
 }

@@ -26,7 +26,6 @@ class SegmentBarPicture : public vantro::editor::bars::AccessibleBar {
 
   public:
     std::optional<ToldPart> told(const BarPart& part) const override;
-    void select(const BarPart& part) override;
     void setSeconds(const BarPart& part, double seconds) override;
 
   private:
@@ -36,6 +35,7 @@ class SegmentBarPicture : public vantro::editor::bars::AccessibleBar {
     void paintBadge(QPainter& painter, const timeline::SegmentRow& row) const;
     void paintEdge(QPainter& painter, const timeline::EdgeRow& row) const;
     std::vector<BarPart> listedParts() const override;
+    void select(const BarPart& part) override;
     std::optional<timeline::SegmentEdge> edgeOf(const BarPart& part) const;
 
     int m_textSize = 11;

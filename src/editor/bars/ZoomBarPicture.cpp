@@ -15,6 +15,9 @@ constexpr double radius = 4;
 constexpr double thinnest = 2; // a thinner block would not be seen
 constexpr double widthForOutline = 4;
 constexpr double widthForLabel = 44;
+// Of the button that deletes a block, which is an item of the selected one.
+constexpr double widthForDelete = 88;
+constexpr double deleteSize = 18;
 constexpr double beyond = 16; // outside of the bar, where blocks that are cut off may end
 
 QColor withOpacity(QColor color, double opacity) {
@@ -81,7 +84,9 @@ std::vector<BarPart> ZoomBarPicture::listedParts() const {
 std::vector<BarPart> ZoomBarPicture::partsOf(const BarPart& part) const {
     if (part.kind != BarPart::Kind::whole)
         return {};
-    return {{part.id, BarPart::Kind::start}, {part.id, BarPart::Kind::end}};
+    return {{part.id, BarPart::Kind::start},
+            {part.id, BarPart::Kind::end},
+            {part.id, BarPart::Kind::remove}};
 }
 
 std::optional<BarPart> ZoomBarPicture::parentOf(const BarPart& part) const {
@@ -114,8 +119,21 @@ std::optional<ToldPart> ZoomBarPicture::told(const BarPart& part) const {
         result.name = tr("End of %1").arg(result.name);
         result.seconds = place->end * edits.duration();
         result.place = placeOf(end - handle, handle);
+    } else if (part.kind == BarPart::Kind::remove) {
+        result.name = tr("Delete %1").arg(result.name);
+        result.role = QAccessible::Button;
+        result.seconds = {};
+        const bool isShown = result.isSelected && end - start >= widthForDelete;
+        result.place = isShown ? placeOf(end - handle - 1 - deleteSize, deleteSize) : QRect();
     }
     return result;
+}
+
+void ZoomBarPicture::press(const BarPart& part) {
+    if (part.kind == BarPart::Kind::remove)
+        actions()->gestures()->deleteZoom(part.id);
+    else
+        select(part);
 }
 
 void ZoomBarPicture::select(const BarPart& part) {

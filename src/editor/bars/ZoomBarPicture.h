@@ -9,7 +9,7 @@
 namespace vantro::editor::bars {
 
 /// The blocks of the zooms, with their levels where there is room. Its parts are all zooms that the
-/// film shows, in view or not, and below each its two ends.
+/// film shows, in view or not, and below each its two ends and what deletes it.
 class ZoomBarPicture : public vantro::editor::bars::AccessibleBar {
     Q_OBJECT
     QML_ELEMENT
@@ -22,7 +22,7 @@ class ZoomBarPicture : public vantro::editor::bars::AccessibleBar {
     std::vector<BarPart> partsOf(const BarPart& part) const override;
     std::optional<BarPart> parentOf(const BarPart& part) const override;
     std::optional<ToldPart> told(const BarPart& part) const override;
-    void select(const BarPart& part) override;
+    void press(const BarPart& part) override;
     void setSeconds(const BarPart& part, double seconds) override;
 
   private:
@@ -30,6 +30,7 @@ class ZoomBarPicture : public vantro::editor::bars::AccessibleBar {
     void paint(QPainter& painter) override;
     void paintBlock(QPainter& painter, const timeline::ZoomRow& row) const;
     std::vector<BarPart> listedParts() const override;
+    void select(const BarPart& part) override;
 
     int m_textSize = 11;
     QColor m_fill = Qt::black;

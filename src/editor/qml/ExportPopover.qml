@@ -21,6 +21,7 @@ T.Popup {
         Accessible.role: Accessible.Dialog
         Accessible.name: qsTr("Export Settings")
         Label {
+            anchors.left: parent.left
             text: qsTr("Export Settings")
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold
@@ -106,6 +107,7 @@ T.Popup {
             color: Theme.border
         }
         Label {
+            anchors.left: parent.left
             text: qsTr("Frame at the Playhead")
             font.weight: Font.DemiBold
         }

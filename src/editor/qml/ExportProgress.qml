@@ -21,7 +21,7 @@ Item {
         Accessible.description: progress.editor.progressText + " " + progress.editor.timeLeft
         background: Rectangle {
             radius: 2
-            color: Theme.sunken
+            color: Theme.groove
         }
         contentItem: Item {
             Rectangle {

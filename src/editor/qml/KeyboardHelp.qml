@@ -51,6 +51,7 @@ T.Popup {
         }
         focus: true
         Label {
+            anchors.left: parent.left
             text: qsTr("Keyboard")
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold

@@ -9,8 +9,6 @@ Item {
     required property real tickHeight
     signal taken()
 
-    Accessible.role: Accessible.Grouping
-    Accessible.name: qsTr("Ruler")
     objectName: "ruler"
 
     GestureArea {
@@ -21,9 +19,11 @@ Item {
     RulerPicture {
         anchors.fill: parent
         timeline: ruler.actions.timeline
+        name: qsTr("Ruler")
         tickHeight: ruler.tickHeight
         textSize: Theme.caption
         tickColor: Theme.timelineTick
         textColor: Theme.timelineText
+        Accessible.role: Accessible.Grouping
     }
 }

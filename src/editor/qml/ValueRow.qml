@@ -18,6 +18,7 @@ Item {
     property real step: Math.pow(10, -decimals) // of an arrow key, in the unit that is shown
     property string unit: ""
     property bool logarithmic: false
+    property bool fromLeft: false // of the picture, in every language
     signal edited(real value)
 
     readonly property real grain: Math.pow(10, decimals) * factor
@@ -150,6 +151,7 @@ Item {
     T.Slider {
         id: slider
         anchors.fill: knob
+        LayoutMirroring.enabled: row.LayoutMirroring.enabled && !row.fromLeft
         focusPolicy: Qt.NoFocus
         activeFocusOnTab: false
         from: row.place(row.from)

@@ -56,6 +56,7 @@ TimeHandle {
                 onWanted: to => block.actions.gestures.setZoom(BarGestures.End, to)
             }
             SymbolButton {
+                readonly property string part: block.part + " delete"
                 objectName: "deleteZoom"
                 anchors { right: parent.right; rightMargin: block.handleWidth + 1; verticalCenter: parent.verticalCenter }
                 visible: block.width >= 88

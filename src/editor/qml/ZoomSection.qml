@@ -32,6 +32,7 @@ SidebarSection {
         from: 0
         to: Math.max(section.group.width, 1)
         usual: section.group.width / 2
+        fromLeft: true
         onEdited: value => section.group.x = value
     }
     ValueRow {

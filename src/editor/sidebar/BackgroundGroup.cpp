@@ -66,6 +66,8 @@ void BackgroundGroup::setPictureUsed(bool used) {
         use(*m_picture);
     else if (!catalog().empty())
         use(catalog().front());
+    else
+        chooseOwn();
 }
 
 QColor BackgroundGroup::color() const {
@@ -90,8 +92,8 @@ QStringList BackgroundGroup::presets() const {
 
 QStringList BackgroundGroup::names() const {
     QStringList names;
-    for (const auto& entry : catalog())
-        names.append(QString::fromStdString(entry.name));
+    for (std::size_t i = 1; i <= catalog().size(); ++i)
+        names.append(tr("Picture %1").arg(i));
     return names;
 }
 

@@ -21,7 +21,7 @@ class BackgroundGroup : public SettingsGroup {
     Q_PROPERTY(bool isPicture READ isPicture WRITE setPictureUsed NOTIFY changed)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
     Q_PROPERTY(QStringList presets READ presets CONSTANT) ///< colors to choose from, "#RRGGBB"
-    /// The program's pictures by name, and where their previews are had from.
+    /// The program's pictures by what they are called, and where their previews are had from.
     Q_PROPERTY(QStringList names READ names CONSTANT)
     Q_PROPERTY(QStringList previews READ previews CONSTANT)
     /// Index into names; -1 for none of them.
@@ -39,7 +39,8 @@ class BackgroundGroup : public SettingsGroup {
                     app::flows::TaskRunner& tasks);
 
     bool isPicture() const { return image() != nullptr; }
-    /// Goes on with the color or picture that was used before.
+    /// Goes on with the color or picture that was used before. Asks for a picture where the program
+    /// has none.
     void setPictureUsed(bool used);
     QColor color() const;
     void setColor(const QColor& color);

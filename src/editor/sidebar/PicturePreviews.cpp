@@ -29,7 +29,10 @@ QImage PicturePreviews::requestImage(const QString& id, QSize* size, const QSize
         return preview;
     } catch (const std::exception& failure) {
         base::logInfo("{}", failure.what());
-        return {};
+        QImage nothing(1, 1, QImage::Format_ARGB32_Premultiplied);
+        nothing.fill(Qt::transparent);
+        *size = nothing.size();
+        return nothing;
     }
 }
 

@@ -9,7 +9,7 @@ namespace vantro::editor::sidebar {
 inline constexpr QSize previewSize(112, 72);
 
 /// Pictures of any format that a background may have, small, as images of QML: read on the image
-/// loader's thread. Those that cannot be read are empty.
+/// loader's thread. Those that cannot be read are clear.
 class PicturePreviews : public QQuickImageProvider {
   public:
     PicturePreviews() : QQuickImageProvider(Image, ForceAsynchronousImageLoading) {}

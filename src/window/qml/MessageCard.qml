@@ -22,6 +22,7 @@ FocusScope {
 
     function focusAnswer() {
         acceptButton.forceActiveFocus(Qt.TabFocusReason)
+        acceptButton.focusReason = Qt.TabFocusReason // it may have had the keyboard since before
     }
 
     Rectangle {
@@ -45,7 +46,9 @@ FocusScope {
             width: box.width - 2 * Theme.margin
             spacing: Theme.gap
             Label {
+                width: parent.width
                 text: card.title
+                elide: Text.ElideRight
                 font.pixelSize: Theme.headline
                 font.weight: Font.DemiBold
             }

@@ -8,7 +8,7 @@ FocusScope {
     required property MainModel app
     required property ActionGuard guard
 
-    implicitWidth: Math.max(220, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
+    implicitWidth: Math.max(220, row.implicitWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 78 : 54
 
     Row {
@@ -28,8 +28,6 @@ FocusScope {
             objectName: "elapsed"
             anchors.verticalCenter: parent.verticalCenter
             text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
-            width: Math.min(implicitWidth, screen.width - stop.width - Theme.margin - 2 * Theme.wide - Theme.gap - 10)
-            elide: Text.ElideRight
             font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
             font.weight: Font.DemiBold
         }

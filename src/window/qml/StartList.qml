@@ -19,7 +19,7 @@ FocusScope {
 
     Label {
         id: header
-        x: Theme.gap
+        anchors { left: parent.left; leftMargin: Theme.gap }
         height: 26
         verticalAlignment: Text.AlignVCenter
         text: list.title

@@ -1,6 +1,8 @@
 #include "editor/bars/BarsFixture.h"
 
 #include <QAccessible>
+#include <algorithm>
+#include <ranges>
 
 namespace vantro::editor::bars {
 namespace {
@@ -116,6 +118,63 @@ TEST_F(TimelineBarsTest, AssistiveTechnologyFindsReadsAndMovesEverything) {
                 3.98, 1e-6);
     found(root, "Playhead").at(0)->valueInterface()->setCurrentValue(3.0);
     EXPECT_TRUE(playheadBecomes(3));
+}
+
+TEST_F(TimelineBarsTest, AssistiveTechnologyReadsTheTimesOfTheRuler) {
+    open();
+    auto* root = QAccessible::queryAccessibleInterface(&item("timeline"));
+    auto* ruler = found(root, "Ruler").at(0);
+    const auto expectTimes = [&](const std::vector<std::pair<const char*, double>>& times) {
+        ASSERT_EQ(ruler->childCount(), static_cast<int>(times.size()));
+        for (int i = 0; i < ruler->childCount(); ++i) {
+            const auto& [text, seconds] = times[static_cast<std::size_t>(i)];
+            auto* label = ruler->child(i);
+            EXPECT_EQ(label->text(QAccessible::Name), text);
+            EXPECT_EQ(label->role(), QAccessible::StaticText);
+            EXPECT_EQ(ruler->indexOfChild(label), i);
+            EXPECT_EQ(label->parent(), ruler);
+            const auto x = window().mapToGlobal(at("ruler", seconds)).x();
+            EXPECT_LE(label->rect().left(), x + 1) << text;
+            EXPECT_GE(label->rect().right(), x - 1) << text;
+        }
+    };
+    expectTimes({{"0:00", 0}, {"0:01", 1}, {"0:02", 2}, {"0:03", 3}, {"0:04", 4}});
+    actions.timeline()->magnify(4, 0);
+    settle();
+    EXPECT_TRUE(std::ranges::any_of(std::views::iota(0, ruler->childCount()), [&](int i) {
+        return ruler->child(i)->text(QAccessible::Name) == "0:00.5";
+    })) << "as they are now";
+}
+
+TEST_F(TimelineBarsTest, AssistiveTechnologyReachesEachOfManyZoomsOutOfView) {
+    std::vector<model::ClickEvent> zooms;
+    for (int i = 0; i < 2'000; ++i)
+        zooms.push_back(zoomAt(0.001 + i * 0.001999, 0.07, 0.07));
+    const auto last = zooms.back();
+    open(zooms);
+    actions.timeline()->magnify(20, 0);
+    settle();
+    auto* root = QAccessible::queryAccessibleInterface(&item("timeline"));
+    auto* bar = found(root, "Zooms").at(0);
+    ASSERT_EQ(bar->childCount(), 2'000);
+    auto* block = bar->child(1'999);
+    EXPECT_EQ(bar->indexOfChild(block), 1'999);
+    EXPECT_TRUE(block->state().offscreen);
+    EXPECT_TRUE(block->rect().isEmpty());
+    auto* action = block->actionInterface();
+    ASSERT_NE(action, nullptr);
+    action->doAction(QAccessibleActionInterface::setFocusAction());
+    settle();
+    EXPECT_FALSE(block->state().offscreen) << "it has come into view";
+    EXPECT_TRUE(block->state().focused);
+    EXPECT_EQ(state.selectedClickID(), last.id);
+    auto* remove = found(block, "Delete " + block->text(QAccessible::Name)).at(0);
+    EXPECT_EQ(remove->role(), QAccessible::Button);
+    remove->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(bar->childCount(), 1'999);
+    EXPECT_EQ(state.editableClickEvents().size(), 1'999U);
+    EXPECT_EQ(timeline::findZoom(state.editableClickEvents(), last.id), nullptr);
+    EXPECT_FALSE(block->isValid());
 }
 
 TEST_F(TimelineBarsTest, AFocusedBlockHasTheArrowsUntilEscapeGivesThemBack) {
