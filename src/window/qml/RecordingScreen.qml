@@ -7,8 +7,9 @@ FocusScope {
 
     required property MainModel app
     required property ActionGuard guard
+    required property LevelMeters meters
 
-    implicitWidth: Math.max(220, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
+    implicitWidth: Math.max(220 + (levels.width > 0 ? levels.width + Theme.gap : 0), note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 78 : 54
 
     Row {
@@ -28,10 +29,30 @@ FocusScope {
             objectName: "elapsed"
             anchors.verticalCenter: parent.verticalCenter
             text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
-            width: Math.min(implicitWidth, screen.width - stop.width - Theme.margin - 2 * Theme.wide - Theme.gap - 10)
+            width: Math.min(implicitWidth, screen.width - stop.width - Theme.margin - 2 * Theme.wide - Theme.gap - 10 - (levels.width > 0 ? levels.width + Theme.gap : 0))
             elide: Text.ElideRight
             font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
             font.weight: Font.DemiBold
+        }
+    }
+    Row {
+        id: levels
+        anchors { right: stop.left; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
+        visible: !screen.app.stopping
+        spacing: 3
+        LevelMeter {
+            objectName: "systemLevel"
+            width: 5
+            height: 30
+            meter: screen.meters.system
+            name: qsTr("System audio level")
+        }
+        LevelMeter {
+            objectName: "microphoneLevel"
+            width: 5
+            height: 30
+            meter: screen.meters.microphone
+            name: qsTr("Microphone level")
         }
     }
     PushButton {
