@@ -99,6 +99,9 @@ class ScriptedSound final : public capture::SoundDevices {
             return std::unexpected(*m_script->microphoneRefusal);
         return std::make_unique<Microphone>(m_script);
     }
+    std::unique_ptr<capture::SoundMeter> meter(capture::SoundKind, const std::string&) override {
+        return nullptr;
+    }
 
   private:
     struct Microphone final : capture::SoundSource {

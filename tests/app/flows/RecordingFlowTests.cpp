@@ -67,8 +67,10 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
 
 TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
     state.setMicrophoneAudioEnabled(true);
+    state.setMicrophoneDevice("headset");
     platform.able.systemSound.whyNot = "There is no output.";
     record();
+    EXPECT_EQ(platform.made.back().sources.microphoneDevice, "headset");
     EXPECT_FALSE(platform.made.back().sources.systemSound);
     EXPECT_TRUE(platform.made.back().sources.microphone);
 }
