@@ -53,16 +53,16 @@ void CameraWatch::follow(pipewire::Loop& loop, const std::stop_token& stop) {
         return know(makeDesktopCameras()->list());
     bool isChanged = true;
     const pipewire::Registry registry(**connection, [&] { isChanged = true; });
+    const auto& loss = (*connection)->loss();
     if (!(*connection)->awaitAnswers(longestAnswer))
-        return know(std::unexpected((*connection)->loss() ? (*connection)->loss()->reason
-                                                          : "PipeWire does not answer"));
-    while (!stop.stop_requested() && !(*connection)->loss()) {
+        return know(std::unexpected(loss ? loss->reason : "PipeWire does not answer"));
+    while (!stop.stop_requested() && !loss) {
         if (std::exchange(isChanged, false))
             know(camerasOf(registry.nodes()));
         loop.turn(forEver);
     }
-    if ((*connection)->loss())
-        know(std::unexpected((*connection)->loss()->reason));
+    if (loss)
+        know(std::unexpected(loss->reason));
 }
 
 void CameraWatch::know(Cameras cameras) {

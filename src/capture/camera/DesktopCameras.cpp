@@ -1,6 +1,7 @@
 #include "capture/camera/DesktopCameras.h"
 
 #include "capture/camera/PipeWireCamera.h"
+#include "capture/camera/V4l2Camera.h"
 
 #include <chrono>
 #include <filesystem>
@@ -27,21 +28,28 @@ std::expected<std::vector<CameraDevice>, std::string> listPipeWire(const Remote&
     if (!connection)
         return std::unexpected(connection.error().reason);
     const pipewire::Registry registry(**connection);
-    if (!(*connection)->awaitAnswers(longestAnswer))
-        return std::unexpected((*connection)->loss() ? (*connection)->loss()->reason
-                                                     : "PipeWire does not answer");
+    if (!(*connection)->awaitAnswers(longestAnswer)) {
+        const auto& loss = (*connection)->loss();
+        return std::unexpected(loss ? loss->reason : "PipeWire does not answer");
+    }
     return camerasOf(registry.nodes());
+}
+
+bool hasServer() {
+    pipewire::Loop loop;
+    return pipewire::Connection::open(loop).has_value();
 }
 
 class DesktopCameras final : public CameraDevices {
   public:
     std::expected<std::vector<CameraDevice>, std::string> list() override {
-        return listPipeWire(ownServer);
+        return hasServer() ? listPipeWire(ownServer) : systemCameras();
     }
 
     std::expected<std::unique_ptr<CameraSource>, CameraRefusal>
     open(const std::string& device) override {
-        return PipeWireCamera::open(device, ownServer, longestOpening);
+        return hasServer() ? PipeWireCamera::open(device, ownServer, longestOpening)
+                           : V4l2Camera::open(device);
     }
 };
 

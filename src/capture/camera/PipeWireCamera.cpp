@@ -114,12 +114,11 @@ void PipeWireCamera::move(State to) {
 
 void PipeWireCamera::update(pipewire::Loop& loop, base::HostTime now) {
     const auto error = std::exchange(m_streamError, {});
-    if (m_connection && m_connection->loss()) {
-        const auto refusal = refusalOf(*m_connection->loss());
+    if (const auto loss = m_connection ? m_connection->loss() : std::nullopt) {
         m_stream.reset();
         m_registry.reset();
         m_connection.reset();
-        return lose(refusal);
+        return lose(refusalOf(*loss));
     }
     if (m_state == State::absent) {
         if (now < m_retryAt)

@@ -67,6 +67,7 @@ wantedFormats(const std::vector<pipewire::FormatOffer>& offered) {
     // Size and rate must be fixed: from ranges a camera takes its own first ones.
     const auto candidates = candidatesOf(offered);
     std::vector<CameraFormat> formats;
+    formats.reserve(candidates.size());
     for (const auto& each : candidates)
         formats.push_back(each.format);
     if (const auto best = chooseFormat(formats)) {

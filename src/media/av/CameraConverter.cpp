@@ -4,6 +4,7 @@
 #include "media/values/MediaError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 extern "C" {
@@ -49,7 +50,7 @@ Place placeWithin(int width, int height, int wholeWidth, int wholeHeight) {
     const double scale = std::min(static_cast<double>(wholeWidth) / width,
                                   static_cast<double>(wholeHeight) / height);
     const auto fitted = [scale](int length, int whole) {
-        return std::clamp(static_cast<int>(length * scale + 0.5) & ~1, 2, whole);
+        return std::clamp(static_cast<int>(std::lround(length * scale)) & ~1, 2, whole);
     };
     const int w = fitted(width, wholeWidth);
     const int h = fitted(height, wholeHeight);
