@@ -1,5 +1,6 @@
 #include "capture/camera/DesktopCameras.h"
 
+#include "capture/camera/CameraPortal.h"
 #include "capture/camera/PipeWireCamera.h"
 #include "capture/camera/V4l2Camera.h"
 
@@ -14,6 +15,9 @@ using namespace std::chrono_literals;
 // From the connection to the first format, of a server that is busy.
 constexpr auto longestOpening = 5s;
 constexpr auto longestAnswer = 2s;
+// A user who is asked may have to find the dialog first; one who is away must not keep the screen
+// from being recorded.
+constexpr auto longestPermission = 60s;
 
 std::expected<base::FileDescriptor, CameraRefusal> ownServer() {
     return base::FileDescriptor();
@@ -53,13 +57,40 @@ class DesktopCameras final : public CameraDevices {
     }
 };
 
+class PortalCameras final : public CameraDevices {
+  public:
+    explicit PortalCameras(base::HostDuration longest) : m_longest(longest) {}
+
+    std::expected<std::vector<CameraDevice>, std::string> list() override {
+        if (!portalHasCamera())
+            return std::vector<CameraDevice>{};
+        return std::vector<CameraDevice>{{.name = {}, .description = "Camera", .isDefault = true}};
+    }
+
+    std::expected<std::unique_ptr<CameraSource>, CameraRefusal>
+    open(const std::string& device) override {
+        return PipeWireCamera::open(
+            device, [longest = m_longest] { return askForCameras(longest); },
+            m_longest + longestOpening);
+    }
+
+  private:
+    base::HostDuration m_longest;
+};
+
 } // namespace
+
+std::unique_ptr<CameraDevices> makePortalCameras(base::HostDuration longest) {
+    return std::make_unique<PortalCameras>(longest);
+}
 
 bool isInSandbox() {
     return std::filesystem::exists("/.flatpak-info");
 }
 
 std::unique_ptr<CameraDevices> makeDesktopCameras() {
+    if (isInSandbox())
+        return makePortalCameras(longestPermission);
     return std::make_unique<DesktopCameras>();
 }
 

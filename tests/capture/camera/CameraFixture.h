@@ -45,6 +45,12 @@ inline bool hasPictures(const Recording& recording, std::int64_t count) {
         [&] { return recording.session->statistics().webcamFramesCaptured >= before + count; });
 }
 
+/// Whether the screen is recorded, for a moment.
+inline bool isRecorded(const Recording& recording) {
+    return eventually([&] { return recording.session->statistics().framesCaptured > 0; }) &&
+           recording.goesOnFor(100ms);
+}
+
 /// A private PipeWire server, one for all tests of the program.
 class CameraTest : public testing::Test {
   protected:
