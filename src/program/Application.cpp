@@ -63,6 +63,17 @@ microphonesOf(const capture::sound::SoundWatch::Devices& devices) {
     return microphones;
 }
 
+std::vector<window::devices::AttachedDevice>
+attached(const capture::camera::CameraWatch::Cameras& cameras) {
+    std::vector<window::devices::AttachedDevice> devices;
+    if (cameras)
+        for (const auto& each : *cameras)
+            devices.push_back({.name = QString::fromStdString(each.name),
+                               .description = QString::fromStdString(each.description),
+                               .isDefault = each.isDefault});
+    return devices;
+}
+
 /// Everything that the program consists of, made in the order in which it depends on each other.
 class Program {
   public:
@@ -176,6 +187,7 @@ void Program::camerasChanged() {
     if (const auto cameras = m_cameraWatch.cameras()) {
         m_desktop.setCamera(capture::abilityOf(*cameras));
         m_guard.askAgain();
+        m_cameras.setDevices(attached(*cameras));
     }
 }
 

@@ -175,7 +175,7 @@ void FakeCamera::Node::formatChanged(const spa_pod& pod) {
     pods[1] = put(SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta,
                   {{SPA_PARAM_META_type, SPA_META_Header},
                    {SPA_PARAM_META_size, static_cast<int>(sizeof(spa_meta_header))}});
-    pw_stream_update_params(stream, pods.data(), camera.m_settings.stamps ? 2 : 1);
+    pw_stream_update_params(stream, pods.data(), camera.m_settings.stamps == Stamps::none ? 1 : 2);
 }
 
 void FakeCamera::Node::send() {
@@ -194,7 +194,9 @@ void FakeCamera::Node::send() {
             spa_buffer_find_meta_data(buffer->buffer, SPA_META_Header, sizeof(spa_meta_header))))
         *header = {.flags = 0,
                    .offset = 0,
-                   .pts = std::chrono::nanoseconds(now).count(),
+                   .pts = camera.m_settings.stamps == Stamps::host
+                              ? std::chrono::nanoseconds(now).count()
+                              : 1 + camera.m_counter * 33'000'000L,
                    .dts_offset = 0,
                    .seq = camera.m_counter};
     {

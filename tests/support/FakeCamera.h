@@ -18,6 +18,9 @@ class FakeCamera {
   public:
     enum class Layout { yuyv, uyvy, nv12, i420, rgb, bgrx, gray, mjpeg };
 
+    /// By which clock it says when a picture was taken.
+    enum class Stamps { host, its, none };
+
     struct Format {
         Layout layout = Layout::yuyv;
         int width = 640;
@@ -29,7 +32,7 @@ class FakeCamera {
         std::string description = "Test camera";
         int priority = 1000;
         std::vector<Format> formats{Format{}};
-        bool stamps = true; ///< says when a picture was taken
+        Stamps stamps = Stamps::host;
     };
 
     /// The color of the right half.

@@ -1,5 +1,6 @@
 // Cameras that are not there, go, or fail: what else is recorded stays whole.
 #include "capture/camera/CameraFixture.h"
+#include "capture/camera/CameraWatch.h"
 #include "media/MovieRecovery.h"
 
 namespace vantro::capture::camera {
@@ -41,6 +42,30 @@ TEST_F(CameraPresence, WithoutACameraTheScreenIsRecorded) {
     const FakeCamera camera(settingsOf(FakeCamera::Layout::yuyv));
     EXPECT_THAT(missing(cameraOnly("the other one")),
                 ElementsAre("Camera: there is no the other one"));
+}
+
+TEST_F(CameraPresence, IsKnownAsCamerasAndTheirServerComeAndGo) {
+    std::atomic<int> changes = 0;
+    const CameraWatch watch([&] { ++changes; });
+    const auto count = [&] {
+        const auto cameras = watch.cameras();
+        return !cameras ? -1 : cameras->has_value() ? std::ssize(**cameras) : -2;
+    };
+    ASSERT_TRUE(eventually([&] { return count() == 0; }));
+    EXPECT_EQ(abilityOf(*watch.cameras()).whyNot, "There is no camera.");
+    {
+        const FakeCamera camera;
+        ASSERT_TRUE(eventually([&] { return count() == 1; }));
+        EXPECT_EQ((**watch.cameras()).at(0), (CameraDevice{"test_camera", "Test camera", true}));
+        EXPECT_TRUE(abilityOf(*watch.cameras()).isAvailable());
+        EXPECT_FALSE(camera.isUsed());
+    }
+    ASSERT_TRUE(eventually([&] { return count() == 0; }));
+    server->crash();
+    server->start();
+    const FakeCamera camera;
+    EXPECT_TRUE(eventually([&] { return count() == 1; }));
+    EXPECT_GE(changes, 4);
 }
 
 TEST_F(CameraPresence, ACameraThatNeverSendsAPictureHoldsUpTheStartForAMomentOnly) {

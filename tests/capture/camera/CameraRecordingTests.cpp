@@ -66,7 +66,8 @@ std::vector<double> flashTimes(const std::filesystem::path& movie, IsWhite isWhi
 }
 
 TEST_F(CameraRecording, FlashesWithTheScreen) {
-    for (const bool stamps : {true, false}) {
+    using Stamps = FakeCamera::Stamps;
+    for (const auto stamps : {Stamps::host, Stamps::its, Stamps::none}) {
         auto settings = small(FakeCamera::Layout::mjpeg);
         settings.stamps = stamps;
         FakeCamera camera(settings);
@@ -88,7 +89,8 @@ TEST_F(CameraRecording, FlashesWithTheScreen) {
         ASSERT_EQ(inCamera.size(), 4U);
         constexpr double cameraFrame = 1.0 / 30;
         for (std::size_t i = 0; i < onScreen.size(); ++i)
-            EXPECT_NEAR(inCamera[i], onScreen[i], cameraFrame + 0.002) << "stamps: " << stamps;
+            EXPECT_NEAR(inCamera[i], onScreen[i], cameraFrame + 0.002)
+                << "stamps: " << static_cast<int>(stamps);
     }
 }
 
