@@ -18,7 +18,7 @@ TEST(CameraPortal, HandsOverTheCamerasOnceTheUserAllowsIt) {
     const FakeCamera camera;
     desk.startPortal({.cameraAnswer = PortalScript::never});
     ASSERT_TRUE(eventually([] { return portalHasCamera(); }));
-    const auto cameras = makePortalCameras(300ms);
+    const auto cameras = makePortalCameras(2s);
     EXPECT_EQ(cameras->list()->size(), 1U);
     const auto late = cameras->open({});
     ASSERT_FALSE(late);

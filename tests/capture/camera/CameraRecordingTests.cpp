@@ -40,6 +40,8 @@ TEST_F(CameraRecording, HasEachPictureAtItsTimeInAMovieAsLongAsTheScreens) {
     for (std::size_t i = 2; i < frames.size(); ++i) {
         const auto last = counterIn(*frames[i - 1].pixels);
         const auto now = counterIn(*frames[i].pixels);
+        if (i + 1 == frames.size() && last == now)
+            break; // the last one comes twice where it was written before the end was known
         ASSERT_LT(last, now);
         const double passed =
             frames[i].presentationTime.seconds() - frames[i - 1].presentationTime.seconds();
@@ -52,17 +54,17 @@ TEST_F(CameraRecording, HasEachPictureAtItsTimeInAMovieAsLongAsTheScreens) {
     EXPECT_EQ(pauses, 1);
 }
 
-/// When pictures turn white, seconds.
+/// The pictures that turn white.
 template <typename IsWhite>
-std::vector<double> flashTimes(const std::filesystem::path& movie, IsWhite isWhite) {
-    std::vector<double> times;
+std::vector<media::VideoFrame> flashes(const std::filesystem::path& movie, IsWhite isWhite) {
+    std::vector<media::VideoFrame> found;
     bool wasWhite = false;
     for (const auto& frame : framesOf(movie))
         if (isWhite(*frame.pixels) && !std::exchange(wasWhite, true))
-            times.push_back(frame.presentationTime.seconds());
+            found.push_back(frame);
         else
             wasWhite = isWhite(*frame.pixels);
-    return times;
+    return found;
 }
 
 TEST_F(CameraRecording, FlashesWithTheScreen) {
@@ -73,9 +75,11 @@ TEST_F(CameraRecording, FlashesWithTheScreen) {
         FakeCamera camera(settings);
         Recording recording(cameraOnly());
         ASSERT_TRUE(recording.goesOnFor(300ms));
+        std::vector<double> filled;
         for (int flash = 0; flash < 4; ++flash) {
             camera.setWhite(true);
             recording.window.fill(colors::white);
+            filled.push_back(base::inSeconds(base::hostNow().time_since_epoch()));
             ASSERT_TRUE(recording.goesOnFor(150ms));
             camera.setWhite(false);
             recording.window.fill(colors::black);
@@ -83,14 +87,19 @@ TEST_F(CameraRecording, FlashesWithTheScreen) {
         }
         recording.stop();
         const auto onScreen =
-            flashTimes(recording.movie, [](const auto& p) { return p.row(0, 60)[80] > 128; });
-        const auto inCamera = flashTimes(webcamOf(recording), isWhite);
+            flashes(recording.movie, [](const auto& p) { return p.row(0, 60)[80] > 128; });
+        const auto inCamera = flashes(webcamOf(recording), isWhite);
         ASSERT_EQ(onScreen.size(), 4U);
         ASSERT_EQ(inCamera.size(), 4U);
+        // Against when the camera saw it, which is up to a picture later.
+        const auto sent = camera.times();
         constexpr double cameraFrame = 1.0 / 30;
-        for (std::size_t i = 0; i < onScreen.size(); ++i)
-            EXPECT_NEAR(inCamera[i], onScreen[i], cameraFrame + 0.002)
-                << "stamps: " << static_cast<int>(stamps);
+        for (std::size_t i = 0; i < onScreen.size(); ++i) {
+            const double seen = sent.at(counterIn(*inCamera[i].pixels)) - filled[i];
+            const double recorded =
+                inCamera[i].presentationTime.seconds() - onScreen[i].presentationTime.seconds();
+            EXPECT_NEAR(recorded, seen, cameraFrame) << "stamps: " << static_cast<int>(stamps);
+        }
     }
 }
 
