@@ -3,6 +3,7 @@
 #include "pipewire/Handles.h"
 
 #include <cerrno>
+#include <mutex>
 #include <utility>
 
 namespace vantro::pipewire {
@@ -59,6 +60,9 @@ std::expected<std::unique_ptr<Connection>, Refusal> Connection::open(Loop& loop,
                                                                      base::FileDescriptor remote) {
     std::unique_ptr<Connection> connection(new Connection(loop));
     auto& parts = *connection->m_implementation;
+    // The library looks up the user's name in memory that all threads share.
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
     parts.context.reset(pw_context_new(&loop.handle(), nullptr, 0));
     if (!parts.context)
         return std::unexpected(refusalOf(errno));

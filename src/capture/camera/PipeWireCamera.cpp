@@ -19,6 +19,9 @@ constexpr auto retryInterval = 1s;
 constexpr auto longestTurn = 40ms;
 // A server that is not hung answers in a few milliseconds; the end of a recording may wait for it.
 constexpr auto longestAnswer = 1s;
+// Over a portal's connection cameras are seen only when the session manager has looked up, too,
+// what the user allows.
+constexpr auto longestGrant = 2s;
 // With a camera that has been chosen the recording need not wait to know more.
 constexpr auto longestOpening = 1s;
 // A camera that is silent for so long is opened anew.
@@ -148,13 +151,18 @@ std::expected<void, CameraRefusal> PipeWireCamera::connect(pipewire::Loop& loop)
     auto remote = m_remote();
     if (!remote)
         return std::unexpected(remote.error());
+    const bool isPortals = static_cast<bool>(*remote);
     auto connection = pipewire::Connection::open(loop, *std::move(remote));
     if (!connection)
         return std::unexpected(refusalOf(connection.error()));
     m_connection = *std::move(connection);
     m_registry = std::make_unique<pipewire::Registry>(*m_connection);
-    if (m_connection->awaitAnswers(longestAnswer))
+    if (m_connection->awaitAnswers(longestAnswer)) {
+        if (isPortals)
+            loop.turnUntil([&] { return choose(m_registry->nodes(), m_device) != nullptr; },
+                           longestGrant);
         return {};
+    }
     const auto loss = m_connection->loss();
     m_registry.reset();
     m_connection.reset();
