@@ -1,5 +1,6 @@
 #include "app/Desktop.h"
 #include "app/cli/Commands.h"
+#include "app/cli/StatusLine.h"
 
 #include <iostream>
 #include <stdexcept>
@@ -117,8 +118,11 @@ void addDevicesCommand(base::Command app, CommandAction& action) {
     addListCommand(app, action, "devices", "List the sounds and cameras that can be recorded", [] {
         const auto sounds = desktopSound()->list();
         const auto cameras = desktopCameras()->list();
-        if (!sounds && !cameras)
+        if (!sounds && (!cameras || cameras->empty()))
             throw std::runtime_error(sounds.error());
+        for (const auto& whyNot : {sounds ? "" : sounds.error(), cameras ? "" : cameras.error()})
+            if (!whyNot.empty())
+                tell("vantro: " + whyNot + "\n");
         std::vector<Device> devices;
         if (sounds)
             for (const auto& each : *sounds)
