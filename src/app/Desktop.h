@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/CameraDevices.h"
 #include "capture/CapturePlatform.h"
 #include "capture/SoundDevices.h"
 
@@ -13,6 +14,9 @@ std::unique_ptr<capture::CapturePlatform> connectDesktop();
 
 /// The sound of that desktop.
 std::unique_ptr<capture::SoundDevices> desktopSound();
+
+/// Its cameras.
+std::unique_ptr<capture::CameraDevices> desktopCameras();
 
 /// What can be recorded now. Throws VantroError captureStartFailed.
 capture::ShareableContent shareableContent(

@@ -13,7 +13,8 @@ namespace vantro::capture {
 
 /// Whether a recording still goes on. After anything but `recording` no frame follows and the owner
 /// should stop it.
-enum class RecordingCondition { recording, streamStopped, writerFailed };
+/// `userStopped`: by the desktop's own means.
+enum class RecordingCondition { recording, userStopped, streamStopped, writerFailed };
 
 /// A sound under way.
 struct SoundStatus {
@@ -28,10 +29,14 @@ struct RecordingStatistics {
     bool isRunning = false;          ///< from the start's success to the stop
     std::int64_t framesCaptured = 0; ///< handed to the encoder
     std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
+    // The camera's, likewise.
+    std::int64_t webcamFramesCaptured = 0;
+    std::int64_t webcamFramesDropped = 0;
     RecordingCondition condition = RecordingCondition::recording;
     std::string streamError; ///< why the stream stopped, for the user; empty otherwise
     /// Sources that were asked for and take no part, or no longer, each with the reason.
     std::vector<std::string> lostSources;
+    std::vector<std::string> notes;  ///< on what is otherwise on this desktop, a sentence each
     std::vector<SoundStatus> sounds; ///< those that take part, the system's first
 
     bool isCapturing() const { return condition == RecordingCondition::recording; }

@@ -17,6 +17,8 @@ class RecordingProgress {
     void setRunning(bool isRunning) { m_isRunning = isRunning; }
     void frameCaptured() { ++m_captured; }
     void frameDropped() { ++m_dropped; }
+    void webcamFrameCaptured() { ++m_webcamCaptured; }
+    void webcamFrameDropped() { ++m_webcamDropped; }
     std::int64_t framesCaptured() const { return m_captured; }
 
     /// The recording cannot go on; the first reason counts.
@@ -32,6 +34,10 @@ class RecordingProgress {
     void lost(const std::string& source, const std::string& reason) {
         m_reports.with([&](Reports& reports) { reports.lost[source] = reason; });
     }
+    /// A sentence on what is otherwise on this desktop.
+    void note(const std::string& sentence) {
+        m_reports.with([&](Reports& reports) { reports.notes.push_back(sentence); });
+    }
     void returned(const std::string& source) {
         m_reports.with([&](Reports& reports) { reports.lost.erase(source); });
     }
@@ -46,9 +52,12 @@ class RecordingProgress {
         RecordingStatistics now{.isRunning = m_isRunning,
                                 .framesCaptured = m_captured,
                                 .framesDropped = m_dropped,
+                                .webcamFramesCaptured = m_webcamCaptured,
+                                .webcamFramesDropped = m_webcamDropped,
                                 .condition = reports.condition,
                                 .streamError = reports.streamError,
                                 .lostSources = {},
+                                .notes = reports.notes,
                                 .sounds = {}};
         for (const auto& [source, reason] : reports.lost)
             now.lostSources.push_back(fmt::format("{}: {}", source, reason));
@@ -62,12 +71,15 @@ class RecordingProgress {
         RecordingCondition condition = RecordingCondition::recording;
         std::string streamError;
         std::map<std::string, std::string> lost; ///< why, by the name of the source
+        std::vector<std::string> notes;
         std::map<SoundKind, SoundStatus> sounds;
     };
 
     std::atomic<bool> m_isRunning = false;
     std::atomic<std::int64_t> m_captured = 0;
     std::atomic<std::int64_t> m_dropped = 0;
+    std::atomic<std::int64_t> m_webcamCaptured = 0;
+    std::atomic<std::int64_t> m_webcamDropped = 0;
     base::Guarded<Reports> m_reports;
 };
 

@@ -5,6 +5,7 @@
 #include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -18,6 +19,10 @@ constexpr std::int64_t videoBitRate = 50'000'000;
 constexpr double keyframeInterval = 0.5; // seconds
 constexpr double expectedFrameRate = 60;
 constexpr std::int64_t metadataFrameRate = 60;
+
+// From its opening on, a camera may hold up the start for so long. One that needs longer shows from
+// its first picture on.
+constexpr std::chrono::milliseconds longestCameraStart{1500};
 
 // What the log tells of a writer's end.
 enum class WriterStatus { completed = 2, failed = 3 };
@@ -50,6 +55,12 @@ const char* leftOutText(SoundKind kind, SoundRefusal::Kind why) {
                     : "Failed to set up microphone capture device";
 }
 
+const char* leftOutText(CameraRefusal::Kind why) {
+    return why == CameraRefusal::Kind::broken
+               ? "Failed to create webcam device input"
+               : "Camera access denied or no camera available, skipping webcam recording";
+}
+
 /// One channel is what a voice needs.
 media::AudioSettings settingsOf(SoundKind kind) {
     return kind == SoundKind::system ? media::AudioSettings{.channelCount = 2,
@@ -63,10 +74,12 @@ media::AudioSettings settingsOf(SoundKind kind) {
 } // namespace
 
 RecordingSession::RecordingSession(RecordingRequest request, Connect connect,
-                                   std::unique_ptr<SoundDevices> sounds)
+                                   std::unique_ptr<SoundDevices> sounds,
+                                   std::unique_ptr<CameraDevices> cameras)
     : m_request(std::move(request))
     , m_connect(std::move(connect))
-    , m_soundDevices(std::move(sounds)) {}
+    , m_soundDevices(std::move(sounds))
+    , m_cameras(std::move(cameras)) {}
 
 RecordingSession::~RecordingSession() {
     abandon();
@@ -101,6 +114,7 @@ void RecordingSession::start(const std::filesystem::path& movie) {
 }
 
 void RecordingSession::openSources() {
+    openCamera(); // which needs longest to begin
     auto stream = m_platform->makeScreenStream(m_target);
     if (!stream)
         failStart(stream.error());
@@ -110,8 +124,10 @@ void RecordingSession::openSources() {
     if (!pointer)
         failStart(pointer.error());
     m_pointer = std::move(*pointer);
+    noteWhatIsMissing();
     openJournal();
     m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
+    m_tracker->setOnUnknown([this](const std::string& why) { m_progress.lost("Pointer", why); });
     for (auto& [kind, source] : sounds)
         m_sounds.push_back(std::make_unique<SoundTrack>(
             kind, std::move(source), *m_writer, m_sounds.size(), m_clock, m_progress,
@@ -121,16 +137,20 @@ void RecordingSession::openSources() {
                                       [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
 }
 
+/// Nobody has to ask for pointer and clicks.
+void RecordingSession::noteWhatIsMissing() {
+    const auto able = m_platform->abilities();
+    for (const Ability& each : {able.pointer, able.clicks})
+        if (!each.isAvailable())
+            m_progress.note(each.whyNot);
+}
+
 RecordingSession::OpenSounds RecordingSession::openSounds() {
     OpenSounds sounds;
     if (m_request.sources.systemSound)
         openSound(SoundKind::system, {}, sounds);
     if (m_request.sources.microphone)
         openSound(SoundKind::microphone, m_request.sources.microphoneDevice, sounds);
-    if (m_request.sources.camera) {
-        base::logWarning("No camera available, skipping webcam recording");
-        m_progress.lost("Camera", m_platform->abilities().camera.whyNot);
-    }
     return sounds;
 }
 
@@ -143,6 +163,21 @@ void RecordingSession::openSound(SoundKind kind, const std::string& device, Open
     }
     base::logWarning("{}", leftOutText(kind, source.error().kind));
     m_progress.lost(nameOf(kind), source.error().reason);
+}
+
+void RecordingSession::openCamera() {
+    if (!m_request.sources.camera)
+        return;
+    m_cameraOpened = base::hostNow();
+    auto source = m_cameras ? m_cameras->open(m_request.sources.cameraDevice)
+                            : std::unexpected(CameraRefusal{.reason = "there is no camera"});
+    if (source) {
+        m_webcam = std::make_unique<WebcamTrack>(
+            std::move(*source), m_movie.parent_path() / webcamMovieName, m_clock, m_progress);
+        return;
+    }
+    base::logWarning("{}", leftOutText(source.error().kind));
+    m_progress.lost("Camera", source.error().reason);
 }
 
 void RecordingSession::openWriter(const OpenSounds& sounds) {
@@ -182,6 +217,7 @@ void RecordingSession::startSources() {
         m_pointer->start(*m_tracker);
         m_tracker->start();
         std::erase_if(m_sounds, [this](const auto& track) { return !startOptional(*track); });
+        startCamera();
         m_screen->start();
     } catch (const std::runtime_error& error) {
         failStart(error.what());
@@ -208,6 +244,14 @@ void RecordingSession::mark() {
     });
 }
 
+void RecordingSession::startCamera() {
+    if (!m_webcam)
+        return;
+    if (!m_webcam->awaitPicture(m_cameraOpened + longestCameraStart))
+        base::logInfo("The camera is slow to start");
+    m_webcam->start();
+}
+
 void RecordingSession::pause() {
     m_clock.with([](RecordingClock& clock) { clock.pause(base::hostNow()); });
 }
@@ -221,6 +265,7 @@ void RecordingSession::abandon() {
     m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
     m_clock.with([](RecordingClock& clock) { clock.stop(base::hostNow()); });
     m_screen.reset();
+    m_webcam.reset();
     m_sounds.clear();
     m_pointer.reset();
     m_tracker.reset();
@@ -250,7 +295,13 @@ model::RecordingMetadata RecordingSession::stop() {
     }
     // What has been written down of the pointer stays beside the movie, which may fail yet.
     m_journal.reset();
-    finishWriter(stopTime);
+    try {
+        finishWriter(stopTime);
+    } catch (...) {
+        finishWebcam(stopTime); // what there is of the recording may be recovered with it
+        throw;
+    }
+    finishWebcam(stopTime);
     return makeMetadata(stopTime);
 }
 
@@ -259,6 +310,8 @@ void RecordingSession::stopSources(base::HostTime at) {
     m_tracker->stop(at);
     for (const auto& sound : m_sounds)
         sound->stop();
+    if (m_webcam)
+        m_webcam->stop();
     m_screen->stop();
 }
 
@@ -282,6 +335,11 @@ void RecordingSession::finishWriter(base::HostTime stopTime) {
     base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::completed));
 }
 
+void RecordingSession::finishWebcam(base::HostTime stopTime) {
+    m_hasWebcam = m_webcam && m_webcam->finish(movieLength(stopTime));
+    m_webcam.reset();
+}
+
 /// All that is known before the first sample.
 model::RecordingMetadata RecordingSession::describeRecording() const {
     model::RecordingMetadata metadata;
@@ -297,6 +355,7 @@ model::RecordingMetadata RecordingSession::makeMetadata(base::HostTime stopTime)
     metadata.cursorPositions = m_tracker->positions();
     metadata.clickEvents = m_tracker->clicks();
     metadata.endTime = movieLength(stopTime).seconds();
+    metadata.hasWebcam = m_hasWebcam;
     for (const auto& sound : m_sounds)
         (sound->kind() == SoundKind::system ? metadata.hasSystemAudio
                                             : metadata.hasMicrophoneAudio) = sound->hasSound();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/CameraDevices.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CursorTracker.h"
 #include "capture/Recorder.h"
@@ -7,6 +8,7 @@
 #include "capture/ScreenTrack.h"
 #include "capture/SoundDevices.h"
 #include "capture/SoundTrack.h"
+#include "capture/WebcamTrack.h"
 
 #include <functional>
 #include <memory>
@@ -15,7 +17,7 @@
 namespace vantro::capture {
 
 /// Records the screen into one movie, with the pointer's path and clicks beside it and, where they
-/// are asked for and can be had, sounds in it.
+/// are asked for and can be had, sounds in it and a camera in a second movie.
 ///
 /// It owns its sources and the one clock that maps their host times to the movie's time, whose zero
 /// is the first frame. Everything slow is opened before. Screen and pointer are needed; what else
@@ -32,9 +34,10 @@ class RecordingSession final : public Recorder {
     /// Connects to the desktop, on the worker thread. Throws VantroError.
     using Connect = std::function<std::unique_ptr<CapturePlatform>()>;
 
-    /// Without `sounds` none can be had.
+    /// Without `sounds` or `cameras` none can be had.
     RecordingSession(RecordingRequest request, Connect connect,
-                     std::unique_ptr<SoundDevices> sounds = nullptr);
+                     std::unique_ptr<SoundDevices> sounds = nullptr,
+                     std::unique_ptr<CameraDevices> cameras = nullptr);
     /// A recording that was not stopped is thrown away.
     ~RecordingSession() override;
 
@@ -49,6 +52,9 @@ class RecordingSession final : public Recorder {
     RecordingStatistics statistics() override { return m_progress.statistics(); }
     void mark() override;
 
+    /// What was chosen.
+    const RecordingTarget& target() const { return m_target; }
+
     /// What happens between these is left out of the movie, the pointer's path and the clicks.
     void pause();
     void resume();
@@ -57,22 +63,27 @@ class RecordingSession final : public Recorder {
     using OpenSounds = std::vector<std::pair<SoundKind, std::unique_ptr<SoundSource>>>;
 
     void openSources();
+    void noteWhatIsMissing();
     OpenSounds openSounds();
     void openSound(SoundKind kind, const std::string& device, OpenSounds& sounds);
+    void openCamera();
     void openWriter(const OpenSounds& sounds);
     void openJournal();
     void startSources();
+    void startCamera();
     bool startOptional(SoundTrack& track);
     void stopSources(base::HostTime at);
     void abandon();
     media::MediaTime movieLength(base::HostTime stopTime) const;
     void finishWriter(base::HostTime stopTime);
+    void finishWebcam(base::HostTime stopTime);
     model::RecordingMetadata describeRecording() const;
     model::RecordingMetadata makeMetadata(base::HostTime stopTime) const;
 
     const RecordingRequest m_request;
     const Connect m_connect;
     const std::unique_ptr<SoundDevices> m_soundDevices;
+    const std::unique_ptr<CameraDevices> m_cameras;
     std::unique_ptr<CapturePlatform> m_platform; // once chosen
     RecordingTarget m_target;                    // likewise
     std::filesystem::path m_movie;
@@ -86,6 +97,9 @@ class RecordingSession final : public Recorder {
     base::Guarded<CursorTracker*> m_markable; ///< the tracker, while it takes marks
     std::unique_ptr<PointerSource> m_pointer;
     std::vector<std::unique_ptr<SoundTrack>> m_sounds;
+    std::unique_ptr<WebcamTrack> m_webcam;
+    base::HostTime m_cameraOpened; ///< when it began
+    bool m_hasWebcam = false;
     std::unique_ptr<ScreenTrack> m_screen;
 };
 

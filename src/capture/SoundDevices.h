@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/PlatformAbilities.h"
+#include "capture/SoundMeter.h"
 #include "capture/SoundSource.h"
 
 #include <expected>
@@ -31,6 +32,8 @@ class SoundDevices {
     /// when another becomes it.
     virtual std::expected<std::unique_ptr<SoundSource>, SoundRefusal>
     open(SoundKind kind, const std::string& device) = 0;
+    /// Meters what `open` would record. Takes no time.
+    virtual std::unique_ptr<SoundMeter> meter(SoundKind kind, const std::string& device) = 0;
 };
 
 /// What of it can be recorded.

@@ -120,7 +120,7 @@ void EditorPreview::startPlayer() {
                          .sound = m_makeSound(composition),
                          .show = [this](auto picture) { m_pictures.deliver(std::move(picture)); }});
     m_status = m_player->observeStatus([this] { Q_EMIT statusChanged(); });
-    m_player->setVolumes(volumes());
+    m_player->setMix(m_movie->soundMix());
     m_player->setMuted(m_muted);
     followArea();
     m_transport.attach(m_player);
@@ -151,7 +151,7 @@ void EditorPreview::followEdit() try {
         tellOutputSize();
         m_player->setVideo(m_video);
     }
-    m_player->setVolumes(volumes());
+    m_player->setMix(m_movie->soundMix());
     if (!m_transport.segments().isSameAs(m_edit.segments))
         m_transport.setSegments(m_edit.segments);
 } catch (const std::exception& failure) {
@@ -217,18 +217,6 @@ QString EditorPreview::problem() const {
 
 bool EditorPreview::hasSound() const {
     return m_movie && m_movie->composition().tracks().size() > 1;
-}
-
-/// Of the movie's sound tracks: the system's before the microphone's, as recordings write them.
-std::vector<float> EditorPreview::volumes() const {
-    const auto& metadata = m_movie->recording().metadata();
-    std::vector<float> result;
-    if (metadata.hasSystemAudio)
-        result.push_back(static_cast<float>(m_edit.systemAudioVolume));
-    if (metadata.hasMicrophoneAudio)
-        result.push_back(static_cast<float>(m_edit.microphoneVolume));
-    result.resize(m_movie->composition().tracks().size() - 1, 1);
-    return result;
 }
 
 void EditorPreview::setMuted(bool muted) {

@@ -100,7 +100,6 @@ class EditorPreview : public QObject {
     media::VideoComposition video() const;
     QSize outputSize() const;
     void tellOutputSize();
-    std::vector<float> volumes() const;
     void fail(const std::exception& reason);
 
     app::flows::TaskRunner& m_tasks;

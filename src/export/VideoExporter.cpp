@@ -47,13 +47,13 @@ media::VideoSettings encoderSettings(const media::VideoComposition& video,
 /// The readers and the writer of one export, and the pumps between them.
 class Transfer {
   public:
-    Transfer(const media::Composition& composition, const media::VideoComposition& video,
+    Transfer(const render::MovieSession& session, const media::VideoComposition& video,
              const std::filesystem::path& output, const media::VideoSettings& settings,
              bool toleratesDamage)
         : m_toleratesDamage(toleratesDamage)
-        , m_duration(composition.duration())
-        , m_video(composition, video, media::PixelFormat::i420)
-        , m_audio(audioReader(composition))
+        , m_duration(session.duration())
+        , m_video(session.composition(), video, media::PixelFormat::i420)
+        , m_audio(audioReader(session))
         , m_writer(output, media::FileType::mpeg4, settings,
                    m_audio ? std::vector{audioSettings} : std::vector<media::AudioSettings>{}) {
         m_writer.startWriting();
@@ -84,13 +84,11 @@ class Transfer {
     }
 
   private:
-    static std::optional<media::AudioMixReader> audioReader(const media::Composition& composition) {
-        const auto isAudio = [](const auto& track) {
-            return track.type() == media::MediaType::audio;
-        };
-        if (std::ranges::none_of(composition.tracks(), isAudio))
+    static std::optional<media::AudioMixReader> audioReader(const render::MovieSession& session) {
+        const auto mix = session.soundMix();
+        if (mix.empty())
             return {};
-        return std::optional<media::AudioMixReader>(std::in_place, composition);
+        return std::optional<media::AudioMixReader>(std::in_place, session.composition(), mix);
     }
 
     /// However the pictures end, the sound must not wait for more of them.
@@ -157,7 +155,7 @@ ExportSummary VideoExporter::run(render::MovieSession& session, ExportResolution
     const auto video = session.video(session.canvas(baseSize(resolution, session.videoSize())),
                                      m_frameRate.value_or(recorded));
     const auto settings = encoderSettings(video, m_encoder, m_quality);
-    Transfer transfer(session.composition(), video, output, settings, m_toleratesDamage);
+    Transfer transfer(session, video, output, settings, m_toleratesDamage);
     const std::stop_callback stopReading(cancelled, [&transfer] { transfer.stop(); });
     transfer.run(progress);
     media::AssetWriter& writer = transfer.writer();

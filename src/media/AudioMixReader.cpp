@@ -13,20 +13,31 @@ constexpr std::int64_t bufferLength = mixing::sampleRate / 10;
 } // namespace
 
 struct AudioMixReader::Implementation {
-    std::deque<AudioTrackReader> tracks;
+    struct Track {
+        AudioTrackReader reader;
+        float volume;
+    };
+    std::deque<Track> tracks;
     std::int64_t length = 0;
     std::int64_t position = 0;
     std::atomic<bool> cancelled = false;
 };
 
-AudioMixReader::AudioMixReader(const Composition& composition)
+AudioMixReader::AudioMixReader(const Composition& composition, const std::vector<TrackMix>& mix)
     : m_implementation(std::make_unique<Implementation>()) {
     auto& self = *m_implementation;
     self.length = composition.duration().rescaled(mixing::sampleRate).value;
+    std::size_t number = 0;
     for (const auto& track : composition.tracks()) {
-        if (track.type() == MediaType::audio && !track.segments().empty())
-            self.tracks.emplace_back(composition.asset().movie(), track.source().id,
-                                     soundPieces(track));
+        if (track.type() != MediaType::audio)
+            continue;
+        const auto heard = number < mix.size() ? mix[number] : TrackMix{};
+        ++number;
+        if (track.segments().empty())
+            continue;
+        self.tracks.push_back(
+            {{composition.asset().movie(), track.source().id, soundPieces(track)}, heard.volume});
+        self.tracks.back().reader.setNoiseReduced(heard.noiseReduced);
     }
 }
 
@@ -44,7 +55,7 @@ std::optional<AudioBuffer> AudioMixReader::copyNextBuffer() {
     AudioBuffer buffer{{self.position, mixing::sampleRate}, {}};
     buffer.samples.resize(static_cast<std::size_t>(count) * mixing::channelCount);
     for (auto& track : self.tracks)
-        track.addTo(buffer.samples);
+        track.reader.addTo(buffer.samples, track.volume);
     for (auto& sample : buffer.samples)
         sample = std::clamp(sample, -1.0F, 1.0F);
     self.position += count;

@@ -2,11 +2,13 @@
 
 #include "media/Composition.h"
 #include "media/values/AudioBuffer.h"
+#include "media/values/TrackMix.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace vantro::media {
 
@@ -17,8 +19,9 @@ namespace vantro::media {
 /// One thread reads; `cancel` may come from any.
 class AudioMixReader {
   public:
-    /// Opens the movie once for each audio track. Throws MediaError.
-    explicit AudioMixReader(const Composition& composition);
+    /// Opens the movie once for each audio track. `mix` is that of the first ones; others are as
+    /// they were recorded. Throws MediaError.
+    explicit AudioMixReader(const Composition& composition, const std::vector<TrackMix>& mix = {});
     ~AudioMixReader();
 
     /// Samples of the whole composition.

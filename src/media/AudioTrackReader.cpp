@@ -88,7 +88,7 @@ void AudioTrackReader::replan(const std::vector<SoundPiece>& pieces, std::int64_
     }
 }
 
-void AudioTrackReader::addTo(std::span<float> mix) {
+void AudioTrackReader::addTo(std::span<float> mix, float volume) {
     while (!mix.empty() && m_current < m_stretches.size()) {
         const Stretch& stretch = m_stretches[m_current];
         if (m_position >= stretch.targetEnd) {
@@ -101,7 +101,8 @@ void AudioTrackReader::addTo(std::span<float> mix) {
         m_scratch.resize(static_cast<std::size_t>(count) * channels);
         fill(stretch, m_scratch);
         fade(stretch, m_scratch);
-        std::ranges::transform(m_scratch, mix.first(m_scratch.size()), mix.begin(), std::plus<>());
+        std::ranges::transform(m_scratch, mix.first(m_scratch.size()), mix.begin(),
+                               [volume](float sample, float sum) { return sum + volume * sample; });
         m_position += count;
         mix = mix.subspan(m_scratch.size());
     }

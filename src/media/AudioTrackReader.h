@@ -42,9 +42,11 @@ class AudioTrackReader {
     /// if it is among them, whatever its end.
     void replan(const std::vector<SoundPiece>& pieces, std::int64_t position);
 
-    /// Adds the next samples, interleaved, to `mix`; nothing behind the last piece. Throws
-    /// MediaError where the movie breaks off.
-    void addTo(std::span<float> mix);
+    /// Adds the next samples at that volume, interleaved, to `mix`; nothing behind the last piece.
+    /// Throws MediaError where the movie breaks off.
+    void addTo(std::span<float> mix, float volume = 1);
+    /// From the next samples on.
+    void setNoiseReduced(bool reduced) { m_source.setNoiseReduced(reduced); }
 
   private:
     struct Stretch : SoundPiece {

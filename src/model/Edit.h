@@ -24,6 +24,7 @@ struct Edit {
     bool webcamMirrored = false;
     double systemAudioVolume = 1; ///< 0 to 2
     double microphoneVolume = 1;  ///< 0 to 2
+    bool microphoneNoiseReduced = false;
     bool operator==(const Edit&) const = default;
 };
 

@@ -148,20 +148,22 @@ constexpr Field<ProjectDocument> optionalOfEdit(std::string_view key) {
 
 template <>
 struct Fields<ProjectDocument> {
-    static constexpr std::array list{required<&ProjectDocument::version>("version"),
-                                     required<&ProjectDocument::recordingName>("recordingName"),
-                                     required<&ProjectDocument::metadata>("metadata"),
-                                     ofEdit<&Edit::clickEvents>("editableClickEvents"),
-                                     ofEdit<&Edit::segments>("segments"),
-                                     ofEdit<&Edit::background>("backgroundSettings"),
-                                     ofEdit<&Edit::canvasAspectRatio>("canvasAspectRatio"),
-                                     ofEdit<&Edit::cursorScale>("cursorScale"),
-                                     ofEdit<&Edit::webcamPosition>("webcamPosition"),
-                                     ofEdit<&Edit::webcamSize>("webcamSize"),
-                                     optionalOfEdit<&Edit::webcamHidden>("webcamHidden"),
-                                     optionalOfEdit<&Edit::webcamMirrored>("webcamMirrored"),
-                                     optionalOfEdit<&Edit::systemAudioVolume>("systemAudioVolume"),
-                                     optionalOfEdit<&Edit::microphoneVolume>("microphoneVolume")};
+    static constexpr std::array list{
+        required<&ProjectDocument::version>("version"),
+        required<&ProjectDocument::recordingName>("recordingName"),
+        required<&ProjectDocument::metadata>("metadata"),
+        ofEdit<&Edit::clickEvents>("editableClickEvents"),
+        ofEdit<&Edit::segments>("segments"),
+        ofEdit<&Edit::background>("backgroundSettings"),
+        ofEdit<&Edit::canvasAspectRatio>("canvasAspectRatio"),
+        ofEdit<&Edit::cursorScale>("cursorScale"),
+        ofEdit<&Edit::webcamPosition>("webcamPosition"),
+        ofEdit<&Edit::webcamSize>("webcamSize"),
+        optionalOfEdit<&Edit::webcamHidden>("webcamHidden"),
+        optionalOfEdit<&Edit::webcamMirrored>("webcamMirrored"),
+        optionalOfEdit<&Edit::systemAudioVolume>("systemAudioVolume"),
+        optionalOfEdit<&Edit::microphoneVolume>("microphoneVolume"),
+        optionalOfEdit<&Edit::microphoneNoiseReduced>("microphoneNoiseReduced")};
 };
 
 } // namespace vantro::model::json

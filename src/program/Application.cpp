@@ -1,5 +1,6 @@
 #include "program/Application.h"
 
+#include "app/Desktop.h"
 #include "app/files/EditJournal.h"
 #include "app/flows/ExportFlow.h"
 #include "app/flows/Flows.h"
@@ -9,6 +10,7 @@
 #include "app/flows/QtMainLoop.h"
 #include "app/flows/RecoveryFlow.h"
 #include "capture/RecordingTarget.h"
+#include "capture/camera/CameraWatch.h"
 #include "capture/sound/SoundWatch.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
@@ -23,7 +25,10 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/devices/DeviceChoice.h"
+#include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
+#include "window/platform/DeviceMenu.h"
 #include "window/platform/IdleInhibitor.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
@@ -47,6 +52,28 @@ std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
     return displays.empty() ? 0 : displays.front().displayID;
 }
 
+std::vector<window::devices::AttachedDevice>
+microphonesOf(const capture::sound::SoundWatch::Devices& devices) {
+    std::vector<window::devices::AttachedDevice> microphones;
+    for (const auto& device : devices.value_or(std::vector<capture::SoundDevice>()))
+        if (device.kind == capture::SoundKind::microphone)
+            microphones.push_back({.name = QString::fromStdString(device.name),
+                                   .description = QString::fromStdString(device.description),
+                                   .isDefault = device.isDefault});
+    return microphones;
+}
+
+std::vector<window::devices::AttachedDevice>
+attached(const capture::camera::CameraWatch::Cameras& cameras) {
+    std::vector<window::devices::AttachedDevice> devices;
+    if (cameras)
+        for (const auto& each : *cameras)
+            devices.push_back({.name = QString::fromStdString(each.name),
+                               .description = QString::fromStdString(each.description),
+                               .isDefault = each.isDefault});
+    return devices;
+}
+
 /// Everything that the program consists of, made in the order in which it depends on each other.
 class Program {
   public:
@@ -58,6 +85,7 @@ class Program {
     void followPreferences();
     void connectQuitting();
     void soundChanged();
+    void camerasChanged();
 
     ui::Preferences m_preferences;
     ui::Appearance m_appearance{m_preferences};
@@ -93,10 +121,19 @@ class Program {
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
     ui::ActionGuard m_guard{m_state, m_permission, m_flows,
                             [this] { return m_desktop.abilities(); }};
+    window::devices::DeviceChoice m_microphones{m_state, m_preferences, ui::DeviceUse::microphone};
+    window::devices::DeviceChoice m_cameras{m_state, m_preferences, ui::DeviceUse::camera};
     capture::sound::SoundWatch m_soundWatch{[this] {
         QMetaObject::invokeMethod(&m_guard, [this] { soundChanged(); }, Qt::QueuedConnection);
     }};
+    capture::camera::CameraWatch m_cameraWatch{[this] {
+        QMetaObject::invokeMethod(&m_guard, [this] { camerasChanged(); }, Qt::QueuedConnection);
+    }};
+    const std::unique_ptr<capture::SoundDevices> m_sound = app::desktopSound();
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
+    window::devices::LevelMeters m_meters{
+        m_model, m_guard, m_state, m_timers,
+        [this](auto kind, const auto& device) { return m_sound->meter(kind, device); }};
     editor::EditorModel m_editor{
         m_state,
         m_preview,
@@ -114,7 +151,8 @@ class Program {
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
-                                 m_appearance, m_recordings, m_recents, m_recovery}};
+                                 m_appearance, m_recordings, m_recents, m_meters, m_microphones,
+                                 m_cameras, m_recovery}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())
@@ -128,6 +166,9 @@ Program::Program() {
     m_state.setMainWindow(&m_window.window());
     followPreferences();
     connectQuitting();
+    for (auto* choice : {&m_microphones, &m_cameras})
+        QObject::connect(choice, &window::devices::DeviceChoice::menuWanted,
+                         [choice](QPoint place) { window::showDeviceMenu(*choice, place); });
     QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();
@@ -138,6 +179,15 @@ void Program::soundChanged() {
     if (const auto devices = m_soundWatch.devices()) {
         m_desktop.setSound(capture::abilitiesOf(*devices));
         m_guard.askAgain();
+        m_microphones.setDevices(microphonesOf(*devices));
+    }
+}
+
+void Program::camerasChanged() {
+    if (const auto cameras = m_cameraWatch.cameras()) {
+        m_desktop.setCamera(capture::abilityOf(*cameras));
+        m_guard.askAgain();
+        m_cameras.setDevices(attached(*cameras));
     }
 }
 

@@ -16,7 +16,7 @@ DesktopRecording::DesktopRecording() = default;
 DesktopRecording::~DesktopRecording() = default;
 
 capture::CapturePlatform* DesktopRecording::connected() {
-    if (m_platform != nullptr && m_platform->displays())
+    if (m_platform != nullptr && m_platform->isConnected())
         return m_platform.get();
     try {
         m_platform = app::connectDesktop();
@@ -41,20 +41,24 @@ capture::PlatformAbilities DesktopRecording::abilities() {
     auto able = platform->abilities();
     able.systemSound = m_sound.system;
     able.microphone = m_sound.microphone;
+    able.camera = m_camera;
     return able;
 }
 
 std::shared_ptr<capture::Recorder>
 DesktopRecording::makeRecorder(capture::RecordingRequest request) {
     auto recorder = std::make_shared<capture::RecordingSession>(
-        std::move(request), app::connectDesktop, app::desktopSound());
+        std::move(request), app::connectDesktop, app::desktopSound(), app::desktopCameras());
     m_recorder = recorder;
     return recorder;
 }
 
 bool DesktopRecording::preflight() {
     const auto recorder = m_recorder.lock();
-    return (recorder && recorder->statistics().isRunning) || connected() != nullptr;
+    if (recorder && recorder->statistics().isRunning)
+        return true;
+    auto* platform = connected();
+    return platform != nullptr && platform->abilities().screens.isAvailable();
 }
 
 std::expected<capture::ShareableContent, std::string> listShareableContent() {

@@ -2,6 +2,7 @@
 
 #include "app/flows/ExportRunner.h"
 #include "app/flows/RecordingPlatform.h"
+#include "capture/PlatformAbilities.h"
 #include "capture/SoundDevices.h"
 #include "editor/EditorPreview.h"
 #include "window/picker/WindowPickerModel.h"
@@ -26,6 +27,8 @@ class DesktopRecording : public app::flows::RecordingPlatform {
     std::shared_ptr<capture::Recorder> makeRecorder(capture::RecordingRequest request) override;
     /// What sound can be recorded, as far as that is known; before, all of it.
     void setSound(capture::SoundAbilities sound) { m_sound = std::move(sound); }
+    /// Likewise of the cameras.
+    void setCamera(capture::Ability camera) { m_camera = std::move(camera); }
     /// Whether the desktop lets us record; a lost connection is tried again. Not asked anew while
     /// a recording runs.
     bool preflight();
@@ -35,6 +38,7 @@ class DesktopRecording : public app::flows::RecordingPlatform {
     capture::CapturePlatform* connected();
 
     capture::SoundAbilities m_sound;
+    capture::Ability m_camera;
     std::unique_ptr<capture::CapturePlatform> m_platform;
     std::string m_whyNot; ///< there is no platform
     std::weak_ptr<capture::Recorder> m_recorder;

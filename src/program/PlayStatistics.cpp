@@ -7,6 +7,7 @@
 namespace vantro::program {
 namespace {
 
+using media::TrackMix;
 using media::player::PlannedJump;
 using media::player::PlayerPicture;
 using media::player::PlayerSound;
@@ -32,9 +33,7 @@ class HeardSound::Listener : public PlayerSound {
         m_owner.m_heard.with([](Heard& heard) { heard.reading.reset(); });
         m_sound->pause();
     }
-    void setVolumes(std::vector<float> volumes) override {
-        m_sound->setVolumes(std::move(volumes));
-    }
+    void setMix(std::vector<TrackMix> mix) override { m_sound->setMix(std::move(mix)); }
     void setMuted(bool muted) override { m_sound->setMuted(muted); }
     bool hasDevice() const override { return m_sound->hasDevice(); }
     std::optional<SoundReading> reading() const override {

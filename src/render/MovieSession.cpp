@@ -101,6 +101,21 @@ PixelSize MovieSession::canvas(model::Size baseSize) const {
     return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
+/// The system's sound before the microphone's, as recordings write them. Other movies are heard as
+/// they are.
+std::vector<media::TrackMix> MovieSession::soundMix() const {
+    const auto& metadata = m_recording.metadata();
+    std::vector<media::TrackMix> mix;
+    if (metadata.hasSystemAudio)
+        mix.push_back({.volume = static_cast<float>(m_edit.systemAudioVolume)});
+    if (metadata.hasMicrophoneAudio)
+        mix.push_back({.volume = static_cast<float>(m_edit.microphoneVolume),
+                       .noiseReduced = m_edit.microphoneNoiseReduced});
+    mix.resize(static_cast<std::size_t>(std::ranges::count(
+        m_composition.tracks(), media::MediaType::audio, &media::CompositionTrack::type)));
+    return mix;
+}
+
 media::VideoComposition MovieSession::video(PixelSize canvas, int frameRate) const {
     media::VideoComposition video;
     video.trackID = m_composition.tracks().front().id();

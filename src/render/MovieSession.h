@@ -3,12 +3,14 @@
 #include "media/Composition.h"
 #include "media/FrameSource.h"
 #include "media/VideoComposition.h"
+#include "media/values/TrackMix.h"
 #include "model/Edit.h"
 #include "model/Recording.h"
 #include "render/ZoomCompositor.h"
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace vantro::render {
 
@@ -48,6 +50,8 @@ class MovieSession {
     /// The film's canvas for a base size, pixels; fails for sizes that no picture can have.
     PixelSize canvas(model::Size baseSize) const;
     const media::Composition& composition() const { return m_composition; }
+    /// How the edit mixes the composition's audio tracks.
+    std::vector<media::TrackMix> soundMix() const;
     /// For reading the composition's pictures; composed by this session's compositor.
     media::VideoComposition video(PixelSize canvas, int frameRate) const;
     /// The composed picture at a second of the time line, bgra: what an export shows then, before

@@ -26,6 +26,10 @@ QString folderKey(FolderUse use) {
     return QStringLiteral("pictureFolder");
 }
 
+QString deviceKey(DeviceUse use) {
+    return use == DeviceUse::microphone ? QStringLiteral("microphone") : QStringLiteral("camera");
+}
+
 QString standardFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/vantro/vantro.ini");
@@ -121,6 +125,21 @@ QString Preferences::folder(FolderUse use) const {
 
 void Preferences::setFolder(FolderUse use, const QString& path) {
     m_settings.setValue(folderKey(use), path);
+}
+
+RememberedDevice Preferences::device(DeviceUse use) const {
+    return {.name = m_settings.value(deviceKey(use) + QStringLiteral("/name")).toString(),
+            .description =
+                m_settings.value(deviceKey(use) + QStringLiteral("/description")).toString()};
+}
+
+void Preferences::setDevice(DeviceUse use, const RememberedDevice& device) {
+    if (device.name.isEmpty()) {
+        m_settings.remove(deviceKey(use));
+        return;
+    }
+    m_settings.setValue(deviceKey(use) + QStringLiteral("/name"), device.name);
+    m_settings.setValue(deviceKey(use) + QStringLiteral("/description"), device.description);
 }
 
 } // namespace vantro::ui

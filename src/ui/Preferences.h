@@ -14,8 +14,18 @@ enum class ThemeChoice { system, light, dark };
 /// What a file panel is opened for.
 enum class FolderUse { films, projects, pictures };
 
-/// What is remembered from one run to the next. Capture choices are not: every start begins with
-/// the same ones. Writes reach the disk by themselves. Main thread.
+/// What a device was chosen for.
+enum class DeviceUse { microphone, camera };
+
+/// A device that was chosen once, which need not be attached.
+struct RememberedDevice {
+    QString name;        ///< tells it from others; empty stands for the default one
+    QString description; ///< for people
+    bool operator==(const RememberedDevice&) const = default;
+};
+
+/// What is remembered from one run to the next. Of capture choices only the devices are: every
+/// start begins with the same mode and switches. Writes reach the disk by themselves. Main thread.
 class Preferences : public QObject {
     Q_OBJECT
 
@@ -48,6 +58,9 @@ class Preferences : public QObject {
     /// Where a panel was left last; empty where it never was.
     QString folder(FolderUse use) const;
     void setFolder(FolderUse use, const QString& path);
+
+    RememberedDevice device(DeviceUse use) const;
+    void setDevice(DeviceUse use, const RememberedDevice& device);
 
   Q_SIGNALS:
     void themeChanged();

@@ -7,6 +7,8 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/QmlModule.h"
+#include "window/devices/DeviceChoice.h"
+#include "window/devices/LevelMeters.h"
 #include "window/picker/ApplicationIcons.h"
 #include "window/picker/WindowPickerModel.h"
 #include "window/start/RecentProjectsModel.h"
@@ -35,6 +37,9 @@ MainWindow::MainWindow(MainWindowModels models) {
                            {QStringLiteral("guard"), object(models.guard)},
                            {QStringLiteral("recordings"), object(models.recordings)},
                            {QStringLiteral("recents"), object(models.recents)},
+                           {QStringLiteral("meters"), object(models.meters)},
+                           {QStringLiteral("microphones"), object(models.microphones)},
+                           {QStringLiteral("cameras"), object(models.cameras)},
                            {QStringLiteral("appearance"), object(models.appearance)}});
 }
 

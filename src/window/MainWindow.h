@@ -31,6 +31,11 @@ class RecentProjectsModel;
 class UnsavedRecordingsModel;
 } // namespace vantro::window::start
 
+namespace vantro::window::devices {
+class DeviceChoice;
+class LevelMeters;
+} // namespace vantro::window::devices
+
 namespace vantro::window {
 
 class DisplayChoice;
@@ -47,6 +52,9 @@ struct MainWindowModels {
     ui::Appearance& appearance;
     start::UnsavedRecordingsModel& recordings;
     start::RecentProjectsModel& recents;
+    devices::LevelMeters& meters;
+    devices::DeviceChoice& microphones;
+    devices::DeviceChoice& cameras;
     const app::flows::RecoveryFlow& recovery;
 };
 

@@ -4,6 +4,7 @@
 #include "capture/MovieFrames.h"
 #include "media/Sound.h"
 #include "support/Eventually.h"
+#include "support/FakeCamera.h"
 #include "support/Pointer.h"
 #include "support/Program.h"
 #include "support/SoundServer.h"
@@ -26,11 +27,12 @@ constexpr double mostLost = 1; // seconds
 /// A `vantro record` of one area, until it is killed. Its recording lies below `folder`.
 class Recording {
   public:
-    Recording(const XServer& server, const fs::path& folder, const std::string& rect)
+    Recording(const XServer& server, const fs::path& folder, const std::string& rect,
+              const std::string& source = "--system-audio")
         : m_folder(folder)
         , m_program(server.display(),
                     {"env", "TMPDIR=" + folder.string(), VANTRO_PROGRAM, "record", "--output",
-                     folder / "never.vantro", "--mode", "area", "--rect", rect}) {}
+                     folder / "never.vantro", "--mode", "area", "--rect", rect, source}) {}
 
     /// Ends it as nothing else can; returns when it is gone.
     void kill() {
@@ -149,6 +151,30 @@ TEST_F(Recovery, KeepsTheSoundAndWhoseItIs) {
     EXPECT_FALSE(made.metadata().hasMicrophoneAudio);
     const auto heard = soundOf(made.movie());
     EXPECT_GT(toneAmplitude(heard, 440, 0.5, secondsOf(heard) - 0.1), 0.4);
+}
+
+TEST_F(Recovery, KeepsTheWebcam) {
+    using Kind = SoundServer::Kind;
+    if (!SoundServer::isInstalled(Kind::pipewire))
+        GTEST_SKIP() << "its programs are not installed";
+    SoundServer desktop(Kind::pipewire);
+    desktop.start();
+    const FakeCamera camera;
+    Recording recording(server, folder.path(), "0,0,64,64", "--webcam");
+    recording.awaitFirstPicture();
+    const auto packets = [&] {
+        const auto journal = contentOf(recording.files() / "webcam.mov.journal");
+        return std::ranges::count(journal, '\n');
+    };
+    ASSERT_TRUE(eventually([&] { return packets() > 30; }));
+    recording.kill();
+    const auto project = folder / "recovered.vantro";
+    ASSERT_EQ(recover(recording.files(), project).exitCode, 0);
+    const auto made = app::files::readProjectFile(project).recording;
+    EXPECT_TRUE(made.metadata().hasWebcam);
+    EXPECT_GT(framesOf(made.webcamMovie()).size(), 25U);
+    EXPECT_NEAR(media::Asset::open(made.webcamMovie()).duration().seconds(),
+                made.metadata().endTime, 0.3);
 }
 
 TEST_F(Recovery, ListsWhatIsInterruptedAndLeavesWhatIsUnderWay) {

@@ -186,5 +186,38 @@ TEST(AudioMixReader, mixesAllTracksAndLimitsTheirSum) {
     EXPECT_GE(*std::ranges::min_element(loud), -1.0F);
 }
 
+/// Noise of −50 dB with a tone from 4 s to 6 s and clicks at 3 s and 8 s.
+std::string noisyRoom() {
+    return "-f lavfi -i \"aevalsrc='0.0055*(random(0)-0.5)"
+           "+0.3*sin(2*PI*1000*t)*between(t,4,6)"
+           "+0.5*lt(abs(t-3-0.0002),0.0002)+0.5*lt(abs(t-8-0.0002),0.0002)':s=48000:d=10\" "
+           "-c:a pcm_f32le";
+}
+
+TEST(AudioMixReader, takesNoiseAndVolumeOffATrackAndLeavesTheRestInItsPlace) {
+    const TemporaryFolder folder;
+    runFfmpeg(noisyRoom(), folder / "room.mov");
+    const auto noisy = soundOf(folder / "room.mov");
+    // Also where reading begins in the middle, and behind a jump.
+    const std::pair<std::vector<Stretch>, double> films[]{
+        {{{0, 6000}}, 0}, {{{1500, 6000}}, 2.5}, {{{0, 600}, {1650, 6000}}, 1.75}};
+    for (const auto& [stretches, earlier] : films) {
+        const auto film = composed(folder / "room.mov", stretches);
+        const auto sound = allSound(film, {{.volume = 0.5, .noiseReduced = true}});
+        EXPECT_EQ(sound.size(), film.duration().rescaled(48'000).value * 2);
+        const auto clicks = beepTimes(sound);
+        ASSERT_EQ(clicks.size(), 3U); // the tone begins, too
+        const double expected[]{3, 4, 8};
+        for (std::size_t i = 0; i < clicks.size(); ++i)
+            EXPECT_NEAR(clicks[i], expected[i] - earlier, 0.001);
+        const double before = toneAmplitude(noisy, 1000, 4.5, 5.5);
+        const double after = 2 * toneAmplitude(sound, 1000, 4.5 - earlier, 5.5 - earlier);
+        EXPECT_NEAR(20 * std::log10(after / before), 0, 1);
+        const double quieter = 20 * std::log10(2);
+        EXPECT_LT(decibels(sound, 6.5 - earlier, 7.5 - earlier) + quieter,
+                  decibels(noisy, 6.5, 7.5) - 10);
+    }
+}
+
 } // namespace
 } // namespace vantro::media

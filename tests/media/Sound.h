@@ -26,8 +26,9 @@ inline media::AudioBuffer tone(double frequency, double start, double length) {
 }
 
 /// Everything that a composition sounds like; interleaved stereo.
-inline std::vector<float> allSound(const media::Composition& composition) {
-    media::AudioMixReader reader(composition);
+inline std::vector<float> allSound(const media::Composition& composition,
+                                   const std::vector<media::TrackMix>& mix = {}) {
+    media::AudioMixReader reader(composition, mix);
     std::vector<float> sound;
     while (const auto buffer = reader.copyNextBuffer())
         sound.insert(sound.end(), buffer->samples.begin(), buffer->samples.end());
@@ -67,6 +68,16 @@ inline double toneAmplitude(const std::vector<float>& sound, double frequency, d
         imaginary += sample * std::sin(step * static_cast<double>(i));
     }
     return 2 * std::hypot(real, imaginary) / static_cast<double>(last - first);
+}
+
+/// How loud it is between two times, by its mean square; 0 is that of a full-scale square wave.
+inline double decibels(const std::vector<float>& sound, double from, double to) {
+    double sum = 0;
+    const auto first = static_cast<std::size_t>(from * media::mixing::sampleRate) * 2;
+    const auto last = static_cast<std::size_t>(to * media::mixing::sampleRate) * 2;
+    for (auto i = first; i < last; ++i)
+        sum += static_cast<double>(sound.at(i)) * static_cast<double>(sound.at(i));
+    return 10 * std::log10(sum / static_cast<double>(last - first) + 1e-20);
 }
 
 /// How often the left channel swings per second between two times.

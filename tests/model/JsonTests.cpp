@@ -96,6 +96,7 @@ TEST(ProjectJson, WritesTheKeysThatCameLaterOnlyWhereTheyAreNotAtTheirDefault) {
     EXPECT_EQ(reread(project), project);
     project.edit.webcamMirrored = true;
     project.edit.systemAudioVolume = 2;
+    project.edit.microphoneNoiseReduced = true;
     EXPECT_EQ(reread(project), project);
 }
 

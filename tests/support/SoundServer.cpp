@@ -53,7 +53,7 @@ bool isListening(const std::string& path) {
 
 SoundServer::SoundServer(Kind kind, int deviceRate) : m_kind(kind), m_rate(deviceRate) {
     const auto folder = m_folder.path().string();
-    const std::array<std::pair<std::string, std::string>, 9> wanted{{
+    const std::array<std::pair<std::string, std::string>, 10> wanted{{
         {"XDG_RUNTIME_DIR", folder + "/runtime"},
         {"XDG_CONFIG_HOME", folder + "/config"},
         {"XDG_STATE_HOME", folder + "/state"},
@@ -61,6 +61,7 @@ SoundServer::SoundServer(Kind kind, int deviceRate) : m_kind(kind), m_rate(devic
         {"PULSE_RUNTIME_PATH", folder + "/runtime/pulse"},
         {"PULSE_STATE_PATH", folder + "/state"},
         {"PULSE_SERVER", ""},
+        {"PULSE_COOKIE", ""},
         {"PIPEWIRE_REMOTE", ""},
         {"DBUS_SESSION_BUS_ADDRESS", ""},
     }};
@@ -132,6 +133,34 @@ void SoundServer::startPipeWire() {
     launch({"pipewire-pulse"});
 }
 
+void SoundServer::startDenying() {
+    const auto folder = m_folder.path().string();
+    if (m_kind == Kind::pipewire) {
+        std::filesystem::create_directories(folder + "/config/pipewire");
+        if (!succeeds("sed 's/#access.rejected = \\[ \\]/access.rejected = [ pipewire-pulse ]/' "
+                      "/usr/share/pipewire/pipewire.conf > " +
+                      folder + "/config/pipewire/pipewire.conf && grep -q '^ *access.rejected' " +
+                      folder + "/config/pipewire/pipewire.conf"))
+            throw std::runtime_error("no rule of access can be set");
+        startPipeWire();
+        if (!eventually([&] { return isListening(folder + "/runtime/pulse/native"); }))
+            throw std::runtime_error("the sound server does not start");
+        return;
+    }
+    // Who is known by the user's id needs no cookie, so it listens where ids are not known.
+    const auto port = std::to_string(20'000 + ::getpid() % 20'000);
+    launch({"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+            "--disallow-exit",
+            "--load=module-native-protocol-tcp listen=127.0.0.1 port=" + port +
+                " auth-cookie=" + folder + "/cookie"});
+    // NOLINTBEGIN(concurrency-mt-unsafe)
+    setenv("PULSE_SERVER", ("tcp:127.0.0.1:" + port).c_str(), 1);
+    setenv("PULSE_COOKIE", (folder + "/another-cookie").c_str(), 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+    if (!eventually([] { return succeeds("timeout 2 pactl info 2>&1 | grep -q denied"); }))
+        throw std::runtime_error("the sound server does not refuse");
+}
+
 void SoundServer::startPulseAudio() {
     launch({"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
             "--disallow-exit", "--load=module-native-protocol-unix"});
@@ -153,6 +182,11 @@ void SoundServer::removeDevice() {
         throw std::runtime_error("the device stays");
 }
 
+void SoundServer::unlink(const std::string& output, const std::string& input) {
+    if (!succeeds("pw-link -d " + output + " " + input))
+        throw std::runtime_error(output + " is not linked to " + input);
+}
+
 void SoundServer::control(const std::string& arguments) {
     if (!succeeds("pactl " + arguments))
         throw std::runtime_error("pactl " + arguments + " fails");
@@ -164,8 +198,9 @@ std::string SoundServer::promptOption() const {
     return m_kind == Kind::pulseaudio ? " norewinds=1" : "";
 }
 
-void SoundServer::addOutput(const std::string& name) {
-    control("load-module module-null-sink sink_name=" + name + promptOption());
+void SoundServer::addOutput(const std::string& name, int rate) {
+    control("load-module module-null-sink sink_name=" + name + " rate=" + std::to_string(rate) +
+            promptOption());
     if (!eventually([&] {
             return succeeds("pactl set-default-sink " + name +
                             " && pactl get-default-sink | grep -q " + name);

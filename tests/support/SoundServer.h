@@ -30,17 +30,22 @@ class SoundServer {
 
     /// Returns when it can be played to. Throws std::runtime_error when it does not start.
     void start();
+    /// Starts it so that it lets nobody in: PipeWire, by its access rules, leaves whoever comes
+    /// without an answer, PulseAudio refuses them.
+    void startDenying();
     /// As a crash would end it.
     void crash();
     /// Takes the device away, or adds one; the server stays.
     void removeDevice();
     void addDevice();
     /// Another output, which becomes the default one.
-    void addOutput(const std::string& name);
+    void addOutput(const std::string& name, int rate = 48'000);
     /// A microphone, which becomes the default one and records what is played to the output
     /// NAME_feed.
     void addMicrophone(const std::string& name);
     void removeMicrophone(const std::string& name);
+    /// Takes away what links two ports of PipeWire's graph. Throws std::runtime_error.
+    static void unlink(const std::string& output, const std::string& input);
     /// Runs pactl. Throws std::runtime_error when it fails.
     void control(const std::string& arguments);
 

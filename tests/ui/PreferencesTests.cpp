@@ -20,6 +20,9 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
         first.setWindowPosition({-3, 700});
         first.setEditorSize({1000, 700});
         first.setEditorMaximized(true);
+        first.setDevice(DeviceUse::microphone, {"mic", "Headset"});
+        first.setDevice(DeviceUse::camera, {"cam", "Camera"});
+        first.setDevice(DeviceUse::camera, {});
         for (int i = 0; i < 12; ++i)
             first.addRecentProject(QStringLiteral("/p/%1.vantro").arg(i));
         first.addRecentProject(QStringLiteral("/p/9.vantro"));
@@ -30,6 +33,8 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     EXPECT_EQ(second.windowPosition(), QPoint(-3, 700));
     EXPECT_EQ(second.editorSize(), QSize(1000, 700));
     EXPECT_TRUE(second.editorMaximized());
+    EXPECT_EQ(second.device(DeviceUse::microphone), (RememberedDevice{"mic", "Headset"}));
+    EXPECT_EQ(second.device(DeviceUse::camera), RememberedDevice());
     const auto recent = second.recentProjects();
     ASSERT_EQ(recent.size(), 8);
     EXPECT_EQ(recent[0], "/p/9.vantro");

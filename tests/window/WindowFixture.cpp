@@ -38,9 +38,32 @@ std::unique_ptr<render::MovieSession> WindowFixture::openMovie(const model::Reco
         render::TimeLine::source);
 }
 
+/// A meter that reads what the test wants.
+class WindowFixture::Meter : public capture::SoundMeter {
+  public:
+    Meter(WindowFixture& fixture, capture::SoundKind kind, std::string name)
+        : m_fixture(fixture), m_kind(kind), m_name(std::move(name)) {
+        m_fixture.metered.push_back(m_name);
+    }
+    ~Meter() override { std::erase(m_fixture.metered, m_name); }
+    std::optional<Reading> reading() const override { return m_fixture.readings[m_kind]; }
+
+  private:
+    WindowFixture& m_fixture;
+    capture::SoundKind m_kind;
+    std::string m_name;
+};
+
+std::unique_ptr<capture::SoundMeter> WindowFixture::makeMeter(capture::SoundKind kind,
+                                                              const std::string& device) {
+    return std::make_unique<Meter>(
+        *this, kind, kind == capture::SoundKind::system ? "system" : "microphone " + device);
+}
+
 void WindowFixture::showWindow() {
-    m_window = std::make_unique<window::MainWindow>(window::MainWindowModels{
-        app, editor, actions, windows, displays, guard, appearance, recordings, recents, recovery});
+    m_window = std::make_unique<window::MainWindow>(
+        window::MainWindowModels{app, editor, actions, windows, displays, guard, appearance,
+                                 recordings, recents, meters, microphones, cameras, recovery});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();

@@ -17,11 +17,14 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/devices/DeviceChoice.h"
+#include "window/devices/LevelMeters.h"
 #include "window/picker/WindowPickerModel.h"
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
 
 #include <QTemporaryDir>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -118,8 +121,20 @@ class WindowFixture : public testing::Test {
     editor::bars::EditorActions actions{state, *preview.transport(), false};
     window::start::UnsavedRecordingsModel recordings{recovery};
     window::start::RecentProjectsModel recents{preferences, projects, tasks};
+    window::devices::DeviceChoice microphones{state, preferences, ui::DeviceUse::microphone};
+    window::devices::DeviceChoice cameras{state, preferences, ui::DeviceUse::camera};
+    /// What the meters under way read, by what they meter.
+    std::map<capture::SoundKind, std::optional<capture::SoundMeter::Reading>> readings;
+    std::vector<std::string> metered; ///< the meters under way: "system", "microphone DEVICE"
+    window::devices::LevelMeters meters{
+        app, guard, state, timers,
+        [this](auto kind, const auto& device) { return makeMeter(kind, device); }};
 
   private:
+    class Meter;
+
+    std::unique_ptr<capture::SoundMeter> makeMeter(capture::SoundKind kind,
+                                                   const std::string& device);
     std::unique_ptr<render::MovieSession> openMovie(const model::Recording& shown,
                                                     const model::Edit& edit) const;
 

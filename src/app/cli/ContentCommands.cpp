@@ -1,8 +1,12 @@
 #include "app/Desktop.h"
 #include "app/cli/Commands.h"
+#include "app/cli/StatusLine.h"
 
 #include <iostream>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -37,8 +41,16 @@ std::string_view nameOf(capture::SoundKind kind) {
     return kind == capture::SoundKind::system ? "systemAudio" : "microphone";
 }
 
-ordered_json toJson(const capture::SoundDevice& device) {
-    return {{"kind", nameOf(device.kind)},
+/// Of what is recorded beside the picture.
+struct Device {
+    std::string_view kind;
+    std::string name;
+    std::string description;
+    bool isDefault;
+};
+
+ordered_json toJson(const Device& device) {
+    return {{"kind", device.kind},
             {"name", device.name},
             {"description", device.description},
             {"isDefault", device.isDefault}};
@@ -59,8 +71,8 @@ void print(const capture::ShareableWindow& window) {
                window.applicationName, window.title, window.isOnScreen ? "" : "  (hidden)");
 }
 
-void print(const capture::SoundDevice& device) {
-    fmt::print("{:<12} {:<40} {}{}\n", nameOf(device.kind), device.name, device.description,
+void print(const Device& device) {
+    fmt::print("{:<12} {:<40} {}{}\n", device.kind, device.name, device.description,
                device.isDefault ? "  default" : "");
 }
 
@@ -103,11 +115,22 @@ void addWindowsCommand(base::Command app, CommandAction& action) {
 }
 
 void addDevicesCommand(base::Command app, CommandAction& action) {
-    addListCommand(app, action, "devices", "List what sound can be recorded from", [] {
-        auto devices = desktopSound()->list();
-        if (!devices)
-            throw std::runtime_error(devices.error());
-        return *std::move(devices);
+    addListCommand(app, action, "devices", "List the sounds and cameras that can be recorded", [] {
+        const auto sounds = desktopSound()->list();
+        const auto cameras = desktopCameras()->list();
+        if (!sounds && (!cameras || cameras->empty()))
+            throw std::runtime_error(sounds.error());
+        for (const auto& whyNot : {sounds ? "" : sounds.error(), cameras ? "" : cameras.error()})
+            if (!whyNot.empty())
+                tell("vantro: " + whyNot + "\n");
+        std::vector<Device> devices;
+        if (sounds)
+            for (const auto& each : *sounds)
+                devices.push_back({nameOf(each.kind), each.name, each.description, each.isDefault});
+        if (cameras)
+            for (const auto& each : *cameras)
+                devices.push_back({"camera", each.name, each.description, each.isDefault});
+        return devices;
     });
 }
 

@@ -104,6 +104,8 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                                             {"clicks", metadata.clickEvents.size()},
                                             {"bytes", bytes},
                                             {"cpuPercent", 100 * processorShare},
+                                            {"webcamFrames", statistics.webcamFramesCaptured},
+                                            {"webcamDropped", statistics.webcamFramesDropped},
                                             {"missing", statistics.lostSources},
                                             {"endedBy", rawValue(end)}}
                   << '\n';
@@ -131,15 +133,24 @@ model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesyst
     }
 }
 
+std::string targetText(const capture::RecordingTarget& target) {
+    const auto* what = target.mode == model::CaptureMode::window   ? "a window"
+                       : target.mode == model::CaptureMode::screen ? "a screen"
+                                                                   : "an area";
+    return fmt::format("Recording {} of {}x{} pixels\n", what, target.width, target.height);
+}
+
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
-    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound());
+    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound(),
+                                       desktopCameras());
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
         tell("vantro: cancelled, nothing was recorded\n");
         return exitInterrupted;
     }
+    tell(targetText(recorder.target()));
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
@@ -219,6 +230,8 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
                     "The window to record, by the number that `vantro windows` prints")
             .valueName("ID")
             .needs(mode);
+    command.flag("--choose", request.chooseAgain,
+                 "Where the desktop asks what to record: ask anew, though it was chosen before");
     command
         .option("--window-title", request.windowTitle,
                 "The front-most window with this text in its title, in any case")
@@ -227,7 +240,7 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
         .excludes(window);
 }
 
-void addSoundOptions(base::Command command, capture::SourceSwitches& sources) {
+void addSourceOptions(base::Command command, capture::SourceSwitches& sources) {
     sources.systemSound = true; // as in the window
     command.flag("--system-audio,!--no-system-audio", sources.systemSound,
                  "Record what the computer plays (default: yes)");
@@ -239,6 +252,16 @@ void addSoundOptions(base::Command command, capture::SourceSwitches& sources) {
                 sources.microphoneDevice = device;
             },
             "Record a microphone too: the default one, or one that `vantro devices` prints")
+        .valueName("DEVICE")
+        .optionalValue();
+    command
+        .option(
+            "--webcam",
+            [&sources](const std::string& device) {
+                sources.camera = true;
+                sources.cameraDevice = device;
+            },
+            "Record a camera too: the default one, or one that `vantro devices` prints")
         .valueName("DEVICE")
         .optionalValue();
 }
@@ -254,7 +277,7 @@ void addRecordCommand(base::Command app, CommandAction& action,
         .valueName("NAME")
         .check(endsIn({files::package::extension}));
     addRequestOptions(command, options->request);
-    addSoundOptions(command, options->request.sources);
+    addSourceOptions(command, options->request.sources);
     command.option("--delay", options->delay, "How long to wait before the start")
         .valueName("S")
         .within(0.0, longestDelay);

@@ -13,6 +13,7 @@
 #include "model/VantroError.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -57,6 +58,23 @@ media::MediaTime mediaTime(double seconds) {
     return {static_cast<std::int64_t>(seconds * microseconds), microseconds};
 }
 
+fs::path webcamBeside(const fs::path& movie) {
+    return movie.parent_path() / package::webcamFile;
+}
+
+/// Whether there is a camera's movie that can be shown. One that cannot be made whole does not keep
+/// the rest from being recovered.
+bool recoverWebcam(const fs::path& webcam, std::optional<media::MediaTime> end) try {
+    if (!fs::is_regular_file(webcam))
+        return false;
+    if (media::movieCondition(webcam) != media::MovieCondition::whole)
+        media::recoverMovie(webcam, end);
+    return !media::Asset::open(webcam).tracks(media::MediaType::video).empty();
+} catch (const media::MediaError& error) {
+    base::logWarning("The webcam is lost: {}", error.what());
+    return false;
+}
+
 } // namespace
 
 model::Recording recoverRecording(const fs::path& movie) try {
@@ -65,19 +83,32 @@ model::Recording recoverRecording(const fs::path& movie) try {
     auto metadata = writtenMetadata(movie.parent_path() / package::metadataFile);
     if (!metadata)
         metadata = journalledMetadata(movie);
+    const auto end = metadata ? std::optional(mediaTime(metadata->endTime)) : std::nullopt;
     if (media::movieCondition(movie) != media::MovieCondition::whole)
-        media::recoverMovie(movie,
-                            metadata ? std::optional(mediaTime(metadata->endTime)) : std::nullopt);
+        media::recoverMovie(movie, end);
     const auto asset = media::Asset::open(movie);
-    return finishRecording(movie, metadata ? std::move(*metadata) : metadataOf(asset));
+    if (!metadata)
+        metadata = metadataOf(asset);
+    metadata->hasWebcam = recoverWebcam(webcamBeside(movie), end);
+    return finishRecording(movie, *std::move(metadata));
 } catch (const media::MediaError& error) {
     throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
 } catch (const fs::filesystem_error& error) {
     throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
 }
 
+media::MovieCondition recordingCondition(const fs::path& movie) {
+    using enum media::MovieCondition;
+    const std::array conditions{media::movieCondition(movie),
+                                media::movieCondition(webcamBeside(movie))};
+    for (const auto worst : {beingWritten, interrupted})
+        if (std::ranges::find(conditions, worst) != conditions.end())
+            return worst;
+    return whole;
+}
+
 bool isBeingRecorded(const fs::path& movie) {
-    return media::movieCondition(movie) == media::MovieCondition::beingWritten;
+    return recordingCondition(movie) == media::MovieCondition::beingWritten;
 }
 
 std::vector<fs::path> interruptedRecordings() {
@@ -86,7 +117,7 @@ std::vector<fs::path> interruptedRecordings() {
     for (const auto& folder : recordingFolders()) {
         auto movie = folder / package::recordingFile;
         if (fs::is_regular_file(movie, ignored) &&
-            media::movieCondition(movie) == media::MovieCondition::interrupted)
+            recordingCondition(movie) == media::MovieCondition::interrupted)
             movies.push_back(std::move(movie));
     }
     std::ranges::sort(movies, {}, [](const auto& movie) {

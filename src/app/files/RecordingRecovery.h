@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/MovieRecovery.h"
 #include "model/Recording.h"
 
 #include <filesystem>
@@ -14,7 +15,9 @@ namespace vantro::app::files {
 /// Any thread; blocks.
 model::Recording recoverRecording(const std::filesystem::path& movie);
 
-/// Whether the movie's recording is under way, in whatever process.
+/// Of all movies of the recording with this one: written by whatever process, or else interrupted.
+media::MovieCondition recordingCondition(const std::filesystem::path& movie);
+/// Whether the movie's recording is under way.
 bool isBeingRecorded(const std::filesystem::path& movie);
 
 /// The movies of all recordings that a killed program left behind where recordings are made, the

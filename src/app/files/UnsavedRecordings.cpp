@@ -3,6 +3,7 @@
 #include "app/files/ProjectLock.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
+#include "app/files/RecordingRecovery.h"
 #include "app/files/SavedNote.h"
 #include "base/Log.h"
 #include "base/OutputFile.h"
@@ -53,7 +54,7 @@ std::vector<UnsavedRecording> unsavedRecordings() {
         const bool isOpenElsewhere = !ProjectLock::take(folder);
         if (!fs::is_regular_file(movie, none) || isSaved(movie) || isOpenElsewhere)
             continue;
-        const auto condition = media::movieCondition(movie);
+        const auto condition = recordingCondition(movie);
         if (condition == media::MovieCondition::beingWritten)
             continue;
         found.push_back({.movie = movie,
@@ -67,7 +68,7 @@ std::vector<UnsavedRecording> unsavedRecordings() {
 }
 
 RecordingDetails recordingDetails(const fs::path& movie) try {
-    if (media::movieCondition(movie) != media::MovieCondition::whole)
+    if (recordingCondition(movie) != media::MovieCondition::whole)
         return {};
     RecordingDetails details{.seconds = media::Asset::open(movie).duration().seconds(),
                              .picture = {}};

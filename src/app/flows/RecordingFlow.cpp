@@ -153,7 +153,8 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
         .sources = {.systemSound = m_state.systemAudioEnabled() && able.systemSound.isAvailable(),
                     .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
                     .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
-                    .microphoneDevice = {}}};
+                    .microphoneDevice = m_state.microphoneDevice(),
+                    .cameraDevice = m_state.webcamDevice()}};
     if (const auto& window = m_state.selectedWindow())
         request.windowID = window->windowID;
     return request;

@@ -241,6 +241,14 @@ void AppState::setWebcamEnabled(bool value) {
     assign(*this, m_webcamEnabled, value, &AppState::webcamEnabledChanged);
 }
 
+void AppState::setMicrophoneDevice(std::string value) {
+    assign(*this, m_microphoneDevice, std::move(value), &AppState::microphoneDeviceChanged);
+}
+
+void AppState::setWebcamDevice(std::string value) {
+    assign(*this, m_webcamDevice, std::move(value), &AppState::webcamDeviceChanged);
+}
+
 void AppState::setWebcamPosition(model::WebcamPosition value) {
     editStep(QT_TRANSLATE_NOOP("Edit", "Move Webcam"), &model::Edit::webcamPosition, value);
 }

@@ -74,6 +74,9 @@ class AppState : public QObject {
     bool systemAudioEnabled() const { return m_systemAudioEnabled; }
     bool microphoneAudioEnabled() const { return m_microphoneAudioEnabled; }
     bool webcamEnabled() const { return m_webcamEnabled; }
+    // Names of devices that are attached; empty for the default ones.
+    const std::string& microphoneDevice() const { return m_microphoneDevice; }
+    const std::string& webcamDevice() const { return m_webcamDevice; }
     model::WebcamPosition webcamPosition() const { return edit().webcamPosition; }
     double webcamSize() const { return edit().webcamSize; } ///< fraction of the canvas width
     model::CanvasAspectRatio canvasAspectRatio() const { return edit().canvasAspectRatio; }
@@ -114,6 +117,8 @@ class AppState : public QObject {
     void setSystemAudioEnabled(bool value);
     void setMicrophoneAudioEnabled(bool value);
     void setWebcamEnabled(bool value);
+    void setMicrophoneDevice(std::string value);
+    void setWebcamDevice(std::string value);
     void setWebcamPosition(model::WebcamPosition value);
     void setWebcamSize(double value);
     void setCanvasAspectRatio(model::CanvasAspectRatio value);
@@ -142,6 +147,8 @@ class AppState : public QObject {
     void systemAudioEnabledChanged();
     void microphoneAudioEnabledChanged();
     void webcamEnabledChanged();
+    void microphoneDeviceChanged();
+    void webcamDeviceChanged();
     void webcamPositionChanged();
     void webcamSizeChanged();
     void canvasAspectRatioChanged();
@@ -189,6 +196,8 @@ class AppState : public QObject {
     bool m_systemAudioEnabled = true;
     bool m_microphoneAudioEnabled = false;
     bool m_webcamEnabled = false;
+    std::string m_microphoneDevice;
+    std::string m_webcamDevice;
     EditDocument m_document;
     Links m_links;
     bool m_rewriting = false; ///< signals wait until all is written

@@ -16,6 +16,7 @@ using media::mixing::sampleRate;
 
 // Pieces of sound arrive so often: shorter ones cost more, longer ones delay the stop.
 constexpr std::uint32_t piece = sampleRate * 40 / 1000; // frames
+constexpr std::uint32_t peakRate = 25;
 constexpr auto retryInterval = 1s;
 constexpr auto longestWait = 250ms;
 
@@ -26,29 +27,13 @@ std::chrono::milliseconds questionInterval(int asked) {
     return std::chrono::milliseconds(asked < hasty ? 7 + asked % 5 : 40 + asked * 7 % 31);
 }
 
-SoundRefusal refusalOf(const pa_context& context) {
-    switch (pa_context_errno(&context)) {
-    case PA_ERR_ACCESS:
-        return {.kind = SoundRefusal::Kind::denied, .reason = "the sound server denies access"};
-    case PA_ERR_CONNECTIONREFUSED:
-    case PA_ERR_INVALIDSERVER:
-        return {.reason = "there is no sound server"};
-    case PA_ERR_CONNECTIONTERMINATED:
-        return {.reason = "the sound server has gone"};
-    case PA_ERR_KILLED:
-    case PA_ERR_NOENTITY:
-        return {.reason = "the device is gone"};
-    default:
-        return {.reason = std::string("the sound server says: ") + pulse::failureOf(context)};
-    }
-}
-
 } // namespace
 
-PulseInput::PulseInput(SoundKind kind, std::string device, PulseListener& listener)
+PulseInput::PulseInput(SoundKind kind, std::string device, PulseListener& listener, Detail detail)
     : m_kind(kind)
     , m_device(std::move(device))
     , m_listener(listener)
+    , m_detail(detail)
     , m_query([this](const SoundCatalog& catalog) { decide(catalog); })
     , m_loop(pa_mainloop_new()) {}
 
@@ -77,7 +62,7 @@ int PulseInput::waitingTime() const {
     const auto now = base::hostNow();
     if (m_retryAt)
         wait = std::min(wait, *m_retryAt - now);
-    if (m_state == State::recording)
+    if (asksForTimes())
         wait = std::min(wait, m_askAt - now);
     wait = std::max<base::HostDuration>(wait, 0ns);
     return static_cast<int>(std::chrono::ceil<std::chrono::microseconds>(wait).count());
@@ -102,7 +87,7 @@ void PulseInput::update() {
         else
             m_query.ask(*m_context);
     }
-    if (m_state == State::recording && now >= m_askAt)
+    if (asksForTimes() && now >= m_askAt)
         askForTiming(now);
     m_listener.timePassed(now);
 }
@@ -139,8 +124,9 @@ void PulseInput::open(const ServerSource& source) {
     m_source = source;
     m_stream.reset();
     move(State::opening);
-    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, sampleRate,
-                                static_cast<std::uint8_t>(channelsOf(m_kind))};
+    const bool isMeter = m_detail == Detail::peaks;
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, isMeter ? peakRate : sampleRate,
+                                static_cast<std::uint8_t>(isMeter ? 1 : channelsOf(m_kind))};
     m_stream.reset(pa_stream_new(m_context.get(), "Recording", &format, nullptr));
     if (!m_stream)
         return lose(refusalOf(*m_context));
@@ -153,19 +139,25 @@ void PulseInput::open(const ServerSource& source) {
     pa_stream_set_read_callback(
         m_stream.get(),
         [](pa_stream*, std::size_t, void* self) { static_cast<PulseInput*>(self)->read(); }, this);
-    constexpr auto automatic = static_cast<std::uint32_t>(-1);
-    const pa_buffer_attr buffer{automatic, automatic, automatic, automatic,
-                                static_cast<std::uint32_t>(piece * sizeof(float)) *
-                                    format.channels};
     pa_stream_set_latency_update_callback(
         m_stream.get(),
         [](pa_stream*, void* self) { static_cast<PulseInput*>(self)->takeTiming(); }, this);
+    if (!connectStream())
+        lose(refusalOf(*m_context));
+}
+
+bool PulseInput::connectStream() {
+    constexpr auto automatic = static_cast<std::uint32_t>(-1);
+    const auto fragment =
+        m_detail == Detail::peaks ? sizeof(float) : static_cast<std::size_t>(piece * frameSize());
+    const pa_buffer_attr buffer{automatic, automatic, automatic, automatic,
+                                static_cast<std::uint32_t>(fragment)};
     // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): flags, as the library takes
     // them
-    const auto flags =
-        static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
-    if (pa_stream_connect_record(m_stream.get(), m_source.name.c_str(), &buffer, flags) < 0)
-        lose(refusalOf(*m_context));
+    const auto flags = static_cast<pa_stream_flags_t>(
+        PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY |
+        (m_detail == Detail::peaks ? PA_STREAM_PEAK_DETECT : PA_STREAM_NOFLAGS));
+    return pa_stream_connect_record(m_stream.get(), m_source.name.c_str(), &buffer, flags) >= 0;
 }
 
 void PulseInput::streamChanged() {

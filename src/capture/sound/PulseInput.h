@@ -42,8 +42,13 @@ class PulseListener {
 /// Where it is absent it tries again every second, and when the server has news.
 class PulseInput {
   public:
+    /// What is wanted of the sound: all of it, or only the highest samples of each 40 ms, of all
+    /// channels together, without the times at which they were recorded.
+    enum class Detail { everything, peaks };
+
     /// `device` as chooseSource takes it. The listener outlives this.
-    PulseInput(SoundKind kind, std::string device, PulseListener& listener);
+    PulseInput(SoundKind kind, std::string device, PulseListener& listener,
+               Detail detail = Detail::everything);
     ~PulseInput();
     PulseInput(const PulseInput&) = delete;
     PulseInput& operator=(const PulseInput&) = delete;
@@ -65,8 +70,12 @@ class PulseInput {
     void contextChanged(pa_context& context);
     void decide(const SoundCatalog& catalog);
     void open(const ServerSource& source);
+    bool connectStream();
     void streamChanged();
     void streamMoved();
+    bool asksForTimes() const {
+        return m_state == State::recording && m_detail == Detail::everything;
+    }
     void askForTiming(base::HostTime now);
     void takeTiming();
     void read();
@@ -78,6 +87,7 @@ class PulseInput {
     const SoundKind m_kind;
     const std::string m_device;
     PulseListener& m_listener;
+    const Detail m_detail;
     State m_state = State::absent;
     PulseQuery m_query;
     pulse::Loop m_loop;

@@ -11,6 +11,23 @@ std::string textOf(const char* text) {
 
 } // namespace
 
+SoundRefusal refusalOf(const pa_context& context) {
+    switch (pa_context_errno(&context)) {
+    case PA_ERR_ACCESS:
+        return {.kind = SoundRefusal::Kind::denied, .reason = "the sound server denies access"};
+    case PA_ERR_CONNECTIONREFUSED:
+    case PA_ERR_INVALIDSERVER:
+        return {.reason = "there is no sound server"};
+    case PA_ERR_CONNECTIONTERMINATED:
+        return {.reason = "the sound server has gone"};
+    case PA_ERR_KILLED:
+    case PA_ERR_NOENTITY:
+        return {.reason = "the device is gone"};
+    default:
+        return {.reason = std::string("the sound server says: ") + pulse::failureOf(context)};
+    }
+}
+
 void PulseQuery::ask(pa_context& context) {
     if (std::exchange(m_isAsking, true)) {
         m_isAskedAgain = true;

@@ -7,6 +7,9 @@
 
 namespace vantro::capture::sound {
 
+/// Why the last call on that connection has failed, for the user.
+SoundRefusal refusalOf(const pa_context& context);
+
 /// Asks a server what it offers. All on the thread of the connection's loop, by which it is called
 /// back; it outlives the connection.
 class PulseQuery {

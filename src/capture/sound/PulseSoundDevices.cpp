@@ -1,6 +1,7 @@
 #include "capture/sound/PulseSoundDevices.h"
 
 #include "base/HostClock.h"
+#include "capture/sound/PulseMeter.h"
 #include "capture/sound/PulseQuery.h"
 #include "capture/sound/PulseSoundSource.h"
 
@@ -30,7 +31,7 @@ class Question {
         while (!m_answer && !m_hasFailed && base::hostNow() < limit && pulse::turn(*m_loop, wait))
             ;
         if (!m_answer)
-            whyNot = m_hasFailed ? "there is no sound server" : "the sound server does not answer";
+            whyNot = m_hasFailed ? refusalOf(*context).reason : "the sound server does not answer";
         return m_answer;
     }
 
@@ -61,6 +62,10 @@ class PulseSoundDevices final : public SoundDevices {
     std::expected<std::unique_ptr<SoundSource>, SoundRefusal>
     open(SoundKind kind, const std::string& device) override {
         return PulseSoundSource::open(kind, device);
+    }
+
+    std::unique_ptr<SoundMeter> meter(SoundKind kind, const std::string& device) override {
+        return std::make_unique<PulseMeter>(kind, device);
     }
 };
 

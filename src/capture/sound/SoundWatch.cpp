@@ -13,12 +13,16 @@ using namespace std::chrono_literals;
 
 // A server that is started later is found so soon.
 constexpr auto retryInterval = 2s;
+constexpr auto longestAnswer = 3s;
 
 } // namespace
 
 SoundWatch::SoundWatch(std::function<void()> changed)
     : m_changed(std::move(changed))
-    , m_query([this](const SoundCatalog& catalog) { know(devicesOf(catalog)); })
+    , m_query([this](const SoundCatalog& catalog) {
+        m_answerBy.reset();
+        know(devicesOf(catalog));
+    })
     , m_loop(pa_mainloop_new())
     , m_thread([this](const std::stop_token& stop) { run(stop); }) {}
 
@@ -35,11 +39,17 @@ void SoundWatch::run(const std::stop_token& stop) {
         if (m_isLost && m_context) {
             m_context.reset();
             m_query.forget();
+            m_answerBy.reset();
             m_retryAt = base::hostNow() + retryInterval;
-            know(std::unexpected("there is no sound server"));
+            know(std::unexpected(m_whyLost));
+        }
+        if (m_answerBy && base::hostNow() >= *m_answerBy) {
+            m_answerBy.reset();
+            know(std::unexpected("the sound server does not answer"));
         }
         if (!m_context && base::hostNow() >= m_retryAt) {
             m_isLost = false;
+            m_answerBy = base::hostNow() + longestAnswer;
             m_context = pulse::connect(
                 *m_loop, "production",
                 [](pa_context* context, void* self) {
@@ -54,17 +64,27 @@ void SoundWatch::run(const std::stop_token& stop) {
     m_context.reset();
 }
 
+/// When something has to be done though nothing happens.
+std::optional<base::HostTime> SoundWatch::due() const {
+    if (!m_context)
+        return m_retryAt;
+    return m_isLost ? base::hostNow() : m_answerBy;
+}
+
 /// Microseconds; −1 for as long as nothing happens.
 int SoundWatch::waitingTime() const {
-    if (m_context)
-        return m_isLost ? 0 : -1;
-    const auto wait = std::max<base::HostDuration>(m_retryAt - base::hostNow(), 0ns);
+    const auto at = due();
+    if (!at)
+        return -1;
+    const auto wait = std::max<base::HostDuration>(*at - base::hostNow(), 0ns);
     return static_cast<int>(std::chrono::ceil<std::chrono::microseconds>(wait).count());
 }
 
 void SoundWatch::contextChanged(pa_context& context) {
     const auto state = pa_context_get_state(&context);
     m_isLost = !PA_CONTEXT_IS_GOOD(state);
+    if (m_isLost)
+        m_whyLost = refusalOf(context).reason;
     if (state == PA_CONTEXT_READY)
         m_query.follow(context);
 }

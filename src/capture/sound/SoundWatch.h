@@ -34,6 +34,7 @@ class SoundWatch {
 
   private:
     void run(const std::stop_token& stop);
+    std::optional<base::HostTime> due() const;
     int waitingTime() const;
     void contextChanged(pa_context& context);
     void know(Devices devices);
@@ -44,8 +45,10 @@ class SoundWatch {
     pulse::Loop m_loop;
     pulse::Context m_context;
     bool m_isLost = true;
+    std::string m_whyLost;
     base::HostTime m_retryAt;
-    std::jthread m_thread; // the last member: it uses the others
+    std::optional<base::HostTime> m_answerBy; ///< while nothing has been answered
+    std::jthread m_thread;                    // the last member: it uses the others
 };
 
 } // namespace vantro::capture::sound

@@ -22,6 +22,7 @@ class X11CapturePlatform final : public CapturePlatform {
         , m_isOwnProcess(std::move(isOwnProcess)) {}
 
     PlatformAbilities abilities() override;
+    bool isConnected() override { return displays().has_value(); }
     std::expected<std::vector<ShareableDisplay>, std::string> displays() override;
     std::expected<ShareableContent, std::string> shareableContent(WindowIcons icons) override;
     std::expected<std::unique_ptr<ScreenStream>, std::string>
@@ -58,7 +59,6 @@ PlatformAbilities X11CapturePlatform::abilities() {
                                 "extension Composite.");
     abilities.clicks = needs(xcb_input_id, "Clicks are not recorded: the display lacks the "
                                            "extension XInputExtension 2.");
-    abilities.camera.whyNot = "Vantro cannot record a camera yet.";
     return abilities;
 }
 

@@ -1,5 +1,7 @@
 #include "editor/bars/RulerPicture.h"
 
+#include "editor/bars/RulerNodes.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>

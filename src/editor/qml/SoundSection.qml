@@ -1,7 +1,7 @@
 import QtQuick
 import Vantro.Native
 
-// How loud each sound track is.
+// How each sound track is heard.
 SidebarSection {
     id: section
 
@@ -39,5 +39,13 @@ SidebarSection {
         factor: 100
         unit: " %"
         onEdited: value => section.group.microphone = value
+    }
+    SwitchRow {
+        objectName: "noiseReduced"
+        width: parent.width
+        visible: section.group.hasMicrophone
+        text: qsTr("Reduce microphone noise")
+        checked: section.group.noiseReduced
+        onToggled: section.group.noiseReduced = checked
     }
 }

@@ -6,7 +6,8 @@ namespace {
 constexpr double loudest = 2;
 
 bool differ(const model::Edit& a, const model::Edit& b) {
-    return a.systemAudioVolume != b.systemAudioVolume || a.microphoneVolume != b.microphoneVolume;
+    return a.systemAudioVolume != b.systemAudioVolume || a.microphoneVolume != b.microphoneVolume ||
+           a.microphoneNoiseReduced != b.microphoneNoiseReduced;
 }
 
 } // namespace
@@ -32,10 +33,17 @@ void SoundGroup::setMicrophone(double volume) {
               volume, 0, loudest);
 }
 
+void SoundGroup::setNoiseReduced(bool reduced) {
+    change(reduced ? QT_TRANSLATE_NOOP("Edit", "Reduce Noise")
+                   : QT_TRANSLATE_NOOP("Edit", "Keep Noise"),
+           [&](auto& edit) { edit.microphoneNoiseReduced = reduced; });
+}
+
 void SoundGroup::reset() {
-    change(QT_TRANSLATE_NOOP("Edit", "Reset Volumes"), [](auto& edit) {
+    change(QT_TRANSLATE_NOOP("Edit", "Reset Sound"), [](auto& edit) {
         edit.systemAudioVolume = model::Edit().systemAudioVolume;
         edit.microphoneVolume = model::Edit().microphoneVolume;
+        edit.microphoneNoiseReduced = model::Edit().microphoneNoiseReduced;
     });
 }
 

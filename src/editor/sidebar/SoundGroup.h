@@ -6,7 +6,8 @@
 
 namespace vantro::editor::sidebar {
 
-/// How loud the sound tracks are, 0 to 2 times as recorded.
+/// How the sound tracks are heard: their volumes, 0 to 2 times as recorded, and whether the
+/// microphone's noise is taken out.
 class SoundGroup : public SettingsGroup {
     Q_OBJECT
     QML_ELEMENT
@@ -14,6 +15,7 @@ class SoundGroup : public SettingsGroup {
     Q_PROPERTY(bool hasSystemAudio READ hasSystemAudio NOTIFY changed)
     Q_PROPERTY(bool hasMicrophone READ hasMicrophone NOTIFY changed)
     Q_PROPERTY(double systemAudio READ systemAudio WRITE setSystemAudio NOTIFY changed)
+    Q_PROPERTY(bool noiseReduced READ isNoiseReduced WRITE setNoiseReduced NOTIFY changed)
     Q_PROPERTY(double microphone READ microphone WRITE setMicrophone NOTIFY changed)
 
   public:
@@ -25,6 +27,8 @@ class SoundGroup : public SettingsGroup {
     void setSystemAudio(double volume);
     double microphone() const { return edit().microphoneVolume; }
     void setMicrophone(double volume);
+    bool isNoiseReduced() const { return edit().microphoneNoiseReduced; }
+    void setNoiseReduced(bool reduced);
 
     Q_INVOKABLE void reset();
 };

@@ -5,6 +5,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavfilter/avfilter.h>
 #include <libavformat/avformat.h>
 #include <libavutil/dict.h>
 #include <libavutil/frame.h>
@@ -36,6 +37,7 @@ using InputHandle = Handle<AVFormatContext, avformat_close_input>;
 using OutputHandle = Handle<AVFormatContext, avformat_free_context>;
 using IoHandle = Handle<AVIOContext, avio_closep>;
 using ScalerHandle = Handle<SwsContext, sws_freeContext>;
+using FilterGraphHandle = Handle<AVFilterGraph, avfilter_graph_free>;
 using ResamplerHandle = Handle<SwrContext, swr_free>;
 using BufferHandle = Handle<AVBufferRef, av_buffer_unref>;
 

@@ -188,8 +188,8 @@ void Player::setOutputSize(int width, int height) {
     m_implementation->engine.setOutputSize(width, height);
 }
 
-void Player::setVolumes(std::vector<float> volumes) {
-    m_implementation->engine.setVolumes(std::move(volumes));
+void Player::setMix(std::vector<TrackMix> mix) {
+    m_implementation->engine.setMix(std::move(mix));
 }
 
 void Player::setMuted(bool muted) {

@@ -45,7 +45,7 @@ class Player : public PlayerControl {
     void refresh();
     /// What pictures are fitted to, device pixels; without one they keep the video's size.
     void setOutputSize(int width, int height);
-    void setVolumes(std::vector<float> volumes);
+    void setMix(std::vector<TrackMix> mix);
     void setMuted(bool muted);
     /// A small copy of the movie, whose pictures are seen where the movie's own take long to find;
     /// null for none. Playing shows the movie's own only.

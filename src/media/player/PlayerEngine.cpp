@@ -150,10 +150,10 @@ void PlayerEngine::setOutputSize(int width, int height) {
     m_time->wakeUp();
 }
 
-void PlayerEngine::setVolumes(std::vector<float> volumes) {
+void PlayerEngine::setMix(std::vector<TrackMix> mix) {
     {
         const std::lock_guard lock(m_mutex);
-        m_wishes.volumes = std::move(volumes);
+        m_wishes.mix = std::move(mix);
     }
     m_time->wakeUp();
 }

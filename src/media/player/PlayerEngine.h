@@ -53,7 +53,7 @@ class PlayerEngine {
     void setVideo(VideoComposition video);
     void refresh();
     void setOutputSize(int width, int height);
-    void setVolumes(std::vector<float> volumes);
+    void setMix(std::vector<TrackMix> mix);
     void setMuted(bool muted);
     void setProxy(std::shared_ptr<proxy::ProxyMovie> proxy);
     /// Ticks every `interval` while playing, with this number.
@@ -66,7 +66,7 @@ class PlayerEngine {
         bool redraw = false;
         std::optional<VideoComposition> video;
         std::optional<std::pair<int, int>> outputSize;
-        std::optional<std::vector<float>> volumes;
+        std::optional<std::vector<TrackMix>> mix;
         std::optional<bool> muted;
         bool soundJump = false; ///< the sound does not know the jump yet
     };

@@ -62,14 +62,14 @@ bool PlayerEngine::applyWishes() {
     bool stops = false;
     {
         const std::lock_guard lock(m_mutex);
-        wishes.volumes = std::exchange(m_wishes.volumes, {});
+        wishes.mix = std::exchange(m_wishes.mix, {});
         wishes.muted = std::exchange(m_wishes.muted, {});
         wishes.soundJump = std::exchange(m_wishes.soundJump, false);
         jump = jumpAhead(now);
         stops = m_phase == PlayerPhase::seeking;
     }
-    if (wishes.volumes)
-        m_sound->setVolumes(*wishes.volumes);
+    if (wishes.mix)
+        m_sound->setMix(*wishes.mix);
     if (wishes.muted)
         m_sound->setMuted(*wishes.muted);
     if (stops)

@@ -2,6 +2,7 @@
 
 #include "base/HostClock.h"
 #include "media/player/PlayerControl.h"
+#include "media/values/TrackMix.h"
 
 #include <optional>
 #include <vector>
@@ -30,8 +31,9 @@ class PlayerSound {
     /// Another jump while playing goes on.
     virtual void planJump(std::optional<PlannedJump> jump) = 0;
     virtual void pause() = 0;
-    /// One volume (0 to 2) for each audio track, in the composition's order; heard at once.
-    virtual void setVolumes(std::vector<float> volumes) = 0;
+    /// For each audio track, in the composition's order. Volumes are heard at once, the rest within
+    /// a quarter of a second.
+    virtual void setMix(std::vector<TrackMix> mix) = 0;
     virtual void setMuted(bool muted) = 0;
     /// Whether a device takes the sound, so that readings will follow `play`: pictures then wait
     /// for the first.

@@ -29,7 +29,7 @@ class PulseSound : public player::PlayerSound {
         m_queue.planJump(jump, base::hostNow());
     }
     void pause() override { m_queue.pause(); }
-    void setVolumes(std::vector<float> volumes) override { m_queue.setVolumes(volumes); }
+    void setMix(std::vector<TrackMix> mix) override { m_queue.setMix(mix); }
     void setMuted(bool muted) override { m_queue.setMuted(muted); }
     bool hasDevice() const override { return m_device.isThere(); }
     std::optional<player::SoundReading> reading() const override {
@@ -48,7 +48,7 @@ class NoSound : public player::PlayerSound {
     void play(MediaTime, double, std::optional<player::PlannedJump>) override {}
     void planJump(std::optional<player::PlannedJump>) override {}
     void pause() override {}
-    void setVolumes(std::vector<float>) override {}
+    void setMix(std::vector<TrackMix>) override {}
     void setMuted(bool) override {}
     bool hasDevice() const override { return false; }
     std::optional<player::SoundReading> reading() const override { return {}; }

@@ -50,11 +50,14 @@ void SoundFeed::follow(const SoundQueue::Task& task) {
 
 SoundBlock SoundFeed::blockOf(const SoundQueue::Task& task) {
     SoundBlock block{task.start, task.frames, {}};
-    for (Track& track : m_tracks) {
+    for (std::size_t i = 0; i < m_tracks.size(); ++i) {
+        Track& track = m_tracks[i];
         auto& sound =
             block.tracks.emplace_back(static_cast<std::size_t>(task.frames * mixing::channelCount));
-        if (track.reader && !track.isBroken)
-            attempt(track, [&] { track.reader->addTo(sound); });
+        if (!track.reader || track.isBroken)
+            continue;
+        track.reader->setNoiseReduced(i < task.mix.size() && task.mix[i].noiseReduced);
+        attempt(track, [&] { track.reader->addTo(sound); });
     }
     return block;
 }

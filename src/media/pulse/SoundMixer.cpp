@@ -16,10 +16,10 @@ float towards(float value, float target) {
 
 } // namespace
 
-void SoundMixer::setVolumes(const std::vector<float>& volumes) {
-    std::ranges::copy_n(volumes.begin(),
-                        static_cast<std::ptrdiff_t>(std::min(volumes.size(), m_volumes.size())),
-                        m_volumes.begin());
+void SoundMixer::setMix(const std::vector<TrackMix>& mix) {
+    const auto count = static_cast<std::ptrdiff_t>(std::min(mix.size(), m_volumes.size()));
+    std::transform(mix.begin(), mix.begin() + count, m_volumes.begin(),
+                   [](const TrackMix& track) { return track.volume; });
 }
 
 void SoundMixer::mix(const SoundBlock& block, std::int64_t first, std::span<float> mix) {

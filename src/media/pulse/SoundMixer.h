@@ -1,5 +1,7 @@
 #pragma once
 
+#include "media/values/TrackMix.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -26,7 +28,7 @@ class SoundMixer {
     explicit SoundMixer(std::size_t trackCount)
         : m_volumes(trackCount, 1), m_gains(trackCount, 1) {}
 
-    void setVolumes(const std::vector<float>& volumes);
+    void setMix(const std::vector<TrackMix>& mix);
     void setMuted(bool muted) { m_muted = muted; }
 
     /// Fills `mix` from frame `first` of a block on.

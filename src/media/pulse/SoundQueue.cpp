@@ -66,9 +66,10 @@ void SoundQueue::pause() {
     m_isPlaying = false;
 }
 
-void SoundQueue::setVolumes(const std::vector<float>& volumes) {
+void SoundQueue::setMix(const std::vector<TrackMix>& mix) {
     const std::lock_guard lock(m_mutex);
-    m_mixer.setVolumes(volumes);
+    m_mixer.setMix(mix);
+    m_mix = mix;
 }
 
 void SoundQueue::setMuted(bool muted) {
@@ -134,7 +135,7 @@ std::optional<SoundQueue::Task> SoundQueue::nextTask(const std::stop_token& stop
     if (!isWanted || stop.stop_requested())
         return {};
     const auto end = m_line->pieceAt(m_decoded).end;
-    return Task{m_plan, m_run, m_line, m_decoded, std::min(blockLength, end - m_decoded)};
+    return Task{m_plan, m_run, m_line, m_decoded, std::min(blockLength, end - m_decoded), m_mix};
 }
 
 void SoundQueue::push(SoundBlock block, const Task& task) {

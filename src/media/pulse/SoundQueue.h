@@ -30,7 +30,7 @@ class SoundQueue {
               base::HostTime now);
     void planJump(std::optional<player::PlannedJump> jump, base::HostTime now);
     void pause();
-    void setVolumes(const std::vector<float>& volumes);
+    void setMix(const std::vector<TrackMix>& mix);
     void setMuted(bool muted);
     std::optional<player::SoundReading> reading(base::HostTime now);
 
@@ -41,6 +41,7 @@ class SoundQueue {
         std::shared_ptr<const PlayLine> line;
         std::int64_t start = 0;
         std::int64_t frames = 0;
+        std::vector<TrackMix> mix; ///< of the first tracks; volumes are the mixer's matter
     };
     /// Waits until there is something to decode; nothing after a stop.
     std::optional<Task> nextTask(const std::stop_token& stop);
@@ -87,6 +88,7 @@ class SoundQueue {
     std::mutex m_mutex; // guards all that follows
     std::condition_variable_any m_roomOrTask;
     SoundMixer m_mixer;
+    std::vector<TrackMix> m_mix;
     DeviceClock m_clock;
     bool m_isPlaying = false;
     bool m_hasRunDry = true; ///< the device was given silence

@@ -31,7 +31,7 @@ void AudioSource::read(std::int64_t position, std::span<float> samples) {
     }
     if (samples.empty())
         return;
-    if (position < m_bufferStart || position > bufferEnd() + nearAhead)
+    if (m_isStale || position < m_bufferStart || position > bufferEnd() + nearAhead)
         moveTo(position);
     const auto end = position + static_cast<std::int64_t>(samples.size()) / channels;
     fillUpTo(end);
@@ -40,12 +40,23 @@ void AudioSource::read(std::int64_t position, std::span<float> samples) {
     forgetBefore(position - keptHistory);
 }
 
+void AudioSource::setNoiseReduced(bool reduced) {
+    m_isStale = m_isStale || reduced != m_isNoiseReduced;
+    m_isNoiseReduced = reduced;
+}
+
 void AudioSource::moveTo(std::int64_t position) {
+    m_noise.reset();
+    if (m_isNoiseReduced) {
+        m_noise.emplace();
+        position = std::max<std::int64_t>(position - av::NoiseFilter::preroll, 0);
+    }
     m_decoder.seek(position);
     m_buffer.clear();
-    m_bufferStart = position;
+    m_bufferStart = m_put = position;
     m_next.reset();
     m_ended = false;
+    m_isStale = false;
 }
 
 void AudioSource::fillUpTo(std::int64_t end) {
@@ -54,19 +65,29 @@ void AudioSource::fillUpTo(std::int64_t end) {
             m_next = m_decoder.next();
             m_ended = !m_next;
         }
-        if (!m_next || m_next->position > bufferEnd()) {
-            const auto silenceEnd = m_next ? std::min(m_next->position, end) : end;
-            m_buffer.resize(static_cast<std::size_t>(silenceEnd - m_bufferStart) * channels);
+        if (!m_next || m_next->position > m_put) {
+            const auto missing = end - bufferEnd();
+            putSilence(m_next ? std::min(m_next->position - m_put, missing) : missing);
             continue;
         }
-        // What lies before the buffer's end is there already, or was jumped over.
-        const auto known = static_cast<std::size_t>(bufferEnd() - m_next->position) * channels;
+        // What lies before is there already, or was jumped over.
+        const auto known = static_cast<std::size_t>(m_put - m_next->position) * channels;
         if (known < m_next->samples.size())
-            m_buffer.insert(m_buffer.end(),
-                            m_next->samples.begin() + static_cast<std::ptrdiff_t>(known),
-                            m_next->samples.end());
+            put(std::span(m_next->samples).subspan(known));
         m_next.reset();
     }
+}
+
+void AudioSource::put(std::span<const float> samples) {
+    m_put += static_cast<std::int64_t>(samples.size()) / channels;
+    if (m_noise)
+        m_noise->process(samples, m_buffer);
+    else
+        m_buffer.insert(m_buffer.end(), samples.begin(), samples.end());
+}
+
+void AudioSource::putSilence(std::int64_t frames) {
+    put(std::vector<float>(static_cast<std::size_t>(frames) * channels));
 }
 
 void AudioSource::forgetBefore(std::int64_t position) {

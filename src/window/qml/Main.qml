@@ -15,6 +15,9 @@ Window {
     required property UnsavedRecordingsModel recordings
     required property RecentProjectsModel recents
     required property Appearance appearance
+    required property LevelMeters meters
+    required property DeviceChoice microphones
+    required property DeviceChoice cameras
 
     readonly property bool covered: guard.message !== ""
     readonly property size wanted: Qt.size(
@@ -40,6 +43,11 @@ Window {
         target: Theme
         property: "dark"
         value: window.appearance.dark
+    }
+    Binding {
+        target: window.meters
+        property: "watched"
+        value: window.visibility !== Window.Hidden && window.visibility !== Window.Minimized
     }
     // Below the screens, whose own places for other files come first.
     DropArea {
@@ -103,6 +111,9 @@ Window {
             guard: window.guard
             recordings: window.recordings
             recents: window.recents
+            meters: window.meters
+            microphones: window.microphones
+            cameras: window.cameras
         }
     }
     Component {
@@ -135,6 +146,7 @@ Window {
         RecordingScreen {
             app: window.app
             guard: window.guard
+            meters: window.meters
         }
     }
     Component {

@@ -8,9 +8,12 @@ FocusScope {
     required property MainModel app
     required property DisplayChoice displays
     required property ActionGuard guard
+    required property LevelMeters meters
+    required property DeviceChoice microphones
+    required property DeviceChoice cameras
 
     implicitWidth: 340
-    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0)
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -46,11 +49,33 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         color: Theme.warning
     }
+    Label {
+        id: sourceNote
+        objectName: "sourceNote"
+        anchors { left: modes.left; right: modes.right; top: note.visible ? note.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
+        visible: text !== ""
+        text: {
+            const lines = []
+            if (microphone.checked && screen.microphones.missing !== "")
+                lines.push(screen.microphones.missing)
+            if (screen.meters.microphone.silent)
+                lines.push(qsTr("The microphone is silent."))
+            if (webcam.checked && screen.cameras.missing !== "")
+                lines.push(screen.cameras.missing)
+            return lines.join("\n")
+        }
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        font.pixelSize: Theme.caption
+        color: Theme.warning
+    }
     Row {
         anchors { left: parent.left; leftMargin: Theme.wide - 4; verticalCenter: record.verticalCenter }
-        spacing: 2
         SourceToggle {
             objectName: "systemAudio"
+            implicitWidth: 32
+            meter: screen.meters.system
+            meterName: qsTr("System audio level")
             on: screen.app.systemAudio
             missing: screen.guard.systemAudioMissing
             symbolOn: "speaker.wave.2.fill"
@@ -60,7 +85,11 @@ FocusScope {
             onSwitched: on => screen.app.systemAudio = on
         }
         SourceToggle {
+            id: microphone
             objectName: "microphone"
+            implicitWidth: 32
+            meter: screen.meters.microphone
+            meterName: qsTr("Microphone level")
             on: screen.app.microphone
             missing: screen.guard.microphoneMissing
             symbolOn: "mic.fill"
@@ -69,8 +98,16 @@ FocusScope {
             helpOff: qsTr("Microphone off")
             onSwitched: on => screen.app.microphone = on
         }
+        DeviceMenuButton {
+            objectName: "microphoneMenu"
+            choice: screen.microphones
+            help: qsTr("Choose microphone")
+            enabled: screen.guard.microphoneMissing === ""
+        }
         SourceToggle {
+            id: webcam
             objectName: "webcam"
+            implicitWidth: 32
             on: screen.app.webcam
             missing: screen.guard.webcamMissing
             symbolOn: "video.fill"
@@ -78,6 +115,12 @@ FocusScope {
             helpOn: qsTr("Webcam on")
             helpOff: qsTr("Webcam off")
             onSwitched: on => screen.app.webcam = on
+        }
+        DeviceMenuButton {
+            objectName: "webcamMenu"
+            choice: screen.cameras
+            help: qsTr("Choose camera")
+            enabled: screen.guard.webcamMissing === ""
         }
     }
     SymbolButton {

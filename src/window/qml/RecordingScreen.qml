@@ -7,8 +7,11 @@ FocusScope {
 
     required property MainModel app
     required property ActionGuard guard
+    required property LevelMeters meters
 
-    implicitWidth: Math.max(220, row.implicitWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
+    readonly property real levelsWidth: levels.width > 0 ? levels.width + Theme.gap : 0
+
+    implicitWidth: Math.max(220 + levelsWidth, row.implicitWidth + levelsWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 78 : 54
 
     Row {
@@ -30,6 +33,26 @@ FocusScope {
             text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
             font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
             font.weight: Font.DemiBold
+        }
+    }
+    Row {
+        id: levels
+        anchors { right: stop.left; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
+        visible: !screen.app.stopping
+        spacing: 3
+        LevelMeter {
+            objectName: "systemLevel"
+            width: 5
+            height: 30
+            meter: screen.meters.system
+            name: qsTr("System audio level")
+        }
+        LevelMeter {
+            objectName: "microphoneLevel"
+            width: 5
+            height: 30
+            meter: screen.meters.microphone
+            name: qsTr("Microphone level")
         }
     }
     PushButton {

@@ -1,4 +1,5 @@
 import QtQuick
+import Vantro.Native
 
 // Switches one source of a recording on and off; a source that is missing says why.
 SymbolButton {
@@ -10,6 +11,8 @@ SymbolButton {
     required property string symbolOff
     required property string helpOn
     required property string helpOff
+    property SourceMeter meter: null // of what is switched on
+    property string meterName: ""
     signal switched(bool on)
 
     enabled: missing === ""
@@ -21,4 +24,16 @@ SymbolButton {
     ink: checked ? Theme.text : Theme.secondaryText
     Accessible.description: missing
     onClicked: switched(!on)
+
+    Loader {
+        anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: -1 }
+        active: toggle.meter !== null
+        sourceComponent: LevelMeter {
+            width: 26
+            height: 3
+            meter: toggle.meter
+            name: toggle.meterName
+            objectName: toggle.objectName + "Level"
+        }
+    }
 }

@@ -8,6 +8,9 @@ FocusScope {
     required property MainModel app
     required property DisplayChoice displays
     required property ActionGuard guard
+    required property LevelMeters meters
+    required property DeviceChoice microphones
+    required property DeviceChoice cameras
     required property UnsavedRecordingsModel recordings
     required property RecentProjectsModel recents
 
@@ -24,6 +27,9 @@ FocusScope {
         app: screen.app
         displays: screen.displays
         guard: screen.guard
+        meters: screen.meters
+        microphones: screen.microphones
+        cameras: screen.cameras
     }
     Rectangle {
         anchors { left: parent.left; right: parent.right; top: controls.bottom }

@@ -55,7 +55,7 @@ model::Edit otherEdit() {
     edit.cursorScale = 1;
     edit.webcamPosition = model::WebcamPosition::topLeft;
     edit.webcamSize = 0.4;
-    edit.webcamHidden = edit.webcamMirrored = true;
+    edit.webcamHidden = edit.webcamMirrored = edit.microphoneNoiseReduced = true;
     edit.systemAudioVolume = edit.microphoneVolume = 0.5;
     return edit;
 }

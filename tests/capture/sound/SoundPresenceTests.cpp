@@ -61,6 +61,30 @@ TEST_P(SoundPresence, ListsDevicesAsTheyComeAndGo) {
     EXPECT_FALSE(makePulseSoundDevices()->list());
 }
 
+TEST_P(SoundPresence, MetersWhatARecordingWouldTake) {
+    const auto devices = makePulseSoundDevices();
+    const auto system = devices->meter(SoundKind::system, {});
+    const auto microphone = devices->meter(SoundKind::microphone, {});
+    const auto reads = [](const SoundMeter& meter, double least, double most) {
+        return eventually([&] {
+            const auto reading = meter.reading();
+            return reading && reading->level >= least && reading->level <= most;
+        });
+    };
+    {
+        const TonePlayer speakers("box", 440); // of amplitude 0.5
+        EXPECT_TRUE(reads(*system, 0.4, 0.6));
+        EXPECT_TRUE(reads(*microphone, 0, 0.01)) << "never the speakers in its place";
+        const TonePlayer voice("mic_feed", 1000);
+        EXPECT_TRUE(reads(*microphone, 0.4, 0.6));
+    }
+    EXPECT_TRUE(reads(*system, 0, 0.01)) << "it falls again";
+    server->removeMicrophone("mic");
+    EXPECT_TRUE(eventually([&] { return !microphone->reading(); }));
+    server->addMicrophone("mic");
+    EXPECT_TRUE(eventually([&] { return microphone->reading().has_value(); }));
+}
+
 TEST(SoundServerAbsence, AServerThatNeverAnswersIsGivenUp) {
     const TemporaryFolder folder;
     const auto place = (folder / "deaf").string();

@@ -3,6 +3,7 @@
 #include "capture/Colors.h"
 #include "capture/OwnProcess.h"
 #include "capture/RecordingSession.h"
+#include "capture/camera/DesktopCameras.h"
 #include "capture/sound/PulseSoundDevices.h"
 #include "media/Sound.h"
 #include "support/Eventually.h"
@@ -18,13 +19,14 @@ using namespace std::chrono_literals;
 using namespace test;
 using Kind = SoundServer::Kind;
 
-/// A recording of a small screen with its sound, under way.
+/// A recording of a small screen with what is asked for besides, under way.
 struct Recording {
     explicit Recording(const SourceSwitches& sources) {
         RecordingRequest request;
         request.sources = sources;
         session = std::make_unique<RecordingSession>(
-            request, [this] { return connectTo(server); }, makePulseSoundDevices());
+            request, [this] { return connectTo(server); }, makePulseSoundDevices(),
+            camera::makeDesktopCameras());
         session->choose({});
         session->start(movie);
         began = base::hostNow();

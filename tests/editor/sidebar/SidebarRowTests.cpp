@@ -142,9 +142,9 @@ TEST_F(SidebarTest, TabReachesEverythingIntoViewAndEachTellsItsRoleAndName) {
     for (const auto& row : rows)
         for (const auto* part : {"Slider", "Field"})
             EXPECT_THAT(reached, testing::Contains(std::string(row.name) + part));
-    EXPECT_THAT(reached,
-                testing::IsSupersetOf({"preset0", "moreColors", "pointerShown", "webcamMirrored",
-                                       "deleteZoom", "deleteSegment", "removeAllZooms"}));
+    EXPECT_THAT(reached, testing::IsSupersetOf({"preset0", "moreColors", "pointerShown",
+                                                "webcamMirrored", "noiseReduced", "deleteZoom",
+                                                "deleteSegment", "removeAllZooms"}));
 }
 
 } // namespace

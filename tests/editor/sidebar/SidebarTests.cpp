@@ -34,8 +34,12 @@ TEST_F(SidebarTest, EveryButtonDoesOneStep) {
               [](const auto& edit) { return edit.webcamMirrored; }},
              {"webcamReset", "Reset Webcam",
               [](const auto& edit) { return edit.webcamSize == 0.2 && !edit.webcamHidden; }},
-             {"soundReset", "Reset Volumes",
-              [](const auto& edit) { return edit.systemAudioVolume == 1; }},
+             {"noiseReduced", "Keep Noise",
+              [](const auto& edit) { return !edit.microphoneNoiseReduced; }},
+             {"soundReset", "Reset Sound",
+              [](const auto& edit) {
+                  return edit.systemAudioVolume == 1 && !edit.microphoneNoiseReduced;
+              }},
              {"zoomReset", "Reset Zoom",
               [](const auto& edit) { return zoom(edit).zoomLevel == 1.5; }},
              {"deleteZoom", "Delete Zoom",
@@ -52,6 +56,7 @@ TEST_F(SidebarTest, EveryButtonDoesOneStep) {
         start.cursorScale = 5;
         start.webcamSize = 0.4;
         start.systemAudioVolume = 0.5;
+        start.microphoneNoiseReduced = true;
         start.background.type = model::BackgroundColor{.red = 1, .green = 0.5, .blue = 0};
         open(start);
         clickRevealed(name);

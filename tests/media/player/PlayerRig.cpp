@@ -48,8 +48,8 @@ void ScriptedSound::planJump(std::optional<PlannedJump> jump) {
     note(jump ? fmt::format("jump {} to {}", jump->from.seconds(), jump->to.seconds()) : "no jump");
 }
 
-void ScriptedSound::setVolumes(std::vector<float> volumes) {
-    note(fmt::format("{} volumes", volumes.size()));
+void ScriptedSound::setMix(std::vector<TrackMix> mix) {
+    note(fmt::format("a mix of {}", mix.size()));
 }
 
 std::optional<SoundReading> ScriptedSound::reading() const {

@@ -41,7 +41,7 @@ class ScriptedSound : public media::player::PlayerSound {
               std::optional<media::player::PlannedJump> jump) override;
     void planJump(std::optional<media::player::PlannedJump> jump) override;
     void pause() override { note("pause"); }
-    void setVolumes(std::vector<float> volumes) override;
+    void setMix(std::vector<media::TrackMix> mix) override;
     void setMuted(bool muted) override { note(muted ? "mute" : "unmute"); }
     std::optional<media::player::SoundReading> reading() const override;
     bool hasDevice() const override;

@@ -1,0 +1,96 @@
+// Against a camera of the kernel, where this machine has one: the driver vivid of a virtual
+// machine.
+#include "capture/camera/DesktopCameras.h"
+#include "capture/camera/V4l2Camera.h"
+#include "capture/camera/V4l2Device.h"
+#include "support/Eventually.h"
+#include "support/SoundServer.h"
+
+#include <mutex>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace vantro::capture::camera {
+namespace {
+
+using namespace std::chrono_literals;
+using test::eventually;
+
+class PictureLog : public CameraOutput {
+  public:
+    std::vector<CameraPicture> pictures() const {
+        return m_pictures.with([](const auto& all) { return all; });
+    }
+
+  private:
+    void picture(const CameraPicture& picture) override {
+        m_pictures.with([&](auto& all) { all.push_back(picture); });
+    }
+    void cameraMissing(const std::string& reason) override { ADD_FAILURE() << reason; }
+    void cameraReturned() override {}
+
+    base::Guarded<std::vector<CameraPicture>> m_pictures;
+};
+
+TEST(V4l2Camera, SendsSteadyPicturesOfTheNearestFormat) {
+    if (systemCameras().empty())
+        GTEST_SKIP() << "there is no camera";
+    // A desktop without any server.
+    const test::SoundServer nothing(test::SoundServer::Kind::pipewire);
+    const auto cameras = makeDesktopCameras();
+    const auto listed = cameras->list();
+    ASSERT_TRUE(listed && !listed->empty());
+    for (const auto& name : {std::string(), listed->back().name, listed->back().description}) {
+        SCOPED_TRACE(name);
+        auto camera = cameras->open(name);
+        ASSERT_TRUE(camera) << camera.error().reason;
+        EXPECT_TRUE((*camera)->awaitPicture(base::hostNow() + 5s));
+        PictureLog log;
+        (*camera)->start(log);
+        EXPECT_TRUE(eventually([&] { return log.pictures().size() >= 20; }));
+        (*camera)->stop();
+        const auto pictures = log.pictures();
+        EXPECT_EQ(pictures.front().pixels->width(), 640);
+        EXPECT_EQ(pictures.front().pixels->height(), 480);
+        for (std::size_t i = 1; i < pictures.size(); ++i)
+            EXPECT_LT(pictures[i - 1].time, pictures[i].time);
+        EXPECT_LT(base::hostNow() - pictures.back().time, 2s);
+        const auto* middle = pictures.back().pixels->row(0, 60); // bars of many brightnesses
+        EXPECT_GT(*std::max_element(middle, middle + 640) - *std::min_element(middle, middle + 640),
+                  100);
+    }
+    EXPECT_EQ(cameras->open("no such").error().reason, "there is no no such");
+}
+
+TEST(V4l2Camera, EveryLayoutThatItOffersCanBeRead) {
+    const auto cameras = systemCameras();
+    if (cameras.empty())
+        GTEST_SKIP() << "there is no camera";
+    std::vector<media::RawLayout> seen;
+    const auto all = (*V4l2Device::open(cameras.front().name))->formats();
+    for (const auto& format : all) {
+        if (std::ranges::find(seen, format.layout) != seen.end())
+            continue;
+        seen.push_back(format.layout);
+        auto device = V4l2Device::open(cameras.front().name);
+        ASSERT_TRUE(device);
+        const auto wanted = chooseFormat(std::span(&format, 1));
+        const auto started = (*device)->start(*wanted);
+        ASSERT_TRUE(started) << static_cast<int>(format.layout) << ": error " << started.error();
+        media::CameraPictures pictures;
+        bool isConverted = false;
+        EXPECT_TRUE(eventually([&] {
+            (*device)->next(50ms, [&](const V4l2Device::Picture& picture) {
+                const auto converted = pictures.convert(picture.raw);
+                EXPECT_TRUE(converted) << static_cast<int>(format.layout) << converted.error();
+                isConverted = true;
+            });
+            return isConverted;
+        })) << static_cast<int>(format.layout);
+    }
+    EXPECT_GE(seen.size(), 5U);
+}
+
+} // namespace
+} // namespace vantro::capture::camera
