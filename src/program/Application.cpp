@@ -121,7 +121,7 @@ class Program {
     const std::unique_ptr<capture::SoundDevices> m_sound = app::desktopSound();
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     window::devices::LevelMeters m_meters{
-        m_model, m_guard, m_state, m_timers,
+        m_guard, m_state, m_timers,
         [this](auto kind, const auto& device) { return m_sound->meter(kind, device); }};
     editor::EditorModel m_editor{
         m_state,

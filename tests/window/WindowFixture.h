@@ -127,7 +127,7 @@ class WindowFixture : public testing::Test {
     std::map<capture::SoundKind, std::optional<capture::SoundMeter::Reading>> readings;
     std::vector<std::string> metered; ///< the meters under way: "system", "microphone DEVICE"
     window::devices::LevelMeters meters{
-        app, guard, state, timers,
+        guard, state, timers,
         [this](auto kind, const auto& device) { return makeMeter(kind, device); }};
 
   private:
