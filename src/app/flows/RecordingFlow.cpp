@@ -154,7 +154,7 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
                     .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
                     .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
                     .microphoneDevice = m_state.microphoneDevice(),
-                    .cameraDevice = {}}};
+                    .cameraDevice = m_state.webcamDevice()}};
     if (const auto& window = m_state.selectedWindow())
         request.windowID = window->windowID;
     return request;

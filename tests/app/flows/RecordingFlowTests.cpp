@@ -68,9 +68,11 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
 TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
     state.setMicrophoneAudioEnabled(true);
     state.setMicrophoneDevice("headset");
+    state.setWebcamDevice("desk");
     platform.able.systemSound.whyNot = "There is no output.";
     record();
     EXPECT_EQ(platform.made.back().sources.microphoneDevice, "headset");
+    EXPECT_EQ(platform.made.back().sources.cameraDevice, "desk");
     EXPECT_FALSE(platform.made.back().sources.systemSound);
     EXPECT_TRUE(platform.made.back().sources.microphone);
 }
