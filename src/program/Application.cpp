@@ -56,6 +56,7 @@ std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
 template <typename Device>
 std::vector<window::devices::AttachedDevice> attached(const std::vector<Device>& devices) {
     std::vector<window::devices::AttachedDevice> result;
+    result.reserve(devices.size());
     for (const auto& device : devices)
         result.push_back({.name = QString::fromStdString(device.name),
                           .description = QString::fromStdString(device.description),

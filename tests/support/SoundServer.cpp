@@ -47,8 +47,8 @@ bool isListening(const std::string& path) {
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof(address.sun_path) - 1);
     const base::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) ==
-           0;
+    return client.get() >= 0 && ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address),
+                                          sizeof(address)) == 0;
 }
 
 } // namespace
