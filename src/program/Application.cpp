@@ -25,6 +25,7 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/devices/CameraView.h"
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
@@ -52,26 +53,15 @@ std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
     return displays.empty() ? 0 : displays.front().displayID;
 }
 
-std::vector<window::devices::AttachedDevice>
-microphonesOf(const capture::sound::SoundWatch::Devices& devices) {
-    std::vector<window::devices::AttachedDevice> microphones;
-    for (const auto& device : devices.value_or(std::vector<capture::SoundDevice>()))
-        if (device.kind == capture::SoundKind::microphone)
-            microphones.push_back({.name = QString::fromStdString(device.name),
-                                   .description = QString::fromStdString(device.description),
-                                   .isDefault = device.isDefault});
-    return microphones;
-}
-
-std::vector<window::devices::AttachedDevice>
-attached(const capture::camera::CameraWatch::Cameras& cameras) {
-    std::vector<window::devices::AttachedDevice> devices;
-    if (cameras)
-        for (const auto& each : *cameras)
-            devices.push_back({.name = QString::fromStdString(each.name),
-                               .description = QString::fromStdString(each.description),
-                               .isDefault = each.isDefault});
-    return devices;
+template <typename Device>
+std::vector<window::devices::AttachedDevice> attached(const std::vector<Device>& devices) {
+    std::vector<window::devices::AttachedDevice> result;
+    result.reserve(devices.size());
+    for (const auto& device : devices)
+        result.push_back({.name = QString::fromStdString(device.name),
+                          .description = QString::fromStdString(device.description),
+                          .isDefault = device.isDefault});
+    return result;
 }
 
 /// Everything that the program consists of, made in the order in which it depends on each other.
@@ -130,9 +120,12 @@ class Program {
         QMetaObject::invokeMethod(&m_guard, [this] { camerasChanged(); }, Qt::QueuedConnection);
     }};
     const std::unique_ptr<capture::SoundDevices> m_sound = app::desktopSound();
+    window::devices::CameraView m_camera{
+        m_guard, m_state, m_recordingTasks,
+        [](const std::string& device) { return app::desktopCameras()->open(device); }};
     window::MainModel m_model{m_state, m_permission, m_windows, m_flows, m_guard};
     window::devices::LevelMeters m_meters{
-        m_model, m_guard, m_state, m_timers,
+        m_guard, m_state, m_timers,
         [this](auto kind, const auto& device) { return m_sound->meter(kind, device); }};
     editor::EditorModel m_editor{
         m_state,
@@ -152,7 +145,7 @@ class Program {
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
                                  m_appearance, m_recordings, m_recents, m_meters, m_microphones,
-                                 m_cameras, m_recovery}};
+                                 m_cameras, m_camera, m_recovery}};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())
@@ -179,7 +172,11 @@ void Program::soundChanged() {
     if (const auto devices = m_soundWatch.devices()) {
         m_desktop.setSound(capture::abilitiesOf(*devices));
         m_guard.askAgain();
-        m_microphones.setDevices(microphonesOf(*devices));
+        auto microphones = devices->value_or(std::vector<capture::SoundDevice>());
+        std::erase_if(microphones, [](const capture::SoundDevice& device) {
+            return device.kind != capture::SoundKind::microphone;
+        });
+        m_microphones.setDevices(attached(microphones));
     }
 }
 
@@ -187,7 +184,7 @@ void Program::camerasChanged() {
     if (const auto cameras = m_cameraWatch.cameras()) {
         m_desktop.setCamera(capture::abilityOf(*cameras));
         m_guard.askAgain();
-        m_cameras.setDevices(attached(*cameras));
+        m_cameras.setDevices(attached(cameras->value_or(std::vector<capture::CameraDevice>())));
     }
 }
 

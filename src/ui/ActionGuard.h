@@ -47,6 +47,8 @@ class ActionGuard : public QObject {
     /// What the desktop can do may have changed.
     void askAgain();
 
+    /// Changes with `changed`, too.
+    Screen screen() const;
     QString message() const;
     /// Of the chosen capture mode.
     QString modeMissing() const;
@@ -69,7 +71,6 @@ class ActionGuard : public QObject {
     void followEverything();
     QString messageOverControls() const;
     static QString sentence(const capture::Ability& ability);
-    Screen screen() const;
     bool isFree(Screen wanted) const;
 
     app::AppState& m_state;

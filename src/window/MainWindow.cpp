@@ -7,6 +7,7 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/QmlModule.h"
+#include "window/devices/CameraView.h"
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/picker/ApplicationIcons.h"
@@ -40,6 +41,7 @@ MainWindow::MainWindow(MainWindowModels models) {
                            {QStringLiteral("meters"), object(models.meters)},
                            {QStringLiteral("microphones"), object(models.microphones)},
                            {QStringLiteral("cameras"), object(models.cameras)},
+                           {QStringLiteral("camera"), object(models.camera)},
                            {QStringLiteral("appearance"), object(models.appearance)}});
 }
 

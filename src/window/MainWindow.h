@@ -32,6 +32,7 @@ class UnsavedRecordingsModel;
 } // namespace vantro::window::start
 
 namespace vantro::window::devices {
+class CameraView;
 class DeviceChoice;
 class LevelMeters;
 } // namespace vantro::window::devices
@@ -55,6 +56,7 @@ struct MainWindowModels {
     devices::LevelMeters& meters;
     devices::DeviceChoice& microphones;
     devices::DeviceChoice& cameras;
+    devices::CameraView& camera;
     const app::flows::RecoveryFlow& recovery;
 };
 

@@ -15,6 +15,7 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/WindowFitter.h"
+#include "window/devices/CameraView.h"
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/picker/WindowPickerModel.h"
@@ -32,14 +33,14 @@ namespace vantro::window {
 void prepareEngine(QQmlEngine& engine) {
     qmlRegisterTypesAndRevisions<
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
-        MainModel, WindowFitter, devices::DeviceChoice, devices::LevelMeters, devices::SourceMeter,
-        editor::EditorModel, editor::EditorPreview, editor::PlayerTimeObserver, editor::ZoomTarget,
-        editor::bars::AccessibleBar, editor::bars::BarGestures, editor::bars::BarPicture,
-        editor::bars::EditorActions, editor::bars::RecordingStrip, editor::bars::RulerPicture,
-        editor::bars::SegmentBarPicture, editor::bars::StripModel, editor::bars::TimelineModel,
-        editor::bars::ZoomBarPicture, editor::sidebar::AllZoomsGroup,
-        editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
-        editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
+        MainModel, WindowFitter, devices::CameraView, devices::DeviceChoice, devices::LevelMeters,
+        devices::SourceMeter, editor::EditorModel, editor::EditorPreview,
+        editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::AccessibleBar,
+        editor::bars::BarGestures, editor::bars::BarPicture, editor::bars::EditorActions,
+        editor::bars::RecordingStrip, editor::bars::RulerPicture, editor::bars::SegmentBarPicture,
+        editor::bars::StripModel, editor::bars::TimelineModel, editor::bars::ZoomBarPicture,
+        editor::sidebar::AllZoomsGroup, editor::sidebar::BackgroundGroup,
+        editor::sidebar::FrameGroup, editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
         editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
         start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);

@@ -28,6 +28,8 @@ constexpr std::size_t channels = 2;
 constexpr std::size_t pieceLength = 64; // divides a cycle of PipeWire's graph
 constexpr double cycle = 1024.0 / recordedRate;
 constexpr double cycleGap = 0.003;
+// Samples that a busy server loses put off what follows.
+constexpr std::size_t nearby = 10UL * recordedRate;
 
 bool succeeds(const std::string& command) {
     const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
@@ -45,8 +47,8 @@ bool isListening(const std::string& path) {
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof(address.sun_path) - 1);
     const base::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) ==
-           0;
+    return client.get() >= 0 && ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address),
+                                          sizeof(address)) == 0;
 }
 
 } // namespace
@@ -323,16 +325,20 @@ double MonitorRecorder::timeOf(std::size_t frame) const {
     std::vector<double> starts; // of the recording, by each stamp's word
     starts.reserve(m_stamps.size());
     for (const auto& stamp : m_stamps)
-        starts.push_back(stamp.time - static_cast<double>(stamp.frame) / recordedRate);
+        if (std::max(frame, stamp.frame) - std::min(frame, stamp.frame) < nearby)
+            starts.push_back(stamp.time - static_cast<double>(stamp.frame) / recordedRate);
     std::ranges::nth_element(starts,
                              starts.begin() + static_cast<std::ptrdiff_t>(starts.size()) / 2);
     return starts.at(starts.size() / 2) + static_cast<double>(frame) / recordedRate;
 }
 
 void MonitorRecorder::hear(double seconds) const {
-    const auto wanted =
-        sound().size() + static_cast<std::size_t>(seconds * recordedRate) * channels;
-    if (!eventually([&] { return sound().size() >= wanted; }))
+    const auto recorded = [&] {
+        const std::lock_guard lock(m_mutex);
+        return m_sound.size();
+    };
+    const auto wanted = recorded() + static_cast<std::size_t>(seconds * recordedRate) * channels;
+    if (!eventually([&] { return recorded() >= wanted; }))
         throw std::runtime_error("the monitor is silent");
 }
 

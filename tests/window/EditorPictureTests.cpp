@@ -116,7 +116,7 @@ TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     reveal("pointerScaleField", "editor-frame");
     reveal("removeAllZooms", "editor-zooms");
     reveal("webcamSizeField", "editor-webcam");
-    reveal("microphoneVolumeField", "editor-sound");
+    reveal("noiseReduced", "editor-sound");
     item("stage").forceActiveFocus();
     state.setSelectedClickID(project.edit.clickEvents[1].id);
     keep("editor-zoom", Texts::others);

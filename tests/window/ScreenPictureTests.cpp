@@ -13,6 +13,14 @@ namespace vantro::window {
 namespace {
 
 TEST_P(ScreenPictureTest, RecordingScreens) {
+    microphones.setDevices({{QStringLiteral("a"), QStringLiteral("Built-in"), true}});
+    state.setMicrophoneAudioEnabled(true);
+    readings = {{capture::SoundKind::system, {{.level = 0.25F, .isSilent = false}}},
+                {capture::SoundKind::microphone, {{.level = 0, .isSilent = true}}}};
+    timers.advance(std::chrono::milliseconds(60));
+    keep("controls-silent");
+    readings[capture::SoundKind::microphone] = {{.level = 0.03F, .isSilent = false}};
+    timers.advance(std::chrono::milliseconds(60));
     keep("controls");
     EXPECT_EQ(isLeftOf("options", "systemAudio"), GetParam().isForeign);
     platform.attached[0].name = "A display with a long name and number 27U-4100, at the window";
@@ -48,6 +56,9 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     recording.setCountdown(0);
 
     record();
+    platform.next->recorderStatus.sounds = {
+        {.kind = capture::SoundKind::system, .level = 0.25F, .isSilent = false},
+        {.kind = capture::SoundKind::microphone, .level = 0.9F, .isSilent = false}};
     timers.advance(std::chrono::seconds(83));
     keep("recording");
     EXPECT_EQ(text("elapsed"), "01:23");

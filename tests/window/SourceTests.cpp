@@ -155,7 +155,7 @@ TEST_F(SourceTest, AMeterShowsDecibelsHoldsItsPeakAndTellsOfSilence) {
     const QSignalSpy changes(&meter, &devices::SourceMeter::changed);
     passTime();
     EXPECT_EQ(changes.count(), 0) << "an unchanged level draws nothing";
-    readings[SoundKind::microphone]->isSilent = true;
+    readings[SoundKind::microphone] = {.level = 0.0001F, .isSilent = true};
     passTime();
     EXPECT_EQ(note(), "The microphone is silent.");
 

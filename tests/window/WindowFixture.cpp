@@ -61,9 +61,9 @@ std::unique_ptr<capture::SoundMeter> WindowFixture::makeMeter(capture::SoundKind
 }
 
 void WindowFixture::showWindow() {
-    m_window = std::make_unique<window::MainWindow>(
-        window::MainWindowModels{app, editor, actions, windows, displays, guard, appearance,
-                                 recordings, recents, meters, microphones, cameras, recovery});
+    m_window = std::make_unique<window::MainWindow>(window::MainWindowModels{
+        app, editor, actions, windows, displays, guard, appearance, recordings, recents, meters,
+        microphones, cameras, camera, recovery});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();

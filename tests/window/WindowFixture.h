@@ -17,6 +17,7 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/devices/CameraView.h"
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/picker/WindowPickerModel.h"
@@ -123,11 +124,17 @@ class WindowFixture : public testing::Test {
     window::start::RecentProjectsModel recents{preferences, projects, tasks};
     window::devices::DeviceChoice microphones{state, preferences, ui::DeviceUse::microphone};
     window::devices::DeviceChoice cameras{state, preferences, ui::DeviceUse::camera};
+    std::function<window::devices::CameraFeed::Camera(const std::string&)> openCamera =
+        [](const auto&) {
+            return std::unexpected(capture::CameraRefusal{.reason = "there is none"});
+        };
+    window::devices::CameraView camera{guard, state, tasks,
+                                       [this](const auto& device) { return openCamera(device); }};
     /// What the meters under way read, by what they meter.
     std::map<capture::SoundKind, std::optional<capture::SoundMeter::Reading>> readings;
     std::vector<std::string> metered; ///< the meters under way: "system", "microphone DEVICE"
     window::devices::LevelMeters meters{
-        app, guard, state, timers,
+        guard, state, timers,
         [this](auto kind, const auto& device) { return makeMeter(kind, device); }};
 
   private:

@@ -18,6 +18,8 @@ using media::mixing::sampleRate;
 constexpr std::uint32_t piece = sampleRate * 40 / 1000; // frames
 constexpr std::uint32_t peakRate = 25;
 constexpr auto retryInterval = 1s;
+// A busy server is late by less; devices send also while they are silent.
+constexpr auto longestStall = 3s;
 constexpr auto longestWait = 250ms;
 
 /// Until the server is asked again what it has recorded: in quick succession at first, and at
@@ -76,6 +78,8 @@ void PulseInput::move(State to) {
 
 void PulseInput::update() {
     const auto now = base::hostNow();
+    if (m_state == State::recording && now - m_heardAt >= longestStall)
+        m_lost = {.reason = "nothing comes from " + m_source.description};
     if (const auto lost = std::exchange(m_lost, {}))
         lose(*lost);
     if (const auto chosen = std::exchange(m_chosen, {}))
@@ -172,7 +176,7 @@ void PulseInput::streamChanged() {
     }
     move(State::recording);
     m_asked = 0;
-    m_askAt = base::hostNow();
+    m_askAt = m_heardAt = base::hostNow();
     m_listener.opened(m_source.description);
 }
 
@@ -209,7 +213,7 @@ void PulseInput::read() {
     std::size_t size = 0;
     while (pa_stream_peek(m_stream.get(), &data, &size) >= 0 && size > 0) {
         if (m_state == State::recording && !m_lost) {
-            const auto now = base::hostNow();
+            const auto now = m_heardAt = base::hostNow();
             const auto count = size / sizeof(float);
             if (data != nullptr)
                 m_listener.captured(now, {static_cast<const float*>(data), count});

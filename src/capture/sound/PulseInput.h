@@ -39,7 +39,8 @@ class PulseListener {
 ///     |                          |  |  another is due  |  |
 ///     |                          |  +<-----------------+  |
 ///     +--- device or server goes +------------------------+
-/// Where it is absent it tries again every second, and when the server has news.
+/// Where it is absent it tries again every second, and when the server has news. A device from
+/// which nothing arrives for seconds counts as gone: somebody may have taken the stream off it.
 class PulseInput {
   public:
     /// What is wanted of the sound: all of it, or only the highest samples of each 40 ms, of all
@@ -94,8 +95,9 @@ class PulseInput {
     pulse::Context m_context;
     pulse::Stream m_stream;
     std::optional<base::HostTime> m_retryAt;
-    base::HostTime m_askAt; ///< what the server has recorded, while recording
-    int m_asked = 0;        ///< how often, of this stream
+    base::HostTime m_heardAt; ///< when something arrived, while recording
+    base::HostTime m_askAt;   ///< what the server has recorded, while recording
+    int m_asked = 0;          ///< how often, of this stream
     // What callbacks leave to be done outside of them, where things can be freed.
     std::optional<SoundRefusal> m_lost;
     std::optional<ServerSource> m_chosen; ///< to be opened

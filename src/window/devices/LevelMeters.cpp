@@ -3,7 +3,6 @@
 #include "app/state/AppState.h"
 #include "capture/Recorder.h"
 #include "ui/ActionGuard.h"
-#include "window/MainModel.h"
 
 #include <chrono>
 
@@ -17,20 +16,17 @@ constexpr auto interval = std::chrono::milliseconds(60);
 
 } // namespace
 
-LevelMeters::LevelMeters(MainModel& model, ui::ActionGuard& guard, app::AppState& state,
+LevelMeters::LevelMeters(ui::ActionGuard& guard, app::AppState& state,
                          app::flows::MainTimers& timers, MakeMeter makeMeter)
-    : m_model(model)
-    , m_guard(guard)
-    , m_state(state)
-    , m_timers(timers)
-    , m_makeMeter(std::move(makeMeter)) {
+    : m_guard(guard), m_state(state), m_timers(timers), m_makeMeter(std::move(makeMeter)) {
     const auto follow = [this](auto& object, auto signal) {
         connect(&object, signal, this, qOverload<>(&LevelMeters::update));
     };
-    follow(model, &MainModel::screenChanged);
-    follow(model, &MainModel::sourcesChanged);
     follow(guard, &ui::ActionGuard::changed);
-    follow(state, &app::AppState::microphoneDeviceChanged);
+    for (const auto signal :
+         {&app::AppState::systemAudioEnabledChanged, &app::AppState::microphoneAudioEnabledChanged,
+          &app::AppState::microphoneDeviceChanged})
+        follow(state, signal);
 }
 
 void LevelMeters::setWatched(bool watched) {
@@ -42,9 +38,9 @@ void LevelMeters::setWatched(bool watched) {
 }
 
 void LevelMeters::update() {
-    const auto screen = m_model.screen();
-    const bool isChoosing = m_isWatched && screen == QStringLiteral("controls");
-    m_isRecording = m_isWatched && screen == QStringLiteral("recording");
+    const auto screen = m_guard.screen();
+    const bool isChoosing = m_isWatched && screen == ui::Screen::controls;
+    m_isRecording = m_isWatched && screen == ui::Screen::recording;
     update(m_system,
            isChoosing && m_state.systemAudioEnabled() && m_guard.systemAudioMissing().isEmpty(),
            {});

@@ -20,11 +20,7 @@ namespace vantro::ui {
 class ActionGuard;
 } // namespace vantro::ui
 
-namespace vantro::window {
-
-class MainModel;
-
-namespace devices {
+namespace vantro::window::devices {
 
 /// How loud the sounds are that are switched on: before a recording by meters of their own, while
 /// one runs by what its recorder tells. Nothing is listened to, and no timer runs, unless somebody
@@ -43,8 +39,8 @@ class LevelMeters : public QObject {
         capture::SoundKind kind, const std::string& device)>;
 
     /// What it is given outlives it.
-    LevelMeters(MainModel& model, ui::ActionGuard& guard, app::AppState& state,
-                app::flows::MainTimers& timers, MakeMeter makeMeter);
+    LevelMeters(ui::ActionGuard& guard, app::AppState& state, app::flows::MainTimers& timers,
+                MakeMeter makeMeter);
 
     SourceMeter* system() { return &m_system.view; }
     SourceMeter* microphone() { return &m_microphone.view; }
@@ -66,7 +62,6 @@ class LevelMeters : public QObject {
     void read();
     void read(Source& source, base::HostTime now) const;
 
-    MainModel& m_model;
     ui::ActionGuard& m_guard;
     app::AppState& m_state;
     app::flows::MainTimers& m_timers;
@@ -78,5 +73,4 @@ class LevelMeters : public QObject {
     std::unique_ptr<app::flows::MainTimer> m_timer; ///< while there is something to read
 };
 
-} // namespace devices
-} // namespace vantro::window
+} // namespace vantro::window::devices

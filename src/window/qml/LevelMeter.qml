@@ -5,8 +5,10 @@ import Vantro.Native
 Rectangle {
     id: root
 
-    required property SourceMeter meter
+    required property SourceMeter meter // null: none
     required property string name
+    readonly property int level: meter !== null ? meter.level : -60
+    readonly property int peak: meter !== null ? meter.peak : -60
     readonly property bool upright: height > width
     readonly property real length: upright ? height : width
 
@@ -14,26 +16,26 @@ Rectangle {
         return Math.round(root.length * (decibels + 60) / 60)
     }
 
-    visible: meter.shown
+    visible: meter !== null && meter.shown
     radius: Math.min(width, height) / 2
     color: Theme.groove
     Accessible.role: Accessible.ProgressBar
     Accessible.name: name
-    Accessible.description: qsTr("%1 dB").arg(meter.level)
+    Accessible.description: qsTr("%1 dB").arg(level)
 
     Rectangle {
         objectName: "levelBar"
-        readonly property real extent: root.along(root.meter.level)
+        readonly property real extent: root.along(root.level)
         x: root.upright || !LayoutMirroring.enabled ? 0 : root.width - width
         y: root.upright ? root.height - height : 0
         width: root.upright ? root.width : extent
         height: root.upright ? extent : root.height
         radius: root.radius
-        color: root.meter.level >= -1 ? Theme.record : Theme.accent
+        color: root.level >= -1 ? Theme.record : Theme.accent
     }
     Rectangle {
-        readonly property real place: Math.max(root.along(root.meter.peak) - 1, 0)
-        visible: root.meter.peak > -60
+        readonly property real place: Math.max(root.along(root.peak) - 1, 0)
+        visible: root.peak > -60
         x: root.upright ? 0 : LayoutMirroring.enabled ? root.width - place - 1 : place
         y: root.upright ? root.height - place - 1 : 0
         width: root.upright ? root.width : 1

@@ -18,6 +18,8 @@ Window {
     required property LevelMeters meters
     required property DeviceChoice microphones
     required property DeviceChoice cameras
+    required property CameraView camera
+    readonly property bool seen: visibility !== Window.Hidden && visibility !== Window.Minimized
 
     readonly property bool covered: guard.message !== ""
     readonly property size wanted: Qt.size(
@@ -47,7 +49,12 @@ Window {
     Binding {
         target: window.meters
         property: "watched"
-        value: window.visibility !== Window.Hidden && window.visibility !== Window.Minimized
+        value: window.seen
+    }
+    Binding {
+        target: window.camera
+        property: "watched"
+        value: window.seen
     }
     // Below the screens, whose own places for other files come first.
     DropArea {
@@ -114,6 +121,7 @@ Window {
             meters: window.meters
             microphones: window.microphones
             cameras: window.cameras
+            camera: window.camera
         }
     }
     Component {

@@ -11,9 +11,10 @@ FocusScope {
     required property LevelMeters meters
     required property DeviceChoice microphones
     required property DeviceChoice cameras
+    required property CameraView camera
 
     implicitWidth: 340
-    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0)
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0) + (picture.visible ? picture.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -68,6 +69,14 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         font.pixelSize: Theme.caption
         color: Theme.warning
+    }
+    CameraPicture {
+        id: picture
+        objectName: "cameraPicture"
+        anchors { horizontalCenter: parent.horizontalCenter; bottom: record.top; bottomMargin: Theme.wide }
+        width: 192
+        height: 144
+        camera: screen.camera
     }
     Row {
         anchors { left: parent.left; leftMargin: Theme.wide - 4; verticalCenter: record.verticalCenter }

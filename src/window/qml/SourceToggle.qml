@@ -25,15 +25,12 @@ SymbolButton {
     Accessible.description: missing
     onClicked: switched(!on)
 
-    Loader {
+    LevelMeter {
+        objectName: toggle.objectName + "Level"
         anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: -1 }
-        active: toggle.meter !== null
-        sourceComponent: LevelMeter {
-            width: 26
-            height: 3
-            meter: toggle.meter
-            name: toggle.meterName
-            objectName: toggle.objectName + "Level"
-        }
+        width: 26
+        height: 3
+        meter: toggle.meter
+        name: toggle.meterName
     }
 }

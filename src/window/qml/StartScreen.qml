@@ -11,6 +11,7 @@ FocusScope {
     required property LevelMeters meters
     required property DeviceChoice microphones
     required property DeviceChoice cameras
+    required property CameraView camera
     required property UnsavedRecordingsModel recordings
     required property RecentProjectsModel recents
 
@@ -30,6 +31,7 @@ FocusScope {
         meters: screen.meters
         microphones: screen.microphones
         cameras: screen.cameras
+        camera: screen.camera
     }
     Rectangle {
         anchors { left: parent.left; right: parent.right; top: controls.bottom }

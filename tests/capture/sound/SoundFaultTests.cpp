@@ -33,9 +33,13 @@ TEST_P(SoundFault, WhateverIsDoneToItsStreamTheMicrophoneIsRecordedAndNothingEls
     EXPECT_THROW(server->control("move-source-output $(pactl list short source-outputs | "
                                  "awk '$3 != \"-\" { print $1 }' | tail -1) box.monitor"),
                  std::runtime_error);
-    if (GetParam() == Kind::pipewire) // a patch bay can still take it off its device
+    const auto lost = [&] { return recording.session->statistics().lostSources; };
+    if (GetParam() == Kind::pipewire) { // a patch bay can still take it off its device
         server->unlink("mic:capture_MONO", "Vantro:input_MONO");
-    ASSERT_TRUE(recording.goesOnFor(2500ms));
+        ASSERT_TRUE(eventually([&] { return !lost().empty(); }));
+        ASSERT_TRUE(eventually([&] { return lost().empty(); }));
+    }
+    ASSERT_TRUE(recording.goesOnFor(1s));
     recording.stop();
     const auto sound = recording.sound(0);
     EXPECT_NEAR(secondsOf(sound), recording.metadata.endTime, 0.05);
@@ -43,7 +47,7 @@ TEST_P(SoundFault, WhateverIsDoneToItsStreamTheMicrophoneIsRecordedAndNothingEls
     const auto own = loudness(sound, 1000);
     EXPECT_GT(own.at(1), 0.4);
     EXPECT_GT(own.at(own.size() - 2), 0.4);
-    EXPECT_THAT(recording.session->statistics().lostSources, testing::IsEmpty());
+    EXPECT_THAT(lost(), testing::IsEmpty());
 }
 
 TEST_P(SoundFault, StaysInTuneAndInTimeWhenTheDeviceChangesItsRate) {
@@ -52,7 +56,9 @@ TEST_P(SoundFault, StaysInTuneAndInTimeWhenTheDeviceChangesItsRate) {
     ASSERT_TRUE(eventually([&] { return isHeard(recording); }));
     server->addOutput("tv", 44'100);
     const TonePlayer after("tv", 1000);
-    ASSERT_TRUE(recording.goesOnFor(2s));
+    ASSERT_TRUE(recording.goesOnFor(1500ms));
+    ASSERT_TRUE(eventually([&] { return isHeard(recording); }));
+    ASSERT_TRUE(recording.goesOnFor(1200ms));
     recording.stop();
     const auto sound = recording.sound(0);
     const double end = recording.metadata.endTime;
@@ -83,7 +89,8 @@ TEST_P(SoundPermission, WhereItIsRefusedOrNeverAnsweredTheRecordingGoesOnAndSays
     const SoundWatch watch([] {});
     EXPECT_TRUE(eventually([&] { return watch.devices().has_value(); }))
         << "switches tell before anybody records";
-    EXPECT_FALSE(watch.devices()->has_value());
+    const auto devices = watch.devices();
+    EXPECT_TRUE(devices && !*devices);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // Whole recordings with sound of real, private sound servers, looked at in the finished movie.
-#include "capture/MovieFrames.h"
+#include "capture/sound/SoundOffsets.h"
 #include "capture/sound/SoundRecordingFixture.h"
 #include "media/TestMovies.h"
 #include "media/pulse/PulseSound.h"
@@ -41,53 +41,9 @@ TEST_P(SoundRecording, TellsSpeakersAndMicrophoneApart) {
     }
 }
 
-/// When the window turns white in the movie, seconds.
-std::vector<double> flashTimes(const std::filesystem::path& movie) {
-    std::vector<double> times;
-    bool wasWhite = false;
-    for (const auto& frame : framesOf(movie)) {
-        const bool isWhite = frame.pixels->row(0, 60)[80] > 128;
-        if (isWhite && !wasWhite)
-            times.push_back(frame.presentationTime.seconds());
-        wasWhite = isWhite;
-    }
-    return times;
-}
-
 TEST_P(SoundRecording, KeepsSoundInStepWithThePicture) {
-    TonePlayer beeper("box", 1000);
-    beeper.setHeard(false);
-    Recording recording(systemOnly);
-    ASSERT_TRUE(eventually([&] { return recording.session->statistics().framesCaptured > 0; }));
-    const MonitorRecorder monitor(GetParam(), "box");
-    ASSERT_TRUE(recording.goesOnFor(300ms));
-    std::vector<double> flashed;
-    for (int beep = 0; beep < 6; ++beep) {
-        beeper.setHeard(true);
-        recording.window.fill(colors::white);
-        flashed.push_back(base::inSeconds(base::hostNow().time_since_epoch()));
-        monitor.hear(0.2);
-        beeper.setHeard(false);
-        recording.window.fill(colors::black);
-        monitor.hear(0.37);
-    }
-    recording.stop();
-    std::vector<double> heard;
-    for (const double beep : beepTimes(monitor.sound()))
-        heard.push_back(monitor.timeOf(static_cast<std::size_t>(beep * media::mixing::sampleRate)));
-    const auto beeps = beepTimes(recording.sound(0));
-    const auto flashes = flashTimes(recording.movie);
-    ASSERT_EQ(flashes.size(), flashed.size());
-    // A server that is held up tears a beep apart: its beginning counts.
-    const auto firstAfter = [](const std::vector<double>& times, double flash) {
-        const auto found = std::ranges::lower_bound(times, flash - 0.05);
-        return found == times.end() ? -1 : *found;
-    };
-    std::vector<double> offsets;
-    for (std::size_t i = 0; i < flashed.size(); ++i)
-        offsets.push_back((firstAfter(beeps, flashes[i]) - flashes[i]) -
-                          (firstAfter(heard, flashed[i]) - flashed[i]));
-    EXPECT_THAT(offsets, testing::Each(testing::AllOf(testing::Ge(-0.02), testing::Le(0.02))));
+    EXPECT_THAT(soundOffsets(GetParam(), 6, 0.57),
+                testing::Each(testing::AllOf(testing::Ge(-0.02), testing::Le(0.02))));
 }
 
 /// How loud a source of the recording is now; −1 when it takes no part.
