@@ -11,6 +11,9 @@ pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 # Its -D_REENTRANT says nothing new, and would keep the precompiled headers from use.
 set_property(TARGET PkgConfig::PULSE PROPERTY INTERFACE_COMPILE_OPTIONS "")
+pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
+# Likewise.
+set_property(TARGET PkgConfig::PIPEWIRE PROPERTY INTERFACE_COMPILE_OPTIONS "")
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
   libavformat libavcodec libavutil libswscale libswresample)
 pkg_check_modules(X264 REQUIRED IMPORTED_TARGET x264)

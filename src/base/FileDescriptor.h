@@ -22,6 +22,8 @@ class FileDescriptor {
     ~FileDescriptor() { reset(); }
 
     int get() const { return m_fd; }
+    /// Hands it over.
+    int release() { return std::exchange(m_fd, -1); }
     explicit operator bool() const { return m_fd >= 0; }
     void reset() {
         if (m_fd >= 0)
