@@ -14,6 +14,7 @@ set_property(TARGET PkgConfig::PULSE PROPERTY INTERFACE_COMPILE_OPTIONS "")
 pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
 # Likewise.
 set_property(TARGET PkgConfig::PIPEWIRE PROPERTY INTERFACE_COMPILE_OPTIONS "")
+pkg_check_modules(SDBUS REQUIRED IMPORTED_TARGET sdbus-c++)
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET
   libavformat libavcodec libavutil libswscale libswresample)
 pkg_check_modules(X264 REQUIRED IMPORTED_TARGET x264)

@@ -1,8 +1,12 @@
 #include "app/Desktop.h"
 
 #include "capture/sound/PulseSoundDevices.h"
+#include "capture/wayland/WaylandCapturePlatform.h"
 #include "capture/x11/X11CapturePlatform.h"
 #include "model/VantroError.h"
+
+#include <cstdlib>
+#include <string_view>
 
 namespace vantro::app {
 namespace {
@@ -14,10 +18,21 @@ Value valueOrThrow(std::expected<Value, std::string> result) {
     return *std::move(result);
 }
 
+/// Under XWayland an X server answers as well, but shows black. Toolkits may have been told to use
+/// it, so they are not asked.
+bool isWaylandSession() {
+    const auto valueOf = [](const char* name) {
+        const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): never changed
+        return std::string_view(value != nullptr ? value : "");
+    };
+    return !valueOf("WAYLAND_DISPLAY").empty() || valueOf("XDG_SESSION_TYPE") == "wayland";
+}
+
 } // namespace
 
 std::unique_ptr<capture::CapturePlatform> connectDesktop() {
-    return valueOrThrow(capture::x11::connectX11());
+    return valueOrThrow(isWaylandSession() ? capture::wayland::connectPortal()
+                                           : capture::x11::connectX11());
 }
 
 std::unique_ptr<capture::SoundDevices> desktopSound() {

@@ -22,7 +22,11 @@ class CapturePlatform {
     virtual ~CapturePlatform() = default;
 
     virtual PlatformAbilities abilities() = 0;
-    /// The main one first. Cheap enough for the window's thread.
+    /// Whether it still can be asked; if not, another connection may help. Cheap enough for the
+    /// window's thread.
+    virtual bool isConnected() = 0;
+    /// The main one first. Cheap enough for the window's thread. An error where content cannot be
+    /// listed.
     virtual std::expected<std::vector<ShareableDisplay>, std::string> displays() = 0;
     /// Icons make it dear.
     virtual std::expected<ShareableContent, std::string>
@@ -34,8 +38,10 @@ class CapturePlatform {
     virtual std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
                                                        TargetAnswer answer);
 
+    /// A target that the user was asked for is good for one stream.
     virtual std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) = 0;
+    /// After the stream.
     virtual std::expected<std::unique_ptr<PointerSource>, std::string>
     makePointerSource(const RecordingTarget& target) = 0;
 };

@@ -121,6 +121,12 @@ void CursorTracker::pressed(const PointerPress& press) {
         m_journal->add(click);
 }
 
+void CursorTracker::pointerUnknown(const std::string& why) {
+    base::logWarning("The pointer is not recorded: {}", why);
+    if (m_onUnknown)
+        m_onUnknown(why);
+}
+
 void CursorTracker::pointerStopped(const std::string& error) {
     base::logWarning("The pointer is not followed any more: {}", error);
 }

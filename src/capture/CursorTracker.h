@@ -7,6 +7,7 @@
 #include "capture/RecordingClock.h"
 #include "model/RecordingMetadata.h"
 
+#include <functional>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -32,6 +33,11 @@ class CursorTracker final : public PointerOutput {
     CursorTracker(const CursorTracker&) = delete;
     CursorTracker& operator=(const CursorTracker&) = delete;
 
+    /// Called with the reason, on the source's thread, when the pointer's place is not known.
+    /// Before the start.
+    void setOnUnknown(std::function<void(const std::string&)> told) {
+        m_onUnknown = std::move(told);
+    }
     void start();
     /// The newest place counts until `at`, which is the movie's end. Harmless when repeated.
     void stop(base::HostTime at);
@@ -40,6 +46,7 @@ class CursorTracker final : public PointerOutput {
 
     void pointerAt(const PointerSample& sample) override;
     void pressed(const PointerPress& press) override;
+    void pointerUnknown(const std::string& why) override;
     void pointerStopped(const std::string& error) override;
 
     /// Copies of everything recorded so far.
@@ -65,6 +72,7 @@ class CursorTracker final : public PointerOutput {
     const SharedRecordingClock& m_timeline;
     CursorJournal* m_journal;
     CaptureClock& m_clock;
+    std::function<void(const std::string&)> m_onUnknown;
     base::Guarded<Records> m_records;
     std::jthread m_timer;
 };

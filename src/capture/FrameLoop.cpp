@@ -10,6 +10,7 @@ FrameLoop::FrameLoop(std::unique_ptr<PictureSource> source, const RecordingTarge
     , m_changed(target.width, target.height) {}
 
 void FrameLoop::run(const std::stop_token& stop, const WakeUp& wakeUp, ScreenStreamOutput& output) {
+    m_lastTime = base::hostNow();
     while (!stop.stop_requested()) {
         if (const auto news = m_source->takeNews(); !news)
             return output.streamStopped(news.error());
@@ -37,10 +38,18 @@ std::expected<void, std::string> FrameLoop::takeFrame(ScreenStreamOutput& output
     m_pictures.sourceChanged(m_changed);
     m_changed.clear();
     const ScreenSample sample{.status = FrameStatus::complete,
-                              .presentationTime = now,
+                              .presentationTime = timeOfPicture(now),
                               .pixels = m_pictures.picture(picture.pixels, picture.stride)};
     m_isOffered = output.screenSample(sample) == SampleDisposition::refused;
     return {};
+}
+
+/// Times ascend. A picture from before the loop, or one that was refused, counts as of now.
+base::HostTime FrameLoop::timeOfPicture(base::HostTime now) {
+    const auto told = m_source->pictureTime();
+    const bool isNews = told && !m_isOffered && *told > m_lastTime && *told < now;
+    m_lastTime = isNews ? *told : now;
+    return m_lastTime;
 }
 
 } // namespace vantro::capture

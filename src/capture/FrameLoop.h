@@ -27,6 +27,7 @@ class FrameLoop {
 
   private:
     std::expected<void, std::string> takeFrame(ScreenStreamOutput& output);
+    base::HostTime timeOfPicture(base::HostTime now);
 
     std::unique_ptr<PictureSource> m_source;
     pictures::PictureFit m_fit;
@@ -34,6 +35,7 @@ class FrameLoop {
     pictures::FramePacer m_pacer;
     pictures::TileMap m_changed; // not yet told to m_pictures
     bool m_isOffered = false;    // the latest picture was refused and waits to be taken
+    base::HostTime m_lastTime;   // of a sample; before the first, when the loop began
 };
 
 } // namespace vantro::capture

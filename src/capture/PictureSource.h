@@ -19,7 +19,8 @@ class PictureSource {
     /// Waits until something may have come, `wakeUp` (a file descriptor) is readable, or
     /// `deadline`, when given, is there. What `takeNews` has not taken yet need not end it.
     virtual void wait(int wakeUp, std::optional<base::HostTime> deadline = {}) = 0;
-    /// Takes note of what has come. The error says why nothing more will.
+    /// Takes note of what has come. The error says why nothing more will; it is empty when the user
+    /// has ended it by the desktop's own means.
     virtual std::expected<void, std::string> takeNews() = 0;
     /// Whether `update` may find anything new.
     virtual bool hasChanges() const = 0;
@@ -28,6 +29,8 @@ class PictureSource {
     virtual std::expected<bool, std::string> update() = 0;
     /// The picture after an update that was true. Its size may be another each time.
     virtual pictures::PictureView picture() const = 0;
+    /// When that picture came about; nothing where the source does not know.
+    virtual std::optional<base::HostTime> pictureTime() const { return {}; }
     /// What has changed since the owner last cleared it: a map of the picture's size.
     virtual pictures::TileMap& changed() = 0;
 };

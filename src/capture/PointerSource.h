@@ -31,6 +31,9 @@ class PointerOutput {
 
     virtual void pointerAt(const PointerSample& sample) = 0;
     virtual void pressed(const PointerPress& press) = 0;
+    /// The source does not know where the pointer is, for the reason that is given. Places may yet
+    /// follow.
+    virtual void pointerUnknown(const std::string& /*why*/) {}
     /// The source has ended by itself; nothing follows.
     virtual void pointerStopped(const std::string& error) = 0;
 };

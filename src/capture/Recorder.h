@@ -13,7 +13,8 @@ namespace vantro::capture {
 
 /// Whether a recording still goes on. After anything but `recording` no frame follows and the owner
 /// should stop it.
-enum class RecordingCondition { recording, streamStopped, writerFailed };
+/// `userStopped`: by the desktop's own means.
+enum class RecordingCondition { recording, userStopped, streamStopped, writerFailed };
 
 /// A sound under way.
 struct SoundStatus {
@@ -32,6 +33,7 @@ struct RecordingStatistics {
     std::string streamError; ///< why the stream stopped, for the user; empty otherwise
     /// Sources that were asked for and take no part, or no longer, each with the reason.
     std::vector<std::string> lostSources;
+    std::vector<std::string> notes;  ///< on what is otherwise on this desktop, a sentence each
     std::vector<SoundStatus> sounds; ///< those that take part, the system's first
 
     bool isCapturing() const { return condition == RecordingCondition::recording; }

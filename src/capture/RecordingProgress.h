@@ -32,6 +32,10 @@ class RecordingProgress {
     void lost(const std::string& source, const std::string& reason) {
         m_reports.with([&](Reports& reports) { reports.lost[source] = reason; });
     }
+    /// A sentence on what is otherwise on this desktop.
+    void note(const std::string& sentence) {
+        m_reports.with([&](Reports& reports) { reports.notes.push_back(sentence); });
+    }
     void returned(const std::string& source) {
         m_reports.with([&](Reports& reports) { reports.lost.erase(source); });
     }
@@ -49,6 +53,7 @@ class RecordingProgress {
                                 .condition = reports.condition,
                                 .streamError = reports.streamError,
                                 .lostSources = {},
+                                .notes = reports.notes,
                                 .sounds = {}};
         for (const auto& [source, reason] : reports.lost)
             now.lostSources.push_back(fmt::format("{}: {}", source, reason));
@@ -62,6 +67,7 @@ class RecordingProgress {
         RecordingCondition condition = RecordingCondition::recording;
         std::string streamError;
         std::map<std::string, std::string> lost; ///< why, by the name of the source
+        std::vector<std::string> notes;
         std::map<SoundKind, SoundStatus> sounds;
     };
 

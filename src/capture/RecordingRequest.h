@@ -24,12 +24,14 @@ struct SourceSwitches {
 struct RecordingRequest {
     model::CaptureMode mode = model::CaptureMode::screen;
     /// Absent: the main one in screen mode, else the one that the area or window lies on.
-    std::optional<std::uint32_t> displayID;
-    model::Rect area;                      ///< in area mode: global points, top-left origin
-    std::optional<std::uint32_t> windowID; ///< in window mode
+    std::optional<std::uint32_t> displayID{};
+    model::Rect area{};                      ///< in area mode: global points, top-left origin
+    std::optional<std::uint32_t> windowID{}; ///< in window mode
     /// In window mode without an id: part of the title of the window, in any case of letters.
-    std::string windowTitle;
-    SourceSwitches sources;
+    std::string windowTitle{};
+    /// Where the desktop asks the user itself: an earlier choice does not hold again.
+    bool chooseAgain = false;
+    SourceSwitches sources{};
     bool operator==(const RecordingRequest&) const = default;
 };
 

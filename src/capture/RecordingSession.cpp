@@ -110,8 +110,10 @@ void RecordingSession::openSources() {
     if (!pointer)
         failStart(pointer.error());
     m_pointer = std::move(*pointer);
+    noteWhatIsMissing();
     openJournal();
     m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
+    m_tracker->setOnUnknown([this](const std::string& why) { m_progress.lost("Pointer", why); });
     for (auto& [kind, source] : sounds)
         m_sounds.push_back(std::make_unique<SoundTrack>(
             kind, std::move(source), *m_writer, m_sounds.size(), m_clock, m_progress,
@@ -119,6 +121,14 @@ void RecordingSession::openSources() {
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
                                       [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
+}
+
+/// Nobody has to ask for pointer and clicks.
+void RecordingSession::noteWhatIsMissing() {
+    const auto able = m_platform->abilities();
+    for (const Ability& each : {able.pointer, able.clicks})
+        if (!each.isAvailable())
+            m_progress.note(each.whyNot);
 }
 
 RecordingSession::OpenSounds RecordingSession::openSounds() {

@@ -49,6 +49,9 @@ class RecordingSession final : public Recorder {
     RecordingStatistics statistics() override { return m_progress.statistics(); }
     void mark() override;
 
+    /// What was chosen.
+    const RecordingTarget& target() const { return m_target; }
+
     /// What happens between these is left out of the movie, the pointer's path and the clicks.
     void pause();
     void resume();
@@ -57,6 +60,7 @@ class RecordingSession final : public Recorder {
     using OpenSounds = std::vector<std::pair<SoundKind, std::unique_ptr<SoundSource>>>;
 
     void openSources();
+    void noteWhatIsMissing();
     OpenSounds openSounds();
     void openSound(SoundKind kind, const std::string& device, OpenSounds& sounds);
     void openWriter(const OpenSounds& sounds);

@@ -28,7 +28,8 @@ class ScreenStreamOutput {
     virtual ~ScreenStreamOutput() = default;
 
     virtual SampleDisposition screenSample(const ScreenSample& sample) = 0;
-    /// The stream has ended by itself; no sample follows. Same thread as the samples.
+    /// The stream has ended by itself; no sample follows. Without an error the user has ended it,
+    /// by the desktop's own means. Same thread as the samples.
     virtual void streamStopped(const std::string& error) = 0;
 };
 

@@ -68,6 +68,10 @@ SampleDisposition ScreenTrack::append(const ScreenSample& sample, base::HostDura
 }
 
 void ScreenTrack::streamStopped(const std::string& error) {
+    if (error.empty()) {
+        base::logInfo("The desktop has ended the sharing");
+        return m_progress.ended(RecordingCondition::userStopped);
+    }
     base::logError("Stream stopped with error: {}", error);
     m_progress.ended(RecordingCondition::streamStopped, error);
 }

@@ -16,7 +16,7 @@ DesktopRecording::DesktopRecording() = default;
 DesktopRecording::~DesktopRecording() = default;
 
 capture::CapturePlatform* DesktopRecording::connected() {
-    if (m_platform != nullptr && m_platform->displays())
+    if (m_platform != nullptr && m_platform->isConnected())
         return m_platform.get();
     try {
         m_platform = app::connectDesktop();
@@ -54,7 +54,10 @@ DesktopRecording::makeRecorder(capture::RecordingRequest request) {
 
 bool DesktopRecording::preflight() {
     const auto recorder = m_recorder.lock();
-    return (recorder && recorder->statistics().isRunning) || connected() != nullptr;
+    if (recorder && recorder->statistics().isRunning)
+        return true;
+    auto* platform = connected();
+    return platform != nullptr && platform->abilities().screens.isAvailable();
 }
 
 std::expected<capture::ShareableContent, std::string> listShareableContent() {

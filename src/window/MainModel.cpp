@@ -145,7 +145,10 @@ QString MainModel::recordingNote() const {
         return tr("The microphone is silent.");
     if (status.framesDropped > 0)
         return tr("Frames dropped: %1").arg(status.framesDropped);
-    return {};
+    QStringList notes;
+    for (const auto& note : status.notes)
+        notes.append(QString::fromStdString(note));
+    return notes.join(QLatin1Char(' '));
 }
 
 QString MainModel::alertText() const {

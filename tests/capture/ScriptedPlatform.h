@@ -33,6 +33,7 @@ class ScriptedPlatform final : public capture::CapturePlatform {
         able.listsContent.whyNot = m_script->onQuestion ? "the desktop asks" : "";
         return able;
     }
+    bool isConnected() override { return true; }
     std::expected<std::vector<capture::ShareableDisplay>, std::string> displays() override {
         return std::vector<capture::ShareableDisplay>{
             {displayID, "scripted", {0, 0, 320, 240}, 1.0, true}};

@@ -131,6 +131,13 @@ model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesyst
     }
 }
 
+std::string targetText(const capture::RecordingTarget& target) {
+    const auto* what = target.mode == model::CaptureMode::window   ? "a window"
+                       : target.mode == model::CaptureMode::screen ? "a screen"
+                                                                   : "an area";
+    return fmt::format("Recording {} of {}x{} pixels\n", what, target.width, target.height);
+}
+
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
     capture::RecordingSession recorder(options.request, connectDesktop, desktopSound());
@@ -140,6 +147,7 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
         tell("vantro: cancelled, nothing was recorded\n");
         return exitInterrupted;
     }
+    tell(targetText(recorder.target()));
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
@@ -219,6 +227,8 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
                     "The window to record, by the number that `vantro windows` prints")
             .valueName("ID")
             .needs(mode);
+    command.flag("--choose", request.chooseAgain,
+                 "Where the desktop asks what to record: ask anew, though it was chosen before");
     command
         .option("--window-title", request.windowTitle,
                 "The front-most window with this text in its title, in any case")

@@ -45,6 +45,8 @@ std::optional<RecordingEnd> endOf(capture::RecordingCondition condition) {
     switch (condition) {
     case capture::RecordingCondition::recording:
         return {};
+    case capture::RecordingCondition::userStopped:
+        return RecordingEnd::desktop;
     case capture::RecordingCondition::streamStopped:
         return RecordingEnd::streamStopped;
     case capture::RecordingCondition::writerFailed:
@@ -75,6 +77,8 @@ class Notices {
         std::set<std::string> now;
         for (const auto& lost : statistics.lostSources)
             now.insert("vantro: not recorded: " + lost + "\n");
+        for (const auto& note : statistics.notes)
+            now.insert("vantro: " + note + "\n");
         for (const auto& sound : statistics.sounds)
             if (sound.kind == capture::SoundKind::microphone && sound.isSilent)
                 now.insert("vantro: the microphone has been silent for 5 seconds\n");
@@ -94,7 +98,8 @@ class Notices {
 } // namespace
 
 std::string_view rawValue(RecordingEnd end) {
-    constexpr std::array names{"interrupt", "seconds", "maxSize", "streamStopped", "writerFailed"};
+    constexpr std::array names{"interrupt", "seconds",       "maxSize",
+                               "desktop",   "streamStopped", "writerFailed"};
     return names.at(static_cast<std::size_t>(end));
 }
 

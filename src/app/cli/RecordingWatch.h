@@ -18,7 +18,8 @@ struct RecordingLimits {
 };
 
 /// Why a recording has ended.
-enum class RecordingEnd { interrupt, seconds, maxSize, streamStopped, writerFailed };
+/// `desktop`: the user has stopped it by the desktop's own means.
+enum class RecordingEnd { interrupt, seconds, maxSize, desktop, streamStopped, writerFailed };
 
 /// As it stands in machine-readable output.
 std::string_view rawValue(RecordingEnd end);

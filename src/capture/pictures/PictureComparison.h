@@ -17,6 +17,11 @@ class PictureComparison {
 
     /// Adds the tiles that differ from the picture before.
     void collect(const std::uint8_t* pixels, std::ptrdiff_t stride, TileMap& changed);
+    /// The same for one row of it.
+    void collectRow(int y, const std::uint8_t* row, TileMap& changed);
+
+    /// The copy: the picture as it was last compared, without gaps between its rows.
+    const std::uint8_t* pixels() const { return m_previous.data(); }
 
   private:
     int m_width;

@@ -22,6 +22,7 @@ class X11CapturePlatform final : public CapturePlatform {
         , m_isOwnProcess(std::move(isOwnProcess)) {}
 
     PlatformAbilities abilities() override;
+    bool isConnected() override { return displays().has_value(); }
     std::expected<std::vector<ShareableDisplay>, std::string> displays() override;
     std::expected<ShareableContent, std::string> shareableContent(WindowIcons icons) override;
     std::expected<std::unique_ptr<ScreenStream>, std::string>

@@ -1,0 +1,275 @@
+#include "capture/wayland/Cast.h"
+
+#include "base/SerialQueue.h"
+#include "capture/wayland/PixelWalk.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vantro::capture::wayland {
+namespace {
+
+// A desktop that ends the sharing stops the stream first, and tells of it a moment later. Without
+// that the stream has failed.
+constexpr base::HostDuration longestGoodbye = std::chrono::milliseconds(500);
+// A first picture that was sent before the stream stood is lost, and a still screen sends no second
+// one. Compositors send theirs within a few frames.
+constexpr base::HostDuration untilAskedAgain = std::chrono::milliseconds(400);
+constexpr base::HostDuration untilWoken = std::chrono::hours(1);
+
+constexpr pipewire::Rate fastest{60, 1};
+
+pipewire::StreamRequest requestFor(const PortalStream& source) {
+    pipewire::FormatOffer offer{.layouts = castLayouts(),
+                                .size = {{1920, 1080}, {1, 1}, {16'384, 16'384}},
+                                .rate = {{0, 1}}, // as the screen changes
+                                // Some take a screen's rate without its fraction, so nothing fixed.
+                                .highestRate = {{fastest, {1, 1}, fastest}}};
+    pipewire::StreamRequest request{.name = "Vantro",
+                                    .role = "Screen",
+                                    .node = source.node,
+                                    .target = {},
+                                    .offers = {std::move(offer)},
+                                    .wantsCursor = true,
+                                    .wantsCrop = true,
+                                    .wantsTransform = true};
+    if (source.serial) {
+        request.node.reset();
+        request.target = std::to_string(*source.serial);
+    }
+    return request;
+}
+
+} // namespace
+
+/// What the thread's receiver has, for a loop that makes frames of it. Waiting means to take in
+/// what comes.
+class Cast::Picture final : public PictureSource {
+  public:
+    explicit Picture(Cast& cast) : m_cast(cast) {}
+
+    void wait(int /*wakeUp*/, std::optional<base::HostTime> deadline) override {
+        m_cast.turn(deadline ? *deadline - base::hostNow() : untilWoken);
+    }
+    std::expected<void, std::string> takeNews() override {
+        m_cast.runTasks();
+        if (const auto failure = m_cast.failureNow())
+            return std::unexpected(*failure);
+        return {};
+    }
+    bool hasChanges() const override { return m_isFirst || m_cast.m_receiver.hasNews(); }
+    std::expected<bool, std::string> update() override {
+        m_isFirst = false;
+        m_cast.m_receiver.takeNews();
+        return m_cast.m_receiver.picture().view().has_value();
+    }
+    pictures::PictureView picture() const override { return *m_cast.m_receiver.picture().view(); }
+    std::optional<base::HostTime> pictureTime() const override {
+        return m_cast.m_receiver.picture().time();
+    }
+    pictures::TileMap& changed() override { return m_cast.m_receiver.picture().changed(); }
+
+  private:
+    Cast& m_cast;
+    bool m_isFirst = true; // a picture is there already
+};
+
+/// A loop that other threads may wake, for as long as this lives.
+class Cast::PublishedLoop {
+  public:
+    PublishedLoop(Cast& cast, pipewire::Loop& loop) : m_cast(cast) { set(&loop); }
+    ~PublishedLoop() { set(nullptr); }
+    PublishedLoop(const PublishedLoop&) = delete;
+    PublishedLoop& operator=(const PublishedLoop&) = delete;
+
+  private:
+    void set(pipewire::Loop* loop) {
+        const std::lock_guard lock(m_cast.m_mutex);
+        m_cast.m_loop = loop;
+    }
+
+    Cast& m_cast;
+};
+
+Cast::Cast(std::unique_ptr<PortalSession> session, PortalGrant grant)
+    : m_source(grant.stream), m_session(std::move(session)) {
+    m_session->onClosed([this] {
+        m_isClosed = true;
+        wakeUp();
+    });
+    m_thread = std::jthread([this, given = std::move(grant)](const std::stop_token& stop) mutable {
+        run(stop, std::move(given));
+    });
+}
+
+Cast::~Cast() {
+    m_thread.request_stop();
+    m_recordingStop.request_stop();
+    wakeUp();
+}
+
+void Cast::run(const std::stop_token& stop, PortalGrant grant) {
+    base::setThreadName("com.vantro.capture");
+    try {
+        pipewire::Loop loop;
+        const PublishedLoop published(*this, loop);
+        live(loop, stop, std::move(grant));
+    } catch (const std::exception& error) {
+        endWith(error.what());
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isOver = true;
+        m_changed.notify_all();
+    }
+    runTasks();
+}
+
+void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant) {
+    auto connection = pipewire::Connection::open(loop, std::move(grant.pipeWire));
+    if (!connection)
+        return endWith(connection.error().reason);
+    m_connection = connection->get();
+    pipewire::VideoStream stream(**connection, requestFor(m_source), m_receiver);
+    auto asked = base::hostNow();
+    while (!stop.stop_requested()) {
+        runTasks();
+        if (const auto failure = failureNow())
+            return endWith(*failure);
+        if (m_recording)
+            recordFrames();
+        else
+            turn(m_receiver.picture().view() ? untilWoken : untilAskedAgain);
+        const auto now = base::hostNow();
+        if (!m_receiver.picture().view() && now - asked >= untilAskedAgain) {
+            stream.setActive(false);
+            stream.setActive(true);
+            asked = now;
+        }
+    }
+}
+
+void Cast::turn(base::HostDuration longestWait) {
+    auto& loop = m_connection->loop();
+    loop.turn(m_receiver.failure() ? std::min(longestWait, longestGoodbye) : longestWait);
+    if (const auto& loss = m_connection->loss())
+        m_receiver.fail(loss->reason);
+    const auto& view = m_receiver.picture().view();
+    const std::lock_guard lock(m_mutex);
+    if (!m_firstSize && view) {
+        m_firstSize = {view->width, view->height};
+        m_changed.notify_all();
+    }
+}
+
+std::optional<Cast::Failure> Cast::failureNow() const {
+    if (m_isClosed)
+        return Failure();
+    const auto& failure = m_receiver.failure();
+    if (failure && base::hostNow() - failure->since >= longestGoodbye)
+        return failure->reason;
+    return {};
+}
+
+void Cast::endWith(const Failure& failure) {
+    if (m_recording)
+        m_recording->output->streamStopped(failure);
+    m_recording.reset();
+    const std::lock_guard lock(m_mutex);
+    m_failure = failure;
+    m_isRecording = false;
+    m_changed.notify_all();
+}
+
+std::optional<Cast::Failure> Cast::failure() {
+    const std::lock_guard lock(m_mutex);
+    return m_failure;
+}
+
+std::expected<std::optional<pipewire::Size>, Cast::Failure>
+Cast::awaitPicture(base::HostDuration longestWait, std::stop_token cancelled) {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait_for(lock, std::move(cancelled), longestWait,
+                       [this] { return m_firstSize || m_failure; });
+    if (m_failure)
+        return std::unexpected(*m_failure);
+    return m_firstSize;
+}
+
+void Cast::recordFrames() {
+    const WakeUp none; // the thread's loop itself is woken
+    FrameLoop(std::make_unique<Picture>(*this), m_recording->target)
+        .run(m_recording->stop, none, *m_recording->output);
+    m_recording.reset();
+    const std::lock_guard lock(m_mutex);
+    m_isRecording = false;
+    m_changed.notify_all();
+}
+
+void Cast::record(const RecordingTarget& target, ScreenStreamOutput& output) {
+    m_recordingStop = std::stop_source();
+    std::optional<Failure> ended;
+    onThread(std::packaged_task<void()>([&] {
+        const std::lock_guard lock(m_mutex);
+        if (m_isOver) {
+            ended = m_failure.value_or(Failure());
+            return;
+        }
+        m_recording = Recording{target, &output, m_recordingStop.get_token()};
+        m_isRecording = true;
+    }));
+    if (ended)
+        output.streamStopped(*ended);
+}
+
+void Cast::stopRecording() {
+    m_recordingStop.request_stop();
+    wakeUp();
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return !m_isRecording || m_isOver; });
+}
+
+void Cast::followPointer(PointerOutput& output, PointerScale scale) {
+    onThread(std::packaged_task<void()>([&] { m_receiver.setPointerOutput(&output, scale); }));
+}
+
+void Cast::leavePointer() {
+    onThread(std::packaged_task<void()>([this] { m_receiver.setPointerOutput(nullptr); }));
+}
+
+void Cast::wakeUp() {
+    const std::lock_guard lock(m_mutex);
+    if (m_loop != nullptr)
+        m_loop->wakeUp();
+}
+
+void Cast::onThread(std::packaged_task<void()> task) {
+    auto done = task.get_future();
+    {
+        std::unique_lock lock(m_mutex);
+        if (m_isOver) {
+            lock.unlock();
+            return task();
+        }
+        m_tasks.push_back(std::move(task));
+        if (m_loop != nullptr)
+            m_loop->wakeUp();
+    }
+    done.get();
+}
+
+void Cast::runTasks() {
+    for (;;) {
+        std::packaged_task<void()> task;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_tasks.empty())
+                return;
+            task = std::move(m_tasks.front());
+            m_tasks.pop_front();
+        }
+        task();
+    }
+}
+
+} // namespace vantro::capture::wayland

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "capture/FrameLoop.h"
+#include "capture/wayland/CastReceiver.h"
+#include "capture/wayland/PortalSession.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <thread>
+
+namespace vantro::capture::wayland {
+
+/// What a user has chosen in the desktop's dialog, live from then on until this is destroyed: the
+/// one owner of the portal's session and of its stream. A thread of its own, "com.vantro.capture",
+/// takes in what arrives and, while it is recorded, makes the frames, so that no picture is locked
+/// or copied twice. One other thread at a time calls it.
+class Cast {
+  public:
+    /// Why it shows nothing more, for the user; empty when the user has ended it by the desktop's
+    /// own means.
+    using Failure = std::string;
+
+    Cast(std::unique_ptr<PortalSession> session, PortalGrant grant);
+    /// Portals rely on it that the stream ends before the session.
+    ~Cast();
+    Cast(const Cast&) = delete;
+    Cast& operator=(const Cast&) = delete;
+
+    const PortalStream& source() const { return m_source; }
+    std::optional<Failure> failure();
+    /// Waits for the first picture and gives its size; nothing when `cancelled`.
+    std::expected<std::optional<pipewire::Size>, Failure>
+    awaitPicture(base::HostDuration longestWait, std::stop_token cancelled);
+
+    /// Frames go to `output`, on the cast's thread, until the stop or an error. Once at a time.
+    void record(const RecordingTarget& target, ScreenStreamOutput& output);
+    /// No frame comes after this has returned. Harmless when repeated.
+    void stopRecording();
+    /// The pointer's places go to `output`, on the cast's thread; at first the newest.
+    void followPointer(PointerOutput& output, PointerScale scale);
+    /// None comes after this has returned. Harmless when repeated.
+    void leavePointer();
+
+  private:
+    class Picture;
+    class PublishedLoop;
+
+    struct Recording {
+        RecordingTarget target;
+        ScreenStreamOutput* output = nullptr;
+        std::stop_token stop;
+    };
+
+    void run(const std::stop_token& stop, PortalGrant grant);
+    void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
+    void recordFrames();
+    void turn(base::HostDuration longestWait);
+    void runTasks();
+    void endWith(const Failure& failure);
+    std::optional<Failure> failureNow() const;
+    void wakeUp();
+    /// Has the thread do something, and waits until it has. Where that has ended, it is done here.
+    void onThread(std::packaged_task<void()> task);
+
+    const PortalStream m_source;
+    std::atomic<bool> m_isClosed = false; // by the desktop
+    std::stop_source m_recordingStop;
+    // The thread's:
+    CastReceiver m_receiver;
+    std::optional<Recording> m_recording;
+    pipewire::Connection* m_connection = nullptr; // while it is live
+
+    std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    // Guarded by m_mutex:
+    std::optional<pipewire::Size> m_firstSize;
+    std::optional<Failure> m_failure; // of a stream that has ended
+    bool m_isRecording = false;
+    bool m_isOver = false; // the thread takes no more tasks
+    std::deque<std::packaged_task<void()>> m_tasks;
+    pipewire::Loop* m_loop = nullptr; // while the thread has one
+
+    // Destroyed first, the thread before the session.
+    std::unique_ptr<PortalSession> m_session;
+    std::jthread m_thread;
+};
+
+} // namespace vantro::capture::wayland

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/HostClock.h"
+#include "capture/pictures/PictureComparison.h"
+#include "capture/pictures/PictureFit.h"
+#include "model/Geometry.h"
+#include "pipewire/VideoBuffer.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace vantro::capture::wayland {
+
+/// The newest picture of a screen cast, upright, without what the sender has cut off. A copy:
+/// buffers are few, and go back to the sender at once. What a sender says about where its picture
+/// has changed may be old, wrong or missing, so pictures are compared. One thread.
+class CastPicture {
+  public:
+    /// False when no picture that can be shown is in it.
+    bool take(const pipewire::VideoBuffer& buffer);
+
+    /// Nothing before the first picture.
+    const std::optional<pictures::PictureView>& view() const { return m_view; }
+    /// When it came about.
+    base::HostTime time() const { return m_time; }
+    /// Where it has changed since the owner last cleared that; the map of another size is a new
+    /// one.
+    pictures::TileMap& changed() { return m_changed; }
+    /// Where a place in the sender's buffer lies in the picture.
+    model::Point placeOf(model::Point inBuffer) const;
+
+  private:
+    void resize(int width, int height);
+    void rememberPlace(const pipewire::VideoBuffer& buffer);
+
+    std::optional<pictures::PictureComparison> m_copy;
+    std::optional<pictures::PictureView> m_view; // of the copy
+    pictures::TileMap m_changed{1, 1};
+    std::vector<std::uint8_t> m_row; // one that is not BGRX in memory
+    base::HostTime m_time;
+    base::HostTime m_lastTold; // the sender's time of the newest picture
+    // Of the newest buffer:
+    model::Point m_corner; // of the part that is to be seen
+    model::Size m_part;    // as it lies in the buffer
+    std::uint32_t m_transform = 0;
+};
+
+} // namespace vantro::capture::wayland

@@ -1,0 +1,131 @@
+#include "capture/wayland/CastQuestion.h"
+
+#include "base/Log.h"
+#include "base/SerialQueue.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace vantro::capture::wayland {
+namespace {
+
+// Every desktop draws a picture when a stream begins, whatever the screen does.
+constexpr base::HostDuration longestWaitForPicture = std::chrono::seconds(2);
+
+PortalCursor cursorFor(const PortalOffer& offer) {
+    if (offer.pointerApart)
+        return PortalCursor::apart;
+    return offer.pointerInPicture ? PortalCursor::inPicture : PortalCursor::hidden;
+}
+
+/// Whole pixels a point, at least one. What has no size in points is taken for unscaled.
+double wholeScale(const PortalStream& source, pipewire::Size pixels) {
+    const double scale = source.size ? pixels.width / source.size->width : 1;
+    return std::isfinite(scale) ? std::clamp(std::floor(scale), 1.0, 8.0) : 1;
+}
+
+RecordingTarget targetOf(const PortalStream& source, pipewire::Size pixels) {
+    RecordingTarget target;
+    target.mode = source.mode;
+    const double scale = wholeScale(source, pixels);
+    const model::Point corner = source.position.value_or(model::Point());
+    target.captureRect = {.x = corner.x,
+                          .y = corner.y,
+                          .width = pixels.width / scale,
+                          .height = pixels.height / scale};
+    target.display = {.displayID = 0,
+                      .name = source.id,
+                      .frame = target.captureRect,
+                      .backingScaleFactor = scale,
+                      .isMain = true};
+    target.width = pixels.width & ~1;
+    target.height = pixels.height & ~1;
+    return target;
+}
+
+ChosenSource chosenSource(const PortalStream& source, pipewire::Size pixels) {
+    return {.id = source.id,
+            .position = source.position,
+            .size = source.size,
+            .width = pixels.width,
+            .height = pixels.height};
+}
+
+PortalRefusal failure(const std::string& reason) {
+    return {.kind = PortalRefusal::Kind::failed, .reason = reason};
+}
+
+} // namespace
+
+CastQuestion::CastQuestion(RecordingRequest request, PortalOffer offer, RestoreTokens tokens,
+                           Answer answer)
+    : m_request(std::move(request))
+    , m_offer(std::move(offer))
+    , m_tokens(std::move(tokens))
+    , m_answer(std::move(answer))
+    , m_thread([this](const std::stop_token& cancelled) { run(cancelled); }) {}
+
+void CastQuestion::run(const std::stop_token& cancelled) {
+    base::setThreadName("com.vantro.asking");
+    Picked picked = std::unexpected(failure({}));
+    try {
+        auto remembered = m_tokens.take(m_request.mode);
+        if (m_request.chooseAgain)
+            remembered.reset();
+        picked = pick(remembered, cancelled);
+    } catch (const std::exception& error) {
+        picked = std::unexpected(failure(error.what()));
+    }
+    if (cancelled.stop_requested())
+        return;
+    if (picked)
+        m_answer(targetOf((*picked)->source(), m_size), *picked);
+    else if (picked.error().kind == PortalRefusal::Kind::takenBack)
+        m_answer(std::nullopt, nullptr);
+    else
+        m_answer(std::unexpected(model::VantroError(model::VantroError::Kind::captureStartFailed,
+                                                    picked.error().reason)),
+                 nullptr);
+}
+
+/// What a desktop restores may be something else than was chosen, another monitor say; then the
+/// user is asked.
+CastQuestion::Picked CastQuestion::pick(const std::optional<RememberedChoice>& remembered,
+                                        const std::stop_token& cancelled) {
+    std::string nextToken;
+    auto picked = negotiate(remembered ? remembered->token : "", cancelled, nextToken);
+    if (!picked)
+        return picked;
+    if (remembered && chosenSource((*picked)->source(), m_size) != remembered->source) {
+        base::logInfo("The desktop has restored something else than was chosen: asking again");
+        picked->reset(); // its session ends before the next one begins
+        return pick({}, cancelled);
+    }
+    m_tokens.keep(m_request.mode, {nextToken, chosenSource((*picked)->source(), m_size)});
+    return picked;
+}
+
+CastQuestion::Picked CastQuestion::negotiate(const std::string& restoreToken,
+                                             const std::stop_token& cancelled,
+                                             std::string& nextToken) {
+    auto session = std::make_unique<PortalSession>();
+    auto grant = session->ask(
+        {.mode = m_request.mode, .cursor = cursorFor(m_offer), .restoreToken = restoreToken},
+        cancelled);
+    if (!grant)
+        return std::unexpected(grant.error());
+    nextToken = grant->restoreToken;
+    auto cast = std::make_shared<Cast>(std::move(session), std::move(*grant));
+    const auto size = cast->awaitPicture(longestWaitForPicture, cancelled);
+    if (!size && size.error().empty())
+        return std::unexpected(PortalRefusal{PortalRefusal::Kind::takenBack, {}});
+    if (!size)
+        return std::unexpected(failure(size.error()));
+    m_size = size->value_or(pipewire::Size());
+    if (m_size.width < 2 || m_size.height < 2)
+        return std::unexpected(failure("The desktop sent no picture"));
+    return cast;
+}
+
+} // namespace vantro::capture::wayland

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "capture/TargetQuestion.h"
+#include "capture/wayland/Cast.h"
+#include "capture/wayland/PortalWatch.h"
+#include "capture/wayland/RestoreTokens.h"
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace vantro::capture::wayland {
+
+/// Asks the user, by the desktop's own dialog, what to record. On a thread of its own.
+class CastQuestion final : public TargetQuestion {
+  public:
+    /// The answer; with a target comes what is live.
+    using Answer = std::function<void(TargetResult, std::shared_ptr<Cast>)>;
+
+    CastQuestion(RecordingRequest request, PortalOffer offer, RestoreTokens tokens, Answer answer);
+
+  private:
+    using Picked = std::expected<std::shared_ptr<Cast>, PortalRefusal>;
+
+    void run(const std::stop_token& cancelled);
+    Picked pick(const std::optional<RememberedChoice>& remembered,
+                const std::stop_token& cancelled);
+    Picked negotiate(const std::string& restoreToken, const std::stop_token& cancelled,
+                     std::string& nextToken);
+
+    const RecordingRequest m_request;
+    const PortalOffer m_offer;
+    RestoreTokens m_tokens;
+    const Answer m_answer;
+    pipewire::Size m_size; // of the first picture
+    std::jthread m_thread;
+};
+
+} // namespace vantro::capture::wayland

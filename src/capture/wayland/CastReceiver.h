@@ -1,0 +1,59 @@
+#pragma once
+
+#include "capture/PointerSource.h"
+#include "capture/wayland/CastPicture.h"
+#include "pipewire/VideoStream.h"
+
+#include <optional>
+#include <string>
+
+namespace vantro::capture::wayland {
+
+/// How places in a cast's picture become those in a recording.
+struct PointerScale {
+    int width = 0; ///< of the movie, pixels
+    int height = 0;
+    double pixelsPerPoint = 1;
+};
+
+/// Takes in what a cast sends: its picture, and beside that where the pointer is. On the thread of
+/// its stream.
+class CastReceiver final : public pipewire::VideoStreamListener {
+  public:
+    CastPicture& picture() { return m_picture; }
+    /// A picture has come since this was last asked.
+    bool takeNews();
+    bool hasNews() const { return m_hasNews; }
+    struct Failure {
+        base::HostTime since;
+        std::string reason; ///< for the user
+    };
+    const std::optional<Failure>& failure() const { return m_failure; }
+    void fail(const std::string& reason);
+
+    /// Places go to `output` from now on, at first the newest one; to nobody where it is null.
+    void setPointerOutput(PointerOutput* output, PointerScale scale = {});
+
+  private:
+    void arrived(const pipewire::VideoBuffer& buffer) override;
+    void stateChanged(pipewire::StreamState state, const std::string& error) override;
+
+    void pointerMoved(const pipewire::CursorNews& cursor, base::HostTime arrival);
+    void countWithoutPointer(base::HostTime now);
+    PointerSample sampleOf(model::Point inBuffer, base::HostTime time) const;
+
+    CastPicture m_picture;
+    bool m_hasNews = false;
+    bool m_hasBroken = false; // pictures that cannot be shown have come
+    std::optional<Failure> m_failure;
+    PointerOutput* m_output = nullptr;
+    PointerScale m_scale;
+    std::optional<pictures::PictureView> m_first; // the recording's first picture
+    std::optional<model::Point> m_pointer;        // the newest place, in the buffer
+    // How long the pointer has been unknown to its output:
+    base::HostTime m_followedSince;
+    int m_picturesWithout = 0;
+    bool m_isUnknownTold = false;
+};
+
+} // namespace vantro::capture::wayland

@@ -1,0 +1,161 @@
+#include "capture/wayland/WaylandCapturePlatform.h"
+
+#include "base/Guarded.h"
+#include "capture/wayland/CastQuestion.h"
+
+#include <utility>
+
+namespace vantro::capture::wayland {
+namespace {
+
+// A portal may have to be started first. The window waits for this once, at its start.
+constexpr base::HostDuration longestFirstAnswer = std::chrono::seconds(5);
+
+constexpr const char* desktopAsks =
+    "The desktop itself asks what to record, in a dialog of its own, when a recording begins.";
+
+/// A cast as the stream of a recording; it ends with the stop.
+class CastStream final : public ScreenStream {
+  public:
+    CastStream(std::shared_ptr<Cast> cast, RecordingTarget target)
+        : m_cast(std::move(cast)), m_target(std::move(target)) {}
+    ~CastStream() override { stopCapture(); }
+
+    void startCapture(ScreenStreamOutput& output) override { m_cast->record(m_target, output); }
+    void stopCapture() override {
+        if (m_cast)
+            m_cast->stopRecording();
+        m_cast.reset();
+    }
+
+  private:
+    std::shared_ptr<Cast> m_cast;
+    const RecordingTarget m_target;
+};
+
+/// The pointer that comes beside a cast's pictures. Without a cast there is none to tell of.
+class CastPointer final : public PointerSource {
+  public:
+    CastPointer(std::shared_ptr<Cast> cast, const RecordingTarget& target)
+        : m_cast(std::move(cast))
+        , m_scale{.width = target.width,
+                  .height = target.height,
+                  .pixelsPerPoint = target.display.backingScaleFactor} {}
+    ~CastPointer() override { stop(); }
+
+    void start(PointerOutput& output) override {
+        if (m_cast)
+            m_cast->followPointer(output, m_scale);
+    }
+    void stop() override {
+        if (m_cast)
+            m_cast->leavePointer();
+        m_cast.reset();
+    }
+
+  private:
+    std::shared_ptr<Cast> m_cast;
+    const PointerScale m_scale;
+};
+
+class WaylandCapturePlatform final : public CapturePlatform {
+  public:
+    explicit WaylandCapturePlatform(RestoreTokens tokens)
+        : m_portal(longestFirstAnswer), m_tokens(std::move(tokens)) {}
+
+    PlatformAbilities abilities() override;
+    std::expected<std::vector<ShareableDisplay>, std::string> displays() override {
+        return std::unexpected(desktopAsks);
+    }
+    std::expected<ShareableContent, std::string> shareableContent(WindowIcons) override {
+        return std::unexpected(desktopAsks);
+    }
+    bool isConnected() override { return true; }
+    std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
+                                               TargetAnswer answer) override;
+    std::expected<std::unique_ptr<ScreenStream>, std::string>
+    makeScreenStream(const RecordingTarget& target) override;
+    std::expected<std::unique_ptr<PointerSource>, std::string>
+    makePointerSource(const RecordingTarget& target) override;
+
+  private:
+    PortalWatch m_portal;
+    RestoreTokens m_tokens;
+    base::Guarded<std::shared_ptr<Cast>> m_picked; // until a stream takes it over
+    std::weak_ptr<Cast> m_streamed;
+};
+
+PlatformAbilities WaylandCapturePlatform::abilities() {
+    const PortalOffer offer = m_portal.offer();
+    if (!offer.whyNot.empty())
+        return noAbilities("Nothing can be recorded: " + offer.whyNot + ".");
+    PlatformAbilities able;
+    if (!offer.screens)
+        able.screens.whyNot = "This desktop does not share whole screens.";
+    if (!offer.windows)
+        able.windows.whyNot = "This desktop does not share single windows.";
+    able.areas.whyNot = "Areas cannot be recorded on this desktop yet.";
+    able.listsContent.whyNot = desktopAsks;
+    able.ownWindowsLeftOut.whyNot = "Vantro's own windows appear in recordings of a screen: this "
+                                    "desktop cannot leave them out.";
+    if (!offer.pointerApart)
+        able.pointer.whyNot = offer.pointerInPicture
+                                  ? "The pointer is recorded as part of the picture: this desktop "
+                                    "does not tell where it is."
+                                  : "The pointer is not recorded: this desktop does not tell where "
+                                    "it is.";
+    able.clicks.whyNot =
+        "Clicks are not recorded, so no zooms come by themselves: Wayland tells programs nothing "
+        "of clicks in others.";
+    able.camera.whyNot = "Vantro cannot record a camera yet.";
+    return able;
+}
+
+std::unique_ptr<TargetQuestion> WaylandCapturePlatform::findTarget(const RecordingRequest& request,
+                                                                   TargetAnswer answer) {
+    m_picked.with([](auto& picked) { return std::exchange(picked, nullptr); });
+    const auto able = abilities();
+    const Ability& wanted = request.mode == model::CaptureMode::screen   ? able.screens
+                            : request.mode == model::CaptureMode::window ? able.windows
+                                                                         : able.areas;
+    if (!wanted.isAvailable()) {
+        answer(std::unexpected(
+            model::VantroError(model::VantroError::Kind::captureStartFailed, wanted.whyNot)));
+        return nullptr;
+    }
+    return std::make_unique<CastQuestion>(
+        request, m_portal.offer(), m_tokens,
+        [this, told = std::move(answer)](TargetResult result, std::shared_ptr<Cast> cast) {
+            m_picked.with([&](auto& picked) { picked.swap(cast); });
+            told(std::move(result));
+        });
+}
+
+std::expected<std::unique_ptr<ScreenStream>, std::string>
+WaylandCapturePlatform::makeScreenStream(const RecordingTarget& target) {
+    auto cast = m_picked.with([](auto& picked) { return std::exchange(picked, nullptr); });
+    if (!cast)
+        return std::unexpected("nothing has been chosen in the desktop's dialog");
+    if (const auto failure = cast->failure())
+        return std::unexpected(failure->empty() ? "the desktop has ended the sharing" : *failure);
+    m_streamed = cast;
+    return std::make_unique<CastStream>(std::move(cast), target);
+}
+
+std::expected<std::unique_ptr<PointerSource>, std::string>
+WaylandCapturePlatform::makePointerSource(const RecordingTarget& target) {
+    const bool isTold = m_portal.offer().pointerApart;
+    return std::make_unique<CastPointer>(isTold ? m_streamed.lock() : nullptr, target);
+}
+
+} // namespace
+
+std::expected<std::unique_ptr<CapturePlatform>, std::string> connectPortal(RestoreTokens tokens) {
+    try {
+        return std::make_unique<WaylandCapturePlatform>(std::move(tokens));
+    } catch (const std::exception& error) {
+        return std::unexpected(error.what());
+    }
+}
+
+} // namespace vantro::capture::wayland
