@@ -1,0 +1,129 @@
+#include "support/WaylandDesk.h"
+
+#include "support/Eventually.h"
+#include "support/Program.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace vantro::test {
+namespace {
+
+constexpr const char* portalProgram = "/usr/libexec/xdg-desktop-portal";
+constexpr const char* permissionStore = "/usr/libexec/xdg-permission-store";
+
+bool succeeds(const std::string& command) {
+    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
+    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
+}
+
+bool isOnBus(const std::string& name) {
+    return succeeds("dbus-send --session --print-reply --dest=org.freedesktop.DBus / "
+                    "org.freedesktop.DBus.NameHasOwner string:" +
+                    name + " | grep -q 'boolean true'");
+}
+
+// No folders of services: nothing is started behind a test's back.
+constexpr const char* busConfiguration =
+    "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+    "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
+    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+    "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
+
+} // namespace
+
+bool WaylandDesk::isInstalled() {
+    return succeeds("command -v pipewire && command -v wireplumber && command -v dbus-daemon && "
+                    "command -v dbus-send && command -v pw-cli") &&
+           std::filesystem::exists(portalProgram) && std::filesystem::exists(permissionStore);
+}
+
+WaylandDesk::WaylandDesk() {
+    const auto path = m_folder.path().string();
+    const auto bus = "unix:path=" + path + "/runtime/bus";
+    for (const auto* name : {"runtime", "config", "state", "cache", "data", "home"})
+        std::filesystem::create_directories(m_folder / name);
+    std::filesystem::permissions(m_folder / "runtime", std::filesystem::perms::owner_all);
+    m_folder.write("bus.conf", busConfiguration);
+    m_folder.write("portals/scripted.portal",
+                   std::string("[portal]\nDBusName=") + PortalBackend::name +
+                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;\nUseIn=scripted\n");
+    const std::array<std::pair<const char*, std::string>, 15> wanted{{
+        {"XDG_RUNTIME_DIR", path + "/runtime"},
+        {"XDG_CONFIG_HOME", path + "/config"},
+        {"XDG_STATE_HOME", path + "/state"},
+        {"XDG_CACHE_HOME", path + "/cache"},
+        {"XDG_DATA_HOME", path + "/data"},
+        {"HOME", path + "/home"},
+        {"XDG_CURRENT_DESKTOP", "scripted"},
+        {"XDG_DESKTOP_PORTAL_DIR", path + "/portals"},
+        {"DBUS_SESSION_BUS_ADDRESS", bus},
+        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
+        {"GSETTINGS_BACKEND", "memory"},
+        {"WAYLAND_DISPLAY", "wayland-none"},
+        {"PIPEWIRE_REMOTE", ""},
+        {"PULSE_SERVER", ""},
+        {"DISPLAY", ""},
+    }};
+    for (const auto& [name, value] : wanted)
+        set(name, value);
+    m_programs.push_back(launch(
+        {"dbus-daemon", "--config-file=" + path + "/bus.conf", "--address=" + bus, "--nofork"}));
+    m_pipeWire = launch({"pipewire"});
+    m_programs.push_back(m_pipeWire);
+    if (!eventually([] { return succeeds("timeout 2 pw-cli info 0"); }) ||
+        !eventually([] { return isOnBus("org.freedesktop.DBus"); }))
+        throw std::runtime_error("no private bus or PipeWire");
+    m_programs.push_back(launch({"wireplumber"}));
+    if (!eventually([] { return succeeds("timeout 2 pw-cli ls Client | grep -q WirePlumber"); }))
+        throw std::runtime_error("PipeWire's session manager does not start");
+}
+
+WaylandDesk::~WaylandDesk() {
+    endPortal();
+    std::ranges::reverse(m_programs);
+    for (const pid_t program : m_programs)
+        if (program > 0)
+            endProgram(program, SIGKILL);
+    // NOLINTBEGIN(concurrency-mt-unsafe)
+    for (const auto& [name, value] : m_environment)
+        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+}
+
+void WaylandDesk::set(const std::string& variable, const std::string& value) {
+    // NOLINTBEGIN(concurrency-mt-unsafe)
+    const char* before = std::getenv(variable.c_str());
+    m_environment.emplace_back(variable, before != nullptr ? before : "");
+    value.empty() ? unsetenv(variable.c_str()) : setenv(variable.c_str(), value.c_str(), 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+}
+
+pid_t WaylandDesk::launch(std::vector<std::string> command) {
+    return startProgram(std::move(command));
+}
+
+void WaylandDesk::startPortal(const PortalScript& script) {
+    m_backend = std::make_unique<PortalBackend>(script);
+    m_portal.push_back(launch({permissionStore}));
+    m_portal.push_back(launch({portalProgram, "-r"}));
+    if (!eventually([] { return isOnBus("org.freedesktop.portal.Desktop"); }))
+        throw std::runtime_error("the portal does not start");
+}
+
+void WaylandDesk::endPortal() {
+    for (const pid_t program : std::exchange(m_portal, {}))
+        endProgram(program, SIGKILL);
+    m_backend.reset();
+}
+
+void WaylandDesk::crashPipeWire() {
+    std::erase(m_programs, m_pipeWire);
+    endProgram(m_pipeWire, SIGKILL);
+}
+
+} // namespace vantro::test

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "support/PortalBackend.h"
+#include "support/TemporaryFolder.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace vantro::test {
+
+/// A private session of a Wayland desktop, without a compositor: a message bus of its own, PipeWire
+/// with its session manager, and the genuine portal over a scripted desktop. Found through the
+/// environment, so one at a time.
+class WaylandDesk {
+  public:
+    /// Everything but the portal runs.
+    WaylandDesk();
+    ~WaylandDesk();
+    WaylandDesk(const WaylandDesk&) = delete;
+    WaylandDesk& operator=(const WaylandDesk&) = delete;
+
+    /// Whether its programs are installed.
+    static bool isInstalled();
+
+    /// Returns when it can be asked. Throws std::runtime_error when it does not start.
+    void startPortal(const PortalScript& script = {});
+    void endPortal();
+    PortalBackend& portal() { return *m_backend; }
+    /// As a crash would end it.
+    void crashPipeWire();
+
+    const TemporaryFolder& folder() const { return m_folder; }
+
+  private:
+    void set(const std::string& variable, const std::string& value);
+    pid_t launch(std::vector<std::string> command);
+
+    TemporaryFolder m_folder;
+    std::vector<std::pair<std::string, std::string>> m_environment; ///< as it was
+    std::vector<pid_t> m_programs;
+    std::vector<pid_t> m_portal;
+    pid_t m_pipeWire = -1;
+    std::unique_ptr<PortalBackend> m_backend;
+};
+
+} // namespace vantro::test
