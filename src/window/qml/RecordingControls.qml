@@ -10,7 +10,10 @@ FocusScope {
     required property ActionGuard guard
 
     implicitWidth: 340
-    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0)
+    // The desktop remembers what was chosen in its dialog; this asks for another choice.
+    readonly property bool canChooseAnew: guard.desktopAsks && app.captureMode !== 2 && guard.modeMissing === ""
+
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (anew.visible ? anew.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -35,6 +38,16 @@ FocusScope {
         model: screen.displays.names
         currentIndex: screen.displays.current
         onActivated: index => screen.displays.current = index
+    }
+    PushButton {
+        id: anew
+        objectName: "chooseAnew"
+        anchors { horizontalCenter: modes.horizontalCenter; top: modes.bottom; topMargin: Theme.gap }
+        visible: screen.canChooseAnew
+        text: screen.app.captureMode === 1 ? qsTr("Choose a window…") : qsTr("Choose a screen…")
+        help: qsTr("Record, and choose anew in your desktop's dialog")
+        enabled: screen.guard.record
+        onClicked: screen.app.chooseAnew()
     }
     Label {
         id: note
