@@ -184,7 +184,7 @@ void PortalSession::onClosed(std::function<void()> told) {
 }
 
 std::expected<PortalGrant, PortalRefusal> PortalSession::ask(const PortalRequest& request,
-                                                             std::stop_token cancelled) {
+                                                             const std::stop_token& cancelled) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_state == State::closed)

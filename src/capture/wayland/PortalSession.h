@@ -61,7 +61,7 @@ class PortalSession {
     /// Lets the desktop ask the user, who may take any time or never answer; `cancelled` gives up.
     /// Once.
     std::expected<PortalGrant, PortalRefusal> ask(const PortalRequest& request,
-                                                  std::stop_token cancelled);
+                                                  const std::stop_token& cancelled);
     /// `told` is called once, on any thread, when the desktop has ended the session; at once where
     /// that has happened before. Not destroyed inside of it.
     void onClosed(std::function<void()> told);

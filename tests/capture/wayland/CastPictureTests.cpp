@@ -59,7 +59,7 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
         buffer.transform = transform;
         CastPicture picture;
         ASSERT_TRUE(picture.take(buffer.view()));
-        const auto view = *picture.view();
+        const auto view = picture.view();
         const int width = transform % 2 ? 2 : 3;
         const int height = transform % 2 ? 3 : 2;
         ASSERT_EQ(view.width, width);
@@ -121,7 +121,7 @@ TEST(CastPicture, IsNotTakenFromMemoryThatDoesNotHoldIt) {
     tight.crop = pipewire::Area{-1, -1, 1 << 30, 1 << 30};
     CastPicture all;
     ASSERT_TRUE(all.take(tight.view()));
-    EXPECT_EQ(all.view()->width, 3);
+    EXPECT_EQ(all.view().width, 3);
 }
 
 } // namespace
