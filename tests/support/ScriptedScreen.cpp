@@ -202,16 +202,23 @@ void ScriptedScreen::Implementation::fill() {
 void ScriptedScreen::Implementation::draw(const ScreenFrame& frame, std::uint8_t* pixels,
                                           int stride) const {
     std::fill_n(pixels, stride * profile.height, std::uint8_t{0});
-    for (const Patch& patch : frame.patches)
-        for (int y = std::max(patch.y, 0); y < std::min(patch.y + patch.height, profile.height);
-             ++y)
-            for (int x = std::max(patch.x, 0); x < std::min(patch.x + patch.width, profile.width);
-                 ++x) {
-                auto* pixel = pixels + y * stride + x * layout.size;
-                pixel[layout.red] = static_cast<std::uint8_t>(patch.color >> 16);
-                pixel[layout.green] = static_cast<std::uint8_t>(patch.color >> 8);
-                pixel[layout.blue] = static_cast<std::uint8_t>(patch.color);
-            }
+    for (const Patch& patch : frame.patches) {
+        const int left = std::max(patch.x, 0);
+        const int top = std::max(patch.y, 0);
+        const int width = std::min(patch.x + patch.width, profile.width) - left;
+        const int height = std::min(patch.y + patch.height, profile.height) - top;
+        if (width <= 0 || height <= 0)
+            continue;
+        auto* first = pixels + top * stride + left * layout.size;
+        for (int x = 0; x < width; ++x) {
+            auto* pixel = first + x * layout.size;
+            pixel[layout.red] = static_cast<std::uint8_t>(patch.color >> 16);
+            pixel[layout.green] = static_cast<std::uint8_t>(patch.color >> 8);
+            pixel[layout.blue] = static_cast<std::uint8_t>(patch.color);
+        }
+        for (int y = 1; y < height; ++y)
+            std::copy_n(first, width * layout.size, first + y * stride);
+    }
 }
 
 void ScriptedScreen::Implementation::describe(const ScreenFrame& frame, const spa_buffer& buffer) {
