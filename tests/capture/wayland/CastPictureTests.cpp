@@ -1,4 +1,4 @@
-#include "capture/wayland/CastPicture.h"
+#include "capture/wayland/CastReceiver.h"
 
 #include <cstring>
 #include <vector>
@@ -122,6 +122,43 @@ TEST(CastPicture, IsNotTakenFromMemoryThatDoesNotHoldIt) {
     CastPicture all;
     ASSERT_TRUE(all.take(tight.view()));
     EXPECT_EQ(all.view().width, 3);
+}
+
+struct PointerLog : PointerOutput {
+    void pointerAt(const PointerSample& sample) override { samples.push_back(sample); }
+    void pressed(const PointerPress&) override {}
+    void pointerUnknown(const std::string&) override { ++unknown; }
+    void pointerStopped(const std::string&) override {}
+
+    std::vector<PointerSample> samples;
+    int unknown = 0;
+};
+
+/// On a still screen KWin repeats the time of its last picture with each move.
+TEST(CastReceiver, TellsOfThePointerByTheTimeOfArrivalInPointsOfTheRecording) {
+    CastReceiver receiver;
+    pipewire::VideoStreamListener& stream = receiver;
+    Buffer buffer(40, 20);
+    stream.arrived(buffer.view());
+    PointerLog log;
+    receiver.setPointerOutput(&log, {.width = 40, .height = 20, .pixelsPerPoint = 2});
+    buffer.time = base::HostTime(1s);
+    auto moved = buffer.view();
+    moved.planes = {};
+    moved.cursor = {.id = 1, .x = 30, .y = 10, .bitmap = {}};
+    stream.arrived(moved);
+    ASSERT_EQ(log.samples.size(), 1);
+    EXPECT_EQ(log.samples[0].time, moved.arrival);
+    EXPECT_EQ(log.samples[0].place, (model::Point{15, 5}));
+    Buffer smaller(20, 20); // shown as it is, in the middle
+    auto both = smaller.view();
+    both.cursor = moved.cursor;
+    both.cursor->x = 7;
+    stream.arrived(both);
+    EXPECT_EQ(log.samples.back().place, (model::Point{(10 + 7) / 2.0, 5}));
+    receiver.setPointerOutput(nullptr);
+    stream.arrived(both);
+    EXPECT_EQ(log.samples.size(), 2);
 }
 
 } // namespace
