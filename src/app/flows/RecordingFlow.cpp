@@ -25,7 +25,10 @@ RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
     });
 }
 
-RecordingFlow::~RecordingFlow() = default;
+/// Whoever waits for the user's choice must not be waited for.
+RecordingFlow::~RecordingFlow() {
+    m_choice.request_stop();
+}
 
 bool RecordingFlow::mayFollow(Preparation before, Preparation after) {
     switch (after) {

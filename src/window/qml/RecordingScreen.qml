@@ -8,8 +8,8 @@ FocusScope {
     required property MainModel app
     required property ActionGuard guard
 
-    implicitWidth: Math.max(220, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
-    implicitHeight: note.visible ? 78 : 54
+    implicitWidth: Math.max(220, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
+    implicitHeight: note.visible ? 62 + note.height : 54
 
     Row {
         id: row
