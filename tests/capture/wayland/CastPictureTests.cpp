@@ -18,7 +18,7 @@ struct Buffer {
         format.size = {width, height};
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
-                auto* pixel = bytes.data() + 4 * (y * width + x);
+                auto* pixel = bytes.data() + std::ptrdiff_t{4} * (std::ptrdiff_t{y} * width + x);
                 pixel[0] = std::byte(x);
                 pixel[1] = std::byte(y);
             }
@@ -68,7 +68,7 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
         for (int i = 0; i < 3; ++i) {
             const auto [x, y] = corners[i];
             const auto [inX, inY] = expected[transform][i];
-            const auto* pixel = view.pixels + y * view.stride + 4 * x;
+            const auto* pixel = view.pixels + y * view.stride + std::ptrdiff_t{4} * x;
             EXPECT_EQ(pixel[0], inX + 1) << "corner " << i;
             EXPECT_EQ(pixel[1], inY + 2) << "corner " << i;
             EXPECT_EQ(picture.placeOf({inX + 1.0, inY + 2.0}), (model::Point{1.0 * x, 1.0 * y}));
@@ -99,7 +99,7 @@ TEST(CastPicture, TellsOnlyWhereItChanges) {
     picture.changed().clear();
     picture.take(buffer.view());
     EXPECT_TRUE(picture.changed().isEmpty());
-    buffer.bytes[4 * (20 * 200 + 130)] = std::byte{99};
+    buffer.bytes[std::size_t{4} * (20 * 200 + 130)] = std::byte{99};
     picture.take(buffer.view());
     EXPECT_EQ(picture.changed().tileCount(), 1);
 }
