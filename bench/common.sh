@@ -6,6 +6,7 @@ vantro=${VANTRO:-$root/build/release/bin/vantro}
 bin=$(dirname "$vantro")
 work=$(mktemp -d "${TMPDIR:-/var/tmp}/vantro-bench.XXXXXX")
 pids=()
+unset WAYLAND_DISPLAY XDG_SESSION_TYPE # the private display is to be recorded
 
 finish() {
     kill "${pids[@]}" 2>/dev/null || true

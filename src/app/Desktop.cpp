@@ -7,6 +7,7 @@
 #include "model/VantroError.h"
 
 #include <cstdlib>
+#include <stdexcept>
 #include <string_view>
 
 namespace vantro::app {
@@ -19,6 +20,8 @@ Value valueOrThrow(std::expected<Value, std::string> result) {
     return *std::move(result);
 }
 
+} // namespace
+
 /// Under XWayland an X server answers as well, but shows black. Toolkits may have been told to use
 /// it, so they are not asked.
 bool isWaylandSession() {
@@ -28,8 +31,6 @@ bool isWaylandSession() {
     };
     return !valueOf("WAYLAND_DISPLAY").empty() || valueOf("XDG_SESSION_TYPE") == "wayland";
 }
-
-} // namespace
 
 std::unique_ptr<capture::CapturePlatform> connectDesktop() {
     return valueOrThrow(isWaylandSession() ? capture::wayland::connectPortal()
@@ -46,6 +47,8 @@ std::unique_ptr<capture::CameraDevices> desktopCameras() {
 
 capture::ShareableContent shareableContent(capture::CapturePlatform& platform,
                                            capture::CapturePlatform::WindowIcons icons) {
+    if (const auto listing = platform.abilities().listsContent; !listing.isAvailable())
+        throw std::runtime_error(listing.whyNot);
     return valueOrThrow(platform.shareableContent(icons));
 }
 

@@ -39,8 +39,8 @@ void ActionGuard::followEverything() {
         follow(m_state, signal);
     follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
     for (const auto signal :
-         {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::countdownRemainingChanged,
-          &RecordingFlow::stoppingChanged})
+         {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::desktopAskingChanged,
+          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged})
         follow(m_flows.recording, signal);
     follow(m_flows.exports, &ExportFlow::runningChanged);
     follow(m_flows.projects, &ProjectFlow::activityChanged);

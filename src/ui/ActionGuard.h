@@ -29,6 +29,8 @@ class ActionGuard : public QObject {
     Q_PROPERTY(QString systemAudioMissing READ systemAudioMissing NOTIFY changed)
     Q_PROPERTY(QString microphoneMissing READ microphoneMissing NOTIFY changed)
     Q_PROPERTY(QString webcamMissing READ webcamMissing NOTIFY changed)
+    /// The desktop has a dialog of its own to choose what is recorded.
+    Q_PROPERTY(bool desktopAsks READ desktopAsks NOTIFY changed)
     Q_PROPERTY(bool record READ mayRecord NOTIFY changed)
     Q_PROPERTY(bool stop READ mayStop NOTIFY changed)
     Q_PROPERTY(bool openProject READ mayOpenProject NOTIFY changed)
@@ -55,6 +57,7 @@ class ActionGuard : public QObject {
     QString systemAudioMissing() const { return sentence(m_abilities.systemSound); }
     QString microphoneMissing() const { return sentence(m_abilities.microphone); }
     QString webcamMissing() const { return sentence(m_abilities.camera); }
+    bool desktopAsks() const { return !m_abilities.listsContent.isAvailable(); }
     bool mayRecord() const;
     bool mayStop() const;
     bool mayOpenProject() const;

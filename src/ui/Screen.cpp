@@ -24,6 +24,8 @@ Screen shownScreen(const app::AppState& state, const app::flows::PermissionServi
         return Screen::waiting;
     if (recording.isWindowPickerShown())
         return Screen::picker;
+    if (recording.isDesktopAsking())
+        return Screen::asking;
     return countsDown ? Screen::countdown : Screen::controls;
 }
 

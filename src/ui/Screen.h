@@ -12,7 +12,18 @@ class RecordingFlow;
 namespace vantro::ui {
 
 /// What the main window shows.
-enum class Screen { waiting, controls, picker, countdown, selecting, recording, editor, empty };
+/// `asking`: until the desktop's own dialog is answered.
+enum class Screen {
+    waiting,
+    controls,
+    picker,
+    asking,
+    countdown,
+    selecting,
+    recording,
+    editor,
+    empty
+};
 
 /// Follows from the phase and from what the recording flow waits for.
 Screen shownScreen(const app::AppState& state, const app::flows::PermissionService& permission,

@@ -62,6 +62,8 @@ void MainModel::connectFlows() {
         m_windows.setShown(m_flows.recording.isWindowPickerShown());
         Q_EMIT screenChanged();
     });
+    connect(&recording, &app::flows::RecordingFlow::desktopAskingChanged, this,
+            &MainModel::screenChanged);
     connect(&recording, &app::flows::RecordingFlow::countdownRemainingChanged, this, [this] {
         Q_EMIT screenChanged();
         Q_EMIT countdownChanged();
@@ -102,6 +104,8 @@ QString MainModel::screen() const {
         return QStringLiteral("controls");
     case ui::Screen::picker:
         return QStringLiteral("picker");
+    case ui::Screen::asking:
+        return QStringLiteral("asking");
     case ui::Screen::countdown:
         return QStringLiteral("countdown");
     case ui::Screen::selecting:

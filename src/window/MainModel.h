@@ -30,7 +30,7 @@ class MainModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    /// waiting, controls, picker, countdown, selecting, recording, editor or empty.
+    /// waiting, controls, picker, asking, countdown, selecting, recording, editor or empty.
     Q_PROPERTY(QString screen READ screen NOTIFY screenChanged)
     Q_PROPERTY(int captureMode READ captureMode WRITE setCaptureMode NOTIFY captureModeChanged)
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
@@ -83,8 +83,10 @@ class MainModel : public QObject {
     QString recoverySize() const;
 
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
+    Q_INVOKABLE void chooseAnew() { m_flows.recording.chooseAnew(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
     Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
+    Q_INVOKABLE void cancelAsking() { m_flows.recording.cancelPreparation(); }
     Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelPreparation(); }
     /// A row of the window picker's list; one that is gone by now does nothing.
     Q_INVOKABLE void pickWindow(int row);

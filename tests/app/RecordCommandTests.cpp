@@ -45,6 +45,8 @@ TEST_F(RecordCommand, IsFinishedWhenItsTerminalIsClosed) {
     if (process == 0) {
         ::setenv("DISPLAY", server.display().c_str(), 1);
         ::setenv("TMPDIR", folder.path().c_str(), 1);
+        ::unsetenv("WAYLAND_DISPLAY");
+        ::unsetenv("XDG_SESSION_TYPE");
         ::execl(VANTRO_PROGRAM, "vantro", "record", "--output", project.c_str(), nullptr);
         ::_exit(EXIT_FAILURE);
     }

@@ -162,7 +162,8 @@ void ScriptedScreen::Implementation::agree(const spa_pod* pod) {
     addMeta(SPA_META_VideoCrop, sizeof(spa_meta_region));
     addMeta(SPA_META_VideoTransform, sizeof(spa_meta_videotransform));
     if (profile.tellsPointer)
-        addMeta(SPA_META_Cursor, sizeof(spa_meta_cursor) + sizeof(spa_meta_bitmap) + 64 * 64 * 4);
+        addMeta(SPA_META_Cursor,
+                sizeof(spa_meta_cursor) + sizeof(spa_meta_bitmap) + std::size_t{64} * 64 * 4);
     pw_stream_update_params(stream, params.data(), static_cast<std::uint32_t>(params.size()));
 }
 
@@ -202,16 +203,23 @@ void ScriptedScreen::Implementation::fill() {
 void ScriptedScreen::Implementation::draw(const ScreenFrame& frame, std::uint8_t* pixels,
                                           int stride) const {
     std::fill_n(pixels, stride * profile.height, std::uint8_t{0});
-    for (const Patch& patch : frame.patches)
-        for (int y = std::max(patch.y, 0); y < std::min(patch.y + patch.height, profile.height);
-             ++y)
-            for (int x = std::max(patch.x, 0); x < std::min(patch.x + patch.width, profile.width);
-                 ++x) {
-                auto* pixel = pixels + y * stride + x * layout.size;
-                pixel[layout.red] = static_cast<std::uint8_t>(patch.color >> 16);
-                pixel[layout.green] = static_cast<std::uint8_t>(patch.color >> 8);
-                pixel[layout.blue] = static_cast<std::uint8_t>(patch.color);
-            }
+    for (const Patch& patch : frame.patches) {
+        const int left = std::max(patch.x, 0);
+        const int top = std::max(patch.y, 0);
+        const int width = std::min(patch.x + patch.width, profile.width) - left;
+        const int height = std::min(patch.y + patch.height, profile.height) - top;
+        if (width <= 0 || height <= 0)
+            continue;
+        auto* first = pixels + std::ptrdiff_t{top} * stride + std::ptrdiff_t{left} * layout.size;
+        for (int x = 0; x < width; ++x) {
+            auto* pixel = first + std::ptrdiff_t{x} * layout.size;
+            pixel[layout.red] = static_cast<std::uint8_t>(patch.color >> 16);
+            pixel[layout.green] = static_cast<std::uint8_t>(patch.color >> 8);
+            pixel[layout.blue] = static_cast<std::uint8_t>(patch.color);
+        }
+        for (int y = 1; y < height; ++y)
+            std::copy_n(first, width * layout.size, first + std::ptrdiff_t{y} * stride);
+    }
 }
 
 void ScriptedScreen::Implementation::describe(const ScreenFrame& frame, const spa_buffer& buffer) {

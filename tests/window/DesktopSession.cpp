@@ -49,8 +49,8 @@ QImage DesktopSession::picture(const QString& name) const {
 
 QProcessEnvironment DesktopSession::environment() const {
     auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto* name :
-         {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_CONFIG_HOME", "XDG_STATE_HOME"})
+    for (const auto* name : {"WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "QT_QPA_PLATFORM",
+                             "XDG_CONFIG_HOME", "XDG_STATE_HOME"})
         environment.remove(QString::fromLatin1(name));
     environment.insert(QStringLiteral("DISPLAY"), QString::fromStdString(m_server.display()));
     environment.insert(QStringLiteral("HOME"), m_home.path());

@@ -95,6 +95,25 @@ TEST_F(MainWindowTest, WhatTheDesktopCannotDoIsNotOfferedAndSaysWhy) {
     EXPECT_TRUE(shows("record"));
 }
 
+TEST_F(MainWindowTest, LeadsToTheDesktopsOwnDialogWhereThereIsOneAndBack) {
+    platform.able.listsContent.whyNot = "The desktop asks.";
+    state.setCaptureMode(model::CaptureMode::window);
+    showWindow();
+    guard.askAgain();
+    settle();
+    EXPECT_EQ(item("chooseAnew").property("text").toString(), "Choose a window…");
+    EXPECT_GE(item("record").y(), item("chooseAnew").y() + item("chooseAnew").height());
+    keepPicture(QStringLiteral("desktop-asks"));
+    click("chooseAnew");
+    EXPECT_EQ(app.screen(), "asking");
+    keepPicture(QStringLiteral("asking"));
+    click("statusAction");
+    EXPECT_TRUE(shows("record"));
+    state.setCaptureMode(model::CaptureMode::area);
+    settle();
+    EXPECT_FALSE(shows("chooseAnew"));
+}
+
 TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {
     granted = false;
     permission.setScreenRecordingGranted(false);

@@ -70,6 +70,7 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     addDisplaysCommand(app, action);
     addWindowsCommand(app, action);
     addDevicesCommand(app, action);
+    addDoctorCommand(app, action);
     addRecordCommand(app, action, interrupts.token());
     addControlCommands(app, action);
     addExportCommand(app, action, interrupts.token());

@@ -11,6 +11,7 @@ namespace vantro::app::cli {
 
 void addDisplaysCommand(base::Command app, CommandAction& action);
 void addWindowsCommand(base::Command app, CommandAction& action);
+void addDoctorCommand(base::Command app, CommandAction& action);
 void addDevicesCommand(base::Command app, CommandAction& action);
 void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
 /// `stop`, `toggle` and `mark`.

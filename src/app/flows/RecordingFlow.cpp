@@ -25,7 +25,10 @@ RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
     });
 }
 
-RecordingFlow::~RecordingFlow() = default;
+/// Whoever waits for the user's choice must not be waited for.
+RecordingFlow::~RecordingFlow() {
+    m_choice.request_stop();
+}
 
 bool RecordingFlow::mayFollow(Preparation before, Preparation after) {
     switch (after) {
@@ -50,19 +53,34 @@ void RecordingFlow::setPreparation(Preparation preparation) {
     using enum Preparation;
     if ((before == pickingWindow) != (preparation == pickingWindow))
         Q_EMIT windowPickerShownChanged();
+    const bool isAsking = preparation == choosing && isDesktopToAsk();
+    if (std::exchange(m_isDesktopAsking, isAsking) != isAsking)
+        Q_EMIT desktopAskingChanged();
 }
 
 void RecordingFlow::beginCapture() {
     if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
         return;
+    m_choosesAnew = false;
     switch (m_state.captureMode()) {
     case model::CaptureMode::screen:
         return captureScreen();
     case model::CaptureMode::window:
-        return setPreparation(Preparation::pickingWindow);
+        return isDesktopToAsk() ? choose() : setPreparation(Preparation::pickingWindow);
     case model::CaptureMode::area:
         return captureArea();
     }
+}
+
+void RecordingFlow::chooseAnew() {
+    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
+        return;
+    m_choosesAnew = true;
+    choose();
+}
+
+bool RecordingFlow::isDesktopToAsk() const {
+    return !m_services.platform.abilities().listsContent.isAvailable();
 }
 
 /// The display that was chosen, while it is attached, else the main one.
@@ -150,6 +168,7 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
         .area = m_state.selectedRect(),
         .windowID = {},
         .windowTitle = {},
+        .chooseAgain = m_choosesAnew,
         .sources = {.systemSound = m_state.systemAudioEnabled() && able.systemSound.isAvailable(),
                     .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
                     .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
@@ -231,6 +250,8 @@ void RecordingFlow::startRecording() {
 void RecordingFlow::tickSecond() {
     setElapsedSeconds(m_elapsedSeconds + 1);
     setRecorderStatus(m_state.recorder()->statistics());
+    if (m_recorderStatus.condition == capture::RecordingCondition::userStopped)
+        stopRecording();
 }
 
 void RecordingFlow::startFailed(int request, const std::string& message) {

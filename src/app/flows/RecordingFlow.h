@@ -34,6 +34,8 @@ class RecordingFlow : public QObject {
 
     /// The record button. Does nothing unless the application is idle.
     void beginCapture();
+    /// The same, where the desktop asks what to record: what was chosen earlier does not hold.
+    void chooseAnew();
     void windowSelected(const capture::ShareableWindow& window);
     void windowPickerCancelled();
     void areaSelected(std::uint32_t displayID, model::Rect rect);
@@ -50,6 +52,8 @@ class RecordingFlow : public QObject {
     int countdownRemaining() const { return m_countdownRemaining; }
 
     double elapsedSeconds() const { return m_elapsedSeconds; }
+    /// The desktop's own dialog is open.
+    bool isDesktopAsking() const { return m_isDesktopAsking; }
     bool isWindowPickerShown() const { return m_preparation == Preparation::pickingWindow; }
     bool isStopping() const { return m_stopping; }
     /// Of the recording under way, as of the last second.
@@ -58,6 +62,7 @@ class RecordingFlow : public QObject {
   Q_SIGNALS:
     void elapsedSecondsChanged();
     void windowPickerShownChanged();
+    void desktopAskingChanged();
     void stoppingChanged();
     void recorderStatusChanged();
     void countdownRemainingChanged();
@@ -76,6 +81,7 @@ class RecordingFlow : public QObject {
     static bool mayFollow(Preparation before, Preparation after);
     void setPreparation(Preparation preparation);
     void captureScreen();
+    bool isDesktopToAsk() const;
     void captureArea();
     capture::RecordingRequest makeRequest() const;
     void choose();
@@ -98,6 +104,8 @@ class RecordingFlow : public QObject {
     Preparation m_preparation = Preparation::none;
     std::stop_source m_choice; ///< takes the choice under way back
     std::shared_ptr<capture::Recorder> m_chosen;
+    bool m_choosesAnew = false;
+    bool m_isDesktopAsking = false;
     int m_countdown = 0;
     int m_countdownRemaining = 0;
     double m_elapsedSeconds = 0;

@@ -61,9 +61,9 @@ class Cast::Picture final : public PictureSource {
     std::expected<bool, std::string> update() override {
         m_isFirst = false;
         m_cast.m_receiver.takeNews();
-        return m_cast.m_receiver.picture().view().has_value();
+        return !m_cast.m_receiver.picture().isEmpty();
     }
-    pictures::PictureView picture() const override { return *m_cast.m_receiver.picture().view(); }
+    pictures::PictureView picture() const override { return m_cast.m_receiver.picture().view(); }
     std::optional<base::HostTime> pictureTime() const override {
         return m_cast.m_receiver.picture().time();
     }
@@ -136,12 +136,12 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
         runTasks();
         if (const auto failure = failureNow())
             return endWith(*failure);
-        if (m_recording)
-            recordFrames();
+        if (const auto recording = std::exchange(m_recording, {}))
+            recordFrames(*recording);
         else
-            turn(m_receiver.picture().view() ? untilWoken : untilAskedAgain);
+            turn(m_receiver.picture().isEmpty() ? untilAskedAgain : untilWoken);
         const auto now = base::hostNow();
-        if (!m_receiver.picture().view() && now - asked >= untilAskedAgain) {
+        if (m_receiver.picture().isEmpty() && now - asked >= untilAskedAgain) {
             stream.setActive(false);
             stream.setActive(true);
             asked = now;
@@ -154,10 +154,10 @@ void Cast::turn(base::HostDuration longestWait) {
     loop.turn(m_receiver.failure() ? std::min(longestWait, longestGoodbye) : longestWait);
     if (const auto& loss = m_connection->loss())
         m_receiver.fail(loss->reason);
-    const auto& view = m_receiver.picture().view();
+    const auto& picture = m_receiver.picture();
     const std::lock_guard lock(m_mutex);
-    if (!m_firstSize && view) {
-        m_firstSize = {view->width, view->height};
+    if (!m_firstSize && !picture.isEmpty()) {
+        m_firstSize = {picture.view().width, picture.view().height};
         m_changed.notify_all();
     }
 }
@@ -196,11 +196,14 @@ Cast::awaitPicture(base::HostDuration longestWait, std::stop_token cancelled) {
     return m_firstSize;
 }
 
-void Cast::recordFrames() {
+void Cast::recordFrames(const Recording& recording) {
     const WakeUp none; // the thread's loop itself is woken
-    FrameLoop(std::make_unique<Picture>(*this), m_recording->target)
-        .run(m_recording->stop, none, *m_recording->output);
-    m_recording.reset();
+    try {
+        FrameLoop(std::make_unique<Picture>(*this), recording.target)
+            .run(recording.stop, none, *recording.output);
+    } catch (const std::exception& error) {
+        recording.output->streamStopped(error.what());
+    }
     const std::lock_guard lock(m_mutex);
     m_isRecording = false;
     m_changed.notify_all();

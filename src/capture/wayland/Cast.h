@@ -59,7 +59,7 @@ class Cast {
 
     void run(const std::stop_token& stop, PortalGrant grant);
     void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
-    void recordFrames();
+    void recordFrames(const Recording& recording);
     void turn(base::HostDuration longestWait);
     void runTasks();
     void endWith(const Failure& failure);
@@ -73,7 +73,7 @@ class Cast {
     std::stop_source m_recordingStop;
     // The thread's:
     CastReceiver m_receiver;
-    std::optional<Recording> m_recording;
+    std::optional<Recording> m_recording;         // that is to begin
     pipewire::Connection* m_connection = nullptr; // while it is live
 
     std::mutex m_mutex;

@@ -17,14 +17,14 @@ bool CastPicture::take(const pipewire::VideoBuffer& buffer) {
     const auto walk = walkThrough(buffer);
     if (!walk)
         return false;
-    if (!m_view || m_view->width != walk->width || m_view->height != walk->height)
+    if (isEmpty() || m_view.width != walk->width || m_view.height != walk->height)
         resize(walk->width, walk->height);
     const auto layout = buffer.format.layout;
     const bool isReady = isBgrxInOrder(*walk, layout);
     for (int y = 0; y < walk->height; ++y) {
         if (!isReady)
             readRow(*walk, layout, y, m_row.data());
-        m_copy->collectRow(y, isReady ? walk->first + y * walk->down : m_row.data(), m_changed);
+        m_copy.collectRow(y, isReady ? walk->first + y * walk->down : m_row.data(), m_changed);
     }
     rememberPlace(buffer);
     const bool isTold = buffer.time && *buffer.time > m_lastTold &&
@@ -36,11 +36,11 @@ bool CastPicture::take(const pipewire::VideoBuffer& buffer) {
 }
 
 void CastPicture::resize(int width, int height) {
-    m_copy.emplace(width, height);
-    m_view = pictures::PictureView{.pixels = m_copy->pixels(),
-                                   .stride = std::ptrdiff_t{4} * width,
-                                   .width = width,
-                                   .height = height};
+    m_copy = pictures::PictureComparison(width, height);
+    m_view = {.pixels = m_copy.pixels(),
+              .stride = std::ptrdiff_t{4} * width,
+              .width = width,
+              .height = height};
     m_changed = pictures::TileMap(width, height);
     m_changed.addAll();
     m_row.resize(std::size_t{4} * width);
@@ -49,8 +49,8 @@ void CastPicture::resize(int width, int height) {
 void CastPicture::rememberPlace(const pipewire::VideoBuffer& buffer) {
     m_transform = buffer.transform;
     const bool isTurned = m_transform % 2 != 0;
-    m_part = {static_cast<double>(isTurned ? m_view->height : m_view->width),
-              static_cast<double>(isTurned ? m_view->width : m_view->height)};
+    m_part = {static_cast<double>(isTurned ? m_view.height : m_view.width),
+              static_cast<double>(isTurned ? m_view.width : m_view.height)};
     m_corner = {};
     if (buffer.crop)
         m_corner = {static_cast<double>(std::max(buffer.crop->x, 0)),

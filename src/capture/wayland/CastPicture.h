@@ -7,7 +7,6 @@
 #include "pipewire/VideoBuffer.h"
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace vantro::capture::wayland {
@@ -20,8 +19,9 @@ class CastPicture {
     /// False when no picture that can be shown is in it.
     bool take(const pipewire::VideoBuffer& buffer);
 
-    /// Nothing before the first picture.
-    const std::optional<pictures::PictureView>& view() const { return m_view; }
+    /// Before the first picture.
+    bool isEmpty() const { return m_view.pixels == nullptr; }
+    const pictures::PictureView& view() const { return m_view; }
     /// When it came about.
     base::HostTime time() const { return m_time; }
     /// Where it has changed since the owner last cleared that; the map of another size is a new
@@ -34,8 +34,8 @@ class CastPicture {
     void resize(int width, int height);
     void rememberPlace(const pipewire::VideoBuffer& buffer);
 
-    std::optional<pictures::PictureComparison> m_copy;
-    std::optional<pictures::PictureView> m_view; // of the copy
+    pictures::PictureComparison m_copy{1, 1};
+    pictures::PictureView m_view; // of the copy
     pictures::TileMap m_changed{1, 1};
     std::vector<std::uint8_t> m_row; // one that is not BGRX in memory
     base::HostTime m_time;

@@ -45,7 +45,7 @@ void CastReceiver::arrived(const pipewire::VideoBuffer& buffer) {
 /// By the time of arrival: the sender's is that of the screen's last picture, or none.
 void CastReceiver::pointerMoved(const pipewire::CursorNews& cursor, base::HostTime arrival) {
     m_pointer = {static_cast<double>(cursor.x), static_cast<double>(cursor.y)};
-    if (m_output != nullptr && m_picture.view())
+    if (m_output != nullptr && !m_picture.isEmpty())
         m_output->pointerAt(sampleOf(*m_pointer, arrival));
 }
 
@@ -62,20 +62,21 @@ void CastReceiver::countWithoutPointer(base::HostTime now) {
 void CastReceiver::setPointerOutput(PointerOutput* output, PointerScale scale) {
     m_output = output;
     m_scale = scale;
-    m_first = m_picture.view();
+    m_firstWidth = m_picture.view().width;
+    m_firstHeight = m_picture.view().height;
     m_followedSince = base::hostNow();
     m_picturesWithout = 0;
     m_isUnknownTold = false;
-    if (output != nullptr && m_pointer && m_first)
+    if (output != nullptr && m_pointer && !m_picture.isEmpty())
         output->pointerAt(sampleOf(*m_pointer, m_followedSince));
 }
 
 /// A picture of another size than the recording's first is fitted into the movie; so are places in
 /// it.
 PointerSample CastReceiver::sampleOf(model::Point inBuffer, base::HostTime time) const {
-    const pictures::PictureView& picture = *m_picture.view();
+    const pictures::PictureView& picture = m_picture.view();
     model::Point place = m_picture.placeOf(inBuffer);
-    if (m_first && (picture.width != m_first->width || picture.height != m_first->height)) {
+    if (picture.width != m_firstWidth || picture.height != m_firstHeight) {
         const auto fit =
             pictures::fitting(picture.width, picture.height, m_scale.width, m_scale.height);
         place.x = fit.x + place.x * fit.width / picture.width;

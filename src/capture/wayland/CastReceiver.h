@@ -48,8 +48,9 @@ class CastReceiver final : public pipewire::VideoStreamListener {
     std::optional<Failure> m_failure;
     PointerOutput* m_output = nullptr;
     PointerScale m_scale;
-    std::optional<pictures::PictureView> m_first; // the recording's first picture
-    std::optional<model::Point> m_pointer;        // the newest place, in the buffer
+    int m_firstWidth = 0; // of the recording's first picture
+    int m_firstHeight = 0;
+    std::optional<model::Point> m_pointer; // the newest place, in the buffer
     // How long the pointer has been unknown to its output:
     base::HostTime m_followedSince;
     int m_picturesWithout = 0;

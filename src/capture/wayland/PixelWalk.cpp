@@ -98,6 +98,7 @@ std::optional<PixelWalk> walkThrough(const pipewire::VideoBuffer& buffer) {
 
 std::vector<Layout> castLayouts() {
     std::vector<Layout> layouts;
+    layouts.reserve(knownLayouts.size());
     for (const auto& each : knownLayouts)
         layouts.push_back(each.layout);
     return layouts;

@@ -74,9 +74,6 @@ std::expected<PortalStream, PortalRefusal> streamOf(const Properties& results,
                         .id = find<std::string>(properties, "id").value_or(""),
                         .position = {},
                         .size = {}};
-    if (const auto kind = find<std::uint32_t>(properties, "source_type"))
-        stream.mode =
-            *kind == windowSource ? model::CaptureMode::window : model::CaptureMode::screen;
     if (const auto at = find<Pair<std::int32_t>>(properties, "position"))
         stream.position = {static_cast<double>(at->get<0>()), static_cast<double>(at->get<1>())};
     if (const auto size = find<Pair<std::int32_t>>(properties, "size");
@@ -184,7 +181,7 @@ void PortalSession::onClosed(std::function<void()> told) {
 }
 
 std::expected<PortalGrant, PortalRefusal> PortalSession::ask(const PortalRequest& request,
-                                                             std::stop_token cancelled) {
+                                                             const std::stop_token& cancelled) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_state == State::closed)

@@ -31,6 +31,7 @@ struct PortalStream {
     std::uint32_t node = 0; ///< of PipeWire
     /// Of that node, where the portal tells it: unlike ids these are never used again.
     std::optional<std::uint64_t> serial;
+    /// As asked for: only that kind is on offer, and some desktops tell another.
     model::CaptureMode mode = model::CaptureMode::screen;
     std::string id; ///< the desktop's own name for it; empty where it has none
     // In the compositor's units; each may be absent.
@@ -61,7 +62,7 @@ class PortalSession {
     /// Lets the desktop ask the user, who may take any time or never answer; `cancelled` gives up.
     /// Once.
     std::expected<PortalGrant, PortalRefusal> ask(const PortalRequest& request,
-                                                  std::stop_token cancelled);
+                                                  const std::stop_token& cancelled);
     /// `told` is called once, on any thread, when the desktop has ended the session; at once where
     /// that has happened before. Not destroyed inside of it.
     void onClosed(std::function<void()> told);

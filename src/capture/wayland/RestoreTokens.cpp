@@ -85,7 +85,7 @@ std::optional<RememberedChoice> RestoreTokens::take(model::CaptureMode mode) {
     const auto found = all.find(key(mode));
     if (found == all.end())
         return {};
-    const json stored = *found;
+    const json stored = std::move(*found);
     all.erase(found);
     if (!write(m_file, all))
         return {}; // it would be used twice

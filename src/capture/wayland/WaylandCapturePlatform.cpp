@@ -114,7 +114,9 @@ PlatformAbilities WaylandCapturePlatform::abilities() {
 std::unique_ptr<TargetQuestion> WaylandCapturePlatform::findTarget(const RecordingRequest& request,
                                                                    TargetAnswer answer) {
     m_picked.with([](auto& picked) { return std::exchange(picked, nullptr); });
-    const auto able = abilities();
+    auto able = abilities();
+    if (request.displayID.value_or(0) != 0 || request.windowID || !request.windowTitle.empty())
+        able.screens = able.windows = able.areas = able.listsContent;
     const Ability& wanted = request.mode == model::CaptureMode::screen   ? able.screens
                             : request.mode == model::CaptureMode::window ? able.windows
                                                                          : able.areas;

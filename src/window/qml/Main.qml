@@ -73,7 +73,7 @@ Window {
         anchors.fill: parent
         focus: true
         sourceComponent: ({
-            waiting: waiting, controls: controls, picker: picker, countdown: countdown,
+            waiting: waiting, controls: controls, picker: picker, asking: asking, countdown: countdown,
             selecting: selecting, recording: recording, editor: editing, empty: empty
         })[window.app.screen]
         onLoaded: takeFocus()
@@ -108,7 +108,10 @@ Window {
     // qmllint disable unqualified
     Component {
         id: waiting
-        StatusScreen { text: qsTr("Waiting for permission...") }
+        StatusScreen {
+            text: qsTr("Waiting for permission...")
+            note: window.guard.modeMissing
+        }
     }
     Component {
         id: controls
@@ -130,6 +133,14 @@ Window {
             app: window.app
             windows: window.windows
             onChosen: row => window.app.pickWindow(row)
+        }
+    }
+    Component {
+        id: asking
+        StatusScreen {
+            text: qsTr("Choose what to record in your desktop's dialog")
+            action: qsTr("Cancel")
+            onTriggered: window.app.cancelAsking()
         }
     }
     Component {

@@ -14,7 +14,10 @@ FocusScope {
     required property CameraView camera
 
     implicitWidth: 340
-    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0) + (picture.visible ? picture.height + Theme.gap : 0)
+    // The desktop remembers what was chosen in its dialog; this asks for another choice.
+    readonly property bool canChooseAnew: guard.desktopAsks && app.captureMode !== 2 && guard.modeMissing === ""
+
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (anew.visible ? anew.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0) + (picture.visible ? picture.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -40,6 +43,16 @@ FocusScope {
         currentIndex: screen.displays.current
         onActivated: index => screen.displays.current = index
     }
+    PushButton {
+        id: anew
+        objectName: "chooseAnew"
+        anchors { horizontalCenter: modes.horizontalCenter; top: modes.bottom; topMargin: Theme.gap }
+        visible: screen.canChooseAnew
+        text: screen.app.captureMode === 1 ? qsTr("Choose a window…") : qsTr("Choose a screen…")
+        help: qsTr("Record, and choose anew in your desktop's dialog")
+        enabled: screen.guard.record
+        onClicked: screen.app.chooseAnew()
+    }
     Label {
         id: note
         objectName: "modeMissing"
@@ -53,7 +66,7 @@ FocusScope {
     Label {
         id: sourceNote
         objectName: "sourceNote"
-        anchors { left: modes.left; right: modes.right; top: note.visible ? note.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
+        anchors { left: modes.left; right: modes.right; top: note.visible ? note.bottom : anew.visible ? anew.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
         visible: text !== ""
         text: {
             const lines = []

@@ -11,8 +11,8 @@ FocusScope {
 
     readonly property real levelsWidth: levels.width > 0 ? levels.width + Theme.gap : 0
 
-    implicitWidth: Math.max(220 + levelsWidth, row.implicitWidth + levelsWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? note.implicitWidth + 2 * Theme.margin : 0)
-    implicitHeight: note.visible ? 78 : 54
+    implicitWidth: Math.max(220 + levelsWidth, row.implicitWidth + levelsWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
+    implicitHeight: note.visible ? 62 + note.height : 54
 
     Row {
         id: row

@@ -5,6 +5,7 @@ FocusScope {
     id: screen
 
     property string text: ""
+    property string note: ""
     property string action: ""
     property bool large: false
     signal triggered()
@@ -21,6 +22,17 @@ FocusScope {
             color: screen.large ? Theme.text : Theme.secondaryText
             font.pixelSize: screen.large ? Theme.display : Theme.body
             font.weight: screen.large ? Font.DemiBold : Font.Normal
+        }
+        Label {
+            objectName: "statusNote"
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: text !== ""
+            width: Math.min(implicitWidth, screen.width - 2 * Theme.margin)
+            text: screen.note
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+            font.pixelSize: Theme.caption
+            color: Theme.secondaryText
         }
         PushButton {
             objectName: "statusAction"

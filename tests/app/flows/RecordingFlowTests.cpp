@@ -65,6 +65,26 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
     EXPECT_NE(movies[0], movies[1]) << "within a second";
 }
 
+TEST_F(RecordingFlowTest, LeavesTheChoiceAndTheStopToADesktopThatAsksItself) {
+    platform.able.listsContent.whyNot = "The desktop asks.";
+    state.setCaptureMode(model::CaptureMode::window);
+    flow.beginCapture();
+    EXPECT_TRUE(flow.isDesktopAsking());
+    EXPECT_FALSE(flow.isWindowPickerShown());
+    flow.cancelPreparation(); // while the dialog is open
+    tasks.runAll();
+    EXPECT_FALSE(flow.isDesktopAsking());
+    EXPECT_EQ(recorder().starts, 0);
+    flow.chooseAnew();
+    tasks.runAll();
+    EXPECT_TRUE(platform.made.back().chooseAgain);
+    EXPECT_EQ(platform.made.back().mode, model::CaptureMode::window);
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    recorder().recorderStatus.condition = capture::RecordingCondition::userStopped;
+    timers.advance(1s);
+    EXPECT_TRUE(flow.isStopping()) << "the desktop's own button is a stop button";
+}
+
 TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
     state.setMicrophoneAudioEnabled(true);
     state.setMicrophoneDevice("headset");

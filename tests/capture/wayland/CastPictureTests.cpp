@@ -1,4 +1,4 @@
-#include "capture/wayland/CastPicture.h"
+#include "capture/wayland/CastReceiver.h"
 
 #include <cstring>
 #include <vector>
@@ -18,7 +18,7 @@ struct Buffer {
         format.size = {width, height};
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
-                auto* pixel = bytes.data() + 4 * (y * width + x);
+                auto* pixel = bytes.data() + std::ptrdiff_t{4} * (std::ptrdiff_t{y} * width + x);
                 pixel[0] = std::byte(x);
                 pixel[1] = std::byte(y);
             }
@@ -59,7 +59,7 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
         buffer.transform = transform;
         CastPicture picture;
         ASSERT_TRUE(picture.take(buffer.view()));
-        const auto view = *picture.view();
+        const auto view = picture.view();
         const int width = transform % 2 ? 2 : 3;
         const int height = transform % 2 ? 3 : 2;
         ASSERT_EQ(view.width, width);
@@ -68,7 +68,7 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
         for (int i = 0; i < 3; ++i) {
             const auto [x, y] = corners[i];
             const auto [inX, inY] = expected[transform][i];
-            const auto* pixel = view.pixels + y * view.stride + 4 * x;
+            const auto* pixel = view.pixels + y * view.stride + std::ptrdiff_t{4} * x;
             EXPECT_EQ(pixel[0], inX + 1) << "corner " << i;
             EXPECT_EQ(pixel[1], inY + 2) << "corner " << i;
             EXPECT_EQ(picture.placeOf({inX + 1.0, inY + 2.0}), (model::Point{1.0 * x, 1.0 * y}));
@@ -85,9 +85,9 @@ TEST(CastPicture, HasTheSendersTimeOnlyWhereThatCanBeThePictures) {
         picture.take(buffer.view());
         return picture.time();
     };
+    EXPECT_EQ(timeOf(arrival - 101ms), arrival) << "too old";
     EXPECT_EQ(timeOf(arrival - 20ms), arrival - 20ms);
     EXPECT_EQ(timeOf(arrival - 20ms), arrival) << "told before";
-    EXPECT_EQ(timeOf(arrival - 101ms), arrival) << "too old";
     EXPECT_EQ(timeOf(std::nullopt), arrival);
     EXPECT_EQ(timeOf(arrival + 1ms), arrival) << "of the future";
 }
@@ -99,7 +99,7 @@ TEST(CastPicture, TellsOnlyWhereItChanges) {
     picture.changed().clear();
     picture.take(buffer.view());
     EXPECT_TRUE(picture.changed().isEmpty());
-    buffer.bytes[4 * (20 * 200 + 130)] = std::byte{99};
+    buffer.bytes[std::size_t{4} * (20 * 200 + 130)] = std::byte{99};
     picture.take(buffer.view());
     EXPECT_EQ(picture.changed().tileCount(), 1);
 }
@@ -121,7 +121,44 @@ TEST(CastPicture, IsNotTakenFromMemoryThatDoesNotHoldIt) {
     tight.crop = pipewire::Area{-1, -1, 1 << 30, 1 << 30};
     CastPicture all;
     ASSERT_TRUE(all.take(tight.view()));
-    EXPECT_EQ(all.view()->width, 3);
+    EXPECT_EQ(all.view().width, 3);
+}
+
+struct PointerLog : PointerOutput {
+    void pointerAt(const PointerSample& sample) override { samples.push_back(sample); }
+    void pressed(const PointerPress&) override {}
+    void pointerUnknown(const std::string&) override { ++unknown; }
+    void pointerStopped(const std::string&) override {}
+
+    std::vector<PointerSample> samples;
+    int unknown = 0;
+};
+
+/// On a still screen KWin repeats the time of its last picture with each move.
+TEST(CastReceiver, TellsOfThePointerByTheTimeOfArrivalInPointsOfTheRecording) {
+    CastReceiver receiver;
+    pipewire::VideoStreamListener& stream = receiver;
+    Buffer buffer(40, 20);
+    stream.arrived(buffer.view());
+    PointerLog log;
+    receiver.setPointerOutput(&log, {.width = 40, .height = 20, .pixelsPerPoint = 2});
+    buffer.time = base::HostTime(1s);
+    auto moved = buffer.view();
+    moved.planes = {};
+    moved.cursor = {.id = 1, .x = 30, .y = 10, .bitmap = {}};
+    stream.arrived(moved);
+    ASSERT_EQ(log.samples.size(), 1);
+    EXPECT_EQ(log.samples[0].time, moved.arrival);
+    EXPECT_EQ(log.samples[0].place, (model::Point{15, 5}));
+    Buffer smaller(20, 20); // shown as it is, in the middle
+    auto both = smaller.view();
+    both.cursor = moved.cursor;
+    both.cursor->x = 7;
+    stream.arrived(both);
+    EXPECT_EQ(log.samples.back().place, (model::Point{(10 + 7) / 2.0, 5}));
+    receiver.setPointerOutput(nullptr);
+    stream.arrived(both);
+    EXPECT_EQ(log.samples.size(), 2);
 }
 
 } // namespace

@@ -1,0 +1,85 @@
+#include "app/Desktop.h"
+#include "app/cli/Commands.h"
+#include "model/VantroError.h"
+
+#include <array>
+#include <iostream>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace vantro::app::cli {
+namespace {
+
+using capture::Ability;
+using capture::PlatformAbilities;
+
+struct Finding {
+    const char* key;
+    Ability PlatformAbilities::* ability;
+    const char* sentence; ///< where the desktop is able
+};
+
+constexpr std::array<Finding, 10> findings{{
+    {"screens", &PlatformAbilities::screens, "Whole screens can be recorded."},
+    {"windows", &PlatformAbilities::windows, "Single windows can be recorded."},
+    {"areas", &PlatformAbilities::areas, "Areas of a screen can be recorded."},
+    {"listsContent", &PlatformAbilities::listsContent, "Displays and windows can be listed."},
+    {"ownWindowsLeftOut", &PlatformAbilities::ownWindowsLeftOut,
+     "Vantro's own windows are left out of recordings."},
+    {"pointer", &PlatformAbilities::pointer, "The pointer is recorded apart from the picture."},
+    {"clicks", &PlatformAbilities::clicks, "Clicks are recorded, each with its place."},
+    {"systemAudio", &PlatformAbilities::systemSound, "What the computer plays can be recorded."},
+    {"microphone", &PlatformAbilities::microphone, "A microphone can be recorded."},
+    {"camera", &PlatformAbilities::camera, "A camera can be recorded."},
+}};
+
+/// Sound is there or not whatever the display can do.
+PlatformAbilities examine() {
+    PlatformAbilities able;
+    try {
+        able = connectDesktop()->abilities();
+    } catch (const model::VantroError& error) {
+        able = capture::noAbilities("The desktop cannot be reached: " + error.message() + ".");
+    }
+    auto sound = capture::abilitiesOf(desktopSound()->list());
+    able.systemSound = std::move(sound.system);
+    able.microphone = std::move(sound.microphone);
+    return able;
+}
+
+const char* sentenceOf(const Finding& finding, const Ability& ability) {
+    return ability.isAvailable() ? finding.sentence : ability.whyNot.c_str();
+}
+
+int runDoctor(bool json) {
+    const PlatformAbilities able = examine();
+    const auto* desktop = isWaylandSession() ? "wayland" : "x11";
+    nlohmann::ordered_json abilities;
+    if (!json)
+        fmt::print("{:<19} {}\n", "desktop", desktop);
+    for (const Finding& finding : findings) {
+        const Ability& ability = able.*finding.ability;
+        const auto* sentence = sentenceOf(finding, ability);
+        if (json)
+            abilities[finding.key] = {{"available", ability.isAvailable()}, {"sentence", sentence}};
+        else
+            fmt::print("{:<19} {:<4} {}\n", finding.key, ability.isAvailable() ? "yes" : "no",
+                       sentence);
+    }
+    if (json)
+        std::cout << nlohmann::ordered_json{{"desktop", desktop}, {"abilities", abilities}}.dump(2)
+                  << '\n';
+    return able.screens.isAvailable() ? exitSuccess : exitFailure;
+}
+
+} // namespace
+
+void addDoctorCommand(base::Command app, CommandAction& action) {
+    auto json = std::make_shared<bool>(false);
+    auto command = app.command("doctor", "Tell what can be recorded here, and why not what cannot");
+    command.flag("--json", *json, "Print JSON");
+    command.whenChosen([json, &action] { action = [json] { return runDoctor(*json); }; });
+}
+
+} // namespace vantro::app::cli
