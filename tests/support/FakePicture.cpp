@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <stdexcept>
 
@@ -50,7 +51,8 @@ std::array<Yuv, colorCount> yuvOf(bool isFull) {
 std::vector<std::uint8_t> colorsOf(const FakeCamera::Format& format, std::uint32_t counter,
                                    bool isWhite) {
     std::vector<std::uint8_t> colors;
-    colors.reserve(static_cast<std::size_t>(format.width * format.height));
+    colors.reserve(static_cast<std::size_t>(format.width) *
+                   static_cast<std::size_t>(format.height));
     for (int x = 0; x < format.width; ++x)
         colors.push_back(x < bits * cell && ((counter >> (x / cell)) & 1) != 0 ? white : black);
     auto below = std::vector<std::uint8_t>(static_cast<std::size_t>(format.width), strong);
@@ -74,7 +76,9 @@ std::vector<std::uint8_t> planar(const FakeCamera::Format& format, std::uint32_t
     for (const std::size_t plane : {1, 2})
         for (int y = 0; y < format.height; y += 2)
             for (int x = 0; x < format.width; x += 2)
-                bytes.push_back(yuv[colors[static_cast<std::size_t>(y * format.width + x)]][plane]);
+                bytes.push_back(yuv[colors[static_cast<std::size_t>(y) *
+                                               static_cast<std::size_t>(format.width) +
+                                           static_cast<std::size_t>(x)]][plane]);
     return bytes;
 }
 
@@ -100,8 +104,8 @@ std::vector<std::uint8_t> jpeg(const FakeCamera::Format& format, std::uint32_t c
     const int halfWidth = (format.width + 1) / 2;
     const int halfHeight = (format.height + 1) / 2;
     frame->data[0] = pixels.data();
-    frame->data[1] = frame->data[0] + format.width * format.height;
-    frame->data[2] = frame->data[1] + halfWidth * halfHeight;
+    frame->data[1] = frame->data[0] + static_cast<std::ptrdiff_t>(format.width) * format.height;
+    frame->data[2] = frame->data[1] + static_cast<std::ptrdiff_t>(halfWidth) * halfHeight;
     frame->linesize[0] = format.width;
     frame->linesize[1] = frame->linesize[2] = halfWidth;
     if (avcodec_open2(codec.get(), encoder, nullptr) < 0 ||
