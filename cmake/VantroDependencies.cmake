@@ -5,6 +5,7 @@ find_package(spdlog REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
+pkg_check_modules(SDBUS REQUIRED IMPORTED_TARGET sdbus-c++)
 
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
