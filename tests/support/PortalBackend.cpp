@@ -4,6 +4,7 @@ namespace vantro::test {
 namespace {
 
 constexpr const char* castInterface = "org.freedesktop.impl.portal.ScreenCast";
+constexpr const char* accessInterface = "org.freedesktop.impl.portal.Access";
 constexpr const char* sessionInterface = "org.freedesktop.impl.portal.Session";
 constexpr const char* requestInterface = "org.freedesktop.impl.portal.Request";
 
@@ -60,7 +61,24 @@ void PortalBackend::offerScreenCast() {
             const std::lock_guard lock(m_mutex);
             start(std::move(answer), request, m_selected[session]);
         });
+    offerAccess();
     m_object->finishRegistration();
+}
+
+void PortalBackend::offerAccess() {
+    using Path = sdbus::ObjectPath;
+    using Text = std::string;
+    m_object->registerMethod("AccessDialog")
+        .onInterface(accessInterface)
+        .implementedAs([this](Answer&& answer, const Path& request, const Text&, const Text&,
+                              const Text&, const Text&, const Text&, const Options&) {
+            const std::lock_guard lock(m_mutex);
+            ++m_log.started;
+            if (m_script.cameraAnswer == PortalScript::never)
+                putOff(std::move(answer), request);
+            else
+                answer.returnResults(m_script.cameraAnswer, Options());
+        });
 }
 
 void PortalBackend::openSession(const std::string& path) {
@@ -85,6 +103,10 @@ void PortalBackend::start(Answer&& answer, const std::string& request, const Opt
         return answer.returnResults(0, grant(selected));
     if (m_script.answer != PortalScript::never)
         return answer.returnResults(m_script.answer, Options());
+    putOff(std::move(answer), request);
+}
+
+void PortalBackend::putOff(Answer&& answer, const std::string& request) {
     auto pending = sdbus::createObject(*m_connection, request);
     pending->registerMethod("Close").onInterface(requestInterface).implementedAs([this] {
         const std::lock_guard lock(m_mutex);

@@ -27,6 +27,8 @@ struct PortalScript {
     std::string id = "screen-1"; ///< empty: the desktop tells none
     std::optional<std::pair<int, int>> position = std::pair(0, 0);
     std::optional<std::pair<int, int>> size{};
+    /// To whoever wants the cameras.
+    Answer cameraAnswer = grants;
 };
 
 /// What a portal's front end was told to do.
@@ -62,6 +64,8 @@ class PortalBackend {
     using Answer = sdbus::Result<std::uint32_t, Options>;
 
     void offerScreenCast();
+    void offerAccess();
+    void putOff(Answer&& answer, const std::string& request);
     void openSession(const std::string& path);
     void start(Answer&& answer, const std::string& request, const Options& selected);
     Options grant(const Options& selected) const;

@@ -51,7 +51,8 @@ WaylandDesk::WaylandDesk() {
     m_folder.write("bus.conf", busConfiguration);
     m_folder.write("portals/scripted.portal",
                    std::string("[portal]\nDBusName=") + PortalBackend::name +
-                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;\nUseIn=scripted\n");
+                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;"
+                       "org.freedesktop.impl.portal.Access;\nUseIn=scripted\n");
     const std::array<std::pair<const char*, std::string>, 15> wanted{{
         {"XDG_RUNTIME_DIR", path + "/runtime"},
         {"XDG_CONFIG_HOME", path + "/config"},

@@ -34,7 +34,7 @@ constexpr std::array<Finding, 10> findings{{
     {"camera", &PlatformAbilities::camera, "A camera can be recorded."},
 }};
 
-/// Sound is there or not whatever the display can do.
+/// Sound and cameras are there or not whatever the display can do.
 PlatformAbilities examine() {
     PlatformAbilities able;
     try {
@@ -45,6 +45,7 @@ PlatformAbilities examine() {
     auto sound = capture::abilitiesOf(desktopSound()->list());
     able.systemSound = std::move(sound.system);
     able.microphone = std::move(sound.microphone);
+    able.camera = capture::abilityOf(desktopCameras()->list());
     return able;
 }
 

@@ -106,8 +106,7 @@ PlatformAbilities WaylandCapturePlatform::abilities() {
                                     "it is.";
     able.clicks.whyNot =
         "Clicks are not recorded, so no zooms come by themselves: Wayland tells programs nothing "
-        "of clicks in others.";
-    able.camera.whyNot = "Vantro cannot record a camera yet.";
+        "of clicks in others. A key for `vantro mark` makes them by hand.";
     return able;
 }
 
