@@ -24,6 +24,9 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/devices/CameraView.h"
+#include "window/devices/DeviceChoice.h"
+#include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
@@ -147,8 +150,15 @@ struct Rig {
     editor::bars::EditorActions actions{state, *preview.transport()};
     window::start::UnsavedRecordingsModel recordings{recovery};
     window::start::RecentProjectsModel recents{preferences, projects, tasks};
+    window::devices::DeviceChoice microphones{state, preferences, ui::DeviceUse::microphone};
+    window::devices::DeviceChoice cameras{state, preferences, ui::DeviceUse::camera};
+    window::devices::CameraView camera{
+        guard, state, tasks, [](const auto&) { return std::unexpected(capture::CameraRefusal{}); }};
+    window::devices::LevelMeters meters{guard, state, timers,
+                                        [](auto, const auto&) { return nullptr; }};
     window::MainWindow window{{model, editor, actions, windows, displays, guard, appearance,
-                               recordings, recents, recovery}};
+                               recordings, recents, meters, microphones, cameras, camera,
+                               recovery}};
 };
 
 /// The window, and the times of what is sent to it.

@@ -224,7 +224,8 @@ TEST_F(RecordingSessionTest, ASoundHasItsPlaceInTheMovieAndLastsAsLong) {
     const auto tracks = media::Asset::open(movie).tracks(media::MediaType::audio);
     ASSERT_EQ(tracks.size(), 1);
     EXPECT_EQ(tracks[0].timeRange.start, media::MediaTime{});
-    EXPECT_NEAR(tracks[0].timeRange.end().seconds(), metadata.endTime, 0.004);
+    // Sound that is out of step by less than 10 ms is left so: a hole would crackle.
+    EXPECT_NEAR(tracks[0].timeRange.end().seconds(), metadata.endTime, 0.012);
     const auto parts = audibleParts(movie);
     ASSERT_EQ(parts.size(), 2);
     EXPECT_NEAR(parts[0].first, 0.2, 0.005);

@@ -150,7 +150,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
         tell("vantro: cancelled, nothing was recorded\n");
         return exitInterrupted;
     }
-    tell(targetText(recorder.target()));
+    if (isWaylandSession()) // what the dialog gave is news
+        tell(targetText(recorder.target()));
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
