@@ -95,9 +95,8 @@ void printPeer(const test::FakeCamera::Format& format, int seconds) {
         "cd '{}' && ffmpeg -nostdin -v error -y -re {} -i pictures -c:v libx264 -preset ultrafast "
         "-tune zerolatency -pix_fmt yuv420p -b:v 2M peer.mov",
         folder.path().string(),
-        format.layout == Layout::mjpeg
-            ? "-f mjpeg -framerate 30"
-            : "-f rawvideo -pix_fmt yuyv422 -s 640x480 -framerate 30");
+        format.layout == Layout::mjpeg ? "-f mjpeg -framerate 30"
+                                       : "-f rawvideo -pix_fmt yuyv422 -s 640x480 -framerate 30");
     if (std::system(command.c_str()) != 0) // NOLINT(concurrency-mt-unsafe)
         return;
     fmt::print("    {:<18} {:5.1f} %\n", "ffmpeg alone", 100 * (childSeconds() - before) / seconds);
