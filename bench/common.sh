@@ -28,6 +28,13 @@ start_display() {
     export DISPLAY=:$number
 }
 
+# tell_length PROJECT: of a project that has been given another movie.
+tell_length() {
+    local length
+    length=$(ffprobe -v error -show_entries format=duration -of csv=p=0 "$1/recording.mov")
+    sed -i "s/\"endTime\": *[0-9.]*/\"endTime\": $length/" "$1/project.json"
+}
+
 # measure COMMAND...: sets cpu and wall (seconds) of the whole process; its output goes to a log.
 measure() {
     local times=$work/times

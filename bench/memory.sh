@@ -13,6 +13,7 @@ start_display 640x360
 ffmpeg -nostdin -v error -y -f lavfi -i "testsrc2=s=640x360:r=30:d=$((minutes * 60))" \
     -f lavfi -i "sine=440:r=48000:d=$((minutes * 60))" -c:v libx264 -preset ultrafast -g 60 \
     -pix_fmt yuv420p -c:a aac -ac 2 "$work/long.vantro/recording.mov"
+tell_length "$work/long.vantro"
 
 # watch_memory COMMAND...: sets first and last, the peaks of the outer thirds in megabytes.
 watch_memory() {

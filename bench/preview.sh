@@ -19,6 +19,7 @@ pids+=($!)
 project() { # NAME MOVIE
     cp -r "$work/template.vantro" "$work/$1.vantro"
     mv "$2" "$work/$1.vantro/recording.mov"
+    tell_length "$work/$1.vantro"
 }
 
 minute() { # FILE KEYFRAME-DISTANCE: with a sound track
