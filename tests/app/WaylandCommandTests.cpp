@@ -13,7 +13,6 @@ namespace {
 
 using namespace vantro::test;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 class WaylandCommand : public ::testing::Test {
   protected:

@@ -38,8 +38,8 @@ Pixel pixelAt(const PixelBuffer& picture, int x, int y) {
     auto bgra = PixelBuffer::allocate(PixelFormat::bgra, picture.width(), picture.height());
     if (picture.format() == PixelFormat::i420)
         color::convertI420ToBgra(picture, *bgra);
-    const auto* at =
-        (picture.format() == PixelFormat::bgra ? &picture : bgra.get())->row(0, y) + 4 * x;
+    const auto* at = (picture.format() == PixelFormat::bgra ? &picture : bgra.get())->row(0, y) +
+                     std::ptrdiff_t{4} * x;
     return {at[0], at[1], at[2], at[3]};
 }
 
@@ -76,11 +76,13 @@ TEST(CameraPictures, EveryLayoutShowsItsColors) {
 TEST(CameraPictures, RowsMayBePadded) {
     const FakeCamera::Format format{.layout = Layout::rgb, .width = 131, .height = 20};
     const auto bytes = fakePicture(format, 0, true);
+    constexpr std::size_t height = 20;
+    constexpr std::size_t row = std::size_t{131} * 3;
     for (const int stride : {396, 512}) { // the first one is the next multiple of 4
-        std::vector<std::uint8_t> padded(static_cast<std::size_t>(stride * format.height), 77);
-        for (int y = 0; y < format.height; ++y)
-            std::memcpy(padded.data() + y * stride, bytes.data() + y * format.width * 3,
-                        static_cast<std::size_t>(format.width * 3));
+        const auto distance = static_cast<std::size_t>(stride);
+        std::vector<std::uint8_t> padded(distance * height, 77);
+        for (std::size_t y = 0; y < height; ++y)
+            std::memcpy(padded.data() + y * distance, bytes.data() + y * row, row);
         CameraPictures pictures;
         const auto picture = pictures.convert(raw(format, padded, stride == 396 ? 0 : stride));
         ASSERT_TRUE(picture);

@@ -76,6 +76,8 @@ TEST(V4l2Camera, EveryLayoutThatItOffersCanBeRead) {
         auto device = V4l2Device::open(cameras.front().name);
         ASSERT_TRUE(device);
         const auto wanted = chooseFormat(std::span(&format, 1));
+        if (!wanted.has_value())
+            FAIL() << "no format";
         const auto started = (*device)->start(*wanted);
         ASSERT_TRUE(started) << static_cast<int>(format.layout) << ": error " << started.error();
         media::CameraPictures pictures;
