@@ -5,7 +5,6 @@
 #include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
-#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -19,10 +18,6 @@ constexpr std::int64_t videoBitRate = 50'000'000;
 constexpr double keyframeInterval = 0.5; // seconds
 constexpr double expectedFrameRate = 60;
 constexpr std::int64_t metadataFrameRate = 60;
-
-// From its opening on, a camera may hold up the start for so long. One that needs longer shows from
-// its first picture on.
-constexpr std::chrono::milliseconds longestCameraStart{1500};
 
 // What the log tells of a writer's end.
 enum class WriterStatus { completed = 2, failed = 3 };
@@ -45,32 +40,6 @@ void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
                   rect.width, rect.height);
 }
 
-/// What the log says of a source that cannot be had.
-const char* leftOutText(SoundKind kind, SoundRefusal::Kind why) {
-    const bool isDenied = why == SoundRefusal::Kind::denied;
-    if (kind == SoundKind::system)
-        return isDenied ? "System audio access denied, skipping system audio recording"
-                        : "System audio is not available, skipping system audio recording";
-    return isDenied ? "Microphone access denied, skipping mic recording"
-                    : "Failed to set up microphone capture device";
-}
-
-const char* leftOutText(CameraRefusal::Kind why) {
-    return why == CameraRefusal::Kind::broken
-               ? "Failed to create webcam device input"
-               : "Camera access denied or no camera available, skipping webcam recording";
-}
-
-/// One channel is what a voice needs.
-media::AudioSettings settingsOf(SoundKind kind) {
-    return kind == SoundKind::system ? media::AudioSettings{.channelCount = 2,
-                                                            .averageBitRate = 128'000,
-                                                            .expectsRealTime = true}
-                                     : media::AudioSettings{.channelCount = 1,
-                                                            .averageBitRate = 64'000,
-                                                            .expectsRealTime = true};
-}
-
 } // namespace
 
 RecordingSession::RecordingSession(RecordingRequest request, Connect connect,
@@ -78,8 +47,7 @@ RecordingSession::RecordingSession(RecordingRequest request, Connect connect,
                                    std::unique_ptr<CameraDevices> cameras)
     : m_request(std::move(request))
     , m_connect(std::move(connect))
-    , m_soundDevices(std::move(sounds))
-    , m_cameras(std::move(cameras)) {}
+    , m_extras(m_request.sources, std::move(sounds), std::move(cameras), m_clock, m_progress) {}
 
 RecordingSession::~RecordingSession() {
     abandon();
@@ -114,12 +82,11 @@ void RecordingSession::start(const std::filesystem::path& movie) {
 }
 
 void RecordingSession::openSources() {
-    openCamera(); // which needs longest to begin
+    m_extras.openCamera(m_movie.parent_path() / webcamMovieName); // it needs longest to begin
     auto stream = m_platform->makeScreenStream(m_target);
     if (!stream)
         failStart(stream.error());
-    auto sounds = openSounds();
-    openWriter(sounds);
+    openWriter(m_extras.openSounds());
     auto pointer = m_platform->makePointerSource(m_target);
     if (!pointer)
         failStart(pointer.error());
@@ -128,10 +95,7 @@ void RecordingSession::openSources() {
     openJournal();
     m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
     m_tracker->setOnUnknown([this](const std::string& why) { m_progress.lost("Pointer", why); });
-    for (auto& [kind, source] : sounds)
-        m_sounds.push_back(std::make_unique<SoundTrack>(
-            kind, std::move(source), *m_writer, m_sounds.size(), m_clock, m_progress,
-            [this, kind = kind] { m_journal->add(kind); }));
+    m_extras.connect(*m_writer, *m_journal);
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
                                       [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
@@ -145,45 +109,7 @@ void RecordingSession::noteWhatIsMissing() {
             m_progress.note(each.whyNot);
 }
 
-RecordingSession::OpenSounds RecordingSession::openSounds() {
-    OpenSounds sounds;
-    if (m_request.sources.systemSound)
-        openSound(SoundKind::system, {}, sounds);
-    if (m_request.sources.microphone)
-        openSound(SoundKind::microphone, m_request.sources.microphoneDevice, sounds);
-    return sounds;
-}
-
-void RecordingSession::openSound(SoundKind kind, const std::string& device, OpenSounds& sounds) {
-    auto source = m_soundDevices ? m_soundDevices->open(kind, device)
-                                 : std::unexpected(SoundRefusal{.reason = "there is no sound"});
-    if (source) {
-        sounds.emplace_back(kind, std::move(*source));
-        return;
-    }
-    base::logWarning("{}", leftOutText(kind, source.error().kind));
-    m_progress.lost(nameOf(kind), source.error().reason);
-}
-
-void RecordingSession::openCamera() {
-    if (!m_request.sources.camera)
-        return;
-    m_cameraOpened = base::hostNow();
-    auto source = m_cameras ? m_cameras->open(m_request.sources.cameraDevice)
-                            : std::unexpected(CameraRefusal{.reason = "there is no camera"});
-    if (source) {
-        m_webcam = std::make_unique<WebcamTrack>(
-            std::move(*source), m_movie.parent_path() / webcamMovieName, m_clock, m_progress);
-        return;
-    }
-    base::logWarning("{}", leftOutText(source.error().kind));
-    m_progress.lost("Camera", source.error().reason);
-}
-
-void RecordingSession::openWriter(const OpenSounds& sounds) {
-    std::vector<media::AudioSettings> audio;
-    for (const auto& [kind, source] : sounds)
-        audio.push_back(settingsOf(kind));
+void RecordingSession::openWriter(const std::vector<media::AudioSettings>& audio) {
     const media::VideoSettings settings{.width = m_target.width,
                                         .height = m_target.height,
                                         .averageBitRate = videoBitRate,
@@ -216,23 +142,10 @@ void RecordingSession::startSources() {
     try {
         m_pointer->start(*m_tracker);
         m_tracker->start();
-        std::erase_if(m_sounds, [this](const auto& track) { return !startOptional(*track); });
-        startCamera();
+        m_extras.start();
         m_screen->start();
     } catch (const std::runtime_error& error) {
         failStart(error.what());
-    }
-}
-
-bool RecordingSession::startOptional(SoundTrack& track) {
-    try {
-        track.start();
-        return true;
-    } catch (const std::exception& error) {
-        base::logWarning("{}: {}", leftOutText(track.kind(), SoundRefusal::Kind::unavailable),
-                         error.what());
-        m_progress.lost(nameOf(track.kind()), error.what());
-        return false;
     }
 }
 
@@ -242,14 +155,6 @@ void RecordingSession::mark() {
         if (tracker != nullptr)
             tracker->pressed({.time = base::hostNow(), .button = MouseButton::left, .place = {}});
     });
-}
-
-void RecordingSession::startCamera() {
-    if (!m_webcam)
-        return;
-    if (!m_webcam->awaitPicture(m_cameraOpened + longestCameraStart))
-        base::logInfo("The camera is slow to start");
-    m_webcam->start();
 }
 
 void RecordingSession::pause() {
@@ -265,8 +170,7 @@ void RecordingSession::abandon() {
     m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
     m_clock.with([](RecordingClock& clock) { clock.stop(base::hostNow()); });
     m_screen.reset();
-    m_webcam.reset();
-    m_sounds.clear();
+    m_extras.abandon();
     m_pointer.reset();
     m_tracker.reset();
     if (std::exchange(m_journal, nullptr)) {
@@ -298,20 +202,18 @@ model::RecordingMetadata RecordingSession::stop() {
     try {
         finishWriter(stopTime);
     } catch (...) {
-        finishWebcam(stopTime); // what there is of the recording may be recovered with it
+        // What there is of the recording may be recovered with it.
+        m_extras.finish(movieLength(stopTime));
         throw;
     }
-    finishWebcam(stopTime);
+    m_extras.finish(movieLength(stopTime));
     return makeMetadata(stopTime);
 }
 
 void RecordingSession::stopSources(base::HostTime at) {
     m_pointer->stop();
     m_tracker->stop(at);
-    for (const auto& sound : m_sounds)
-        sound->stop();
-    if (m_webcam)
-        m_webcam->stop();
+    m_extras.stop();
     m_screen->stop();
 }
 
@@ -335,11 +237,6 @@ void RecordingSession::finishWriter(base::HostTime stopTime) {
     base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::completed));
 }
 
-void RecordingSession::finishWebcam(base::HostTime stopTime) {
-    m_hasWebcam = m_webcam && m_webcam->finish(movieLength(stopTime));
-    m_webcam.reset();
-}
-
 /// All that is known before the first sample.
 model::RecordingMetadata RecordingSession::describeRecording() const {
     model::RecordingMetadata metadata;
@@ -355,10 +252,7 @@ model::RecordingMetadata RecordingSession::makeMetadata(base::HostTime stopTime)
     metadata.cursorPositions = m_tracker->positions();
     metadata.clickEvents = m_tracker->clicks();
     metadata.endTime = movieLength(stopTime).seconds();
-    metadata.hasWebcam = m_hasWebcam;
-    for (const auto& sound : m_sounds)
-        (sound->kind() == SoundKind::system ? metadata.hasSystemAudio
-                                            : metadata.hasMicrophoneAudio) = sound->hasSound();
+    m_extras.describe(metadata);
     return metadata;
 }
 

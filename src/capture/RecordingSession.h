@@ -1,14 +1,11 @@
 #pragma once
 
-#include "capture/CameraDevices.h"
 #include "capture/CapturePlatform.h"
 #include "capture/CursorTracker.h"
+#include "capture/ExtraSources.h"
 #include "capture/Recorder.h"
 #include "capture/RecordingProgress.h"
 #include "capture/ScreenTrack.h"
-#include "capture/SoundDevices.h"
-#include "capture/SoundTrack.h"
-#include "capture/WebcamTrack.h"
 
 #include <functional>
 #include <memory>
@@ -60,30 +57,20 @@ class RecordingSession final : public Recorder {
     void resume();
 
   private:
-    using OpenSounds = std::vector<std::pair<SoundKind, std::unique_ptr<SoundSource>>>;
-
     void openSources();
     void noteWhatIsMissing();
-    OpenSounds openSounds();
-    void openSound(SoundKind kind, const std::string& device, OpenSounds& sounds);
-    void openCamera();
-    void openWriter(const OpenSounds& sounds);
+    void openWriter(const std::vector<media::AudioSettings>& audio);
     void openJournal();
     void startSources();
-    void startCamera();
-    bool startOptional(SoundTrack& track);
     void stopSources(base::HostTime at);
     void abandon();
     media::MediaTime movieLength(base::HostTime stopTime) const;
     void finishWriter(base::HostTime stopTime);
-    void finishWebcam(base::HostTime stopTime);
     model::RecordingMetadata describeRecording() const;
     model::RecordingMetadata makeMetadata(base::HostTime stopTime) const;
 
     const RecordingRequest m_request;
     const Connect m_connect;
-    const std::unique_ptr<SoundDevices> m_soundDevices;
-    const std::unique_ptr<CameraDevices> m_cameras;
     std::unique_ptr<CapturePlatform> m_platform; // once chosen
     RecordingTarget m_target;                    // likewise
     std::filesystem::path m_movie;
@@ -96,10 +83,7 @@ class RecordingSession final : public Recorder {
     std::unique_ptr<CursorTracker> m_tracker;
     base::Guarded<CursorTracker*> m_markable; ///< the tracker, while it takes marks
     std::unique_ptr<PointerSource> m_pointer;
-    std::vector<std::unique_ptr<SoundTrack>> m_sounds;
-    std::unique_ptr<WebcamTrack> m_webcam;
-    base::HostTime m_cameraOpened; ///< when it began
-    bool m_hasWebcam = false;
+    ExtraSources m_extras;
     std::unique_ptr<ScreenTrack> m_screen;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "media/values/RawPicture.h"
+
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -7,28 +9,7 @@
 /// What cameras and screen casts over PipeWire share.
 namespace vantro::pipewire {
 
-/// How a picture lies in memory; by the order of its bytes. An x is a byte of no meaning.
-enum class Layout {
-    bgrx,
-    bgra,
-    rgbx,
-    rgba,
-    xrgb,
-    xbgr,
-    argb,
-    abgr,
-    rgb,
-    bgr,
-    gray,
-    yuyv,
-    uyvy,
-    yvyu,
-    i420,
-    yv12,
-    nv12,
-    nv21,
-    mjpeg,
-};
+using Layout = media::RawLayout;
 
 /// In pixels.
 struct Size {

@@ -22,6 +22,7 @@ constexpr double sameRate = 0.5; // 29.97 and 30 are
 constexpr std::array costs{RawLayout::i420, RawLayout::nv12, RawLayout::yuyv, RawLayout::uyvy,
                            RawLayout::yv12, RawLayout::nv21, RawLayout::yvyu, RawLayout::gray,
                            RawLayout::bgrx, RawLayout::rgbx, RawLayout::xrgb, RawLayout::xbgr,
+                           RawLayout::bgra, RawLayout::rgba, RawLayout::argb, RawLayout::abgr,
                            RawLayout::bgr,  RawLayout::rgb,  RawLayout::mjpeg};
 
 /// Smaller is better.

@@ -3,30 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace vantro::capture::camera {
 namespace {
 
-using media::RawLayout;
 using pipewire::Layout;
 
-constexpr std::array<std::pair<Layout, RawLayout>, 19> layouts{{
-    {Layout::i420, RawLayout::i420},   {Layout::nv12, RawLayout::nv12},
-    {Layout::yuyv, RawLayout::yuyv},   {Layout::uyvy, RawLayout::uyvy},
-    {Layout::yvyu, RawLayout::yvyu},   {Layout::yv12, RawLayout::yv12},
-    {Layout::nv21, RawLayout::nv21},   {Layout::gray, RawLayout::gray},
-    {Layout::bgrx, RawLayout::bgrx},   {Layout::bgra, RawLayout::bgrx},
-    {Layout::rgbx, RawLayout::rgbx},   {Layout::rgba, RawLayout::rgbx},
-    {Layout::xrgb, RawLayout::xrgb},   {Layout::argb, RawLayout::xrgb},
-    {Layout::xbgr, RawLayout::xbgr},   {Layout::abgr, RawLayout::xbgr},
-    {Layout::rgb, RawLayout::rgb},     {Layout::bgr, RawLayout::bgr},
-    {Layout::mjpeg, RawLayout::mjpeg},
-}};
-
-RawLayout rawLayout(Layout layout) {
-    return std::ranges::find(layouts, layout, [](auto& each) { return each.first; })->second;
-}
+constexpr std::array rawLayouts{
+    Layout::i420, Layout::nv12, Layout::yuyv, Layout::uyvy, Layout::yvyu, Layout::yv12,
+    Layout::nv21, Layout::gray, Layout::bgrx, Layout::bgra, Layout::rgbx, Layout::rgba,
+    Layout::xrgb, Layout::argb, Layout::xbgr, Layout::abgr, Layout::rgb,  Layout::bgr};
 
 pipewire::Rate exactRate(double rate, const pipewire::Range<pipewire::Rate>& range) {
     for (const auto& each : {range.usual, range.least, range.most})
@@ -36,7 +22,6 @@ pipewire::Rate exactRate(double rate, const pipewire::Range<pipewire::Rate>& ran
 }
 
 struct Candidate {
-    Layout layout{};
     pipewire::Range<pipewire::Rate> rate;
     CameraFormat format;
 };
@@ -45,9 +30,8 @@ std::vector<Candidate> candidatesOf(const std::vector<pipewire::FormatOffer>& of
     std::vector<Candidate> candidates;
     for (const auto& each : offered)
         for (const Layout layout : each.layouts)
-            candidates.push_back({layout,
-                                  each.rate,
-                                  {.layout = rawLayout(layout),
+            candidates.push_back({each.rate,
+                                  {.layout = layout,
                                    .width = each.size.least.width,
                                    .height = each.size.least.height,
                                    .mostWidth = each.size.most.width,
@@ -75,23 +59,20 @@ wantedFormats(const std::vector<pipewire::FormatOffer>& offered) {
             return chooseFormat(std::span(&each.format, 1)) == best;
         };
         const auto& chosen = *std::ranges::find_if(candidates, isIt);
-        wanted.push_back({.layouts = {chosen.layout},
+        wanted.push_back({.layouts = {chosen.format.layout},
                           .size = {{best->width, best->height}},
                           .rate = {exactRate(best->rate, chosen.rate)},
                           .highestRate = std::nullopt});
     }
-    std::vector<Layout> raw;
-    for (const auto& [layout, ignored] : layouts)
-        if (layout != Layout::mjpeg)
-            raw.push_back(layout);
-    for (auto& each : {raw, {Layout::mjpeg}})
+    for (const std::vector<Layout>& each :
+         {std::vector(rawLayouts.begin(), rawLayouts.end()), {Layout::mjpeg}})
         wanted.push_back(
             {.layouts = each, .size = anySize, .rate = anyRate, .highestRate = std::nullopt});
     return wanted;
 }
 
 media::RawPicture rawPicture(const pipewire::VideoBuffer& buffer) {
-    media::RawPicture raw{.layout = rawLayout(buffer.format.layout),
+    media::RawPicture raw{.layout = buffer.format.layout,
                           .width = buffer.format.size.width,
                           .height = buffer.format.size.height,
                           .planes = {}};

@@ -120,12 +120,16 @@ CodecHandle openJpegDecoder() {
 AVPixelFormat pixelFormat(RawLayout layout) {
     switch (layout) {
     case RawLayout::bgrx:
+    case RawLayout::bgra: // cameras are opaque
         return AV_PIX_FMT_BGR0;
     case RawLayout::rgbx:
+    case RawLayout::rgba:
         return AV_PIX_FMT_RGB0;
     case RawLayout::xrgb:
+    case RawLayout::argb:
         return AV_PIX_FMT_0RGB;
     case RawLayout::xbgr:
+    case RawLayout::abgr:
         return AV_PIX_FMT_0BGR;
     case RawLayout::rgb:
         return AV_PIX_FMT_RGB24;

@@ -6,13 +6,17 @@
 
 namespace vantro::media {
 
-/// How a camera's picture lies in memory; by the order of its bytes. An x is a byte of no meaning.
-/// The last one is compressed, its size in the data.
+/// How a picture of a camera or a screen lies in memory; by the order of its bytes. An x is a byte
+/// of no meaning. The last one is compressed, its size in the data.
 enum class RawLayout {
     bgrx,
+    bgra,
     rgbx,
+    rgba,
     xrgb,
     xbgr,
+    argb,
+    abgr,
     rgb,
     bgr,
     gray,

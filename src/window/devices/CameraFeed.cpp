@@ -74,8 +74,7 @@ void CameraFeed::picture(const capture::CameraPicture& picture) {
         return;
     m_shownAt = picture.time;
     const auto pixels = fitted(*picture.pixels, area);
-    // Delivering only keeps the picture and posts an event, so that it may happen
-    // under the lock.
+    // Delivering only keeps the picture and posts an event, so that it may happen under the lock.
     m_target.with([&](Target& target) {
         if (target.stream != nullptr)
             target.stream->deliver({.pixels = pixels, .time = {}, .due = picture.time});

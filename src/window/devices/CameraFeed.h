@@ -12,15 +12,14 @@
 
 namespace vantro::window::devices {
 
-/// Puts a camera's pictures into a stream, made as small as they are shown
-/// there, and no more of them than anybody needs who only wants to see whether
-/// it looks right.
+/// Puts a camera's pictures into a stream, made as small as they are shown there, and no more of
+/// them than anybody needs who only wants to see whether it looks right.
 class CameraFeed final : private capture::CameraOutput {
   public:
     using Camera = std::expected<std::unique_ptr<capture::CameraSource>, capture::CameraRefusal>;
 
-    /// `problem` is called, on any thread, with what the user should know of the
-    /// camera; empty: nothing any more.
+    /// `problem` is called, on any thread, with what the user should know of the camera; empty:
+    /// nothing any more.
     CameraFeed(ui::PictureStream& stream, QSize area,
                std::function<void(const std::string&)> problem);
     ~CameraFeed() override;
@@ -31,7 +30,7 @@ class CameraFeed final : private capture::CameraOutput {
 
     /// The pixels that a picture may cover. Any thread.
     void setArea(QSize area);
-    /// Nothing is delivered or told after this has returned. Any thread.
+    /// Nothing is delivered after this has returned; a problem may be on its way. Any thread.
     void detach();
 
   private:

@@ -54,8 +54,7 @@ void CameraView::update() {
 }
 
 void CameraView::open() {
-    // Its problems are told on other threads, maybe when there is no view any
-    // more.
+    // Its problems are told on other threads, maybe when there is no view any more.
     const auto holder = std::make_shared<std::weak_ptr<CameraFeed>>();
     m_feed = std::make_shared<CameraFeed>(
         m_pictures, m_pictures.area(),
