@@ -34,13 +34,40 @@ Row {
         enabled: tools.guard.edit && tools.actions.canRecompute
         onClicked: tools.actions.hasHandmadeZooms ? question.open() : tools.actions.recomputeZooms()
     }
+    SymbolButton {
+        objectName: "suggestZooms"
+        readonly property bool searching: tools.actions.suggestions.searching
+        symbol: searching ? "xmark" : "wand"
+        ink: Theme.secondaryText
+        help: searching ? qsTr("Stop looking for zooms") : qsTr("Suggest Zooms: find where the pointer rested and the picture changed")
+        enabled: tools.guard.edit
+        onClicked: tools.actions.suggestions.search()
+    }
+    SymbolButton {
+        objectName: "acceptSuggestions"
+        visible: tools.actions.suggestions.count > 0
+        symbol: "checkmark"
+        ink: Theme.accent
+        help: qsTr("Accept All suggested zooms")
+        enabled: tools.guard.edit
+        onClicked: tools.actions.suggestions.acceptAll()
+    }
+    SymbolButton {
+        objectName: "dismissSuggestions"
+        visible: tools.actions.suggestions.count > 0
+        symbol: "xmark"
+        ink: Theme.secondaryText
+        help: qsTr("Dismiss all suggested zooms")
+        enabled: tools.guard.edit
+        onClicked: tools.actions.suggestions.dismissAll()
+    }
     Label {
         objectName: "timelineHint"
         anchors.verticalCenter: parent.verticalCenter
         leftPadding: Theme.gap
         width: Math.min(implicitWidth, tools.width - x)
         elide: Text.ElideRight
-        text: tools.actions.timeline.hint
+        text: tools.actions.suggestions.searching ? qsTr("Looking for zooms… %1 %").arg(tools.actions.suggestions.percent) : tools.actions.timeline.hint
         color: Theme.secondaryText
         font.pixelSize: Theme.caption
         Accessible.role: Accessible.AlertMessage
