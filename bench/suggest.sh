@@ -15,5 +15,5 @@ make_movie() { # FILE FFMPEG-SOURCE
 make_movie "$work/busy.mov" "testsrc2=s=1920x1080:r=60:d=60"
 make_movie "$work/calm.mov" "color=gray:s=1920x1080:r=60:d=60,drawbox=x='if(lt(mod(t,9),1),300,900)':y=100:w=200:h=60:c=white:t=fill"
 for movie in busy calm; do
-    "$bench/suggest_bench" "$work/$movie.mov"
+    "$bin/suggest_bench" "$work/$movie.mov"
 done
