@@ -31,6 +31,7 @@
 #include "window/overlay/DesktopOverlays.h"
 #include "window/platform/DeviceMenu.h"
 #include "window/platform/IdleInhibitor.h"
+#include "window/platform/KeysSheet.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
 #include "window/platform/StopNotice.h"
@@ -138,6 +139,12 @@ class Program {
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
     ProgramControl m_control{m_state, m_recording, m_recordingTasks};
+    window::KeysFromAnywhere m_keys{m_preferences,
+                                    {app::bindGlobalKeys, app::isWaylandSession()},
+                                    [this](capture::GlobalAction action) {
+                                        action == capture::GlobalAction::toggle ? m_control.toggle()
+                                                                                : m_control.mark();
+                                    }};
     window::StopNotice m_stopNotice{m_state, m_recording, QDBusConnection::sessionBus(),
                                     QSystemTrayIcon::isSystemTrayAvailable};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
@@ -195,8 +202,9 @@ void Program::followPreferences() {
     countDown();
     QObject::connect(&m_preferences, &ui::Preferences::countdownChanged, countDown);
     QObject::connect(&m_model, &window::MainModel::optionsWanted, [this](double x, double y) {
-        window::showOptionsMenu(m_preferences, QPointF(x, y).toPoint(),
-                                [this] { m_projects.importMovie(); });
+        window::showOptionsMenu(
+            m_preferences, QPointF(x, y).toPoint(), [this] { m_projects.importMovie(); },
+            [this] { window::showKeysSheet(m_keys); });
     });
 }
 

@@ -14,10 +14,7 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& 
     };
     m_service =
         control::ControlService::connect({.stop = onMain([this] { m_recording.stopRecording(); }),
-                                          .mark = onMain([this] {
-                                              if (const auto recorder = m_state.recorder())
-                                                  recorder->mark();
-                                          }),
+                                          .mark = onMain([this] { mark(); }),
                                           .toggle = onMain([this] { toggle(); })});
     if (!m_service)
         return;
@@ -28,6 +25,11 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& 
             isRecorder ? m_service->take(control::Role::recorder)
                        : m_service->release(control::Role::recorder);
     });
+}
+
+void ProgramControl::mark() {
+    if (const auto recorder = m_state.recorder())
+        recorder->mark();
 }
 
 void ProgramControl::toggle() {

@@ -24,9 +24,12 @@ class ProgramControl {
     ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording,
                    app::flows::TaskRunner& tasks);
 
-  private:
+    /// Ends the recording under way or being prepared, else starts one.
     void toggle();
+    /// Nothing unless something is being recorded.
+    void mark();
 
+  private:
     app::AppState& m_state;
     app::flows::RecordingFlow& m_recording;
     QObject m_context; // signals are followed for as long as it lives

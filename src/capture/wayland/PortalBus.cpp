@@ -3,8 +3,10 @@
 #include "base/Log.h"
 #include "base/SerialQueue.h"
 
+#include <algorithm>
 #include <stdexcept>
-#include <string>
+
+#include <fmt/format.h>
 
 namespace vantro::capture::wayland {
 
@@ -18,6 +20,12 @@ PortalBus::PortalBus() {
 
 PortalBus::~PortalBus() {
     stop();
+}
+
+std::string PortalBus::handle(const char* kind, const std::string& token) const {
+    auto sender = m_connection->getUniqueName().substr(1);
+    std::ranges::replace(sender, '.', '_');
+    return fmt::format("{}/{}/{}/{}", portalPath, kind, sender, token);
 }
 
 void PortalBus::watchPortal(std::function<void(bool isThere)> told) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include <sdbus-c++/sdbus-c++.h>
@@ -28,6 +29,9 @@ class PortalBus {
     PortalBus& operator=(const PortalBus&) = delete;
 
     sdbus::IConnection& connection() { return *m_connection; }
+    /// The path under which the portal answers: its `kind` is "request" or "session", and `token`
+    /// is what it is asked to call it.
+    std::string handle(const char* kind, const std::string& token) const;
     /// Calls `told` with whether the portal runs, whenever that changes. Before the start.
     void watchPortal(std::function<void(bool isThere)> told);
     /// Signals and answers arrive from here on. `lost` is called when the bus goes away.
