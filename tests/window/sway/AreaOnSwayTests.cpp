@@ -42,6 +42,19 @@ struct Layout {
     QRect area;
 };
 
+/// Notices when the pointer is on a window, which the compositor has shown by then.
+class PointerWatch : public QObject {
+  public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_isInside |= event->type() == QEvent::Enter || event->type() == QEvent::MouseMove;
+        return false;
+    }
+    bool isInside() const { return m_isInside; }
+
+  private:
+    bool m_isInside = false;
+};
+
 class AreaOnSway : public testing::TestWithParam<Layout>, public app::flows::RecordingPlatform {
   protected:
     void SetUp() override {
@@ -61,6 +74,7 @@ class AreaOnSway : public testing::TestWithParam<Layout>, public app::flows::Rec
         }));
     }
     void TearDown() override {
+        ::unsetenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe)
         state.setOverlayWindow({});
         if (desk != nullptr)
             desk->session().endPortal();
@@ -138,12 +152,14 @@ TEST_P(AreaOnSway, IsRecordedToThePixelAsItWasDraggedOut) {
     overlay::SelectionOverlay* overlay = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] { return (overlay = shownOverlay()) != nullptr; }));
     EXPECT_FALSE(own.isVisible());
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        return overlay->size() == screenOfOutput()->size() && overlay->screen() == screenOfOutput();
-    })) << "it covers "
-        << overlay->screen()->name().toStdString();
+    PointerWatch watch;
+    overlay->installEventFilter(&watch);
     const auto& area = GetParam().area;
-    moveTo(area.topLeft());
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        moveTo(area.topLeft());
+        return watch.isInside();
+    })) << "it is not on this output";
+    EXPECT_EQ(overlay->size(), screenOfOutput()->size());
     pointer.press();
     moveTo(area.topLeft() + QPoint(area.width() / 2, area.height() / 2));
     const QPoint end(area.x() + area.width(), area.y() + area.height());
