@@ -30,6 +30,7 @@
 #include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
 #include "window/platform/DeviceMenu.h"
+#include "window/platform/HiddenWindows.h"
 #include "window/platform/IdleInhibitor.h"
 #include "window/platform/KeysSheet.h"
 #include "window/platform/OptionsMenu.h"
@@ -86,7 +87,7 @@ class Program {
     app::flows::PermissionService m_permission{m_timers, [this] { return m_desktop.preflight(); }};
     ui::NativePanels m_panels{m_state, m_preferences};
     ui::FileManager m_fileManager{QDBusConnection::sessionBus()};
-    window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs};
+    window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs, m_preferences};
 
     app::flows::QtTaskRunner m_recordingTasks{"com.vantro.recording"};
     app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
@@ -152,7 +153,8 @@ class Program {
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
                                  m_appearance, m_recordings, m_recents, m_meters, m_microphones,
-                                 m_cameras, m_camera, m_recovery}};
+                                 m_cameras, m_camera, m_recovery, m_recording}};
+    window::HiddenWindows m_hiddenWindows{m_recording};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())

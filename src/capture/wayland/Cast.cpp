@@ -4,6 +4,7 @@
 #include "capture/wayland/PixelWalk.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace vantro::capture::wayland {
@@ -15,6 +16,8 @@ constexpr base::HostDuration longestGoodbye = std::chrono::milliseconds(500);
 // A first picture that was sent before the stream stood is lost, and a still screen sends no second
 // one. Compositors send theirs within a few frames.
 constexpr base::HostDuration untilAskedAgain = std::chrono::milliseconds(400);
+// A window that fades out changes each frame.
+constexpr base::HostDuration restAfterChange = std::chrono::milliseconds(100);
 constexpr base::HostDuration untilWoken = std::chrono::hours(1);
 
 constexpr pipewire::Rate fastest{60, 1};
@@ -140,6 +143,7 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
             recordFrames(*recording);
         else
             turn(m_receiver.picture().isEmpty() ? untilAskedAgain : untilWoken);
+        noteChanges();
         const auto now = base::hostNow();
         if (m_receiver.picture().isEmpty() && now - asked >= untilAskedAgain) {
             stream.setActive(false);
@@ -160,6 +164,16 @@ void Cast::turn(base::HostDuration longestWait) {
         m_firstSize = {picture.view().width, picture.view().height};
         m_changed.notify_all();
     }
+}
+
+void Cast::noteChanges() {
+    auto& changed = m_receiver.picture().changed();
+    if (m_recording || changed.isEmpty())
+        return;
+    changed.clear();
+    const std::lock_guard lock(m_mutex);
+    m_lastChange = base::hostNow();
+    m_changed.notify_all();
 }
 
 std::optional<Cast::Failure> Cast::failureNow() const {
@@ -194,6 +208,38 @@ Cast::awaitPicture(base::HostDuration longestWait, std::stop_token cancelled) {
     if (m_failure)
         return std::unexpected(*m_failure);
     return m_firstSize;
+}
+
+std::shared_ptr<const media::PixelBuffer> Cast::picture() {
+    std::shared_ptr<media::PixelBuffer> copy;
+    onThread(std::packaged_task<void()>([&] {
+        if (m_receiver.picture().isEmpty())
+            return;
+        const auto& view = m_receiver.picture().view();
+        copy = media::PixelBuffer::allocate(media::PixelFormat::bgra, view.width, view.height);
+        for (int y = 0; y < view.height; ++y)
+            std::memcpy(copy->mutableRow(0, y), view.pixels + y * view.stride,
+                        std::size_t{4} * view.width);
+    }));
+    return copy;
+}
+
+void Cast::awaitChange(base::HostDuration longestWait) {
+    const auto since = base::hostNow();
+    std::unique_lock lock(m_mutex);
+    while (!m_failure) {
+        auto until = since + longestWait;
+        if (m_lastChange > since)
+            until = std::min(until, m_lastChange + restAfterChange);
+        const auto now = base::hostNow();
+        if (now >= until)
+            return;
+        m_changed.wait_for(lock, until - now);
+    }
+}
+
+void Cast::crop(const PictureCrop& crop) {
+    onThread(std::packaged_task<void()>([&] { m_receiver.picture().crop(crop); }));
 }
 
 void Cast::recordFrames(const Recording& recording) {

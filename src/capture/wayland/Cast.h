@@ -38,6 +38,13 @@ class Cast {
     std::expected<std::optional<pipewire::Size>, Failure>
     awaitPicture(base::HostDuration longestWait, std::stop_token cancelled);
 
+    /// What it shows now, before it is recorded; null before the first picture.
+    std::shared_ptr<const media::PixelBuffer> picture();
+    /// Waits until the picture has changed and then rested for a moment, but no longer than that.
+    void awaitChange(base::HostDuration longestWait);
+    /// Shows only that part, from now on. Before recording and pointer.
+    void crop(const PictureCrop& crop);
+
     /// Frames go to `output`, on the cast's thread, until the stop or an error. Once at a time.
     void record(const RecordingTarget& target, ScreenStreamOutput& output);
     /// No frame comes after this has returned. Harmless when repeated.
@@ -61,6 +68,7 @@ class Cast {
     void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
     void recordFrames(const Recording& recording);
     void turn(base::HostDuration longestWait);
+    void noteChanges();
     void runTasks();
     void endWith(const Failure& failure);
     std::optional<Failure> failureNow() const;
@@ -81,6 +89,7 @@ class Cast {
     // Guarded by m_mutex:
     std::optional<pipewire::Size> m_firstSize;
     std::optional<Failure> m_failure; // of a stream that has ended
+    base::HostTime m_lastChange;      // of the picture while it is not recorded
     bool m_isRecording = false;
     bool m_isOver = false; // the thread takes no more tasks
     std::deque<std::packaged_task<void()>> m_tasks;

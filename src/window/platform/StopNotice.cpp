@@ -67,13 +67,15 @@ void StopNotice::show() {
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, asked = m_request] {
         watcher->deleteLater();
         const QDBusPendingReply<uint> answer = *watcher;
-        if (answer.isError())
+        if (answer.isError()) {
             base::logInfo("No notification with a Stop button: {}",
                           answer.error().message().toStdString());
-        else if (asked == m_request)
+            m_flow.keepWindowsShown();
+        } else if (asked == m_request) {
             m_notice = answer.value();
-        else
+        } else {
             close(answer.value()); // the recording has ended meanwhile
+        }
     });
 }
 

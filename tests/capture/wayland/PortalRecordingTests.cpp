@@ -169,6 +169,54 @@ TEST_F(PortalRecording, OfATurnedScreenWithThePointerInThePictureIsUprightAndSay
     EXPECT_THAT(session->statistics().notes, Contains(HasSubstr("part of the picture")));
 }
 
+TEST_F(PortalRecording, OfAnAreaIsExactlyThatPartOfAnUprightPicture) {
+    offer({.width = 360, .height = 640}, {.position = {{1000, 0}}});
+    // Upright: white where the area is, the pointer 10 pixels inside of it.
+    const auto show = [this](std::uint32_t color) {
+        screen->show({.patches = {{0, 0, 360, 640, red}, {57, 640 - 101 - 200, 100, 200, color}},
+                      .pointer = {{67, 640 - 1 - 111}},
+                      .transform = 1});
+    };
+    show(white);
+    begin({.mode = model::CaptureMode::area, .area = {101, 57, 200, 100}});
+    ASSERT_TRUE(awaitFrameAfter([&] { show(green); }));
+    end();
+    const auto made = frames();
+    EXPECT_EQ(made[0].pixels->width(), 200);
+    EXPECT_EQ(made[0].pixels->height(), 100);
+    for (const auto& [x, y] : {std::pair{0, 0}, {199, 0}, {0, 99}, {199, 99}}) {
+        EXPECT_TRUE(has(made[0], x, y, white)) << x << ", " << y;
+        EXPECT_TRUE(has(made.back(), x, y, green)) << x << ", " << y;
+    }
+    EXPECT_EQ(metadata.captureRect, (model::Rect{1101, 57, 200, 100}));
+    EXPECT_EQ(metadata.cursorPositions.at(0).x, 10);
+    EXPECT_EQ(metadata.cursorPositions.at(0).y, 10);
+}
+
+/// They fade.
+TEST_F(PortalRecording, BeginsWhenHiddenWindowsAreGone) {
+    offer();
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    ASSERT_TRUE(session->choose({}));
+    for (const auto color : {white, blue, green})
+        screen->show(filled(color));
+    session->awaitHiddenWindows();
+    ASSERT_TRUE(session->start(movie));
+    ASSERT_TRUE(awaitFrames(1));
+    end();
+    EXPECT_TRUE(has(frames().at(0), 300, 200, green));
+}
+
+TEST_F(PortalRecording, DoesNotBeginWhenTheDesktopHasEndedTheSharing) {
+    offer();
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    ASSERT_TRUE(session->choose({}));
+    desk->portal().stopSharing();
+    session->awaitHiddenWindows(); // until that is known
+    EXPECT_FALSE(session->start(movie));
+    EXPECT_FALSE(std::filesystem::exists(movie));
+}
+
 TEST_F(PortalRecording, SaysSoWhenTheDesktopPromisesThePointerAndSendsNone) {
     offer({.tellsPointer = false});
     begin();
