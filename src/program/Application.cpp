@@ -12,6 +12,7 @@
 #include "capture/RecordingTarget.h"
 #include "capture/camera/CameraWatch.h"
 #include "capture/sound/SoundWatch.h"
+#include "control/ControlClient.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
@@ -44,11 +45,15 @@
 #include <QApplication>
 #include <QQuickWindow>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
 
 namespace vantro::program {
 namespace {
 
 constexpr int countdownSeconds = 3;
+/// The bus starts the program because somebody calls it; if nobody does, it goes.
+constexpr std::chrono::seconds longestUnasked(20);
 
 std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
     const auto displays = platform.displays();
@@ -70,8 +75,7 @@ std::vector<window::devices::AttachedDevice> attached(const std::vector<Device>&
 class Program {
   public:
     Program();
-    /// Opens that project or movie first, unless its name is empty.
-    int run(const std::filesystem::path& project);
+    int run(const StartRequest& request);
 
   private:
     void followPreferences();
@@ -139,7 +143,7 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
-    ProgramControl m_control{m_state, m_recording, m_recordingTasks};
+    ProgramControl m_control{m_state, m_flows, m_recordingTasks};
     window::KeysFromAnywhere m_keys{m_preferences,
                                     {app::bindGlobalKeys, app::isWaylandSession()},
                                     [this](capture::GlobalAction action) {
@@ -220,22 +224,35 @@ void Program::connectQuitting() {
     });
 }
 
-int Program::run(const std::filesystem::path& project) {
+int Program::run(const StartRequest& request) {
     m_permission.startPolling();
-    if (!project.empty())
-        m_projects.open(project);
+    if (!request.file.empty())
+        m_projects.open(request.file);
     m_placement.restore();
-    m_window.window().show();
+    if (request.isService)
+        QTimer::singleShot(longestUnasked, qApp, [this] {
+            if (!m_window.window().isVisible() && m_state.phase() == app::AppPhase::idle() &&
+                !m_recording.isPreparing())
+                QCoreApplication::quit();
+        });
+    else
+        m_window.window().show();
+    if (!request.action.empty())
+        m_control.act(request.action);
     return QCoreApplication::exec();
 }
 
 } // namespace
 
-int runApplication(int& argc, char** argv, const std::filesystem::path& project) {
+int runApplication(int& argc, char** argv, const StartRequest& request) {
+    // There is one window: a second start shows it.
+    if (request.action.empty() ? !request.isService && control::handOver(request.files())
+                               : control::handOverAction(request.action))
+        return 0;
     const auto application = makeWindowedApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     Program program;
-    return program.run(project);
+    return program.run(request);
 }
 
 } // namespace vantro::program
