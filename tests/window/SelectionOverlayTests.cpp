@@ -114,7 +114,7 @@ TEST_F(SelectionOverlayTest, KeysSetTheAreaThatIsOfferedAndEnterTakesIt) {
     EXPECT_EQ(selected, (model::Rect{99, 110, 210, 98}));
     show({});
     for (const char digit : std::string("300 120 5x6"))
-        press(digit == 'x' ? Qt::Key_X : digit);
+        press(std::toupper(static_cast<unsigned char>(digit)));
     press(Qt::Key_Backspace);
     press(Qt::Key_7);
     press(Qt::Key_Return);

@@ -213,6 +213,7 @@ TEST_F(PortalRecording, DoesNotBeginWhenTheDesktopHasEndedTheSharing) {
     ASSERT_TRUE(session->choose({}));
     desk->portal().stopSharing();
     session->awaitHiddenWindows(); // until that is known
+    EXPECT_FALSE(session->isShared());
     EXPECT_FALSE(session->start(movie));
     EXPECT_FALSE(std::filesystem::exists(movie));
 }
