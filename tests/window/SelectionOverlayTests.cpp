@@ -131,8 +131,10 @@ TEST_F(SelectionOverlayTest, KeysSetTheAreaThatIsOfferedAndEnterTakesIt) {
 /// Where it is not known which screen a picture shows, the window has another form.
 TEST_F(SelectionOverlayTest, FindsThePixelsOfAPictureThatIsFittedIntoIt) {
     show({.pixelsPerUnit = 0, .pixelsPerPoint = 2});
+    overlay->hide();
+    overlay->showFitted();
     overlay->resize(1200, 400);
-    QCoreApplication::processEvents();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return overlay->height() == 400; }));
     const QSize screen = overlay->screen()->size(); // the picture's pixels
     const double scale = 400.0 / screen.height();
     const double left = (1200 - screen.width() * scale) / 2;

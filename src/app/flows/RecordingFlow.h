@@ -32,7 +32,7 @@ class RecordingFlow : public QObject {
     RecordingFlow(AppState& state, RecordingServices services);
     ~RecordingFlow() override;
 
-    /// The record button. Does nothing unless the application is idle.
+    /// The record button. Confirms what is shown; else does nothing unless the application is idle.
     void beginCapture();
     /// The same, where the desktop asks what to record: what was chosen earlier does not hold. Also
     /// while that is shown.

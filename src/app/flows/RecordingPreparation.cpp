@@ -44,6 +44,8 @@ void RecordingFlow::setPreparation(Preparation preparation) {
 }
 
 void RecordingFlow::beginCapture() {
+    if (isConfirming())
+        return confirmChosen(); // as a key for it is pressed again
     if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
         return;
     m_choosesAnew = false;
