@@ -1,3 +1,4 @@
+#include "window/overlay/FrozenPicture.h"
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
@@ -126,6 +127,25 @@ TEST_F(SelectionOverlayTest, KeysSetTheAreaThatIsOfferedAndEnterTakesIt) {
     EXPECT_EQ(answers, 2) << "what keys have adjusted waits for Enter";
     press(Qt::Key_Return);
     EXPECT_EQ(selected, (model::Rect{201, 200, 100, 100}));
+}
+
+TEST(ChosenContent, IsAWholeScreenUnlessItHasNoPlaceOrIsSmallerThanEveryScreen) {
+    const QSizeF screen = QGuiApplication::primaryScreen()->size();
+    const auto isWhole = [](const QSizeF& pixels, const std::optional<QSizeF>& place) {
+        capture::ChosenContent content{
+            .picture = media::PixelBuffer::allocate(media::PixelFormat::bgra,
+                                                    static_cast<int>(pixels.width()),
+                                                    static_cast<int>(pixels.height()))};
+        if (place)
+            content.place = {.width = place->width(), .height = place->height()};
+        return isWholeScreen(content);
+    };
+    EXPECT_TRUE(isWhole(screen, screen));
+    EXPECT_TRUE(isWhole(screen * 1.5, screen)) << "with a scale";
+    EXPECT_TRUE(isWhole(screen * 1.5, screen - QSizeF(1, 0))) << "rounded";
+    EXPECT_TRUE(isWhole(screen * 1.5, screen * 1.5)) << "told in pixels";
+    EXPECT_FALSE(isWhole(screen, {}));
+    EXPECT_FALSE(isWhole(screen / 2, screen / 2)) << "of the same form";
 }
 
 /// Where it is not known which screen a picture shows, the window has another form.
