@@ -41,6 +41,8 @@ class CapturePlatform {
 
     /// What the user was asked for last and no stream has taken over; nothing otherwise.
     virtual std::optional<ChosenContent> chosen() { return {}; }
+    /// Whether that can still be recorded: the user may end the sharing by the desktop's own means.
+    virtual bool isShared() { return true; }
     /// Returns once that no longer shows our own windows, which have just been hidden; after half a
     /// second at the latest.
     virtual void awaitHiddenWindows() {}

@@ -59,6 +59,8 @@ class Recorder {
     /// What the user has chosen in the desktop's own dialog, as it looks now; nothing where the
     /// desktop did not ask.
     virtual std::optional<ChosenContent> chosen() = 0;
+    /// False when the user has ended the sharing of that, by the desktop's own means.
+    virtual bool isShared() = 0;
     /// Restricts the recording to an area of that: points from its top left corner.
     virtual void crop(const model::Rect& area) = 0;
     /// Returns once our own windows, which have just been hidden, are no longer in the picture.

@@ -40,6 +40,7 @@ class RecordingSession final : public Recorder {
 
     bool choose(std::stop_token cancelled) override;
     std::optional<ChosenContent> chosen() override;
+    bool isShared() override { return m_platform->isShared(); }
     void crop(const model::Rect& area) override { m_target = cropped(m_target, area); }
     void awaitHiddenWindows() override { m_platform->awaitHiddenWindows(); }
     /// Throws VantroError, captureStartFailed or assetWriterFailed; nothing is left running and no

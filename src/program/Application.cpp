@@ -78,6 +78,7 @@ class Program {
     int run(const StartRequest& request);
 
   private:
+    capture::PlatformAbilities abilities();
     void followPreferences();
     void connectQuitting();
     void soundChanged();
@@ -115,8 +116,7 @@ class Program {
         m_previewTasks, openMovieForEditor, makeSound, {media::proxy::usualProxyFolder()}};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
-    ui::ActionGuard m_guard{m_state, m_permission, m_flows,
-                            [this] { return m_desktop.abilities(); }};
+    ui::ActionGuard m_guard{m_state, m_permission, m_flows, [this] { return abilities(); }};
     window::devices::DeviceChoice m_microphones{m_state, m_preferences, ui::DeviceUse::microphone};
     window::devices::DeviceChoice m_cameras{m_state, m_preferences, ui::DeviceUse::camera};
     capture::sound::SoundWatch m_soundWatch{[this] {
@@ -179,6 +179,17 @@ Program::Program() {
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();
     m_journals.find();
+}
+
+/// Whose windows are hidden needs another way to stop.
+capture::PlatformAbilities Program::abilities() {
+    auto able = m_desktop.abilities();
+    const bool hasButton = QSystemTrayIcon::isSystemTrayAvailable() ||
+                           window::StopNotice::isPossible(QDBusConnection::sessionBus());
+    if (!able.ownWindowsLeftOut.isAvailable() && !hasButton)
+        able.ownWindowsLeftOut.whyNot +=
+            " Stop with your desktop's own button, or a key for `vantro stop`.";
+    return able;
 }
 
 void Program::soundChanged() {

@@ -1,3 +1,4 @@
+#include "window/overlay/FrozenPicture.h"
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
@@ -114,7 +115,7 @@ TEST_F(SelectionOverlayTest, KeysSetTheAreaThatIsOfferedAndEnterTakesIt) {
     EXPECT_EQ(selected, (model::Rect{99, 110, 210, 98}));
     show({});
     for (const char digit : std::string("300 120 5x6"))
-        press(digit == 'x' ? Qt::Key_X : digit);
+        press(std::toupper(static_cast<unsigned char>(digit)));
     press(Qt::Key_Backspace);
     press(Qt::Key_7);
     press(Qt::Key_Return);
@@ -128,11 +129,32 @@ TEST_F(SelectionOverlayTest, KeysSetTheAreaThatIsOfferedAndEnterTakesIt) {
     EXPECT_EQ(selected, (model::Rect{201, 200, 100, 100}));
 }
 
+TEST(ChosenContent, IsAWholeScreenUnlessItHasNoPlaceOrIsSmallerThanEveryScreen) {
+    const QSizeF screen = QGuiApplication::primaryScreen()->size();
+    const auto isWhole = [](const QSizeF& pixels, const std::optional<QSizeF>& place) {
+        capture::ChosenContent content{
+            .picture = media::PixelBuffer::allocate(media::PixelFormat::bgra,
+                                                    static_cast<int>(pixels.width()),
+                                                    static_cast<int>(pixels.height()))};
+        if (place)
+            content.place = {.width = place->width(), .height = place->height()};
+        return isWholeScreen(content);
+    };
+    EXPECT_TRUE(isWhole(screen, screen));
+    EXPECT_TRUE(isWhole(screen * 1.5, screen)) << "with a scale";
+    EXPECT_TRUE(isWhole(screen * 1.5, screen - QSizeF(1, 0))) << "rounded";
+    EXPECT_TRUE(isWhole(screen * 1.5, screen * 1.5)) << "told in pixels";
+    EXPECT_FALSE(isWhole(screen, {}));
+    EXPECT_FALSE(isWhole(screen / 2, screen / 2)) << "of the same form";
+}
+
 /// Where it is not known which screen a picture shows, the window has another form.
 TEST_F(SelectionOverlayTest, FindsThePixelsOfAPictureThatIsFittedIntoIt) {
     show({.pixelsPerUnit = 0, .pixelsPerPoint = 2});
+    overlay->hide();
+    overlay->showFitted();
     overlay->resize(1200, 400);
-    QCoreApplication::processEvents();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return overlay->height() == 400; }));
     const QSize screen = overlay->screen()->size(); // the picture's pixels
     const double scale = 400.0 / screen.height();
     const double left = (1200 - screen.width() * scale) / 2;

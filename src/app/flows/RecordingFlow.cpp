@@ -28,7 +28,7 @@ RecordingFlow::~RecordingFlow() {
 
 /// A window's own picture has no others in it.
 bool RecordingFlow::hasToHideWindows() const {
-    return m_mayHideWindows && m_state.captureMode() != model::CaptureMode::window &&
+    return m_state.captureMode() != model::CaptureMode::window &&
            !m_services.platform.abilities().ownWindowsLeftOut.isAvailable();
 }
 
@@ -151,9 +151,4 @@ void RecordingFlow::setWindowsHidden(bool hidden) {
         Q_EMIT windowsHiddenChanged();
 }
 
-void RecordingFlow::keepWindowsShown() {
-    m_mayHideWindows = false;
-    if (m_state.phase() == AppPhase::recording())
-        setWindowsHidden(false);
-}
 } // namespace vantro::app::flows

@@ -32,7 +32,7 @@ class RecordingFlow : public QObject {
     RecordingFlow(AppState& state, RecordingServices services);
     ~RecordingFlow() override;
 
-    /// The record button. Does nothing unless the application is idle.
+    /// The record button. Confirms what is shown; else does nothing unless the application is idle.
     void beginCapture();
     /// The same, where the desktop asks what to record: what was chosen earlier does not hold. Also
     /// while that is shown.
@@ -59,8 +59,6 @@ class RecordingFlow : public QObject {
     const std::optional<capture::ChosenContent>& chosenContent() const { return m_content; }
     /// The user is shown that an earlier choice holds again.
     bool isConfirming() const { return m_preparation == Preparation::confirming; }
-    /// Without our windows nothing would stop a recording: from now on they stay, and are in it.
-    void keepWindowsShown();
     /// Our own windows would be in the picture now.
     bool areWindowsHidden() const { return m_areWindowsHidden; }
     /// The desktop's own dialog is open.
@@ -129,6 +127,7 @@ class RecordingFlow : public QObject {
     void setCountdownRemaining(int seconds);
     void setContent(std::optional<capture::ChosenContent> content);
     void setWindowsHidden(bool hidden);
+    void checkSharing();
     AreaOverlayCallbacks overlayCallbacks();
 
     AppState& m_state;
@@ -139,7 +138,6 @@ class RecordingFlow : public QObject {
     std::shared_ptr<capture::Recorder> m_chosen;
     std::optional<capture::ChosenContent> m_content; ///< of m_chosen
     bool m_areWindowsHidden = false;
-    bool m_mayHideWindows = true;
     bool m_choosesAnew = false;
     bool m_isDesktopAsking = false;
     int m_countdown = 0;
@@ -150,6 +148,7 @@ class RecordingFlow : public QObject {
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;
     std::unique_ptr<MainTimer> m_countdownTimer;
+    std::unique_ptr<MainTimer> m_sharingTimer; ///< while there is content
 };
 
 } // namespace vantro::app::flows

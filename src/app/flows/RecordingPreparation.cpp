@@ -44,6 +44,8 @@ void RecordingFlow::setPreparation(Preparation preparation) {
 }
 
 void RecordingFlow::beginCapture() {
+    if (isConfirming())
+        return confirmChosen(); // as a key for it is pressed again
     if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
         return;
     m_choosesAnew = false;
@@ -258,6 +260,21 @@ void RecordingFlow::chosen(int request, const std::shared_ptr<capture::Recorder>
     startRecording();
 }
 
+/// Who has ended it need not be told.
+void RecordingFlow::checkSharing() {
+    if (!m_chosen)
+        return;
+    m_services.tasks.run(
+        [this, recorder = m_chosen, request = m_request]() -> TaskRunner::Continuation {
+            if (recorder->isShared())
+                return {};
+            return [this, request] {
+                if (request == m_request)
+                    cancelPreparation();
+            };
+        });
+}
+
 void RecordingFlow::confirmChosen() {
     if (isConfirming())
         startRecording();
@@ -283,6 +300,7 @@ void RecordingFlow::setContent(std::optional<capture::ChosenContent> content) {
     if (!m_content && !content)
         return;
     m_content = std::move(content);
+    m_sharingTimer = m_content ? m_services.timers.repeat(1s, [this] { checkSharing(); }) : nullptr;
     Q_EMIT chosenContentChanged();
 }
 

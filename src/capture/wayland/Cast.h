@@ -69,6 +69,7 @@ class Cast {
     void recordFrames(const Recording& recording);
     void turn(base::HostDuration longestWait);
     void noteChanges();
+    void askAgain();
     void runTasks();
     void endWith(const Failure& failure);
     std::optional<Failure> failureNow() const;
@@ -81,8 +82,12 @@ class Cast {
     std::stop_source m_recordingStop;
     // The thread's:
     CastReceiver m_receiver;
-    std::optional<Recording> m_recording;         // that is to begin
-    pipewire::Connection* m_connection = nullptr; // while it is live
+    std::optional<Recording> m_recording; // that is to begin
+    // While it is live:
+    pipewire::Connection* m_connection = nullptr;
+    pipewire::VideoStream* m_stream = nullptr;
+    base::HostTime m_asked; // for a picture
+    int m_timesAsked = 0;   // since one came
 
     std::mutex m_mutex;
     std::condition_variable_any m_changed;

@@ -1,6 +1,6 @@
 #include "capture/wayland/CastPicture.h"
 
-#include "capture/wayland/PixelWalk.h"
+#include "capture/wayland/WindowPlace.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,8 +19,10 @@ bool CastPicture::take(const pipewire::VideoBuffer& buffer) {
     if (!walk)
         return false;
     rememberPlace(buffer, walk->width, walk->height);
+    if (m_isWindow)
+        followWindow(*walk, buffer.format.layout);
     if (m_crop)
-        walk = partOf(*walk, cropIn(walk->width, walk->height));
+        walk = partOf(*walk, cropIn(*m_crop, walk->width, walk->height));
     if (isEmpty() || m_view.width != walk->width || m_view.height != walk->height)
         resize(walk->width, walk->height);
     const auto layout = buffer.format.layout;
@@ -49,29 +51,53 @@ void CastPicture::resize(int width, int height) {
     m_row.resize(std::size_t{4} * width);
 }
 
+void CastPicture::followWindow(const PixelWalk& walk, pipewire::Layout layout) {
+    const auto isOfSize = [&](int width, int height) {
+        return walk.width == width && walk.height == height;
+    };
+    if (isEmpty() || (m_crop && isOfSize(m_crop->width, m_crop->height)))
+        return;
+    m_crop.reset();
+    m_cropCorner = {};
+    if (isOfSize(m_view.width, m_view.height))
+        return;
+    const auto stride = std::ptrdiff_t{4} * walk.width;
+    const bool isReady = isBgrxInOrder(walk, layout);
+    std::vector<std::uint8_t> upright(isReady ? 0 : stride * walk.height);
+    for (int y = 0; !isReady && y < walk.height; ++y)
+        readRow(walk, layout, y, upright.data() + y * stride);
+    const pictures::PictureView larger{.pixels = isReady ? walk.first : upright.data(),
+                                       .stride = isReady ? walk.down : stride,
+                                       .width = walk.width,
+                                       .height = walk.height};
+    const bool hasAlpha = isReady && layout == pipewire::Layout::bgra;
+    if (const auto place = placeOfWindow(m_view, larger, hasAlpha))
+        m_crop = PictureCrop{.part = *place, .width = walk.width, .height = walk.height};
+}
+
 void CastPicture::crop(const PictureCrop& crop) {
     m_crop = crop;
     if (isEmpty())
         return;
     const auto whole = std::exchange(m_copy, pictures::PictureComparison(1, 1));
     const pictures::PictureView before = m_view;
-    const auto part = cropIn(before.width, before.height);
+    const auto part = cropIn(crop, before.width, before.height);
     resize(part.width, part.height);
     m_copy.collect(before.pixels + part.y * before.stride + std::ptrdiff_t{4} * part.x,
                    before.stride, m_changed);
 }
 
 /// The part of a whole picture of that size that is to be seen: at least a pixel.
-media::color::PixelRect CastPicture::cropIn(int width, int height) {
+media::color::PixelRect CastPicture::cropIn(const PictureCrop& crop, int width, int height) {
     const auto scaled = [](int value, int from, int to) {
         return static_cast<int>(std::int64_t{value} * to / std::max(from, 1));
     };
-    media::color::PixelRect part = m_crop->part;
-    if (width != m_crop->width || height != m_crop->height)
-        part = {.x = scaled(part.x, m_crop->width, width),
-                .y = scaled(part.y, m_crop->height, height),
-                .width = scaled(part.width, m_crop->width, width),
-                .height = scaled(part.height, m_crop->height, height)};
+    media::color::PixelRect part = crop.part;
+    if (width != crop.width || height != crop.height)
+        part = {.x = scaled(part.x, crop.width, width),
+                .y = scaled(part.y, crop.height, height),
+                .width = scaled(part.width, crop.width, width),
+                .height = scaled(part.height, crop.height, height)};
     part.x = std::clamp(part.x, 0, width - 1);
     part.y = std::clamp(part.y, 0, height - 1);
     part.width = std::clamp(part.width, 1, width - part.x);

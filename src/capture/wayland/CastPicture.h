@@ -4,6 +4,7 @@
 #include "capture/RecordingTarget.h"
 #include "capture/pictures/PictureComparison.h"
 #include "capture/pictures/PictureFit.h"
+#include "capture/wayland/PixelWalk.h"
 #include "model/Geometry.h"
 #include "pipewire/VideoBuffer.h"
 
@@ -25,6 +26,10 @@ class CastPicture {
     /// of another size the part in the same place.
     void crop(const PictureCrop& crop);
 
+    /// It is a window's: where pictures become larger for its menus, the window stays where it is,
+    /// and what hangs over is left out.
+    void keepWindowInPlace() { m_isWindow = true; }
+
     /// Before the first picture.
     bool isEmpty() const { return m_view.pixels == nullptr; }
     const pictures::PictureView& view() const { return m_view; }
@@ -39,7 +44,7 @@ class CastPicture {
   private:
     void resize(int width, int height);
     void rememberPlace(const pipewire::VideoBuffer& buffer, int width, int height);
-    media::color::PixelRect cropIn(int width, int height);
+    media::color::PixelRect cropIn(const PictureCrop& crop, int width, int height);
     model::Point uprightPlaceOf(model::Point inBuffer) const;
 
     pictures::PictureComparison m_copy{1, 1};
@@ -52,6 +57,9 @@ class CastPicture {
     model::Point m_corner; // of the part that is to be seen
     model::Size m_part;    // as it lies in the buffer
     std::uint32_t m_transform = 0;
+    void followWindow(const PixelWalk& walk, pipewire::Layout layout);
+
+    bool m_isWindow = false;
     std::optional<PictureCrop> m_crop;
     model::Point m_cropCorner; // in the upright picture
 };

@@ -77,6 +77,7 @@ class WaylandCapturePlatform final : public CapturePlatform {
     std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
                                                TargetAnswer answer) override;
     std::optional<ChosenContent> chosen() override;
+    bool isShared() override;
     void awaitHiddenWindows() override;
     std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) override;
@@ -152,6 +153,11 @@ std::optional<ChosenContent> WaylandCapturePlatform::chosen() {
                          .width = source.size ? source.size->width : 0,
                          .height = source.size ? source.size->height : 0};
     return content;
+}
+
+bool WaylandCapturePlatform::isShared() {
+    const auto cast = m_picked.with([](const auto& picked) { return picked; });
+    return !cast || cast->failure() != Cast::Failure();
 }
 
 void WaylandCapturePlatform::awaitHiddenWindows() {

@@ -70,13 +70,15 @@ QScreen* screenOf(const capture::ChosenContent& content) {
 bool isWholeScreen(const capture::ChosenContent& content) {
     if (!content.place || content.picture == nullptr)
         return false;
-    const auto isInside = [](QSizeF size, QSizeF limit) {
-        return size.width() <= limit.width() && size.height() <= limit.height() && size != limit;
-    };
     // Whole screens may be told in units as well as in pixels, and rounded.
+    constexpr double rounding = 1;
+    const auto isSmaller = [&](const QSizeF& limit) {
+        const auto left = limit - placeSize(content);
+        return left.width() >= 0 && left.height() >= 0 &&
+               std::max(left.width(), left.height()) > rounding;
+    };
     return !std::ranges::all_of(QGuiApplication::screens(), [&](const QScreen* screen) {
-        return !isOfSize(*screen, content) && !isOfForm(*screen, content) &&
-               isInside(placeSize(content), screen->size());
+        return !isOfSize(*screen, content) && isSmaller(screen->size());
     });
 }
 

@@ -65,6 +65,7 @@ class SelectionOverlay : public QRasterWindow {
     void paintHint(QPainter& painter) const;
     QRectF labelRect() const;
     QRect drawnArea() const;
+    void dimBackdrop();
     void paintLabel(QPainter& painter) const;
     void finish(std::optional<model::Rect> selection);
     void cancel() { finish({}); }

@@ -19,7 +19,7 @@ void HiddenWindows::update() {
         return;
     }
     for (auto* window : QGuiApplication::topLevelWindows())
-        if (window->isVisible()) {
+        if (window->isVisible() && (window->type() & Qt::WindowType_Mask) != Qt::Popup) {
             m_hidden.append(window);
             window->setVisible(false);
         }

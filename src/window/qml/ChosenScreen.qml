@@ -27,7 +27,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             source: screen.app.chosenPicture
             cache: false
-            sourceSize: Qt.size(300 * Screen.devicePixelRatio, 170 * Screen.devicePixelRatio)
+            sourceSize { width: 300 * Screen.devicePixelRatio; height: 170 * Screen.devicePixelRatio }
             width: implicitWidth / Screen.devicePixelRatio
             height: implicitHeight / Screen.devicePixelRatio
             Accessible.role: Accessible.Graphic

@@ -137,6 +137,7 @@ class ScriptedRecorder : public capture::Recorder {
         return !isTakenBack && !cancelled.stop_requested();
     }
     std::optional<capture::ChosenContent> chosen() override { return content; }
+    bool isShared() override { return !isSharingEnded; }
     void crop(const model::Rect& rect) override { area = rect; }
     void awaitHiddenWindows() override { ++hides; }
     bool start(const std::filesystem::path& output) override {
