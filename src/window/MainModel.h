@@ -36,6 +36,8 @@ class MainModel : public QObject {
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
     Q_PROPERTY(bool microphone READ microphone WRITE setMicrophone NOTIFY sourcesChanged)
     Q_PROPERTY(bool webcam READ webcam WRITE setWebcam NOTIFY sourcesChanged)
+    /// Where zooms do not come by themselves, how they are marked; else empty.
+    Q_PROPERTY(QString clicksNote READ clicksNote NOTIFY clicksNoteChanged)
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY recordingChanged)
     Q_PROPERTY(QString recordingNote READ recordingNote NOTIFY recordingChanged)
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
@@ -120,7 +122,12 @@ class MainModel : public QObject {
     /// Finishes the recording's files and then quits.
     Q_INVOKABLE void stopAndQuit();
 
+    QString clicksNote() const;
+    /// Marks zooms from anywhere; empty where no key does.
+    void setMarkKey(const QString& keys);
+
   Q_SIGNALS:
+    void clicksNoteChanged();
     void screenChanged();
     void captureModeChanged();
     void sourcesChanged();
@@ -143,6 +150,7 @@ class MainModel : public QObject {
     picker::WindowPickerModel& m_windows;
     app::flows::Flows m_flows;
     ui::ActionGuard& m_guard;
+    QString m_markKey;
     bool m_quitAfterStop = false;
 };
 
