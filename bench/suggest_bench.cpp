@@ -6,6 +6,7 @@
 #include "media/Asset.h"
 #include "media/changes/ChangeSearch.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <future>

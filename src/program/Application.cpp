@@ -175,6 +175,9 @@ Program::Program() {
     for (auto* choice : {&m_microphones, &m_cameras})
         QObject::connect(choice, &window::devices::DeviceChoice::menuWanted,
                          [choice](QPoint place) { window::showDeviceMenu(*choice, place); });
+    const auto tellMarkKey = [this] { m_model.setMarkKey(m_keys.markKey()); };
+    QObject::connect(&m_keys, &window::KeysFromAnywhere::changed, tellMarkKey);
+    tellMarkKey();
     QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();

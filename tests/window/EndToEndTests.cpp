@@ -10,6 +10,7 @@
 #include "window/DesktopSession.h"
 
 #include <csignal>
+#include <fstream>
 #include <tuple>
 
 #include <gmock/gmock.h>
@@ -218,6 +219,27 @@ TEST_F(EndToEndTest, EscapeClosesTheOverlayAlsoWhenAnotherWindowHasTheFocus) {
     EXPECT_TRUE(eventually([this] { return !isShown(overlay); }));
     EXPECT_TRUE(session.mainWindowBecomes(controlsSize));
     EXPECT_FALSE(fs::exists(session.recordings()));
+}
+
+TEST_F(EndToEndTest, KeysFromAnywhereStartMarkAndStopWhileAnotherProgramHasTheKeyboard) {
+    fs::create_directories(session.home() / ".config/vantro");
+    std::ofstream(session.home() / ".config/vantro/vantro.ini")
+        << "[globalKeys]\nareSetUp=true\ntoggle=Ctrl+Alt+P\n";
+    session.startOther(QStringLiteral("xterm"), xterm);
+    ASSERT_TRUE(eventually([this] { return isShown(notes); }));
+    start();
+    click(screenMode);
+    session.xdo({"search", "--name", "^Notes$", "windowfocus", "--sync"});
+    session.xdo({"mousemove", "700", "600", "key", "ctrl+alt+p"});
+    ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
+    session.xdo({"search", "--name", "^Notes$", "windowfocus", "--sync"});
+    ASSERT_TRUE(eventually([&] { // once capture runs
+        session.xdo({"key", "ctrl+alt+z"});
+        return test::contentOf(recordedFolder() / "recording.mov.cursor").contains("\nleft ");
+    }));
+    session.xdo({"key", "ctrl+alt+p"});
+    EXPECT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    EXPECT_EQ(recordedIn(session.recordings()).metadata.clickEvents.at(0).x, 700);
 }
 
 TEST_F(EndToEndTest, BeingToldToEndFinishesTheRecording) {

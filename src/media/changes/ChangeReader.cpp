@@ -10,6 +10,8 @@ namespace {
 constexpr int stepsPerSecond = 6;
 // Steps before a watch, in which the part has to be calm: hovering already changes what lies there.
 constexpr int stepsBefore = 2;
+// Steps that a watch and the next one may share: what comes before, and a program's late answer.
+constexpr std::size_t mostKept = 6;
 constexpr int sampleDistance = 3;   // pixels
 constexpr int leastDifference = 14; // of the brightness, out of 255: compression stays below
 constexpr double leastShare = 0.01; // of the part: more than a caret or the pointer's own picture
@@ -55,6 +57,19 @@ ChangeReader::ChangeReader(const Asset& asset, const AssetTrack& track)
     m_source.setKeptBytes(0);
 }
 
+std::expected<ChangeReader::Pixels, NoFrame> ChangeReader::pictureAt(std::int64_t step,
+                                                                     const std::stop_token& stop) {
+    if (const auto known = m_latest.find(step); known != m_latest.end())
+        return known->second;
+    const auto found = m_source.frameAt({step, stepsPerSecond}, stop);
+    if (!found)
+        return std::unexpected(found.error());
+    m_latest.emplace(step, found->pixels);
+    while (m_latest.size() > mostKept)
+        m_latest.erase(m_latest.begin());
+    return found->pixels;
+}
+
 std::expected<std::optional<double>, NoFrame>
 ChangeReader::firstChange(const Watch& watch, const std::stop_token& stop) {
     const auto first = static_cast<std::int64_t>(std::floor(watch.from * stepsPerSecond));
@@ -62,19 +77,19 @@ ChangeReader::firstChange(const Watch& watch, const std::stop_token& stop) {
     std::shared_ptr<const PixelBuffer> before;
     double calm = 0;
     for (auto step = std::max<std::int64_t>(first - stepsBefore, 0); step <= last; ++step) {
-        const auto found = m_source.frameAt({step, stepsPerSecond}, stop);
-        if (!found)
-            return std::unexpected(found.error());
-        const bool isComparable = before && before != found->pixels &&
-                                  before->width() == found->pixels->width() &&
-                                  before->height() == found->pixels->height() &&
-                                  before->format() == found->pixels->format();
-        const double share = isComparable ? changedShare(*before, *found->pixels, watch.part) : 0;
+        const auto picture = pictureAt(step, stop);
+        if (!picture)
+            return std::unexpected(picture.error());
+        const auto& now = *picture;
+        const bool isComparable = before && before != now && before->width() == now->width() &&
+                                  before->height() == now->height() &&
+                                  before->format() == now->format();
+        const double share = isComparable ? changedShare(*before, *now, watch.part) : 0;
         if (step <= first)
             calm = std::max(calm, share);
         else if (share >= std::max(leastShare, calm * timesCalm))
             return std::max(static_cast<double>(step - 1) / stepsPerSecond, watch.from);
-        before = found->pixels;
+        before = now;
     }
     return std::nullopt;
 }

@@ -3,8 +3,10 @@
 #include "media/FrameSource.h"
 #include "model/Geometry.h"
 
+#include <cstdint>
 #include <expected>
-#include <functional>
+#include <map>
+#include <memory>
 #include <optional>
 #include <stop_token>
 
@@ -22,10 +24,10 @@ struct Watch {
 double changedShare(const PixelBuffer& before, const PixelBuffer& after, const model::Rect& part);
 
 /// Searches a movie for parts that begin to change. Decodes what lies around the watches and
-/// nothing else, each picture once; holds two of them. One thread.
+/// nothing else, each picture once; holds a few of them. One thread.
 class ChangeReader {
   public:
-    /// Throws MediaError. `opened` as of FrameSource.
+    /// Throws MediaError.
     ChangeReader(const Asset& asset, const AssetTrack& track);
 
     /// When the part changes in that time, having been calm just before, to a sixth of a second;
@@ -35,7 +37,11 @@ class ChangeReader {
                                                               const std::stop_token& stop);
 
   private:
+    using Pixels = std::shared_ptr<const PixelBuffer>;
+    std::expected<Pixels, NoFrame> pictureAt(std::int64_t step, const std::stop_token& stop);
+
     FrameSource m_source;
+    std::map<std::int64_t, Pixels> m_latest; ///< watches that touch look at the same ones
 };
 
 } // namespace vantro::media::changes
