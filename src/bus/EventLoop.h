@@ -7,9 +7,9 @@
 
 namespace vantro::bus {
 
-/// Handles what arrives on a connection, on a thread of its own, for as long as it lives. A bus that
-/// goes away is logged, and nothing arrives any more. The connection outlives it. Not destroyed on
-/// its own thread.
+/// Handles what arrives on a connection, on a thread of its own, for as long as it lives. A bus
+/// that goes away is logged, and nothing arrives any more. The connection outlives it. Not
+/// destroyed on its own thread.
 class EventLoop {
   public:
     /// `lost` is called on the loop's thread when the bus has gone.
