@@ -9,8 +9,7 @@ namespace vantro::bus {
 
 EventLoop::EventLoop(sdbus::IConnection& connection, const char* threadName,
                      std::function<void()> lost)
-    : m_connection(connection)
-    , m_thread([&connection, threadName, lost = std::move(lost)] {
+    : m_connection(connection), m_thread([&connection, threadName, lost = std::move(lost)] {
         base::setThreadName(threadName);
         try {
             connection.enterEventLoop();

@@ -4,10 +4,12 @@
 #include "bus/EventLoop.h"
 #include "control/ControlNames.h"
 
+#include <algorithm>
 #include <cctype>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -179,8 +181,7 @@ bool handOver(const std::vector<std::filesystem::path>& files) {
     if (files.empty())
         return callApplication(names::activate, platformData());
     std::vector<std::string> addresses;
-    for (const auto& file : files)
-        addresses.push_back(addressOf(file));
+    std::ranges::transform(files, std::back_inserter(addresses), addressOf);
     return callApplication(names::open, addresses, platformData());
 }
 

@@ -1,6 +1,7 @@
 #include "app/cli/ShellCompletion.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -35,8 +36,7 @@ std::vector<std::string> optionNames(const CommandDescription& command) {
 
 std::vector<std::string> commandNames(const CommandDescription& program) {
     std::vector<std::string> names;
-    for (const auto& command : program.commands)
-        names.push_back(command.name);
+    std::ranges::transform(program.commands, std::back_inserter(names), &CommandDescription::name);
     return names;
 }
 
