@@ -2,13 +2,16 @@
 
 #include "capture/camera/DesktopCameras.h"
 #include "capture/sound/PulseSoundDevices.h"
+#include "capture/wayland/PortalGlobalKeys.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
 #include "capture/x11/X11CapturePlatform.h"
+#include "capture/x11/X11GlobalKeys.h"
 #include "model/VantroError.h"
 
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace vantro::app {
 namespace {
@@ -43,6 +46,18 @@ std::unique_ptr<capture::SoundDevices> desktopSound() {
 
 std::unique_ptr<capture::CameraDevices> desktopCameras() {
     return capture::camera::makeDesktopCameras();
+}
+
+std::unique_ptr<capture::GlobalKeys> bindGlobalKeys(const std::vector<capture::GlobalKey>& wished,
+                                                    capture::GlobalKeys::Listener listener) {
+    return isWaylandSession() ? capture::wayland::bindPortalKeys(wished, std::move(listener))
+                              : capture::x11::grabKeys(wished, std::move(listener));
+}
+
+capture::Ability globalKeysAbility() {
+    if (!isWaylandSession() || capture::wayland::hasPortalKeys())
+        return {};
+    return {capture::keyboardSettingsText};
 }
 
 capture::ShareableContent shareableContent(capture::CapturePlatform& platform,

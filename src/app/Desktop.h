@@ -2,6 +2,7 @@
 
 #include "capture/CameraDevices.h"
 #include "capture/CapturePlatform.h"
+#include "capture/GlobalKeys.h"
 #include "capture/SoundDevices.h"
 
 #include <memory>
@@ -20,6 +21,12 @@ std::unique_ptr<capture::SoundDevices> desktopSound();
 
 /// Its cameras.
 std::unique_ptr<capture::CameraDevices> desktopCameras();
+
+/// Binds keys that work whatever program has the keyboard: on Wayland the desktop chooses them.
+std::unique_ptr<capture::GlobalKeys> bindGlobalKeys(const std::vector<capture::GlobalKey>& wished,
+                                                    capture::GlobalKeys::Listener listener);
+/// Whether that can be had, asked of the desktop now.
+capture::Ability globalKeysAbility();
 
 /// What can be recorded now. Throws std::runtime_error where the desktop does not let that be
 /// listed, else VantroError captureStartFailed.

@@ -27,6 +27,7 @@ struct PlatformAbilities {
     Ability systemSound;
     Ability microphone;
     Ability camera;
+    Ability globalKeys; ///< that work whatever program has the keyboard
     bool operator==(const PlatformAbilities&) const = default;
 };
 

@@ -12,6 +12,7 @@
 #include "capture/RecordingTarget.h"
 #include "capture/camera/CameraWatch.h"
 #include "capture/sound/SoundWatch.h"
+#include "control/ControlClient.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
@@ -32,6 +33,7 @@
 #include "window/platform/DeviceMenu.h"
 #include "window/platform/HiddenWindows.h"
 #include "window/platform/IdleInhibitor.h"
+#include "window/platform/KeysSheet.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
 #include "window/platform/StopNotice.h"
@@ -43,11 +45,15 @@
 #include <QApplication>
 #include <QQuickWindow>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
 
 namespace vantro::program {
 namespace {
 
 constexpr int countdownSeconds = 3;
+/// The bus starts the program because somebody calls it; if nobody does, it goes.
+constexpr std::chrono::seconds longestUnasked(20);
 
 std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
     const auto displays = platform.displays();
@@ -69,8 +75,7 @@ std::vector<window::devices::AttachedDevice> attached(const std::vector<Device>&
 class Program {
   public:
     Program();
-    /// Opens that project or movie first, unless its name is empty.
-    int run(const std::filesystem::path& project);
+    int run(const StartRequest& request);
 
   private:
     capture::PlatformAbilities abilities();
@@ -138,7 +143,13 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
-    ProgramControl m_control{m_state, m_recording, m_recordingTasks};
+    ProgramControl m_control{m_state, m_flows, m_recordingTasks};
+    window::KeysFromAnywhere m_keys{m_preferences,
+                                    {app::bindGlobalKeys, app::isWaylandSession()},
+                                    [this](capture::GlobalAction action) {
+                                        action == capture::GlobalAction::toggle ? m_control.toggle()
+                                                                                : m_control.mark();
+                                    }};
     window::StopNotice m_stopNotice{m_state, m_recording, QDBusConnection::sessionBus(),
                                     QSystemTrayIcon::isSystemTrayAvailable};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
@@ -164,6 +175,9 @@ Program::Program() {
     for (auto* choice : {&m_microphones, &m_cameras})
         QObject::connect(choice, &window::devices::DeviceChoice::menuWanted,
                          [choice](QPoint place) { window::showDeviceMenu(*choice, place); });
+    const auto tellMarkKey = [this] { m_model.setMarkKey(m_keys.markKey()); };
+    QObject::connect(&m_keys, &window::KeysFromAnywhere::changed, tellMarkKey);
+    tellMarkKey();
     QObject::connect(&m_recording, &app::flows::RecordingFlow::leftBehind,
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();
@@ -208,8 +222,9 @@ void Program::followPreferences() {
     countDown();
     QObject::connect(&m_preferences, &ui::Preferences::countdownChanged, countDown);
     QObject::connect(&m_model, &window::MainModel::optionsWanted, [this](double x, double y) {
-        window::showOptionsMenu(m_preferences, QPointF(x, y).toPoint(),
-                                [this] { m_projects.importMovie(); });
+        window::showOptionsMenu(
+            m_preferences, QPointF(x, y).toPoint(), [this] { m_projects.importMovie(); },
+            [this] { window::showKeysSheet(m_keys); });
     });
 }
 
@@ -223,22 +238,35 @@ void Program::connectQuitting() {
     });
 }
 
-int Program::run(const std::filesystem::path& project) {
+int Program::run(const StartRequest& request) {
     m_permission.startPolling();
-    if (!project.empty())
-        m_projects.open(project);
+    if (!request.file.empty())
+        m_projects.open(request.file);
     m_placement.restore();
-    m_window.window().show();
+    if (request.isService)
+        QTimer::singleShot(longestUnasked, qApp, [this] {
+            if (!m_window.window().isVisible() && m_state.phase() == app::AppPhase::idle() &&
+                !m_recording.isPreparing())
+                QCoreApplication::quit();
+        });
+    else
+        m_window.window().show();
+    if (!request.action.empty())
+        m_control.act(request.action);
     return QCoreApplication::exec();
 }
 
 } // namespace
 
-int runApplication(int& argc, char** argv, const std::filesystem::path& project) {
+int runApplication(int& argc, char** argv, const StartRequest& request) {
+    // There is one window: a second start shows it.
+    if (request.action.empty() ? !request.isService && control::handOver(request.files())
+                               : control::handOverAction(request.action))
+        return 0;
     const auto application = makeWindowedApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     Program program;
-    return program.run(project);
+    return program.run(request);
 }
 
 } // namespace vantro::program

@@ -61,6 +61,10 @@ class ActionGuard : public QObject {
     QString webcamMissing() const { return sentence(m_abilities.camera); }
     QString ownWindowsNote() const;
     bool desktopAsks() const { return !m_abilities.listsContent.isAvailable(); }
+    /// Of a desktop that can be recorded but does not tell clicks.
+    bool missesClicks() const {
+        return m_abilities.screens.isAvailable() && !m_abilities.clicks.isAvailable();
+    }
     bool mayRecord() const;
     bool mayStop() const;
     bool mayOpenProject() const;

@@ -12,7 +12,13 @@ const QString countdownKey = QStringLiteral("countdown");
 const QString positionKey = QStringLiteral("windowPosition");
 const QString editorSizeKey = QStringLiteral("editorSize");
 const QString editorMaximizedKey = QStringLiteral("editorMaximized");
+const QString globalKeysKey = QStringLiteral("globalKeys/areSetUp");
 const QString recentKey = QStringLiteral("recentProjects");
+
+QString globalKeyOf(capture::GlobalAction action) {
+    return action == capture::GlobalAction::toggle ? QStringLiteral("globalKeys/toggle")
+                                                   : QStringLiteral("globalKeys/mark");
+}
 
 QString folderKey(FolderUse use) {
     switch (use) {
@@ -73,6 +79,29 @@ bool Preferences::countdown() const {
 void Preferences::setCountdown(bool countdown) {
     m_settings.setValue(countdownKey, countdown);
     Q_EMIT countdownChanged();
+}
+
+bool Preferences::hasGlobalKeys() const {
+    return m_settings.value(globalKeysKey, false).toBool();
+}
+
+std::vector<capture::GlobalKey> Preferences::globalKeys() const {
+    auto keys = capture::usualGlobalKeys();
+    for (auto& each : keys)
+        each.keys = m_settings.value(globalKeyOf(each.action), QString::fromStdString(each.keys))
+                        .toString()
+                        .toStdString();
+    return keys;
+}
+
+void Preferences::setGlobalKeys(const std::vector<capture::GlobalKey>& keys) {
+    for (const auto& each : keys)
+        m_settings.setValue(globalKeyOf(each.action), QString::fromStdString(each.keys));
+    m_settings.setValue(globalKeysKey, true);
+}
+
+void Preferences::forgetGlobalKeys() {
+    m_settings.remove(globalKeysKey);
 }
 
 std::optional<QPoint> Preferences::windowPosition() const {

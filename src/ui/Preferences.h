@@ -1,5 +1,7 @@
 #pragma once
 
+#include "capture/GlobalKeys.h"
+
 #include <QObject>
 #include <QPoint>
 #include <QRectF>
@@ -41,6 +43,14 @@ class Preferences : public QObject {
     /// Count down before recording.
     bool countdown() const;
     void setCountdown(bool countdown);
+
+    /// Keys that work from anywhere have been set up.
+    bool hasGlobalKeys() const;
+    /// As they were set up last, else the usual ones.
+    std::vector<capture::GlobalKey> globalKeys() const;
+    void setGlobalKeys(const std::vector<capture::GlobalKey>& keys);
+    /// They are to be set up anew.
+    void forgetGlobalKeys();
 
     /// Where the main window stood.
     std::optional<QPoint> windowPosition() const;

@@ -37,6 +37,7 @@ MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permis
                      picker::WindowPickerModel& windows, app::flows::Flows flows,
                      ui::ActionGuard& guard)
     : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows), m_guard(guard) {
+    connect(&guard, &ui::ActionGuard::changed, this, &MainModel::clicksNoteChanged);
     connectState();
     connectFlows();
     connectQuestions();
@@ -297,6 +298,20 @@ bool MainModel::mayClose() {
 
 void MainModel::keepRecording() {
     m_guard.setQuitAsked(false);
+}
+
+QString MainModel::clicksNote() const {
+    if (!m_guard.missesClicks())
+        return {};
+    return m_markKey.isEmpty()
+               ? tr("This desktop does not tell clicks. The options set up a key for zooms.")
+               : tr("This desktop does not tell clicks. Press %1 where a zoom should be.")
+                     .arg(m_markKey);
+}
+
+void MainModel::setMarkKey(const QString& keys) {
+    if (std::exchange(m_markKey, keys) != keys)
+        Q_EMIT clicksNoteChanged();
 }
 
 void MainModel::stopAndQuit() {

@@ -37,6 +37,8 @@ class MainModel : public QObject {
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
     Q_PROPERTY(bool microphone READ microphone WRITE setMicrophone NOTIFY sourcesChanged)
     Q_PROPERTY(bool webcam READ webcam WRITE setWebcam NOTIFY sourcesChanged)
+    /// Where zooms do not come by themselves, how they are marked; else empty.
+    Q_PROPERTY(QString clicksNote READ clicksNote NOTIFY clicksNoteChanged)
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY recordingChanged)
     Q_PROPERTY(QString recordingNote READ recordingNote NOTIFY recordingChanged)
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
@@ -125,7 +127,12 @@ class MainModel : public QObject {
     /// Finishes the recording's files and then quits.
     Q_INVOKABLE void stopAndQuit();
 
+    QString clicksNote() const;
+    /// Marks zooms from anywhere; empty where no key does.
+    void setMarkKey(const QString& keys);
+
   Q_SIGNALS:
+    void clicksNoteChanged();
     void screenChanged();
     void captureModeChanged();
     void sourcesChanged();
@@ -150,6 +157,7 @@ class MainModel : public QObject {
     app::flows::Flows m_flows;
     ui::ActionGuard& m_guard;
     int m_chosenNumber = 0; ///< of what has been chosen
+    QString m_markKey;
     bool m_quitAfterStop = false;
 };
 

@@ -39,8 +39,9 @@ void prepareEngine(QQmlEngine& engine) {
         editor::bars::BarGestures, editor::bars::BarPicture, editor::bars::EditorActions,
         editor::bars::RecordingStrip, editor::bars::RulerPicture, editor::bars::SegmentBarPicture,
         editor::bars::StripModel, editor::bars::TimelineModel, editor::bars::ZoomBarPicture,
-        editor::sidebar::AllZoomsGroup, editor::sidebar::BackgroundGroup,
-        editor::sidebar::FrameGroup, editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
+        editor::bars::ZoomSuggestions, editor::sidebar::AllZoomsGroup,
+        editor::sidebar::BackgroundGroup, editor::sidebar::FrameGroup,
+        editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
         editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
         start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);

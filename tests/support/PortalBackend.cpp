@@ -62,6 +62,8 @@ void PortalBackend::offerScreenCast() {
             start(std::move(answer), request, m_selected[session]);
         });
     offerAccess();
+    if (m_script.hasKeys)
+        m_keys = std::make_unique<KeysBackend>(*m_connection, *m_object);
     m_object->finishRegistration();
 }
 

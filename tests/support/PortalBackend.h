@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/KeysBackend.h"
+
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,6 +29,8 @@ struct PortalScript {
     std::string id = "screen-1"; ///< empty: the desktop tells none
     std::optional<std::pair<int, int>> position = std::pair(0, 0);
     std::optional<std::pair<int, int>> size{};
+    /// Has keys for programs; holds from the portal's start.
+    bool hasKeys = false;
     /// To whoever wants the cameras.
     Answer cameraAnswer = grants;
 };
@@ -58,6 +62,8 @@ class PortalBackend {
     PortalLog log() const;
     /// As the desktop's own button ends all sharing.
     void stopSharing();
+    /// Where the script has keys.
+    KeysBackend& keys() { return *m_keys; }
 
   private:
     using Options = std::map<std::string, sdbus::Variant>;
@@ -72,6 +78,7 @@ class PortalBackend {
 
     std::unique_ptr<sdbus::IConnection> m_connection;
     std::unique_ptr<sdbus::IObject> m_object;
+    std::unique_ptr<KeysBackend> m_keys;
     mutable std::mutex m_mutex;
     // Guarded by m_mutex:
     PortalScript m_script;

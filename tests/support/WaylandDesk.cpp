@@ -49,10 +49,6 @@ WaylandDesk::WaylandDesk() {
         std::filesystem::create_directories(m_folder / name);
     std::filesystem::permissions(m_folder / "runtime", std::filesystem::perms::owner_all);
     m_folder.write("bus.conf", busConfiguration);
-    m_folder.write("portals/scripted.portal",
-                   std::string("[portal]\nDBusName=") + PortalBackend::name +
-                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;"
-                       "org.freedesktop.impl.portal.Access;\nUseIn=scripted\n");
     const std::array<std::pair<const char*, std::string>, 15> wanted{{
         {"XDG_RUNTIME_DIR", path + "/runtime"},
         {"XDG_CONFIG_HOME", path + "/config"},
@@ -109,6 +105,12 @@ pid_t WaylandDesk::launch(std::vector<std::string> command) {
 }
 
 void WaylandDesk::startPortal(const PortalScript& script) {
+    m_folder.write("portals/scripted.portal",
+                   std::string("[portal]\nDBusName=") + PortalBackend::name +
+                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;"
+                       "org.freedesktop.impl.portal.Access;" +
+                       (script.hasKeys ? "org.freedesktop.impl.portal.GlobalShortcuts;" : "") +
+                       "\nUseIn=scripted\n");
     m_backend = std::make_unique<PortalBackend>(script);
     m_portal.push_back(launch({permissionStore}));
     m_portal.push_back(launch({portalProgram, "-r"}));

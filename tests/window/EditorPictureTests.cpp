@@ -94,6 +94,26 @@ TEST_P(ScreenPictureTest, EditorWithQuestions) {
     keep("editor-picture-gone", Texts::others);
 }
 
+/// Places that the pointer went to, one of them with a zoom already.
+TEST_P(ScreenPictureTest, EditorWithSuggestedZooms) {
+    auto project = fullProject(files.path().toStdString());
+    auto metadata = project.recording.metadata();
+    metadata.cursorPositions = {{400, 300, 0},   {900, 500, 0.5}, {900, 500, 4},  {200, 200, 4.2},
+                                {200, 200, 7.6}, {1000, 100, 8},  {1000, 100, 12}};
+    project.recording = model::Recording(project.recording.movie(), metadata);
+    project.edit.clickEvents = {{metadata.clickEvents[1]}};
+    state.show(project);
+    runTasks();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return preview.isReady(); }));
+    actions.suggestions()->search();
+    keep("editor-suggesting", Texts::others);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !actions.suggestions()->isSearching(); }));
+    ASSERT_EQ(actions.suggestions()->count(), 2);
+    keep("editor-suggested", Texts::others);
+    actions.suggestions()->select(actions.suggestions()->zooms()[0].id);
+    keep("editor-suggestion", Texts::others);
+}
+
 TEST_P(ScreenPictureTest, EditorWithEachGroupOfSettings) {
     auto project = fullProject(files.path().toStdString());
     state.show(project);

@@ -17,10 +17,11 @@ using capture::PlatformAbilities;
 struct Finding {
     const char* key;
     Ability PlatformAbilities::* ability;
-    const char* sentence; ///< where the desktop is able
+    const char* sentence;            ///< where the desktop is able
+    const char* onWayland = nullptr; ///< where that differs
 };
 
-constexpr std::array<Finding, 10> findings{{
+constexpr std::array<Finding, 11> findings{{
     {"screens", &PlatformAbilities::screens, "Whole screens can be recorded."},
     {"windows", &PlatformAbilities::windows, "Single windows can be recorded."},
     {"areas", &PlatformAbilities::areas, "Areas of a screen can be recorded."},
@@ -32,6 +33,9 @@ constexpr std::array<Finding, 10> findings{{
     {"systemAudio", &PlatformAbilities::systemSound, "What the computer plays can be recorded."},
     {"microphone", &PlatformAbilities::microphone, "A microphone can be recorded."},
     {"camera", &PlatformAbilities::camera, "A camera can be recorded."},
+    {"globalKeys", &PlatformAbilities::globalKeys,
+     "Vantro's options set up keys that work in every program.",
+     "Vantro's options and the desktop's dialog set up keys that work in every program."},
 }};
 
 /// Sound and cameras are there or not whatever the display can do.
@@ -39,6 +43,7 @@ PlatformAbilities examine() {
     PlatformAbilities able;
     try {
         able = connectDesktop()->abilities();
+        able.globalKeys = globalKeysAbility();
     } catch (const model::VantroError& error) {
         able = capture::noAbilities("The desktop cannot be reached: " + error.message() + ".");
     }
@@ -50,7 +55,10 @@ PlatformAbilities examine() {
 }
 
 const char* sentenceOf(const Finding& finding, const Ability& ability) {
-    return ability.isAvailable() ? finding.sentence : ability.whyNot.c_str();
+    if (!ability.isAvailable())
+        return ability.whyNot.c_str();
+    return finding.onWayland != nullptr && isWaylandSession() ? finding.onWayland
+                                                              : finding.sentence;
 }
 
 int runDoctor(bool json) {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "bus/EventLoop.h"
+
 #include <functional>
 #include <memory>
-#include <thread>
-
-#include <sdbus-c++/sdbus-c++.h>
+#include <optional>
+#include <string>
 
 namespace vantro::capture::wayland {
 
@@ -28,6 +29,9 @@ class PortalBus {
     PortalBus& operator=(const PortalBus&) = delete;
 
     sdbus::IConnection& connection() { return *m_connection; }
+    /// The path under which the portal answers: its `kind` is "request" or "session", and `token`
+    /// is what it is asked to call it.
+    std::string handle(const char* kind, const std::string& token) const;
     /// Calls `told` with whether the portal runs, whenever that changes. Before the start.
     void watchPortal(std::function<void(bool isThere)> told);
     /// Signals and answers arrive from here on. `lost` is called when the bus goes away.
@@ -38,7 +42,7 @@ class PortalBus {
   private:
     std::unique_ptr<sdbus::IConnection> m_connection;
     sdbus::Slot m_portalWatch;
-    std::jthread m_thread;
+    std::optional<bus::EventLoop> m_loop;
 };
 
 } // namespace vantro::capture::wayland

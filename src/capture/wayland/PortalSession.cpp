@@ -3,7 +3,6 @@
 #include "base/Fatal.h"
 #include "base/Log.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <vector>
@@ -101,7 +100,7 @@ PortalSession::PortalSession()
     // Everything is listened to before anything is asked, so that no answer comes too early.
     for (const auto step : {Step::create, Step::select, Step::start})
         m_requests.emplace(step, makeRequest(step));
-    const auto path = handle("session", sessionToken);
+    const auto path = m_bus.handle("session", sessionToken);
     m_session = sdbus::createProxy(m_bus.connection(), portalName, path);
     m_closedWatch = m_bus.connection().addMatch(
         fmt::format("type='signal',interface='{}',member='Closed',path='{}'", sessionInterface,
@@ -131,15 +130,9 @@ PortalSession::~PortalSession() {
     m_bus.stop(); // before what its thread calls
 }
 
-std::string PortalSession::handle(const char* kind, const std::string& token) const {
-    auto sender = const_cast<PortalBus&>(m_bus).connection().getUniqueName().substr(1);
-    std::ranges::replace(sender, '.', '_');
-    return fmt::format("{}/{}/{}/{}", portalPath, kind, sender, token);
-}
-
 std::unique_ptr<sdbus::IProxy> PortalSession::makeRequest(Step step) {
     auto request = sdbus::createProxy(m_bus.connection(), portalName,
-                                      handle("request", methodOf(static_cast<int>(step))));
+                                      m_bus.handle("request", methodOf(static_cast<int>(step))));
     request->uponSignal("Response")
         .onInterface(requestInterface)
         .call([this, step](std::uint32_t code, Results results) {

@@ -81,7 +81,6 @@ class PortalSession {
 
     void advance(State to);
     void closed();
-    std::string handle(const char* kind, const std::string& token) const;
     std::unique_ptr<sdbus::IProxy> makeRequest(Step step);
     /// Makes a call that is answered by a Response.
     template <typename... Arguments>

@@ -71,6 +71,11 @@ BarGestures::Press BarGestures::pressAt(Bar bar, double x, bool marks) const {
                                               m_edits.duration(), x, m_model.handleWidth())) {
             press.zoom = *hit;
             press.target = Target::zoom;
+        } else if (const auto suggestion =
+                       timeline::zoomAt(m_model.suggestedRows(), m_model.proposals().zooms(), axis,
+                                        m_edits.duration(), x, 0)) {
+            press.zoom = *suggestion;
+            press.target = Target::suggestion;
         }
     } else if (bar == Bar::Segments) {
         if (const auto edge = timeline::edgeAt(m_model.edgeRows(), x, m_model.handleWidth())) {
@@ -86,6 +91,8 @@ QString BarGestures::grip(Bar bar, double x) const {
     if (press.target == Target::edge ||
         (press.target == Target::zoom && press.zoom.part != timeline::ZoomPart::body))
         return QStringLiteral("resize");
+    if (press.target == Target::suggestion)
+        return QStringLiteral("accept");
     return press.target == Target::zoom ? QStringLiteral("move") : QString();
 }
 
@@ -142,7 +149,7 @@ void BarGestures::begin() {
         m_press.target == Target::zoom && m_press.zoom.part == timeline::ZoomPart::body;
     if (m_press.target == Target::zoom)
         m_edits.selectZoom(m_press.zoom.id);
-    if (!isBody && m_press.target != Target::mark)
+    if (!isBody && m_press.target != Target::mark && m_press.target != Target::suggestion)
         m_edits.transport().setScrubbing(true);
 }
 
@@ -160,6 +167,8 @@ void BarGestures::step(double x) {
         return moveZoom({m_press.zooms, m_press.zoom.id, m_edits.duration()}, m_press.zoom.part,
                         delta, m_press.key);
     }
+    case Target::suggestion:
+        return;
     case Target::edge:
         break;
     }
@@ -204,6 +213,9 @@ void BarGestures::click() {
     switch (m_press.target) {
     case Target::zoom:
         return m_edits.selectZoom(m_press.zoom.id);
+    case Target::suggestion:
+        m_model.proposals().accept(m_press.zoom.id);
+        return m_edits.selectZoom(m_press.zoom.id);
     case Target::mark:
         return m_model.setMark({});
     case Target::edge:
@@ -236,13 +248,16 @@ void BarGestures::takeBack() {
         return seek(m_press.playhead);
     case Target::playhead:
         return seek(m_press.playhead);
+    case Target::suggestion:
+        return;
     }
 }
 
 void BarGestures::doubleClick(Bar bar, double x) {
     const auto press = pressAt(bar, x, false);
     const auto* metadata = m_edits.state().metadata();
-    if (bar != Bar::Zooms || press.target == Target::zoom || metadata == nullptr)
+    if (bar != Bar::Zooms || press.target == Target::zoom || press.target == Target::suggestion ||
+        metadata == nullptr)
         return;
     cancel();
     const double place = m_model.axis().placeAt(x);
@@ -347,6 +362,43 @@ void BarGestures::deleteZoom(const model::Uuid& id) {
     m_edits.setZooms(timeline::withoutZoom(m_edits.zooms(), id),
                      {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
     m_edits.state().setSelectedClickID({});
+}
+
+/// The open one that many places on; nothing beyond the ends.
+std::optional<model::Uuid> BarGestures::suggestionBeside(const model::Uuid& id, int by) const {
+    const auto& all = m_model.proposals().zooms().list();
+    const auto here = std::ranges::find(all, id, &model::ClickEvent::id);
+    const auto at = here - all.begin() + by;
+    if (here == all.end() || at < 0 || at >= std::ssize(all))
+        return {};
+    return all[static_cast<std::size_t>(at)].id;
+}
+
+void BarGestures::stepSuggestion(int by) {
+    const auto* shown = rowAt(m_model.suggestedRows(), m_model.suggestionStop());
+    const auto next = shown == nullptr ? std::nullopt : suggestionBeside(shown->id, by);
+    if (!next)
+        return;
+    m_model.proposals().select(*next);
+    m_model.reveal(m_model.proposals().find(*next)->zoom.timestamp);
+}
+
+void BarGestures::answerSuggestion(void (ZoomSuggestions::*answer)(const model::Uuid&)) {
+    const auto* shown = rowAt(m_model.suggestedRows(), m_model.suggestionStop());
+    if (shown == nullptr)
+        return;
+    const auto next = suggestionBeside(shown->id, 1);
+    (m_model.proposals().*answer)(model::Uuid(shown->id)); // the row goes with it
+    if (next)
+        m_model.proposals().select(*next);
+}
+
+void BarGestures::acceptSuggestion() {
+    answerSuggestion(&ZoomSuggestions::accept);
+}
+
+void BarGestures::dismissSuggestion() {
+    answerSuggestion(&ZoomSuggestions::dismiss);
 }
 
 } // namespace vantro::editor::bars

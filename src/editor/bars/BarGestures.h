@@ -41,7 +41,7 @@ class BarGestures : public QObject {
     Q_INVOKABLE void cancel();
     /// Adds a zoom where the zoom bar is empty.
     Q_INVOKABLE void doubleClick(vantro::editor::bars::BarGestures::Bar bar, double x);
-    /// What a press there would take hold of: "", "move" or "resize".
+    /// What a press there would take hold of: "", "move" or "resize"; or "accept".
     Q_INVOKABLE QString grip(vantro::editor::bars::BarGestures::Bar bar, double x) const;
     bool isIdle() const { return m_state == State::idle; }
 
@@ -57,6 +57,10 @@ class BarGestures : public QObject {
     Q_INVOKABLE void setEdge(int row, double seconds);
     /// With its silenced clicks.
     Q_INVOKABLE void deleteZoom();
+    // The suggested zoom; the next one is selected.
+    Q_INVOKABLE void acceptSuggestion();
+    Q_INVOKABLE void dismissSuggestion();
+    Q_INVOKABLE void stepSuggestion(int by);
     // The same by assistive technology, on any.
     void deleteZoom(const model::Uuid& id);
     void moveZoomTo(const model::Uuid& id, timeline::ZoomPart part, double seconds);
@@ -64,7 +68,7 @@ class BarGestures : public QObject {
 
   private:
     enum class State { idle, pressed, dragging };
-    enum class Target { playhead, mark, zoom, edge };
+    enum class Target { playhead, mark, zoom, suggestion, edge };
     /// How things stood when the button went down.
     struct Press {
         Bar bar = Bar::Ruler;
@@ -89,6 +93,8 @@ class BarGestures : public QObject {
     void click();
     void takeBack();
     void seek(double place);
+    std::optional<model::Uuid> suggestionBeside(const model::Uuid& id, int by) const;
+    void answerSuggestion(void (ZoomSuggestions::*answer)(const model::Uuid&));
     void moveZoom(const timeline::ZoomDrag& drag, timeline::ZoomPart part, double seconds,
                   const std::string& key);
 

@@ -25,6 +25,7 @@ EditorActions::EditorActions(app::AppState& state, PlayerTimeObserver& transport
          {&app::AppState::selectedClickIDChanged, &app::AppState::selectedSegmentIDChanged})
         connect(&state, signal, this, &EditorActions::changed);
     connect(&m_timeline, &TimelineModel::markChanged, this, &EditorActions::changed);
+    connect(&m_suggestions, &ZoomSuggestions::changed, this, &EditorActions::changed);
 }
 
 QString EditorActions::undoName() const {
@@ -36,7 +37,7 @@ QString EditorActions::redoName() const {
 }
 
 bool EditorActions::canDelete() const {
-    return m_state.selectedClickID() || m_timeline.mark().isRange() ||
+    return m_state.selectedClickID() || m_suggestions.selected() || m_timeline.mark().isRange() ||
            (m_state.selectedSegmentID() && m_edits.segments().size() > 1);
 }
 
@@ -75,6 +76,8 @@ void EditorActions::deleteSelected() {
         m_edits.setZooms(timeline::withoutEvent(m_edits.zooms(), *zoom),
                          {QT_TRANSLATE_NOOP("Edit", "Delete Zoom")});
         m_state.setSelectedClickID({});
+    } else if (const auto suggestion = m_suggestions.selected()) {
+        m_suggestions.dismiss(*suggestion);
     } else if (m_timeline.mark().isRange()) {
         cutMark();
     } else if (const auto segment = m_state.selectedSegmentID();
@@ -156,6 +159,10 @@ void EditorActions::recomputeZooms() {
 bool EditorActions::letGo() {
     if (!m_gestures.isIdle()) {
         m_gestures.cancel();
+        return true;
+    }
+    if (const auto suggestion = m_suggestions.selected()) {
+        m_suggestions.dismiss(*suggestion);
         return true;
     }
     if (m_timeline.isMarked()) {

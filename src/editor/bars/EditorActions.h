@@ -16,6 +16,7 @@ class EditorActions : public QObject {
     Q_PROPERTY(vantro::editor::bars::TimelineModel* timeline READ timeline CONSTANT)
     Q_PROPERTY(vantro::editor::bars::BarGestures* gestures READ gestures CONSTANT)
     Q_PROPERTY(vantro::editor::bars::StripModel* strip READ strip CONSTANT)
+    Q_PROPERTY(vantro::editor::bars::ZoomSuggestions* suggestions READ suggestions CONSTANT)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY changed)
     /// "Undo Move Zoom"; without a step "Undo".
@@ -34,6 +35,7 @@ class EditorActions : public QObject {
     TimelineModel* timeline() { return &m_timeline; }
     StripModel* strip() { return &m_strip; }
     BarGestures* gestures() { return &m_gestures; }
+    ZoomSuggestions* suggestions() { return &m_suggestions; }
     bool canUndo() const { return m_state.document().canUndo(); }
     bool canRedo() const { return m_state.document().canRedo(); }
     QString undoName() const;
@@ -46,7 +48,7 @@ class EditorActions : public QObject {
     Q_INVOKABLE void redo();
     /// The segment under the playhead becomes two.
     Q_INVOKABLE void split();
-    /// The selected zoom, else the marked range, else the selected segment.
+    /// The selected zoom or suggested zoom, else the marked range, else the selected segment.
     Q_INVOKABLE void deleteSelected();
     /// The film begins, or ends, at the playhead.
     Q_INVOKABLE void trimStartToPlayhead();
@@ -55,7 +57,8 @@ class EditorActions : public QObject {
     Q_INVOKABLE void markEnd();
     /// All zooms as a new recording has them.
     Q_INVOKABLE void recomputeZooms();
-    /// The mark first, then what is selected; false where there was nothing.
+    /// The suggested zoom is dismissed, or the mark goes first, then what is selected; false where
+    /// there was nothing.
     Q_INVOKABLE bool letGo();
 
     /// A key that nothing with the keyboard wanted for itself; whether it did something here.
@@ -77,7 +80,8 @@ class EditorActions : public QObject {
     app::AppState& m_state;
     PlayerTimeObserver& m_transport;
     TimelineEdits m_edits{m_state, m_transport};
-    TimelineModel m_timeline{m_edits};
+    ZoomSuggestions m_suggestions{m_edits};
+    TimelineModel m_timeline{m_edits, m_suggestions};
     StripModel m_strip;
     BarGestures m_gestures{m_timeline, m_edits};
 };

@@ -54,6 +54,13 @@ QString nameOf(const model::ClickEvent& zoom) {
     return zoomName(zoom.zoomLevel, zoom.timestamp);
 }
 
+QString nameOf(const timeline::Suggestion& suggestion) {
+    const auto time = text(timeline::rulerLabel(suggestion.zoom.timestamp, true));
+    return suggestion.reason == timeline::Suggestion::Reason::change
+               ? Texts::tr("Suggested zoom at %1: the picture changed").arg(time)
+               : Texts::tr("Suggested zoom at %1: the pointer stayed").arg(time);
+}
+
 QString nameOf(const model::TimelineSegment& segment, std::size_t index) {
     return Texts::tr("Segment %1, %2").arg(index + 1).arg(text(render::speedLabel(segment.speed)));
 }
@@ -91,6 +98,12 @@ std::vector<Column<ZoomRow>> zoomColumns() {
             {"startSeconds", [](const ZoomRow& row) -> QVariant { return row.start; }},
             {"endSeconds", [](const ZoomRow& row) -> QVariant { return row.end; }},
             {"name", [](const ZoomRow& row) -> QVariant { return zoomName(row.level, row.time); }},
+            {"part", [](const ZoomRow& row) -> QVariant { return BarPart{row.id}.key(); }}};
+}
+
+std::vector<Column<ZoomRow>> suggestionColumns() {
+    return {{"startX", [](const ZoomRow& row) -> QVariant { return row.x; }},
+            {"extent", [](const ZoomRow& row) -> QVariant { return row.width; }},
             {"part", [](const ZoomRow& row) -> QVariant { return BarPart{row.id}.key(); }}};
 }
 

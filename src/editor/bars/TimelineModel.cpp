@@ -45,11 +45,13 @@ std::vector<Row> stopsIn(const std::vector<Row>& rows) {
 
 } // namespace
 
-TimelineModel::TimelineModel(TimelineEdits& edits)
+TimelineModel::TimelineModel(TimelineEdits& edits, ZoomSuggestions& suggestions)
     : m_edits(edits)
+    , m_proposals(suggestions)
     , m_segmentStops(segmentColumns())
     , m_edgeStops(edgeColumns())
-    , m_zoomStops(zoomColumns()) {
+    , m_zoomStops(zoomColumns())
+    , m_suggestionStops(suggestionColumns()) {
     followEverything();
 }
 
@@ -67,6 +69,8 @@ void TimelineModel::followEverything() {
         showAll();
     });
     connect(&state.document(), &app::EditDocument::changed, this, [this] { setHint({}); });
+    connect(&m_proposals, &ZoomSuggestions::changed, this, &TimelineModel::showZooms);
+    connect(&m_proposals, &ZoomSuggestions::told, this, &TimelineModel::setHint);
     connect(&transport, &PlayerTimeObserver::durationChanged, this, &TimelineModel::showAll);
     connect(&transport, &PlayerTimeObserver::progressChanged, this, &TimelineModel::followPlayhead);
 }
@@ -121,12 +125,20 @@ void TimelineModel::showZooms() {
     m_zooms = timeline::zoomRows(m_edits.zooms(), m_edits.segments(), m_edits.duration(), m_axis,
                                  m_edits.state().selectedClickID());
     stopOf(m_zooms);
+    m_suggested = timeline::zoomRows(m_proposals.zooms(), m_edits.segments(), m_edits.duration(),
+                                     m_axis, m_proposals.selected());
+    stopOf(m_suggested);
     m_zoomStops.show(stopsIn(m_zooms));
+    m_suggestionStops.show(stopsIn(m_suggested));
     Q_EMIT zoomsShown();
 }
 
 int TimelineModel::zoomStop() const {
     return stopIn(m_zooms);
+}
+
+int TimelineModel::suggestionStop() const {
+    return stopIn(m_suggested);
 }
 
 int TimelineModel::segmentStop() const {

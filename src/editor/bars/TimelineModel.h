@@ -2,6 +2,7 @@
 
 #include "editor/bars/RowList.h"
 #include "editor/bars/TimelineEdits.h"
+#include "editor/bars/ZoomSuggestions.h"
 #include "timeline/TimeAxis.h"
 #include "timeline/TimelineRows.h"
 
@@ -21,10 +22,12 @@ class TimelineModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    // What the Tab key goes to: one segment with its edges, and one zoom. Only these have items.
+    // What the Tab key goes to: one segment with its edges, one zoom and
+    // one suggestion. Only these have items.
     Q_PROPERTY(QAbstractItemModel* segments READ segments CONSTANT)
     Q_PROPERTY(QAbstractItemModel* edges READ edges CONSTANT)
     Q_PROPERTY(QAbstractItemModel* zooms READ zooms CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* suggestions READ suggestions CONSTANT)
     Q_PROPERTY(double handleWidth READ handleWidth CONSTANT)
     /// Of all rows; set by who draws them.
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY axisChanged)
@@ -50,18 +53,22 @@ class TimelineModel : public QObject {
         bool operator==(const Mark&) const = default;
     };
 
-    explicit TimelineModel(TimelineEdits& edits);
+    TimelineModel(TimelineEdits& edits, ZoomSuggestions& suggestions);
 
     QAbstractItemModel* segments() { return &m_segmentStops; }
     QAbstractItemModel* edges() { return &m_edgeStops; }
     QAbstractItemModel* zooms() { return &m_zoomStops; }
+    QAbstractItemModel* suggestions() { return &m_suggestionStops; }
     // All that is in view.
     const std::vector<timeline::RulerMark>& marks() const { return m_marks; }
     const std::vector<timeline::SegmentRow>& segmentRows() const { return m_segments; }
     const std::vector<timeline::GapRow>& gapRows() const { return m_gaps; }
     const std::vector<timeline::EdgeRow>& edgeRows() const { return m_edges; }
     const std::vector<timeline::ZoomRow>& zoomRows() const { return m_zooms; }
+    /// Zooms that are proposed.
+    const std::vector<timeline::ZoomRow>& suggestedRows() const { return m_suggested; }
     TimelineEdits& edits() const { return m_edits; }
+    ZoomSuggestions& proposals() const { return m_proposals; }
 
     /// Wide enough to be hit, narrow enough to leave the blocks of short zooms a body.
     static constexpr double handleWidth() { return 8; }
@@ -73,6 +80,7 @@ class TimelineModel : public QObject {
     double playheadX() const;
     // The rows that the Tab key goes to; -1 where there are none.
     int zoomStop() const;
+    int suggestionStop() const;
     int segmentStop() const;
     double duration() const { return m_edits.duration(); }
     double frameSeconds() const { return m_edits.frameSeconds(); }
@@ -105,7 +113,7 @@ class TimelineModel : public QObject {
     // Rows have changed.
     void marksShown();
     void segmentsShown(); ///< gaps and edges too
-    void zoomsShown();
+    void zoomsShown();    ///< suggested ones too
 
   private:
     void followEverything();
@@ -117,6 +125,7 @@ class TimelineModel : public QObject {
     void followPlayhead();
 
     TimelineEdits& m_edits;
+    ZoomSuggestions& m_proposals;
     timeline::TimeAxis m_axis;
     Mark m_mark;
     QString m_hint;
@@ -126,9 +135,11 @@ class TimelineModel : public QObject {
     std::vector<timeline::GapRow> m_gaps;
     std::vector<timeline::EdgeRow> m_edges;
     std::vector<timeline::ZoomRow> m_zooms;
+    std::vector<timeline::ZoomRow> m_suggested;
     RowList<timeline::SegmentRow> m_segmentStops;
     RowList<timeline::EdgeRow> m_edgeStops;
     RowList<timeline::ZoomRow> m_zoomStops;
+    RowList<timeline::ZoomRow> m_suggestionStops;
 };
 
 } // namespace vantro::editor::bars

@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QPainterPath>
 #include <algorithm>
 
 namespace vantro::editor::bars {
@@ -18,6 +19,7 @@ constexpr double widthForLabel = 44;
 // Of the button that deletes a block, which is an item of the selected one.
 constexpr double widthForDelete = 88;
 constexpr double deleteSize = 18;
+constexpr double hatchDistance = 7;
 constexpr double beyond = 16; // outside of the bar, where blocks that are cut off may end
 
 QColor withOpacity(QColor color, double opacity) {
@@ -35,6 +37,8 @@ void ZoomBarPicture::paint(QPainter& painter) {
     auto font = QGuiApplication::font();
     font.setPixelSize(m_textSize);
     painter.setFont(font);
+    for (const auto& row : timeline()->suggestedRows())
+        paintSuggestion(painter, row);
     const timeline::ZoomRow* selected = nullptr;
     for (const auto& row : timeline()->zoomRows()) {
         if (row.isSelected)
@@ -46,10 +50,32 @@ void ZoomBarPicture::paint(QPainter& painter) {
         paintBlock(painter, *selected);
 }
 
-void ZoomBarPicture::paintBlock(QPainter& painter, const timeline::ZoomRow& row) const {
+QRectF ZoomBarPicture::blockOf(const timeline::ZoomRow& row) const {
     const double left = std::max(row.x, -beyond);
     const double right = std::min(row.x + std::max(row.width, thinnest), width() + beyond);
-    const QRectF block(left, 0, right - left, height());
+    return {left, 0, right - left, height()};
+}
+
+/// Lines from the lower left to the upper right, which stay with the time when the view is moved.
+void ZoomBarPicture::paintSuggestion(QPainter& painter, const timeline::ZoomRow& row) const {
+    const QRectF block = blockOf(row);
+    QPainterPath outline;
+    outline.addRoundedRect(block.adjusted(0.75, 0.75, -0.75, -0.75), radius, radius);
+    painter.save();
+    painter.setClipPath(outline, Qt::IntersectClip);
+    painter.setPen(QPen(withOpacity(m_outline, row.isSelected ? 1 : 0.7), 1.5));
+    const double phase = std::fmod(row.x - block.left(), hatchDistance);
+    for (double x = block.left() + phase - height(); x < block.right(); x += hatchDistance)
+        painter.drawLine(QPointF(x, height()), QPointF(x + height(), 0));
+    painter.restore();
+    QPen pen(m_outline, row.isSelected ? 2.5 : 1.5, Qt::DashLine);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(outline);
+}
+
+void ZoomBarPicture::paintBlock(QPainter& painter, const timeline::ZoomRow& row) const {
+    const QRectF block = blockOf(row);
     painter.setPen(Qt::NoPen);
     painter.setBrush(withOpacity(m_fill, row.isSelected ? 0.5 : 0.35));
     painter.drawRoundedRect(block, radius, radius);
@@ -73,17 +99,26 @@ void ZoomBarPicture::paintBlock(QPainter& painter, const timeline::ZoomRow& row)
 }
 
 std::vector<BarPart> ZoomBarPicture::listedParts() const {
-    std::vector<BarPart> parts;
+    std::vector<std::pair<double, BarPart>> timed;
     auto& edits = timeline()->edits();
     for (const auto& zoom : edits.zooms())
         if (timeline::placeOf(zoom, edits.segments().list(), edits.duration()))
-            parts.push_back({zoom.id});
+            timed.emplace_back(zoom.timestamp, BarPart{zoom.id});
+    for (const auto& suggested : timeline()->proposals().zooms())
+        timed.emplace_back(suggested.timestamp, BarPart{suggested.id});
+    std::ranges::stable_sort(timed, {}, &std::pair<double, BarPart>::first);
+    std::vector<BarPart> parts;
+    parts.reserve(timed.size());
+    for (const auto& [time, part] : timed)
+        parts.push_back(part);
     return parts;
 }
 
 std::vector<BarPart> ZoomBarPicture::partsOf(const BarPart& part) const {
     if (part.kind != BarPart::Kind::whole)
         return {};
+    if (timeline()->proposals().find(part.id) != nullptr)
+        return {{part.id, BarPart::Kind::remove}};
     return {{part.id, BarPart::Kind::start},
             {part.id, BarPart::Kind::end},
             {part.id, BarPart::Kind::remove}};
@@ -98,9 +133,9 @@ std::optional<ToldPart> ZoomBarPicture::told(const BarPart& part) const {
         return {};
     auto& edits = timeline()->edits();
     const auto* zoom = timeline::findZoom(edits.zooms(), part.id);
-    const auto place = zoom == nullptr
-                           ? std::nullopt
-                           : timeline::placeOf(*zoom, edits.segments().list(), edits.duration());
+    if (zoom == nullptr)
+        return toldSuggestion(part);
+    const auto place = timeline::placeOf(*zoom, edits.segments().list(), edits.duration());
     if (!place)
         return {};
     const auto& axis = timeline()->axis();
@@ -129,8 +164,30 @@ std::optional<ToldPart> ZoomBarPicture::told(const BarPart& part) const {
     return result;
 }
 
+std::optional<ToldPart> ZoomBarPicture::toldSuggestion(const BarPart& part) const {
+    const auto& proposals = timeline()->proposals();
+    const auto* suggestion = proposals.find(part.id);
+    if (suggestion == nullptr)
+        return {};
+    auto& edits = timeline()->edits();
+    const auto place =
+        timeline::placeOf(suggestion->zoom, edits.segments().list(), edits.duration());
+    const auto& axis = timeline()->axis();
+    const double start = place ? axis.xOf(place->start) : 0;
+    const double end = place ? axis.xOf(place->end) : 0;
+    const bool isWhole = part.kind == BarPart::Kind::whole;
+    const auto name = nameOf(*suggestion);
+    return ToldPart{.name = isWhole ? name : tr("Dismiss %1").arg(name),
+                    .role = QAccessible::Button,
+                    .place = isWhole ? placeOf(start, std::max(end - start, thinnest)) : QRect(),
+                    .isSelected = proposals.selected() == part.id};
+}
+
 void ZoomBarPicture::press(const BarPart& part) {
-    if (part.kind == BarPart::Kind::remove)
+    auto& proposals = timeline()->proposals();
+    if (proposals.find(part.id) != nullptr)
+        part.kind == BarPart::Kind::remove ? proposals.dismiss(part.id) : proposals.accept(part.id);
+    else if (part.kind == BarPart::Kind::remove)
         actions()->gestures()->deleteZoom(part.id);
     else
         select(part);
@@ -141,10 +198,16 @@ void ZoomBarPicture::select(const BarPart& part) {
         const double time = zoom->timestamp;
         timeline()->edits().selectZoom(part.id);
         timeline()->reveal(time);
+    } else if (const auto* suggestion = timeline()->proposals().find(part.id)) {
+        const double time = suggestion->zoom.timestamp;
+        timeline()->proposals().select(part.id);
+        timeline()->reveal(time);
     }
 }
 
 void ZoomBarPicture::setSeconds(const BarPart& part, double seconds) {
+    if (timeline()->proposals().find(part.id) != nullptr)
+        return; // it has to be accepted first
     using Part = timeline::ZoomPart;
     const auto which = part.kind == BarPart::Kind::start ? Part::start
                        : part.kind == BarPart::Kind::end ? Part::end

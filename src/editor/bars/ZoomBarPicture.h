@@ -8,8 +8,10 @@
 
 namespace vantro::editor::bars {
 
-/// The blocks of the zooms, with their levels where there is room. Its parts are all zooms that the
-/// film shows, in view or not, and below each its two ends and what deletes it.
+/// The blocks of the zooms, with their levels where there is room, and hatched those of suggested
+/// ones. Its parts are all zooms that the film shows or would show, in view or not; below each its
+/// two ends and what deletes it, or below a suggestion, a button that accepts it, what dismisses
+/// it.
 class ZoomBarPicture : public vantro::editor::bars::AccessibleBar {
     Q_OBJECT
     QML_ELEMENT
@@ -28,7 +30,10 @@ class ZoomBarPicture : public vantro::editor::bars::AccessibleBar {
   private:
     void follow(TimelineModel& timeline) override;
     void paint(QPainter& painter) override;
+    void paintSuggestion(QPainter& painter, const timeline::ZoomRow& row) const;
+    QRectF blockOf(const timeline::ZoomRow& row) const;
     void paintBlock(QPainter& painter, const timeline::ZoomRow& row) const;
+    std::optional<ToldPart> toldSuggestion(const BarPart& part) const;
     std::vector<BarPart> listedParts() const override;
     void select(const BarPart& part) override;
 

@@ -22,7 +22,7 @@ MouseArea {
         if (pressed)
             gestures.move(mouse.x - overhang)
         else
-            cursorShape = ({ move: Qt.OpenHandCursor, resize: Qt.SizeHorCursor })[gestures.grip(bar, mouse.x - overhang)] ?? Qt.ArrowCursor
+            cursorShape = ({ move: Qt.OpenHandCursor, resize: Qt.SizeHorCursor, accept: Qt.PointingHandCursor })[gestures.grip(bar, mouse.x - overhang)] ?? Qt.ArrowCursor
     }
     onReleased: mouse => gestures.release(mouse.x - overhang)
     onCanceled: gestures.cancel()

@@ -15,6 +15,7 @@ T.Popup {
         [qsTr("I O"), qsTr("Mark where a range begins and ends")],
         [qsTr("Shift+drag"), qsTr("Mark a range")],
         [qsTr("Delete"), qsTr("Delete the zoom, range or segment")],
+        [qsTr("Enter, Delete"), qsTr("Accept or dismiss a suggested zoom")],
         [qsTr("Double click"), qsTr("Add a zoom on the empty zoom bar")],
         [qsTr("Wheel, + - 0"), qsTr("Magnify the timeline, show all")],
         [qsTr("Ctrl+Z"), qsTr("Undo")],

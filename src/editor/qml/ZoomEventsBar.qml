@@ -1,7 +1,7 @@
 import QtQuick
 import Vantro.Native
 
-// One block for each zoom; the one that the keyboard reaches has an item.
+// One block for each zoom, hatched for a suggested one; those that the keyboard reaches have items.
 Item {
     id: bar
 
@@ -33,6 +33,13 @@ Item {
         ink: Theme.timelineInk
         Accessible.role: Accessible.List
         // qmllint disable unqualified
+        Repeater {
+            model: bar.actions.timeline.suggestions
+            delegate: SuggestionView {
+                height: bar.height
+                actions: bar.actions
+            }
+        }
         Repeater {
             model: bar.actions.timeline.zooms
             delegate: ZoomBlockView {

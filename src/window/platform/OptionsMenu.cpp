@@ -24,7 +24,7 @@ void addThemes(QMenu& menu, ui::Preferences& preferences) {
 } // namespace
 
 void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
-                     std::function<void()> importMovie) {
+                     std::function<void()> importMovie, std::function<void()> setUpKeys) {
     auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(menu->addAction(QObject::tr("Open Movie…")), &QAction::triggered,
@@ -34,6 +34,8 @@ void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
     countdown->setCheckable(true);
     countdown->setChecked(preferences.countdown());
     QObject::connect(countdown, &QAction::toggled, &preferences, &ui::Preferences::setCountdown);
+    QObject::connect(menu->addAction(QObject::tr("Set Up Global Keys…")), &QAction::triggered,
+                     std::move(setUpKeys));
     addThemes(*menu, preferences);
     menu->popup(globalPosition);
 }

@@ -87,6 +87,8 @@ FocusScope {
                 lines.push(qsTr("The microphone is silent."))
             if (webcam.checked && screen.cameras.missing !== "")
                 lines.push(screen.cameras.missing)
+            if (screen.app.clicksNote !== "")
+                lines.push(screen.app.clicksNote)
             return lines.join("\n")
         }
         wrapMode: Text.Wrap
