@@ -318,8 +318,10 @@ void ScriptedScreen::animate(std::function<ScreenFrame(int number)> make) {
     m_implementation->animation = std::move(make);
 }
 
-void ScriptedScreen::resize(int width, int height) {
+void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFrame>& frame) {
     const Locked lock(m_implementation->loop);
+    if (frame)
+        m_implementation->waiting.push_back(m_implementation->current = *frame);
     auto& profile = m_implementation->profile;
     m_implementation->isAgreed = profile.width == width && profile.height == height;
     profile.width = width;

@@ -60,8 +60,8 @@ class ScriptedScreen {
     void stayMute();
     /// Sends what `make` gives, at the profile's rate; no longer when null.
     void animate(std::function<ScreenFrame(int number)> make);
-    /// Agrees upon another size.
-    void resize(int width, int height);
+    /// Agrees upon another size, in which `frame` is the first.
+    void resize(int width, int height, const std::optional<ScreenFrame>& frame = {});
     /// Frames sent so far.
     int sent() const;
     /// The node goes away.

@@ -86,7 +86,7 @@ double pixelsPerUnit(int pixels, int width) {
     constexpr double steps = 120;
     const double exact = static_cast<double>(pixels) / std::max(width, 1);
     const double step = std::round(exact * steps) / steps;
-    return std::abs(step * width - pixels) < 1 ? step : exact;
+    return std::abs(step * width - pixels) < step ? step : exact;
 }
 
 } // namespace vantro::window::overlay

@@ -167,20 +167,16 @@ TEST_F(PortalRecording, OfAWindowStaysInPlaceWhileItsMenusStickOut) {
         const auto showMenu = [&](int width, int height, Patch at, Patch menu) {
             ScreenFrame frame{.patches = window(at.x, at.y), .pointer = {{at.x + 60, at.y + 70}}};
             frame.patches.push_back(menu);
-            screen->resize(width, height);
-            screen->show(frame);
+            screen->resize(width, height, frame);
         };
         ASSERT_TRUE(awaitFrameAfter(
             [&] { showMenu(380, 300, {60, 60}, {0, 0, 120, 130, green}); })); // to left and top
         ASSERT_TRUE(awaitFrameAfter(
             [&] { showMenu(380, 290, {0, 0}, {250, 200, 130, 90, green}); })); // to right and below
-        ASSERT_TRUE(awaitFrameAfter([&] {
-            screen->resize(320, 240);
-            screen->show({.patches = window(0, 0)});
-        }));
+        ASSERT_TRUE(awaitFrameAfter(
+            [&] { screen->resize(320, 240, ScreenFrame{.patches = window(0, 0)}); }));
         ASSERT_TRUE(awaitFrameAfter([&] { // the window itself
-            screen->resize(640, 480);
-            screen->show({.patches = {{0, 0, 640, 480, blue}}});
+            screen->resize(640, 480, ScreenFrame{.patches = {{0, 0, 640, 480, blue}}});
         }));
         end();
         const auto made = frames();

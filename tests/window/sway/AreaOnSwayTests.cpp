@@ -195,6 +195,7 @@ TEST_P(AreaOnSway, IsRecordedToThePixelAsItWasDraggedOut) {
 INSTANTIATE_TEST_SUITE_P(Layouts, AreaOnSway,
                          testing::Values(Layout{"unscaled", 1, 0, {101, 57, 400, 300}},
                                          Layout{"quarter", 1.25, 0, {33, 11, 1244, 702}},
+
                                          Layout{"turned", 1.5, 90, {7, 601, 708, 676}},
                                          Layout{"double", 2, 270, {100, 900, 600, 372}}),
                          [](const auto& layout) { return std::string(layout.param.name); });
