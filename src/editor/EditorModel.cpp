@@ -2,6 +2,7 @@
 
 #include "app/flows/ExportFlow.h"
 #include "app/flows/ProjectFlow.h"
+#include "archive/ArchivePath.h"
 #include "editor/ExportRules.h"
 
 #include <QClipboard>
@@ -114,12 +115,11 @@ QString EditorModel::sizeEstimate(int format, int resolution, int quality) const
     if (!recording)
         return {};
     const auto& metadata = recording->metadata();
-    std::error_code unknown; // a file that cannot be asked about has no size
-    const auto fileSize = std::filesystem::file_size(recording->movie(), unknown);
+    const auto file = archive::find(recording->movie());
     const auto bytes = estimatedBytes(
         {.edit = m_state.document().edit(),
          .sourceDuration = metadata.endTime,
-         .sourceBytes = unknown ? 0 : fileSize,
+         .sourceBytes = file ? file->size : 0,
          .videoSize = {metadata.captureRect.width * metadata.displayScaleFactor,
                        metadata.captureRect.height * metadata.displayScaleFactor},
          .hasSound = metadata.hasSystemAudio || metadata.hasMicrophoneAudio,

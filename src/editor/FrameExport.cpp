@@ -58,10 +58,10 @@ void FrameExport::copy(double sourceTime) {
 void FrameExport::save(double sourceTime) {
     m_panels.ask(app::flows::PanelKind::saveFrame,
                  app::files::safeFileName(m_state.recordingName()) + ".png",
-                 [this, sourceTime](const auto& path) {
-                     if (!path)
+                 [this, sourceTime](const auto& chosen) {
+                     if (!chosen)
                          return;
-                     draw(sourceTime, [this, path = *path](const Pixels& pixels) {
+                     draw(sourceTime, [this, path = chosen->path](const Pixels& pixels) {
                          media::writePng(path, *pixels);
                          return [this, path] {
                              Q_EMIT done(

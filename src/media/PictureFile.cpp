@@ -1,33 +1,30 @@
 #include "media/PictureFile.h"
 
+#include "archive/ArchiveError.h"
+#include "archive/ArchivePath.h"
 #include "base/OutputFile.h"
 #include "media/av/Libraries.h"
 #include "media/av/PictureCodec.h"
 #include "media/color/ColorConversion.h"
+#include "media/values/MediaError.h"
 
-#include <cerrno>
 #include <cstdint>
-#include <fstream>
-#include <system_error>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace vantro::media {
 namespace {
 
-constexpr std::uintmax_t largestFile = 256'000'000; // bytes
+constexpr std::uint64_t largestFile = 256'000'000; // bytes
 
 std::vector<std::uint8_t> bytesOf(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
-    if (error)
-        av::fail("Cannot read the picture", path, error.message());
-    if (size > largestFile)
-        av::fail("Cannot read the picture", path, "The file is too large");
-    std::vector<std::uint8_t> bytes(size);
-    std::ifstream file(path, std::ios::binary);
-    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size)))
-        av::fail("Cannot read the picture", path, std::generic_category().message(errno));
-    return bytes;
+    try {
+        const auto bytes = archive::readAll(archive::locate(path), largestFile);
+        return {bytes.begin(), bytes.end()};
+    } catch (const archive::ArchiveError& error) {
+        throw MediaError(fmt::format("Cannot read the picture {}", error.what()));
+    }
 }
 
 } // namespace

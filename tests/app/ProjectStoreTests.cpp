@@ -202,7 +202,7 @@ TEST_F(ProjectStore, OpensNoPackageWhoseFilesAreNotWhatTheyAreNamed) {
     EXPECT_THAT(failure(), HasSubstr("project.json"));
     fs::remove_all(package);
     folder.write("sample.vantro", "a file");
-    EXPECT_THAT(failure(), HasSubstr("not a project folder"));
+    EXPECT_THAT(failure(), HasSubstr("it is not a zip file"));
 }
 
 TEST_F(ProjectStore, OpensNoMovieUnderTheMetadataOfAnotherRecording) {

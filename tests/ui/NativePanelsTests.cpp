@@ -25,7 +25,7 @@ class NativePanelsTest : public testing::Test {
     NativePanelsTest() {
         QDir(folder.path()).mkpath(QStringLiteral("tour.vantro"));
         QDir(folder.path()).mkpath(QStringLiteral("films"));
-        for (const auto* name : {"tour.vantro/project.json", "take.one.mp4"})
+        for (const auto* name : {"tour.vantro/project.json", "take.one.mp4", "one.vantro"})
             QFile(folder.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly);
     }
 
@@ -33,7 +33,10 @@ class NativePanelsTest : public testing::Test {
     std::optional<std::filesystem::path> choose(PanelKind kind, const QString& typed,
                                                 std::optional<bool> replace) {
         std::optional<std::filesystem::path> chosen;
-        panels.ask(kind, "proposed", [&](const auto& path) { chosen = path; });
+        panels.ask(kind, "proposed", [&](const auto& file) {
+            if (file)
+                chosen = file->path;
+        });
         auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         panel->findChild<QLineEdit*>()->setText(folder.filePath(typed));
         bool asked = false;
@@ -62,7 +65,7 @@ class NativePanelsTest : public testing::Test {
     NativePanels panels{state, preferences};
 };
 
-TEST_F(NativePanelsTest, NothingIsReplacedUnasked) {
+TEST_F(NativePanelsTest, NothingIsReplacedUnaskedAndProjectsOpenInEitherForm) {
     struct Case {
         PanelKind kind;
         const char* typed;
@@ -80,7 +83,11 @@ TEST_F(NativePanelsTest, NothingIsReplacedUnasked) {
              {PanelKind::saveMovie, "take.two", {}, "take.two.mp4"},
              {PanelKind::saveMovie, "take.one", true, "take.one.mp4"},
              {PanelKind::saveMovie, "take.one", false, nullptr},
-             {PanelKind::saveGif, "take.MP4.GIF", {}, "take.MP4.GIF"}}) {
+             {PanelKind::saveGif, "take.MP4.GIF", {}, "take.MP4.GIF"},
+             {PanelKind::openProject, "tour.vantro", {}, "tour.vantro"},
+             {PanelKind::openProject, "tour.vantro/project.json", {}, "tour.vantro"},
+             {PanelKind::openProject, "one.vantro", {}, "one.vantro"},
+             {PanelKind::openProject, "films", {}, nullptr}}) {
         const auto expected = chosen ? std::optional(in(chosen)) : std::nullopt;
         EXPECT_EQ(choose(kind, QString::fromLatin1(typed), replace), expected) << typed;
     }

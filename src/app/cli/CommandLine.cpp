@@ -76,6 +76,7 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);
     addInspectCommand(app, action);
+    addPackCommands(app, action);
     addRecoverCommand(app, action);
     addPlayCommand(app, action, interrupts.token(), windows);
     if (const auto exitCode = app.read(argc, argv))

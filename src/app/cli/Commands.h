@@ -19,6 +19,8 @@ void addControlCommands(base::Command app, CommandAction& action);
 void addExportCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
 void addFrameCommand(base::Command app, CommandAction& action);
 void addRecoverCommand(base::Command app, CommandAction& action);
+/// `pack` and `unpack`.
+void addPackCommands(base::Command app, CommandAction& action);
 void addInspectCommand(base::Command app, CommandAction& action);
 /// `windows` outlives the action.
 void addPlayCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted,

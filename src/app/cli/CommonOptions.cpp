@@ -1,6 +1,5 @@
 #include "app/cli/CommonOptions.h"
 
-#include "app/files/ProjectStores.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
@@ -21,19 +20,7 @@ namespace fs = std::filesystem;
     throw model::VantroError(model::VantroError::Kind::exportFailed, message);
 }
 
-[[noreturn]] void failOpen(std::string_view message) {
-    throw model::VantroError(model::VantroError::Kind::projectOpenFailed, message);
-}
-
 } // namespace
-
-model::Project loadProject(const fs::path& packagePath) {
-    auto project = files::readProjectFile(packagePath);
-    std::error_code error;
-    if (const auto& movie = project.recording.movie(); !fs::exists(movie, error))
-        failOpen(fmt::format("{}: no such file", movie.string()));
-    return project;
-}
 
 void addProjectArgument(base::Command command, fs::path& target) {
     command.option("project", target, "The project, PROJECT.vantro")

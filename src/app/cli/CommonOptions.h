@@ -13,10 +13,6 @@
 
 namespace vantro::app::cli {
 
-/// Reads the package of a project that work is about to begin with; its movie is there. Throws
-/// VantroError projectOpenFailed.
-model::Project loadProject(const std::filesystem::path& packagePath);
-
 /// The positional argument PROJECT.vantro.
 void addProjectArgument(base::Command command, std::filesystem::path& target);
 /// --resolution original|4k|1080p|720p.

@@ -2,6 +2,7 @@
 #include "app/cli/CommonOptions.h"
 #include "app/cli/ExportOptions.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/ProjectStores.h"
 #include "base/HostClock.h"
 #include "export/GifExporter.h"
 #include "export/OutputRange.h"
@@ -123,7 +124,7 @@ exporting::ExportSummary writeFilm(const ExportOptions& options, const ProjectEx
 int exportOne(const ExportOptions& options, const ProjectExport& job,
               const std::stop_token& interrupted) {
     requireWritableOutput(job.output, options.force);
-    const auto project = loadProject(job.project);
+    const auto project = files::readProjectFile(job.project);
     render::MovieSession session(project.recording, project.edit,
                                  makeRequestedRenderer(options.renderer));
     if (options.range)

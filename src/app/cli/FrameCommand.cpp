@@ -1,5 +1,6 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
+#include "app/files/ProjectStores.h"
 #include "media/PictureFile.h"
 #include "render/MovieSession.h"
 
@@ -21,7 +22,7 @@ struct Options {
 /// `time` in seconds of the film, or of the recording where that was asked for.
 int runFrame(const Options& options, double time) {
     requireWritableOutput(options.output, options.force);
-    const auto project = loadProject(options.project);
+    const auto project = files::readProjectFile(options.project);
     const auto timeLine = options.sourceTime ? render::TimeLine::source : render::TimeLine::film;
     render::MovieSession session(project.recording, project.edit,
                                  makeRequestedRenderer(options.renderer), timeLine);

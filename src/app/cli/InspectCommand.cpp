@@ -1,5 +1,6 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
+#include "app/files/ProjectStores.h"
 #include "export/Inspection.h"
 #include "render/RendererFactory.h"
 #include "render/timing/SegmentTimeMap.h"
@@ -119,7 +120,7 @@ void printText(const exporting::Inspection& found, const model::Edit& edit,
 }
 
 int runInspect(const Options& options) {
-    const auto project = loadProject(options.project);
+    const auto project = files::readProjectFile(options.project);
     const render::MovieSession session(project.recording, project.edit, nullptr);
     const auto found = exporting::inspect(session, options.keyframesPerSecond);
     const bool withKeyframes = options.keyframesPerSecond > 0;

@@ -1,6 +1,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/CommonOptions.h"
 #include "app/cli/WindowCommands.h"
+#include "app/files/ProjectStores.h"
 
 #include <iostream>
 
@@ -38,7 +39,7 @@ void printText(const PlayReport& report) {
 
 int runPlay(const Options& options, const std::stop_token& interrupted,
             const WindowCommands& windows) {
-    const auto report = windows.play({.project = loadProject(options.project),
+    const auto report = windows.play({.project = files::readProjectFile(options.project),
                                       .renderer = options.renderer,
                                       .seconds = options.seconds,
                                       .muted = options.muted,

@@ -1,5 +1,7 @@
 #include "app/files/FileLinking.h"
 
+#include "archive/ArchivePath.h"
+#include "archive/ArchiveWriter.h"
 #include "base/FileDescriptor.h"
 #include "base/OutputFile.h"
 #include "model/Uuid.h"
@@ -49,12 +51,16 @@ void linkOrCopy(const fs::path& source, const fs::path& target) {
         errno = reason;
         fail("cannot link", source, target);
     }
-    const bool linkingUnsupported =
-        errno == EXDEV || errno == EPERM || errno == ENOTSUP || errno == EMLINK || errno == ENOSYS;
+    const bool linkingUnsupported = errno == ENOTDIR || errno == EXDEV || errno == EPERM ||
+                                    errno == ENOTSUP || errno == EMLINK || errno == ENOSYS;
     if (!linkingUnsupported)
         fail("cannot link", source, target);
+    const auto bytes = archive::locate(source);
     base::OutputFile copy(target);
-    copyBytes(source, copy.temporaryPath(), target);
+    if (bytes.isWholeFile())
+        copyBytes(source, copy.temporaryPath(), target);
+    else
+        archive::copyOut(bytes, copy.temporaryPath());
     copy.commit();
 }
 

@@ -1,14 +1,12 @@
 #include "app/files/FolderStore.h"
 
+#include "app/files/OwnMovie.h"
 #include "app/files/ProjectPackage.h"
-#include "media/Asset.h"
-#include "media/values/MediaError.h"
+#include "app/files/SavingPlace.h"
 #include "model/Json.h"
 #include "model/VantroError.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <system_error>
@@ -21,10 +19,6 @@ namespace vantro::app::files {
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void failOpen(std::string_view message) {
-    throw model::VantroError(model::VantroError::Kind::projectOpenFailed, message);
-}
 
 std::string readWholeFile(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -52,31 +46,6 @@ void requireReadable(const fs::path& movie) {
         failOpen(fmt::format("{}: no such file", movie.string()));
     if (::faccessat(AT_FDCWD, movie.c_str(), R_OK, AT_EACCESS) != 0)
         failOpen(fmt::format("{}: {}", movie.string(), std::generic_category().message(errno)));
-}
-
-/// Plainly longer or shorter: a recording's movie lasts as long as its metadata says, one from
-/// elsewhere in its place nearly so.
-bool disagree(double movie, double told) {
-    constexpr double mostSeconds = 2;
-    constexpr double mostOfLonger = 0.1;
-    const double difference = std::abs(movie - told);
-    return difference > mostSeconds && difference > mostOfLonger * std::max(movie, told);
-}
-
-/// Samples and clicks of another recording would be shown at places that mean nothing. A movie
-/// that cannot be opened says so to whoever needs its pictures.
-void requireOwnMovie(const model::Recording& recording) {
-    const double told = recording.metadata().endTime;
-    double movie = 0;
-    try {
-        movie = media::Asset::open(recording.movie()).duration().seconds();
-    } catch (const media::MediaError&) {
-        return;
-    }
-    if (told > 0 && disagree(movie, told))
-        failOpen(fmt::format("{}: it lasts {:.1f} s, but the recording that {} tells of lasted "
-                             "{:.1f} s; they do not belong together",
-                             recording.movie().string(), movie, package::projectFile, told));
 }
 
 } // namespace

@@ -1,12 +1,26 @@
 #include "app/files/ProjectStores.h"
 
+#include "app/files/ArchiveStore.h"
 #include "app/files/FolderStore.h"
 
 namespace vantro::app::files {
 
-const ProjectStore& storeOf(const std::filesystem::path&) {
-    static const FolderStore folders; // the only form there is
+const ProjectStore& storeFor(ProjectForm form) {
+    static const FolderStore folders;
+    static const ArchiveStore archives;
+    if (form == ProjectForm::oneFile)
+        return archives;
     return folders;
+}
+
+const ProjectStore& storeOf(const std::filesystem::path& project, ProjectForm form) {
+    std::error_code none;
+    const auto status = std::filesystem::status(project, none);
+    const bool isThere = std::filesystem::exists(status);
+    if (isThere)
+        form =
+            std::filesystem::is_regular_file(status) ? ProjectForm::oneFile : ProjectForm::folder;
+    return storeFor(form);
 }
 
 model::Project readProjectFile(const std::filesystem::path& packagePath) {

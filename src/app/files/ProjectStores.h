@@ -4,8 +4,13 @@
 
 namespace vantro::app::files {
 
-/// The form of what lies, or is to lie, there. Any thread.
-const ProjectStore& storeOf(const std::filesystem::path& project);
+/// What a project is on disk: a folder to work with, or one file to pass on.
+enum class ProjectForm { folder, oneFile };
+
+const ProjectStore& storeFor(ProjectForm form);
+/// The form of what lies there, else `form`. Any thread.
+const ProjectStore& storeOf(const std::filesystem::path& project,
+                            ProjectForm form = ProjectForm::folder);
 
 // What commands need of a store.
 

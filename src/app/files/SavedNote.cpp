@@ -1,6 +1,7 @@
 #include "app/files/SavedNote.h"
 
 #include "app/files/RecordingFolder.h"
+#include "archive/ArchivePath.h"
 #include "base/Log.h"
 #include "base/OutputFile.h"
 
@@ -22,8 +23,9 @@ bool isSameMovie(const fs::path& a, const fs::path& b) {
     std::error_code none;
     if (fs::equivalent(a, b, none))
         return true;
-    const auto size = fs::file_size(a, none); // a copy on another file system
-    return !none && size == fs::file_size(b, none) && !none;
+    // A copy on another file system, or in one file with its project.
+    const auto copied = archive::find(b);
+    return copied && fs::file_size(a, none) == copied->size && !none;
 }
 
 } // namespace

@@ -2,6 +2,10 @@
 #include "app/files/FolderStore.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/SavedNote.h"
+#include "app/files/SavingPlace.h"
+#include "archive/ArchiveError.h"
+#include "archive/ArchivePath.h"
+#include "archive/ArchiveWriter.h"
 #include "base/OutputFile.h"
 #include "model/Json.h"
 #include "model/Uuid.h"
@@ -10,8 +14,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <system_error>
 
@@ -24,15 +26,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void failSave(std::string_view message) {
-    throw model::VantroError(model::VantroError::Kind::projectSaveFailed, message);
-}
-
-model::BackgroundImageSource* customPicture(model::Edit& edit) {
-    auto* image = std::get_if<model::BackgroundImageSource>(&edit.background.type);
-    return image != nullptr && !image->isBuiltIn ? image : nullptr;
-}
-
 bool isPackage(const fs::path& folder) {
     std::error_code error;
     return fs::is_directory(folder, error) && fs::exists(folder / package::projectFile, error);
@@ -42,12 +35,10 @@ bool haveEqualContent(const fs::path& a, const fs::path& b) {
     std::error_code error;
     if (fs::equivalent(a, b, error))
         return true;
-    if (fs::file_size(a, error) != fs::file_size(b, error) || error)
-        return false;
-    std::ifstream first(a, std::ios::binary);
-    std::ifstream second(b, std::ios::binary);
-    using Bytes = std::istreambuf_iterator<char>;
-    return std::equal(Bytes(first), Bytes(), Bytes(second), Bytes());
+    const auto first = archive::find(a);
+    const auto second = archive::find(b);
+    return first && second && first->size == second->size &&
+           archive::readAll(*first, largestPicture) == archive::readAll(*second, largestPicture);
 }
 
 /// The place of a picture in a package: its own name, unless that already stands for something
@@ -72,7 +63,7 @@ void writeEdit(const fs::path& folder, model::Project project) {
         const auto place = placeOfPicture(image->path, folder);
         if (!fs::exists(place)) {
             base::OutputFile copy(place);
-            fs::copy_file(image->path, copy.temporaryPath(), fs::copy_options::overwrite_existing);
+            archive::copyOut(archive::locate(image->path), copy.temporaryPath());
             copy.commit();
         }
         image->path = place;
@@ -185,16 +176,6 @@ std::shared_ptr<const ProjectLock> writePackage(const fs::path& target,
     return std::move(*lock);
 }
 
-std::shared_ptr<const ProjectLock> lockOf(const fs::path& target,
-                                          const std::shared_ptr<const ProjectLock>& held) {
-    if (held && held->isOf(target))
-        return held;
-    auto lock = ProjectLock::take(target);
-    if (!lock)
-        failSave(fmt::format("{}: {}", target.string(), lock.error()));
-    return std::move(*lock);
-}
-
 } // namespace
 
 SavedProject FolderStore::save(const fs::path& path, const model::Project& project, bool replace,
@@ -217,25 +198,17 @@ SavedProject FolderStore::save(const fs::path& path, const model::Project& proje
     if (error.path2().empty() || error.code() == std::errc::no_such_file_or_directory)
         failSave(fmt::format("{}: {}", error.path1().string(), error.code().message()));
     failSave(error.what());
+} catch (const archive::ArchiveError& error) {
+    failSave(error.what());
 } catch (const model::EncodingError& error) {
     failSave(error.what());
 }
 
 std::string FolderStore::problem(const fs::path& packagePath, bool replace) const {
+    if (auto found = placeProblem(packagePath, replace); !found.empty())
+        return found;
     std::error_code error;
-    const auto parent = fs::absolute(packagePath).parent_path();
-    if (packagePath.extension() != package::extension)
-        return fmt::format("{}: a project's name ends in {}", packagePath.string(),
-                           package::extension);
-    if (!fs::is_directory(parent, error))
-        return fmt::format("{}: no such folder", parent.string());
-    if (::faccessat(AT_FDCWD, parent.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
-        return fmt::format("{}: {}", parent.string(), std::generic_category().message(errno));
-    if (!fs::exists(fs::symlink_status(packagePath, error)))
-        return {};
-    if (!replace)
-        return fmt::format("{} exists; use --force to replace it", packagePath.string());
-    if (!isPackage(packagePath))
+    if (fs::exists(fs::symlink_status(packagePath, error)) && !isPackage(packagePath))
         return fmt::format("{} exists and is not a project; it is left as it is",
                            packagePath.string());
     return {};

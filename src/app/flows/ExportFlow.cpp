@@ -42,7 +42,7 @@ void ExportFlow::exportRecording(ExportFormat format, exporting::ExportResolutio
                      m_asking = false;
                      if (!output || m_state.phase() != AppPhase::previewing())
                          return;
-                     job.output = *output;
+                     job.output = output->path;
                      start(std::move(job));
                  });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/files/ProjectStores.h"
+
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -17,10 +19,15 @@ enum class PanelKind {
     openPicture
 };
 
+struct ChosenFile {
+    std::filesystem::path path;
+    files::ProjectForm form = files::ProjectForm::folder; ///< of a project that is to be saved
+};
+
 /// Asks the user for files. Main thread.
 class FilePanels {
   public:
-    using Answer = std::function<void(std::optional<std::filesystem::path>)>;
+    using Answer = std::function<void(std::optional<ChosenFile>)>;
 
     virtual ~FilePanels() = default;
 

@@ -17,10 +17,10 @@ constexpr auto saveFailed = model::VantroError::Kind::projectSaveFailed;
 constexpr auto openFailed = model::VantroError::Kind::projectOpenFailed;
 
 std::expected<files::SavedProject, std::string>
-trySave(const std::filesystem::path& packagePath, const model::Project& project,
-        const std::shared_ptr<const files::ProjectLock>& held) {
+trySave(const files::ProjectStore& store, const std::filesystem::path& packagePath,
+        const model::Project& project, const std::shared_ptr<const files::ProjectLock>& held) {
     try {
-        return files::storeOf(packagePath).save(packagePath, project, true, held);
+        return store.save(packagePath, project, true, held);
     } catch (const std::exception& failure) {
         return std::unexpected(failureText(failure, saveFailed));
     }
@@ -84,24 +84,24 @@ void ProjectFlow::askAndSave() {
     setActivity(Activity::asking);
     m_panels.ask(PanelKind::saveProject,
                  files::safeFileName(m_state.recordingName()) + files::package::extension,
-                 [this](const auto& packagePath) {
+                 [this](const auto& chosen) {
                      setActivity(Activity::none);
-                     if (packagePath)
-                         write(*packagePath);
+                     if (chosen)
+                         write(chosen->path, chosen->form);
                      else
                          endLeaving(false);
                  });
 }
 
-void ProjectFlow::write(const std::filesystem::path& packagePath) {
+void ProjectFlow::write(const std::filesystem::path& packagePath, files::ProjectForm form) {
     auto project = m_state.document().project();
     if (!project)
         return endLeaving(false); // reset while the panel was open
     setActivity(Activity::working);
-    m_tasks.run([this, packagePath, project = std::move(*project),
+    m_tasks.run([this, packagePath, form, project = std::move(*project),
                  held = m_lock]() -> TaskRunner::Continuation {
         return [this, packagePath, movie = project.recording.movie(),
-                written = trySave(packagePath, project, held)] {
+                written = trySave(files::storeOf(packagePath, form), packagePath, project, held)] {
             setActivity(Activity::none);
             if (!written) {
                 m_state.setError(written.error(), saveFailed);
@@ -135,10 +135,10 @@ void ProjectFlow::ask(PanelKind kind) {
     if (!mayOpen())
         return;
     setActivity(Activity::asking);
-    m_panels.ask(kind, {}, [this](const auto& path) {
+    m_panels.ask(kind, {}, [this](const auto& chosen) {
         setActivity(Activity::none);
-        if (path)
-            open(*path);
+        if (chosen)
+            open(chosen->path);
     });
 }
 

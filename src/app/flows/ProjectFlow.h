@@ -119,7 +119,7 @@ class ProjectFlow : public QObject {
     void read(Read read, std::function<void()> then);
     void show(Opened found, const std::function<void()>& then);
     void giveUpEdit(std::function<void()> then);
-    void write(const std::filesystem::path& packagePath);
+    void write(const std::filesystem::path& packagePath, files::ProjectForm form = {});
     void setActivity(Activity activity);
     void setLeaving(Leaving leaving);
     void endLeaving(bool leaves);

@@ -129,9 +129,9 @@ QString BackgroundGroup::ownPreview() const {
 }
 
 void BackgroundGroup::chooseOwn() {
-    m_panels.ask(app::flows::PanelKind::openPicture, {}, [this](const auto& path) {
-        if (path)
-            tryPicture(*path);
+    m_panels.ask(app::flows::PanelKind::openPicture, {}, [this](const auto& chosen) {
+        if (chosen)
+            tryPicture(chosen->path);
     });
 }
 

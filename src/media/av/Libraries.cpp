@@ -64,6 +64,13 @@ std::string fileUrl(const std::filesystem::path& path) {
     return "file:" + path.string();
 }
 
+std::string fileUrl(const archive::FilePart& part) {
+    const auto whole = fileUrl(part.file);
+    return part.isWholeFile() ? whole
+                              : fmt::format("subfile,,start,{},end,{},,:{}", part.offset,
+                                            part.offset + part.size, whole);
+}
+
 FrameHandle makeFrame() {
     FrameHandle frame(av_frame_alloc());
     if (!frame)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "archive/FilePart.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -23,5 +25,7 @@ std::string takeLastErrorLine();
 
 /// As libav wants a file's name: never taken for another protocol's address.
 std::string fileUrl(const std::filesystem::path& path);
+/// Of a part of a file it is read as if there were nothing else.
+std::string fileUrl(const archive::FilePart& part);
 
 } // namespace vantro::media::av

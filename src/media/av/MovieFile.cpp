@@ -1,10 +1,15 @@
 #include "media/av/MovieFile.h"
 
+#include "archive/ArchiveError.h"
+#include "archive/ArchivePath.h"
 #include "media/av/Libraries.h"
+#include "media/values/MediaError.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <system_error>
+
+#include <fmt/format.h>
 
 extern "C" {
 #include <libavutil/mathematics.h>
@@ -17,15 +22,16 @@ constexpr AVRational microseconds{1, AV_TIME_BASE};
 constexpr int largestSide = 32768; ///< of pictures that a PixelBuffer holds
 
 /// What the file system alone can tell, in better words than a demuxer's.
-void requireReadableFile(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status))
-        fail("Cannot open", path, error ? error.message() : "No such file or directory");
+archive::FilePart readableFile(const std::filesystem::path& path) try {
+    auto part = archive::locate(path);
+    const auto status = std::filesystem::status(part.file);
     if (std::filesystem::is_directory(status))
         fail("Cannot open", path, "Is a directory");
-    if (std::filesystem::is_regular_file(status) && std::filesystem::file_size(path, error) == 0)
+    if (std::filesystem::is_regular_file(status) && part.size == 0)
         fail("Cannot open", path, "The file is empty");
+    return part;
+} catch (const archive::ArchiveError& error) {
+    throw MediaError(fmt::format("Cannot open {}", error.what()));
 }
 
 [[noreturn]] void failToOpen(const std::filesystem::path& path, int code) {
@@ -36,11 +42,12 @@ void requireReadableFile(const std::filesystem::path& path) {
     fail("Cannot open", path, detail.empty() ? reason : reason + " (" + detail + ")");
 }
 
-InputHandle openInput(const std::filesystem::path& path) {
+InputHandle openInput(const std::filesystem::path& path, const archive::FilePart& part) {
     AVDictionary* options = nullptr;
-    av_dict_set(&options, "protocol_whitelist", "file", 0); // play lists must not reach elsewhere
+    av_dict_set(&options, "protocol_whitelist", "file,subfile",
+                0); // play lists must not reach elsewhere
     AVFormatContext* context = nullptr;
-    const int result = avformat_open_input(&context, fileUrl(path).c_str(), nullptr, &options);
+    const int result = avformat_open_input(&context, fileUrl(part).c_str(), nullptr, &options);
     av_dict_free(&options);
     if (result < 0)
         failToOpen(path, result);
@@ -76,9 +83,9 @@ std::int64_t startOfPlayback(const std::vector<AVStream*>& streams) {
 
 MovieFile::MovieFile(const MovieReference& movie) : m_path(movie.path) {
     prepareLibraries();
-    requireReadableFile(m_path);
+    const auto part = readableFile(m_path);
     takeLastErrorLine();
-    m_context = openInput(m_path);
+    m_context = openInput(m_path, part);
     if (const int result = avformat_find_stream_info(m_context.get(), nullptr); result < 0)
         failToOpen(m_path, result);
     const auto streams = mediaStreams();

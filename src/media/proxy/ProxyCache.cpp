@@ -1,12 +1,12 @@
 #include "media/proxy/ProxyCache.h"
 
+#include "archive/ArchivePath.h"
 #include "base/UserFolders.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cerrno>
-#include <fstream>
 #include <span>
 #include <system_error>
 #include <vector>
@@ -77,18 +77,22 @@ fs::path usualProxyFolder() {
 }
 
 std::string proxyKey(const fs::path& movie) {
+    const auto found = archive::locate(movie);
     struct stat status{};
-    std::ifstream file(movie, std::ios::binary);
-    if (!file || ::stat(movie.c_str(), &status) != 0)
+    if (::stat(found.file.c_str(), &status) != 0)
         fail("cannot read", movie, errno);
-    std::vector<char> head(headLength);
-    file.read(head.data(), static_cast<std::streamsize>(head.size()));
+    auto head = found;
+    head.size = std::min<std::uint64_t>(head.size, headLength);
     Hash hash;
     hash.add(format);
-    hash.add(static_cast<std::uint64_t>(status.st_size));
-    hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_sec));
-    hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_nsec));
-    hash.add(std::span(head).first(static_cast<std::size_t>(file.gcount())));
+    hash.add(found.size);
+    if (found.isWholeFile()) {
+        hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_sec));
+        hash.add(static_cast<std::uint64_t>(status.st_mtim.tv_nsec));
+    } else {
+        hash.add(std::uint64_t{*found.checksum}); // its archive changes with each save
+    }
+    hash.add(archive::readAll(head, headLength));
     return fmt::format("{:016x}", hash.value());
 }
 

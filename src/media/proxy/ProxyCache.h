@@ -9,8 +9,9 @@ namespace vantro::media::proxy {
 /// `$XDG_CACHE_HOME/vantro/previews`, else the same below `~/.cache`; empty where there is no home.
 std::filesystem::path usualProxyFolder();
 
-/// What a movie's proxy is known by: its size, its time of change and how it begins, so that it is
-/// found again wherever the movie was moved to. Throws std::filesystem_error.
+/// What a movie's proxy is known by: its size, its time of change (in an archive, its checksum) and
+/// how it begins, so that it is found again wherever the movie was moved to. Throws
+/// std::runtime_error.
 std::string proxyKey(const std::filesystem::path& movie);
 
 /// The folder of proxies' pieces, which holds no more than a bound: the files that were used

@@ -14,11 +14,17 @@
 namespace vantro::ui {
 namespace {
 
+using app::files::ProjectForm;
+
 struct PanelTexts {
     QString title;
     QString suffix;
     QString filter;
 };
+
+QString inOneFile() {
+    return QObject::tr("Vantro project, one file to pass on (*.vantro)");
+}
 
 PanelTexts textsFor(app::flows::PanelKind kind) {
     switch (kind) {
@@ -31,9 +37,12 @@ PanelTexts textsFor(app::flows::PanelKind kind) {
                 QObject::tr("PNG picture (*.png)")};
     case app::flows::PanelKind::saveProject:
         return {QObject::tr("Save Project"), QStringLiteral("vantro"),
-                QObject::tr("Vantro project (*.vantro)")};
+                QObject::tr("Vantro project, a folder (*.vantro)") + QStringLiteral(";;") +
+                    inOneFile()};
     case app::flows::PanelKind::openProject:
-        return {QObject::tr("Open Project"), {}, {}};
+        return {QObject::tr("Open Project"),
+                {},
+                QObject::tr("Vantro projects (*.vantro project.json)")};
     case app::flows::PanelKind::openPicture:
         return {QObject::tr("Background Picture"),
                 {},
@@ -92,7 +101,7 @@ class SavePanel : public QFileDialog {
         if (target.exists() && !desktopHasAsked && !mayReplace(target))
             return;
         m_path = target.filePath();
-        QDialog::accept();
+        done(Accepted);
     }
 
   private:
@@ -108,19 +117,41 @@ class SavePanel : public QFileDialog {
     QString m_path;
 };
 
+/// A panel for opening that takes a project's folder as well, which panels go into.
+class OpenPanel : public QFileDialog {
+  public:
+    OpenPanel(const PanelTexts& texts, const QString& folder)
+        : QFileDialog(nullptr, texts.title, folder, texts.filter) {
+        setFileMode(ExistingFile);
+    }
+
+    const QString& path() const { return m_path; }
+
+    void accept() override {
+        const auto chosen = selectedFiles();
+        if (chosen.isEmpty())
+            return;
+        const QFileInfo file(chosen.front());
+        const QFileInfo folder(file.path());
+        if (!file.isDir() && isPackage(folder)) // one of its files
+            m_path = folder.filePath();
+        else if (isPackage(file) || (!file.isDir() && file.exists()))
+            m_path = file.filePath();
+        else
+            return QFileDialog::accept(); // goes there, or says what is wrong
+        done(Accepted);
+    }
+
+  private:
+    QString m_path;
+};
+
 QFileDialog* makePanel(app::flows::PanelKind kind, const QString& folder,
                        const QString& proposedName) {
     const auto texts = textsFor(kind);
     if (!texts.suffix.isEmpty())
         return new SavePanel(texts, folder, proposedName);
-    auto* panel = new QFileDialog(nullptr, texts.title, folder, texts.filter);
-    if (kind != app::flows::PanelKind::openProject) {
-        panel->setFileMode(QFileDialog::ExistingFile);
-        return panel;
-    }
-    panel->setFileMode(QFileDialog::Directory); // to the desktop a package is a folder
-    panel->setOption(QFileDialog::ShowDirsOnly);
-    return panel;
+    return new OpenPanel(texts, folder);
 }
 
 } // namespace
@@ -134,7 +165,7 @@ QString savePath(const QString& chosen, const QString& suffix) {
 }
 
 QString NativePanels::startFolder(app::flows::PanelKind kind) const {
-    const auto last = m_preferences.folder(useOf(kind));
+    auto last = m_preferences.folder(useOf(kind));
     if (!last.isEmpty() && QDir(last).exists())
         return last;
     const auto place = kind == app::flows::PanelKind::openPicture ? QStandardPaths::PicturesLocation
@@ -154,9 +185,12 @@ void NativePanels::ask(app::flows::PanelKind kind, const std::string& proposedNa
             if (result != QDialog::Accepted || chosen.isEmpty())
                 return answer({});
             const auto* saving = dynamic_cast<const SavePanel*>(panel);
-            const auto path = saving != nullptr ? saving->path() : chosen.front();
+            const auto path =
+                saving != nullptr ? saving->path() : static_cast<OpenPanel*>(panel)->path();
             preferences.setFolder(useOf(kind), QFileInfo(path).absolutePath());
-            answer(path.toStdString());
+            const bool oneFile = panel->selectedNameFilter() == inOneFile();
+            answer({{.path = path.toStdString(),
+                     .form = oneFile ? ProjectForm::oneFile : ProjectForm::folder}});
         });
     panel->winId();
     if (auto* window = qobject_cast<QWindow*>(m_state.mainWindow()))

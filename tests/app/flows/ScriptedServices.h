@@ -182,7 +182,8 @@ class ScriptedPanels : public app::flows::FilePanels {
     }
     void answer(std::optional<std::filesystem::path> path) {
         kind.reset();
-        std::exchange(m_answer, {})(std::move(path));
+        const auto chosen = [](auto&& file) { return app::flows::ChosenFile{std::move(file)}; };
+        std::exchange(m_answer, {})(std::move(path).transform(chosen));
     }
 
   private:
