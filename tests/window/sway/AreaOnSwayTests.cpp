@@ -20,7 +20,6 @@
 #include <QScreen>
 #include <QTest>
 #include <cstdlib>
-#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -42,20 +41,9 @@ struct Layout {
     QRect area;
 };
 
-/// Notices when the pointer is on a window, which the compositor has shown by then.
-class PointerWatch : public QObject {
-  public:
-    bool eventFilter(QObject*, QEvent* event) override {
-        m_isInside |= event->type() == QEvent::Enter || event->type() == QEvent::MouseMove;
-        return false;
-    }
-    bool isInside() const { return m_isInside; }
-
-  private:
-    bool m_isInside = false;
-};
-
-class AreaOnSway : public testing::TestWithParam<Layout>, public app::flows::RecordingPlatform {
+class AreaOnSway : public QObject,
+                   public testing::TestWithParam<Layout>,
+                   public app::flows::RecordingPlatform {
   protected:
     void SetUp() override {
         if (desk == nullptr)
@@ -80,6 +68,10 @@ class AreaOnSway : public testing::TestWithParam<Layout>, public app::flows::Rec
             desk->session().endPortal();
     }
 
+    bool eventFilter(QObject*, QEvent* event) override {
+        isPointerInside |= event->type() == QEvent::Enter;
+        return false;
+    }
     std::vector<capture::ShareableDisplay> displays() override { return {}; }
     capture::PlatformAbilities abilities() override {
         return capture::wayland::connectPortal(tokens()).value()->abilities();
@@ -130,6 +122,7 @@ class AreaOnSway : public testing::TestWithParam<Layout>, public app::flows::Rec
     }
 
     TemporaryFolder folder;
+    bool isPointerInside = false;
     QSize pixels; ///< of the output, upright
     std::unique_ptr<ScriptedScreen> screen;
     ui::Preferences preferences{QString::fromStdString(folder / "vantro.ini")};
@@ -152,24 +145,17 @@ TEST_P(AreaOnSway, IsRecordedToThePixelAsItWasDraggedOut) {
     overlay::SelectionOverlay* overlay = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] { return (overlay = shownOverlay()) != nullptr; }));
     EXPECT_FALSE(own.isVisible());
-    PointerWatch watch;
-    overlay->installEventFilter(&watch);
     const auto& area = GetParam().area;
-    ASSERT_TRUE(QTest::qWaitFor([&] {
+    overlay->installEventFilter(this);
+    ASSERT_TRUE(QTest::qWaitFor([&] { // until the compositor has shown it there
         moveTo(area.topLeft());
-        return watch.isInside();
-    })) << "it is not on this output";
+        return isPointerInside;
+    }));
     EXPECT_EQ(overlay->size(), screenOfOutput()->size());
     pointer.press();
     moveTo(area.topLeft() + QPoint(area.width() / 2, area.height() / 2));
     const QPoint end(area.x() + area.width(), area.y() + area.height());
     moveTo(end);
-    if (const char* pictures = std::getenv("VANTRO_PICTURES")) { // NOLINT(concurrency-mt-unsafe)
-        QTest::qWait(300);
-        std::system(
-            ("grim -o HEADLESS-2 '" + std::string(pictures) + "/sway-" + GetParam().name + ".png'")
-                .c_str());
-    }
     pointer.release();
     ASSERT_TRUE(QTest::qWaitFor([&] {
         return state.recorder() != nullptr && state.recorder()->statistics().framesCaptured > 0;
