@@ -91,14 +91,15 @@ class ChosenOnDesktopTest : public RecordingFlowTest {
     ChosenOnDesktopTest() {
         platform.able.listsContent.whyNot = "The desktop asks.";
         platform.able.ownWindowsLeftOut.whyNot = "They are hidden.";
-        recorder().content = {.place = model::Rect{0, 0, 640, 360},
-                              .picture =
-                                  media::PixelBuffer::allocate(media::PixelFormat::bgra, 2, 2)};
+        recorder().content = content;
         QObject::connect(&flow, &RecordingFlow::windowsHiddenChanged, [this] {
             hiddenAt.emplace_back(flow.areWindowsHidden(), recorder().hides);
         });
     }
 
+    capture::ChosenContent content{
+        .place = model::Rect{0, 0, 640, 360},
+        .picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 2, 2)};
     std::vector<std::pair<bool, int>> hiddenAt; ///< and how often that had been waited for
 };
 
@@ -110,7 +111,7 @@ TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThe
         flow.setCountdown(countdown);
         state.setCaptureMode(model::CaptureMode::area);
         record();
-        EXPECT_EQ(overlays.shown, recorder().content->picture);
+        EXPECT_EQ(overlays.shown, content.picture);
         overlays.callbacks.onSelection(0, {10, 20, 100, 50});
         tasks.runAll();
         EXPECT_EQ(recorder().area, (model::Rect{10, 20, 100, 50}));
@@ -125,54 +126,34 @@ TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThe
                                 : Changes({{true, 0}, {false, 1}, {true, 1}, {false, 2}}));
         state.reset();
     }
-    record();
-    overlays.callbacks.onCancel();
-    tasks.runAll();
-    EXPECT_EQ(state.phase(), AppPhase::idle());
-    EXPECT_FALSE(flow.areWindowsHidden());
 }
 
-TEST_F(ChosenOnDesktopTest, TakesWhatTheDialogHasCutOutAsTheArea) {
-    recorder().content->place.reset();
-    state.setCaptureMode(model::CaptureMode::area);
-    record();
-    EXPECT_EQ(overlays.shown, nullptr);
-    EXPECT_EQ(state.phase(), AppPhase::recording());
-    EXPECT_FALSE(recorder().area);
+TEST_F(ChosenOnDesktopTest, TakesWhatTheDialogHasCutOutAsTheAreaAndHidesNothingBesideAWindow) {
+    content.place.reset();
+    recorder().content = content;
+    for (const auto mode : {model::CaptureMode::area, model::CaptureMode::window}) {
+        state.setCaptureMode(mode);
+        record();
+        EXPECT_EQ(overlays.shown, nullptr);
+        EXPECT_EQ(state.phase(), AppPhase::recording());
+        EXPECT_EQ(flow.areWindowsHidden(), mode == model::CaptureMode::area);
+        state.reset();
+    }
 }
 
 TEST_F(ChosenOnDesktopTest, ShowsARestoredChoiceBeforeItIsRecorded) {
-    recorder().content->isRestored = true;
+    content.isRestored = true;
+    recorder().content = content;
     record();
-    EXPECT_TRUE(flow.isConfirming());
-    ASSERT_TRUE(flow.chosenContent());
+    EXPECT_TRUE(flow.isConfirming() && flow.chosenContent());
     flow.chooseAnew();
-    EXPECT_FALSE(flow.chosenContent());
     EXPECT_TRUE(platform.made.back().chooseAgain);
-    recorder().content->isRestored = false;
     tasks.runAll();
-    EXPECT_EQ(state.phase(), AppPhase::recording());
-    flow.stopRecording();
-    tasks.runAll();
-    state.reset();
-    recorder().content->isRestored = true;
-    record();
     flow.confirmChosen();
     tasks.runAll();
     EXPECT_EQ(state.phase(), AppPhase::recording());
-}
-
-TEST_F(ChosenOnDesktopTest, LeavesOurWindowsWhereTheyAreInNoPictureAndShowsThemAtAnEndByItself) {
-    state.setCaptureMode(model::CaptureMode::window);
-    record();
-    EXPECT_TRUE(hiddenAt.empty());
-    flow.stopRecording();
-    tasks.runAll();
-    state.reset();
-    state.setCaptureMode(model::CaptureMode::screen);
-    record();
-    EXPECT_TRUE(flow.areWindowsHidden());
     recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
+    EXPECT_TRUE(flow.areWindowsHidden());
     timers.advance(1s);
     EXPECT_FALSE(flow.areWindowsHidden()) << "what has happened must be seen";
 }
@@ -181,10 +162,8 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     recorder().isSharingEnded = true;
     record();
     EXPECT_EQ(state.phase(), AppPhase::idle());
-    recorder().isSharingEnded = false;
     flow.setCountdown(3);
     record();
-    recorder().isSharingEnded = true;
     timers.advance(1s);
     tasks.runAll();
     EXPECT_FALSE(flow.isPreparing());
@@ -197,7 +176,6 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     tasks.runAll();
     EXPECT_EQ(state.phase(), AppPhase::idle());
     EXPECT_FALSE(state.showError());
-    EXPECT_FALSE(flow.areWindowsHidden());
 }
 
 TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {

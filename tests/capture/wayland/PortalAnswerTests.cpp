@@ -93,7 +93,7 @@ TEST_F(PortalAnswer, HoldsAgainEachTimeForItsKindOfSource) {
     for (int restored = 0; restored < 3; ++restored) {
         const auto platform = connect();
         ASSERT_TRUE(awaitTarget(*platform, {}));
-        EXPECT_EQ(platform->chosen().value().isRestored, restored > 0);
+        EXPECT_EQ(platform->chosen().value_or(ChosenContent()).isRestored, restored > 0);
         EXPECT_EQ(desk->portal().log().restored, restored);
     }
     granted.sourceType = 2;
