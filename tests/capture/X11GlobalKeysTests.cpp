@@ -16,9 +16,9 @@ using ::testing::HasSubstr;
 
 class X11GlobalKeysTest : public ::testing::Test {
   protected:
-    std::unique_ptr<GlobalKeys> bind(KeyLog& log,
+    std::unique_ptr<GlobalKeys> bind(KeyLog& listening,
                                      const std::vector<GlobalKey>& keys = usualGlobalKeys()) {
-        return grabKeys(keys, log.listener(), server.display());
+        return grabKeys(keys, listening.listener(), server.display());
     }
     /// Whether another client could have them.
     bool areFree(const std::vector<GlobalKey>& keys) {
