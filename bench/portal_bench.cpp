@@ -1,11 +1,14 @@
 // What it costs to record a Wayland desktop through the portal, beside a plain GStreamer pipeline
 // on the same stream: portal_bench VANTRO [SECONDS]
+#include "base/HostClock.h"
+#include "capture/pictures/PictureComparison.h"
 #include "support/ScriptedScreen.h"
 #include "support/WaylandDesk.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 #include <sys/resource.h>
@@ -65,6 +68,28 @@ ScreenFrame busyFrame(const ScreenProfile& profile, int number) {
     return frame;
 }
 
+/// Only a small part changes, as while somebody types.
+ScreenFrame calmFrame(const ScreenProfile& profile, int number) {
+    auto frame = busyFrame(profile, 0);
+    frame.patches.push_back({400, 300, 64, 32, number % 2 ? 0xffffffU : 0U});
+    return frame;
+}
+
+/// What finding out takes that nothing has changed.
+double millisecondsToCompare(const ScreenProfile& profile) {
+    namespace pictures = vantro::capture::pictures;
+    constexpr int rounds = 200;
+    const auto stride = std::ptrdiff_t{4} * profile.width;
+    const std::vector<std::uint8_t> picture(static_cast<std::size_t>(stride * profile.height), 77);
+    pictures::PictureComparison comparison(profile.width, profile.height);
+    pictures::TileMap changed(profile.width, profile.height);
+    comparison.collect(picture.data(), stride, changed);
+    const auto start = vantro::base::hostNow();
+    for (int i = 0; i < rounds; ++i)
+        comparison.collect(picture.data(), stride, changed);
+    return 1000 * vantro::base::inSeconds(vantro::base::hostNow() - start) / rounds;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -88,6 +113,11 @@ int main(int argc, char** argv) {
     const auto still = ours();
     fmt::print("still 1080p screen:  Vantro {:.1f} % of a core, {} frames\n", still.share(seconds),
                still.frames);
+    screen.animate([&](int number) { return calmFrame(profile, number); });
+    const auto calm = ours();
+    fmt::print("calm 1080p60 screen: Vantro {:.1f} % of a core, {} frames, {:.2f} ms each; finding "
+               "no change takes {:.2f} ms\n",
+               calm.share(seconds), calm.frames, calm.perFrame(), millisecondsToCompare(profile));
     screen.animate([&](int number) { return busyFrame(profile, number); });
     const auto busy = ours();
     const auto movie = folder + "/peer.mp4";

@@ -27,6 +27,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widg
 if(VANTRO_TESTS)
   find_package(GTest REQUIRED)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  pkg_check_modules(WAYLAND_CLIENT REQUIRED IMPORTED_TARGET wayland-client)
   pkg_check_modules(PULSE_SIMPLE REQUIRED IMPORTED_TARGET libpulse-simple)
   set_property(TARGET PkgConfig::PULSE_SIMPLE PROPERTY INTERFACE_COMPILE_OPTIONS "")
 endif()

@@ -1,5 +1,6 @@
 #include "base/CommandOptions.h"
 
+#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp> // here only: it takes seconds to compile
@@ -16,6 +17,41 @@ void translatingErrors(Function&& function) {
     } catch (const UsageError& error) {
         throw CLI::ParseError(error.what(), usageExitCode);
     }
+}
+
+/// Values that are few are named with bars between them.
+std::vector<std::string> choicesIn(const std::string& valueName) {
+    std::vector<std::string> choices;
+    std::istringstream names(valueName);
+    for (std::string name; std::getline(names, name, '|');)
+        choices.push_back(name);
+    return choices.size() > 1 ? choices : std::vector<std::string>{};
+}
+
+OptionDescription describe(const CLI::Option& option) {
+    OptionDescription found;
+    found.help = option.get_description();
+    found.isRequired = option.get_required();
+    for (const auto& name : option.get_lnames())
+        found.names.push_back("--" + name);
+    for (const auto& name : option.get_snames())
+        found.names.push_back("-" + name);
+    if (option.get_items_expected_max() > 0)
+        found.value = option.get_type_name();
+    found.choices = choicesIn(found.value);
+    found.mayRepeat = option.get_expected_max() > 1;
+    return found;
+}
+
+CommandDescription describe(const CLI::App& app) {
+    CommandDescription found;
+    found.name = app.get_name();
+    found.purpose = app.get_description();
+    for (const auto* option : app.get_options())
+        found.options.push_back(describe(*option));
+    for (const auto* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        found.commands.push_back(describe(*command));
+    return found;
 }
 
 } // namespace
@@ -36,17 +72,20 @@ CommandOption CommandOption::check(OptionCheck check) {
 }
 
 CommandOption CommandOption::oneOf(std::initializer_list<const char*> values) {
-    m_option->check(CLI::IsMember(std::vector<std::string>(values.begin(), values.end())));
+    CLI::Validator check = CLI::IsMember(std::vector<std::string>(values.begin(), values.end()));
+    m_option->check(check.description({})); // the value's name says it
     return *this;
 }
 
 CommandOption CommandOption::within(double lowest, double highest) {
-    m_option->check(CLI::Range(lowest, highest));
+    CLI::Validator check = CLI::Range(lowest, highest);
+    m_option->check(check.description({}));
     return *this;
 }
 
 CommandOption CommandOption::existingFolder() {
-    m_option->check(CLI::ExistingDirectory);
+    CLI::Validator check = CLI::ExistingDirectory;
+    m_option->check(check.description({}));
     return *this;
 }
 
@@ -136,6 +175,10 @@ std::optional<int> CommandLineReader::read(int count, const char* const* words) 
     } catch (const CLI::ParseError& error) {
         return m_owned->exit(error) == 0 ? 0 : usageExitCode;
     }
+}
+
+CommandDescription CommandLineReader::description() const {
+    return describe(*m_owned);
 }
 
 } // namespace vantro::base

@@ -24,6 +24,24 @@ class UsageError : public std::runtime_error {
         : std::runtime_error(option + ": " + problem) {}
 };
 
+/// What help tells of an option or an argument. A plain record.
+struct OptionDescription {
+    std::vector<std::string> names; ///< "--long" first; empty: an argument, which stands by itself
+    std::string value;              ///< what help shows for it; empty: it takes none
+    std::vector<std::string> choices; ///< the only values that there are; empty: any
+    std::string help;
+    bool isRequired = false;
+    bool mayRepeat = false;
+};
+
+/// What help tells of a program or of one of its commands. A plain record.
+struct CommandDescription {
+    std::string name;
+    std::string purpose;
+    std::vector<OptionDescription> options;
+    std::vector<CommandDescription> commands;
+};
+
 /// Says what is wrong with an option's text; empty where nothing is.
 using OptionCheck = std::function<std::string(const std::string&)>;
 
@@ -86,6 +104,7 @@ class CommandLineReader : public Command {
     /// Prints help, the version or what is wrong where that is asked for or needed, and says with
     /// which code the program ends: 0, or 2 for wrong usage. Nothing where it goes on.
     std::optional<int> read(int count, const char* const* words);
+    CommandDescription description() const;
 
   private:
     explicit CommandLineReader(std::unique_ptr<CLI::App> app);

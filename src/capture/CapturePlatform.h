@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/ChosenContent.h"
 #include "capture/PlatformAbilities.h"
 #include "capture/PointerSource.h"
 #include "capture/ScreenStream.h"
@@ -38,7 +39,16 @@ class CapturePlatform {
     virtual std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
                                                        TargetAnswer answer);
 
-    /// A target that the user was asked for is good for one stream.
+    /// What the user was asked for last and no stream has taken over; nothing otherwise.
+    virtual std::optional<ChosenContent> chosen() { return {}; }
+    /// Whether that can still be recorded: the user may end the sharing by the desktop's own means.
+    virtual bool isShared() { return true; }
+    /// Returns once that no longer shows our own windows, which have just been hidden; after half a
+    /// second at the latest.
+    virtual void awaitHiddenWindows() {}
+
+    /// A target that the user was asked for is good for one stream. The error is empty when the
+    /// user has ended the sharing meanwhile, by the desktop's own means.
     virtual std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) = 0;
     /// After the stream.

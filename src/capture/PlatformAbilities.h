@@ -20,8 +20,8 @@ struct PlatformAbilities {
     /// Displays and windows can be listed; otherwise the desktop asks the user itself what to
     /// share.
     Ability listsContent;
-    Ability ownWindowsLeftOut;
-    Ability pointer; ///< where it is, apart from the picture
+    Ability ownWindowsLeftOut; ///< otherwise they are hidden while a screen is recorded
+    Ability pointer;           ///< where it is, apart from the picture
     Ability clicks;
     // Told apart from what the display can do:
     Ability systemSound;

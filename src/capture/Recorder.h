@@ -1,10 +1,13 @@
 #pragma once
 
+#include "capture/ChosenContent.h"
 #include "capture/SoundSource.h"
 #include "model/RecordingMetadata.h"
+#include "model/VantroError.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -43,8 +46,9 @@ struct RecordingStatistics {
     bool operator==(const RecordingStatistics&) const = default;
 };
 
-/// One recording, as whoever asked for it sees it; used once: choose → start → stop. All three
-/// block, come from one worker thread and throw VantroError or another std::exception.
+/// One recording, as whoever asked for it sees it; used once: choose → start → stop. These, and
+/// what lies between them, block, come from one worker thread and throw VantroError or another
+/// std::exception.
 class Recorder {
   public:
     virtual ~Recorder() = default;
@@ -52,8 +56,18 @@ class Recorder {
     /// Finds what is to be recorded, which may mean that the desktop asks the user. False when the
     /// user or `cancelled` took it back. May be repeated before the start.
     virtual bool choose(std::stop_token cancelled) = 0;
-    /// Returns once capture runs. The movie's folder exists.
-    virtual void start(const std::filesystem::path& movie) = 0;
+    /// What the user has chosen in the desktop's own dialog, as it looks now; nothing where the
+    /// desktop did not ask.
+    virtual std::optional<ChosenContent> chosen() = 0;
+    /// False when the user has ended the sharing of that, by the desktop's own means.
+    virtual bool isShared() = 0;
+    /// Restricts the recording to an area of that: points from its top left corner.
+    virtual void crop(const model::Rect& area) = 0;
+    /// Returns once our own windows, which have just been hidden, are no longer in the picture.
+    virtual void awaitHiddenWindows() = 0;
+    /// Returns once capture runs; false when the user has ended the sharing meanwhile, by the
+    /// desktop's own means. The movie's folder exists.
+    virtual bool start(const std::filesystem::path& movie) = 0;
     /// Finishes the files.
     virtual model::RecordingMetadata stop() = 0;
 
@@ -63,5 +77,11 @@ class Recorder {
     /// Zooms to where the pointer is now, as if it had clicked. Nothing where nothing is recorded.
     virtual void mark() = 0;
 };
+
+/// Whether a stop has failed because the user had ended the sharing before its first picture.
+inline bool wasTakenBack(const model::VantroError& failure, Recorder& recorder) {
+    return failure.kind() == model::VantroError::Kind::noRecordingData &&
+           recorder.statistics().condition == RecordingCondition::userStopped;
+}
 
 } // namespace vantro::capture

@@ -62,7 +62,14 @@ bool RecordingSession::choose(std::stop_token cancelled) {
     return target.has_value();
 }
 
-void RecordingSession::start(const std::filesystem::path& movie) {
+std::optional<ChosenContent> RecordingSession::chosen() {
+    auto content = m_platform->chosen();
+    if (content)
+        content->pixelsPerPoint = m_target.display.backingScaleFactor;
+    return content;
+}
+
+bool RecordingSession::start(const std::filesystem::path& movie) {
     base::require(m_platform != nullptr, "a recording starts before its target is chosen");
     // Where content can be listed, what stands where counts as it is now.
     if (m_platform->abilities().listsContent.isAvailable())
@@ -70,7 +77,10 @@ void RecordingSession::start(const std::filesystem::path& movie) {
     m_movie = movie;
     logTarget(m_request, m_target);
     try {
-        openSources();
+        if (!openSources()) {
+            abandon();
+            return false;
+        }
         startSources();
     } catch (...) {
         abandon();
@@ -79,11 +89,14 @@ void RecordingSession::start(const std::filesystem::path& movie) {
     m_progress.setRunning(true);
     m_markable.with([this](CursorTracker*& tracker) { tracker = m_tracker.get(); });
     base::logInfo("Capture started");
+    return true;
 }
 
-void RecordingSession::openSources() {
+bool RecordingSession::openSources() {
     m_extras.openCamera(m_movie.parent_path() / webcamMovieName); // it needs longest to begin
     auto stream = m_platform->makeScreenStream(m_target);
+    if (!stream && stream.error().empty())
+        return false;
     if (!stream)
         failStart(stream.error());
     openWriter(m_extras.openSounds());
@@ -99,6 +112,7 @@ void RecordingSession::openSources() {
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
                                       [this](base::HostTime zero) { m_tracker->keepNewest(zero); });
+    return true;
 }
 
 /// Nobody has to ask for pointer and clicks.

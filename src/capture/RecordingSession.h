@@ -39,9 +39,13 @@ class RecordingSession final : public Recorder {
     ~RecordingSession() override;
 
     bool choose(std::stop_token cancelled) override;
+    std::optional<ChosenContent> chosen() override;
+    bool isShared() override { return m_platform->isShared(); }
+    void crop(const model::Rect& area) override { m_target = cropped(m_target, area); }
+    void awaitHiddenWindows() override { m_platform->awaitHiddenWindows(); }
     /// Throws VantroError, captureStartFailed or assetWriterFailed; nothing is left running and no
     /// file is left then.
-    void start(const std::filesystem::path& movie) override;
+    bool start(const std::filesystem::path& movie) override;
     /// Finishes the movie, whose last picture stays until now. Throws VantroError assetWriterFailed
     /// when the movie could not be written to its end, and noRecordingData when no frame has come;
     /// everything has stopped then too.
@@ -57,7 +61,7 @@ class RecordingSession final : public Recorder {
     void resume();
 
   private:
-    void openSources();
+    bool openSources();
     void noteWhatIsMissing();
     void openWriter(const std::vector<media::AudioSettings>& audio);
     void openJournal();

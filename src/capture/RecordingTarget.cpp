@@ -140,4 +140,31 @@ RecordingTarget resolveTarget(const RecordingRequest& request, const ShareableCo
     return target;
 }
 
+RecordingTarget cropped(RecordingTarget target, const model::Rect& area) {
+    const double scale = target.display.backingScaleFactor;
+    const auto pixels = [scale](double points, double limit) {
+        return static_cast<int>(std::lround(std::clamp(points * scale, 0.0, limit)));
+    };
+    PictureCrop crop;
+    const model::Rect whole = target.captureRect;
+    crop.width = static_cast<int>(std::lround(whole.width * scale));
+    crop.height = static_cast<int>(std::lround(whole.height * scale));
+    auto& part = crop.part;
+    part.x = pixels(area.x, crop.width);
+    part.y = pixels(area.y, crop.height);
+    part.width = (pixels(area.x + area.width, crop.width) - part.x) & ~1;
+    part.height = (pixels(area.y + area.height, crop.height) - part.y) & ~1;
+    if (part.width <= 0 || part.height <= 0)
+        throw model::VantroError(model::VantroError::Kind::invalidSelection);
+    target.mode = model::CaptureMode::area;
+    target.captureRect = {.x = whole.x + part.x / scale,
+                          .y = whole.y + part.y / scale,
+                          .width = part.width / scale,
+                          .height = part.height / scale};
+    target.width = part.width;
+    target.height = part.height;
+    target.crop = crop;
+    return target;
+}
+
 } // namespace vantro::capture

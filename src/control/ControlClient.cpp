@@ -1,9 +1,14 @@
 #include "control/ControlClient.h"
 
+#include "base/Log.h"
+#include "bus/EventLoop.h"
 #include "control/ControlNames.h"
 
+#include <cctype>
 #include <chrono>
 #include <condition_variable>
+#include <cstdlib>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -27,9 +32,6 @@ class Client {
         throw std::runtime_error(
             fmt::format("no session bus can be reached: {}", error.getMessage()));
     }
-    ~Client() { m_connection->leaveEventLoop(); }
-    Client(const Client&) = delete;
-    Client& operator=(const Client&) = delete;
 
     /// The unique name of the process that has that one.
     std::optional<std::string> ownerOf(const char* name) {
@@ -57,6 +59,17 @@ class Client {
         }
     }
 
+    template <typename... Arguments>
+    bool call(const std::string& owner, const char* method, std::chrono::seconds longest,
+              const Arguments&... arguments) {
+        sdbus::createProxy(*m_connection, owner, names::path)
+            ->callMethod(method)
+            .onInterface(names::application)
+            .withTimeout(longest)
+            .withArguments(arguments...);
+        return true;
+    }
+
     /// Must come before whatever makes the recorder give its name up.
     void watchRecorder(const std::string& owner) {
         m_bus->uponSignal("NameOwnerChanged")
@@ -70,7 +83,7 @@ class Client {
                 m_changed.notify_all();
             });
         m_bus->finishRegistration();
-        m_connection->enterEventLoopAsync();
+        m_loop.emplace(*m_connection, "com.vantro.control");
     }
 
     bool awaitEnd() {
@@ -84,6 +97,7 @@ class Client {
     bool m_hasEnded = false; // guarded by m_mutex
     std::unique_ptr<sdbus::IConnection> m_connection;
     std::unique_ptr<sdbus::IProxy> m_bus;
+    std::optional<bus::EventLoop> m_loop; // goes first
 };
 
 [[noreturn]] void failForWantOfRecording() {
@@ -96,6 +110,39 @@ void stop(Client& client, const std::string& recorder) {
     if (!client.awaitEnd())
         throw std::runtime_error(
             fmt::format("the recording has not ended after {} seconds", longestFinish.count()));
+}
+
+/// RFC 8089, of a path that is absolute.
+std::string addressOf(const std::filesystem::path& file) {
+    constexpr std::string_view plain = "/-._~";
+    std::string address = "file://";
+    for (const char byte : file.string()) {
+        const auto code = static_cast<unsigned char>(byte);
+        const bool isPlain = code < 0x80 && (std::isalnum(code) != 0 || plain.contains(byte));
+        address += isPlain ? std::string(1, byte) : fmt::format("%{:02X}", code);
+    }
+    return address;
+}
+
+/// What the desktop gave this process for the window that is to come.
+std::map<std::string, sdbus::Variant> platformData() {
+    const char* token = std::getenv("XDG_ACTIVATION_TOKEN"); // NOLINT(concurrency-mt-unsafe)
+    if (token == nullptr)
+        return {};
+    return {{names::activationToken, sdbus::Variant(std::string(token))}};
+}
+
+template <typename... Arguments>
+bool callApplication(const char* method, const Arguments&... arguments) {
+    constexpr std::chrono::seconds longestAnswer(3); // an own window is better than none
+    try {
+        Client client;
+        const auto owner = client.ownerOf(names::program);
+        return owner && client.call(*owner, method, longestAnswer, arguments...);
+    } catch (const std::exception& error) {
+        base::logInfo("No running Vantro takes it: {}", error.what());
+        return false;
+    }
 }
 
 } // namespace
@@ -126,6 +173,20 @@ void toggleRecording() {
     if (!program)
         throw std::runtime_error("nothing is being recorded, and Vantro's window is not open");
     client.tell(*program, names::toggle);
+}
+
+bool handOver(const std::vector<std::filesystem::path>& files) {
+    if (files.empty())
+        return callApplication(names::activate, platformData());
+    std::vector<std::string> addresses;
+    for (const auto& file : files)
+        addresses.push_back(addressOf(file));
+    return callApplication(names::open, addresses, platformData());
+}
+
+bool handOverAction(const std::string& name) {
+    return callApplication(names::activateAction, name, std::vector<sdbus::Variant>(),
+                           platformData());
 }
 
 } // namespace vantro::control

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <filesystem>
+#include <string>
+#include <vector>
+
 namespace vantro::control {
 
 // Tell the Vantro that runs in this session, whichever process that is. Each throws
@@ -10,5 +14,11 @@ void stopRecording();
 void markZoom();
 /// Stops a recording as above, else has the window start one.
 void toggleRecording();
+
+/// Has the window of a running Vantro come to the front, with these files opened. False where none
+/// runs, or it does not answer soon.
+bool handOver(const std::vector<std::filesystem::path>& files);
+/// Has it do an action of the desktop entry; likewise.
+bool handOverAction(const std::string& name);
 
 } // namespace vantro::control

@@ -12,6 +12,13 @@ constexpr auto mark = "Mark";
 constexpr auto toggle = "Toggle";
 constexpr auto refused = "com.vantro.Error.Refused";
 
+// What desktops call programs by: the interface that desktop entries with DBusActivatable promise.
+constexpr auto application = "org.freedesktop.Application";
+constexpr auto activate = "Activate";
+constexpr auto open = "Open";
+constexpr auto activateAction = "ActivateAction";
+constexpr auto activationToken = "activation-token";
+
 constexpr auto bus = "org.freedesktop.DBus";
 constexpr auto busPath = "/org/freedesktop/DBus";
 

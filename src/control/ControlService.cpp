@@ -1,8 +1,11 @@
 #include "control/ControlService.h"
 
 #include "base/Log.h"
+#include "bus/EventLoop.h"
 #include "control/ControlNames.h"
 
+#include <map>
+#include <optional>
 #include <utility>
 
 #include <sdbus-c++/sdbus-c++.h>
@@ -20,6 +23,16 @@ void run(const std::function<void()>& command) {
     command();
 }
 
+using PlatformData = std::map<std::string, sdbus::Variant>;
+
+/// The token that lets a window come to the front; empty where there is none.
+std::string tokenIn(const PlatformData& data) {
+    const auto found = data.find(names::activationToken);
+    return found != data.end() && found->second.containsValueOfType<std::string>()
+               ? found->second.get<std::string>()
+               : std::string();
+}
+
 class BusService final : public ControlService {
   public:
     explicit BusService(Commands commands)
@@ -35,10 +48,10 @@ class BusService final : public ControlService {
         add(names::stop, m_commands.stop);
         add(names::mark, m_commands.mark);
         add(names::toggle, m_commands.toggle);
+        addApplication();
         m_object->finishRegistration();
-        m_connection->enterEventLoopAsync();
+        m_loop.emplace(*m_connection, "com.vantro.control");
     }
-    ~BusService() override { m_connection->leaveEventLoop(); }
 
     void take(Role role) override {
         constexpr std::uint32_t waitInLine = 0;
@@ -47,6 +60,27 @@ class BusService final : public ControlService {
     void release(Role role) override { call("ReleaseName", std::string(nameOf(role))); }
 
   private:
+    void addApplication() {
+        const auto add = [this](const char* method, auto function) {
+            m_object->registerMethod(method)
+                .onInterface(names::application)
+                .implementedAs(std::move(function));
+        };
+        add(names::activate, [this](const PlatformData& data) { show({}, tokenIn(data)); });
+        add(names::open, [this](const std::vector<std::string>& addresses,
+                                const PlatformData& data) { show(addresses, tokenIn(data)); });
+        add(names::activateAction, [this](const std::string& name,
+                                          const std::vector<sdbus::Variant>&, const PlatformData&) {
+            if (m_commands.act)
+                m_commands.act(name);
+        });
+    }
+    void show(const std::vector<std::string>& addresses, const std::string& token) {
+        if (!m_commands.show)
+            throw sdbus::Error(names::refused, "There is no window");
+        m_commands.show(addresses, token);
+    }
+
     template <typename... Arguments>
     void call(const char* method, const Arguments&... arguments) {
         try {
@@ -64,6 +98,7 @@ class BusService final : public ControlService {
     const std::unique_ptr<sdbus::IConnection> m_connection;
     const std::unique_ptr<sdbus::IProxy> m_bus;
     const std::unique_ptr<sdbus::IObject> m_object;
+    std::optional<bus::EventLoop> m_loop; // goes first
 };
 
 } // namespace

@@ -2,15 +2,22 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace vantro::control {
 
 /// What a running Vantro does when another program tells it to. Each is called on the service's
-/// own thread and returns soon; what is empty is refused.
+/// own thread and returns soon; what is empty is refused. A token, where the desktop has given one,
+/// lets the window come to the front.
 struct Commands {
     std::function<void()> stop;   ///< ends the recording under way
     std::function<void()> mark;   ///< zooms to where the pointer is now
     std::function<void()> toggle; ///< starts a recording, or ends the one under way
+    /// Shows the window, with what lies at these addresses, "file:///…", opened in it.
+    std::function<void(const std::vector<std::string>& addresses, const std::string& token)> show{};
+    /// One of the actions in the desktop entry.
+    std::function<void(const std::string& name)> act{};
 };
 
 enum class Role { program, recorder };

@@ -12,6 +12,7 @@
 #include "capture/RecordingTarget.h"
 #include "capture/camera/CameraWatch.h"
 #include "capture/sound/SoundWatch.h"
+#include "control/ControlClient.h"
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
@@ -30,6 +31,7 @@
 #include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
 #include "window/platform/DeviceMenu.h"
+#include "window/platform/HiddenWindows.h"
 #include "window/platform/IdleInhibitor.h"
 #include "window/platform/KeysSheet.h"
 #include "window/platform/OptionsMenu.h"
@@ -43,11 +45,15 @@
 #include <QApplication>
 #include <QQuickWindow>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
 
 namespace vantro::program {
 namespace {
 
 constexpr int countdownSeconds = 3;
+/// The bus starts the program because somebody calls it; if nobody does, it goes.
+constexpr std::chrono::seconds longestUnasked(20);
 
 std::uint32_t mainDisplayID(app::flows::RecordingPlatform& platform) {
     const auto displays = platform.displays();
@@ -69,10 +75,10 @@ std::vector<window::devices::AttachedDevice> attached(const std::vector<Device>&
 class Program {
   public:
     Program();
-    /// Opens that project or movie first, unless its name is empty.
-    int run(const std::filesystem::path& project);
+    int run(const StartRequest& request);
 
   private:
+    capture::PlatformAbilities abilities();
     void followPreferences();
     void connectQuitting();
     void soundChanged();
@@ -86,7 +92,7 @@ class Program {
     app::flows::PermissionService m_permission{m_timers, [this] { return m_desktop.preflight(); }};
     ui::NativePanels m_panels{m_state, m_preferences};
     ui::FileManager m_fileManager{QDBusConnection::sessionBus()};
-    window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs};
+    window::overlay::DesktopOverlays m_overlays{m_desktop, pictureWithoutUs, m_preferences};
 
     app::flows::QtTaskRunner m_recordingTasks{"com.vantro.recording"};
     app::flows::QtTaskRunner m_exportTasks{"com.vantro.export"};
@@ -110,8 +116,7 @@ class Program {
         m_previewTasks, openMovieForEditor, makeSound, {media::proxy::usualProxyFolder()}};
     window::picker::WindowPickerModel m_windows{m_listTasks, m_timers, listShareableContent};
     window::DisplayChoice m_displays{m_state, [this] { return m_desktop.displays(); }};
-    ui::ActionGuard m_guard{m_state, m_permission, m_flows,
-                            [this] { return m_desktop.abilities(); }};
+    ui::ActionGuard m_guard{m_state, m_permission, m_flows, [this] { return abilities(); }};
     window::devices::DeviceChoice m_microphones{m_state, m_preferences, ui::DeviceUse::microphone};
     window::devices::DeviceChoice m_cameras{m_state, m_preferences, ui::DeviceUse::camera};
     capture::sound::SoundWatch m_soundWatch{[this] {
@@ -138,7 +143,7 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
-    ProgramControl m_control{m_state, m_recording, m_recordingTasks};
+    ProgramControl m_control{m_state, m_flows, m_recordingTasks};
     window::KeysFromAnywhere m_keys{m_preferences,
                                     {app::bindGlobalKeys, app::isWaylandSession()},
                                     [this](capture::GlobalAction action) {
@@ -152,7 +157,8 @@ class Program {
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
                                  m_appearance, m_recordings, m_recents, m_meters, m_microphones,
-                                 m_cameras, m_camera, m_recovery}};
+                                 m_cameras, m_camera, m_recovery, m_recording}};
+    window::HiddenWindows m_hiddenWindows{m_recording};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
         if (m_state.phase() == app::AppPhase::recording())
@@ -176,6 +182,17 @@ Program::Program() {
                      [this](const QString& path) { m_recovery.offer(path.toStdString()); });
     m_recovery.find();
     m_journals.find();
+}
+
+/// Whose windows are hidden needs another way to stop.
+capture::PlatformAbilities Program::abilities() {
+    auto able = m_desktop.abilities();
+    const bool hasButton = QSystemTrayIcon::isSystemTrayAvailable() ||
+                           window::StopNotice::isPossible(QDBusConnection::sessionBus());
+    if (!able.ownWindowsLeftOut.isAvailable() && !hasButton)
+        able.ownWindowsLeftOut.whyNot +=
+            " Stop with your desktop's own button, or a key for `vantro stop`.";
+    return able;
 }
 
 void Program::soundChanged() {
@@ -221,22 +238,35 @@ void Program::connectQuitting() {
     });
 }
 
-int Program::run(const std::filesystem::path& project) {
+int Program::run(const StartRequest& request) {
     m_permission.startPolling();
-    if (!project.empty())
-        m_projects.open(project);
+    if (!request.file.empty())
+        m_projects.open(request.file);
     m_placement.restore();
-    m_window.window().show();
+    if (request.isService)
+        QTimer::singleShot(longestUnasked, qApp, [this] {
+            if (!m_window.window().isVisible() && m_state.phase() == app::AppPhase::idle() &&
+                !m_recording.isPreparing())
+                QCoreApplication::quit();
+        });
+    else
+        m_window.window().show();
+    if (!request.action.empty())
+        m_control.act(request.action);
     return QCoreApplication::exec();
 }
 
 } // namespace
 
-int runApplication(int& argc, char** argv, const std::filesystem::path& project) {
+int runApplication(int& argc, char** argv, const StartRequest& request) {
+    // There is one window: a second start shows it.
+    if (request.action.empty() ? !request.isService && control::handOver(request.files())
+                               : control::handOverAction(request.action))
+        return 0;
     const auto application = makeWindowedApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     Program program;
-    return program.run(project);
+    return program.run(request);
 }
 
 } // namespace vantro::program

@@ -1,21 +1,31 @@
 #include "program/ProgramControl.h"
 
+#include "app/flows/ProjectFlow.h"
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
 
+#include <QUrl>
+#include <QWindow>
+
 namespace vantro::program {
 
-ProgramControl::ProgramControl(app::AppState& state, app::flows::RecordingFlow& recording,
+ProgramControl::ProgramControl(app::AppState& state, app::flows::Flows flows,
                                app::flows::TaskRunner& tasks)
-    : m_state(state), m_recording(recording) {
+    : m_state(state), m_flows(flows) {
     const auto onMain = [&tasks](std::function<void()> command) {
         return [&tasks, command = std::move(command)] { tasks.onMain(command); };
     };
-    m_service =
-        control::ControlService::connect({.stop = onMain([this] { m_recording.stopRecording(); }),
-                                          .mark = onMain([this] { mark(); }),
-                                          .toggle = onMain([this] { toggle(); })});
+    m_service = control::ControlService::connect(
+        {.stop = onMain([this] { m_flows.recording.stopRecording(); }),
+         .mark = onMain([this] { mark(); }),
+         .toggle = onMain([this] { toggle(); }),
+         .show =
+             [this, &tasks](const auto& addresses, const auto& token) {
+                 tasks.onMain([this, addresses, token] { show(addresses, token); });
+             },
+         .act = [this,
+                 &tasks](const auto& action) { tasks.onMain([this, action] { act(action); }); }});
     if (!m_service)
         return;
     m_service->take(control::Role::program);
@@ -34,11 +44,43 @@ void ProgramControl::mark() {
 
 void ProgramControl::toggle() {
     if (m_state.phase() == app::AppPhase::recording())
-        m_recording.stopRecording();
-    else if (m_recording.isPreparing())
-        m_recording.cancelPreparation();
+        m_flows.recording.stopRecording();
+    else if (m_flows.recording.isPreparing())
+        m_flows.recording.cancelPreparation();
     else
-        m_recording.beginCapture();
+        m_flows.recording.beginCapture();
+}
+
+void ProgramControl::show(const std::vector<std::string>& addresses, const std::string& token) {
+    // While it records the window stays away, and nothing is opened.
+    if (m_state.phase() == app::AppPhase::recording() || m_flows.recording.areWindowsHidden())
+        return;
+    if (auto* window = qobject_cast<QWindow*>(m_state.mainWindow())) {
+        if (!token.empty())
+            qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+        window->show();
+        window->raise();
+        window->requestActivate();
+    }
+    if (addresses.empty())
+        return;
+    const QUrl address(QString::fromStdString(addresses.front())); // there is one editor
+    if (address.isLocalFile())
+        m_flows.projects.open(address.toLocalFile().toStdString());
+}
+
+void ProgramControl::act(const std::string& action) {
+    using model::CaptureMode;
+    if (action == "stop-recording")
+        return m_flows.recording.stopRecording();
+    for (const auto& [name, mode] : {std::pair{"record-screen", CaptureMode::screen},
+                                     std::pair{"record-window", CaptureMode::window},
+                                     std::pair{"record-area", CaptureMode::area}})
+        if (action == name) {
+            show({}, {});
+            m_state.setCaptureMode(mode);
+            m_flows.recording.beginCapture();
+        }
 }
 
 } // namespace vantro::program

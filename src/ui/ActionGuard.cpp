@@ -98,6 +98,12 @@ QString ActionGuard::modeMissing() const {
     return {};
 }
 
+QString ActionGuard::ownWindowsNote() const {
+    const bool isOther = m_state.captureMode() == model::CaptureMode::window;
+    return isOther || !modeMissing().isEmpty() ? QString()
+                                               : sentence(m_abilities.ownWindowsLeftOut);
+}
+
 /// Whether this screen is shown, not covered, and no file panel or file operation is under way.
 bool ActionGuard::isFree(Screen wanted) const {
     return screen() == wanted && message().isEmpty() && !m_flows.projects.isBusy();

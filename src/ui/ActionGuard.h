@@ -29,6 +29,8 @@ class ActionGuard : public QObject {
     Q_PROPERTY(QString systemAudioMissing READ systemAudioMissing NOTIFY changed)
     Q_PROPERTY(QString microphoneMissing READ microphoneMissing NOTIFY changed)
     Q_PROPERTY(QString webcamMissing READ webcamMissing NOTIFY changed)
+    /// That our own windows are hidden while the chosen mode records; empty where they are not.
+    Q_PROPERTY(QString ownWindowsNote READ ownWindowsNote NOTIFY changed)
     /// The desktop has a dialog of its own to choose what is recorded.
     Q_PROPERTY(bool desktopAsks READ desktopAsks NOTIFY changed)
     Q_PROPERTY(bool record READ mayRecord NOTIFY changed)
@@ -57,6 +59,7 @@ class ActionGuard : public QObject {
     QString systemAudioMissing() const { return sentence(m_abilities.systemSound); }
     QString microphoneMissing() const { return sentence(m_abilities.microphone); }
     QString webcamMissing() const { return sentence(m_abilities.camera); }
+    QString ownWindowsNote() const;
     bool desktopAsks() const { return !m_abilities.listsContent.isAvailable(); }
     /// Of a desktop that can be recorded but does not tell clicks.
     bool missesClicks() const {

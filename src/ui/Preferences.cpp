@@ -36,6 +36,10 @@ QString deviceKey(DeviceUse use) {
     return use == DeviceUse::microphone ? QStringLiteral("microphone") : QStringLiteral("camera");
 }
 
+QString areaKey(const QString& display) {
+    return QStringLiteral("areas/") + QString::fromLatin1(display.toUtf8().toPercentEncoding());
+}
+
 QString standardFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/vantro/vantro.ini");
@@ -154,6 +158,16 @@ QString Preferences::folder(FolderUse use) const {
 
 void Preferences::setFolder(FolderUse use, const QString& path) {
     m_settings.setValue(folderKey(use), path);
+}
+
+std::optional<QRectF> Preferences::lastArea(const QString& display) const {
+    if (!m_settings.contains(areaKey(display)))
+        return {};
+    return m_settings.value(areaKey(display)).toRectF();
+}
+
+void Preferences::setLastArea(const QString& display, const QRectF& area) {
+    m_settings.setValue(areaKey(display), area);
 }
 
 RememberedDevice Preferences::device(DeviceUse use) const {

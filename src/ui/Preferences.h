@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QRectF>
 #include <QSettings>
 #include <QSize>
 #include <QStringList>
@@ -26,8 +27,9 @@ struct RememberedDevice {
     bool operator==(const RememberedDevice&) const = default;
 };
 
-/// What is remembered from one run to the next. Of capture choices only the devices are: every
-/// start begins with the same mode and switches. Writes reach the disk by themselves. Main thread.
+/// What is remembered from one run to the next. Of capture choices only devices and areas are:
+/// every start begins with the same mode and switches. Writes reach the disk by themselves. Main
+/// thread.
 class Preferences : public QObject {
     Q_OBJECT
 
@@ -68,6 +70,10 @@ class Preferences : public QObject {
     /// Where a panel was left last; empty where it never was.
     QString folder(FolderUse use) const;
     void setFolder(FolderUse use, const QString& path);
+
+    /// What was recorded last of a display: points from its corner.
+    std::optional<QRectF> lastArea(const QString& display) const;
+    void setLastArea(const QString& display, const QRectF& area);
 
     RememberedDevice device(DeviceUse use) const;
     void setDevice(DeviceUse use, const RememberedDevice& device);

@@ -26,6 +26,8 @@ Screen shownScreen(const app::AppState& state, const app::flows::PermissionServi
         return Screen::picker;
     if (recording.isDesktopAsking())
         return Screen::asking;
+    if (recording.isConfirming())
+        return Screen::confirming;
     return countsDown ? Screen::countdown : Screen::controls;
 }
 

@@ -12,12 +12,14 @@ class RecordingFlow;
 namespace vantro::ui {
 
 /// What the main window shows.
-/// `asking`: until the desktop's own dialog is answered.
+/// `asking`: until the desktop's own dialog is answered. `confirming`: what was chosen there
+/// earlier is shown.
 enum class Screen {
     waiting,
     controls,
     picker,
     asking,
+    confirming,
     countdown,
     selecting,
     recording,

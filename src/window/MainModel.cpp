@@ -65,6 +65,10 @@ void MainModel::connectFlows() {
     });
     connect(&recording, &app::flows::RecordingFlow::desktopAskingChanged, this,
             &MainModel::screenChanged);
+    connect(&recording, &app::flows::RecordingFlow::chosenContentChanged, this, [this] {
+        ++m_chosenNumber;
+        Q_EMIT chosenChanged();
+    });
     connect(&recording, &app::flows::RecordingFlow::countdownRemainingChanged, this, [this] {
         Q_EMIT screenChanged();
         Q_EMIT countdownChanged();
@@ -107,6 +111,8 @@ QString MainModel::screen() const {
         return QStringLiteral("picker");
     case ui::Screen::asking:
         return QStringLiteral("asking");
+    case ui::Screen::confirming:
+        return QStringLiteral("confirming");
     case ui::Screen::countdown:
         return QStringLiteral("countdown");
     case ui::Screen::selecting:
@@ -132,6 +138,13 @@ void MainModel::setCaptureMode(int mode) {
 
 QString MainModel::elapsed() const {
     return ui::elapsedText(m_flows.recording.elapsedSeconds());
+}
+
+QString MainModel::chosenPicture() const {
+    const auto& content = m_flows.recording.chosenContent();
+    return content && content->picture != nullptr
+               ? QStringLiteral("image://chosen/%1").arg(m_chosenNumber)
+               : QString();
 }
 
 QString MainModel::recordingNote() const {

@@ -30,7 +30,8 @@ class MainModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    /// waiting, controls, picker, asking, countdown, selecting, recording, editor or empty.
+    /// waiting, controls, picker, asking, confirming, countdown, selecting, recording, editor or
+    /// empty.
     Q_PROPERTY(QString screen READ screen NOTIFY screenChanged)
     Q_PROPERTY(int captureMode READ captureMode WRITE setCaptureMode NOTIFY captureModeChanged)
     Q_PROPERTY(bool systemAudio READ systemAudio WRITE setSystemAudio NOTIFY sourcesChanged)
@@ -43,6 +44,8 @@ class MainModel : public QObject {
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
     Q_PROPERTY(bool stopping READ stopping NOTIFY recordingChanged)
     Q_PROPERTY(int countdown READ countdown NOTIFY countdownChanged)
+    /// Of what was chosen in the desktop's dialog, as the URL of an image; empty for none.
+    Q_PROPERTY(QString chosenPicture READ chosenPicture NOTIFY chosenChanged)
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
     Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
     // What the messages about files name.
@@ -74,6 +77,7 @@ class MainModel : public QObject {
     bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }
     bool stopping() const { return m_flows.recording.isStopping(); }
     int countdown() const { return m_flows.recording.countdownRemaining(); }
+    QString chosenPicture() const;
     QString alertText() const;
     QString alertSuggestion() const;
     QString projectName() const { return QString::fromStdString(m_state.recordingName()); }
@@ -86,6 +90,7 @@ class MainModel : public QObject {
 
     Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
     Q_INVOKABLE void chooseAnew() { m_flows.recording.chooseAnew(); }
+    Q_INVOKABLE void confirmChosen() { m_flows.recording.confirmChosen(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
     Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
     Q_INVOKABLE void cancelAsking() { m_flows.recording.cancelPreparation(); }
@@ -133,6 +138,7 @@ class MainModel : public QObject {
     void sourcesChanged();
     void recordingChanged();
     void countdownChanged();
+    void chosenChanged();
     void alertChanged();
     void questionChanged();
     void optionsWanted(double x, double y);
@@ -150,6 +156,7 @@ class MainModel : public QObject {
     picker::WindowPickerModel& m_windows;
     app::flows::Flows m_flows;
     ui::ActionGuard& m_guard;
+    int m_chosenNumber = 0; ///< of what has been chosen
     QString m_markKey;
     bool m_quitAfterStop = false;
 };

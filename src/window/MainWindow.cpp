@@ -4,6 +4,7 @@
 #include "editor/bars/EditorActions.h"
 #include "ui/ActionGuard.h"
 #include "ui/platform/Appearance.h"
+#include "window/ChosenPictures.h"
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/QmlModule.h"
@@ -28,6 +29,7 @@ MainWindow::MainWindow(MainWindowModels models) {
             [&windows = models.windows](const QString& name) { return windows.icon(name); }));
     m_engine.addImageProvider(QStringLiteral("recording"),
                               new start::RecordingPictures(models.recovery));
+    m_engine.addImageProvider(QStringLiteral("chosen"), new ChosenPictures(models.recording));
     const auto object = [](QObject& model) { return QVariant::fromValue(&model); };
     m_window = makeWindow(m_engine, QStringLiteral("Main.qml"),
                           {{QStringLiteral("app"), object(models.app)},

@@ -23,6 +23,7 @@ class WindowPickerModel;
 } // namespace vantro::window::picker
 
 namespace vantro::app::flows {
+class RecordingFlow;
 class RecoveryFlow;
 } // namespace vantro::app::flows
 
@@ -58,6 +59,7 @@ struct MainWindowModels {
     devices::DeviceChoice& cameras;
     devices::CameraView& camera;
     const app::flows::RecoveryFlow& recovery;
+    const app::flows::RecordingFlow& recording;
 };
 
 /// The program's only window, loaded from the QML module but not shown yet. Main thread.

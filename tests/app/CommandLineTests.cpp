@@ -73,5 +73,20 @@ TEST_F(CommandLine, SaysWhatIsWrongWithFilesAndPlaces) {
     EXPECT_FALSE(exists("o.mp4"));
 }
 
+TEST_F(CommandLine, TellsAShellWhatMayFollow) {
+    const auto script = (folder / "completion").string();
+    const auto offered = [&](const std::string& words) {
+        const auto said = vantro(fmt::format(
+            "--completion bash >'{0}' && bash -c 'source {0}; COMP_WORDS=(vantro {1}); "
+            "COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1)); _vantro; echo \"${{COMPREPLY[*]}}\"'",
+            script, words));
+        return said.output;
+    };
+    EXPECT_EQ(offered("exp"), "export\n");
+    EXPECT_EQ(offered("export film.vantro --qual"), "--quality\n");
+    EXPECT_EQ(offered("export film.vantro --quality b"), "balanced\n");
+    EXPECT_EQ(offered("export film"), "\n") << "files, which the shell knows";
+}
+
 } // namespace
 } // namespace vantro::app

@@ -52,7 +52,11 @@ TEST_F(WaylandCommand, RecordsWhatTheDialogGaveAndSaysWhatThatIs) {
     EXPECT_TRUE(hasColor(*first.pixels, 320, 180, colors::green, 8));
     const auto metadata = files::readProjectFile(project).recording.metadata();
     EXPECT_EQ(metadata.cursorPositions.at(0).x, 100);
-    EXPECT_EQ(run(record("--mode area --rect 0,0,10,10 --force")).exitCode, 1);
+    const auto area = run(record("--mode area --rect 90,40,100,50 --force"));
+    EXPECT_THAT(area.output, HasSubstr("Recording an area of 100x50 pixels\n"));
+    EXPECT_EQ(files::readProjectFile(project).recording.metadata().cursorPositions.at(0).x, 10);
+    for (const auto* none : {"", "--rect 640,0,10,10"})
+        EXPECT_EQ(run(record(std::string("--mode area --force ") + none)).exitCode, 1);
     const auto named = run(record("--mode window --window-title x --force"));
     EXPECT_THAT(named.output, HasSubstr("The desktop itself asks what to record"));
 }
@@ -82,7 +86,7 @@ TEST_F(WaylandCommand, TellsTruthfullyWhatTheDesktopCanDo) {
     EXPECT_EQ(told.at("desktop"), "wayland");
     for (const auto& [ability, isThere] : {std::pair{"screens", true},
                                            {"windows", true},
-                                           {"areas", false},
+                                           {"areas", true},
                                            {"clicks", false},
                                            {"pointer", false},
                                            {"listsContent", false}}) {

@@ -56,6 +56,7 @@ struct ScriptedScreen::Implementation {
     std::function<ScreenFrame(int)> animation;
     bool isMute = false;
     bool losesNext = false;
+    bool isAgreed = true; // upon the profile's size
     int number = 0;
     std::int64_t staleTime = 0;
 
@@ -142,6 +143,8 @@ void ScriptedScreen::Implementation::agree(const spa_pod* pod) {
     spa_video_info_raw info{};
     if (spa_format_video_raw_parse(pod, &info) < 0)
         return;
+    isAgreed = static_cast<int>(info.size.width) == profile.width &&
+               static_cast<int>(info.size.height) == profile.height;
     const int stride = (profile.width * layout.size + 3) / 4 * 4;
     std::array<std::uint8_t, 2048> bytes{};
     spa_pod_builder builder = SPA_POD_BUILDER_INIT(bytes.data(), bytes.size());
@@ -179,7 +182,7 @@ void ScriptedScreen::Implementation::tick() {
 }
 
 void ScriptedScreen::Implementation::fill() {
-    if (waiting.empty())
+    if (waiting.empty() || !isAgreed)
         return;
     pw_buffer* buffer = pw_stream_dequeue_buffer(stream);
     if (buffer == nullptr)
@@ -216,6 +219,8 @@ void ScriptedScreen::Implementation::draw(const ScreenFrame& frame, std::uint8_t
             pixel[layout.red] = static_cast<std::uint8_t>(patch.color >> 16);
             pixel[layout.green] = static_cast<std::uint8_t>(patch.color >> 8);
             pixel[layout.blue] = static_cast<std::uint8_t>(patch.color);
+            if (layout.size == 4) // opaque
+                pixel[6 - layout.red - layout.green - layout.blue] = 255;
         }
         for (int y = 1; y < height; ++y)
             std::copy_n(first, width * layout.size, first + std::ptrdiff_t{y} * stride);
@@ -315,8 +320,10 @@ void ScriptedScreen::animate(std::function<ScreenFrame(int number)> make) {
 
 void ScriptedScreen::resize(int width, int height) {
     const Locked lock(m_implementation->loop);
-    m_implementation->profile.width = width;
-    m_implementation->profile.height = height;
+    auto& profile = m_implementation->profile;
+    m_implementation->isAgreed = profile.width == width && profile.height == height;
+    profile.width = width;
+    profile.height = height;
     std::array<std::uint8_t, 1024> bytes{};
     spa_pod_builder builder = SPA_POD_BUILDER_INIT(bytes.data(), bytes.size());
     const spa_pod* offer = m_implementation->format(builder);

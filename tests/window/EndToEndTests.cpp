@@ -86,6 +86,14 @@ class EndToEndTest : public testing::Test {
     bool hasEnded() {
         return eventually([this] { return session.program().waitForFinished(1); });
     }
+    /// Another start of the program; its exit code.
+    int run(const QStringList& arguments) {
+        QProcess other;
+        other.setProcessEnvironment(session.environment());
+        other.start(session.program().program(), arguments);
+        other.waitForFinished();
+        return other.exitCode();
+    }
     std::string errors() { return session.program().readAllStandardError().toStdString(); }
 
     const QString overlay = QStringLiteral("Select area");
@@ -323,13 +331,7 @@ TEST_F(EndToEndTest, OtherProgramsStartMarkAndStopARecording) {
     start();
     click(screenMode);
     session.xdo({"mousemove", "700", "600"});
-    const auto tell = [&](const char* command) {
-        QProcess telling;
-        telling.setProcessEnvironment(session.environment());
-        telling.start(session.program().program(), {QString::fromLatin1(command)});
-        telling.waitForFinished();
-        return telling.exitCode();
-    };
+    const auto tell = [&](const char* command) { return run({QString::fromLatin1(command)}); };
     EXPECT_EQ(tell("mark"), 1);
     EXPECT_EQ(tell("toggle"), 0);
     ASSERT_TRUE(session.mainWindowBecomes(recordingSize)) << errors();
@@ -342,6 +344,28 @@ TEST_F(EndToEndTest, OtherProgramsStartMarkAndStopARecording) {
     const auto& mark = recorded.metadata.clickEvents.at(0);
     EXPECT_EQ((model::Point{mark.x, mark.y}), (model::Point{700, 600}));
     EXPECT_EQ(tell("stop"), 1) << "it is over";
+}
+
+TEST_F(EndToEndTest, ASecondStartOpensItsFileInTheFirstWindowWhichOutlivesTheBus) {
+    auto bus = std::make_optional<test::SessionBus>();
+    session.setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                        QString::fromStdString(bus->address()));
+    start();
+    const auto home = QString::fromStdString(session.home().string());
+    const auto file = home + QStringLiteral("/größe #1 100%.vantro");
+    ASSERT_EQ(run({QStringLiteral("record"), QStringLiteral("--seconds=1"),
+                   QStringLiteral("--output"), home + QStringLiteral("/film.vantro")}),
+              0);
+    ASSERT_EQ(run({QStringLiteral("pack"), home + QStringLiteral("/film.vantro"),
+                   QStringLiteral("--output"), file}),
+              0);
+    EXPECT_EQ(run({file}), 0);
+    ASSERT_TRUE(session.mainWindowBecomes(editorSize)) << errors();
+    bus.reset();
+    session.xdo({"key", "ctrl+q"});
+    EXPECT_TRUE(session.program().waitForFinished());
+    EXPECT_EQ(session.program().exitStatus(), QProcess::NormalExit) << errors();
+    EXPECT_EQ(session.program().exitCode(), 0);
 }
 
 } // namespace

@@ -109,9 +109,45 @@ TEST_F(MainWindowTest, LeadsToTheDesktopsOwnDialogWhereThereIsOneAndBack) {
     keepPicture(QStringLiteral("asking"));
     click("statusAction");
     EXPECT_TRUE(shows("record"));
-    state.setCaptureMode(model::CaptureMode::area);
+}
+
+TEST_F(MainWindowTest, ShowsWhatIsRestoredAndSaysThatItHidesItself) {
+    platform.able.listsContent.whyNot = "The desktop asks.";
+    platform.able.ownWindowsLeftOut.whyNot = "Vantro's own windows are hidden.";
+    const auto picture = media::PixelBuffer::allocate(media::PixelFormat::bgra, 160, 90);
+    for (int y = 0; y < 90; ++y)
+        std::fill_n(picture->mutableRow(0, y), 160 * 4, std::uint8_t{200});
+    platform.next->content = {.isRestored = true, .picture = picture};
+    showWindow();
+    guard.askAgain();
+    for (const auto mode : model::allCaptureModes) {
+        state.setCaptureMode(mode);
+        settle();
+        EXPECT_EQ(shows("ownWindows"), mode != model::CaptureMode::window);
+        EXPECT_GE(item("record").y(), item("chooseAnew").y() + item("chooseAnew").height());
+    }
+    keepPicture(QStringLiteral("own-windows-hidden"));
+    state.setCaptureMode(model::CaptureMode::screen);
+    record();
     settle();
-    EXPECT_FALSE(shows("chooseAnew"));
+    EXPECT_EQ(app.screen(), "confirming");
+    EXPECT_EQ(window().grabWindow().pixelColor(window().width() / 2, 100), QColor(200, 200, 200));
+    keepPicture(QStringLiteral("confirming"));
+    click("chooseAgain");
+    EXPECT_TRUE(platform.made.back().chooseAgain);
+    runTasks();
+    key(Qt::Key_Return);
+    EXPECT_EQ(app.screen(), "recording");
+    app.stop();
+    runTasks();
+    state.reset();
+    recording.setCountdown(3);
+    record();
+    settle();
+    EXPECT_EQ(text("chosenText"), "3");
+    keepPicture(QStringLiteral("countdown-chosen"));
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(shows("record"));
 }
 
 TEST_F(MainWindowTest, WaitsForPermissionAndShowsTheControlsOnceItIsGranted) {

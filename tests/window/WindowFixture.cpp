@@ -63,7 +63,7 @@ std::unique_ptr<capture::SoundMeter> WindowFixture::makeMeter(capture::SoundKind
 void WindowFixture::showWindow() {
     m_window = std::make_unique<window::MainWindow>(window::MainWindowModels{
         app, editor, actions, windows, displays, guard, appearance, recordings, recents, meters,
-        microphones, cameras, camera, recovery});
+        microphones, cameras, camera, recovery, recording});
     window().show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     settle();

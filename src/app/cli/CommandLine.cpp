@@ -2,6 +2,8 @@
 
 #include "app/cli/Commands.h"
 #include "app/cli/Interrupt.h"
+#include "app/cli/ManualPage.h"
+#include "app/cli/ShellCompletion.h"
 #include "app/cli/StatusLine.h"
 #include "app/files/ImportMovie.h"
 #include "app/files/ProjectPackage.h"
@@ -54,6 +56,18 @@ int runEditor(const std::filesystem::path& file, const WindowCommands& windows) 
     return windows.edit(std::filesystem::absolute(file));
 }
 
+/// What packages install beside the program, made of its own commands: `--completion SHELL` and
+/// `--manual-page`.
+std::optional<std::string> document(const base::CommandLineReader& app, int argc,
+                                    const char* const* argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.size() == 2 && words[0] == "--completion")
+        return completionScript(app.description(), words[1]);
+    if (words == std::vector<std::string>{"--manual-page"})
+        return manualPage(app.description(), VANTRO_VERSION);
+    return {};
+}
+
 } // namespace
 
 int runCommandLine(int argc, const char* const* argv, const WindowCommands& windows) {
@@ -79,6 +93,10 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     addPackCommands(app, action);
     addRecoverCommand(app, action);
     addPlayCommand(app, action, interrupts.token(), windows);
+    if (const auto text = document(app, argc, argv)) {
+        fmt::print("{}", *text);
+        return exitSuccess;
+    }
     if (const auto exitCode = app.read(argc, argv))
         return *exitCode;
     // A command itself says what went wrong, once.

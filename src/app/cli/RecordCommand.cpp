@@ -122,11 +122,15 @@ void requireNewPackage(const Options& options) {
         throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
 }
 
-/// Ends the recording; a failure also tells how to get at what there is of it.
-model::RecordingMetadata finish(capture::Recorder& recorder, const std::filesystem::path& folder) {
+/// Ends the recording; nothing where the user has ended the sharing before its first picture. A
+/// failure also tells how to get at what there is of it.
+std::optional<model::RecordingMetadata> finish(capture::Recorder& recorder,
+                                               const std::filesystem::path& folder) {
     try {
         return recorder.stop();
     } catch (const model::VantroError& error) {
+        if (capture::wasTakenBack(error, recorder))
+            return {};
         throw model::VantroError(
             error.kind(), fmt::format("{} (what there is: vantro recover '{}' --output NAME{})",
                                       error.message(), folder.string(), files::package::extension));
@@ -140,29 +144,45 @@ std::string targetText(const capture::RecordingTarget& target) {
     return fmt::format("Recording {} of {}x{} pixels\n", what, target.width, target.height);
 }
 
+int cancelled() {
+    tell("vantro: cancelled, nothing was recorded\n");
+    return exitInterrupted;
+}
+
+/// A desktop whose dialog cuts areas out itself does not tell where they lie.
+void requireArea(const capture::RecordingRequest& request, capture::Recorder& recorder) {
+    if (request.mode != model::CaptureMode::area || request.area != model::Rect{})
+        return;
+    const auto content = recorder.chosen();
+    if (!content || content->place)
+        throw model::VantroError(model::VantroError::Kind::invalidSelection);
+}
+
 int runRecord(const Options& options, const std::stop_token& interrupted) {
     requireNewPackage(options);
     capture::RecordingSession recorder(options.request, connectDesktop, desktopSound(),
                                        desktopCameras());
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
-        (options.delay > 0 && !waitForStart(options.delay, interrupted))) {
-        tell("vantro: cancelled, nothing was recorded\n");
-        return exitInterrupted;
-    }
+        (options.delay > 0 && !waitForStart(options.delay, interrupted)))
+        return cancelled();
+    requireArea(options.request, recorder);
     if (isWaylandSession()) // what the dialog gave is news
         tell(targetText(recorder.target()));
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
     const ProcessorUse before;
-    recorder.start(movie);
+    if (!recorder.start(movie))
+        return cancelled();
     const RecordingControl control(recorder, interrupted);
     const auto end = watchRecording(recorder, movie, options.limits, control.ending());
     auto metadata = finish(recorder, folder.path);
+    if (!metadata)
+        return cancelled();
     const double processorShare = before.average();
     const auto statistics = recorder.statistics();
-    const auto recording = files::finishRecording(movie, std::move(metadata));
+    const auto recording = files::finishRecording(movie, std::move(*metadata));
     try {
         files::saveProject(
             options.output,
@@ -219,7 +239,8 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
         .option(
             "--rect",
             [&request](const std::string& text) { request.area = parseRect(text).value(); },
-            "The area to record, in points of the desktop")
+            "The area to record, in points of the desktop; on Wayland from the "
+            "top left corner of the screen that is chosen")
         .valueName("X,Y,W,H")
         .check([](const std::string& text) {
             return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;

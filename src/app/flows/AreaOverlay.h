@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/ChosenContent.h"
 #include "model/Geometry.h"
 
 #include <cstdint>
@@ -30,6 +31,13 @@ class AreaOverlays {
     /// Covers every display, above everything and with the keyboard; nothing when there is no
     /// display.
     virtual std::shared_ptr<AreaOverlay> show(AreaOverlayCallbacks callbacks) = 0;
+    /// Whether what was chosen is a screen of which an area can be selected; otherwise it may be an
+    /// area that the desktop's own dialog has cut out.
+    virtual bool isScreen(const capture::ChosenContent& content) = 0;
+    /// Shows a screen's picture where it lies, above everything and with the keyboard. The area is
+    /// told in points from that screen's corner.
+    virtual std::shared_ptr<AreaOverlay> showOn(const capture::ChosenContent& screen,
+                                                AreaOverlayCallbacks callbacks) = 0;
 };
 
 } // namespace vantro::app::flows

@@ -32,10 +32,13 @@ class RecordingFlow : public QObject {
     RecordingFlow(AppState& state, RecordingServices services);
     ~RecordingFlow() override;
 
-    /// The record button. Does nothing unless the application is idle.
+    /// The record button. Confirms what is shown; else does nothing unless the application is idle.
     void beginCapture();
-    /// The same, where the desktop asks what to record: what was chosen earlier does not hold.
+    /// The same, where the desktop asks what to record: what was chosen earlier does not hold. Also
+    /// while that is shown.
     void chooseAnew();
+    /// What is shown is to be recorded.
+    void confirmChosen();
     void windowSelected(const capture::ShareableWindow& window);
     void windowPickerCancelled();
     void areaSelected(std::uint32_t displayID, model::Rect rect);
@@ -52,6 +55,12 @@ class RecordingFlow : public QObject {
     int countdownRemaining() const { return m_countdownRemaining; }
 
     double elapsedSeconds() const { return m_elapsedSeconds; }
+    /// What the user has chosen in the desktop's own dialog, until it is recorded.
+    const std::optional<capture::ChosenContent>& chosenContent() const { return m_content; }
+    /// The user is shown that an earlier choice holds again.
+    bool isConfirming() const { return m_preparation == Preparation::confirming; }
+    /// Our own windows would be in the picture now.
+    bool areWindowsHidden() const { return m_areWindowsHidden; }
     /// The desktop's own dialog is open.
     bool isDesktopAsking() const { return m_isDesktopAsking; }
     bool isWindowPickerShown() const { return m_preparation == Preparation::pickingWindow; }
@@ -63,6 +72,9 @@ class RecordingFlow : public QObject {
     void elapsedSecondsChanged();
     void windowPickerShownChanged();
     void desktopAskingChanged();
+    void chosenContentChanged();
+    /// Handled at once: what is to vanish has been hidden when the signal returns.
+    void windowsHiddenChanged();
     void stoppingChanged();
     void recorderStatusChanged();
     void countdownRemainingChanged();
@@ -73,10 +85,19 @@ class RecordingFlow : public QObject {
     /// What precedes a recording. From each of these back to none: cancelled, failed, or the editor
     /// was opened meanwhile.
     ///
-    ///   none -+-> pickingWindow -+-> choosing -+-> countingDown -+-> none (recording)
-    ///         +-> selectingArea -+             |                 |
-    ///         +------------------+             +-----------------+
-    enum class Preparation { none, pickingWindow, selectingArea, choosing, countingDown };
+    ///   none -+-> pickingWindow -+-> choosing -+-> selectingArea -+-> countingDown -+-> none
+    ///         +-> selectingArea -+             +-> confirming ----+                 | (recording)
+    ///         +------------------+             +------------------+-----------------+
+    ///
+    /// An area is selected before or, where the desktop asks itself, on what has been chosen.
+    enum class Preparation {
+        none,
+        pickingWindow,
+        selectingArea,
+        choosing,
+        confirming,
+        countingDown
+    };
 
     static bool mayFollow(Preparation before, Preparation after);
     void setPreparation(Preparation preparation);
@@ -85,18 +106,29 @@ class RecordingFlow : public QObject {
     void captureArea();
     capture::RecordingRequest makeRequest() const;
     void choose();
-    void chosen(int request, const std::shared_ptr<capture::Recorder>& recorder, bool isChosen);
+    void chosen(int request, const std::shared_ptr<capture::Recorder>& recorder, bool isChosen,
+                std::optional<capture::ChosenContent> content);
+    void freezeScreen();
+    void selectOn(const std::optional<capture::ChosenContent>& content);
+    void cropTo(const model::Rect& area);
+    void beginCountdown();
+    bool hasToHideWindows() const;
     void startRecording();
     void tickCountdown();
     void tickSecond();
     void chooseFailed(int request, const std::string& message);
     void startFailed(int request, const std::string& message);
+    void takenBack(int request);
     void stopFailed(int request, const std::string& message);
     void recordingFinished(int request, const model::Recording& recording);
     void setElapsedSeconds(double seconds);
     void setStopping(bool stopping);
     void setRecorderStatus(const capture::RecordingStatistics& status);
     void setCountdownRemaining(int seconds);
+    void setContent(std::optional<capture::ChosenContent> content);
+    void setWindowsHidden(bool hidden);
+    void checkSharing();
+    AreaOverlayCallbacks overlayCallbacks();
 
     AppState& m_state;
     RecordingServices m_services;
@@ -104,6 +136,8 @@ class RecordingFlow : public QObject {
     Preparation m_preparation = Preparation::none;
     std::stop_source m_choice; ///< takes the choice under way back
     std::shared_ptr<capture::Recorder> m_chosen;
+    std::optional<capture::ChosenContent> m_content; ///< of m_chosen
+    bool m_areWindowsHidden = false;
     bool m_choosesAnew = false;
     bool m_isDesktopAsking = false;
     int m_countdown = 0;
@@ -114,6 +148,7 @@ class RecordingFlow : public QObject {
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;
     std::unique_ptr<MainTimer> m_countdownTimer;
+    std::unique_ptr<MainTimer> m_sharingTimer; ///< while there is content
 };
 
 } // namespace vantro::app::flows

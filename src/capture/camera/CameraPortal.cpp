@@ -1,6 +1,7 @@
 #include "capture/camera/CameraPortal.h"
 
 #include "base/Log.h"
+#include "bus/EventLoop.h"
 
 #include <algorithm>
 #include <atomic>
@@ -46,11 +47,8 @@ class Question {
                     m_answer.set_value(code);
             });
         m_request->finishRegistration();
-        m_connection->enterEventLoopAsync();
+        m_loop.emplace(*m_connection, "com.vantro.cameraportal");
     }
-    ~Question() { m_connection->leaveEventLoop(); }
-    Question(const Question&) = delete;
-    Question& operator=(const Question&) = delete;
 
     std::expected<base::FileDescriptor, CameraRefusal> ask(base::HostDuration longestAnswer) {
         sdbus::ObjectPath request;
@@ -90,6 +88,7 @@ class Question {
     std::unique_ptr<sdbus::IConnection> m_connection;
     std::unique_ptr<sdbus::IProxy> m_portal;
     std::unique_ptr<sdbus::IProxy> m_request;
+    std::optional<bus::EventLoop> m_loop; // goes first
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "capture/wayland/PixelWalk.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace vantro::capture::wayland {
@@ -12,9 +13,12 @@ namespace {
 // A desktop that ends the sharing stops the stream first, and tells of it a moment later. Without
 // that the stream has failed.
 constexpr base::HostDuration longestGoodbye = std::chrono::milliseconds(500);
-// A first picture that was sent before the stream stood is lost, and a still screen sends no second
-// one. Compositors send theirs within a few frames.
+// A first picture that was sent before the stream stood is lost, at its start or after a change of
+// size, and a still screen sends no second one. Compositors send theirs within a few frames.
 constexpr base::HostDuration untilAskedAgain = std::chrono::milliseconds(400);
+constexpr int mostTimesAsked = 5;
+// A window that fades out changes each frame.
+constexpr base::HostDuration restAfterChange = std::chrono::milliseconds(100);
 constexpr base::HostDuration untilWoken = std::chrono::hours(1);
 
 constexpr pipewire::Rate fastest{60, 1};
@@ -93,6 +97,8 @@ class Cast::PublishedLoop {
 
 Cast::Cast(std::unique_ptr<PortalSession> session, PortalGrant grant)
     : m_source(grant.stream), m_session(std::move(session)) {
+    if (m_source.mode == model::CaptureMode::window)
+        m_receiver.picture().keepWindowInPlace();
     m_session->onClosed([this] {
         m_isClosed = true;
         wakeUp();
@@ -131,7 +137,7 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
         return endWith(connection.error().reason);
     m_connection = connection->get();
     pipewire::VideoStream stream(**connection, requestFor(m_source), m_receiver);
-    auto asked = base::hostNow();
+    m_stream = &stream;
     while (!stop.stop_requested()) {
         runTasks();
         if (const auto failure = failureNow())
@@ -139,27 +145,48 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
         if (const auto recording = std::exchange(m_recording, {}))
             recordFrames(*recording);
         else
-            turn(m_receiver.picture().isEmpty() ? untilAskedAgain : untilWoken);
-        const auto now = base::hostNow();
-        if (m_receiver.picture().isEmpty() && now - asked >= untilAskedAgain) {
-            stream.setActive(false);
-            stream.setActive(true);
-            asked = now;
-        }
+            turn(untilWoken);
+        noteChanges();
     }
 }
 
 void Cast::turn(base::HostDuration longestWait) {
     auto& loop = m_connection->loop();
+    if (m_receiver.awaitedSince() && m_timesAsked < mostTimesAsked)
+        longestWait = std::min(longestWait, untilAskedAgain);
     loop.turn(m_receiver.failure() ? std::min(longestWait, longestGoodbye) : longestWait);
     if (const auto& loss = m_connection->loss())
         m_receiver.fail(loss->reason);
+    askAgain();
     const auto& picture = m_receiver.picture();
     const std::lock_guard lock(m_mutex);
     if (!m_firstSize && !picture.isEmpty()) {
         m_firstSize = {picture.view().width, picture.view().height};
         m_changed.notify_all();
     }
+}
+
+void Cast::askAgain() {
+    const auto& since = m_receiver.awaitedSince();
+    const auto now = base::hostNow();
+    if (!since)
+        m_timesAsked = 0;
+    else if (m_timesAsked < mostTimesAsked && now - std::max(*since, m_asked) >= untilAskedAgain) {
+        m_stream->setActive(false);
+        m_stream->setActive(true);
+        m_asked = now;
+        ++m_timesAsked;
+    }
+}
+
+void Cast::noteChanges() {
+    auto& changed = m_receiver.picture().changed();
+    if (m_recording || changed.isEmpty())
+        return;
+    changed.clear();
+    const std::lock_guard lock(m_mutex);
+    m_lastChange = base::hostNow();
+    m_changed.notify_all();
 }
 
 std::optional<Cast::Failure> Cast::failureNow() const {
@@ -194,6 +221,38 @@ Cast::awaitPicture(base::HostDuration longestWait, std::stop_token cancelled) {
     if (m_failure)
         return std::unexpected(*m_failure);
     return m_firstSize;
+}
+
+std::shared_ptr<const media::PixelBuffer> Cast::picture() {
+    std::shared_ptr<media::PixelBuffer> copy;
+    onThread(std::packaged_task<void()>([&] {
+        if (m_receiver.picture().isEmpty())
+            return;
+        const auto& view = m_receiver.picture().view();
+        copy = media::PixelBuffer::allocate(media::PixelFormat::bgra, view.width, view.height);
+        for (int y = 0; y < view.height; ++y)
+            std::memcpy(copy->mutableRow(0, y), view.pixels + y * view.stride,
+                        std::size_t{4} * view.width);
+    }));
+    return copy;
+}
+
+void Cast::awaitChange(base::HostDuration longestWait) {
+    const auto since = base::hostNow();
+    std::unique_lock lock(m_mutex);
+    while (!m_failure) {
+        auto until = since + longestWait;
+        if (m_lastChange > since)
+            until = std::min(until, m_lastChange + restAfterChange);
+        const auto now = base::hostNow();
+        if (now >= until)
+            return;
+        m_changed.wait_for(lock, until - now);
+    }
+}
+
+void Cast::crop(const PictureCrop& crop) {
+    onThread(std::packaged_task<void()>([&] { m_receiver.picture().crop(crop); }));
 }
 
 void Cast::recordFrames(const Recording& recording) {

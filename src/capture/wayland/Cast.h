@@ -38,6 +38,13 @@ class Cast {
     std::expected<std::optional<pipewire::Size>, Failure>
     awaitPicture(base::HostDuration longestWait, std::stop_token cancelled);
 
+    /// What it shows now, before it is recorded; null before the first picture.
+    std::shared_ptr<const media::PixelBuffer> picture();
+    /// Waits until the picture has changed and then rested for a moment, but no longer than that.
+    void awaitChange(base::HostDuration longestWait);
+    /// Shows only that part, from now on. Before recording and pointer.
+    void crop(const PictureCrop& crop);
+
     /// Frames go to `output`, on the cast's thread, until the stop or an error. Once at a time.
     void record(const RecordingTarget& target, ScreenStreamOutput& output);
     /// No frame comes after this has returned. Harmless when repeated.
@@ -61,6 +68,8 @@ class Cast {
     void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
     void recordFrames(const Recording& recording);
     void turn(base::HostDuration longestWait);
+    void noteChanges();
+    void askAgain();
     void runTasks();
     void endWith(const Failure& failure);
     std::optional<Failure> failureNow() const;
@@ -73,14 +82,19 @@ class Cast {
     std::stop_source m_recordingStop;
     // The thread's:
     CastReceiver m_receiver;
-    std::optional<Recording> m_recording;         // that is to begin
-    pipewire::Connection* m_connection = nullptr; // while it is live
+    std::optional<Recording> m_recording; // that is to begin
+    // While it is live:
+    pipewire::Connection* m_connection = nullptr;
+    pipewire::VideoStream* m_stream = nullptr;
+    base::HostTime m_asked; // for a picture
+    int m_timesAsked = 0;   // since one came
 
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     // Guarded by m_mutex:
     std::optional<pipewire::Size> m_firstSize;
     std::optional<Failure> m_failure; // of a stream that has ended
+    base::HostTime m_lastChange;      // of the picture while it is not recorded
     bool m_isRecording = false;
     bool m_isOver = false; // the thread takes no more tasks
     std::deque<std::packaged_task<void()>> m_tasks;

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "base/HostClock.h"
+#include "capture/RecordingTarget.h"
 #include "capture/pictures/PictureComparison.h"
 #include "capture/pictures/PictureFit.h"
+#include "capture/wayland/PixelWalk.h"
 #include "model/Geometry.h"
 #include "pipewire/VideoBuffer.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace vantro::capture::wayland {
@@ -18,6 +21,14 @@ class CastPicture {
   public:
     /// False when no picture that can be shown is in it.
     bool take(const pipewire::VideoBuffer& buffer);
+
+    /// Leaves out everything but a part, of the picture that there is and of those to come; of one
+    /// of another size the part in the same place.
+    void crop(const PictureCrop& crop);
+
+    /// It is a window's: where pictures become larger for its menus, the window stays where it is,
+    /// and what hangs over is left out.
+    void keepWindowInPlace() { m_isWindow = true; }
 
     /// Before the first picture.
     bool isEmpty() const { return m_view.pixels == nullptr; }
@@ -32,7 +43,9 @@ class CastPicture {
 
   private:
     void resize(int width, int height);
-    void rememberPlace(const pipewire::VideoBuffer& buffer);
+    void rememberPlace(const pipewire::VideoBuffer& buffer, int width, int height);
+    media::color::PixelRect cropIn(const PictureCrop& crop, int width, int height);
+    model::Point uprightPlaceOf(model::Point inBuffer) const;
 
     pictures::PictureComparison m_copy{1, 1};
     pictures::PictureView m_view; // of the copy
@@ -44,6 +57,11 @@ class CastPicture {
     model::Point m_corner; // of the part that is to be seen
     model::Size m_part;    // as it lies in the buffer
     std::uint32_t m_transform = 0;
+    void followWindow(const PixelWalk& walk, pipewire::Layout layout);
+
+    bool m_isWindow = false;
+    std::optional<PictureCrop> m_crop;
+    model::Point m_cropCorner; // in the upright picture
 };
 
 } // namespace vantro::capture::wayland

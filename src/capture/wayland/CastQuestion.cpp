@@ -80,13 +80,27 @@ void CastQuestion::run(const std::stop_token& cancelled) {
     if (cancelled.stop_requested())
         return;
     if (picked)
-        m_answer(targetOf((*picked)->source(), m_size), *picked);
+        answerWith(*picked);
     else if (picked.error().kind == PortalRefusal::Kind::takenBack)
         m_answer(std::nullopt, nullptr);
     else
         m_answer(std::unexpected(model::VantroError(model::VantroError::Kind::captureStartFailed,
                                                     picked.error().reason)),
                  nullptr);
+}
+
+void CastQuestion::answerWith(const std::shared_ptr<Cast>& cast) {
+    auto target = targetOf(cast->source(), m_size);
+    // Without an area the user selects one on the picture.
+    const bool hasArea =
+        m_request.mode == model::CaptureMode::area && m_request.area != model::Rect{};
+    try {
+        if (hasArea)
+            target = cropped(std::move(target), m_request.area);
+    } catch (const model::VantroError& error) {
+        return m_answer(std::unexpected(error), nullptr);
+    }
+    m_answer(std::move(target), cast);
 }
 
 /// What a desktop restores may be something else than was chosen, another monitor say; then the
@@ -97,12 +111,14 @@ CastQuestion::Picked CastQuestion::pick(const std::optional<RememberedChoice>& r
     auto picked = negotiate(remembered ? remembered->token : "", cancelled, nextToken);
     if (!picked)
         return picked;
-    if (remembered && chosenSource((*picked)->source(), m_size) != remembered->source) {
+    const auto source = chosenSource((*picked)->source(), m_size);
+    if (remembered && !isSame(remembered->source, source)) {
         base::logInfo("The desktop has restored something else than was chosen: asking again");
+        m_tokens.take(m_request.mode);
         picked->reset(); // its session ends before the next one begins
         return pick({}, cancelled);
     }
-    m_tokens.keep(m_request.mode, {nextToken, chosenSource((*picked)->source(), m_size)});
+    m_tokens.keep(m_request.mode, {nextToken, source});
     return picked;
 }
 
@@ -116,6 +132,9 @@ CastQuestion::Picked CastQuestion::negotiate(const std::string& restoreToken,
     if (!grant)
         return std::unexpected(grant.error());
     nextToken = grant->restoreToken;
+    // At once: the one before is used up, and what was chosen may never show a picture.
+    m_tokens.keep(m_request.mode, {nextToken, chosenSource(grant->stream, {})});
+    grant->stream.isRestored = !restoreToken.empty();
     auto cast = std::make_shared<Cast>(std::move(session), std::move(*grant));
     const auto size = cast->awaitPicture(longestWaitForPicture, cancelled);
     if (!size && size.error().empty())

@@ -27,6 +27,7 @@ class CastQuestion final : public TargetQuestion {
                 const std::stop_token& cancelled);
     Picked negotiate(const std::string& restoreToken, const std::stop_token& cancelled,
                      std::string& nextToken);
+    void answerWith(const std::shared_ptr<Cast>& cast);
 
     const RecordingRequest m_request;
     const PortalOffer m_offer;

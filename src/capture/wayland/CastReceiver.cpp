@@ -23,6 +23,10 @@ void CastReceiver::fail(const std::string& reason) {
         m_failure = Failure{base::hostNow(), reason};
 }
 
+void CastReceiver::formatChanged(const pipewire::VideoFormat&) {
+    m_awaitedSince = base::hostNow();
+}
+
 void CastReceiver::stateChanged(pipewire::StreamState state, const std::string& error) {
     if (state == pipewire::StreamState::failed)
         fail(error.empty() ? "the desktop has stopped sending pictures"
@@ -33,6 +37,7 @@ void CastReceiver::arrived(const pipewire::VideoBuffer& buffer) {
     if (!buffer.planes.empty()) {
         const bool isTaken = m_picture.take(buffer);
         m_hasNews |= isTaken;
+        m_awaitedSince.reset();
         if (!isTaken && !std::exchange(m_hasBroken, true))
             base::logWarning("The desktop sends pictures that are not what it says");
     }

@@ -24,6 +24,8 @@ class CastReceiver final : public pipewire::VideoStreamListener {
     /// A picture has come since this was last asked.
     bool takeNews();
     bool hasNews() const { return m_hasNews; }
+    /// Since when a picture of the agreed format has been waited for; nothing once it has come.
+    const std::optional<base::HostTime>& awaitedSince() const { return m_awaitedSince; }
     struct Failure {
         base::HostTime since;
         std::string reason; ///< for the user
@@ -36,6 +38,7 @@ class CastReceiver final : public pipewire::VideoStreamListener {
 
   private:
     void arrived(const pipewire::VideoBuffer& buffer) override;
+    void formatChanged(const pipewire::VideoFormat& format) override;
     void stateChanged(pipewire::StreamState state, const std::string& error) override;
 
     void pointerMoved(const pipewire::CursorNews& cursor, base::HostTime arrival);
@@ -44,6 +47,7 @@ class CastReceiver final : public pipewire::VideoStreamListener {
 
     CastPicture m_picture;
     bool m_hasNews = false;
+    std::optional<base::HostTime> m_awaitedSince = base::hostNow();
     bool m_hasBroken = false; // pictures that cannot be shown have come
     std::optional<Failure> m_failure;
     PointerOutput* m_output = nullptr;

@@ -96,6 +96,11 @@ std::optional<PixelWalk> walkThrough(const pipewire::VideoBuffer& buffer) {
     }
 }
 
+PixelWalk partOf(const PixelWalk& walk, media::color::PixelRect part) {
+    return {walk.first + part.y * walk.down + part.x * walk.right, walk.right, walk.down,
+            part.width, part.height};
+}
+
 std::vector<Layout> castLayouts() {
     std::vector<Layout> layouts;
     layouts.reserve(knownLayouts.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/color/ColorConversion.h"
 #include "pipewire/VideoBuffer.h"
 
 #include <cstddef>
@@ -22,6 +23,9 @@ struct PixelWalk {
 /// Nothing for a buffer whose memory does not hold what its format promises, of which nothing is
 /// left, or whose layout is none of `castLayouts`.
 std::optional<PixelWalk> walkThrough(const pipewire::VideoBuffer& buffer);
+
+/// A part of the upright picture, which lies inside of it.
+PixelWalk partOf(const PixelWalk& walk, media::color::PixelRect part);
 
 /// What `readRow` can read, the cheapest first.
 std::vector<pipewire::Layout> castLayouts();

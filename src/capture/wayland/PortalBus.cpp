@@ -1,8 +1,5 @@
 #include "capture/wayland/PortalBus.h"
 
-#include "base/Log.h"
-#include "base/SerialQueue.h"
-
 #include <algorithm>
 #include <stdexcept>
 
@@ -42,22 +39,11 @@ void PortalBus::watchPortal(std::function<void(bool isThere)> told) {
 }
 
 void PortalBus::start(std::function<void()> lost) {
-    m_thread = std::jthread([this, lost = std::move(lost)] {
-        base::setThreadName("com.vantro.portal");
-        try {
-            m_connection->enterEventLoop();
-        } catch (const sdbus::Error& error) {
-            base::logWarning("The session bus is lost: {}", error.getMessage());
-            lost();
-        }
-    });
+    m_loop.emplace(*m_connection, "com.vantro.portal", std::move(lost));
 }
 
 void PortalBus::stop() {
-    if (!m_thread.joinable())
-        return;
-    m_connection->leaveEventLoop();
-    m_thread.join();
+    m_loop.reset();
 }
 
 } // namespace vantro::capture::wayland

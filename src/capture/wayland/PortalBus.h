@@ -1,11 +1,11 @@
 #pragma once
 
+#include "bus/EventLoop.h"
+
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <thread>
-
-#include <sdbus-c++/sdbus-c++.h>
 
 namespace vantro::capture::wayland {
 
@@ -42,7 +42,7 @@ class PortalBus {
   private:
     std::unique_ptr<sdbus::IConnection> m_connection;
     sdbus::Slot m_portalWatch;
-    std::jthread m_thread;
+    std::optional<bus::EventLoop> m_loop;
 };
 
 } // namespace vantro::capture::wayland

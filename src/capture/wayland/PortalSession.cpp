@@ -70,6 +70,7 @@ std::expected<PortalStream, PortalRefusal> streamOf(const Properties& results,
     PortalStream stream{.node = node,
                         .serial = find<std::uint64_t>(properties, "pipewire-serial"),
                         .mode = wanted,
+                        .isRestored = false,
                         .id = find<std::string>(properties, "id").value_or(""),
                         .position = {},
                         .size = {}};

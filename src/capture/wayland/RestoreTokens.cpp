@@ -65,6 +65,15 @@ RememberedChoice choiceFrom(const json& stored) {
 
 } // namespace
 
+bool isSame(const ChosenSource& remembered, const ChosenSource& now) {
+    ChosenSource known = remembered;
+    if (known.width == 0) {
+        known.width = now.width;
+        known.height = now.height;
+    }
+    return known == now;
+}
+
 RestoreTokens::RestoreTokens(std::filesystem::path file, std::string application)
     : m_file(std::move(file)), m_application(std::move(application)) {}
 
@@ -75,7 +84,8 @@ RestoreTokens RestoreTokens::usual() {
 }
 
 std::string RestoreTokens::key(model::CaptureMode mode) const {
-    return std::string(model::rawValue(mode)) + "/" + m_application;
+    const auto kind = mode == model::CaptureMode::area ? model::CaptureMode::screen : mode;
+    return std::string(model::rawValue(kind)) + "/" + m_application;
 }
 
 std::optional<RememberedChoice> RestoreTokens::take(model::CaptureMode mode) {

@@ -14,10 +14,13 @@ struct ChosenSource {
     std::string id; ///< the desktop's own name for it; empty where it has none
     std::optional<model::Point> position; // of the compositor's units, as is the size
     std::optional<model::Size> size;
-    int width = 0; ///< of its first picture, pixels
+    int width = 0; ///< of its first picture, pixels; 0 until there was one
     int height = 0;
     bool operator==(const ChosenSource&) const = default;
 };
+
+/// Whether one can be taken for the other.
+bool isSame(const ChosenSource& remembered, const ChosenSource& now);
 
 /// A choice that the desktop can be asked to let hold again.
 struct RememberedChoice {
@@ -38,6 +41,7 @@ class RestoreTokens {
     /// Of this user and this process.
     static RestoreTokens usual();
 
+    /// An area is chosen on a screen, so these are of one kind.
     std::optional<RememberedChoice> take(model::CaptureMode mode);
     void keep(model::CaptureMode mode, const RememberedChoice& choice);
 

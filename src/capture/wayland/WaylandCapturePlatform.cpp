@@ -11,6 +11,9 @@ namespace {
 // A portal may have to be started first. The window waits for this once, at its start.
 constexpr base::HostDuration longestFirstAnswer = std::chrono::seconds(5);
 
+// Later than this a window is gone, or was never in the picture.
+constexpr base::HostDuration longestFade = std::chrono::milliseconds(500);
+
 constexpr const char* desktopAsks =
     "The desktop itself asks what to record, in a dialog of its own, when a recording begins.";
 
@@ -73,6 +76,9 @@ class WaylandCapturePlatform final : public CapturePlatform {
     bool isConnected() override { return true; }
     std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
                                                TargetAnswer answer) override;
+    std::optional<ChosenContent> chosen() override;
+    bool isShared() override;
+    void awaitHiddenWindows() override;
     std::expected<std::unique_ptr<ScreenStream>, std::string>
     makeScreenStream(const RecordingTarget& target) override;
     std::expected<std::unique_ptr<PointerSource>, std::string>
@@ -94,10 +100,10 @@ PlatformAbilities WaylandCapturePlatform::abilities() {
         able.screens.whyNot = "This desktop does not share whole screens.";
     if (!offer.windows)
         able.windows.whyNot = "This desktop does not share single windows.";
-    able.areas.whyNot = "Areas cannot be recorded on this desktop yet.";
+    able.areas = able.screens; // chosen on a screen's picture
     able.listsContent.whyNot = desktopAsks;
-    able.ownWindowsLeftOut.whyNot = "Vantro's own windows appear in recordings of a screen: this "
-                                    "desktop cannot leave them out.";
+    able.ownWindowsLeftOut.whyNot =
+        "On this desktop Vantro's own windows are hidden while recording.";
     if (!offer.pointerApart)
         able.pointer.whyNot = offer.pointerInPicture
                                   ? "The pointer is recorded as part of the picture: this desktop "
@@ -132,13 +138,42 @@ std::unique_ptr<TargetQuestion> WaylandCapturePlatform::findTarget(const Recordi
         });
 }
 
+std::optional<ChosenContent> WaylandCapturePlatform::chosen() {
+    const auto cast = m_picked.with([](const auto& picked) { return picked; });
+    if (!cast)
+        return {};
+    const PortalStream& source = cast->source();
+    ChosenContent content{.isRestored = source.isRestored,
+                          .name = source.id,
+                          .place = {},
+                          .picture = cast->picture()};
+    if (source.position)
+        content.place = {.x = source.position->x,
+                         .y = source.position->y,
+                         .width = source.size ? source.size->width : 0,
+                         .height = source.size ? source.size->height : 0};
+    return content;
+}
+
+bool WaylandCapturePlatform::isShared() {
+    const auto cast = m_picked.with([](const auto& picked) { return picked; });
+    return !cast || cast->failure() != Cast::Failure();
+}
+
+void WaylandCapturePlatform::awaitHiddenWindows() {
+    if (const auto cast = m_picked.with([](const auto& picked) { return picked; }))
+        cast->awaitChange(longestFade);
+}
+
 std::expected<std::unique_ptr<ScreenStream>, std::string>
 WaylandCapturePlatform::makeScreenStream(const RecordingTarget& target) {
     auto cast = m_picked.with([](auto& picked) { return std::exchange(picked, nullptr); });
     if (!cast)
         return std::unexpected("nothing has been chosen in the desktop's dialog");
     if (const auto failure = cast->failure())
-        return std::unexpected(failure->empty() ? "the desktop has ended the sharing" : *failure);
+        return std::unexpected(*failure);
+    if (target.crop)
+        cast->crop(*target.crop);
     m_streamed = cast;
     return std::make_unique<CastStream>(std::move(cast), target);
 }

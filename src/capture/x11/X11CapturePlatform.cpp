@@ -54,9 +54,9 @@ PlatformAbilities X11CapturePlatform::abilities() {
     abilities.windows =
         needs(xcb_composite_id,
               "Single windows cannot be recorded: the display lacks the extension Composite.");
-    abilities.ownWindowsLeftOut =
-        needs(xcb_composite_id, "Vantro's own windows appear in recordings: the display lacks the "
-                                "extension Composite.");
+    abilities.ownWindowsLeftOut = needs(
+        xcb_composite_id, "Vantro's own windows are hidden while recording: the display lacks "
+                          "the extension Composite.");
     abilities.clicks = needs(xcb_input_id, "Clicks are not recorded: the display lacks the "
                                            "extension XInputExtension 2.");
     return abilities;

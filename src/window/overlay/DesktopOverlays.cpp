@@ -1,6 +1,8 @@
 #include "window/overlay/DesktopOverlays.h"
 
 #include "app/flows/RecordingPlatform.h"
+#include "ui/Preferences.h"
+#include "window/overlay/FrozenPicture.h"
 #include "window/overlay/SelectionOverlay.h"
 
 #include <QGuiApplication>
@@ -65,16 +67,41 @@ QScreen& screenOf(const capture::ShareableDisplay& display) {
     });
 }
 
-/// An overlay on each display.
+QString nameOf(const std::string& told, const QScreen* screen) {
+    return told.empty() && screen != nullptr ? screen->name() : QString::fromStdString(told);
+}
+
+/// Overlays of which the first answer ends all.
 class OverlayGroup : public app::flows::AreaOverlay {
   public:
-    OverlayGroup(const std::vector<capture::ShareableDisplay>& displays,
-                 const DesktopOverlays::PictureWithoutUs& withoutUs,
-                 app::flows::AreaOverlayCallbacks callbacks)
-        : m_callbacks(std::move(callbacks)) {
-        for (const auto& display : displays)
-            add(screenOf(display), display, withoutUs);
-        // All pictures are taken before the first overlay covers a screen.
+    OverlayGroup(ui::Preferences& preferences, app::flows::AreaOverlayCallbacks callbacks)
+        : m_preferences(preferences), m_callbacks(std::move(callbacks)) {}
+
+    /// `display` is the name that its area is remembered by.
+    SelectionOverlay& add(QScreen& screen, const QImage& picture, const OverlayScale& scale,
+                          const QString& display) {
+        auto& overlay = *m_overlays.emplace_back(std::make_unique<SelectionOverlay>(
+            &screen, picture, scale,
+            app::flows::AreaOverlayCallbacks{
+                .onSelection =
+                    [this, scale, display](std::uint32_t displayID, model::Rect rect) {
+                        if (!end())
+                            return;
+                        m_preferences.setLastArea(display,
+                                                  {rect.x - scale.origin.x, rect.y - scale.origin.y,
+                                                   rect.width, rect.height});
+                        m_callbacks.onSelection(displayID, rect);
+                    },
+                .onCancel =
+                    [this] {
+                        if (end())
+                            m_callbacks.onCancel();
+                    }}));
+        if (const auto last = m_preferences.lastArea(display))
+            overlay.offer({last->x(), last->y(), last->width(), last->height()});
+        return overlay;
+    }
+    void showAll() {
         for (const auto& overlay : m_overlays)
             overlay->showFullScreen();
         m_overlays.front()->raise();
@@ -82,26 +109,6 @@ class OverlayGroup : public app::flows::AreaOverlay {
     }
 
   private:
-    void add(QScreen& screen, const capture::ShareableDisplay& display,
-             const DesktopOverlays::PictureWithoutUs& withoutUs) {
-        m_overlays.push_back(std::make_unique<SelectionOverlay>(
-            &screen, pictureOf(screen, [&] { return withoutUs(display.displayID); }),
-            OverlayScale{.pixelsPerUnit = screen.devicePixelRatio(),
-                         .pixelsPerPoint = display.backingScaleFactor,
-                         .displayID = display.displayID,
-                         .origin = {.x = display.frame.x, .y = display.frame.y}},
-            app::flows::AreaOverlayCallbacks{.onSelection =
-                                                 [this](std::uint32_t displayID, model::Rect rect) {
-                                                     if (end())
-                                                         m_callbacks.onSelection(displayID, rect);
-                                                 },
-                                             .onCancel =
-                                                 [this] {
-                                                     if (end())
-                                                         m_callbacks.onCancel();
-                                                 }}));
-    }
-
     /// False when an answer has been given already.
     bool end() {
         for (const auto& overlay : m_overlays)
@@ -109,6 +116,7 @@ class OverlayGroup : public app::flows::AreaOverlay {
         return !std::exchange(m_ended, true);
     }
 
+    ui::Preferences& m_preferences;
     app::flows::AreaOverlayCallbacks m_callbacks;
     std::vector<std::unique_ptr<SelectionOverlay>> m_overlays;
     bool m_ended = false;
@@ -121,7 +129,40 @@ DesktopOverlays::show(app::flows::AreaOverlayCallbacks callbacks) {
     const auto displays = m_platform.displays();
     if (displays.empty() || QGuiApplication::screens().isEmpty())
         return nullptr;
-    return std::make_shared<OverlayGroup>(displays, m_withoutUs, std::move(callbacks));
+    auto overlays = std::make_shared<OverlayGroup>(m_preferences, std::move(callbacks));
+    for (const auto& display : displays) {
+        auto& screen = screenOf(display);
+        overlays->add(screen, pictureOf(screen, [&] { return m_withoutUs(display.displayID); }),
+                      {.pixelsPerUnit = screen.devicePixelRatio(),
+                       .pixelsPerPoint = display.backingScaleFactor,
+                       .displayID = display.displayID,
+                       .origin = {.x = display.frame.x, .y = display.frame.y}},
+                      nameOf(display.name, &screen));
+    }
+    overlays->showAll(); // once all pictures are taken
+    return overlays;
+}
+
+bool DesktopOverlays::isScreen(const capture::ChosenContent& content) {
+    return isWholeScreen(content);
+}
+
+std::shared_ptr<app::flows::AreaOverlay>
+DesktopOverlays::showOn(const capture::ChosenContent& screen,
+                        app::flows::AreaOverlayCallbacks callbacks) {
+    QScreen* shown = screenOf(screen);
+    QScreen* placed = shown != nullptr ? shown : QGuiApplication::primaryScreen();
+    if (placed == nullptr)
+        return nullptr;
+    auto overlays = std::make_shared<OverlayGroup>(m_preferences, std::move(callbacks));
+    auto& overlay = overlays->add(*placed, imageOf(screen.picture),
+                                  {.pixelsPerUnit = 0, .pixelsPerPoint = screen.pixelsPerPoint},
+                                  nameOf(screen.name, shown));
+    if (shown != nullptr)
+        overlays->showAll();
+    else
+        overlay.showFitted();
+    return overlays;
 }
 
 } // namespace vantro::window::overlay

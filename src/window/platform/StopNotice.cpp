@@ -5,9 +5,11 @@
 #include "base/Log.h"
 #include "capture/RecordingTarget.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QVariantMap>
 #include <utility>
 
@@ -30,6 +32,14 @@ StopNotice::StopNotice(app::AppState& state, app::flows::RecordingFlow& flow, QD
     connect(&state, &app::AppState::phaseChanged, this, &StopNotice::update);
     m_bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
                   SLOT(chosen(uint, QString)));
+}
+
+bool StopNotice::isPossible(const QDBusConnection& bus) {
+    auto* names = bus.interface();
+    if (names == nullptr)
+        return false;
+    const QDBusReply<QStringList> startable = names->activatableServiceNames();
+    return names->isServiceRegistered(service) || startable.value().contains(service);
 }
 
 StopNotice::~StopNotice() {

@@ -28,6 +28,9 @@ class StopNotice : public QObject {
                std::function<bool()> hasTray);
     ~StopNotice() override;
 
+    /// Whether there is a service for it, which may have to be started yet.
+    static bool isPossible(const QDBusConnection& bus);
+
   private Q_SLOTS:
     void chosen(uint notice, const QString& action);
 

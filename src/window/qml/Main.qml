@@ -73,7 +73,8 @@ Window {
         anchors.fill: parent
         focus: true
         sourceComponent: ({
-            waiting: waiting, controls: controls, picker: picker, asking: asking, countdown: countdown,
+            waiting: waiting, controls: controls, picker: picker, asking: asking, confirming: chosen,
+            countdown: window.app.chosenPicture !== "" ? chosen : countdown,
             selecting: selecting, recording: recording, editor: editing, empty: empty
         })[window.app.screen]
         onLoaded: takeFocus()
@@ -141,6 +142,12 @@ Window {
             text: qsTr("Choose what to record in your desktop's dialog")
             action: qsTr("Cancel")
             onTriggered: window.app.cancelAsking()
+        }
+    }
+    Component {
+        id: chosen
+        ChosenScreen {
+            app: window.app
         }
     }
     Component {

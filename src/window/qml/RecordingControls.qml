@@ -15,9 +15,9 @@ FocusScope {
 
     implicitWidth: 340
     // The desktop remembers what was chosen in its dialog; this asks for another choice.
-    readonly property bool canChooseAnew: guard.desktopAsks && app.captureMode !== 2 && guard.modeMissing === ""
+    readonly property bool canChooseAnew: guard.desktopAsks && guard.modeMissing === ""
 
-    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (anew.visible ? anew.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0) + (picture.visible ? picture.height + Theme.gap : 0)
+    implicitHeight: 120 + (displayBox.visible ? displayBox.height + Theme.gap : 0) + (anew.visible ? anew.height + Theme.gap : 0) + (note.visible ? note.height + Theme.gap : 0) + (ownWindows.visible ? ownWindows.height + Theme.gap : 0) + (sourceNote.visible ? sourceNote.height + Theme.gap : 0) + (picture.visible ? picture.height + Theme.gap : 0)
 
     SegmentedPicker {
         id: modes
@@ -64,9 +64,20 @@ FocusScope {
         color: Theme.warning
     }
     Label {
+        id: ownWindows
+        objectName: "ownWindows"
+        anchors { left: modes.left; right: modes.right; top: anew.visible ? anew.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
+        visible: text !== ""
+        text: screen.guard.ownWindowsNote
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        font.pixelSize: Theme.caption
+        color: Theme.secondaryText
+    }
+    Label {
         id: sourceNote
         objectName: "sourceNote"
-        anchors { left: modes.left; right: modes.right; top: note.visible ? note.bottom : anew.visible ? anew.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
+        anchors { left: modes.left; right: modes.right; top: note.visible ? note.bottom : ownWindows.visible ? ownWindows.bottom : anew.visible ? anew.bottom : displayBox.visible ? displayBox.bottom : modes.bottom; topMargin: Theme.gap }
         visible: text !== ""
         text: {
             const lines = []

@@ -85,6 +85,121 @@ TEST_F(RecordingFlowTest, LeavesTheChoiceAndTheStopToADesktopThatAsksItself) {
     EXPECT_TRUE(flow.isStopping()) << "the desktop's own button is a stop button";
 }
 
+/// A desktop that asks itself, and cannot leave our windows out.
+class ChosenOnDesktopTest : public RecordingFlowTest {
+  protected:
+    ChosenOnDesktopTest() {
+        platform.able.listsContent.whyNot = "The desktop asks.";
+        platform.able.ownWindowsLeftOut.whyNot = "They are hidden.";
+        recorder().content = {.place = model::Rect{0, 0, 640, 360},
+                              .picture =
+                                  media::PixelBuffer::allocate(media::PixelFormat::bgra, 2, 2)};
+        QObject::connect(&flow, &RecordingFlow::windowsHiddenChanged, [this] {
+            hiddenAt.emplace_back(flow.areWindowsHidden(), recorder().hides);
+        });
+    }
+
+    std::vector<std::pair<bool, int>> hiddenAt; ///< and how often that had been waited for
+};
+
+TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThemUntilTheEnd) {
+    using Changes = decltype(hiddenAt);
+    for (const int countdown : {0, 3}) {
+        hiddenAt.clear();
+        recorder().hides = 0;
+        flow.setCountdown(countdown);
+        state.setCaptureMode(model::CaptureMode::area);
+        record();
+        EXPECT_EQ(overlays.shown, recorder().content->picture);
+        overlays.callbacks.onSelection(0, {10, 20, 100, 50});
+        tasks.runAll();
+        EXPECT_EQ(recorder().area, (model::Rect{10, 20, 100, 50}));
+        EXPECT_EQ(flow.areWindowsHidden(), countdown == 0);
+        timers.advance(3s);
+        tasks.runAll();
+        EXPECT_TRUE(flow.areWindowsHidden());
+        flow.stopRecording();
+        tasks.runAll();
+        EXPECT_EQ(hiddenAt, countdown == 0
+                                ? Changes({{true, 0}, {false, 2}})
+                                : Changes({{true, 0}, {false, 1}, {true, 1}, {false, 2}}));
+        state.reset();
+    }
+    record();
+    overlays.callbacks.onCancel();
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_FALSE(flow.areWindowsHidden());
+}
+
+TEST_F(ChosenOnDesktopTest, TakesWhatTheDialogHasCutOutAsTheArea) {
+    recorder().content->place.reset();
+    state.setCaptureMode(model::CaptureMode::area);
+    record();
+    EXPECT_EQ(overlays.shown, nullptr);
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_FALSE(recorder().area);
+}
+
+TEST_F(ChosenOnDesktopTest, ShowsARestoredChoiceBeforeItIsRecorded) {
+    recorder().content->isRestored = true;
+    record();
+    EXPECT_TRUE(flow.isConfirming());
+    ASSERT_TRUE(flow.chosenContent());
+    flow.chooseAnew();
+    EXPECT_FALSE(flow.chosenContent());
+    EXPECT_TRUE(platform.made.back().chooseAgain);
+    recorder().content->isRestored = false;
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    flow.stopRecording();
+    tasks.runAll();
+    state.reset();
+    recorder().content->isRestored = true;
+    record();
+    flow.confirmChosen();
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+}
+
+TEST_F(ChosenOnDesktopTest, LeavesOurWindowsWhereTheyAreInNoPictureAndShowsThemAtAnEndByItself) {
+    state.setCaptureMode(model::CaptureMode::window);
+    record();
+    EXPECT_TRUE(hiddenAt.empty());
+    flow.stopRecording();
+    tasks.runAll();
+    state.reset();
+    state.setCaptureMode(model::CaptureMode::screen);
+    record();
+    EXPECT_TRUE(flow.areWindowsHidden());
+    recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
+    timers.advance(1s);
+    EXPECT_FALSE(flow.areWindowsHidden()) << "what has happened must be seen";
+}
+
+TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPicture) {
+    recorder().isSharingEnded = true;
+    record();
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+    recorder().isSharingEnded = false;
+    flow.setCountdown(3);
+    record();
+    recorder().isSharingEnded = true;
+    timers.advance(1s);
+    tasks.runAll();
+    EXPECT_FALSE(flow.isPreparing());
+    recorder().isSharingEnded = false;
+    flow.setCountdown(0);
+    recorder().stopFailure = model::VantroError(Kind::noRecordingData);
+    recorder().recorderStatus.condition = capture::RecordingCondition::userStopped;
+    record();
+    timers.advance(1s);
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::idle());
+    EXPECT_FALSE(state.showError());
+    EXPECT_FALSE(flow.areWindowsHidden());
+}
+
 TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
     state.setMicrophoneAudioEnabled(true);
     state.setMicrophoneDevice("headset");

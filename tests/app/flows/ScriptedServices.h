@@ -126,17 +126,26 @@ class ScriptedRecorder : public capture::Recorder {
     capture::RecordingStatistics recorderStatus;
     std::filesystem::path movie;
     int starts = 0;
+    std::optional<capture::ChosenContent> content; ///< in the desktop's own dialog
+    bool isSharingEnded = false;                   ///< before the start
+    std::optional<model::Rect> area;
+    int hides = 0; ///< waits for our windows to be gone
 
     bool choose(std::stop_token cancelled) override {
         if (chooseFailure)
             throw *chooseFailure;
         return !isTakenBack && !cancelled.stop_requested();
     }
-    void start(const std::filesystem::path& output) override {
+    std::optional<capture::ChosenContent> chosen() override { return content; }
+    bool isShared() override { return !isSharingEnded; }
+    void crop(const model::Rect& rect) override { area = rect; }
+    void awaitHiddenWindows() override { ++hides; }
+    bool start(const std::filesystem::path& output) override {
         ++starts;
         movie = output;
         if (startFailure)
             throw *startFailure;
+        return !isSharingEnded;
     }
     model::RecordingMetadata stop() override {
         if (stopFailure)
@@ -168,6 +177,18 @@ class ScriptedOverlays : public app::flows::AreaOverlays {
     std::shared_ptr<app::flows::AreaOverlay> show(app::flows::AreaOverlayCallbacks) override {
         return std::make_shared<app::flows::AreaOverlay>();
     }
+    bool isScreen(const capture::ChosenContent& content) override {
+        return content.place.has_value();
+    }
+    std::shared_ptr<app::flows::AreaOverlay>
+    showOn(const capture::ChosenContent& screen, app::flows::AreaOverlayCallbacks told) override {
+        shown = screen.picture;
+        callbacks = std::move(told);
+        return std::make_shared<app::flows::AreaOverlay>();
+    }
+
+    std::shared_ptr<const media::PixelBuffer> shown;
+    app::flows::AreaOverlayCallbacks callbacks; ///< of that
 };
 
 class ScriptedPanels : public app::flows::FilePanels {

@@ -76,6 +76,29 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
     }
 }
 
+TEST(CastPicture, KeepsThePlaceOfItsCropInPicturesOfEverySize) {
+    Buffer buffer(40, 20);
+    CastPicture picture;
+    picture.take(buffer.view());
+    picture.crop({.part = {10, 4, 8, 6}, .width = 40, .height = 20});
+    const auto expectCrop = [&](int width, int height, int x, int y) {
+        ASSERT_EQ(picture.view().width, width);
+        ASSERT_EQ(picture.view().height, height);
+        const auto* last = picture.view().pixels + (height - 1) * picture.view().stride +
+                           std::ptrdiff_t{4} * (width - 1);
+        EXPECT_EQ(picture.view().pixels[0], x);
+        EXPECT_EQ(picture.view().pixels[1], y);
+        EXPECT_EQ(last[0], x + width - 1);
+        EXPECT_EQ(last[1], y + height - 1);
+        EXPECT_EQ(picture.placeOf({x + 2.0, y + 1.0}), (model::Point{2, 1}));
+    };
+    expectCrop(8, 6, 10, 4); // of the picture that was there
+    picture.take(buffer.view());
+    expectCrop(8, 6, 10, 4);
+    picture.take(Buffer(80, 40).view());
+    expectCrop(16, 12, 20, 8);
+}
+
 TEST(CastPicture, HasTheSendersTimeOnlyWhereThatCanBeThePictures) {
     const base::HostTime arrival(10s);
     CastPicture picture;

@@ -57,6 +57,8 @@ TEST_F(PortalAnswer, WithoutAPictureFailsSoon) {
     offer();
     screen->stayMute();
     EXPECT_EQ(failure(), "The desktop sent no picture");
+    EXPECT_TRUE(RestoreTokens(desk->folder() / "tokens.json", "").take(model::CaptureMode::area))
+        << "the choice is lost, though the dialog was answered";
     EXPECT_TRUE(eventually([&] { return desk->portal().log().closed == 1; }));
 }
 
@@ -89,7 +91,9 @@ TEST_F(PortalAnswer, EndsWithThePortal) {
 TEST_F(PortalAnswer, HoldsAgainEachTimeForItsKindOfSource) {
     offer();
     for (int restored = 0; restored < 3; ++restored) {
-        ASSERT_TRUE(ask());
+        const auto platform = connect();
+        ASSERT_TRUE(awaitTarget(*platform, {}));
+        EXPECT_EQ(platform->chosen().value().isRestored, restored > 0);
         EXPECT_EQ(desk->portal().log().restored, restored);
     }
     granted.sourceType = 2;

@@ -149,6 +149,57 @@ TEST_F(PortalRecording, OfAWindowIsItsCropAndThePointerCountsFromThere) {
     EXPECT_EQ(desk->portal().log().types, 2);
 }
 
+/// KWin: a window's pictures become larger for a menu that sticks out of it, and nothing says where
+/// in them the window is.
+TEST_F(PortalRecording, OfAWindowStaysInPlaceWhileItsMenusStickOut) {
+    using Format = ScreenProfile::Format;
+    for (const auto format : {Format::bgra, Format::bgr}) {
+        SCOPED_TRACE(static_cast<int>(format));
+        offer({.width = 320, .height = 240, .format = format},
+              {.sourceType = 2, .id = "", .position = {}, .size = {}});
+        const auto window = [](int x, int y) {
+            return std::vector<Patch>{{x, y, 320, 240, red},
+                                      {x + 10, y + 10, 300, 20, blue},
+                                      {x + 40, y + 60, 100, 150, white}};
+        };
+        screen->show({.patches = window(0, 0)});
+        begin({.mode = model::CaptureMode::window});
+        const auto showMenu = [&](int width, int height, Patch at, Patch menu) {
+            ScreenFrame frame{.patches = window(at.x, at.y), .pointer = {{at.x + 60, at.y + 70}}};
+            frame.patches.push_back(menu);
+            screen->resize(width, height);
+            screen->show(frame);
+        };
+        ASSERT_TRUE(awaitFrameAfter(
+            [&] { showMenu(380, 300, {60, 60}, {0, 0, 120, 130, green}); })); // to left and top
+        ASSERT_TRUE(awaitFrameAfter(
+            [&] { showMenu(380, 290, {0, 0}, {250, 200, 130, 90, green}); })); // to right and below
+        ASSERT_TRUE(awaitFrameAfter([&] {
+            screen->resize(320, 240);
+            screen->show({.patches = window(0, 0)});
+        }));
+        ASSERT_TRUE(awaitFrameAfter([&] { // the window itself
+            screen->resize(640, 480);
+            screen->show({.patches = {{0, 0, 640, 480, blue}}});
+        }));
+        end();
+        const auto made = frames();
+        ASSERT_GE(made.size(), 5);
+        EXPECT_TRUE(has(made[1], 20, 50, green)) << "the menu";
+        EXPECT_TRUE(has(made[1], 130, 200, white)) << "the window";
+        EXPECT_TRUE(has(made[1], 300, 230, red));
+        EXPECT_TRUE(has(made[2], 300, 230, green));
+        EXPECT_TRUE(has(made[2], 50, 70, white));
+        EXPECT_TRUE(has(made[3], 300, 230, red));
+        EXPECT_TRUE(has(made.back(), 300, 230, blue));
+        EXPECT_EQ(metadata.cursorPositions.back().x, 60);
+        EXPECT_EQ(metadata.cursorPositions.back().y, 70);
+        session.reset();
+        std::filesystem::remove(movie);
+        desk->endPortal();
+    }
+}
+
 /// wlroots: no times, a screen on its side, the pointer only as part of the picture.
 TEST_F(PortalRecording, OfATurnedScreenWithThePointerInThePictureIsUprightAndSaysSo) {
     offer({.width = 360, .height = 640, .tellsPointer = false}, {.cursorModes = 3});
@@ -167,6 +218,55 @@ TEST_F(PortalRecording, OfATurnedScreenWithThePointerInThePictureIsUprightAndSay
     EXPECT_THAT(metadata.cursorPositions, IsEmpty());
     EXPECT_EQ(desk->portal().log().cursorMode, 2);
     EXPECT_THAT(session->statistics().notes, Contains(HasSubstr("part of the picture")));
+}
+
+TEST_F(PortalRecording, OfAnAreaIsExactlyThatPartOfAnUprightPicture) {
+    offer({.width = 360, .height = 640}, {.position = {{1000, 0}}});
+    // Upright: white where the area is, the pointer 10 pixels inside of it.
+    const auto show = [this](std::uint32_t color) {
+        screen->show({.patches = {{0, 0, 360, 640, red}, {57, 640 - 101 - 200, 100, 200, color}},
+                      .pointer = {{67, 640 - 1 - 111}},
+                      .transform = 1});
+    };
+    show(white);
+    begin({.mode = model::CaptureMode::area, .area = {101, 57, 200, 100}});
+    ASSERT_TRUE(awaitFrameAfter([&] { show(green); }));
+    end();
+    const auto made = frames();
+    EXPECT_EQ(made[0].pixels->width(), 200);
+    EXPECT_EQ(made[0].pixels->height(), 100);
+    for (const auto& [x, y] : {std::pair{0, 0}, {199, 0}, {0, 99}, {199, 99}}) {
+        EXPECT_TRUE(has(made[0], x, y, white)) << x << ", " << y;
+        EXPECT_TRUE(has(made.back(), x, y, green)) << x << ", " << y;
+    }
+    EXPECT_EQ(metadata.captureRect, (model::Rect{1101, 57, 200, 100}));
+    EXPECT_EQ(metadata.cursorPositions.at(0).x, 10);
+    EXPECT_EQ(metadata.cursorPositions.at(0).y, 10);
+}
+
+/// They fade.
+TEST_F(PortalRecording, BeginsWhenHiddenWindowsAreGone) {
+    offer();
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    ASSERT_TRUE(session->choose({}));
+    for (const auto color : {white, blue, green})
+        screen->show(filled(color));
+    session->awaitHiddenWindows();
+    ASSERT_TRUE(session->start(movie));
+    ASSERT_TRUE(awaitFrames(1));
+    end();
+    EXPECT_TRUE(has(frames().at(0), 300, 200, green));
+}
+
+TEST_F(PortalRecording, DoesNotBeginWhenTheDesktopHasEndedTheSharing) {
+    offer();
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    ASSERT_TRUE(session->choose({}));
+    desk->portal().stopSharing();
+    session->awaitHiddenWindows(); // until that is known
+    EXPECT_FALSE(session->isShared());
+    EXPECT_FALSE(session->start(movie));
+    EXPECT_FALSE(std::filesystem::exists(movie));
 }
 
 TEST_F(PortalRecording, SaysSoWhenTheDesktopPromisesThePointerAndSendsNone) {
