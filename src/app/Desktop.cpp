@@ -49,9 +49,9 @@ std::unique_ptr<capture::CameraDevices> desktopCameras() {
 }
 
 std::unique_ptr<capture::GlobalKeys> bindGlobalKeys(const std::vector<capture::GlobalKey>& wished,
-                                                    capture::GlobalKeys::Listener listener) {
-    return isWaylandSession() ? capture::wayland::bindPortalKeys(wished, std::move(listener))
-                              : capture::x11::grabKeys(wished, std::move(listener));
+                                                    const capture::GlobalKeys::Listener& listener) {
+    return isWaylandSession() ? capture::wayland::bindPortalKeys(wished, listener)
+                              : capture::x11::grabKeys(wished, listener);
 }
 
 capture::Ability globalKeysAbility() {

@@ -24,7 +24,7 @@ std::unique_ptr<capture::CameraDevices> desktopCameras();
 
 /// Binds keys that work whatever program has the keyboard: on Wayland the desktop chooses them.
 std::unique_ptr<capture::GlobalKeys> bindGlobalKeys(const std::vector<capture::GlobalKey>& wished,
-                                                    capture::GlobalKeys::Listener listener);
+                                                    const capture::GlobalKeys::Listener& listener);
 /// Whether that can be had, asked of the desktop now.
 capture::Ability globalKeysAbility();
 

@@ -27,14 +27,7 @@ KeysBackend::KeysBackend(sdbus::IConnection& connection, sdbus::IObject& object)
         .implementedAs([this](Answer&& answer, const Path&, const Path&,
                               const std::vector<Shortcut>& shortcuts, const Text&,
                               const Options&) { bind(std::move(answer), shortcuts); });
-    object.registerMethod("ListShortcuts")
-        .onInterface(keysInterface)
-        .implementedAs(
-            [](const Path&, const Path&) { return std::tuple(std::uint32_t{0}, Options()); });
     object.registerSignal("Activated")
-        .onInterface(keysInterface)
-        .withParameters<Path, Text, std::uint64_t, Options>();
-    object.registerSignal("Deactivated")
         .onInterface(keysInterface)
         .withParameters<Path, Text, std::uint64_t, Options>();
     object.registerSignal("ShortcutsChanged")

@@ -1,14 +1,15 @@
 #include "timeline/ZoomSuggestions.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <gmock/gmock.h>
 
 namespace vantro::timeline {
 namespace {
 
 using model::CursorPosition;
-using testing::DoubleNear;
 using testing::ElementsAre;
-using testing::Field;
 
 constexpr model::Size area{1000, 600};
 

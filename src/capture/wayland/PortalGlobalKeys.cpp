@@ -89,9 +89,10 @@ class PortalKeys final : public GlobalKeys {
         : m_wished(wished)
         , m_listener(std::move(listener))
         , m_portal(sdbus::createProxy(m_bus.connection(), portalName, portalPath))
-        , m_create(
-              listen(createRequest, [this](auto code, auto results) { created(code, results); }))
-        , m_bind(listen(bindRequest, [this](auto code, auto results) { bound(code, results); }))
+        , m_create(listen(createRequest,
+                          [this](auto code, const auto& results) { created(code, results); }))
+        , m_bind(
+              listen(bindRequest, [this](auto code, const auto& results) { bound(code, results); }))
         , m_session(sdbus::createProxy(m_bus.connection(), portalName,
                                        m_bus.handle("session", sessionToken))) {
         followPortal();
@@ -224,7 +225,7 @@ class NoKeys final : public GlobalKeys {};
 } // namespace
 
 std::unique_ptr<GlobalKeys> bindPortalKeys(const std::vector<GlobalKey>& wished,
-                                           GlobalKeys::Listener listener) {
+                                           const GlobalKeys::Listener& listener) {
     try {
         return std::make_unique<PortalKeys>(wished, listener);
     } catch (const std::exception& error) {

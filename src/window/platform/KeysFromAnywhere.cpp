@@ -3,7 +3,6 @@
 #include "base/Log.h"
 #include "ui/Preferences.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace vantro::window {
@@ -11,17 +10,13 @@ namespace vantro::window {
 KeysFromAnywhere::KeysFromAnywhere(ui::Preferences& preferences, KeysService service, Act act)
     : m_preferences(preferences), m_service(std::move(service)), m_act(std::move(act)) {
     if (preferences.hasGlobalKeys())
-        bind(preferences.globalKeys());
+        setUp(preferences.globalKeys());
 }
 
 KeysFromAnywhere::~KeysFromAnywhere() = default;
 
 std::vector<capture::GlobalKey> KeysFromAnywhere::wished() const {
     return m_preferences.globalKeys();
-}
-
-void KeysFromAnywhere::setUp(const std::vector<capture::GlobalKey>& wished) {
-    bind(wished);
 }
 
 void KeysFromAnywhere::turnOff() {
@@ -32,7 +27,7 @@ void KeysFromAnywhere::turnOff() {
     Q_EMIT changed();
 }
 
-void KeysFromAnywhere::bind(const std::vector<capture::GlobalKey>& wished) {
+void KeysFromAnywhere::setUp(const std::vector<capture::GlobalKey>& wished) {
     m_keys.reset(); // or the new ones would be taken already
     m_wished = wished;
     m_state = capture::GlobalKeysState();

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace vantro::ui {
 class Preferences;
@@ -48,7 +50,6 @@ class KeysFromAnywhere : public QObject {
     void changed();
 
   private:
-    void bind(const std::vector<capture::GlobalKey>& wished);
     void take(capture::GlobalKeysState state);
 
     ui::Preferences& m_preferences;

@@ -37,7 +37,8 @@ class SuggestedZoomsTest : public TimelineBarsTest {
             const double time = i * 0.02;
             const double way = std::clamp((time - 0.8) / 0.2, 0.0, 1.0);
             const double back = time > 2.5 ? 60 : 0;
-            result.cursorPositions.push_back({280 - way * 190, 150 - way * 80 + back, time});
+            result.cursorPositions.push_back(
+                {time < 0.2 ? 10 : 280 - way * 190, 150 - way * 80 + back, time});
         }
         return result;
     }
