@@ -25,4 +25,14 @@ CaptureClock& hostCaptureClock() {
     return clock;
 }
 
+base::HostTime hostTimeOf(std::uint32_t milliseconds, base::HostTime now) {
+    constexpr std::chrono::milliseconds longestDelay(1000); // between the press and its event
+    const auto nowInMilliseconds =
+        std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count();
+    // They wrap around after 49 days; so does this difference.
+    const std::chrono::milliseconds age(static_cast<std::uint32_t>(nowInMilliseconds) -
+                                        milliseconds);
+    return age <= longestDelay ? now - age : now;
+}
+
 } // namespace vantro::capture

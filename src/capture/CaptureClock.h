@@ -2,6 +2,7 @@
 
 #include "base/HostClock.h"
 
+#include <cstdint>
 #include <stop_token>
 
 namespace vantro::capture {
@@ -18,5 +19,9 @@ class CaptureClock {
 
 /// CLOCK_MONOTONIC itself.
 CaptureClock& hostCaptureClock();
+
+/// The host time of a display server's time stamp, whose milliseconds are those of the same clock
+/// on this machine; `now` where that cannot be, as with a server elsewhere.
+base::HostTime hostTimeOf(std::uint32_t milliseconds, base::HostTime now);
 
 } // namespace vantro::capture

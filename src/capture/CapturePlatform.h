@@ -46,6 +46,9 @@ class CapturePlatform {
     /// Returns once that no longer shows our own windows, which have just been hidden; after half a
     /// second at the latest.
     virtual void awaitHiddenWindows() {}
+    /// Settles whether clicks are told, where the user has to be asked for that; refusing it
+    /// hinders nothing. Returns when that is known or `cancelled`.
+    virtual void settleClicks(const std::stop_token& /*cancelled*/) {}
 
     /// A target that the user was asked for is good for one stream. The error is empty when the
     /// user has ended the sharing meanwhile, by the desktop's own means.

@@ -109,7 +109,7 @@ void CursorTracker::pressed(const PointerPress& press) {
     if (!timestamp)
         return;
     const auto click = m_records.with([&](Records& records) {
-        const model::Point place = press.place.value_or(records.newest.value_or(model::Point{}));
+        const model::Point place = press.place.value_or(records.newest.value_or(m_placeOfUnknown));
         model::ClickEvent made;
         made.x = place.x;
         made.y = place.y;
@@ -124,7 +124,13 @@ void CursorTracker::pressed(const PointerPress& press) {
 void CursorTracker::pointerUnknown(const std::string& why) {
     base::logWarning("The pointer is not recorded: {}", why);
     if (m_onUnknown)
-        m_onUnknown(why);
+        m_onUnknown("Pointer", why);
+}
+
+void CursorTracker::pressesUnknown(const std::string& why) {
+    base::logWarning("Clicks are not recorded any more: {}", why);
+    if (m_onUnknown)
+        m_onUnknown("Clicks", why);
 }
 
 void CursorTracker::pointerStopped(const std::string& error) {

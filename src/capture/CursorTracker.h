@@ -33,11 +33,12 @@ class CursorTracker final : public PointerOutput {
     CursorTracker(const CursorTracker&) = delete;
     CursorTracker& operator=(const CursorTracker&) = delete;
 
-    /// Called with the reason, on the source's thread, when the pointer's place is not known.
-    /// Before the start.
-    void setOnUnknown(std::function<void(const std::string&)> told) {
-        m_onUnknown = std::move(told);
-    }
+    /// Called with the reason, on the source's thread, when the pointer's place or its clicks are
+    /// not known; `what` is for the user. Before the start.
+    using OnUnknown = std::function<void(const char* what, const std::string& why)>;
+    void setOnUnknown(OnUnknown told) { m_onUnknown = std::move(told); }
+    /// Where clicks count while the pointer's place is not known. Before the start.
+    void setPlaceOfUnknown(model::Point place) { m_placeOfUnknown = place; }
     void start();
     /// The newest place counts until `at`, which is the movie's end. Harmless when repeated.
     void stop(base::HostTime at);
@@ -47,6 +48,7 @@ class CursorTracker final : public PointerOutput {
     void pointerAt(const PointerSample& sample) override;
     void pressed(const PointerPress& press) override;
     void pointerUnknown(const std::string& why) override;
+    void pressesUnknown(const std::string& why) override;
     void pointerStopped(const std::string& error) override;
 
     /// Copies of everything recorded so far.
@@ -72,7 +74,8 @@ class CursorTracker final : public PointerOutput {
     const SharedRecordingClock& m_timeline;
     CursorJournal* m_journal;
     CaptureClock& m_clock;
-    std::function<void(const std::string&)> m_onUnknown;
+    OnUnknown m_onUnknown;
+    model::Point m_placeOfUnknown;
     base::Guarded<Records> m_records;
     std::jthread m_timer;
 };

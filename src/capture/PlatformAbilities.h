@@ -6,7 +6,8 @@ namespace vantro::capture {
 
 /// Whether a desktop can do something; where it cannot, one sentence for the user says why.
 struct Ability {
-    std::string whyNot; ///< empty: it can
+    std::string whyNot;   ///< empty: it can
+    std::string remark{}; ///< where it can: a sentence on how, if there is something to say
 
     bool isAvailable() const { return whyNot.empty(); }
     bool operator==(const Ability&) const = default;

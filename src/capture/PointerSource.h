@@ -24,7 +24,8 @@ struct PointerPress {
     std::optional<model::Point> place; ///< absent where only the press is known
 };
 
-/// Receives what a pointer source tells. Each call returns soon. One thread at a time.
+/// Receives what a pointer source tells. Each call returns soon. Places come on one thread, presses
+/// perhaps on another.
 class PointerOutput {
   public:
     virtual ~PointerOutput() = default;
@@ -34,6 +35,8 @@ class PointerOutput {
     /// The source does not know where the pointer is, for the reason that is given. Places may yet
     /// follow.
     virtual void pointerUnknown(const std::string& /*why*/) {}
+    /// Presses are not told any more, for the reason that is given; places are.
+    virtual void pressesUnknown(const std::string& /*why*/) {}
     /// The source has ended by itself; nothing follows.
     virtual void pointerStopped(const std::string& error) = 0;
 };

@@ -56,10 +56,12 @@ RecordingSession::~RecordingSession() {
 bool RecordingSession::choose(std::stop_token cancelled) {
     if (!m_platform)
         m_platform = m_connect();
-    auto target = awaitTarget(*m_platform, m_request, std::move(cancelled));
-    if (target)
-        m_target = std::move(*target);
-    return target.has_value();
+    auto target = awaitTarget(*m_platform, m_request, cancelled);
+    if (!target)
+        return false;
+    m_target = std::move(*target);
+    m_platform->settleClicks(cancelled);
+    return !cancelled.stop_requested();
 }
 
 std::optional<ChosenContent> RecordingSession::chosen() {
@@ -107,7 +109,10 @@ bool RecordingSession::openSources() {
     noteWhatIsMissing();
     openJournal();
     m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
-    m_tracker->setOnUnknown([this](const std::string& why) { m_progress.lost("Pointer", why); });
+    m_tracker->setOnUnknown(
+        [this](const char* what, const std::string& why) { m_progress.lost(what, why); });
+    const double pixels = 2 * m_target.display.backingScaleFactor; // of half a point
+    m_tracker->setPlaceOfUnknown({m_target.width / pixels, m_target.height / pixels});
     m_extras.connect(*m_writer, *m_journal);
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
@@ -119,8 +124,11 @@ bool RecordingSession::openSources() {
 void RecordingSession::noteWhatIsMissing() {
     const auto able = m_platform->abilities();
     for (const Ability& each : {able.pointer, able.clicks})
-        if (!each.isAvailable())
-            m_progress.note(each.whyNot);
+        for (const auto& sentence : {each.whyNot, each.remark})
+            if (!sentence.empty()) {
+                base::logInfo("{}", sentence);
+                m_progress.note(sentence);
+            }
 }
 
 void RecordingSession::openWriter(const std::vector<media::AudioSettings>& audio) {

@@ -16,6 +16,7 @@
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "program/DesktopServices.h"
+#include "program/OwnPressFilter.h"
 #include "program/PictureWithoutUs.h"
 #include "program/ProgramControl.h"
 #include "program/WindowedApplication.h"
@@ -143,6 +144,7 @@ class Program {
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
     window::TrayIcon m_tray{m_state, m_recording};
+    OwnPressFilter m_ownPresses;
     ProgramControl m_control{m_state, m_flows, m_recordingTasks};
     window::KeysFromAnywhere m_keys{m_preferences,
                                     {app::bindGlobalKeys, app::isWaylandSession()},

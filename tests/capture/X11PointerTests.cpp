@@ -1,4 +1,5 @@
 // Where the pointer is in the picture, and which presses are clicks.
+#include "capture/CaptureClock.h"
 #include "capture/PointerLog.h"
 #include "capture/RunningStream.h"
 #include "capture/x11/X11Presses.h"
@@ -187,7 +188,7 @@ TEST(X11Pointer, TakesATouchForALeftClick) {
 TEST(X11Pointer, TakesTheServersTimeWhereItIsThatOfThisMachine) {
     const base::HostTime now(5'000'000'100ms + 300us); // the server's 32 bits have wrapped around
     const auto at = [&](std::int64_t milliseconds) {
-        return x11::hostTimeOf(static_cast<std::uint32_t>(5'000'000'100 + milliseconds), now);
+        return hostTimeOf(static_cast<std::uint32_t>(5'000'000'100 + milliseconds), now);
     };
     EXPECT_EQ(at(0), now);
     EXPECT_EQ(at(-30), now - 30ms);

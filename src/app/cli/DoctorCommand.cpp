@@ -57,6 +57,8 @@ PlatformAbilities examine() {
 const char* sentenceOf(const Finding& finding, const Ability& ability) {
     if (!ability.isAvailable())
         return ability.whyNot.c_str();
+    if (!ability.remark.empty())
+        return ability.remark.c_str();
     return finding.onWayland != nullptr && isWaylandSession() ? finding.onWayland
                                                               : finding.sentence;
 }

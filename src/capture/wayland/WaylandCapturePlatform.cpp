@@ -2,6 +2,8 @@
 
 #include "base/Guarded.h"
 #include "capture/wayland/CastQuestion.h"
+#include "capture/wayland/ClickAccess.h"
+#include "capture/wayland/PlacedPresses.h"
 
 #include <utility>
 
@@ -36,35 +38,42 @@ class CastStream final : public ScreenStream {
     const RecordingTarget m_target;
 };
 
-/// The pointer that comes beside a cast's pictures. Without a cast there is none to tell of.
+/// The pointer that comes beside a cast's pictures, and the presses that a reader tells of. Without
+/// a cast there are only presses.
 class CastPointer final : public PointerSource {
   public:
-    CastPointer(std::shared_ptr<Cast> cast, const RecordingTarget& target)
+    CastPointer(std::shared_ptr<Cast> cast, std::unique_ptr<PressReader> presses,
+                const RecordingTarget& target)
         : m_cast(std::move(cast))
+        , m_reader(std::move(presses))
         , m_scale{.width = target.width,
                   .height = target.height,
                   .pixelsPerPoint = target.display.backingScaleFactor} {}
     ~CastPointer() override { stop(); }
 
     void start(PointerOutput& output) override {
+        m_presses.emplace(std::move(m_reader), output, OwnPresses::ofThisProgram());
         if (m_cast)
-            m_cast->followPointer(output, m_scale);
+            m_cast->followPointer(*m_presses, m_scale);
     }
     void stop() override {
         if (m_cast)
             m_cast->leavePointer();
         m_cast.reset();
+        m_presses.reset();
     }
 
   private:
     std::shared_ptr<Cast> m_cast;
+    std::unique_ptr<PressReader> m_reader; // until the start
+    std::optional<PlacedPresses> m_presses;
     const PointerScale m_scale;
 };
 
 class WaylandCapturePlatform final : public CapturePlatform {
   public:
-    explicit WaylandCapturePlatform(RestoreTokens tokens)
-        : m_portal(longestFirstAnswer), m_tokens(std::move(tokens)) {}
+    WaylandCapturePlatform(RestoreTokens tokens, std::shared_ptr<ClickAccess> clicks)
+        : m_portal(longestFirstAnswer), m_tokens(std::move(tokens)), m_clicks(std::move(clicks)) {}
 
     PlatformAbilities abilities() override;
     std::expected<std::vector<ShareableDisplay>, std::string> displays() override {
@@ -76,6 +85,7 @@ class WaylandCapturePlatform final : public CapturePlatform {
     bool isConnected() override { return true; }
     std::unique_ptr<TargetQuestion> findTarget(const RecordingRequest& request,
                                                TargetAnswer answer) override;
+    void settleClicks(const std::stop_token& cancelled) override { m_clicks->ask(cancelled); }
     std::optional<ChosenContent> chosen() override;
     bool isShared() override;
     void awaitHiddenWindows() override;
@@ -87,6 +97,7 @@ class WaylandCapturePlatform final : public CapturePlatform {
   private:
     PortalWatch m_portal;
     RestoreTokens m_tokens;
+    const std::shared_ptr<ClickAccess> m_clicks;
     base::Guarded<std::shared_ptr<Cast>> m_picked; // until a stream takes it over
     std::weak_ptr<Cast> m_streamed;
 };
@@ -110,9 +121,9 @@ PlatformAbilities WaylandCapturePlatform::abilities() {
                                     "does not tell where it is."
                                   : "The pointer is not recorded: this desktop does not tell where "
                                     "it is.";
-    able.clicks.whyNot =
-        "Clicks are not recorded, so no zooms come by themselves: Wayland tells programs nothing "
-        "of clicks in others. A key for `vantro mark` makes them by hand.";
+    able.clicks = m_clicks->ability();
+    if (able.clicks.isAvailable() && able.clicks.remark.empty() && !able.pointer.isAvailable())
+        able.clicks.remark = "Clicks are recorded without their places.";
     return able;
 }
 
@@ -181,14 +192,17 @@ WaylandCapturePlatform::makeScreenStream(const RecordingTarget& target) {
 std::expected<std::unique_ptr<PointerSource>, std::string>
 WaylandCapturePlatform::makePointerSource(const RecordingTarget& target) {
     const bool isTold = m_portal.offer().pointerApart;
-    return std::make_unique<CastPointer>(isTold ? m_streamed.lock() : nullptr, target);
+    return std::make_unique<CastPointer>(isTold ? m_streamed.lock() : nullptr, m_clicks->open(),
+                                         target);
 }
 
 } // namespace
 
-std::expected<std::unique_ptr<CapturePlatform>, std::string> connectPortal(RestoreTokens tokens) {
+std::expected<std::unique_ptr<CapturePlatform>, std::string>
+connectPortal(RestoreTokens tokens, std::shared_ptr<ClickAccess> clicks) {
     try {
-        return std::make_unique<WaylandCapturePlatform>(std::move(tokens));
+        return std::make_unique<WaylandCapturePlatform>(
+            std::move(tokens), clicks ? std::move(clicks) : ClickAccess::ofThisRun());
     } catch (const std::exception& error) {
         return std::unexpected(error.what());
     }

@@ -1,6 +1,7 @@
 #include "capture/x11/X11Presses.h"
 
 #include "base/Log.h"
+#include "capture/CaptureClock.h"
 
 #include <algorithm>
 
@@ -48,15 +49,6 @@ std::uint8_t mappedButton(const X11Connection& connection, std::uint32_t button)
 }
 
 } // namespace
-
-base::HostTime hostTimeOf(std::uint32_t serverTime, base::HostTime now) {
-    constexpr std::chrono::milliseconds longestDelay(1000); // between the press and its event
-    const auto nowInMilliseconds =
-        std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count();
-    // The server's time wraps around after 49 days; so does this difference.
-    const std::chrono::milliseconds age(static_cast<std::uint32_t>(nowInMilliseconds) - serverTime);
-    return age <= longestDelay ? now - age : now;
-}
 
 X11Presses::X11Presses(const X11Connection& connection, IsOwnProcess isOwnProcess)
     : m_connection(connection), m_own(connection, std::move(isOwnProcess)) {

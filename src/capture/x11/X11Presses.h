@@ -48,8 +48,4 @@ class X11Presses {
     std::deque<XcbEvent> m_pending;         // received, not yet handled
 };
 
-/// The host time of a server's time stamp, whose milliseconds are those of the same clock on this
-/// machine; `now` where that cannot be, as with a server elsewhere.
-base::HostTime hostTimeOf(std::uint32_t serverTime, base::HostTime now);
-
 } // namespace vantro::capture::x11

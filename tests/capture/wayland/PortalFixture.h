@@ -38,7 +38,8 @@ class PortalFixture : public ::testing::Test {
     }
 
     std::unique_ptr<capture::CapturePlatform> connect() const {
-        return capture::wayland::connectPortal({desk->folder() / "tokens.json", ""}).value();
+        return capture::wayland::connectPortal({desk->folder() / "tokens.json", ""}, clicks)
+            .value();
     }
     /// Chosen and begun.
     void begin(const capture::RecordingRequest& request = {}) {
@@ -67,6 +68,7 @@ class PortalFixture : public ::testing::Test {
     }
 
     std::unique_ptr<WaylandDesk> desk;
+    std::shared_ptr<capture::wayland::ClickAccess> clicks; ///< null: that of the run
     std::unique_ptr<ScriptedScreen> screen;
     PortalScript granted;
     TemporaryFolder folder;

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <linux/input-event-codes.h>
+
+namespace vantro::test {
+
+enum class Input {
+    mouse,    ///< with keys of a keyboard, as some have
+    touchpad, ///< that is one large button
+    keyboard
+};
+
+struct InputEvent {
+    std::uint16_t type;
+    std::uint16_t code;
+    std::int32_t value;
+};
+
+/// Input devices that umockdev makes for the programs that it is preloaded into, and that are
+/// started while this lives. Where it is preloaded here, too, they can come and go meanwhile.
+class InputDevices {
+  public:
+    InputDevices();
+    ~InputDevices();
+    InputDevices(const InputDevices&) = delete;
+    InputDevices& operator=(const InputDevices&) = delete;
+
+    void plug(Input device);
+    void unplug(Input device);
+    /// What a device does at one instant, which is the answer: microseconds of CLOCK_MONOTONIC.
+    std::uint64_t send(Input device, const std::vector<InputEvent>& events);
+    /// A key or button goes down and up.
+    std::uint64_t click(Input device, std::uint16_t code);
+
+  private:
+    struct Testbed;
+    std::unique_ptr<Testbed> m_testbed;
+};
+
+} // namespace vantro::test
