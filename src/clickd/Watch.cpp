@@ -19,11 +19,11 @@ constexpr int pipeSize = 4096; // bytes
 
 } // namespace
 
-Watch::Watch(sdbus::IConnection& bus, Caller caller, clicks::PointerSettings settings,
+Watch::Watch(sdbus::IConnection& bus, Caller caller, const clicks::PointerSettings& settings,
              Answer&& answer)
     : m_bus(bus)
     , m_caller(std::move(caller))
-    , m_settings(std::move(settings))
+    , m_settings(settings)
     , m_answer(std::move(answer))
     , m_authority(bus)
     , m_callerGone(bus.addMatch("type='signal',sender='org.freedesktop.DBus',"
@@ -73,6 +73,8 @@ void Watch::handOut() {
 /// Only whoever sees the screen learns what is pressed: a session that has lost it, or shows who
 /// may unlock it, is told nothing.
 void Watch::followSession() {
+    if (!m_session)
+        return;
     const auto wanted = m_session->isInUse() ? State::watching : State::silent;
     if (m_state == wanted)
         return;
@@ -89,6 +91,8 @@ void Watch::followSession() {
 }
 
 void Watch::takePresses() {
+    if (!m_devices)
+        return;
     for (const auto& press : m_devices->take())
         write(press);
 }

@@ -32,7 +32,7 @@ class Watch {
   public:
     using Answer = sdbus::Result<sdbus::UnixFd>;
 
-    Watch(sdbus::IConnection& bus, Caller caller, clicks::PointerSettings settings,
+    Watch(sdbus::IConnection& bus, Caller caller, const clicks::PointerSettings& settings,
           Answer&& answer);
 
     bool isOver() const { return m_state == State::over; }
