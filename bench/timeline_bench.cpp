@@ -124,7 +124,7 @@ struct Rig {
     app::AppState state{1};
     app::flows::PermissionService permission{timers, [] { return true; }};
     ui::NativePanels panels{state, preferences};
-    window::overlay::DesktopOverlays overlays{desktop, program::pictureWithoutUs};
+    window::overlay::DesktopOverlays overlays{desktop, program::pictureWithoutUs, preferences};
     app::flows::QtTaskRunner tasks{"bench"};
     app::flows::QtTaskRunner previewTasks{"bench.preview"};
     app::flows::RecordingFlow recording{state, {desktop, overlays, timers, tasks}};
@@ -158,7 +158,7 @@ struct Rig {
                                         [](auto, const auto&) { return nullptr; }};
     window::MainWindow window{{model, editor, actions, windows, displays, guard, appearance,
                                recordings, recents, meters, microphones, cameras, camera,
-                               recovery}};
+                               recovery, recording}};
 };
 
 /// The window, and the times of what is sent to it.
