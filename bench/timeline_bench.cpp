@@ -157,8 +157,8 @@ struct Rig {
     window::devices::LevelMeters meters{guard, state, timers,
                                         [](auto, const auto&) { return nullptr; }};
     window::MainWindow window{{model, editor, actions, windows, displays, guard, appearance,
-                               recordings, recents, meters, microphones, cameras, camera,
-                               recovery, recording}};
+                               recordings, recents, meters, microphones, cameras, camera, recovery,
+                               recording}};
 };
 
 /// The window, and the times of what is sent to it.
