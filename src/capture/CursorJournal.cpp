@@ -76,9 +76,7 @@ CursorJournal::CursorJournal(const std::filesystem::path& movie,
 }
 
 CursorJournal::~CursorJournal() {
-    auto last = m_batch.with([](Batch& batch) { return std::exchange(batch, {}); });
-    if (last.count > 0)
-        m_batches.tryPush(std::move(last.lines));
+    flush();
     m_batches.close();
 }
 
@@ -99,6 +97,12 @@ void CursorJournal::add(std::string line, bool isUrgent) {
     });
     if (due.count > 0)
         m_batches.tryPush(std::move(due.lines));
+}
+
+void CursorJournal::flush() {
+    auto rest = m_batch.with([](Batch& batch) { return std::exchange(batch, {}); });
+    if (rest.count > 0)
+        m_batches.tryPush(std::move(rest.lines));
 }
 
 void CursorJournal::add(SoundKind sound) {

@@ -29,6 +29,8 @@ class CursorJournal {
     void add(const model::ClickEvent& click);
     /// The movie has that sound.
     void add(SoundKind sound);
+    /// Nothing more comes for a while: what has been added is written.
+    void flush();
 
   private:
     struct Batch {

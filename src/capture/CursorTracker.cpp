@@ -17,6 +17,10 @@ constexpr base::HostDuration sampleInterval = std::chrono::milliseconds(16);
 const double leastGap = base::inSeconds(sampleInterval) * 3 / 4;
 const double longestWait = base::inSeconds(sampleInterval) * 3 / 2;
 
+// The last place before a pause lies so long before it: the instant itself belongs to the place
+// after it, and times ascend.
+constexpr base::HostDuration beforePause = std::chrono::microseconds(1);
+
 } // namespace
 
 CursorTracker::CursorTracker(const SharedRecordingClock& timeline, CursorJournal* journal,
@@ -81,6 +85,12 @@ void CursorTracker::keepNewest(base::HostTime time) {
         return timestamp && records.newest ? records.keep(*records.newest, *timestamp, 0, false)
                                            : std::nullopt;
     }));
+}
+
+void CursorTracker::paused(base::HostTime at) {
+    keepNewest(at - beforePause);
+    if (m_journal != nullptr)
+        m_journal->flush();
 }
 
 void CursorTracker::runTimer(const std::stop_token& stop) {

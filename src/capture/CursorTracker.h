@@ -44,6 +44,10 @@ class CursorTracker final : public PointerOutput {
     void stop(base::HostTime at);
     /// Keeps the newest place for `time`, whatever has been pushed since, if none is kept there.
     void keepNewest(base::HostTime time);
+    // The movie pauses at that instant, and goes on. The newest place counts until the one and from
+    // the other on, so that the pointer does not glide from where it was to where it is.
+    void paused(base::HostTime at);
+    void resumed(base::HostTime at) { keepNewest(at); }
 
     void pointerAt(const PointerSample& sample) override;
     void pressed(const PointerPress& press) override;

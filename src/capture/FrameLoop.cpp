@@ -18,6 +18,8 @@ void FrameLoop::run(const std::stop_token& stop, const WakeUp& wakeUp, ScreenStr
             m_source->wait(wakeUp.fd());
         else if (base::hostNow() < m_pacer.nextDeadline())
             m_source->wait(wakeUp.fd(), m_pacer.nextDeadline());
+        else if (!output.wantsPicture())
+            putOff();
         else if (const auto taken = takeFrame(output); !taken)
             return output.streamStopped(taken.error());
     }
@@ -44,7 +46,13 @@ std::expected<void, std::string> FrameLoop::takeFrame(ScreenStreamOutput& output
     return {};
 }
 
-/// Times ascend. A picture from before the loop, or one that was refused, counts as of now.
+/// Asks again at the next frame's time.
+void FrameLoop::putOff() {
+    m_pacer.frameTaken(base::hostNow());
+    m_isOffered = true;
+}
+
+/// Times ascend. A picture from before the loop, or one that had to wait, counts as of now.
 base::HostTime FrameLoop::timeOfPicture(base::HostTime now) {
     const auto told = m_source->pictureTime();
     const bool isNews = told && !m_isOffered && *told > m_lastTime && *told < now;

@@ -14,7 +14,7 @@
 namespace vantro::capture {
 
 /// Turns changes of a picture source into samples of one size, evenly paced, for as long as `run`
-/// runs. A refused picture is offered again until it is taken.
+/// runs. A refused picture is offered again until it is taken; one that is not wanted is not made.
 ///
 /// Sleeps until something has changed and the next frame is due. One thread at a time.
 class FrameLoop {
@@ -27,6 +27,7 @@ class FrameLoop {
 
   private:
     std::expected<void, std::string> takeFrame(ScreenStreamOutput& output);
+    void putOff();
     base::HostTime timeOfPicture(base::HostTime now);
 
     std::unique_ptr<PictureSource> m_source;
@@ -34,7 +35,7 @@ class FrameLoop {
     pictures::PictureStore m_pictures;
     pictures::FramePacer m_pacer;
     pictures::TileMap m_changed; // not yet told to m_pictures
-    bool m_isOffered = false;    // the latest picture was refused and waits to be taken
+    bool m_isOffered = false;    // the latest picture was refused or put off, and waits
     base::HostTime m_lastTime;   // of a sample; before the first, when the loop began
 };
 

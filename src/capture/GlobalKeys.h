@@ -13,6 +13,7 @@ namespace vantro::capture {
 /// What a key does from anywhere, whatever program has the keyboard.
 enum class GlobalAction : std::uint8_t {
     toggle, ///< starts a recording, or ends the one under way
+    pause,  ///< pauses the recording under way, or resumes it
     mark,   ///< has the film zoom to where the pointer is
 };
 
@@ -38,8 +39,8 @@ struct GlobalKeysState {
 
 /// Where no program can have keys of its own.
 inline constexpr const char* keyboardSettingsText =
-    "This desktop gives no keys to programs: in its keyboard settings, bind a key to the command "
-    "“vantro toggle” and one to “vantro mark”.";
+    "This desktop gives no keys to programs: in its keyboard settings, bind keys to the commands "
+    "“vantro toggle”, “vantro pause” and “vantro mark”.";
 
 /// Keys that are bound for as long as this lives. One thread constructs and destroys it.
 class GlobalKeys {
@@ -54,7 +55,9 @@ class GlobalKeys {
 
 /// The keys that are wished for unless the user takes others.
 inline std::vector<GlobalKey> usualGlobalKeys() {
-    return {{GlobalAction::toggle, "Ctrl+Alt+R"}, {GlobalAction::mark, "Ctrl+Alt+Z"}};
+    return {{GlobalAction::toggle, "Ctrl+Alt+R"},
+            {GlobalAction::pause, "Ctrl+Alt+P"},
+            {GlobalAction::mark, "Ctrl+Alt+Z"}};
 }
 
 /// A key with the modifiers that are held with it. `symbol` is X11's number of the key's sign.

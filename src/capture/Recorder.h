@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/HostClock.h"
 #include "capture/ChosenContent.h"
 #include "capture/SoundSource.h"
 #include "model/RecordingMetadata.h"
@@ -41,6 +42,8 @@ struct RecordingStatistics {
     std::vector<std::string> lostSources;
     std::vector<std::string> notes;  ///< on what is otherwise on this desktop, a sentence each
     std::vector<SoundStatus> sounds; ///< those that take part, the system's first
+    bool isPaused = false;
+    base::HostDuration pausedFor{}; ///< so far, all pauses together
 
     bool isCapturing() const { return condition == RecordingCondition::recording; }
     bool operator==(const RecordingStatistics&) const = default;
@@ -74,8 +77,15 @@ class Recorder {
     // Any thread, at any time:
 
     virtual RecordingStatistics statistics() = 0;
-    /// Zooms to where the pointer is now, as if it had clicked. Nothing where nothing is recorded.
-    virtual void mark() = 0;
+    /// Zooms to where the pointer is now, as if it had clicked. False, and nothing, where nothing
+    /// is recorded, as in a pause.
+    virtual bool mark() = 0;
+    // What happens from `pause` to `resume` is left out of picture, sound, camera, the pointer's
+    // path and the clicks. Either does nothing where it is so already. A recording that is paused
+    // before its first picture begins when it is resumed, one that is stopped in a pause ends with
+    // the beginning of that.
+    virtual void pause() = 0;
+    virtual void resume() = 0;
 };
 
 /// Whether a stop has failed because the user had ended the sharing before its first picture.

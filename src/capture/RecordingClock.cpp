@@ -7,32 +7,48 @@
 namespace vantro::capture {
 
 void RecordingClock::advanceTo(base::HostTime time, State state) {
-    base::require(isWaiting() || time >= m_changed, "the host clock ran backwards");
+    base::require(m_state == State::waiting || time >= m_changed, "the host clock ran backwards");
     m_state = state;
     m_changed = time;
 }
 
-void RecordingClock::start(base::HostTime zero) {
+bool RecordingClock::start(base::HostTime zero) {
     base::require(isWaiting(), "a recording's clock is started twice");
+    if (m_state == State::held || zero < m_changed)
+        return false;
     advanceTo(zero, State::running);
     m_zero = zero;
+    return true;
 }
 
-void RecordingClock::pause(base::HostTime at) {
+bool RecordingClock::pause(base::HostTime at) {
+    if (m_state == State::waiting) {
+        advanceTo(at, State::held);
+        return true;
+    }
     if (m_state != State::running)
-        return;
+        return false;
     advanceTo(at, State::paused);
     m_pauses.push_back({.start = at, .end = base::HostTime::max()});
+    return true;
 }
 
-void RecordingClock::resume(base::HostTime at) {
-    if (m_state != State::paused)
-        return;
+bool RecordingClock::resume(base::HostTime at) {
+    if (!isPaused())
+        return false;
+    if (m_state == State::held) {
+        m_heldFor += at - m_changed;
+        advanceTo(at, State::waiting);
+        return true;
+    }
     advanceTo(at, State::running);
     m_pauses.back().end = at;
+    return true;
 }
 
 void RecordingClock::stop(base::HostTime at) {
+    if (m_state == State::held)
+        m_heldFor += at - m_changed;
     if (isWaiting())
         m_zero = at;
     if (!isStopped())
@@ -74,11 +90,22 @@ base::HostDuration RecordingClock::length(base::HostTime now) const {
     if (isWaiting() || now < m_zero)
         return {};
     const base::HostTime end = isStopped() ? std::min(now, m_changed) : now;
-    base::HostDuration length = end - m_zero;
+    return end - m_zero - pausedWithin(end);
+}
+
+base::HostDuration RecordingClock::pausedFor(base::HostTime now) const {
+    if (m_state == State::held)
+        return m_heldFor + (now - m_changed);
+    return m_heldFor + pausedWithin(isStopped() ? std::min(now, m_changed) : now);
+}
+
+/// The pauses between its zero and `end`.
+base::HostDuration RecordingClock::pausedWithin(base::HostTime end) const {
+    base::HostDuration paused{};
     for (const Pause& each : m_pauses)
         if (each.start < end)
-            length -= std::min(each.end, end) - each.start;
-    return length;
+            paused += std::min(each.end, end) - each.start;
+    return paused;
 }
 
 } // namespace vantro::capture

@@ -20,20 +20,25 @@ struct MoviePart {
 /// in which the recording was paused. The one place that does. A value; instants are arguments, and
 /// those of the changes ascend, else it is fatal.
 ///
-///     waiting --start--> running --pause--> paused
-///                         |  ^                |  |
-///                         |  +----resume------+  |
-///                         +--------> stopped <---+
+///     held <--pause-- waiting --start--> running --pause--> paused
+///      | --resume-->     |                |  ^                |  |
+///      |                 |                |  +----resume------+  |
+///      +-----------------+----> stopped <-+----------------------+
+///
+/// Held: paused before its zero, which is then a picture from after the pause.
 class RecordingClock {
   public:
-    void start(base::HostTime zero);
-    /// Does nothing unless it runs.
-    void pause(base::HostTime at);
-    /// Does nothing unless it is paused.
-    void resume(base::HostTime at);
+    /// Once. False, and nothing has changed, while it is held and for an instant before the end of
+    /// that.
+    bool start(base::HostTime zero);
+    /// False, and nothing has changed, when it is paused already or stopped.
+    bool pause(base::HostTime at);
+    /// False, and nothing has changed, unless it is paused.
+    bool resume(base::HostTime at);
     void stop(base::HostTime at);
 
-    bool isWaiting() const { return m_state == State::waiting; }
+    bool isWaiting() const { return m_state == State::waiting || m_state == State::held; }
+    bool isPaused() const { return m_state == State::paused || m_state == State::held; }
     bool isStopped() const { return m_state == State::stopped; }
 
     /// Nothing for what is not part of the movie: before its zero, after its end, and from a pause
@@ -45,19 +50,23 @@ class RecordingClock {
     base::HostTime stopTime() const;
     /// How long the movie is at that instant.
     base::HostDuration length(base::HostTime now) const;
+    /// How long it has been paused up to that instant, and no later than its stop.
+    base::HostDuration pausedFor(base::HostTime now) const;
 
   private:
-    enum class State { waiting, running, paused, stopped };
+    enum class State { waiting, held, running, paused, stopped };
     struct Pause {
         base::HostTime start;
         base::HostTime end; ///< the far future while it lasts
     };
 
     void advanceTo(base::HostTime time, State state);
+    base::HostDuration pausedWithin(base::HostTime end) const;
 
     State m_state = State::waiting;
     base::HostTime m_zero;
     base::HostTime m_changed; ///< when it got into its state
+    base::HostDuration m_heldFor{};
     std::vector<Pause> m_pauses;
 };
 

@@ -89,7 +89,6 @@ bool RecordingSession::start(const std::filesystem::path& movie) {
         throw;
     }
     m_progress.setRunning(true);
-    m_markable.with([this](CursorTracker*& tracker) { tracker = m_tracker.get(); });
     base::logInfo("Capture started");
     return true;
 }
@@ -165,31 +164,64 @@ void RecordingSession::startSources() {
         m_pointer->start(*m_tracker);
         m_tracker->start();
         m_extras.start();
+        m_tracking.with([this](CursorTracker*& tracker) { tracker = m_tracker.get(); });
         m_screen->start();
     } catch (const std::runtime_error& error) {
         failStart(error.what());
     }
 }
 
-void RecordingSession::mark() {
-    // Under the lock: the tracker must not go meanwhile, and notes a press in no time.
-    m_markable.with([](CursorTracker* tracker) {
-        if (tracker != nullptr)
-            tracker->pressed({.time = base::hostNow(), .button = MouseButton::left, .place = {}});
+RecordingStatistics RecordingSession::statistics() {
+    auto statistics = m_progress.statistics();
+    m_clock.with([&statistics](const RecordingClock& clock) {
+        statistics.isPaused = clock.isPaused();
+        statistics.pausedFor = clock.pausedFor(base::hostNow());
+    });
+    return statistics;
+}
+
+// Under the lock, for a moment: the tracker must not go meanwhile, and of `pause` and `resume` one
+// is over before the other begins.
+
+bool RecordingSession::mark() {
+    return m_tracking.with([this](CursorTracker* tracker) {
+        const auto now = base::hostNow();
+        const bool isRecorded = m_clock.with(
+            [now](const RecordingClock& clock) { return clock.movieTime(now).has_value(); });
+        if (tracker != nullptr && isRecorded)
+            tracker->pressed({.time = now, .button = MouseButton::left, .place = {}});
+        return tracker != nullptr && isRecorded;
     });
 }
 
 void RecordingSession::pause() {
-    m_clock.with([](RecordingClock& clock) { clock.pause(base::hostNow()); });
+    m_tracking.with([this](CursorTracker* tracker) {
+        const auto at = changeClock(&RecordingClock::pause);
+        if (at && tracker != nullptr)
+            tracker->paused(*at);
+    });
 }
 
 void RecordingSession::resume() {
-    m_clock.with([](RecordingClock& clock) { clock.resume(base::hostNow()); });
+    m_tracking.with([this](CursorTracker* tracker) {
+        const auto at = changeClock(&RecordingClock::resume);
+        if (at && tracker != nullptr)
+            tracker->resumed(*at);
+    });
+}
+
+/// The instant; nothing where there was nothing to change.
+std::optional<base::HostTime>
+RecordingSession::changeClock(bool (RecordingClock::*change)(base::HostTime)) {
+    return m_clock.with([change](RecordingClock& clock) -> std::optional<base::HostTime> {
+        const auto now = base::hostNow();
+        return (clock.*change)(now) ? std::optional(now) : std::nullopt;
+    });
 }
 
 void RecordingSession::abandon() {
     m_progress.setRunning(false);
-    m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
+    m_tracking.with([](CursorTracker*& tracker) { tracker = nullptr; });
     m_clock.with([](RecordingClock& clock) { clock.stop(base::hostNow()); });
     m_screen.reset();
     m_extras.abandon();
@@ -205,7 +237,7 @@ void RecordingSession::abandon() {
 model::RecordingMetadata RecordingSession::stop() {
     base::require(m_writer != nullptr, "a recording is stopped that does not run");
     m_progress.setRunning(false);
-    m_markable.with([](CursorTracker*& tracker) { tracker = nullptr; });
+    m_tracking.with([](CursorTracker*& tracker) { tracker = nullptr; });
     const base::HostTime stopTime = m_clock.with([](RecordingClock& clock) {
         const base::HostTime now = base::hostNow();
         clock.stop(now);

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace vantro::capture {
@@ -50,15 +51,13 @@ class RecordingSession final : public Recorder {
     /// when the movie could not be written to its end, and noRecordingData when no frame has come;
     /// everything has stopped then too.
     model::RecordingMetadata stop() override;
-    RecordingStatistics statistics() override { return m_progress.statistics(); }
-    void mark() override;
+    RecordingStatistics statistics() override;
+    bool mark() override;
+    void pause() override;
+    void resume() override;
 
     /// What was chosen.
     const RecordingTarget& target() const { return m_target; }
-
-    /// What happens between these is left out of the movie, the pointer's path and the clicks.
-    void pause();
-    void resume();
 
   private:
     bool openSources();
@@ -68,6 +67,7 @@ class RecordingSession final : public Recorder {
     void startSources();
     void stopSources(base::HostTime at);
     void abandon();
+    std::optional<base::HostTime> changeClock(bool (RecordingClock::*change)(base::HostTime));
     media::MediaTime movieLength(base::HostTime stopTime) const;
     void finishWriter(base::HostTime stopTime);
     model::RecordingMetadata describeRecording() const;
@@ -85,7 +85,7 @@ class RecordingSession final : public Recorder {
     std::unique_ptr<media::AssetWriter> m_writer;
     std::unique_ptr<CursorJournal> m_journal;
     std::unique_ptr<CursorTracker> m_tracker;
-    base::Guarded<CursorTracker*> m_markable; ///< the tracker, while it takes marks
+    base::Guarded<CursorTracker*> m_tracking; ///< the tracker, while others than the worker use it
     std::unique_ptr<PointerSource> m_pointer;
     ExtraSources m_extras;
     std::unique_ptr<ScreenTrack> m_screen;

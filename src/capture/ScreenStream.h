@@ -28,6 +28,9 @@ class ScreenStreamOutput {
     virtual ~ScreenStreamOutput() = default;
 
     virtual SampleDisposition screenSample(const ScreenSample& sample) = 0;
+    /// False in a pause: what changes meanwhile is offered as one picture when it is over, as of
+    /// then. Same thread; asked before each picture is made.
+    virtual bool wantsPicture() { return true; }
     /// The stream has ended by itself; no sample follows. Without an error the user has ended it,
     /// by the desktop's own means. Same thread as the samples.
     virtual void streamStopped(const std::string& error) = 0;

@@ -15,7 +15,9 @@ ScreenTrack::ScreenTrack(std::unique_ptr<ScreenStream> stream, media::AssetWrite
 
 ScreenTrack::~ScreenTrack() = default;
 
+/// Sound may be appended as soon as the clock runs, so the writer comes first.
 void ScreenTrack::start() {
+    m_writer.startSession({});
     m_stream->startCapture(*this);
 }
 
@@ -27,8 +29,8 @@ SampleDisposition ScreenTrack::screenSample(const ScreenSample& sample) try {
     if (sample.status != FrameStatus::complete || !sample.pixels ||
         m_clock.with([](const RecordingClock& clock) { return clock.isStopped(); }))
         return SampleDisposition::taken;
-    if (!m_hasBegun)
-        begin(sample.presentationTime);
+    if (!m_hasBegun && !begin(sample.presentationTime))
+        return SampleDisposition::refused;
     const auto time = m_clock.with(
         [&](const RecordingClock& clock) { return clock.movieTime(sample.presentationTime); });
     return time ? append(sample, *time) : SampleDisposition::refused;
@@ -38,16 +40,19 @@ SampleDisposition ScreenTrack::screenSample(const ScreenSample& sample) try {
     return SampleDisposition::taken;
 }
 
-/// Sound may be appended as soon as the clock runs, so the writer comes first.
-void ScreenTrack::begin(base::HostTime zero) {
-    m_hasBegun = true;
-    m_writer.startSession({});
-    m_clock.with([zero](RecordingClock& clock) {
-        if (clock.isWaiting())
-            clock.start(zero);
-    });
+bool ScreenTrack::wantsPicture() {
+    return m_clock.with([](const RecordingClock& clock) { return !clock.isPaused(); });
+}
+
+/// False for a picture that a pause before the first one leaves out.
+bool ScreenTrack::begin(base::HostTime zero) {
+    m_hasBegun = m_clock.with(
+        [zero](RecordingClock& clock) { return !clock.isWaiting() || clock.start(zero); });
+    if (!m_hasBegun)
+        return false;
     m_onZero(zero);
     base::logInfo("First frame at {:f}", base::inSeconds(zero.time_since_epoch()));
+    return true;
 }
 
 SampleDisposition ScreenTrack::append(const ScreenSample& sample, base::HostDuration time) {

@@ -12,8 +12,8 @@
 namespace vantro::capture {
 
 /// The screen's way into the movie. Its first picture is time zero of the whole recording. A frame
-/// that finds the encoder busy is refused and counted; one that comes in a pause is refused, so
-/// that it is offered again afterwards.
+/// that finds the encoder busy is refused and counted; in a pause none is wanted, and one that
+/// comes nevertheless is refused, so that it is offered again afterwards.
 class ScreenTrack final : public RecordingSource, private ScreenStreamOutput {
   public:
     /// `onZero` is called with the instant of time zero, on the stream's thread. Everything else
@@ -28,9 +28,10 @@ class ScreenTrack final : public RecordingSource, private ScreenStreamOutput {
 
   private:
     SampleDisposition screenSample(const ScreenSample& sample) override;
+    bool wantsPicture() override;
     void streamStopped(const std::string& error) override;
 
-    void begin(base::HostTime zero);
+    bool begin(base::HostTime zero);
     SampleDisposition append(const ScreenSample& sample, base::HostDuration time);
 
     media::AssetWriter& m_writer;

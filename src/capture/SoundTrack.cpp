@@ -18,6 +18,8 @@ constexpr std::int32_t nanoseconds = 1'000'000'000;
 constexpr auto longestWait = 400ms;
 // Servers mix up to two seconds ahead, in pieces of 40 ms; more would only take memory.
 constexpr std::size_t mostEarly = 256;
+// Where the movie cuts into a sound, which would click.
+constexpr std::int64_t longestFade = sampleRate * 3 / 1000;
 // The writer fills what lies before it.
 constexpr std::int64_t lastSilence = sampleRate;
 
@@ -36,6 +38,18 @@ base::HostTime timeOf(const media::AudioBuffer& buffer) {
 
 base::HostTime endOf(const media::AudioBuffer& buffer) {
     return timeOf(buffer) + lengthOf(buffer.frameCount());
+}
+
+/// From silence at the beginning, or to silence at the end.
+void fade(std::vector<float>& samples, bool isBeginning) {
+    const auto frames = std::ssize(samples) / channelCount;
+    const auto length = std::min<std::int64_t>(longestFade, frames);
+    for (std::int64_t i = 0; i < length; ++i) {
+        const auto frame = isBeginning ? i : frames - 1 - i;
+        for (std::int64_t channel = 0; channel < channelCount; ++channel)
+            samples[static_cast<std::size_t>(frame * channelCount + channel)] *=
+                static_cast<float>(i) / static_cast<float>(length);
+    }
 }
 
 } // namespace
@@ -93,14 +107,20 @@ void SoundTrack::sound(media::AudioBuffer buffer) {
 /// Puts what of it is part of the movie into its place.
 void SoundTrack::place(const media::AudioBuffer& buffer) {
     const auto from = timeOf(buffer);
+    const auto to = endOf(buffer);
     const auto parts =
-        m_clock.with([&](const RecordingClock& clock) { return clock.parts(from, endOf(buffer)); });
+        m_clock.with([&](const RecordingClock& clock) { return clock.parts(from, to); });
     for (const auto& part : parts) {
         const auto first = framesIn(part.from - from);
         const auto end = std::min(framesIn(part.to - from), buffer.frameCount());
+        std::vector<float> samples(buffer.samples.begin() + first * channelCount,
+                                   buffer.samples.begin() + end * channelCount);
+        if (part.from > from)
+            fade(samples, true);
+        if (part.to < to)
+            fade(samples, false);
         append({.presentationTime = {.value = part.movieTime.count(), .timescale = nanoseconds},
-                .samples = {buffer.samples.begin() + first * channelCount,
-                            buffer.samples.begin() + end * channelCount}});
+                .samples = std::move(samples)});
     }
 }
 

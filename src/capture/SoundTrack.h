@@ -17,8 +17,9 @@
 namespace vantro::capture {
 
 /// A sound's way into the movie: exactly what lies between the movie's first picture and its stop,
-/// without the pauses. A sound that begins late or stays away is silence. What the encoder has no
-/// room for is left out; one that fails ends its track, and the recording stays as it is.
+/// without the pauses, at whose edges it fades over a few milliseconds. A sound that begins late or
+/// stays away is silence. What the encoder has no room for is left out; one that fails ends its
+/// track, and the recording stays as it is.
 class SoundTrack final : public RecordingSource, private SoundOutput {
   public:
     /// `index` is the writer's track. `onSound` is called when the first sound gets into the movie.

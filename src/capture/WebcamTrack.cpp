@@ -38,24 +38,32 @@ void WebcamTrack::start() {
 
 void WebcamTrack::stop() {
     m_source->stop();
-    if (m_early.pixels)
-        append(std::exchange(m_early, {}), {});
+    appendEarly(
+        m_clock.with([](const RecordingClock& clock) { return clock.length(clock.stopTime()); }));
 }
 
 void WebcamTrack::picture(const CameraPicture& picture) {
-    const auto [time, isEarly] = m_clock.with([&](const RecordingClock& clock) {
-        const auto found = clock.movieTime(picture.time);
-        return std::pair(found, !found && clock.length(picture.time) == base::HostDuration{});
+    const auto [time, isOver] = m_clock.with([&](const RecordingClock& clock) {
+        return std::pair(clock.movieTime(picture.time), clock.isStopped());
     });
-    if (isEarly && !m_writer)
+    if (!time && !isOver)
         m_early = picture;
     if (!time)
         return;
-    // The screen began between two pictures: the one before is what the camera saw then.
-    if (m_early.pixels && *time > base::HostDuration{})
-        append(m_early, {});
-    m_early = {};
+    appendEarly(*time);
     append(picture, *time);
+}
+
+/// The screen began, or went on, between two pictures: the one before is what the camera saw then.
+/// Nothing where the movie does not go on before `until`.
+void WebcamTrack::appendEarly(base::HostDuration until) {
+    const auto early = std::exchange(m_early, {});
+    if (!early.pixels)
+        return;
+    const auto time =
+        m_clock.with([&](const RecordingClock& clock) { return clock.length(early.time); });
+    if (time < until)
+        append(early, time);
 }
 
 void WebcamTrack::append(const CameraPicture& picture, base::HostDuration time) try {

@@ -13,9 +13,9 @@ namespace vantro::capture {
 
 /// A camera's way into a movie of its own, which has the times of the screen's: it begins with the
 /// picture that was the newest at time zero, or later with the camera's first, and leaves out the
-/// pauses. The movie is opened with its first picture, so a camera that never sends one leaves
-/// none. A picture that finds the encoder busy is left out and counted. Whatever goes wrong ends
-/// this track and nothing else.
+/// pauses, after each of which it goes on with the newest picture likewise. The movie is opened
+/// with its first picture, so a camera that never sends one leaves none. A picture that finds the
+/// encoder busy is left out and counted. Whatever goes wrong ends this track and nothing else.
 class WebcamTrack final : public RecordingSource, private CameraOutput {
   public:
     /// Clock and progress outlive this.
@@ -36,6 +36,7 @@ class WebcamTrack final : public RecordingSource, private CameraOutput {
     void picture(const CameraPicture& picture) override;
     void cameraMissing(const std::string& reason) override;
     void cameraReturned() override;
+    void appendEarly(base::HostDuration until);
     void append(const CameraPicture& picture, base::HostDuration time);
     void openWriter(int width, int height);
     void giveUp(const std::string& reason);
@@ -45,7 +46,7 @@ class WebcamTrack final : public RecordingSource, private CameraOutput {
     SharedRecordingClock& m_clock;
     RecordingProgress& m_progress;
     // The camera's thread, while it runs:
-    CameraPicture m_early; ///< the newest one before time zero
+    CameraPicture m_early; ///< the newest one before time zero, or in a pause
     bool m_hasFailed = false;
     std::unique_ptr<media::AssetWriter> m_writer;
     std::unique_ptr<CameraSource> m_source; // destroyed first: its thread calls the rest

@@ -114,6 +114,14 @@ void stop(Client& client, const std::string& recorder) {
             fmt::format("the recording has not ended after {} seconds", longestFinish.count()));
 }
 
+void tellRecorder(const char* method) {
+    Client client;
+    const auto recorder = client.ownerOf(names::recorder);
+    if (!recorder)
+        failForWantOfRecording();
+    client.tell(*recorder, method);
+}
+
 /// RFC 8089, of a path that is absolute.
 std::string addressOf(const std::filesystem::path& file) {
     constexpr std::string_view plain = "/-._~";
@@ -158,11 +166,11 @@ void stopRecording() {
 }
 
 void markZoom() {
-    Client client;
-    const auto recorder = client.ownerOf(names::recorder);
-    if (!recorder)
-        failForWantOfRecording();
-    client.tell(*recorder, names::mark);
+    tellRecorder(names::mark);
+}
+
+void pauseRecording() {
+    tellRecorder(names::pause);
 }
 
 void toggleRecording() {

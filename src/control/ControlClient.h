@@ -12,6 +12,8 @@ namespace vantro::control {
 /// Returns once the recording's files are finished.
 void stopRecording();
 void markZoom();
+/// Pauses the recording, or resumes one that is paused.
+void pauseRecording();
 /// Stops a recording as above, else has the window start one.
 void toggleRecording();
 

@@ -9,6 +9,7 @@ constexpr auto path = "/com/vantro/app";
 constexpr auto interface = "com.vantro.Control1";
 constexpr auto stop = "Stop";
 constexpr auto mark = "Mark";
+constexpr auto pause = "Pause";
 constexpr auto toggle = "Toggle";
 constexpr auto refused = "com.vantro.Error.Refused";
 

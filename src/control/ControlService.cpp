@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 #include <sdbus-c++/sdbus-c++.h>
@@ -20,7 +21,11 @@ const char* nameOf(Role role) {
 void run(const std::function<void()>& command) {
     if (!command)
         throw sdbus::Error(names::refused, "Vantro cannot do that now");
-    command();
+    try {
+        command();
+    } catch (const std::runtime_error& refusal) {
+        throw sdbus::Error(names::refused, refusal.what());
+    }
 }
 
 using PlatformData = std::map<std::string, sdbus::Variant>;
@@ -47,6 +52,7 @@ class BusService final : public ControlService {
         };
         add(names::stop, m_commands.stop);
         add(names::mark, m_commands.mark);
+        add(names::pause, m_commands.pause);
         add(names::toggle, m_commands.toggle);
         addApplication();
         m_object->finishRegistration();

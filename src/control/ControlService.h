@@ -8,11 +8,13 @@
 namespace vantro::control {
 
 /// What a running Vantro does when another program tells it to. Each is called on the service's
-/// own thread and returns soon; what is empty is refused. A token, where the desktop has given one,
+/// own thread and returns soon; what is empty is refused, and what throws std::runtime_error, with
+/// that text. A token, where the desktop has given one,
 /// lets the window come to the front.
 struct Commands {
     std::function<void()> stop;   ///< ends the recording under way
     std::function<void()> mark;   ///< zooms to where the pointer is now
+    std::function<void()> pause;  ///< pauses the recording under way, or resumes it
     std::function<void()> toggle; ///< starts a recording, or ends the one under way
     /// Shows the window, with what lies at these addresses, "file:///…", opened in it.
     std::function<void(const std::vector<std::string>& addresses, const std::string& token)> show{};

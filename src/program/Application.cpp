@@ -148,10 +148,7 @@ class Program {
     ProgramControl m_control{m_state, m_flows, m_recordingTasks};
     window::KeysFromAnywhere m_keys{m_preferences,
                                     {app::bindGlobalKeys, app::isWaylandSession()},
-                                    [this](capture::GlobalAction action) {
-                                        action == capture::GlobalAction::toggle ? m_control.toggle()
-                                                                                : m_control.mark();
-                                    }};
+                                    [this](auto action) { m_control.act(action); }};
     window::StopNotice m_stopNotice{m_state, m_recording, QDBusConnection::sessionBus(),
                                     QSystemTrayIcon::isSystemTrayAvailable};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};

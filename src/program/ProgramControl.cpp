@@ -4,9 +4,11 @@
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
+#include "base/Log.h"
 
 #include <QUrl>
 #include <QWindow>
+#include <stdexcept>
 
 namespace vantro::program {
 
@@ -18,7 +20,13 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::Flows flows,
     };
     m_service = control::ControlService::connect(
         {.stop = onMain([this] { m_flows.recording.stopRecording(); }),
-         .mark = onMain([this] { mark(); }),
+         .mark =
+             [this, marking = onMain([this] { mark(); })] {
+                 if (m_isPaused)
+                     throw std::runtime_error("the recording is paused");
+                 marking();
+             },
+         .pause = onMain([this] { m_flows.recording.pauseOrResume(); }),
          .toggle = onMain([this] { toggle(); }),
          .show =
              [this, &tasks](const auto& addresses, const auto& token) {
@@ -26,6 +34,8 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::Flows flows,
              },
          .act = [this,
                  &tasks](const auto& action) { tasks.onMain([this, action] { act(action); }); }});
+    QObject::connect(&flows.recording, &app::flows::RecordingFlow::pausedChanged, &m_context,
+                     [this] { m_isPaused = m_flows.recording.isPaused(); });
     if (!m_service)
         return;
     m_service->take(control::Role::program);
@@ -38,8 +48,20 @@ ProgramControl::ProgramControl(app::AppState& state, app::flows::Flows flows,
 }
 
 void ProgramControl::mark() {
-    if (const auto recorder = m_state.recorder())
-        recorder->mark();
+    const auto recorder = m_state.recorder();
+    if (recorder && !recorder->mark())
+        base::logInfo("No zoom is marked, as nothing is recorded now");
+}
+
+void ProgramControl::act(capture::GlobalAction action) {
+    switch (action) {
+    case capture::GlobalAction::toggle:
+        return toggle();
+    case capture::GlobalAction::pause:
+        return m_flows.recording.pauseOrResume();
+    case capture::GlobalAction::mark:
+        return mark();
+    }
 }
 
 void ProgramControl::toggle() {

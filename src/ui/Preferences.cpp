@@ -16,8 +16,15 @@ const QString globalKeysKey = QStringLiteral("globalKeys/areSetUp");
 const QString recentKey = QStringLiteral("recentProjects");
 
 QString globalKeyOf(capture::GlobalAction action) {
-    return action == capture::GlobalAction::toggle ? QStringLiteral("globalKeys/toggle")
-                                                   : QStringLiteral("globalKeys/mark");
+    switch (action) {
+    case capture::GlobalAction::toggle:
+        return QStringLiteral("globalKeys/toggle");
+    case capture::GlobalAction::pause:
+        return QStringLiteral("globalKeys/pause");
+    case capture::GlobalAction::mark:
+        break;
+    }
+    return QStringLiteral("globalKeys/mark");
 }
 
 QString folderKey(FolderUse use) {
@@ -87,6 +94,10 @@ bool Preferences::hasGlobalKeys() const {
 
 std::vector<capture::GlobalKey> Preferences::globalKeys() const {
     auto keys = capture::usualGlobalKeys();
+    for (auto& each : keys)
+        // Set up before there was one for pauses: nobody has asked for it.
+        if (each.action == capture::GlobalAction::pause && hasGlobalKeys())
+            each.keys.clear();
     for (auto& each : keys)
         each.keys = m_settings.value(globalKeyOf(each.action), QString::fromStdString(each.keys))
                         .toString()

@@ -73,9 +73,10 @@ void MainModel::connectFlows() {
         Q_EMIT screenChanged();
         Q_EMIT countdownChanged();
     });
-    for (const auto changed : {&app::flows::RecordingFlow::elapsedSecondsChanged,
-                               &app::flows::RecordingFlow::stoppingChanged,
-                               &app::flows::RecordingFlow::recorderStatusChanged})
+    for (const auto changed :
+         {&app::flows::RecordingFlow::elapsedSecondsChanged,
+          &app::flows::RecordingFlow::stoppingChanged, &app::flows::RecordingFlow::pausedChanged,
+          &app::flows::RecordingFlow::recorderStatusChanged})
         connect(&recording, changed, this, &MainModel::recordingChanged);
 }
 

@@ -43,6 +43,7 @@ class MainModel : public QObject {
     Q_PROPERTY(QString recordingNote READ recordingNote NOTIFY recordingChanged)
     Q_PROPERTY(bool captureEnded READ captureEnded NOTIFY recordingChanged)
     Q_PROPERTY(bool stopping READ stopping NOTIFY recordingChanged)
+    Q_PROPERTY(bool paused READ paused NOTIFY recordingChanged)
     Q_PROPERTY(int countdown READ countdown NOTIFY countdownChanged)
     /// Of what was chosen in the desktop's dialog, as the URL of an image; empty for none.
     Q_PROPERTY(QString chosenPicture READ chosenPicture NOTIFY chosenChanged)
@@ -76,6 +77,7 @@ class MainModel : public QObject {
     QString recordingNote() const;
     bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }
     bool stopping() const { return m_flows.recording.isStopping(); }
+    bool paused() const { return m_flows.recording.isPaused(); }
     int countdown() const { return m_flows.recording.countdownRemaining(); }
     QString chosenPicture() const;
     QString alertText() const;
@@ -92,6 +94,7 @@ class MainModel : public QObject {
     Q_INVOKABLE void chooseAnew() { m_flows.recording.chooseAnew(); }
     Q_INVOKABLE void confirmChosen() { m_flows.recording.confirmChosen(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
+    Q_INVOKABLE void pauseOrResume() { m_flows.recording.pauseOrResume(); }
     Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
     Q_INVOKABLE void cancelAsking() { m_flows.recording.cancelPreparation(); }
     Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelPreparation(); }

@@ -87,10 +87,10 @@ TEST_F(RecordCommand, RecordsAnAreaWithItsClicksAndSumsUp) {
     EXPECT_EQ((model::Point{click.x, click.y}), (model::Point{30, 20}));
 }
 
-TEST_F(RecordCommand, TakesMarksAndItsEndFromOtherPrograms) {
+TEST_F(RecordCommand, TakesMarksPausesAndItsEndFromOtherPrograms) {
     const SessionBus bus;
     const auto on = "DBUS_SESSION_BUS_ADDRESS='" + bus.address() + "'";
-    for (const auto* command : {"stop", "mark", "toggle"}) {
+    for (const auto* command : {"stop", "mark", "pause", "toggle"}) {
         const auto refused = vantro(command, on);
         EXPECT_EQ(refused.exitCode, 1);
         EXPECT_THAT(refused.output, StartsWith("vantro: nothing is being recorded"));
@@ -100,11 +100,16 @@ TEST_F(RecordCommand, TakesMarksAndItsEndFromOtherPrograms) {
     std::jthread recording(
         [&] { recorded = record("--no-system-audio --mode area --rect 100,50,300,200", on); });
     ASSERT_TRUE(eventually([&] { return vantro("mark", on).exitCode == 0; }));
+    EXPECT_EQ(vantro("pause", on).exitCode, 0);
+    EXPECT_THAT(vantro("mark", on).output, StartsWith("vantro: the recording is paused"));
+    EXPECT_EQ(vantro("pause", on).exitCode, 0);
+    EXPECT_EQ(vantro("mark", on).exitCode, 0) << "it goes on";
+    EXPECT_EQ(vantro("pause", on).exitCode, 0);
     EXPECT_EQ(vantro("stop", on).exitCode, 0);
     const auto made = files::readProjectFile(project).recording; // at once
     recording.join();
     EXPECT_EQ(recorded.exitCode, 0) << recorded.output;
-    ASSERT_EQ(made.metadata().clickEvents.size(), 1U);
+    ASSERT_EQ(made.metadata().clickEvents.size(), 2U);
     const auto& mark = made.metadata().clickEvents.front();
     EXPECT_EQ((model::Point{mark.x, mark.y}), (model::Point{30, 20}));
     EXPECT_THAT(vantro("stop", "-u DBUS_SESSION_BUS_ADDRESS -u XDG_RUNTIME_DIR").output,

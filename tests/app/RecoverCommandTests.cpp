@@ -1,12 +1,14 @@
 // Recordings killed in the middle, and `vantro recover` run over what they leave.
 #include "app/CommandLineFixture.h"
 #include "base/HostClock.h"
+#include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "media/Sound.h"
 #include "support/Eventually.h"
 #include "support/FakeCamera.h"
 #include "support/Pointer.h"
 #include "support/Program.h"
+#include "support/SessionBus.h"
 #include "support/SoundServer.h"
 #include "support/TestWindow.h"
 
@@ -28,11 +30,12 @@ constexpr double mostLost = 1; // seconds
 class Recording {
   public:
     Recording(const XServer& server, const fs::path& folder, const std::string& rect,
-              const std::string& source = "--system-audio")
+              const std::string& source = "--system-audio",
+              const std::string& variable = "VANTRO_TEST=")
         : m_folder(folder)
-        , m_program(server.display(),
-                    {"env", "TMPDIR=" + folder.string(), VANTRO_PROGRAM, "record", "--output",
-                     folder / "never.vantro", "--mode", "area", "--rect", rect, source}) {}
+        , m_program(server.display(), {"env", "TMPDIR=" + folder.string(), variable, VANTRO_PROGRAM,
+                                       "record", "--output", folder / "never.vantro", "--mode",
+                                       "area", "--rect", rect, source}) {}
 
     /// Ends it as nothing else can; returns when it is gone.
     void kill() {
@@ -121,6 +124,52 @@ TEST_F(Recovery, KilledAtAnyMomentARecordingLosesLessThanItsLastSecond) {
         if (i % 2 == 0) {
             EXPECT_GT(framesOf(movie).back().presentationTime.seconds(), lived - mostLost);
         }
+    }
+}
+
+TEST_F(Recovery, KilledInAPauseARecordingEndsWhereThatBegan) {
+    const SessionBus bus;
+    const auto on = "DBUS_SESSION_BUS_ADDRESS=" + bus.address();
+    TestWindow window(server, {0, 0, 64, 64}, 0);
+    Pointer hand(server);
+    hand.moveTo(20, 20);
+    const auto launched = base::hostNow();
+    Recording recording(server, folder.path(), "0,0,64,64", "--no-system-audio", on);
+    recording.awaitFirstPicture();
+    const auto seconds = [](base::HostTime from) {
+        return base::inSeconds(base::hostNow() - from);
+    };
+    const auto pause = [&] { return vantro("pause", on).exitCode == 0; };
+    const auto places = [&] {
+        return capture::readCursorJournal(recording.files() / "recording.mov").cursorPositions;
+    };
+    constexpr double rest = 1;
+    ASSERT_TRUE(eventually(pause)); // as soon as it listens
+    window.fill(0xffffff);
+    hand.moveTo(60, 60);
+    std::this_thread::sleep_for(std::chrono::duration<double>(rest));
+    ASSERT_TRUE(pause());
+    const auto resumed = base::hostNow();
+    ASSERT_TRUE(eventually([&] { return places().size() > 30 && places().back().x == 60; }));
+    const double least = seconds(resumed);
+    ASSERT_TRUE(pause());
+    const double most = seconds(launched) - rest;
+    hand.moveTo(40, 40);
+    std::this_thread::sleep_for(std::chrono::duration<double>(rest));
+    recording.kill();
+    const auto project = folder / "recovered.vantro";
+    const auto result = recover(recording.files(), project);
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    const auto metadata = files::readProjectFile(project).recording.metadata();
+    EXPECT_GE(metadata.endTime, least);
+    EXPECT_LE(metadata.endTime, most);
+    const auto movie = project / "recording.mov";
+    EXPECT_NEAR(media::Asset::open(movie).duration().seconds(), metadata.endTime, 0.05);
+    EXPECT_GT(framesOf(movie).back().pixels->row(0, 32)[32], 200) << "as it was when it went on";
+    double last = 0;
+    for (const auto& at : metadata.cursorPositions) {
+        EXPECT_TRUE(at.x == 20 || at.x == 60) << at.x;
+        EXPECT_LT(at.timestamp - std::exchange(last, at.timestamp), 0.2);
     }
 }
 

@@ -97,6 +97,20 @@ TEST_F(CursorTrackerTest, WhereNonePushesTheNewestPlaceIsKeptEverySixteenMillise
     EXPECT_EQ(path().size(), 6) << "may be stopped twice";
 }
 
+TEST_F(CursorTrackerTest, JumpsOverAPauseToWhereThePointerIsThen) {
+    push(0ms, 1);
+    push(16ms, 2);
+    timeline.with([this](RecordingClock& each) { each.pause(zero + 20ms); });
+    tracker.paused(zero + 20ms);
+    push(30ms, 3);
+    push(90ms, 4); // and rests
+    timeline.with([this](RecordingClock& each) { each.resume(zero + 100ms); });
+    tracker.resumed(zero + 100ms);
+    push(104ms, 5); // too soon to be kept
+    push(120ms, 6);
+    EXPECT_EQ(path(), (Path{{0, 1}, {16, 2}, {19.999, 2}, {20, 4}, {40, 6}}));
+}
+
 TEST_F(CursorTrackerTest, KeepsPressesWithTheirTimeAndPlaceButNotThoseInAPause) {
     push(0ms, 5);
     const auto press = [this](base::HostDuration time, MouseButton button,

@@ -34,6 +34,20 @@ TEST(RecordingClock, LeavesOutWhatLiesOutsideOfTheMovieAndInPauses) {
     EXPECT_EQ(clock.length(zero + 20s), 4500ms);
 }
 
+TEST(RecordingClock, HeldBeforeItsZeroBeginsWithWhatComesAfterwards) {
+    RecordingClock clock;
+    EXPECT_TRUE(clock.pause(zero - 5s));
+    EXPECT_FALSE(clock.start(zero - 4s));
+    EXPECT_FALSE(clock.movieTime(zero - 4s));
+    EXPECT_EQ(clock.pausedFor(zero - 3s), 2s);
+    EXPECT_TRUE(clock.resume(zero - 1s));
+    EXPECT_FALSE(clock.start(zero - 2s)) << "of the time before, and told late";
+    EXPECT_TRUE(clock.start(zero));
+    clock.pause(zero + 1s);
+    EXPECT_EQ(clock.pausedFor(zero + 4s), 4s + 3s);
+    EXPECT_EQ(clock.length(zero + 4s), 1s);
+}
+
 TEST(RecordingClock, EndsInAPauseWhereThePauseBegan) {
     RecordingClock clock;
     clock.start(zero);

@@ -1,4 +1,5 @@
 #include "base/Log.h"
+#include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/ScriptedPlatform.h"
@@ -304,6 +305,7 @@ TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
     deliver(flatPicture(60));
     recorder->pause();
     EXPECT_EQ(deliver(flatPicture(200)), SampleDisposition::refused) << "offered again afterwards";
+    EXPECT_FALSE(script->output->wantsPicture());
     const auto end = base::hostNow() + 300ms;
     ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
     recorder->resume();
@@ -316,6 +318,31 @@ TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
     ASSERT_GE(frames.size(), 2);
     EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
     EXPECT_LT(frames[1].presentationTime.seconds(), longest);
+}
+
+TEST_F(RecordingSessionTest, PausedBeforeItsFirstPictureBeginsWhenItIsResumed) {
+    const auto recorder = startedSession();
+    recorder->pause();
+    EXPECT_FALSE(script->output->wantsPicture());
+    EXPECT_EQ(deliver(flatPicture(200)), SampleDisposition::refused);
+    EXPECT_FALSE(recorder->mark());
+    EXPECT_TRUE(recorder->statistics().isPaused);
+    recorder->resume();
+    EXPECT_FALSE(recorder->mark()) << "nothing is recorded yet";
+    deliver(flatPicture(60));
+    EXPECT_TRUE(recorder->mark());
+    const auto beforePause = base::hostNow();
+    recorder->pause();
+    EXPECT_FALSE(recorder->mark());
+    EXPECT_TRUE(test::eventually([&] {
+        return readCursorJournal(movie).cursorPositions.size() > 1;
+    })) << "the end is safe on disk: nothing more may come for long";
+    const auto end = base::hostNow() + 100ms;
+    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
+    const auto metadata = recorder->stop();
+    EXPECT_LT(metadata.endTime, base::inSeconds(end - beforePause)) << "it ends with the pause";
+    EXPECT_EQ(metadata.clickEvents.size(), 1U);
+    EXPECT_NEAR(test::framesOf(movie).at(0).pixels->row(0, 100)[100], 60, 2);
 }
 
 TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {

@@ -42,9 +42,9 @@ TEST_F(X11GlobalKeysTest, ComeWhateverWindowHasTheKeyboardAndWhateverIsLocked) {
     const auto keys = bind(log);
     ASSERT_TRUE(log.becomes(Kind::bound));
     EXPECT_EQ(log.state().keys, usualGlobalKeys());
-    run("xdotool key ctrl+alt+r key ctrl+r key ctrl+alt+shift+r key ctrl+alt+z");
+    run("xdotool key ctrl+alt+r key ctrl+r key ctrl+alt+shift+r key ctrl+alt+p key ctrl+alt+z");
     run("xdotool key Caps_Lock key ctrl+alt+r key Num_Lock key ctrl+alt+z");
-    EXPECT_TRUE(log.hasPressed({toggle, mark, toggle, mark}));
+    EXPECT_TRUE(log.hasPressed({toggle, pause, mark, toggle, mark}));
 }
 
 TEST_F(X11GlobalKeysTest, ComeOnceHoweverLongTheyAreHeld) {
@@ -63,6 +63,7 @@ TEST_F(X11GlobalKeysTest, SayWhichKeyCannotBeHad) {
     ASSERT_TRUE(other.becomes(Kind::bound));
     const std::pair<const char*, const char*> cases[] = {
         {"Ctrl+Alt+Z", "Another program has Ctrl+Alt+Z already"},
+        {"Ctrl+Alt+R", "Ctrl+Alt+R cannot do two things"},
         {"Ctrl+F35", "The keyboard has no key for Ctrl+F35"},
         {"R", "R cannot be used from anywhere"},
         {"Ctrl+Nonsense", "cannot be used"}};

@@ -24,11 +24,11 @@ using test::eventually;
 
 constexpr QSize controlsSize(340, 120);
 constexpr QSize controlsWithProjectSize(340, 200);
-constexpr QSize recordingSize(220, 54);
+constexpr QSize recordingSize(254, 54);
 constexpr QSize editorSize(980, 680);
 constexpr QPoint recordButton(170, 82);
 constexpr QPoint nameField(100, 26);
-constexpr QPoint stopButton(180, 27);
+constexpr QPoint stopButton(214, 27);
 constexpr QPoint screenMode(60, 28);
 constexpr QPoint windowMode(170, 28);
 constexpr QSize pickerSize(400, 440);
@@ -339,6 +339,10 @@ TEST_F(EndToEndTest, OtherProgramsStartMarkAndStopARecording) {
         return tell("mark") == 0 &&
                test::contentOf(recordedFolder() / "recording.mov.cursor").contains("\nleft ");
     }));
+    EXPECT_EQ(tell("pause"), 0);
+    EXPECT_TRUE(eventually([&] { return tell("mark") == 1; })) << "paused";
+    EXPECT_EQ(tell("pause"), 0);
+    EXPECT_TRUE(eventually([&] { return tell("mark") == 0; })) << "resumed";
     EXPECT_EQ(tell("toggle"), 0);
     const auto recorded = recordedIn(session.recordings());
     const auto& mark = recorded.metadata.clickEvents.at(0);

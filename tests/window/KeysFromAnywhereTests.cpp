@@ -49,7 +49,7 @@ TEST_F(KeysFromAnywhereTest, AreBoundOnceSetUpAndThenAtEachStart) {
     {
         KeysSheet sheet(*keys);
         sheet.show();
-        auto* field = sheet.findChildren<QKeySequenceEdit*>().at(1);
+        auto* field = sheet.findChildren<QKeySequenceEdit*>().at(2);
         EXPECT_EQ(field->keySequence().toString(), "Ctrl+Alt+Z");
         field->setKeySequence(QKeySequence(Qt::CTRL | Qt::Key_F7));
         sheet.findChild<QPushButton*>(QStringLiteral("setUp"))->click();
@@ -67,6 +67,7 @@ TEST_F(KeysFromAnywhereTest, AreBoundOnceSetUpAndThenAtEachStart) {
     EXPECT_EQ(acted, std::vector{GlobalAction::mark});
     keys = start();
     const std::vector<GlobalKey> wished{{GlobalAction::toggle, "Ctrl+Alt+R"},
+                                        {GlobalAction::pause, "Ctrl+Alt+P"},
                                         {GlobalAction::mark, "Ctrl+F7"}};
     ASSERT_EQ(bound.size(), 3U);
     EXPECT_EQ(bound.back(), wished);

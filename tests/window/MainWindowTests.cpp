@@ -236,6 +236,40 @@ TEST_F(MainWindowTest, ClosingFinishesTheFileBeforeItQuitsAndAFailureIsShownInst
     EXPECT_FALSE(window().isVisible());
 }
 
+TEST_F(MainWindowTest, PausesAndResumesByButtonAndKeyAndStaysAsLargeAsItIs) {
+    showWindow();
+    record();
+    timers.advance(std::chrono::seconds(5));
+    settle();
+    const auto size = window().size();
+    const auto expectPaused = [&](bool isPaused) {
+        settle();
+        EXPECT_EQ(platform.next->recorderStatus.isPaused, isPaused);
+        EXPECT_EQ(shows("paused"), isPaused);
+        EXPECT_EQ(window().size(), size);
+        auto* told = QAccessible::queryAccessibleInterface(&item("pause"));
+        EXPECT_EQ(told->text(QAccessible::Name), isPaused ? "Resume (Ctrl+P)" : "Pause (Ctrl+P)");
+    };
+    expectPaused(false);
+    click("pause");
+    expectPaused(true);
+    key(Qt::Key_P, Qt::ControlModifier);
+    expectPaused(false);
+    item("pause").forceActiveFocus();
+    key(Qt::Key_Space);
+    expectPaused(true);
+    timers.advance(std::chrono::seconds(3));
+    EXPECT_EQ(text("elapsed"), "00:05");
+    window().close(); // asks
+    settle();
+    key(Qt::Key_P, Qt::ControlModifier);
+    app.keepRecording();
+    expectPaused(true);
+    click("stop");
+    EXPECT_FALSE(item("pause").isEnabled());
+    EXPECT_FALSE(shows("paused"));
+}
+
 TEST_F(MainWindowTest, AButtonThatWasClickedLeavesTheKeyboardWhereItWas) {
     showWindow();
     showEditor();

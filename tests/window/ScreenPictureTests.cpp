@@ -62,6 +62,9 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     timers.advance(std::chrono::seconds(83));
     keep("recording");
     EXPECT_EQ(text("elapsed"), "01:23");
+    recording.pause();
+    keep("recording-paused");
+    recording.resume();
     window().close();
     keep("quit");
     app.keepRecording();

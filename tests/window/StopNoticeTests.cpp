@@ -41,12 +41,17 @@ class StopNoticeTest : public testing::Test {
     bool isShown() {
         return QTest::qWaitFor([&] { return !service.shown.member().isEmpty(); });
     }
+    void record() {
+        state.setCaptureMode(model::CaptureMode::screen);
+        flow.beginCapture();
+        tasks.runAll();
+    }
     void answer(uint number) { desktop.send(service.shown.createReply(number)); }
-    void press(uint number) {
+    void press(uint number, const char* action = "stop") {
         auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
                                                  QStringLiteral("org.freedesktop.Notifications"),
                                                  QStringLiteral("ActionInvoked"));
-        signal << number << QStringLiteral("stop");
+        signal << number << QString::fromLatin1(action);
         desktop.send(signal);
     }
 
@@ -64,8 +69,27 @@ class StopNoticeTest : public testing::Test {
                       [this] { return hasTray; }};
 };
 
+TEST_F(StopNoticeTest, PausesAndResumesTheRecordingAndSaysWhichIsNext) {
+    record();
+    ASSERT_TRUE(isShown());
+    flow.pause(); // while the first one is on its way
+    answer(7);
+    const auto offers = [this](const char* text) {
+        return QTest::qWaitFor([&] {
+            return service.shown.arguments().value(5).toStringList().contains(
+                QString::fromLatin1(text));
+        });
+    };
+    EXPECT_TRUE(offers("Resume Recording"));
+    EXPECT_EQ(service.shown.arguments().at(1).toUInt(), 7U) << "in place of the other";
+    answer(7);
+    press(7, "pause");
+    EXPECT_TRUE(offers("Pause Recording"));
+    EXPECT_FALSE(flow.isPaused());
+}
+
 TEST_F(StopNoticeTest, StopsTheRecordingAndGoesWithIt) {
-    state.setPhase(app::AppPhase::recording());
+    record();
     ASSERT_TRUE(isShown());
     const auto hints = qdbus_cast<QVariantMap>(service.shown.arguments().at(6));
     EXPECT_EQ(hints.value(QStringLiteral("urgency")).toInt(), 0) << "no banner in the film";

@@ -16,6 +16,8 @@ void addControlCommands(base::Command app, CommandAction& action) {
         control::stopRecording);
     add("toggle", "End the recording under way, or have Vantro's window start one",
         control::toggleRecording);
+    add("pause", "Pause the recording under way, or resume it when it is paused",
+        control::pauseRecording);
     add("mark", "Zoom to where the pointer is now, in the recording under way", control::markZoom);
 }
 

@@ -304,7 +304,8 @@ void addRecordCommand(base::Command app, CommandAction& action,
         .valueName("S")
         .within(0.0, longestDelay);
     command
-        .option("--seconds", options->limits.seconds, "How long to record (default: until Ctrl-C)")
+        .option("--seconds", options->limits.seconds,
+                "How long to record, without the pauses (default: until Ctrl-C)")
         .valueName("S")
         .within(0.1, longestRecording);
     command

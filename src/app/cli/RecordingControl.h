@@ -9,8 +9,8 @@
 
 namespace vantro::app::cli {
 
-/// Lets other programs of the session end a recording and mark zooms in it, for as long as this
-/// lives: until the project is saved. `recorder` outlives it.
+/// Lets other programs of the session end and pause a recording and mark zooms in it, for as long
+/// as this lives: until the project is saved. `recorder` outlives it.
 class RecordingControl {
   public:
     RecordingControl(capture::Recorder& recorder, const std::stop_token& interrupted);

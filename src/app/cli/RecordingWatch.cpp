@@ -20,6 +20,8 @@ namespace {
 // How often the status line changes, and how soon the end of a stream or a full size is noticed. At
 // the recorder's bit rate the movie grows by 1.5 MB in that time.
 constexpr double statusPeriod = 0.25; // seconds
+// What is left to record stays the same in a pause, however little it is.
+constexpr double shortestWait = 0.01; // seconds
 
 /// The power of 1000 that a unit stands for; nothing for an unknown one.
 std::optional<int> powerOf(std::string_view unit) {
@@ -127,8 +129,8 @@ RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::
     Notices notices(line);
     const auto started = base::hostNow();
     for (;;) {
-        const double elapsed = base::inSeconds(base::hostNow() - started);
         const auto statistics = recorder.statistics();
+        const double elapsed = base::inSeconds(base::hostNow() - started - statistics.pausedFor);
         notices.tellOf(statistics);
         if (const auto end = endOf(statistics.condition))
             return *end;
@@ -139,11 +141,13 @@ RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::
         // One frame at least, however small the limit.
         if (limits.bytes && statistics.framesCaptured > 0 && isAtLeast(movie, *limits.bytes))
             return RecordingEnd::maxSize;
-        line.show(fmt::format("Recording {}  {} frames, {} dropped{}  (Ctrl-C to stop)",
-                              clockText(elapsed), statistics.framesCaptured,
-                              statistics.framesDropped, meters(statistics.sounds)));
-        waitFor(limits.seconds < 0 ? statusPeriod
-                                   : std::min(statusPeriod, limits.seconds - elapsed),
+        line.show(fmt::format("{} {}  {} frames, {} dropped{}  (Ctrl-C to stop)",
+                              statistics.isPaused ? "Paused at" : "Recording", clockText(elapsed),
+                              statistics.framesCaptured, statistics.framesDropped,
+                              meters(statistics.sounds)));
+        waitFor(limits.seconds < 0
+                    ? statusPeriod
+                    : std::clamp(limits.seconds - elapsed, shortestWait, statusPeriod),
                 interrupted);
     }
 }

@@ -13,7 +13,7 @@ namespace vantro::app::cli {
 
 /// When a recording ends by itself.
 struct RecordingLimits {
-    double seconds = -1;                ///< never when negative
+    double seconds = -1;                ///< without the pauses; never when negative
     std::optional<std::uint64_t> bytes; ///< of the movie file; never when absent
 };
 

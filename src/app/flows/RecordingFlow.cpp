@@ -4,7 +4,9 @@
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "app/flows/ErrorText.h"
+#include "base/Fatal.h"
 
+#include <cmath>
 #include <utility>
 
 namespace vantro::app::flows {
@@ -16,6 +18,8 @@ RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
     connect(&m_state, &AppState::phaseChanged, this, [this] {
         if (m_state.phase() == AppPhase::previewing())
             cancelPreparation();
+        if (m_state.phase() != AppPhase::recording())
+            setCourse(Course::none);
         if (m_state.phase() != AppPhase::recording() && m_state.phase() != AppPhase::selecting())
             setWindowsHidden(false);
     });
@@ -38,6 +42,8 @@ void RecordingFlow::startRecording() {
     m_state.setPhase(AppPhase::recording());
     m_state.setRecordingName(files::defaultRecordingName());
     setElapsedSeconds(0);
+    m_ticks = 0;
+    setCourse(Course::running);
     setRecorderStatus({});
     m_outputURL = files::makeRecordingDirectory() / files::package::recordingFile;
     const auto recorder = std::exchange(m_chosen, nullptr);
@@ -60,8 +66,10 @@ void RecordingFlow::startRecording() {
 }
 
 void RecordingFlow::tickSecond() {
-    setElapsedSeconds(m_elapsedSeconds + 1);
+    ++m_ticks;
     setRecorderStatus(m_state.recorder()->statistics());
+    if (!isPaused())
+        setElapsedSeconds(std::floor(m_ticks - base::inSeconds(m_recorderStatus.pausedFor)));
     if (!m_recorderStatus.isCapturing())
         setWindowsHidden(false);
     if (m_recorderStatus.condition == capture::RecordingCondition::userStopped)
@@ -81,14 +89,31 @@ void RecordingFlow::takenBack(int request) {
         return;
     ++m_request; // a stop asked for meanwhile has nothing left to stop
     m_secondTimer.reset();
-    setStopping(false);
     m_state.setPhase(AppPhase::idle());
 }
 
-void RecordingFlow::stopRecording() {
-    if (m_state.phase() != AppPhase::recording() || m_stopping)
+void RecordingFlow::pause() {
+    if (m_course != Course::running)
         return;
-    setStopping(true);
+    m_state.recorder()->pause();
+    setCourse(Course::paused);
+}
+
+void RecordingFlow::resume() {
+    if (m_course != Course::paused)
+        return;
+    m_state.recorder()->resume();
+    setCourse(Course::running);
+}
+
+void RecordingFlow::pauseOrResume() {
+    isPaused() ? resume() : pause();
+}
+
+void RecordingFlow::stopRecording() {
+    if (m_course != Course::running && m_course != Course::paused)
+        return;
+    setCourse(Course::stopping);
     m_secondTimer.reset();
     m_services.tasks.run([this, recorder = m_state.recorder(), outputURL = m_outputURL,
                           request = m_request]() -> TaskRunner::Continuation {
@@ -110,7 +135,6 @@ void RecordingFlow::stopRecording() {
 void RecordingFlow::stopFailed(int request, const std::string& message) {
     if (request != m_request)
         return;
-    setStopping(false);
     m_state.setError(message, model::VantroError::Kind::assetWriterFailed);
     m_state.setPhase(AppPhase::idle());
     Q_EMIT leftBehind(QString::fromStdString(m_outputURL.string()));
@@ -119,7 +143,6 @@ void RecordingFlow::stopFailed(int request, const std::string& message) {
 void RecordingFlow::recordingFinished(int request, const model::Recording& recording) {
     if (request != m_request)
         return;
-    setStopping(false);
     m_state.show({.name = m_state.recordingName(),
                   .recording = recording,
                   .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
@@ -132,11 +155,30 @@ void RecordingFlow::setElapsedSeconds(double seconds) {
     Q_EMIT elapsedSecondsChanged();
 }
 
-void RecordingFlow::setStopping(bool stopping) {
-    if (m_stopping == stopping)
+bool RecordingFlow::mayFollow(Course before, Course after) {
+    switch (after) {
+    case Course::none:
+        return true;
+    case Course::running:
+        return before == Course::none || before == Course::paused;
+    case Course::paused:
+        return before == Course::running;
+    case Course::stopping:
+        return before == Course::running || before == Course::paused;
+    }
+    return false;
+}
+
+void RecordingFlow::setCourse(Course course) {
+    const auto before = m_course;
+    if (before == course)
         return;
-    m_stopping = stopping;
-    Q_EMIT stoppingChanged();
+    base::require(mayFollow(before, course), "a recording goes on as it cannot");
+    m_course = course;
+    if (before == Course::stopping || course == Course::stopping)
+        Q_EMIT stoppingChanged();
+    if (before == Course::paused || course == Course::paused)
+        Q_EMIT pausedChanged();
 }
 
 void RecordingFlow::setRecorderStatus(const capture::RecordingStatistics& statistics) {

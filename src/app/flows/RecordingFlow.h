@@ -46,14 +46,19 @@ class RecordingFlow : public QObject {
     bool isPreparing() const { return m_preparation != Preparation::none; }
     /// Takes everything back that precedes a recording. Harmless when there is nothing.
     void cancelPreparation();
-    /// Does nothing unless a recording is under way and not yet stopping.
+    /// Does nothing unless a recording is under way and not yet stopping. It may be paused.
     void stopRecording();
+    // The recording stands still, and goes on. Either does nothing where that makes no sense.
+    void pause();
+    void resume();
+    void pauseOrResume();
 
     /// Whole seconds to count down before a recording starts; 0 starts it at once.
     void setCountdown(int seconds) { m_countdown = seconds; }
     /// What is left of a countdown under way, else 0.
     int countdownRemaining() const { return m_countdownRemaining; }
 
+    /// Whole ones, without the pauses.
     double elapsedSeconds() const { return m_elapsedSeconds; }
     /// What the user has chosen in the desktop's own dialog, until it is recorded.
     const std::optional<capture::ChosenContent>& chosenContent() const { return m_content; }
@@ -64,7 +69,8 @@ class RecordingFlow : public QObject {
     /// The desktop's own dialog is open.
     bool isDesktopAsking() const { return m_isDesktopAsking; }
     bool isWindowPickerShown() const { return m_preparation == Preparation::pickingWindow; }
-    bool isStopping() const { return m_stopping; }
+    bool isStopping() const { return m_course == Course::stopping; }
+    bool isPaused() const { return m_course == Course::paused; }
     /// Of the recording under way, as of the last second.
     const capture::RecordingStatistics& recorderStatus() const { return m_recorderStatus; }
 
@@ -76,6 +82,7 @@ class RecordingFlow : public QObject {
     /// Handled at once: what is to vanish has been hidden when the signal returns.
     void windowsHiddenChanged();
     void stoppingChanged();
+    void pausedChanged();
     void recorderStatusChanged();
     void countdownRemainingChanged();
     /// A recording could not be finished; what there is of it may be recovered.
@@ -99,7 +106,16 @@ class RecordingFlow : public QObject {
         countingDown
     };
 
+    /// How a recording stands. Back to none with the application's phase: it is finished, has
+    /// failed or was taken back.
+    ///
+    ///   none ──→ running ←──→ paused
+    ///     ↑         ├───────────┴──→ stopping
+    ///     └─────────┴───────────┴────────┘
+    enum class Course { none, running, paused, stopping };
+
     static bool mayFollow(Preparation before, Preparation after);
+    static bool mayFollow(Course before, Course after);
     void setPreparation(Preparation preparation);
     void captureScreen();
     bool isDesktopToAsk() const;
@@ -122,7 +138,7 @@ class RecordingFlow : public QObject {
     void stopFailed(int request, const std::string& message);
     void recordingFinished(int request, const model::Recording& recording);
     void setElapsedSeconds(double seconds);
-    void setStopping(bool stopping);
+    void setCourse(Course course);
     void setRecorderStatus(const capture::RecordingStatistics& status);
     void setCountdownRemaining(int seconds);
     void setContent(std::optional<capture::ChosenContent> content);
@@ -143,7 +159,8 @@ class RecordingFlow : public QObject {
     int m_countdown = 0;
     int m_countdownRemaining = 0;
     double m_elapsedSeconds = 0;
-    bool m_stopping = false;
+    int m_ticks = 0; ///< seconds of the recording, pauses and all
+    Course m_course = Course::none;
     capture::RecordingStatistics m_recorderStatus;
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;

@@ -33,8 +33,9 @@ struct ActionName {
     const char* id;          ///< for the portal, for good: desktops keep the keys under it
     const char* description; ///< for the user, in the desktop's dialog
 };
-constexpr std::array<ActionName, 2> actionNames{
+constexpr std::array<ActionName, 3> actionNames{
     {{GlobalAction::toggle, "toggle", "Start or stop a recording"},
+     {GlobalAction::pause, "pause", "Pause or resume a recording"},
      {GlobalAction::mark, "mark", "Zoom to the pointer"}}};
 
 const ActionName* nameOf(const std::string& id) {

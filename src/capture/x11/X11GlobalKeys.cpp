@@ -4,6 +4,7 @@
 #include "capture/WakeUp.h"
 #include "capture/x11/X11Connection.h"
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -134,8 +135,14 @@ class Grabs final : public GlobalKeys {
         const auto codes = keyboard.keysOf(wanted->symbol);
         if (codes.empty())
             return fmt::format("The keyboard has no key for {}.", wished.keys);
+        const auto modifiers = modifiersOf(*wanted, keyboard);
         for (const auto code : codes)
-            if (!grab(connection, {wished.action, code, modifiersOf(*wanted, keyboard)}))
+            if (std::ranges::any_of(m_grabs, [&](const Grab& each) {
+                    return each.key == code && each.modifiers == modifiers;
+                }))
+                return fmt::format("{} cannot do two things; take another key.", wished.keys);
+        for (const auto code : codes)
+            if (!grab(connection, {wished.action, code, modifiers}))
                 return fmt::format("Another program has {} already; take another key.",
                                    wished.keys);
         return {};

@@ -22,8 +22,8 @@ struct KeysService {
     bool desktopChooses = false; ///< asks the user itself which keys they are
 };
 
-/// Keys that start and stop recordings and mark zooms whatever program has the keyboard. Bound only
-/// once the user has set them up, and from then on at each start. Main thread.
+/// Keys that start, pause and stop recordings and mark zooms whatever program has the keyboard.
+/// Bound only once the user has set them up, and from then on at each start. Main thread.
 class KeysFromAnywhere : public QObject {
     Q_OBJECT
 

@@ -27,6 +27,7 @@ KeysSheet::KeysSheet(KeysFromAnywhere& keys) : m_keys(keys) {
     explanation->setWordWrap(true);
     form->addRow(explanation);
     addRow(GlobalAction::toggle, tr("Start or stop a recording"));
+    addRow(GlobalAction::pause, tr("Pause or resume it"));
     addRow(GlobalAction::mark, tr("Zoom to the pointer"));
     m_status = new QLabel;
     m_status->setObjectName(QStringLiteral("status"));

@@ -19,6 +19,7 @@ namespace {
 const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString path = QStringLiteral("/org/freedesktop/Notifications");
 const QString stopAction = QStringLiteral("stop");
+const QString pauseAction = QStringLiteral("pause");
 
 QDBusMessage callOf(const QString& method) {
     return QDBusMessage::createMethodCall(service, path, service, method);
@@ -30,6 +31,10 @@ StopNotice::StopNotice(app::AppState& state, app::flows::RecordingFlow& flow, QD
                        std::function<bool()> hasTray)
     : m_state(state), m_flow(flow), m_bus(std::move(bus)), m_hasTray(std::move(hasTray)) {
     connect(&state, &app::AppState::phaseChanged, this, &StopNotice::update);
+    connect(&flow, &app::flows::RecordingFlow::pausedChanged, this, [this] {
+        if (m_notice != 0)
+            show();
+    });
     m_bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
                   SLOT(chosen(uint, QString)));
 }
@@ -59,32 +64,41 @@ void StopNotice::update() {
         close(std::exchange(m_notice, 0));
 }
 
+/// In place of the one that is shown.
 void StopNotice::show() {
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(notice()), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, watcher, wasPaused = m_flow.isPaused(), request = m_request] {
+                watcher->deleteLater();
+                const QDBusPendingReply<uint> answer = *watcher;
+                if (answer.isError())
+                    return base::logInfo("No notification with a Stop button: {}",
+                                         answer.error().message().toStdString());
+                if (request != m_request)
+                    return close(answer.value()); // the recording has ended meanwhile
+                m_notice = answer.value();
+                if (wasPaused != m_flow.isPaused())
+                    show();
+            });
+}
+
+QDBusMessage StopNotice::notice() const {
     // A low urgency goes into the list without a banner, which would be in the film.
     constexpr uchar lowUrgency = 0;
-    constexpr uint replacesNone = 0;
     constexpr int staysUntilClosed = 0;
+    const bool isPaused = m_flow.isPaused();
     auto request = callOf(QStringLiteral("Notify"));
-    request << QStringLiteral("Vantro") << replacesNone
-            << QString::fromLatin1(capture::ownBundleIdentifier) << tr("Recording the screen")
-            << QString() << QStringList{stopAction, tr("Stop Recording")}
+    request << QStringLiteral("Vantro") << m_notice
+            << QString::fromLatin1(capture::ownBundleIdentifier)
+            << (isPaused ? tr("The recording is paused") : tr("Recording the screen")) << QString()
+            << QStringList{stopAction, tr("Stop Recording"), pauseAction,
+                           isPaused ? tr("Resume Recording") : tr("Pause Recording")}
             << QVariantMap{{QStringLiteral("urgency"), QVariant::fromValue(lowUrgency)},
                            {QStringLiteral("resident"), true},
                            {QStringLiteral("desktop-entry"),
                             QString::fromLatin1(capture::ownBundleIdentifier)}}
             << staysUntilClosed;
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(request), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, asked = m_request] {
-        watcher->deleteLater();
-        const QDBusPendingReply<uint> answer = *watcher;
-        if (answer.isError())
-            base::logInfo("No notification with a Stop button: {}",
-                          answer.error().message().toStdString());
-        else if (asked == m_request)
-            m_notice = answer.value();
-        else
-            close(answer.value()); // the recording has ended meanwhile
-    });
+    return request;
 }
 
 void StopNotice::close(uint notice) {
@@ -94,8 +108,12 @@ void StopNotice::close(uint notice) {
 }
 
 void StopNotice::chosen(uint notice, const QString& action) {
-    if (notice == m_notice && notice != 0 && action == stopAction)
+    if (notice != m_notice || notice == 0)
+        return;
+    if (action == stopAction)
         m_flow.stopRecording();
+    else if (action == pauseAction)
+        m_flow.pauseOrResume();
 }
 
 } // namespace vantro::window

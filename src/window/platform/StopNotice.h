@@ -17,8 +17,8 @@ class RecordingFlow;
 
 namespace vantro::window {
 
-/// A quiet notification with a Stop button while a recording runs, for desktops without a tray.
-/// Where there is no notification service, nothing. Main thread.
+/// A quiet notification with buttons to stop and to pause while a recording is under way, for
+/// desktops without a tray. Where there is no notification service, nothing. Main thread.
 class StopNotice : public QObject {
     Q_OBJECT
 
@@ -37,6 +37,7 @@ class StopNotice : public QObject {
   private:
     void update();
     void show();
+    QDBusMessage notice() const;
     void close(uint notice);
 
     app::AppState& m_state;

@@ -2,8 +2,9 @@
 
 #include <memory>
 
-class QSystemTrayIcon;
+class QAction;
 class QMenu;
+class QSystemTrayIcon;
 
 namespace vantro::app {
 class AppState;
@@ -15,8 +16,8 @@ class RecordingFlow;
 
 namespace vantro::window {
 
-/// An icon in the desktop's tray while a recording runs, with Stop; where there is no tray,
-/// nothing. Main thread.
+/// An icon in the desktop's tray while a recording is under way, with Stop and Pause, that shows
+/// whether it is paused; where there is no tray, nothing. Main thread.
 class TrayIcon {
   public:
     TrayIcon(app::AppState& state, app::flows::RecordingFlow& flow);
@@ -24,10 +25,12 @@ class TrayIcon {
 
   private:
     void update();
+    void make();
 
     app::AppState& m_state;
     app::flows::RecordingFlow& m_flow;
     std::unique_ptr<QMenu> m_menu;
+    QAction* m_pause = nullptr; ///< the menu's
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
 

@@ -11,7 +11,7 @@ FocusScope {
 
     readonly property real levelsWidth: levels.width > 0 ? levels.width + Theme.gap : 0
 
-    implicitWidth: Math.max(220 + levelsWidth, row.implicitWidth + levelsWidth + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
+    implicitWidth: Math.max(220 + levelsWidth + pause.width, row.implicitWidth + levelsWidth + pause.width + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 62 + note.height : 54
 
     Row {
@@ -24,20 +24,33 @@ FocusScope {
             width: 10
             height: 10
             radius: 5
-            color: screen.app.captureEnded ? Theme.warning : Theme.record
+            readonly property color ink: screen.app.captureEnded ? Theme.warning : Theme.record
+            color: screen.app.paused ? "transparent" : ink
+            border.color: ink
+            border.width: screen.app.paused ? 2 : 0
             opacity: screen.app.stopping ? 0.4 : 1
         }
-        Label {
-            objectName: "elapsed"
+        Column {
             anchors.verticalCenter: parent.verticalCenter
-            text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
-            font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
-            font.weight: Font.DemiBold
+            Label {
+                objectName: "elapsed"
+                text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
+                font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
+                font.weight: Font.DemiBold
+                color: screen.app.paused ? Theme.secondaryText : Theme.text
+            }
+            Label {
+                objectName: "paused"
+                visible: screen.app.paused
+                text: qsTr("Paused")
+                font.pixelSize: Theme.caption
+                color: Theme.secondaryText
+            }
         }
     }
     Row {
         id: levels
-        anchors { right: stop.left; rightMargin: Theme.wide; verticalCenter: row.verticalCenter }
+        anchors { right: pause.left; rightMargin: Theme.gap; verticalCenter: row.verticalCenter }
         visible: !screen.app.stopping
         spacing: 3
         LevelMeter {
@@ -54,6 +67,16 @@ FocusScope {
             meter: screen.meters.microphone
             name: qsTr("Microphone level")
         }
+    }
+    SymbolButton {
+        id: pause
+        objectName: "pause"
+        anchors { right: stop.left; rightMargin: Theme.gap; verticalCenter: row.verticalCenter }
+        symbol: screen.app.paused ? "record.circle.fill" : "pause.fill"
+        ink: screen.app.paused ? Theme.record : Theme.text
+        help: screen.app.paused ? qsTr("Resume (Ctrl+P)") : qsTr("Pause (Ctrl+P)")
+        enabled: screen.guard.stop && !screen.app.captureEnded
+        onClicked: screen.app.pauseOrResume()
     }
     PushButton {
         id: stop
@@ -87,5 +110,11 @@ FocusScope {
         autoRepeat: false
         enabled: screen.guard.stop
         onActivated: screen.app.stop()
+    }
+    Shortcut {
+        sequence: "Ctrl+P"
+        autoRepeat: false
+        enabled: pause.enabled
+        onActivated: screen.app.pauseOrResume()
     }
 }

@@ -250,6 +250,32 @@ TEST_F(RecordingFlowTest, ACountdownRunsBeforeTheRecording) {
     EXPECT_EQ(timers.running(), 1U) << "only the seconds are counted now";
 }
 
+TEST_F(RecordingFlowTest, InAPauseTheElapsedTimeStandsStill) {
+    auto& status = recorder().recorderStatus;
+    flow.pause();
+    EXPECT_FALSE(flow.isPaused()) << "nothing is recorded";
+    record();
+    timers.advance(2s);
+    flow.pauseOrResume();
+    EXPECT_TRUE(flow.isPaused() && status.isPaused);
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    timers.advance(5s);
+    EXPECT_EQ(flow.elapsedSeconds(), 2);
+    status.pausedFor = 4600ms;
+    flow.pauseOrResume();
+    EXPECT_FALSE(flow.isPaused() || status.isPaused);
+    timers.advance(1s);
+    EXPECT_EQ(flow.elapsedSeconds(), 3) << "of eight seconds";
+    flow.pause();
+    status.condition = capture::RecordingCondition::userStopped;
+    timers.advance(1s);
+    EXPECT_TRUE(flow.isStopping()) << "by the desktop's means, paused or not";
+    flow.resume();
+    EXPECT_TRUE(flow.isStopping());
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::previewing());
+}
+
 TEST_F(RecordingFlowTest, EveryPreparationIsGivenUpByTheUserAndWhenTheEditorOpens) {
     const auto beginWith = [this](model::CaptureMode mode, int countdown) {
         state.setCaptureMode(mode);

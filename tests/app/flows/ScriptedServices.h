@@ -153,7 +153,9 @@ class ScriptedRecorder : public capture::Recorder {
         return metadata;
     }
     capture::RecordingStatistics statistics() override { return recorderStatus; }
-    void mark() override {}
+    bool mark() override { return !recorderStatus.isPaused; }
+    void pause() override { recorderStatus.isPaused = true; }
+    void resume() override { recorderStatus.isPaused = false; }
 };
 
 class ScriptedPlatform : public app::flows::RecordingPlatform {

@@ -4,6 +4,7 @@
 #include "capture/sound/SoundRecordingFixture.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace vantro::capture::sound {
 
@@ -20,12 +21,14 @@ inline std::vector<double> flashTimes(const std::filesystem::path& movie) {
     return times;
 }
 
-/// Records a window that flashes and an output that beeps, so often and so many seconds apart. How
-/// much later each beep comes after its flash in the movie than it was heard; seconds.
-inline std::vector<double> soundOffsets(Kind kind, int beeps, double interval) {
+/// Has the recording's window flash and the output beep, so often and so many seconds apart, with
+/// whatever is done after each beep, and stops it. How much later each beep comes after its flash
+/// in the movie than it was heard; seconds.
+inline std::vector<double> soundOffsets(
+    Kind kind, Recording& recording, int beeps, double interval,
+    const std::function<void()>& afterBeep = [] {}) {
     TonePlayer beeper("box", 1000);
     beeper.setHeard(false);
-    Recording recording(systemOnly);
     if (!eventually([&] { return recording.session->statistics().framesCaptured > 0; }))
         throw std::runtime_error("nothing is recorded");
     const MonitorRecorder monitor(kind, "box");
@@ -40,6 +43,7 @@ inline std::vector<double> soundOffsets(Kind kind, int beeps, double interval) {
         recording.window.fill(colors::black);
         for (double left = interval - 0.2; left > 0; --left)
             monitor.hear(std::min(left, 1.0));
+        afterBeep();
     }
     recording.stop();
     std::vector<double> heard;

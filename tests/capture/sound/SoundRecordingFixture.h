@@ -32,7 +32,10 @@ struct Recording {
         began = base::hostNow();
     }
 
-    void stop() { metadata = session->stop(); }
+    void stop() {
+        ended = base::hostNow();
+        metadata = session->stop();
+    }
     bool goesOnFor(base::HostDuration time) const {
         const auto end = base::hostNow() + time;
         return eventually([&] { return base::hostNow() > end; });
@@ -53,6 +56,7 @@ struct Recording {
     std::unique_ptr<RecordingSession> session;
     model::RecordingMetadata metadata;
     base::HostTime began;
+    base::HostTime ended;
 };
 
 inline const SourceSwitches systemOnly{

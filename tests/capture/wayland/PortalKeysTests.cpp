@@ -27,13 +27,16 @@ TEST_F(PortalKeysTest, AreWhatTheDesktopGivesAndCallsThem) {
     auto keys = bindPortalKeys(usualGlobalKeys(), log.listener());
     ASSERT_TRUE(log.becomes(Kind::bound));
     EXPECT_TRUE(hasPortalKeys());
-    EXPECT_EQ(user().wished(), (std::vector<std::string>{"toggle CTRL+ALT+r", "mark CTRL+ALT+z"}));
-    const std::vector<GlobalKey> given{{toggle, "Press CTRL+ALT+r"}, {mark, "Press CTRL+ALT+z"}};
+    EXPECT_EQ(user().wished(), (std::vector<std::string>{"toggle CTRL+ALT+r", "pause CTRL+ALT+p",
+                                                         "mark CTRL+ALT+z"}));
+    const std::vector<GlobalKey> given{
+        {toggle, "Press CTRL+ALT+r"}, {pause, "Press CTRL+ALT+p"}, {mark, "Press CTRL+ALT+z"}};
     EXPECT_EQ(log.state().keys, given);
     user().press("mark");
+    user().press("pause");
     user().press("toggle");
     user().press("something else");
-    EXPECT_TRUE(log.hasPressed({mark, toggle}));
+    EXPECT_TRUE(log.hasPressed({mark, pause, toggle}));
     user().rename("mark", "Meta+M");
     EXPECT_TRUE(
         eventually([&] { return log.state().keys == std::vector{GlobalKey{mark, "Meta+M"}}; }));
