@@ -5,6 +5,7 @@
 #include "app/cli/RecordingControl.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/DiskForecast.h"
 #include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/ProjectStores.h"
@@ -114,7 +115,10 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                    options.output.string(), metadata.endTime, statistics.framesCaptured,
                    statistics.framesDropped, metadata.clickEvents.size(),
                    sizeText(static_cast<double>(bytes)),
-                   end == RecordingEnd::maxSize ? " (the size limit)" : "", 100 * processorShare);
+                   end == RecordingEnd::maxSize    ? " (the size limit)"
+                   : end == RecordingEnd::diskFull ? " (the disk is nearly full)"
+                                                   : "",
+                   100 * processorShare);
 }
 
 void requireNewPackage(const Options& options) {
@@ -172,6 +176,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
+    if (const auto problem = files::diskProblem(movie); !problem.empty())
+        throw model::VantroError(model::VantroError::Kind::captureStartFailed, problem);
     const ProcessorUse before;
     if (!recorder.start(movie))
         return cancelled();
@@ -246,6 +252,9 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
             return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
         })
         .needs(mode);
+    command.option("--fps", request.frameRate, "Frames a second, at most (default: 60)")
+        .valueName("60|30|24|15")
+        .oneOf({"60", "30", "24", "15"});
     const auto window =
         command
             .option("--window", request.windowID,
