@@ -115,10 +115,7 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                    options.output.string(), metadata.endTime, statistics.framesCaptured,
                    statistics.framesDropped, metadata.clickEvents.size(),
                    sizeText(static_cast<double>(bytes)),
-                   end == RecordingEnd::maxSize    ? " (the size limit)"
-                   : end == RecordingEnd::diskFull ? " (the disk is nearly full)"
-                                                   : "",
-                   100 * processorShare);
+                   end == RecordingEnd::maxSize ? " (the size limit)" : "", 100 * processorShare);
 }
 
 void requireNewPackage(const Options& options) {
@@ -200,6 +197,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     }
     folder.isSaved = true;
     printSummary(options, recording.metadata(), statistics, end, processorShare);
+    if (end == RecordingEnd::diskFull)
+        tell("vantro: the disk is nearly full; the recording holds what came until then\n");
     if (statistics.condition == capture::RecordingCondition::streamStopped)
         tell(fmt::format("vantro: {}; the recording holds what it showed until then\n",
                          statistics.streamError));

@@ -80,10 +80,11 @@ class DiskWatch {
         m_isFull = use && use->isFull();
         if (use)
             m_forecast.add(elapsed, *use);
+        m_isNearlyFull = m_isNearlyFull || left() < files::DiskForecast::verySoon;
     }
     bool isFull() const { return m_isFull; }
     /// And stays so: what is left goes up and down with what the screen shows.
-    bool isNearlyFull() const { return left() < files::DiskForecast::verySoon; }
+    bool isNearlyFull() const { return m_isNearlyFull; }
     /// "  disk full in 12:30", as long as that is soon.
     std::string text() const {
         return left() < files::DiskForecast::soon ? "  disk full in " + clockText(left()) : "";
@@ -97,6 +98,7 @@ class DiskWatch {
     const std::filesystem::path m_movie;
     files::DiskForecast m_forecast;
     bool m_isFull = false;
+    bool m_isNearlyFull = false;
 };
 
 /// Tells once, in a line each, of what is asked for and not recorded.
