@@ -35,6 +35,7 @@
 #include "window/platform/DeviceMenu.h"
 #include "window/platform/HiddenWindows.h"
 #include "window/platform/IdleInhibitor.h"
+#include "window/platform/KeysFromAnywhere.h"
 #include "window/platform/Notifications.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
