@@ -30,11 +30,14 @@ class ProgramControl {
     /// "stop-recording". Others do nothing.
     void act(const std::string& action);
 
+    /// Shows the window and opens the first of the files; nothing while something is recorded.
+    /// `token` is the desktop's leave to come to the front; empty without one.
+    void show(const std::vector<std::string>& addresses, const std::string& token);
+
   private:
     /// Ends the recording under way or being prepared, else starts one.
     void toggle();
     void mark();
-    void show(const std::vector<std::string>& addresses, const std::string& token);
 
     app::AppState& m_state;
     const app::flows::Flows m_flows;

@@ -40,7 +40,8 @@ void ActionGuard::followEverything() {
     follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
     for (const auto signal :
          {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::desktopAskingChanged,
-          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged})
+          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged,
+          &RecordingFlow::stopNoticeChanged})
         follow(m_flows.recording, signal);
     follow(m_flows.exports, &ExportFlow::runningChanged);
     follow(m_flows.projects, &ProjectFlow::activityChanged);
@@ -58,6 +59,8 @@ Screen ActionGuard::screen() const {
 QString ActionGuard::message() const {
     if (m_state.showError())
         return QStringLiteral("alert");
+    if (!m_flows.recording.stopNotice().isEmpty() && screen() == Screen::editor)
+        return QStringLiteral("stopped");
     if (m_quitAsked)
         return QStringLiteral("quit");
     if (m_flows.projects.isLeaveAsked())

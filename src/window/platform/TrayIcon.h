@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 class QAction;
@@ -16,21 +17,27 @@ class RecordingFlow;
 
 namespace vantro::window {
 
-/// An icon in the desktop's tray while a recording is under way, with Stop and Pause, that shows
-/// whether it is paused; where there is no tray, nothing. Main thread.
+/// An icon in the desktop's tray: while a recording is under way with the elapsed time, Stop and
+/// Pause, red or, paused, amber; else gray, with how far an export is. Where there is no tray,
+/// nothing. Main thread.
 class TrayIcon {
   public:
-    TrayIcon(app::AppState& state, app::flows::RecordingFlow& flow);
+    /// The others outlive this.
+    TrayIcon(app::AppState& state, app::flows::RecordingFlow& flow,
+             std::function<void()> showWindow);
     ~TrayIcon();
 
   private:
-    void update();
     void make();
+    void update();
+    void showRecording();
 
     app::AppState& m_state;
     app::flows::RecordingFlow& m_flow;
+    const std::function<void()> m_showWindow;
     std::unique_ptr<QMenu> m_menu;
-    QAction* m_pause = nullptr; ///< the menu's
+    QAction* m_stop = nullptr; ///< in the menu, as is
+    QAction* m_pause = nullptr;
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
 
