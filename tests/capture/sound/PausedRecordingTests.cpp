@@ -57,9 +57,9 @@ TEST_P(PausedRecording, HasNothingOfThePausesAndStaysInStep) {
         return base::inSeconds(click.time - zero - click.pausedBefore);
     };
     for (std::size_t i = 1; i < clicks.size(); ++i)
-        EXPECT_NEAR(recording.metadata.clickEvents[i].timestamp, filmTime(clicks[i]), 0.003) << i;
+        EXPECT_NEAR(recording.metadata.clickEvents[i].timestamp, filmTime(clicks[i]), frame) << i;
     const double length = filmTime({recording.ended, paused});
-    EXPECT_NEAR(recording.metadata.endTime, length, 0.003);
+    EXPECT_NEAR(recording.metadata.endTime, length, frame);
     EXPECT_NEAR(media::Asset::open(recording.movie).duration().seconds(), length, frame);
 
     std::vector<double> resumed;
