@@ -345,6 +345,34 @@ TEST_F(RecordingSessionTest, PausedBeforeItsFirstPictureBeginsWhenItIsResumed) {
     EXPECT_NEAR(test::framesOf(movie).at(0).pixels->row(0, 100)[100], 60, 2);
 }
 
+TEST_F(RecordingSessionTest, MayBePausedAndMarkedOnAnyThreadUntilItHasStopped) {
+    const auto recorder = startedSession(withSound());
+    deliver(flatPicture(60));
+    std::atomic<int> marks = 0;
+    base::HostDuration paused{};
+    model::RecordingMetadata metadata;
+    {
+        std::jthread other([&](const std::stop_token& stop) {
+            while (!stop.stop_requested()) {
+                recorder->pause();
+                paused = recorder->statistics().pausedFor;
+                recorder->resume();
+                marks += recorder->mark() ? 1 : 0;
+            }
+        });
+        ASSERT_TRUE(test::eventually([&] {
+            deliver(flatPicture(static_cast<std::uint8_t>(marks % 200)));
+            script->sound->sound(soundOf(base::hostNow() - 10ms, 10ms));
+            script->pointer->pointerAt({.time = base::hostNow(), .place = {.x = 1.0 * marks}});
+            return marks > 100;
+        }));
+        metadata = recorder->stop();
+    }
+    EXPECT_EQ(std::ssize(metadata.clickEvents), marks);
+    EXPECT_TRUE(std::ranges::is_sorted(metadata.clickEvents, {}, &model::ClickEvent::timestamp));
+    EXPECT_GT(paused, 0s);
+}
+
 TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {
     base::configureLog(base::LogLevel::info);
     testing::internal::CaptureStderr();
