@@ -233,6 +233,12 @@ TEST_F(RecordingSessionTest, ASoundHasItsPlaceInTheMovieAndLastsAsLong) {
     EXPECT_NEAR(parts[0].second, 0.3, 0.005);
     EXPECT_NEAR(parts[1].first, 0.5, 0.01) << "at the end of the pause";
     EXPECT_NEAR(parts[1].second, 0.86 - base::inSeconds(paused), 0.01);
+    const auto sound = test::soundOf(movie);
+    const auto seam = static_cast<std::size_t>(parts[1].first * 48'000) * 2;
+    float steepest = 0;
+    for (auto i = seam - 960; i < seam + 960; i += 2)
+        steepest = std::max(steepest, std::abs(sound.at(i + 2) - sound.at(i)));
+    EXPECT_LT(steepest, 0.02F) << "a cut would click";
 }
 
 TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
