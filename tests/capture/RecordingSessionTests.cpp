@@ -233,6 +233,12 @@ TEST_F(RecordingSessionTest, ASoundHasItsPlaceInTheMovieAndLastsAsLong) {
     EXPECT_NEAR(parts[0].second, 0.3, 0.005);
     EXPECT_NEAR(parts[1].first, 0.5, 0.01) << "at the end of the pause";
     EXPECT_NEAR(parts[1].second, 0.86 - base::inSeconds(paused), 0.01);
+    const auto sound = test::soundOf(movie);
+    const auto seam = static_cast<std::size_t>(parts[1].first * 48'000) * 2;
+    float steepest = 0;
+    for (auto i = seam - 960; i < seam + 960; i += 2)
+        steepest = std::max(steepest, std::abs(sound.at(i + 2) - sound.at(i)));
+    EXPECT_LT(steepest, 0.02F) << "a cut would click";
 }
 
 TEST_F(RecordingSessionTest, ASoundThatFailsAtAnyTimeDoesTheRecordingNoHarm) {
@@ -299,27 +305,6 @@ TEST_F(RecordingSessionTest, TellsHowLoudAMicrophoneIsAndWhenItHasBeenSilentForL
     recorder->stop();
 }
 
-TEST_F(RecordingSessionTest, LeavesAPauseOutOfEverything) {
-    const auto before = base::hostNow();
-    const auto recorder = startedSession();
-    deliver(flatPicture(60));
-    recorder->pause();
-    EXPECT_EQ(deliver(flatPicture(200)), SampleDisposition::refused) << "offered again afterwards";
-    EXPECT_FALSE(script->output->wantsPicture());
-    const auto end = base::hostNow() + 300ms;
-    ASSERT_TRUE(test::eventually([&] { return base::hostNow() > end; }));
-    recorder->resume();
-    deliver(flatPicture(180));
-    const auto metadata = recorder->stop();
-    const double longest = base::inSeconds(base::hostNow() - before) - 0.3;
-    EXPECT_LT(metadata.endTime, longest);
-    EXPECT_EQ(recorder->statistics().framesDropped, 0);
-    const auto frames = test::framesOf(movie);
-    ASSERT_GE(frames.size(), 2);
-    EXPECT_NEAR(frames[1].pixels->row(0, 100)[100], 180, 2);
-    EXPECT_LT(frames[1].presentationTime.seconds(), longest);
-}
-
 TEST_F(RecordingSessionTest, PausedBeforeItsFirstPictureBeginsWhenItIsResumed) {
     const auto recorder = startedSession();
     recorder->pause();
@@ -343,6 +328,27 @@ TEST_F(RecordingSessionTest, PausedBeforeItsFirstPictureBeginsWhenItIsResumed) {
     EXPECT_LT(metadata.endTime, base::inSeconds(end - beforePause)) << "it ends with the pause";
     EXPECT_EQ(metadata.clickEvents.size(), 1U);
     EXPECT_NEAR(test::framesOf(movie).at(0).pixels->row(0, 100)[100], 60, 2);
+}
+
+TEST_F(RecordingSessionTest, MayBePausedAndMarkedOnAnyThreadUntilItHasStopped) {
+    const auto recorder = startedSession(withSound());
+    std::atomic<std::size_t> marks = 0;
+    std::jthread other([&](const std::stop_token& stop) {
+        for (; !stop.stop_requested(); marks += recorder->mark() ? 1 : 0) {
+            recorder->pause();
+            recorder->resume();
+        }
+    });
+    ASSERT_TRUE(test::eventually([&] {
+        deliver(flatPicture(60));
+        script->sound->sound(soundOf(base::hostNow() - 10ms, 10ms));
+        script->pointer->pointerAt({.time = base::hostNow(), .place = {}});
+        return marks > 100;
+    }));
+    const auto metadata = recorder->stop();
+    other = {};
+    EXPECT_EQ(metadata.clickEvents.size(), marks);
+    EXPECT_GT(recorder->statistics().pausedFor, 0s);
 }
 
 TEST_F(RecordingSessionTest, LogsTheStepsOfARecording) {

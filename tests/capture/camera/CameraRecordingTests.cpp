@@ -22,6 +22,7 @@ TEST_F(CameraRecording, HasEachPictureAtItsTimeInAMovieAsLongAsTheScreens) {
     ASSERT_TRUE(recording.goesOnFor(700ms));
     recording.session->pause();
     ASSERT_TRUE(recording.goesOnFor(400ms));
+    const double resumed = base::inSeconds(base::hostNow().time_since_epoch());
     recording.session->resume();
     ASSERT_TRUE(recording.goesOnFor(700ms));
     recording.stop();
@@ -51,6 +52,8 @@ TEST_F(CameraRecording, HasEachPictureAtItsTimeInAMovieAsLongAsTheScreens) {
         if (leftOut > 0.2) {
             ++pauses;
             pausedAt = i;
+            EXPECT_LT(sent.at(now), resumed);
+            EXPECT_GT(sent.at(now), resumed - 0.1);
         } else {
             EXPECT_NEAR(leftOut, 0, i == pausedAt + 1 ? 0.05 : 0.001) << i;
         }
