@@ -84,6 +84,8 @@ SettingsSheet::SettingsSheet(ui::Preferences& preferences, KeysFromAnywhere& key
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     page->addWidget(buttons);
+    for (auto* each : findChildren<QPushButton*>())
+        each->setAutoDefault(false); // Enter in a field is not for a button
     connect(&m_preferences, &ui::Preferences::recordingDefaultsChanged, this, [this] {
         showFolder({});
         showLook();
