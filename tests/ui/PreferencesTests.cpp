@@ -60,7 +60,7 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
 }
 
 TEST(Preferences, AreTheUsualOnesWhereTheFileSaysSomethingAbsurd) {
-    const test::TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const struct {
         const char* text;
         int countdown;
@@ -86,7 +86,7 @@ TEST(Preferences, AreTheUsualOnesWhereTheFileSaysSomethingAbsurd) {
 }
 
 TEST(Preferences, KeepTheLooksOwnPictureWhenItsProjectGoes) {
-    const test::TemporaryFolder folder;
+    test::TemporaryFolder folder;
     Preferences preferences(QString::fromStdString((folder / "vantro.ini").string()));
     const auto picture = folder.write("film.vantro/beach.png", "picture");
     const auto use = [&](const std::filesystem::path& path) {

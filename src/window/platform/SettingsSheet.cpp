@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vantro::window {
 namespace {
@@ -83,6 +84,8 @@ SettingsSheet::SettingsSheet(ui::Preferences& preferences, KeysFromAnywhere& key
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     page->addWidget(buttons);
+    for (auto* each : findChildren<QPushButton*>())
+        each->setAutoDefault(false); // Enter in a field is not for a button
     connect(&m_preferences, &ui::Preferences::recordingDefaultsChanged, this, [this] {
         showFolder({});
         showLook();
@@ -155,6 +158,14 @@ void SettingsSheet::showFolder(const QString& problem) {
     m_usualFolder->setEnabled(!chosen.isEmpty());
     m_folderProblem->setText(problem);
     m_folderProblem->setVisible(!problem.isEmpty());
+    fit();
+}
+
+/// Texts that are wrapped need more or less room than before.
+void SettingsSheet::fit() {
+    layout()->activate();
+    const int width = std::max(this->width(), minimumWidth());
+    resize(width, layout()->totalHeightForWidth(width));
 }
 
 void SettingsSheet::addLook(QFormLayout& form) {
@@ -181,6 +192,7 @@ void SettingsSheet::showLook() {
     m_look->setText(
         look ? textOf(*look)
              : tr("As usual. “Use This Look for New Recordings” beside a film changes it."));
+    fit();
 }
 
 void SettingsSheet::addLanguage(QFormLayout& form) {
@@ -196,6 +208,7 @@ void SettingsSheet::addLanguage(QFormLayout& form) {
     connect(language, &QComboBox::activated, this, [this, language, note] {
         m_preferences.setLanguage(language->currentData().toString());
         note->setVisible(true);
+        fit();
     });
 }
 

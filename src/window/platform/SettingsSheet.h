@@ -41,6 +41,7 @@ class SettingsSheet : public QDialog {
     void chooseFolder();
     void showFolder(const QString& problem);
     void showLook();
+    void fit();
 
     ui::Preferences& m_preferences;
     const ChooseFolder m_chooseFolder;

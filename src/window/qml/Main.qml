@@ -104,7 +104,7 @@ Window {
     Shortcut {
         sequence: "Ctrl+,"
         autoRepeat: false
-        enabled: !window.covered
+        enabled: window.guard.message === ""
         onActivated: window.app.showSettings()
     }
     Shortcut {
