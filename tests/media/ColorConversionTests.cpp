@@ -132,38 +132,6 @@ TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
     });
 }
 
-TEST(ColorConversion, aRectangleChangesOnlyItsOwnPixels) {
-    withEachInstructionSet([] {
-        const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 201, 51);
-        const auto whole = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
-        fillWithNoise(*bgra, 7);
-        color::convertBgraToI420(*bgra, *whole);
-        for (const color::PixelRect rect : {color::PixelRect{0, 0, 2, 2},
-                                            {38, 6, 90, 30},
-                                            {100, 50, 101, 1},
-                                            {200, 0, 1, 51},
-                                            {4, 4, 0, 0}}) {
-            const auto part = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
-            for (int plane = 0; plane < 3; ++plane)
-                for (int y = 0; y < part->planeHeight(plane); ++y)
-                    std::fill_n(part->mutableRow(plane, y), part->stride(plane), 77);
-            color::convertBgraRectToI420(bgra->row(0, rect.y) + std::ptrdiff_t{rect.x} * 4,
-                                         bgra->stride(0), rect, *part);
-            for (int plane = 0; plane < 3; ++plane) {
-                const int step = plane == 0 ? 1 : 2;
-                for (int y = 0; y < part->planeHeight(plane); ++y) {
-                    for (int x = 0; x < (201 + step - 1) / step; ++x) {
-                        const bool inside = x * step >= rect.x && x * step < rect.x + rect.width &&
-                                            y * step >= rect.y && y * step < rect.y + rect.height;
-                        ASSERT_EQ(part->row(plane, y)[x], inside ? whole->row(plane, y)[x] : 77)
-                            << "plane " << plane << " at " << x << "," << y;
-                    }
-                }
-            }
-        }
-    });
-}
-
 TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
     withEachInstructionSet([] {
         for (const ColorDescription color : {ColorDescription{ColorMatrix::bt709, false},

@@ -7,7 +7,6 @@
 #include "media/MovieRecovery.h"
 #include "media/values/MediaError.h"
 #include "support/Eventually.h"
-#include "support/FileSizeLimit.h"
 
 #include <fstream>
 
@@ -19,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::eventually;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 constexpr test::Rgb painted{200, 60, 90};
@@ -169,33 +167,6 @@ TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
     expectPictures(movie, 2);
     EXPECT_EQ(writer->frameCount(), 2);
     EXPECT_FALSE(fs::exists(movieJournalPath(movie)));
-}
-
-TEST_F(InterruptedRecording, IsMadeWholeWhereTheDiskWasFull) {
-    begin();
-    appendPictures(20);
-    awaitPackets(20);
-    {
-        const test::FileSizeLimit limit(fs::file_size(movie) + 100);
-        while (writer->append({.pixels = test::paintedNumber(next, width, height, painted),
-                               .presentationTime = {next, 60},
-                               .duration = {}}) ||
-               !writer->hasFailed())
-            ++next;
-        EXPECT_THROW(writer->finish(), MediaError);
-        writer.reset();
-        EXPECT_EQ(movieCondition(movie), MovieCondition::interrupted);
-        EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: File too large"));
-    }
-    recoverMovie(movie);
-    expectPictures(movie, 20);
-}
-
-TEST_F(InterruptedRecording, LeavesNoJournalWhereItIsCancelled) {
-    begin();
-    appendPictures(2);
-    writer->cancel();
-    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 } // namespace
