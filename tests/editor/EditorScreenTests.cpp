@@ -94,15 +94,6 @@ TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
     EXPECT_EQ(preview.player(), nullptr);
 }
 
-TEST_F(EditorScreenTest, ASilentMovieHasNoSoundToTurnOffAndMutingIsNoEdit) {
-    open();
-    EXPECT_FALSE(item("mute").isEnabled());
-    preview.setMuted(true);
-    settle();
-    EXPECT_EQ(item("mute").property("symbol").toString(), "speaker.slash.fill");
-    EXPECT_FALSE(state.document().isModified());
-}
-
 TEST_F(EditorScreenTest, ExportsInTheChosenFormatResolutionAndQuality) {
     showEditor();
     click("export");
@@ -199,18 +190,6 @@ TEST_F(EditorScreenTest, TheFrameAtThePlayheadIsCopiedAndSavedAsTheFilmShowsIt) 
     panels.answer("/nonexistent/frame.png");
     runTasks();
     test::expectError(state, model::VantroError::Kind::exportFailed, "/nonexistent/frame.png");
-}
-
-TEST_F(EditorScreenTest, TheWindowsTitleTellsTheNameAndWhetherAnythingIsUnsaved) {
-    EXPECT_EQ(window().title(), "Vantro");
-    showEditor();
-    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
-    state.setCursorScale(7);
-    EXPECT_EQ(window().title(), u"demo* \u2014 Vantro");
-    click("undo");
-    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
-    click("redo");
-    EXPECT_EQ(state.cursorScale(), 7);
 }
 
 } // namespace

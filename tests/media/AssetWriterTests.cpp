@@ -186,7 +186,7 @@ TEST(AssetWriter, doesNotLoseAFilmsSoundInSilence) {
     writer.startSession({0, 1});
     ASSERT_TRUE(writer.append({noise(64, 64, 1), {0, 60}, {1, 60}}));
     constexpr auto noNumber = std::numeric_limits<float>::quiet_NaN(); // which no encoder takes
-    ASSERT_TRUE(writer.appendAudio(0, {.samples = std::vector<float>(9600, noNumber)}));
+    ASSERT_TRUE(writer.appendAudio(0, {{0, 1}, std::vector<float>(9600, noNumber)}));
     EXPECT_THROW(writer.finish(MediaTime{1, 60}), MediaError);
 }
 

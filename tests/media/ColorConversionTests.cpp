@@ -78,43 +78,6 @@ double worstI420Error(const PixelBuffer& bgra, const PixelBuffer& i420) {
     return worst;
 }
 
-/// Chroma at a pixel's center, bilinear between block centers, the edge samples reaching outwards.
-double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
-    const int columns = (i420.width() + 1) / 2;
-    const int rows = (i420.height() + 1) / 2;
-    const double cx = (x - 0.5) / 2;
-    const double cy = (y - 0.5) / 2;
-    const int left = static_cast<int>(std::floor(cx));
-    const int top = static_cast<int>(std::floor(cy));
-    const auto sample = [&](int column, int row) -> double {
-        return i420.row(plane, std::clamp(row, 0, rows - 1))[std::clamp(column, 0, columns - 1)];
-    };
-    const double fx = cx - left;
-    const double fy = cy - top;
-    return (sample(left, top) * (1 - fx) + sample(left + 1, top) * fx) * (1 - fy) +
-           (sample(left, top + 1) * (1 - fx) + sample(left + 1, top + 1) * fx) * fy;
-}
-
-double worstBgraError(const PixelBuffer& i420, color::PixelRect rect, const std::uint8_t* bgra,
-                      std::ptrdiff_t stride) {
-    double worst = 0;
-    for (int y = 0; y < rect.height; ++y) {
-        for (int x = 0; x < rect.width; ++x) {
-            const int column = rect.x + x;
-            const int row = rect.y + y;
-            const auto [red, green, blue] = test::exactColor(i420.color(), i420.row(0, row)[column],
-                                                             exactChroma(i420, 1, column, row),
-                                                             exactChroma(i420, 2, column, row));
-            const std::uint8_t* pixel = bgra + y * stride + std::ptrdiff_t{x} * 4;
-            const double exact[]{blue, green, red, 255};
-            for (int channel = 0; channel < 4; ++channel)
-                worst = std::max(worst,
-                                 std::abs(std::clamp(exact[channel], 0.0, 255.0) - pixel[channel]));
-        }
-    }
-    return worst;
-}
-
 // Half a unit is what rounding costs; the rest is room for fixed-point factors.
 constexpr double roundingError = 0.58;
 
@@ -128,35 +91,6 @@ TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
             fillWithNoise(*bgra, static_cast<unsigned>(width));
             color::convertBgraToI420(*bgra, *i420);
             EXPECT_LT(worstI420Error(*bgra, *i420), roundingError);
-        }
-    });
-}
-
-TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
-    withEachInstructionSet([] {
-        for (const ColorDescription color : {ColorDescription{ColorMatrix::bt709, false},
-                                             {ColorMatrix::bt709, true},
-                                             {ColorMatrix::bt601, false},
-                                             {ColorMatrix::bt601, true}}) {
-            const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 601, 21, color);
-            fillWithNoise(*i420, 3);
-            for (const color::PixelRect rect : {color::PixelRect{0, 0, 601, 21},
-                                                {1, 0, 1, 1},
-                                                {255, 3, 3, 4},
-                                                {37, 5, 530, 9},
-                                                {600, 20, 1, 1},
-                                                {511, 0, 90, 2}}) {
-                constexpr int margin = 8;
-                const std::ptrdiff_t stride = rect.width * 4 + margin;
-                std::vector<std::uint8_t> bgra(static_cast<std::size_t>(stride * rect.height), 99);
-                color::i420RegionToBgra(*i420, rect, bgra.data(), stride);
-                EXPECT_LT(worstBgraError(*i420, rect, bgra.data(), stride), roundingError)
-                    << rect.x << "," << rect.y;
-                for (int y = 0; y < rect.height; ++y)
-                    EXPECT_EQ(std::count(bgra.begin() + y * stride + rect.width * 4L,
-                                         bgra.begin() + (y + 1) * stride, 99),
-                              margin);
-            }
         }
     });
 }

@@ -103,67 +103,6 @@ TEST(FrameSource, isRightAfterSearchesThatWereGivenUpAnywhere) {
     EXPECT_TRUE(gaveUpInTheMiddle);
 }
 
-TEST(FrameSource, findsWhatCostsLeastNearATime) {
-    const test::TemporaryFolder folder;
-    makeMovie(folder / "m.mov", "-bf 2 -g 30 -keyint_min 30 -sc_threshold 0 "
-                                "-video_track_timescale 90000");
-    FrameSource source(Asset::open(folder / "m.mov"), 0);
-    const auto near = [&](int number, int pictures) {
-        return test::numberIn(
-            *source.frameNear({ticksOf(number), 90'000}, {pictures * 1500LL, 90'000})
-                 .value()
-                 .pixels);
-    };
-    EXPECT_EQ(near(52, 15), 60) << "a keyframe ahead";
-    EXPECT_EQ(near(56, 10), 60) << "still there";
-    EXPECT_EQ(near(38, 10), 30) << "a keyframe before";
-    EXPECT_EQ(near(45, 10), 45) << "none is near enough";
-    EXPECT_EQ(near(43, 3), 43) << "decoded on the way";
-    EXPECT_EQ(near(47, 3), 46) << "the last that was decoded";
-    EXPECT_EQ(near(119, 1), 119);
-    std::stop_source stop;
-    stop.request_stop();
-    EXPECT_EQ(source.frameNear({0, 1}, {1, 60}, stop.get_token()).error(), NoFrame::givenUp);
-}
-
-/// The movie's keyframes, as numbers of pictures in order.
-std::vector<int> keyframesOf(const std::filesystem::path& movie) {
-    std::vector<int> numbers;
-    const auto packets = test::probe(movie, "packets");
-    for (const auto& packet : packets)
-        if (packet.at("flags").get<std::string>().starts_with("K"))
-            numbers.push_back(
-                static_cast<int>(std::ranges::count_if(packets, [&](const nlohmann::json& other) {
-                    return other.at("pts").get<std::int64_t>() <
-                           packet.at("pts").get<std::int64_t>();
-                })));
-    return numbers;
-}
-
-TEST_P(FrameSourceOfMovie, findsTheKeyframeOfAnyTimeInAnyOrder) {
-    const test::TemporaryFolder folder;
-    const auto movie = folder / GetParam().first;
-    makeMovie(movie, GetParam().second);
-    const auto keyframes = keyframesOf(movie);
-    FrameSource source(Asset::open(movie), 0);
-    std::mt19937 random(7);
-    for (int i = 0; i < 60; ++i) {
-        const int number = i < 20 ? i * 6 : static_cast<int>(random() % frameCount);
-        const auto found = source.keyframeAt({ticksOf(number), 90'000});
-        const int shown = test::numberIn(*found.value().pixels);
-        ASSERT_TRUE(std::ranges::binary_search(keyframes, shown)) << shown;
-        ASSERT_LE(shown, number);
-        if (movie.extension() != ".ts") { // which has no index
-            // At times as irregular as these, an index is off by some pictures.
-            const int surely = std::max(0, number - 3);
-            ASSERT_GE(shown, *std::prev(std::ranges::upper_bound(keyframes, surely)));
-        }
-        if (i % 5 == 0) {
-            ASSERT_EQ(numberShownAt(source, ticksOf(number)), number) << "exactly, afterwards";
-        }
-    }
-}
-
 TEST(FrameSource, leavesOutUnreferencedPicturesWhileItIsToldTo) {
     const test::TemporaryFolder folder;
     makeMovie(folder / "m.mov", "-bf 1 -b_strategy 0 -g 20 -video_track_timescale 90000");

@@ -1,8 +1,6 @@
 #include "ui/Preferences.h"
-#include "ui/TimeText.h"
 
 #include <QTemporaryDir>
-#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -42,15 +40,6 @@ TEST(Preferences, RememberFromOneRunToTheNext) {
     EXPECT_EQ(recent.count(recent[0]), 1);
     second.removeRecentProject(recent[0]);
     EXPECT_EQ(second.recentProjects(), recent.mid(1));
-}
-
-TEST(TimeText, ReadsAsAClock) {
-    EXPECT_EQ(elapsedText(0), "00:00");
-    EXPECT_EQ(elapsedText(754), "12:34");
-    EXPECT_EQ(elapsedText(3723), "1:02:03");
-    EXPECT_EQ(transportText(59.99), "00:59");
-    EXPECT_EQ(transportText(3661), "61:01");
-    EXPECT_DEATH(transportText(std::nan("")), "not finite or too large");
 }
 
 } // namespace

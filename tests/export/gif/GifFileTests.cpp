@@ -2,18 +2,11 @@
 
 #include "export/gif/GifFixture.h"
 
-#include <random>
-
 namespace vantro::test {
 namespace {
 
 std::shared_ptr<media::PixelBuffer> flat(int width, int height, int color) {
     return picture(width, height, [&](int, int) { return color; });
-}
-
-std::shared_ptr<media::PixelBuffer> noise(int width, int height, unsigned seed) {
-    std::minstd_rand random(seed);
-    return picture(width, height, [&](int, int) { return random() & 0xFFFFFF; });
 }
 
 using GifFile = GifTest;
@@ -31,28 +24,6 @@ TEST_F(GifFile, KeepsTimeWhateverTheRoundingOfSingleFrames) {
     for (const int delay : gif.delays()) {
         shownUntil += delay;
         EXPECT_NEAR(shownUntil, ++frame * 100 / 12.0, 0.5);
-    }
-}
-
-TEST_F(GifFile, LetsStillPicturesOnlyLengthenTheOneBefore) {
-    const auto still = noise(320, 180, 1);
-    const auto stillAgain = noise(320, 180, 1);
-    const auto lastOne = flat(320, 180, 0x336699);
-    std::size_t bytesOfOne = 0;
-    for (const int repetitions : {1, 300}) {
-        exporting::gif::GifWriter writer(m_target, 320, 180, twelfth);
-        for (int frame = 0; frame < repetitions; ++frame)
-            writer.append(frame % 2 == 0 ? *still : *stillAgain);
-        writer.append(*lastOne);
-        writer.finish();
-        const PlayedGif gif(m_target);
-        ASSERT_EQ(gif.delays().size(), 2U);
-        EXPECT_NEAR(gif.delays()[0], repetitions * 100 / 12.0, 0.5);
-        EXPECT_NEAR(gif.totalDelay(), (repetitions + 1) * 100 / 12.0, 0.5);
-        if (repetitions == 1)
-            bytesOfOne = gif.bytes();
-        else
-            EXPECT_EQ(gif.bytes(), bytesOfOne);
     }
 }
 
