@@ -52,29 +52,6 @@ TEST_F(EditorScreenTest, ShowsTheFilmInTheMiddleOfABlackStageOrWhyItCannot) {
     EXPECT_FALSE(shows("picture"));
 }
 
-TEST_F(EditorScreenTest, SpaceAndTheButtonPlayAndPauseButASpaceThatIsTypedDoesNot) {
-    open();
-    const auto plays = [this](bool expected) {
-        return QTest::qWaitFor([&] { return transport().isPlaying() == expected; });
-    };
-    key(Qt::Key_Space);
-    EXPECT_TRUE(plays(true));
-    EXPECT_TRUE(stageBecomes(colorOfSecond(1)));
-    EXPECT_EQ(item("playPause").property("symbol").toString(), "pause.fill");
-    click("playPause");
-    EXPECT_TRUE(plays(false));
-    item("recordingName").forceActiveFocus();
-    key(Qt::Key_Space);
-    EXPECT_FALSE(transport().isPlaying());
-    EXPECT_EQ(state.recordingName(), "demo ");
-    click("stage"); // ends the typing
-    key(Qt::Key_Space);
-    EXPECT_TRUE(plays(true));
-    state.setError("x", model::VantroError::Kind::exportFailed);
-    key(Qt::Key_Space);
-    EXPECT_TRUE(transport().isPlaying()) << "nothing behind a message";
-}
-
 TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
     open();
     transport().seek(0.6);

@@ -92,6 +92,14 @@ INSTANTIATE_TEST_SUITE_P(
                      2}),
     [](const auto& movie) { return movie.param.name; });
 
+TEST(ForeignMovie, OfAnOddSizeBecomesAFilmOfTheEvenSizeBelow) {
+    const TemporaryFolder folder;
+    runFfmpeg("-f lavfi -i color=c=red:s=321x181:r=30:d=0.5 -c:v png", folder / "odd.mov");
+    EXPECT_EQ(exportOf(folder / "odd.mov").frameCount, 15);
+    const auto film = media::Asset::open(folder / "film.mp4").tracks(media::MediaType::video).at(0);
+    EXPECT_EQ(film.naturalSize, (model::Size{320, 180}));
+}
+
 /// Whatever bytes of a movie are lost, there is a film, or one message that says where it breaks
 /// off and leaves no file behind.
 TEST(ForeignMovie, BreaksOffWithOneMessageWhereItIsDamaged) {

@@ -1,11 +1,9 @@
 #include "TestMovies.h"
-#include "media/color/AveragedRows.h"
 #include "media/color/ColorConversion.h"
 
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <hwy/highway.h>
@@ -92,22 +90,6 @@ TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
             color::convertBgraToI420(*bgra, *i420);
             EXPECT_LT(worstI420Error(*bgra, *i420), roundingError);
         }
-    });
-}
-
-TEST(ScalePicture, AveragesWhatShrinksAndBlendsWhatGrowsWithEachInstructionSet) {
-    const std::vector<std::uint8_t> stripes{0, 0, 0, 0, 60, 0, 0, 0, 120, 0, 0, 0, 180, 0, 0, 0};
-    withEachInstructionSet([&] {
-        const auto scaled = [&](int width) {
-            std::vector<std::uint8_t> out(static_cast<std::size_t>(width) * 4);
-            color::scalePicture(stripes.data(), 16, 4, 1, out.data(), width * 4, width, 1);
-            return out;
-        };
-        EXPECT_EQ(scaled(2), (std::vector<std::uint8_t>{30, 0, 0, 0, 150, 0, 0, 0}));
-        EXPECT_EQ(scaled(3)[4], 90);
-        EXPECT_EQ(scaled(8)[0], 0) << "an edge stays what it is";
-        EXPECT_EQ(scaled(8)[12], 75) << "a quarter of a sample beyond the second one's center";
-        EXPECT_EQ(scaled(8)[28], 180);
     });
 }
 

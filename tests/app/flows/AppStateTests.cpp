@@ -47,6 +47,22 @@ model::Edit otherEdit() {
     return edit;
 }
 
+TEST(AppState, KeepsTheBackgroundAndNothingElseOfAnEditThatIsLeft) {
+    AppState state(1);
+    auto project = projectAt("/p.vantro/recording.mov");
+    project.edit = otherEdit();
+    state.show(project, "/p.vantro");
+    EXPECT_EQ(state.document().project(), project);
+    state.reset();
+    model::Edit expected;
+    expected.segments = state.segments();
+    expected.cursorScale = 2;
+    expected.background.padding = 0.2;
+    EXPECT_EQ(state.document().edit(), expected);
+    EXPECT_EQ(state.segments().size(), 1U);
+    EXPECT_FALSE(state.document().canUndo() || state.projectPath());
+}
+
 TEST(AppState, TellsOfTheFieldsThatAnUndoBringsBack) {
     AppState state(1);
     state.show(projectAt("/r/recording.mov"));

@@ -157,6 +157,20 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     EXPECT_FALSE(state.showError());
 }
 
+TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
+    state.setMicrophoneAudioEnabled(true);
+    state.setMicrophoneDevice("headset");
+    state.setWebcamEnabled(true);
+    state.setWebcamDevice("desk");
+    platform.able.systemSound.whyNot = "There is no output.";
+    record();
+    EXPECT_EQ(platform.made.back().sources.microphoneDevice, "headset");
+    EXPECT_EQ(platform.made.back().sources.cameraDevice, "desk");
+    EXPECT_FALSE(platform.made.back().sources.systemSound);
+    EXPECT_TRUE(platform.made.back().sources.microphone);
+    EXPECT_TRUE(platform.made.back().sources.camera);
+}
+
 TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle) {
     const auto expectIdle = [this](const char* message) {
         test::expectError(state, Kind::captureStartFailed, message);

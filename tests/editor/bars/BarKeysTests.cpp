@@ -56,9 +56,10 @@ TEST_F(TimelineBarsTest, DeleteTakesTheZoomFirstAndATextFieldKeepsItsKeys) {
     state.setSelectedClickID(zoom(0).id);
     state.setSelectedSegmentID(state.segments()[0].id);
     const auto steps = undoName();
-    for (const auto typed :
-         {Qt::Key_S, Qt::Key_Home, Qt::Key_Left, Qt::Key_Delete, Qt::Key_BracketLeft})
+    for (const auto typed : {Qt::Key_S, Qt::Key_Home, Qt::Key_Left, Qt::Key_Delete,
+                             Qt::Key_BracketLeft, Qt::Key_Space})
         key(typed);
+    EXPECT_FALSE(preview.transport()->isPlaying());
     key(Qt::Key_B, Qt::ControlModifier);
     EXPECT_EQ(undoName(), steps);
     EXPECT_NE(state.recordingName(), "demo");
