@@ -23,10 +23,13 @@ model::Project recorded(std::mt19937& random, bool isForeign) {
     for (int i = 0; i < 12; ++i)
         metadata.clickEvents.push_back({.timestamp = time(random)});
     auto edit = model::freshEdit(metadata);
-    auto zooms = edit.clickEvents.list();
-    for (auto& zoom : zooms)
-        zoom.endOffset += isForeign ? 2 : 0;
-    edit.clickEvents = std::move(zooms);
+    if (isForeign) {
+        std::uniform_real_distribution<double> lead(0.06, 3);
+        auto zooms = edit.clickEvents.list();
+        for (auto& zoom : zooms)
+            zoom.startOffset = zoom.endOffset = random() % 3 == 0 ? 0.07 : lead(random);
+        edit.clickEvents = std::move(zooms);
+    }
     return {"demo", {"/nowhere/recording.mov", std::move(metadata)}, std::move(edit)};
 }
 
@@ -70,7 +73,7 @@ void doAnything(std::mt19937& random, EditorActions& actions) {
     };
     auto& gestures = *actions.gestures();
     const auto bar = static_cast<Bar>(random() % 3);
-    switch (random() % 10) {
+    switch (random() % 9) {
     case 0:
         actions.timeline()->wheel(x(random), random() % 4 == 0 ? 60 : 0,
                                   random() % 2 == 0 ? 240 : -240);
@@ -86,12 +89,6 @@ void doAnything(std::mt19937& random, EditorActions& actions) {
         break;
     case 4:
         actions.keyPressed(Qt::Key_Delete, 0, {}, false);
-        break;
-    case 5:
-        if (random() % 2 == 0)
-            actions.undo();
-        else
-            actions.redo();
         break;
     default:
         gestures.press(bar, x(random), random() % 3 == 0);
@@ -115,9 +112,14 @@ TEST(GestureSequenceTest, WhateverAHandDoesTheEditStaysSoundAndUndoBringsBackAll
         state.show(project);
         int did = 0;
         for (; did < 40; ++did) {
+            if (random() % 10 == 0) {
+                random() % 2 == 0 ? actions.undo() : actions.redo();
+                continue;
+            }
+            const double before = excess(state.document().edit());
             doAnything(random, actions);
             ASSERT_TRUE(isSound(state.document().edit())) << "round " << round << ", " << did;
-            ASSERT_LE(excess(state.document().edit()), excess(project.edit) + 1e-9);
+            ASSERT_LE(excess(state.document().edit()), before + 1e-9) << "round " << round;
         }
         int steps = 0;
         for (; state.document().canUndo(); ++steps)
