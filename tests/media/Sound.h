@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/AudioMixReader.h"
+#include "media/values/AudioBuffer.h"
 
 #include <cmath>
 #include <cstdint>
@@ -10,6 +11,19 @@
 #include <vector>
 
 namespace vantro::test {
+
+/// A tone of amplitude 0.5 from `start` on, seconds, as sound of that time.
+inline media::AudioBuffer tone(double frequency, double start, double length) {
+    media::AudioBuffer buffer{media::MediaTime::fromSeconds(start, media::mixing::sampleRate), {}};
+    const auto frames = std::lround(length * media::mixing::sampleRate);
+    for (long i = 0; i < frames; ++i) {
+        const double time = static_cast<double>(i) / media::mixing::sampleRate;
+        const auto sample =
+            static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * frequency * time));
+        buffer.samples.insert(buffer.samples.end(), media::mixing::channelCount, sample);
+    }
+    return buffer;
+}
 
 /// Everything that a composition sounds like; interleaved stereo.
 inline std::vector<float> allSound(const media::Composition& composition,
