@@ -3,9 +3,9 @@
 #include "app/files/ProjectStores.h"
 #include "app/files/RecordingFolder.h"
 #include "model/VantroError.h"
+#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <functional>
 #include <regex>
 
@@ -179,13 +179,8 @@ TEST(FileNames, AreNeitherPathsNorHiddenNorEndless) {
 /// Recordings' folders below a folder of the test's.
 class RecordingFolder : public ::testing::Test {
   protected:
-    ~RecordingFolder() override {
-        ::unsetenv("TMPDIR");
-        ::unsetenv("XDG_DATA_HOME");
-    }
-    static void set(const char* name, const fs::path& value) { ::setenv(name, value.c_str(), 1); }
-
     test::TemporaryFolder folder;
+    test::Environment variables;
 };
 
 TEST_F(RecordingFolder, LiesWhereItIsPrivateAndLasts) {
@@ -201,16 +196,17 @@ TEST_F(RecordingFolder, LiesWhereItIsPrivateAndLasts) {
         EXPECT_EQ(files::recordingFolders().size(), 2U);
     };
     fs::create_directories(folder / "tmp/Vantro"); // readable by all, as it was made once
-    set("TMPDIR", folder / "tmp");
+    variables.set("TMPDIR", folder / "tmp");
     madeBelow(folder / "tmp/Vantro");
-    ::unsetenv("TMPDIR");
-    set("HOME", folder / "home");
-    ::unsetenv("XDG_DATA_HOME");
+    variables.set("TMPDIR", "");
+    variables.set("HOME", folder / "home");
+    variables.set("XDG_DATA_HOME", "");
     madeBelow(folder / "home/.local/share/vantro/Recordings");
-    set("XDG_DATA_HOME", folder / "data");
+    variables.set("XDG_DATA_HOME", folder / "data");
     madeBelow(folder / "data/vantro/Recordings");
     const auto fallback = "/var/tmp/vantro-" + std::to_string(::geteuid()) + "/Recordings";
-    set("XDG_DATA_HOME", folder.write("file", "") / "data"); // no folder can be made there
+    variables.set("XDG_DATA_HOME",
+                  folder.write("file", "") / "data"); // no folder can be made there
     EXPECT_EQ(files::recordingsDirectory(), fallback);
 }
 
@@ -220,7 +216,7 @@ TEST_F(RecordingFolder, IsNeverSomebodyElses) {
     fs::create_directory(taken);
     if (::chown(taken.c_str(), nobody, nobody) != 0)
         GTEST_SKIP() << "only root can give a folder away";
-    set("TMPDIR", folder.path());
+    variables.set("TMPDIR", folder.path());
     EXPECT_EQ(files::makeRecordingDirectory().parent_path(),
               folder / ("Vantro-" + std::to_string(::geteuid())));
     EXPECT_TRUE(fs::is_empty(taken));
@@ -247,7 +243,7 @@ TEST_F(RecordingFolder, MayBeOneOfTheUsersWhereRecordingsAreStillFound) {
 }
 
 TEST_F(RecordingFolder, DeletesRecordingsAndNothingElse) {
-    set("TMPDIR", folder.path());
+    variables.set("TMPDIR", folder.path());
     const auto made = files::makeRecordingDirectory();
     std::ofstream(made / "recording.mov") << "movie";
     std::ofstream(made / "metadata.json") << "{}";

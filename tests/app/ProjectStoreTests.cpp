@@ -5,7 +5,6 @@
 #include "model/Json.h"
 #include "model/VantroError.h"
 #include "support/FileSizeLimit.h"
-#include "support/Program.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
@@ -16,40 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
-
-/// Another program that has a project open, until it is killed.
-class OtherProgram {
-  public:
-    explicit OtherProgram(const fs::path& project) {
-        int ready[2]{};
-        if (::pipe(ready) != 0)
-            throw std::runtime_error("no pipe");
-        m_process = ::fork();
-        if (m_process == 0) {
-            const auto access = files::storeOf(project).access(project);
-            const char locked = access.lock ? 'y' : 'n';
-            if (::write(ready[1], &locked, 1) == 1)
-                ::pause();
-            ::_exit(1);
-        }
-        char locked = 0;
-        if (::read(ready[0], &locked, 1) != 1 || locked != 'y')
-            throw std::runtime_error("the other program cannot open the project");
-        ::close(ready[0]);
-        ::close(ready[1]);
-    }
-    ~OtherProgram() { kill(); }
-    OtherProgram(const OtherProgram&) = delete;
-    OtherProgram& operator=(const OtherProgram&) = delete;
-
-    void kill() {
-        if (m_process > 0)
-            test::endProgram(std::exchange(m_process, -1), SIGKILL);
-    }
-
-  private:
-    pid_t m_process = -1;
-};
 
 class ProjectStore : public test::CommandLine {
   protected:
@@ -70,9 +35,9 @@ class ProjectStore : public test::CommandLine {
     model::Project project = files::readProjectFile(package);
 };
 
-TEST_F(ProjectStore, WhatIsOpenElsewhereIsReadAndExportedButNotChangedUntilItsProgramEnds) {
+TEST_F(ProjectStore, WhatIsOpenElsewhereIsReadAndExportedButNotChangedUntilItIsClosedThere) {
     const auto before = edit();
-    OtherProgram other(package);
+    auto other = files::ProjectLock::take(package); // as another program holds it
     const auto access = files::storeOf(package).access(package);
     EXPECT_FALSE(access.lock);
     EXPECT_THAT(access.whyReadOnly, HasSubstr("open in another Vantro"));
@@ -87,7 +52,7 @@ TEST_F(ProjectStore, WhatIsOpenElsewhereIsReadAndExportedButNotChangedUntilItsPr
     EXPECT_THAT(failureOfSaving(another, package), HasSubstr("open in another Vantro"));
     EXPECT_EQ(edit(), before);
 
-    other.kill();
+    other->reset();
     EXPECT_EQ(failureOfSaving(project, package), "");
     EXPECT_EQ(files::readProjectFile(package).edit.cursorScale, 1);
 }

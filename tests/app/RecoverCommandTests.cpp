@@ -30,12 +30,14 @@ constexpr double mostLost = 1; // seconds
 class Recording {
   public:
     Recording(const XServer& server, const fs::path& folder, const std::string& rect,
-              const std::string& source = "--system-audio",
+              std::vector<std::string> sources = {"--system-audio"},
               const std::string& variable = "VANTRO_TEST=")
-        : m_folder(folder)
-        , m_program(server.display(), {"env", "TMPDIR=" + folder.string(), variable, VANTRO_PROGRAM,
-                                       "record", "--output", folder / "never.vantro", "--mode",
-                                       "area", "--rect", rect, source}) {}
+        : m_folder(folder), m_program(server.display(), [&] {
+            sources.insert(sources.begin(),
+                           {"env", "TMPDIR=" + folder.string(), variable, VANTRO_PROGRAM, "record",
+                            "--output", folder / "never.vantro", "--mode", "area", "--rect", rect});
+            return sources;
+        }()) {}
 
     /// Ends it as nothing else can; returns when it is gone.
     void kill() {
@@ -134,7 +136,7 @@ TEST_F(Recovery, KilledInAPauseARecordingEndsWhereThatBegan) {
     Pointer hand(server);
     hand.moveTo(20, 20);
     const auto launched = base::hostNow();
-    Recording recording(server, folder.path(), "0,0,64,64", "--no-system-audio", on);
+    Recording recording(server, folder.path(), "0,0,64,64", {"--no-system-audio"}, on);
     recording.awaitFirstPicture();
     const auto pause = [&] { return vantro("pause", on).exitCode == 0; };
     const auto path = [&] {
@@ -163,26 +165,28 @@ TEST_F(Recovery, KilledInAPauseARecordingEndsWhereThatBegan) {
     EXPECT_GT(framesOf(made.movie()).back().pixels->row(0, 32)[32], 200);
 }
 
-TEST_F(Recovery, KeepsTheSoundAndWhoseItIs) {
+TEST_F(Recovery, KeepsTheSoundAndWhoseItIsAndTheWebcam) {
     using Kind = SoundServer::Kind;
-    if (!SoundServer::isInstalled(Kind::pulseaudio))
+    if (!SoundServer::isInstalled(Kind::pipewire))
         GTEST_SKIP() << "its programs are not installed";
-    SoundServer sound(Kind::pulseaudio);
-    sound.start();
-    sound.addOutput("box");
+    SoundServer desktop(Kind::pipewire);
+    desktop.start();
+    desktop.addOutput("box");
     const TonePlayer player("box", 440);
-    Recording recording(server, folder.path(), "0,0,64,64");
+    const FakeCamera camera;
+    Recording recording(server, folder.path(), "0,0,64,64", {"--system-audio", "--webcam"});
     recording.awaitFirstPicture();
-    ASSERT_TRUE(eventually([&] { // a second of sound is safe on disk
-        std::istringstream lines(contentOf(recording.files() / "recording.mov.journal"));
+    const auto files = recording.files();
+    ASSERT_TRUE(eventually([&] { // a second of each is safe on disk
+        std::istringstream lines(contentOf(files / "recording.mov.journal"));
         int packets = 0;
         for (std::string line; std::getline(lines, line);)
             packets += line.starts_with("packet 1 ") ? 1 : 0;
-        return packets > 48 &&
-               contentOf(recording.files() / "recording.mov.cursor").contains("\nsound system\n");
+        const auto webcam = contentOf(files / "webcam.mov.journal");
+        return packets > 48 && std::ranges::count(webcam, '\n') > 30 &&
+               contentOf(files / "recording.mov.cursor").contains("\nsound system\n");
     }));
     recording.kill();
-    const auto files = recording.files();
     const auto project = folder / "recovered.vantro";
     ASSERT_EQ(recover(files, project).exitCode, 0);
     const auto made = app::files::readProjectFile(project).recording;
@@ -190,26 +194,6 @@ TEST_F(Recovery, KeepsTheSoundAndWhoseItIs) {
     EXPECT_FALSE(made.metadata().hasMicrophoneAudio);
     const auto heard = soundOf(made.movie());
     EXPECT_GT(toneAmplitude(heard, 440, 0.5, secondsOf(heard) - 0.1), 0.4);
-}
-
-TEST_F(Recovery, KeepsTheWebcam) {
-    using Kind = SoundServer::Kind;
-    if (!SoundServer::isInstalled(Kind::pipewire))
-        GTEST_SKIP() << "its programs are not installed";
-    SoundServer desktop(Kind::pipewire);
-    desktop.start();
-    const FakeCamera camera;
-    Recording recording(server, folder.path(), "0,0,64,64", "--webcam");
-    recording.awaitFirstPicture();
-    const auto packets = [&] {
-        const auto journal = contentOf(recording.files() / "webcam.mov.journal");
-        return std::ranges::count(journal, '\n');
-    };
-    ASSERT_TRUE(eventually([&] { return packets() > 30; }));
-    recording.kill();
-    const auto project = folder / "recovered.vantro";
-    ASSERT_EQ(recover(recording.files(), project).exitCode, 0);
-    const auto made = app::files::readProjectFile(project).recording;
     EXPECT_TRUE(made.metadata().hasWebcam);
     EXPECT_GT(framesOf(made.webcamMovie()).size(), 25U);
     EXPECT_NEAR(media::Asset::open(made.webcamMovie()).duration().seconds(),

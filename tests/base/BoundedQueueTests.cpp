@@ -1,28 +1,11 @@
 #include "base/BoundedQueue.h"
 
-#include <memory>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace vantro::base {
 namespace {
-
-TEST(BoundedQueue, RefusesItemsBeyondItsCapacityAndLeavesThemWithTheCaller) {
-    BoundedQueue<std::unique_ptr<int>> queue(2);
-    EXPECT_TRUE(queue.tryPush(std::make_unique<int>(1)));
-    EXPECT_FALSE(queue.isFull());
-    EXPECT_TRUE(queue.tryPush(std::make_unique<int>(2)));
-    EXPECT_TRUE(queue.isFull());
-    auto third = std::make_unique<int>(3);
-    EXPECT_FALSE(queue.tryPush(std::move(third)));
-    ASSERT_NE(third, nullptr); // NOLINT(bugprone-use-after-move): a refused item is not moved from
-    EXPECT_EQ(**queue.pop(), 1);
-    EXPECT_TRUE(queue.tryPush(std::move(third)));
-    EXPECT_EQ(**queue.pop(), 2);
-    EXPECT_EQ(**queue.pop(), 3);
-}
 
 TEST(BoundedQueue, KeepsTheOrderWhileProducerAndConsumerWaitForEachOther) {
     constexpr int count = 10'000;

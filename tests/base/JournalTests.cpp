@@ -23,19 +23,6 @@ TEST(Journal, KeepsWholeLinesAsTheyAreWritten) {
     EXPECT_THAT(readJournal(folder.path() / "torn"), ElementsAre("whole"));
 }
 
-TEST(Journal, TellsWhetherItsWriterLives) {
-    test::TemporaryFolder folder;
-    const auto path = folder.path() / "journal";
-    EXPECT_FALSE(isJournalBeingWritten(path));
-    {
-        JournalWriter writer(path);
-        EXPECT_TRUE(isJournalBeingWritten(path));
-        JournalWriter moved(std::move(writer));
-        EXPECT_TRUE(isJournalBeingWritten(path));
-    }
-    EXPECT_FALSE(isJournalBeingWritten(path));
-}
-
 TEST(Journal, WritesNothingBehindATornLineAndTellsWhatCannotBeOpened) {
     JournalWriter full("/dev/full");
     EXPECT_FALSE(full.append("lost"));

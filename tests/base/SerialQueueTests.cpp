@@ -2,7 +2,6 @@
 
 #include <array>
 #include <numeric>
-#include <semaphore>
 #include <stdexcept>
 #include <vector>
 
@@ -40,19 +39,6 @@ TEST(SerialQueue, RunsTasksOfSeveralThreadsOneAtATimeAndEachThreadsInOrder) {
     for (const auto& list : seen)
         EXPECT_EQ(list, inOrder);
     EXPECT_FALSE(overlapped);
-}
-
-TEST(SerialQueue, SyncWaitsForEarlierTasksAndReturnsTheResult) {
-    SerialQueue queue("com.vantro.test");
-    std::binary_semaphore gate(0);
-    int value = 0;
-    queue.async([&] {
-        gate.acquire();
-        value = 20;
-    });
-    queue.async([&] { value += 1; });
-    std::jthread opener([&] { gate.release(); });
-    EXPECT_EQ(queue.sync([&] { return value * 2; }), 42);
 }
 
 TEST(SerialQueueDeathTest, SyncFromItsOwnThreadIsFatalInsteadOfADeadlock) {

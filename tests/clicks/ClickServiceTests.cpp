@@ -259,20 +259,6 @@ TEST_F(ClickService, EndsWithItsCallersAndComesBack) {
     EXPECT_TRUE(eventually([&] { return !ClickSystem::isOnBus(service::name); }));
 }
 
-TEST_F(ClickService, FollowsDevicesThatComeAndGo) {
-    const Caller caller;
-    for (int times = 0; times < 2; ++times) {
-        devices->unplug(Input::mouse);
-        devices->plug(Input::mouse);
-        EXPECT_TRUE(eventually([&] {
-            devices->click(Input::mouse, BTN_LEFT);
-            return caller.hasNews();
-        }));
-        while (caller.hasNews())
-            caller.take(1);
-    }
-}
-
 TEST_F(ClickService, DropsWhatNobodyTakesAndSaysSo) {
     const Caller caller;
     constexpr std::size_t room = 256;

@@ -200,14 +200,5 @@ TEST_F(EditorPreviewTest, ASmallerAreaIsFilledWithTheSamePictureMadeSmaller) {
     })) << "no more than there are";
 }
 
-TEST_F(EditorPreviewTest, AMovieThatCannotBeOpenedSaysWhyAndTheNextOneIsNotAffected) {
-    preview.show(model::Recording(folder / "none.mov", model::RecordingMetadata()));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !preview.problem().isEmpty(); }));
-    EXPECT_TRUE(preview.problem().contains("none.mov")) << preview.problem().toStdString();
-    preview.show(recording);
-    EXPECT_EQ(preview.problem(), "");
-    EXPECT_TRUE(isReady());
-}
-
 } // namespace
 } // namespace vantro::editor

@@ -52,29 +52,6 @@ TEST_F(EditorScreenTest, ShowsTheFilmInTheMiddleOfABlackStageOrWhyItCannot) {
     EXPECT_FALSE(shows("picture"));
 }
 
-TEST_F(EditorScreenTest, SpaceAndTheButtonPlayAndPauseButASpaceThatIsTypedDoesNot) {
-    open();
-    const auto plays = [this](bool expected) {
-        return QTest::qWaitFor([&] { return transport().isPlaying() == expected; });
-    };
-    key(Qt::Key_Space);
-    EXPECT_TRUE(plays(true));
-    EXPECT_TRUE(stageBecomes(colorOfSecond(1)));
-    EXPECT_EQ(item("playPause").property("symbol").toString(), "pause.fill");
-    click("playPause");
-    EXPECT_TRUE(plays(false));
-    item("recordingName").forceActiveFocus();
-    key(Qt::Key_Space);
-    EXPECT_FALSE(transport().isPlaying());
-    EXPECT_EQ(state.recordingName(), "demo ");
-    click("stage"); // ends the typing
-    key(Qt::Key_Space);
-    EXPECT_TRUE(plays(true));
-    state.setError("x", model::VantroError::Kind::exportFailed);
-    key(Qt::Key_Space);
-    EXPECT_TRUE(transport().isPlaying()) << "nothing behind a message";
-}
-
 TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
     open();
     transport().seek(0.6);
@@ -92,15 +69,6 @@ TEST_F(EditorScreenTest, SavingKeepsThePlayerAndAnotherRecordingBeginsAnew) {
     state.reset();
     runTasks();
     EXPECT_EQ(preview.player(), nullptr);
-}
-
-TEST_F(EditorScreenTest, ASilentMovieHasNoSoundToTurnOffAndMutingIsNoEdit) {
-    open();
-    EXPECT_FALSE(item("mute").isEnabled());
-    preview.setMuted(true);
-    settle();
-    EXPECT_EQ(item("mute").property("symbol").toString(), "speaker.slash.fill");
-    EXPECT_FALSE(state.document().isModified());
 }
 
 TEST_F(EditorScreenTest, ExportsInTheChosenFormatResolutionAndQuality) {
@@ -199,18 +167,6 @@ TEST_F(EditorScreenTest, TheFrameAtThePlayheadIsCopiedAndSavedAsTheFilmShowsIt) 
     panels.answer("/nonexistent/frame.png");
     runTasks();
     test::expectError(state, model::VantroError::Kind::exportFailed, "/nonexistent/frame.png");
-}
-
-TEST_F(EditorScreenTest, TheWindowsTitleTellsTheNameAndWhetherAnythingIsUnsaved) {
-    EXPECT_EQ(window().title(), "Vantro");
-    showEditor();
-    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
-    state.setCursorScale(7);
-    EXPECT_EQ(window().title(), u"demo* \u2014 Vantro");
-    click("undo");
-    EXPECT_EQ(window().title(), u"demo \u2014 Vantro");
-    click("redo");
-    EXPECT_EQ(state.cursorScale(), 7);
 }
 
 } // namespace

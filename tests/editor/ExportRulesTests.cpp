@@ -18,12 +18,5 @@ TEST(ExportRules, AnEstimateFollowsTheEdit) {
     EXPECT_EQ(estimatedBytes(measure), 0U) << "nothing is known";
 }
 
-TEST(ExportRules, TheTimeLeftIsToldOnceItCanBe) {
-    EXPECT_FALSE(secondsLeft(0.5, 0.2));
-    EXPECT_FALSE(secondsLeft(0.001, 20));
-    EXPECT_DOUBLE_EQ(*secondsLeft(0.25, 10), 30);
-    EXPECT_DOUBLE_EQ(*secondsLeft(1.2, 10), 0);
-}
-
 } // namespace
 } // namespace vantro::editor

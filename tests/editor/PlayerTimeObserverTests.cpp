@@ -112,50 +112,6 @@ TEST_F(PlayerTimeObserverTest, OfALongGapNoMoreThanAPictureIsForgiven) {
     EXPECT_DOUBLE_EQ(player->seeks[0].to, 500);
 }
 
-TEST_F(PlayerTimeObserverTest, TheEndOfTheItemStartsOver) {
-    open(10, {});
-    player->onEnd();
-    EXPECT_DOUBLE_EQ(player->seeks.back().to, 0);
-    player->onEnd();
-    EXPECT_EQ(player->seeks.size(), 1U) << "one restart at a time";
-    player->finishSeek();
-    EXPECT_EQ(player->rates, std::vector{1.0});
-}
-
-TEST_F(PlayerTimeObserverTest, UntilTheDurationIsKnownNoRuleHoldsAndTrimTimesFollowIt) {
-    observer.setSegments(withGap);
-    EXPECT_EQ(observer.progress(), 0);
-    EXPECT_EQ(observer.trimEndTime(), std::nullopt);
-    playAt(5);
-    EXPECT_TRUE(player->seeks.empty());
-    EXPECT_EQ(observer.duration(), 0);
-    player->length = MediaTime{10, 1};
-    player->onDuration();
-    EXPECT_EQ(observer.duration(), 10);
-    EXPECT_EQ(observer.trimStartTime(), 0);
-    EXPECT_EQ(observer.trimEndTime(), 10);
-    EXPECT_EQ(observer.progress(), 0.5);
-    observer.setSegments(std::vector<TimelineSegment>{});
-    EXPECT_EQ(observer.trimEndTime(), std::nullopt);
-}
-
-TEST_F(PlayerTimeObserverTest, EqualWritesTellNobody) {
-    open(10, withGap);
-    QSignalSpy times(&observer, &PlayerTimeObserver::currentTimeChanged);
-    QSignalSpy progress(&observer, &PlayerTimeObserver::progressChanged);
-    QSignalSpy playing(&observer, &PlayerTimeObserver::isPlayingChanged);
-    QSignalSpy trims(&observer, &PlayerTimeObserver::trimEndTimeChanged);
-    for (int i = 0; i < 3; ++i) {
-        player->tick(3);
-        player->changeRate(1);
-        observer.setSegments(withGap);
-    }
-    EXPECT_EQ(times.count(), 1);
-    EXPECT_EQ(progress.count(), 1);
-    EXPECT_EQ(playing.count(), 1);
-    EXPECT_EQ(trims.count(), 0);
-}
-
 TEST_F(PlayerTimeObserverTest, WithoutAPlayerNothingHappens) {
     open(10, withGap);
     playAt(2);
@@ -177,11 +133,6 @@ TEST_F(PlayerTimeObserverTest, WithoutAPlayerNothingHappens) {
 }
 
 using PlayerTimeObserverDeathTest = PlayerTimeObserverTest;
-
-TEST_F(PlayerTimeObserverDeathTest, CallbacksOnOtherThreadsAreFatal) {
-    EXPECT_DEATH(std::jthread([this] { player->tick(1); }).join(),
-                 "Incorrect actor executor assumption; Expected same executor as");
-}
 
 } // namespace
 } // namespace vantro::editor

@@ -3,13 +3,10 @@
 #include "media/AssetWriter.h"
 #include "media/color/ColorConversion.h"
 #include "render/RendererFactory.h"
+#include "support/Ffmpeg.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
-
-#include <fmt/format.h>
 
 namespace vantro::test {
 
@@ -97,16 +94,6 @@ render::MovieSession film(const model::Project& project) {
     return {project.recording, project.edit,
             render::makeRenderer(render::RendererChoice::software)};
 }
-
-namespace {
-
-nlohmann::json ffprobe(const std::string& arguments, const std::filesystem::path& file) {
-    const auto command = fmt::format("ffprobe -v error -of json {} '{}'", arguments, file.string());
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
-    return nlohmann::json::parse(pipe.get());
-}
-
-} // namespace
 
 nlohmann::json probe(const std::filesystem::path& file) {
     return ffprobe("-count_frames -select_streams v:0 -show_streams -show_format", file);

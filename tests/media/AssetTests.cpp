@@ -1,11 +1,7 @@
 #include "TestMovies.h"
 #include "media/Asset.h"
 #include "media/FrameSource.h"
-#include "media/values/MediaError.h"
 
-#include <fstream>
-
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::media {
@@ -16,52 +12,9 @@ using test::makeNumberedMovie;
 using test::numberIn;
 using test::runFfmpeg;
 using test::shownAt;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 constexpr int width = 240;
 constexpr int height = 136;
-
-auto failsToOpen(const std::filesystem::path& path, const std::string& reason) {
-    return ThrowsMessage<MediaError>(AllOf(HasSubstr(path.string()), HasSubstr(reason)));
-}
-
-TEST(Asset, tellsPathAndReasonOfWhatCannotBeOpened) {
-    const test::TemporaryFolder folder;
-    const auto garbage = folder / "garbage.mov";
-    std::ofstream(garbage) << std::string(4000, 'x');
-    std::ofstream(folder / "empty.mov").flush();
-    EXPECT_THAT([&] { Asset::open(garbage); }, failsToOpen(garbage, "no movie"));
-    EXPECT_THAT([&] { Asset::open(folder / "empty.mov"); },
-                failsToOpen(folder / "empty.mov", "empty"));
-    EXPECT_THAT([&] { Asset::open(folder / "none.mov"); },
-                failsToOpen(folder / "none.mov", "No such file or directory"));
-    EXPECT_THAT([&] { Asset::open(folder / "."); }, failsToOpen(folder / ".", "Is a directory"));
-}
-
-TEST(Asset, describesItsTracks) {
-    const test::TemporaryFolder folder;
-    const auto movie = folder / "a b:c'd.mov"; // a name that looks like a protocol's
-    runFfmpeg("-f lavfi -i testsrc2=s=322x182:r=30:d=2 -f lavfi -i sine=r=44100:d=1 -c:v libx264 "
-              "-c:a aac -ac 2",
-              folder / "plain.mov");
-    std::filesystem::rename(folder / "plain.mov", movie);
-    const auto asset = Asset::open(movie);
-    const auto video = asset.tracks(MediaType::video);
-    const auto audio = asset.tracks(MediaType::audio);
-    ASSERT_EQ(video.size(), 1U);
-    ASSERT_EQ(audio.size(), 1U);
-    EXPECT_EQ(video[0].codec, "h264");
-    EXPECT_EQ(video[0].naturalSize.width, 322);
-    EXPECT_EQ(video[0].naturalSize.height, 182);
-    EXPECT_EQ(video[0].nominalFrameRate, 30);
-    EXPECT_EQ(video[0].timeRange, (MediaTimeRange{{0, 1}, {2, 1}}));
-    EXPECT_EQ(audio[0].codec, "aac");
-    EXPECT_EQ(audio[0].sampleRate, 44'100);
-    EXPECT_EQ(audio[0].channelCount, 2);
-    EXPECT_EQ(asset.duration(), (MediaTime{2, 1}));
-}
 
 /// One way to store painted pictures.
 struct Storage {

@@ -1,20 +1,18 @@
+#include "Sound.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
+#include <limits>
 #include <random>
 #include <thread>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::media {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
 
 constexpr test::Rgb painted{200, 60, 90};
 
@@ -103,6 +101,7 @@ TEST(AssetWriter, keepsTheTimesOfALiveSourceToTheTickAndItsEnd) {
         appendWaiting(writer, {test::paintedNumber(static_cast<int>(i), 320, 180),
                                {start + times[i], 1'000'000'000},
                                {}});
+    EXPECT_FALSE(writer.append({test::paintedNumber(0, 320, 180), {start, 1'000'000'000}, {}}));
     writer.finish(MediaTime{start + 9'000'000'000, 1'000'000'000});
 
     const auto frames = test::probe(movie, "frames");
@@ -181,39 +180,40 @@ TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
     }
 }
 
-TEST(AssetWriter, refusesLiveFramesWhileItsQueueIsFullAndTimesThatDoNotAscend) {
+TEST(AssetWriter, placesLiveSoundByItsTimes) {
     const test::TemporaryFolder folder;
-    auto writer =
-        startedWriter(folder / "m.mov", FileType::quickTimeMovie, settings(1920, 1080, true));
-    const auto first = noise(1920, 1080, 1);
-    const auto second = noise(1920, 1080, 2);
-    int taken = 0;
-    bool wasFull = false;
-    for (int index = 0; index < 100; ++index) {
-        wasFull = wasFull || !writer->isReadyForMoreMediaData();
-        taken += writer->append({index % 2 == 0 ? first : second, {index, 60}, {}}) ? 1 : 0;
-    }
-    EXPECT_TRUE(wasFull);
-    EXPECT_GE(taken, 8);
-    EXPECT_LT(taken, 90); // noise takes far longer to encode than to append
-    EXPECT_FALSE(writer->append({first, {0, 60}, {}}));
-    writer->finish();
-    EXPECT_EQ(writer->frameCount(), taken);
-    EXPECT_EQ(test::probe(folder / "m.mov", "streams").at(0).at("nb_frames"),
-              std::to_string(taken));
+    AssetWriter writer(folder / "recording.mov", FileType::quickTimeMovie, settings(64, 36, true),
+                       {{.expectsRealTime = true}, {.expectsRealTime = true}});
+    writer.startWriting();
+    writer.startSession(MediaTime::fromSeconds(100, 48'000));
+    ASSERT_TRUE(writer.append({test::paintedNumber(1, 64, 36), {100, 1}, {1, 30}}));
+    // Begins before the session, overlaps by 50 ms, then leaves a gap of 550 ms.
+    for (const double start : {99.8, 100.15, 101.1})
+        ASSERT_TRUE(writer.appendAudio(0, test::tone(1000, start, start < 101 ? 0.4 : 0.2)));
+    // The other track is silent until half a second later.
+    ASSERT_TRUE(writer.appendAudio(1, test::tone(500, 100.5, 0.5)));
+    writer.finish(MediaTime{102, 1});
+
+    const auto sound = test::soundOf(folder / "recording.mov");
+    const auto beeps = test::beepTimes(sound);
+    ASSERT_EQ(beeps.size(), 2U);
+    EXPECT_NEAR(beeps[0], 0, 0.005);
+    EXPECT_NEAR(beeps[1], 1.1, 0.005);
+    EXPECT_LT(test::toneAmplitude(sound, 500, 0.2, 0.48), 0.02);
+    EXPECT_NEAR(test::toneAmplitude(sound, 1000, 0.05, 0.45), 0.5, 0.05);
+    EXPECT_NEAR(test::toneAmplitude(sound, 500, 0.6, 0.9), 0.5, 0.05);
+    EXPECT_LT(test::toneAmplitude(sound, 1000, 0.7, 1.0), 0.02);
 }
 
-TEST(AssetWriter, refusesWhatCannotBecomeAMovie) {
+TEST(AssetWriter, doesNotLoseAFilmsSoundInSilence) {
     const test::TemporaryFolder folder;
-    const auto missing = folder / "none/movie.mp4";
-    EXPECT_THAT([&] { AssetWriter(missing, FileType::mpeg4, settings(64, 64, false)); },
-                testing::ThrowsMessage<MediaError>(
-                    AllOf(HasSubstr(missing.string()), HasSubstr("No such file or directory"))));
-    EXPECT_THROW(AssetWriter(folder / "odd.mov", FileType::quickTimeMovie, settings(63, 64, true)),
-                 MediaError);
-    auto empty = startedWriter(folder / "e.mov", FileType::quickTimeMovie, settings(64, 64, true));
-    EXPECT_THROW(empty->finish(), MediaError);
-    EXPECT_TRUE(folder.names().empty());
+    AssetWriter writer(folder / "m.mp4", FileType::mpeg4, settings(64, 64, false), {{}});
+    writer.startWriting();
+    writer.startSession({0, 1});
+    ASSERT_TRUE(writer.append({noise(64, 64, 1), {0, 60}, {1, 60}}));
+    constexpr auto noNumber = std::numeric_limits<float>::quiet_NaN(); // which no encoder takes
+    ASSERT_TRUE(writer.appendAudio(0, {{0, 1}, std::vector<float>(9600, noNumber)}));
+    EXPECT_THROW(writer.finish(MediaTime{1, 60}), MediaError);
 }
 
 } // namespace

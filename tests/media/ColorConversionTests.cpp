@@ -1,11 +1,9 @@
 #include "TestMovies.h"
-#include "media/color/AveragedRows.h"
 #include "media/color/ColorConversion.h"
 
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <hwy/highway.h>
@@ -78,43 +76,6 @@ double worstI420Error(const PixelBuffer& bgra, const PixelBuffer& i420) {
     return worst;
 }
 
-/// Chroma at a pixel's center, bilinear between block centers, the edge samples reaching outwards.
-double exactChroma(const PixelBuffer& i420, int plane, int x, int y) {
-    const int columns = (i420.width() + 1) / 2;
-    const int rows = (i420.height() + 1) / 2;
-    const double cx = (x - 0.5) / 2;
-    const double cy = (y - 0.5) / 2;
-    const int left = static_cast<int>(std::floor(cx));
-    const int top = static_cast<int>(std::floor(cy));
-    const auto sample = [&](int column, int row) -> double {
-        return i420.row(plane, std::clamp(row, 0, rows - 1))[std::clamp(column, 0, columns - 1)];
-    };
-    const double fx = cx - left;
-    const double fy = cy - top;
-    return (sample(left, top) * (1 - fx) + sample(left + 1, top) * fx) * (1 - fy) +
-           (sample(left, top + 1) * (1 - fx) + sample(left + 1, top + 1) * fx) * fy;
-}
-
-double worstBgraError(const PixelBuffer& i420, color::PixelRect rect, const std::uint8_t* bgra,
-                      std::ptrdiff_t stride) {
-    double worst = 0;
-    for (int y = 0; y < rect.height; ++y) {
-        for (int x = 0; x < rect.width; ++x) {
-            const int column = rect.x + x;
-            const int row = rect.y + y;
-            const auto [red, green, blue] = test::exactColor(i420.color(), i420.row(0, row)[column],
-                                                             exactChroma(i420, 1, column, row),
-                                                             exactChroma(i420, 2, column, row));
-            const std::uint8_t* pixel = bgra + y * stride + std::ptrdiff_t{x} * 4;
-            const double exact[]{blue, green, red, 255};
-            for (int channel = 0; channel < 4; ++channel)
-                worst = std::max(worst,
-                                 std::abs(std::clamp(exact[channel], 0.0, 255.0) - pixel[channel]));
-        }
-    }
-    return worst;
-}
-
 // Half a unit is what rounding costs; the rest is room for fixed-point factors.
 constexpr double roundingError = 0.58;
 
@@ -129,83 +90,6 @@ TEST(ColorConversion, bgraBecomesTheExactI420AtEverySize) {
             color::convertBgraToI420(*bgra, *i420);
             EXPECT_LT(worstI420Error(*bgra, *i420), roundingError);
         }
-    });
-}
-
-TEST(ColorConversion, aRectangleChangesOnlyItsOwnPixels) {
-    withEachInstructionSet([] {
-        const auto bgra = PixelBuffer::allocate(PixelFormat::bgra, 201, 51);
-        const auto whole = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
-        fillWithNoise(*bgra, 7);
-        color::convertBgraToI420(*bgra, *whole);
-        for (const color::PixelRect rect : {color::PixelRect{0, 0, 2, 2},
-                                            {38, 6, 90, 30},
-                                            {100, 50, 101, 1},
-                                            {200, 0, 1, 51},
-                                            {4, 4, 0, 0}}) {
-            const auto part = PixelBuffer::allocate(PixelFormat::i420, 201, 51);
-            for (int plane = 0; plane < 3; ++plane)
-                for (int y = 0; y < part->planeHeight(plane); ++y)
-                    std::fill_n(part->mutableRow(plane, y), part->stride(plane), 77);
-            color::convertBgraRectToI420(bgra->row(0, rect.y) + std::ptrdiff_t{rect.x} * 4,
-                                         bgra->stride(0), rect, *part);
-            for (int plane = 0; plane < 3; ++plane) {
-                const int step = plane == 0 ? 1 : 2;
-                for (int y = 0; y < part->planeHeight(plane); ++y) {
-                    for (int x = 0; x < (201 + step - 1) / step; ++x) {
-                        const bool inside = x * step >= rect.x && x * step < rect.x + rect.width &&
-                                            y * step >= rect.y && y * step < rect.y + rect.height;
-                        ASSERT_EQ(part->row(plane, y)[x], inside ? whole->row(plane, y)[x] : 77)
-                            << "plane " << plane << " at " << x << "," << y;
-                    }
-                }
-            }
-        }
-    });
-}
-
-TEST(ColorConversion, i420BecomesTheExactBgraInAnyRegionAndColorSpace) {
-    withEachInstructionSet([] {
-        for (const ColorDescription color : {ColorDescription{ColorMatrix::bt709, false},
-                                             {ColorMatrix::bt709, true},
-                                             {ColorMatrix::bt601, false},
-                                             {ColorMatrix::bt601, true}}) {
-            const auto i420 = PixelBuffer::allocate(PixelFormat::i420, 601, 21, color);
-            fillWithNoise(*i420, 3);
-            for (const color::PixelRect rect : {color::PixelRect{0, 0, 601, 21},
-                                                {1, 0, 1, 1},
-                                                {255, 3, 3, 4},
-                                                {37, 5, 530, 9},
-                                                {600, 20, 1, 1},
-                                                {511, 0, 90, 2}}) {
-                constexpr int margin = 8;
-                const std::ptrdiff_t stride = rect.width * 4 + margin;
-                std::vector<std::uint8_t> bgra(static_cast<std::size_t>(stride * rect.height), 99);
-                color::i420RegionToBgra(*i420, rect, bgra.data(), stride);
-                EXPECT_LT(worstBgraError(*i420, rect, bgra.data(), stride), roundingError)
-                    << rect.x << "," << rect.y;
-                for (int y = 0; y < rect.height; ++y)
-                    EXPECT_EQ(std::count(bgra.begin() + y * stride + rect.width * 4L,
-                                         bgra.begin() + (y + 1) * stride, 99),
-                              margin);
-            }
-        }
-    });
-}
-
-TEST(ScalePicture, AveragesWhatShrinksAndBlendsWhatGrowsWithEachInstructionSet) {
-    const std::vector<std::uint8_t> stripes{0, 0, 0, 0, 60, 0, 0, 0, 120, 0, 0, 0, 180, 0, 0, 0};
-    withEachInstructionSet([&] {
-        const auto scaled = [&](int width) {
-            std::vector<std::uint8_t> out(static_cast<std::size_t>(width) * 4);
-            color::scalePicture(stripes.data(), 16, 4, 1, out.data(), width * 4, width, 1);
-            return out;
-        };
-        EXPECT_EQ(scaled(2), (std::vector<std::uint8_t>{30, 0, 0, 0, 150, 0, 0, 0}));
-        EXPECT_EQ(scaled(3)[4], 90);
-        EXPECT_EQ(scaled(8)[0], 0) << "an edge stays what it is";
-        EXPECT_EQ(scaled(8)[12], 75) << "a quarter of a sample beyond the second one's center";
-        EXPECT_EQ(scaled(8)[28], 180);
     });
 }
 

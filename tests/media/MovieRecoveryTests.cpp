@@ -1,17 +1,13 @@
-#include "Sound.h"
 #include "TestMovies.h"
 #include "base/Journal.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
 #include "media/FrameSource.h"
 #include "media/MovieRecovery.h"
-#include "media/values/MediaError.h"
 #include "support/Eventually.h"
-#include "support/FileSizeLimit.h"
 
 #include <fstream>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::media {
@@ -19,21 +15,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::eventually;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 constexpr test::Rgb painted{200, 60, 90};
 constexpr int width = 320;
 constexpr int height = 192;
-
-std::string failureOf(const fs::path& movie) {
-    try {
-        recoverMovie(movie);
-        return "no failure";
-    } catch (const MediaError& error) {
-        return error.what();
-    }
-}
 
 std::size_t journalledPackets(const fs::path& movie) {
     return static_cast<std::size_t>(
@@ -45,9 +30,9 @@ std::size_t journalledPackets(const fs::path& movie) {
 /// is what a killed program would leave.
 class InterruptedRecording : public ::testing::Test {
   protected:
-    void begin(const std::vector<AudioSettings>& sound = {}) {
+    void begin() {
         const VideoSettings video{width, height, 20'000'000, 60, 0.5, true};
-        writer = std::make_unique<AssetWriter>(movie, FileType::quickTimeMovie, video, sound);
+        writer = std::make_unique<AssetWriter>(movie, FileType::quickTimeMovie, video);
         writer->startWriting();
         writer->startSession({0, 1});
     }
@@ -90,29 +75,6 @@ class InterruptedRecording : public ::testing::Test {
     int next = 0;
 };
 
-TEST_F(InterruptedRecording, IsMadeWholeWithPicturesAndSound) {
-    begin({AudioSettings{.expectsRealTime = true}});
-    appendPictures(60);
-    ASSERT_TRUE(writer->appendAudio(0, test::tone(440, 0, 1)));
-    awaitPackets(60 + 45); // of sound, the newest few wait in the encoder
-    const auto copy = leftBehind();
-    EXPECT_THROW(Asset::open(copy), MediaError) << "it has no index";
-    EXPECT_EQ(movieCondition(copy), MovieCondition::interrupted);
-    recoverMovie(copy, MediaTime{3, 2});
-
-    EXPECT_EQ(movieCondition(copy), MovieCondition::whole);
-    EXPECT_FALSE(fs::exists(movieJournalPath(copy)));
-    const auto asset = Asset::open(copy);
-    EXPECT_EQ(asset.tracks(MediaType::video).at(0).timeRange.duration, (MediaTime{3, 2}));
-    expectPictures(copy, 60);
-    const auto stream = test::probe(copy, "streams").at(0);
-    EXPECT_EQ(stream.at("profile"), "High");
-    EXPECT_EQ(stream.at("color_space"), "bt709");
-    const auto sound = test::soundOf(copy);
-    ASSERT_GT(sound.size(), 2U * 40'000);
-    EXPECT_NEAR(test::toneAmplitude(sound, 440, 0.1, 0.7), 0.5, 0.05);
-}
-
 TEST_F(InterruptedRecording, KeepsWhatLiesBeforeTheDamage) {
     begin();
     appendPictures(40);
@@ -141,18 +103,6 @@ TEST_F(InterruptedRecording, KeepsWhatLiesBeforeTheDamage) {
     EXPECT_LT(duration, (MediaTime{count, 60}));
 }
 
-TEST_F(InterruptedRecording, IsLeftAloneWhileItGoesOnOrWhereNothingCanBeDone) {
-    begin();
-    EXPECT_EQ(movieCondition(movie), MovieCondition::beingWritten);
-    EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: It is still being recorded"));
-    EXPECT_THAT(failureOf(leftBehind()), HasSubstr("No picture was recorded"));
-    EXPECT_THAT(failureOf(folder / "none.mov"), HasSubstr("none.mov: No such file"));
-    const auto damaged = leftBehind();
-    std::ofstream(movieJournalPath(damaged)) << "something else\n";
-    EXPECT_THAT(failureOf(damaged), HasSubstr("its journal is damaged"));
-    EXPECT_EQ(folder.names().size(), 4U) << "nothing was removed, and nothing added";
-}
-
 TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
     begin();
     appendPictures(1);
@@ -169,33 +119,6 @@ TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
     expectPictures(movie, 2);
     EXPECT_EQ(writer->frameCount(), 2);
     EXPECT_FALSE(fs::exists(movieJournalPath(movie)));
-}
-
-TEST_F(InterruptedRecording, IsMadeWholeWhereTheDiskWasFull) {
-    begin();
-    appendPictures(20);
-    awaitPackets(20);
-    {
-        const test::FileSizeLimit limit(fs::file_size(movie) + 100);
-        while (writer->append({.pixels = test::paintedNumber(next, width, height, painted),
-                               .presentationTime = {next, 60},
-                               .duration = {}}) ||
-               !writer->hasFailed())
-            ++next;
-        EXPECT_THROW(writer->finish(), MediaError);
-        writer.reset();
-        EXPECT_EQ(movieCondition(movie), MovieCondition::interrupted);
-        EXPECT_THAT(failureOf(movie), HasSubstr("recording.mov: File too large"));
-    }
-    recoverMovie(movie);
-    expectPictures(movie, 20);
-}
-
-TEST_F(InterruptedRecording, LeavesNoJournalWhereItIsCancelled) {
-    begin();
-    appendPictures(2);
-    writer->cancel();
-    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 } // namespace

@@ -74,15 +74,7 @@ TEST(PictureFile, ReadsBackThePngThatItWrote) {
         for (int x = 0; x < 37 * 4; ++x)
             ASSERT_EQ(read->row(0, y)[x], x % 4 == 3 ? 255 : picture->row(0, y)[x]);
 
-    auto red = PixelBuffer::allocate(PixelFormat::i420, 5, 3);
-    for (const auto& [plane, value] : {std::pair(0, 63), std::pair(1, 102), std::pair(2, 240)})
-        for (int y = 0; y < red->planeHeight(plane); ++y)
-            std::fill_n(red->mutableRow(plane, y), red->stride(plane),
-                        static_cast<std::uint8_t>(value));
-    writePng(path, *red);
-    expectPixel(*readPicture(path), 2, 1, {0, 0, 255, 255});
-
-    EXPECT_THROW(writePng(folder.path() / "absent" / "x.png", *red), fs::filesystem_error);
+    EXPECT_THROW(writePng(folder.path() / "absent" / "x.png", *picture), fs::filesystem_error);
 }
 
 TEST(PictureFile, SaysWhichFileIsNoPictureAndWhy) {

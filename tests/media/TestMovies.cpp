@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 
 #include <fmt/format.h>
@@ -19,8 +17,15 @@ int blockSide(int width) {
     return width / blocks;
 }
 
-std::string quoted(const std::filesystem::path& path) {
-    return "'" + path.string() + "'";
+/// Red, green and blue of these samples, straight from the standards' definitions.
+std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v) {
+    const double kr = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
+    const double kb = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
+    const double luma = color.fullRange ? y : (y - 16) * 255 / 219;
+    const double scale = color.fullRange ? 1 : 255.0 / 224;
+    const double red = luma + 2 * (1 - kr) * (v - 128) * scale;
+    const double blue = luma + 2 * (1 - kb) * (u - 128) * scale;
+    return {red, (luma - kr * red - kb * blue) / (1 - kr - kb), blue};
 }
 
 } // namespace
@@ -50,16 +55,6 @@ int numberIn(const media::PixelBuffer& picture) {
             number |= 1 << block;
     }
     return number;
-}
-
-std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v) {
-    const double kr = color.matrix == media::ColorMatrix::bt709 ? 0.2126 : 0.299;
-    const double kb = color.matrix == media::ColorMatrix::bt709 ? 0.0722 : 0.114;
-    const double luma = color.fullRange ? y : (y - 16) * 255 / 219;
-    const double scale = color.fullRange ? 1 : 255.0 / 224;
-    const double red = luma + 2 * (1 - kr) * (v - 128) * scale;
-    const double blue = luma + 2 * (1 - kb) * (u - 128) * scale;
-    return {red, (luma - kr * red - kb * blue) / (1 - kr - kb), blue};
 }
 
 Rgb colorAt(const media::PixelBuffer& picture, int x, int y) {
@@ -103,11 +98,7 @@ void makeNumberedMovie(const std::filesystem::path& movie, const NumberedPicture
 
 nlohmann::json probe(const std::filesystem::path& movie, const std::string& section,
                      const std::string& streams) {
-    const std::string command = "ffprobe -v error -of json -select_streams " + streams + " -show_" +
-                                section + " " + quoted(movie);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
-                                                               ::pclose);
-    return nlohmann::json::parse(pipe.get()).at(section);
+    return ffprobe("-select_streams " + streams + " -show_" + section, movie).at(section);
 }
 
 } // namespace vantro::test

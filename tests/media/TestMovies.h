@@ -22,8 +22,6 @@ std::shared_ptr<media::PixelBuffer> paintedNumber(int number, int width, int hei
                                                   Rgb color = {30, 120, 200});
 /// The number painted into the picture.
 int numberIn(const media::PixelBuffer& picture);
-/// Red, green and blue of these samples, straight from the standards' definitions.
-std::array<double, 3> exactColor(media::ColorDescription color, double y, double u, double v);
 /// The picture's color at a place, by floating-point arithmetic of our own.
 Rgb colorAt(const media::PixelBuffer& picture, int x, int y);
 

@@ -25,6 +25,7 @@ TEST(MetadataJson, IsCompactInTheOrderOfDeclaration) {
         R"("timestamp":1,"isRightClick":false,"startOffset":1.5,"endOffset":1.5,"zoomLevel":1.5}],)"
         R"("hasSystemAudio":true,"hasMicrophoneAudio":false,"hasWebcam":true})";
     EXPECT_EQ(encodeMetadata(sampleMetadata()), expected);
+    EXPECT_EQ(Uuid::parse("0a0b0c0d-0000-4000-8000-000000000001"), sampleID('1'));
     EXPECT_EQ(decodeMetadata(expected), sampleMetadata());
 }
 

@@ -36,12 +36,6 @@ TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
               (std::array<std::uint8_t, 4>{0x10 + 96, 0x20, 0x40, 0x80}));
 }
 
-TEST(ThemeCursor, FallsBackToTheBuiltInArrowWithoutATheme) {
-    const ThemeFolder empty;
-    EXPECT_EQ(standardCursor(CursorStyle::theme).pixels->height(),
-              standardCursor(CursorStyle::builtIn).pixels->height());
-}
-
 TEST(CursorTextures, KeepEachLevelsPictureInPlaceAndItsEdgeClear) {
     const CursorImage plain = standardCursor(CursorStyle::builtIn);
     const CursorTextures textures(plain);

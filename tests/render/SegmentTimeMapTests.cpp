@@ -62,11 +62,5 @@ TEST(SegmentTimeMap, FindsSegmentsWithALittleToleranceAndTheEarlierOneAtASharedB
     EXPECT_EQ(map.segmentAt(0.8006), nullptr);
 }
 
-TEST(SpeedLabel, HasADecimalWhereThereIsAFraction) {
-    EXPECT_EQ(speedLabel(1), "1x");
-    EXPECT_EQ(speedLabel(1.5), "1.5x");
-    EXPECT_EQ(speedLabel(0.25), "0.2x");
-}
-
 } // namespace
 } // namespace vantro::render

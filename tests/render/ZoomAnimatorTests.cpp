@@ -39,13 +39,6 @@ void expectCourse(const std::vector<model::ClickEvent>& clicks,
     }
 }
 
-TEST(ZoomAnimator, ShowsTheWholeFrameWithoutClicks) {
-    const ZoomAnimator animator({}, frame);
-    for (const double t : {-1.0, 0.0, 1e300, nan})
-        EXPECT_EQ(animator.keyframe(t), wholeFrame);
-    EXPECT_FALSE(wholeFrame.isZoomed());
-}
-
 TEST(ZoomAnimator, PausesZoomsInHoldsAndZoomsOutAroundOneClick) {
     expectCourse({click(5, 1, 2, 2, 1000)}, {{3.999, 1, 960, 540},
                                              {4.24, 1, 960, 540},

@@ -2,7 +2,6 @@
 
 #include "support/Program.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 
@@ -13,7 +12,6 @@ namespace {
 
 using Properties = std::map<std::string, sdbus::Variant>;
 
-constexpr auto variable = "DBUS_SYSTEM_BUS_ADDRESS";
 constexpr auto name = "com.vantro.Clicks1";
 constexpr auto sessionPath = "/org/freedesktop/login1/session/_1";
 constexpr auto sessionInterface = "org.freedesktop.login1.Session";
@@ -51,11 +49,7 @@ ClickSystem::ClickSystem(const ClickScript& script) : m_state(State{.script = sc
                                    "ASAN_OPTIONS=verify_asan_link_order=0 {} 1\n",
                                    name, UDEV_LIBRARY, umockdev, CLICKD_PROGRAM));
     const auto file = m_folder.write("bus.conf", fmt::format(busConfiguration, path)).string();
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    const char* before = std::getenv(variable);
-    m_addressBefore = before != nullptr ? before : "";
-    setenv(variable, fmt::format("unix:path={}/bus", path).c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
+    m_environment.set("DBUS_SYSTEM_BUS_ADDRESS", fmt::format("unix:path={}/bus", path));
     std::string address;
     m_bus = startAndRead({"dbus-daemon", "--nofork", "--config-file=" + file,
                           fmt::format("--print-address={}", givenFile)},
@@ -71,9 +65,6 @@ ClickSystem::ClickSystem(const ClickScript& script) : m_state(State{.script = sc
 ClickSystem::~ClickSystem() {
     m_connection->leaveEventLoop();
     endProgram(m_bus); // and with it the service
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    m_addressBefore.empty() ? unsetenv(variable) : setenv(variable, m_addressBefore.c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 void ClickSystem::offerPolkit() {

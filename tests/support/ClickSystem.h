@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Guarded.h"
+#include "support/Environment.h"
 #include "support/InputDevices.h"
 #include "support/TemporaryFolder.h"
 
@@ -59,7 +60,7 @@ class ClickSystem {
 
     InputDevices m_devices;
     TemporaryFolder m_folder;
-    std::string m_addressBefore;
+    Environment m_environment;
     pid_t m_bus = -1;
     base::Guarded<State> m_state;
     std::unique_ptr<sdbus::IConnection> m_connection;

@@ -1,11 +1,11 @@
 #include "support/FakeCamera.h"
 
+#include "support/LockedLoop.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstring>
-#include <future>
-#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -87,95 +87,68 @@ constexpr std::uint32_t bufferSize(const FakeCamera::Format& format) {
 
 } // namespace
 
-/// All but the loop's signal is for its thread.
+/// All but the loop is for its thread, or with its lock.
 struct FakeCamera::Node {
     FakeCamera& camera;
-    pw_main_loop* loop = nullptr;
+    pw_thread_loop* loop = nullptr;
     pw_stream* stream = nullptr;
     spa_source* timer = nullptr;
-    spa_source* wake = nullptr;
-    spa_hook hook{};
-    std::mutex mutex{};
-    Format format{};                     // guarded by mutex
-    std::optional<Format> wanted{};      // guarded by mutex
-    std::vector<double> times{};         // guarded by mutex
-    bool isEnding = false;               // guarded by mutex
-    std::promise<std::string> started{}; // what went wrong
-    bool isKnown = false;
+    Format format{};
+    std::vector<double> times{};
+    std::optional<std::string> outcome{}; ///< of plugging it in: what went wrong
 
     void stateChanged(pw_stream_state state, const char* error);
     void formatChanged(const spa_pod& pod);
     void send();
-    void woken();
-    std::string open();
+    void open();
 
     static const pw_stream_events events;
 };
 
-const pw_stream_events FakeCamera::Node::events{
-    .version = PW_VERSION_STREAM_EVENTS,
-    .destroy = nullptr,
-    .state_changed =
-        [](void* self, pw_stream_state, pw_stream_state state, const char* error) {
-            static_cast<Node*>(self)->stateChanged(state, error);
-        },
-    .control_info = nullptr,
-    .io_changed = nullptr,
-    .param_changed =
-        [](void* self, std::uint32_t id, const spa_pod* pod) {
-            if (id == SPA_PARAM_Format && pod)
-                static_cast<Node*>(self)->formatChanged(*pod);
-        },
-    .add_buffer = nullptr,
-    .remove_buffer = nullptr,
-    .process = [](void* self) { static_cast<Node*>(self)->send(); },
-    .drained = nullptr,
-    .command = nullptr,
-    .trigger_done = nullptr,
-};
+const pw_stream_events FakeCamera::Node::events = [] {
+    pw_stream_events calls{};
+    calls.version = PW_VERSION_STREAM_EVENTS;
+    calls.state_changed = [](void* self, pw_stream_state, pw_stream_state state,
+                             const char* error) {
+        static_cast<Node*>(self)->stateChanged(state, error);
+    };
+    calls.param_changed = [](void* self, std::uint32_t id, const spa_pod* pod) {
+        if (id == SPA_PARAM_Format && pod != nullptr)
+            static_cast<Node*>(self)->formatChanged(*pod);
+    };
+    calls.process = [](void* self) { static_cast<Node*>(self)->send(); };
+    return calls;
+}();
 
 void FakeCamera::Node::stateChanged(pw_stream_state state, const char* error) {
     camera.m_isUsed = state == PW_STREAM_STATE_STREAMING;
     const bool isThere = state == PW_STREAM_STATE_PAUSED || state == PW_STREAM_STATE_STREAMING;
-    if ((isThere || state == PW_STREAM_STATE_ERROR) && !std::exchange(isKnown, true))
-        started.set_value(isThere ? "" : error);
-    const long period = 1'000'000'000L / std::max(camera.format().rate, 1);
+    if ((isThere || state == PW_STREAM_STATE_ERROR) && !outcome) {
+        outcome = isThere ? "" : error;
+        pw_thread_loop_signal(loop, false);
+    }
+    const long period = 1'000'000'000L / std::max(format.rate, 1);
     timespec every{0, state == PW_STREAM_STATE_STREAMING ? period : 0};
-    pw_loop_update_timer(pw_main_loop_get_loop(loop), timer, &every, &every, false);
+    pw_loop_update_timer(pw_thread_loop_get_loop(loop), timer, &every, &every, false);
 }
 
 void FakeCamera::Node::formatChanged(const spa_pod& pod) {
-    const auto now = readFormat(pod);
-    {
-        const std::lock_guard lock(mutex);
-        format = now;
-    }
+    format = readFormat(pod);
     std::array<std::uint8_t, 512> memory{};
-    spa_pod_builder builder{};
-    spa_pod_builder_init(&builder, memory.data(), memory.size());
-    std::array<const spa_pod*, 2> pods{};
-    const auto put = [&](std::uint32_t type, std::uint32_t id,
-                         std::initializer_list<std::pair<std::uint32_t, int>> values) {
-        spa_pod_frame frame{};
-        spa_pod_builder_push_object(&builder, &frame, type, id);
-        for (const auto& [key, value] : values) {
-            spa_pod_builder_prop(&builder, key, 0);
-            if (key == SPA_PARAM_META_type && id == SPA_PARAM_Meta)
-                spa_pod_builder_id(&builder, static_cast<std::uint32_t>(value));
-            else
-                spa_pod_builder_int(&builder, value);
-        }
-        return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
-    };
-    pods[0] = put(SPA_TYPE_OBJECT_ParamBuffers, SPA_PARAM_Buffers,
-                  {{SPA_PARAM_BUFFERS_buffers, 4},
-                   {SPA_PARAM_BUFFERS_blocks, 1},
-                   {SPA_PARAM_BUFFERS_size, static_cast<int>(bufferSize(now))},
-                   {SPA_PARAM_BUFFERS_stride, 0}});
-    pods[1] = put(SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta,
-                  {{SPA_PARAM_META_type, SPA_META_Header},
-                   {SPA_PARAM_META_size, static_cast<int>(sizeof(spa_meta_header))}});
-    pw_stream_update_params(stream, pods.data(), camera.m_settings.stamps == Stamps::none ? 1 : 2);
+    spa_pod_builder builder = SPA_POD_BUILDER_INIT(memory.data(), memory.size());
+    std::vector<const spa_pod*> pods;
+    const auto add = [&](void* made) { pods.push_back(static_cast<const spa_pod*>(made)); };
+    add(spa_pod_builder_add_object(&builder, SPA_TYPE_OBJECT_ParamBuffers, SPA_PARAM_Buffers,
+                                   SPA_PARAM_BUFFERS_buffers, SPA_POD_Int(4),
+                                   SPA_PARAM_BUFFERS_blocks, SPA_POD_Int(1), SPA_PARAM_BUFFERS_size,
+                                   SPA_POD_Int(static_cast<int>(bufferSize(format))),
+                                   SPA_PARAM_BUFFERS_stride, SPA_POD_Int(0)));
+    if (camera.m_settings.stamps != Stamps::none)
+        add(spa_pod_builder_add_object(&builder, SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta,
+                                       SPA_PARAM_META_type, SPA_POD_Id(SPA_META_Header),
+                                       SPA_PARAM_META_size,
+                                       SPA_POD_Int(static_cast<int>(sizeof(spa_meta_header)))));
+    pw_stream_update_params(stream, pods.data(), static_cast<std::uint32_t>(pods.size()));
 }
 
 void FakeCamera::Node::send() {
@@ -184,7 +157,7 @@ void FakeCamera::Node::send() {
         return;
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     auto& data = buffer->buffer->datas[0];
-    auto picture = fakePicture(camera.format(), camera.m_counter, camera.m_isWhite);
+    auto picture = fakePicture(format, camera.m_counter, camera.m_isWhite);
     if (camera.m_isDamaged)
         picture.resize(picture.size() / 3);
     std::memcpy(data.data, picture.data(), std::min<std::size_t>(picture.size(), data.maxsize));
@@ -199,25 +172,12 @@ void FakeCamera::Node::send() {
                               : 1 + camera.m_counter * 33'000'000L,
                    .dts_offset = 0,
                    .seq = camera.m_counter};
-    {
-        const std::lock_guard lock(mutex);
-        times.push_back(std::chrono::duration<double>(now).count());
-    }
+    times.push_back(std::chrono::duration<double>(now).count());
     ++camera.m_counter;
     pw_stream_queue_buffer(stream, buffer);
 }
 
-void FakeCamera::Node::woken() {
-    const std::lock_guard lock(mutex);
-    if (isEnding)
-        pw_main_loop_quit(loop);
-    if (const auto next = std::exchange(wanted, {})) {
-        auto pods = writeFormats({*next});
-        pw_stream_update_params(stream, pods.pods.data(), 1);
-    }
-}
-
-std::string FakeCamera::Node::open() {
+void FakeCamera::Node::open() {
     const auto& settings = camera.m_settings;
     auto* properties = pw_properties_new(nullptr, nullptr);
     for (const auto& [key, value] : std::initializer_list<std::pair<const char*, std::string>>{
@@ -227,7 +187,8 @@ std::string FakeCamera::Node::open() {
              {PW_KEY_NODE_DESCRIPTION, settings.description},
              {PW_KEY_PRIORITY_SESSION, std::to_string(settings.priority)}})
         pw_properties_set(properties, key, value.c_str());
-    auto* loopHandle = pw_main_loop_get_loop(loop);
+    loop = pw_thread_loop_new("camera", nullptr);
+    auto* loopHandle = pw_thread_loop_get_loop(loop);
     timer = pw_loop_add_timer(
         loopHandle,
         [](void* self, std::uint64_t) {
@@ -236,8 +197,6 @@ std::string FakeCamera::Node::open() {
                 pw_stream_trigger_process(node.stream);
         },
         this);
-    wake = pw_loop_add_event(
-        loopHandle, [](void* self, std::uint64_t) { static_cast<Node*>(self)->woken(); }, this);
     stream = pw_stream_new_simple(loopHandle, "fake camera", properties, &events, this);
     auto pods = writeFormats(settings.formats);
     if (!stream ||
@@ -245,48 +204,44 @@ std::string FakeCamera::Node::open() {
             stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
             static_cast<pw_stream_flags>(PW_STREAM_FLAG_DRIVER | PW_STREAM_FLAG_MAP_BUFFERS),
             pods.pods.data(), static_cast<std::uint32_t>(pods.pods.size())) < 0)
-        return "PipeWire takes no camera";
-    return {};
+        throw std::runtime_error("PipeWire takes no camera");
+    pw_thread_loop_start(loop);
+    const LockedLoop lock(loop);
+    while (!outcome)
+        pw_thread_loop_wait(loop);
+    if (!outcome->empty())
+        throw std::runtime_error(*outcome);
 }
 
 FakeCamera::FakeCamera(Settings settings)
     : m_settings(std::move(settings)), m_node(new Node{*this}) {
     pw_init(nullptr, nullptr);
-    m_node->loop = pw_main_loop_new(nullptr);
-    auto started = m_node->started.get_future();
-    if (const auto error = m_node->open(); !error.empty())
-        throw std::runtime_error(error);
-    m_thread = std::thread([this] { pw_main_loop_run(m_node->loop); });
-    if (const auto error = started.get(); !error.empty())
-        throw std::runtime_error(error);
+    m_node->open();
 }
 
 FakeCamera::~FakeCamera() {
     {
-        const std::lock_guard lock(m_node->mutex);
-        m_node->isEnding = true;
+        const LockedLoop lock(m_node->loop);
+        pw_stream_destroy(m_node->stream);
+        pw_loop_destroy_source(pw_thread_loop_get_loop(m_node->loop), m_node->timer);
     }
-    pw_loop_signal_event(pw_main_loop_get_loop(m_node->loop), m_node->wake);
-    m_thread.join();
-    pw_stream_destroy(m_node->stream);
-    pw_main_loop_destroy(m_node->loop);
+    pw_thread_loop_stop(m_node->loop);
+    pw_thread_loop_destroy(m_node->loop);
 }
 
 void FakeCamera::change(const Format& format) {
-    {
-        const std::lock_guard lock(m_node->mutex);
-        m_node->wanted = format;
-    }
-    pw_loop_signal_event(pw_main_loop_get_loop(m_node->loop), m_node->wake);
+    const LockedLoop lock(m_node->loop);
+    auto pods = writeFormats({format});
+    pw_stream_update_params(m_node->stream, pods.pods.data(), 1);
 }
 
 std::vector<double> FakeCamera::times() const {
-    const std::lock_guard lock(m_node->mutex);
+    const LockedLoop lock(m_node->loop);
     return m_node->times;
 }
 
 FakeCamera::Format FakeCamera::format() const {
-    const std::lock_guard lock(m_node->mutex);
+    const LockedLoop lock(m_node->loop);
     return m_node->format;
 }
 

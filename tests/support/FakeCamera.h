@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace vantro::test {
@@ -72,7 +71,6 @@ class FakeCamera {
     std::atomic<bool> m_isUsed = false;
     std::atomic<std::uint32_t> m_counter = 0;
     std::unique_ptr<Node> m_node;
-    std::thread m_thread;
 };
 
 /// One picture of it; what it holds is rows of the layout without anything between them.

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace vantro::test {
 
@@ -15,6 +18,14 @@ inline void runFfmpeg(const std::string& arguments, const std::filesystem::path&
                                 "' && ffmpeg -nostdin -v error -y " + arguments + " '" +
                                 output.string() + "'";
     ASSERT_EQ(std::system(command.c_str()), 0) << command; // NOLINT(concurrency-mt-unsafe)
+}
+
+/// What `ffprobe <arguments>` says of a file.
+inline nlohmann::json ffprobe(const std::string& arguments, const std::filesystem::path& file) {
+    const auto command = "ffprobe -v error -of json " + arguments + " '" + file.string() + "'";
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
+                                                               ::pclose);
+    return nlohmann::json::parse(pipe.get());
 }
 
 } // namespace vantro::test

@@ -108,18 +108,9 @@ struct InputDevices::Testbed {
     UMockdevTestbed* bed = umockdev_testbed_new();
     TemporaryFolder folder;
     std::map<Input, int> numbers; // of what is plugged in
-    int plugged = 0;
 
-    std::string path(Input device) const {
-        return fmt::format("/sys/devices/virtual/input/input{0}/event{0}", numbers.at(device));
-    }
     std::string node(Input device) const {
         return fmt::format("/dev/input/event{}", numbers.at(device));
-    }
-    /// To whoever listens.
-    void tell(Input device, const char* action) const {
-        if (umockdev_in_mock_environment() != 0)
-            umockdev_testbed_uevent(bed, path(device).c_str(), action);
     }
 };
 
@@ -130,9 +121,9 @@ InputDevices::~InputDevices() {
 }
 
 void InputDevices::plug(Input device) {
-    auto& [bed, folder, numbers, plugged] = *m_testbed;
+    auto& [bed, folder, numbers] = *m_testbed;
     const auto& profile = profileOf(device);
-    const int number = numbers[device] = plugged++;
+    const int number = numbers[device] = static_cast<int>(numbers.size());
     const auto parent = fmt::format("P: /devices/virtual/input/input{0}\nE: SUBSYSTEM=input\n"
                                     "E: PRODUCT=3/46d/c016/111\nA: name=input{0}\n\n",
                                     number);
@@ -146,12 +137,6 @@ void InputDevices::plug(Input device) {
     if (umockdev_testbed_add_from_string(bed, (node + parent).c_str(), nullptr) == 0 ||
         umockdev_testbed_load_ioctl(bed, name.c_str(), answers.c_str(), nullptr) == 0)
         throw std::runtime_error("umockdev makes no device");
-    m_testbed->tell(device, "add");
-}
-
-void InputDevices::unplug(Input device) {
-    m_testbed->tell(device, "remove");
-    umockdev_testbed_remove_device(m_testbed->bed, m_testbed->path(device).c_str());
 }
 
 std::uint64_t InputDevices::send(Input device, const std::vector<InputEvent>& events) {

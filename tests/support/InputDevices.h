@@ -21,7 +21,7 @@ struct InputEvent {
 };
 
 /// Input devices that umockdev makes for the programs that it is preloaded into, and that are
-/// started while this lives. Where it is preloaded here, too, they can come and go meanwhile.
+/// started while this lives.
 class InputDevices {
   public:
     InputDevices();
@@ -29,8 +29,8 @@ class InputDevices {
     InputDevices(const InputDevices&) = delete;
     InputDevices& operator=(const InputDevices&) = delete;
 
+    /// Before those programs are started.
     void plug(Input device);
-    void unplug(Input device);
     /// What a device does at one instant, which is the answer: microseconds of CLOCK_MONOTONIC.
     std::uint64_t send(Input device, const std::vector<InputEvent>& events);
     /// A key or button goes down and up.

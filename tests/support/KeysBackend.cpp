@@ -35,17 +35,24 @@ KeysBackend::KeysBackend(sdbus::IConnection& connection, sdbus::IObject& object)
         .withParameters<Path, std::vector<Shortcut>>();
 }
 
-void KeysBackend::openSession(const std::string& path) {
-    auto session = sdbus::createObject(m_connection, path);
-    session->registerMethod("Close").onInterface(sessionInterface).implementedAs([this] {
-        const std::lock_guard lock(m_mutex);
-        m_isClosed = true;
-    });
+std::unique_ptr<sdbus::IObject> makePortalSession(sdbus::IConnection& connection,
+                                                  const std::string& path,
+                                                  const std::function<void()>& onClose) {
+    auto session = sdbus::createObject(connection, path);
+    session->registerMethod("Close").onInterface(sessionInterface).implementedAs(onClose);
     session->registerSignal("Closed").onInterface(sessionInterface);
     session->registerProperty("version").onInterface(sessionInterface).withGetter([] {
         return std::uint32_t{1};
     });
     session->finishRegistration();
+    return session;
+}
+
+void KeysBackend::openSession(const std::string& path) {
+    auto session = makePortalSession(m_connection, path, [this] {
+        const std::lock_guard lock(m_mutex);
+        m_isClosed = true;
+    });
     const std::lock_guard lock(m_mutex);
     m_session = std::move(session);
     m_isClosed = false;

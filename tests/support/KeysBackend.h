@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -11,6 +12,12 @@
 #include <sdbus-c++/sdbus-c++.h>
 
 namespace vantro::test {
+
+/// A session between a program and the desktop's part of a portal; `onClose`, on the connection's
+/// thread, when the program ends it.
+std::unique_ptr<sdbus::IObject> makePortalSession(sdbus::IConnection& connection,
+                                                  const std::string& path,
+                                                  const std::function<void()>& onClose);
 
 /// Stands for the part of the portal for shortcuts that belongs to a desktop, and for its user. The
 /// genuine portal talks to it. Any thread calls it.

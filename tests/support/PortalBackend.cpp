@@ -84,16 +84,10 @@ void PortalBackend::offerAccess() {
 }
 
 void PortalBackend::openSession(const std::string& path) {
-    auto session = sdbus::createObject(*m_connection, path);
-    session->registerMethod("Close").onInterface(sessionInterface).implementedAs([this] {
+    auto session = makePortalSession(*m_connection, path, [this] {
         const std::lock_guard lock(m_mutex);
         ++m_log.closed;
     });
-    session->registerSignal("Closed").onInterface(sessionInterface);
-    session->registerProperty("version").onInterface(sessionInterface).withGetter([] {
-        return std::uint32_t{1};
-    });
-    session->finishRegistration();
     const std::lock_guard lock(m_mutex);
     m_sessions.insert_or_assign(path, std::move(session));
 }

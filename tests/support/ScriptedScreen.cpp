@@ -1,6 +1,7 @@
 #include "support/ScriptedScreen.h"
 
 #include "support/Eventually.h"
+#include "support/LockedLoop.h"
 
 #include <array>
 #include <atomic>
@@ -279,24 +280,8 @@ int ScriptedScreen::sent() const {
     return m_implementation->sent;
 }
 
-namespace {
-
-/// Holds the loop still.
-class Locked {
-  public:
-    explicit Locked(pw_thread_loop* loop) : m_loop(loop) { pw_thread_loop_lock(loop); }
-    ~Locked() { pw_thread_loop_unlock(m_loop); }
-    Locked(const Locked&) = delete;
-    Locked& operator=(const Locked&) = delete;
-
-  private:
-    pw_thread_loop* m_loop;
-};
-
-} // namespace
-
 void ScriptedScreen::show(const ScreenFrame& frame) {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     m_implementation->animation = nullptr;
     m_implementation->current = frame;
     if (pw_stream_get_state(m_implementation->stream, nullptr) == PW_STREAM_STATE_STREAMING)
@@ -304,22 +289,22 @@ void ScriptedScreen::show(const ScreenFrame& frame) {
 }
 
 void ScriptedScreen::loseNext() {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     m_implementation->losesNext = true;
 }
 
 void ScriptedScreen::stayMute() {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     m_implementation->isMute = true;
 }
 
 void ScriptedScreen::animate(std::function<ScreenFrame(int number)> make) {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     m_implementation->animation = std::move(make);
 }
 
 void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFrame>& frame) {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     if (frame)
         m_implementation->waiting.push_back(m_implementation->current = *frame);
     auto& profile = m_implementation->profile;
@@ -333,7 +318,7 @@ void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFra
 }
 
 void ScriptedScreen::vanish() {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     if (m_implementation->stream == nullptr)
         return;
     pw_stream_destroy(m_implementation->stream);

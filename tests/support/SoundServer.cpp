@@ -68,16 +68,8 @@ SoundServer::SoundServer(Kind kind, int deviceRate) : m_kind(kind), m_rate(devic
         {"DBUS_SESSION_BUS_ADDRESS", ""},
     }};
     for (const auto& [name, value] : wanted) {
-        // NOLINTBEGIN(concurrency-mt-unsafe)
-        const char* before = std::getenv(name.c_str());
-        m_environment.emplace_back(name, before ? before : "");
-        if (value.empty()) {
-            unsetenv(name.c_str());
-            continue;
-        }
-        setenv(name.c_str(), value.c_str(), 1);
-        // NOLINTEND(concurrency-mt-unsafe)
-        if (name != "PULSE_RUNTIME_PATH")
+        m_environment.set(name, value);
+        if (!value.empty() && name != "PULSE_RUNTIME_PATH")
             std::filesystem::create_directories(value);
     }
     std::filesystem::permissions(folder + "/runtime", std::filesystem::perms::owner_all);
@@ -85,10 +77,6 @@ SoundServer::SoundServer(Kind kind, int deviceRate) : m_kind(kind), m_rate(devic
 
 SoundServer::~SoundServer() {
     crash();
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    for (const auto& [name, value] : m_environment)
-        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 bool SoundServer::isInstalled(Kind kind) {
@@ -125,7 +113,7 @@ void SoundServer::startPipeWire() {
                    "default.clock.min-quantum = 1024 default.clock.max-quantum = 2048 }\n");
     const auto address = "unix:path=" + folder + "/runtime/bus";
     launch({"dbus-daemon", "--session", "--nofork", "--address=" + address});
-    setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    m_environment.set("DBUS_SESSION_BUS_ADDRESS", address);
     if (!eventually([&] { return isListening(folder + "/runtime/bus"); }))
         throw std::runtime_error("no message bus");
     launch({"pipewire"});
@@ -155,10 +143,8 @@ void SoundServer::startDenying() {
             "--disallow-exit",
             "--load=module-native-protocol-tcp listen=127.0.0.1 port=" + port +
                 " auth-cookie=" + folder + "/cookie"});
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    setenv("PULSE_SERVER", ("tcp:127.0.0.1:" + port).c_str(), 1);
-    setenv("PULSE_COOKIE", (folder + "/another-cookie").c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
+    m_environment.set("PULSE_SERVER", "tcp:127.0.0.1:" + port);
+    m_environment.set("PULSE_COOKIE", folder + "/another-cookie");
     if (!eventually([] { return succeeds("timeout 2 pactl info 2>&1 | grep -q denied"); }))
         throw std::runtime_error("the sound server does not refuse");
 }

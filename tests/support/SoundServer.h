@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
 #include <atomic>
@@ -60,7 +61,7 @@ class SoundServer {
     Kind m_kind;
     int m_rate;
     TemporaryFolder m_folder;
-    std::vector<std::pair<std::string, std::string>> m_environment; ///< as it was
+    Environment m_environment;
     std::vector<pid_t> m_programs;
 };
 

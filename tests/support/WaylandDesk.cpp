@@ -67,7 +67,7 @@ WaylandDesk::WaylandDesk() {
         {"DISPLAY", ""},
     }};
     for (const auto& [name, value] : wanted)
-        set(name, value);
+        m_environment.set(name, value);
     m_programs.push_back(launch(
         {"dbus-daemon", "--config-file=" + path + "/bus.conf", "--address=" + bus, "--nofork"}));
     m_pipeWire = launch({"pipewire"});
@@ -86,18 +86,6 @@ WaylandDesk::~WaylandDesk() {
     for (const pid_t program : m_programs)
         if (program > 0)
             endProgram(program, SIGKILL);
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    for (const auto& [name, value] : m_environment)
-        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
-}
-
-void WaylandDesk::set(const std::string& variable, const std::string& value) {
-    // NOLINTBEGIN(concurrency-mt-unsafe)
-    const char* before = std::getenv(variable.c_str());
-    m_environment.emplace_back(variable, before != nullptr ? before : "");
-    value.empty() ? unsetenv(variable.c_str()) : setenv(variable.c_str(), value.c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 pid_t WaylandDesk::launch(std::vector<std::string> command) {

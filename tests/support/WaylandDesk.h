@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Environment.h"
 #include "support/PortalBackend.h"
 #include "support/TemporaryFolder.h"
 
@@ -36,11 +37,10 @@ class WaylandDesk {
     const TemporaryFolder& folder() const { return m_folder; }
 
   private:
-    void set(const std::string& variable, const std::string& value);
     pid_t launch(std::vector<std::string> command);
 
     TemporaryFolder m_folder;
-    std::vector<std::pair<std::string, std::string>> m_environment; ///< as it was
+    Environment m_environment;
     std::vector<pid_t> m_programs;
     std::vector<pid_t> m_portal;
     pid_t m_pipeWire = -1;

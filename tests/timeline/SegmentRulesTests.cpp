@@ -1,8 +1,6 @@
 #include "timeline/SegmentRules.h"
 
-#include <algorithm>
 #include <cmath>
-#include <random>
 
 #include <gmock/gmock.h>
 
@@ -117,50 +115,6 @@ TEST(TrimTest, TheFilmBeginsAndEndsAtAnyPlaceAlsoBeyondItsFirstAndLastPiece) {
     EXPECT_EQ(rangesOf(*withEndAt(segments, 0.2, frame)), (Ranges{{0.1, 0.2}}));
     EXPECT_EQ(withStartAt(segments, 0.95, frame).error(), CutRefusal::nothingLeft);
     EXPECT_EQ(withEndAt(segments, 0.103, frame).error(), CutRefusal::pieceTooShort);
-}
-
-double overlap(const Segments& segments) {
-    double sum = 0;
-    for (std::size_t i = 1; i < segments.size(); ++i)
-        sum += std::max(0.0, segments[i - 1].endFraction - segments[i].startFraction);
-    return sum;
-}
-
-TEST(SegmentPropertyTest, NoSequenceOfStepsMakesPiecesOverlapMoreOrTooShort) {
-    std::mt19937 random(11);
-    std::uniform_real_distribution<double> place(-0.2, 1.2);
-    for (int round = 0; round < 2000; ++round) {
-        const bool isForeign = round % 2 == 1;
-        Segments segments =
-            isForeign ? pieces({{0.1, 0.5}, {0.4, 0.402}, {0.401, 0.9}}) : pieces({{0, 1}});
-        for (int step = 0; step < 15; ++step) {
-            const auto edges = edgesOf(segments);
-            Segments next = segments;
-            switch (random() % 4) {
-            case 0:
-                next = withEdgeMoved(segments, edges[random() % edges.size()], place(random));
-                break;
-            case 1:
-                if (auto result = split(segments, place(random)))
-                    next = result->segments;
-                break;
-            case 2:
-                next = withoutSegment(segments, segments[random() % segments.size()].id);
-                break;
-            default:
-                next =
-                    withRangeCut(segments, place(random), place(random), 0.001).value_or(segments);
-            }
-            ASSERT_FALSE(next.empty());
-            ASSERT_LE(overlap(next), overlap(segments) + 1e-12) << "round " << round;
-            for (const auto& segment : next) {
-                ASSERT_TRUE(segment.startFraction >= 0 && segment.endFraction <= 1);
-                ASSERT_TRUE(isForeign ||
-                            segment.endFraction - segment.startFraction >= shortestPiece - 1e-12);
-            }
-            segments = next;
-        }
-    }
 }
 
 } // namespace

@@ -50,13 +50,6 @@ TEST(RulerTest, ShowsTimesOfTheFilmWhereTheyLieInTheSourceAndNoneInGaps) {
     }
 }
 
-TEST(RulerTest, KnowsThePartInView) {
-    const TimeAxis axis = TimeAxis{.width = 1000}.magnified(100, 500, 0.0001);
-    const auto marks = rulerMarks(whole(60), axis, labelWidth);
-    EXPECT_THAT(labels(marks),
-                ElementsAre("0:29.7", "0:29.8", "0:29.9", "0:30", "0:30.1", "0:30.2", "0:30.3"));
-}
-
 TEST(TimeAxisTest, MagnifiesAtThePointerAndStaysOnTheRecording) {
     const TimeAxis all{.width = 1000};
     const TimeAxis magnified = all.magnified(4, 250, 0.01);

@@ -1,7 +1,5 @@
 #include "timeline/TimelineRows.h"
 
-#include <random>
-
 #include <gmock/gmock.h>
 
 namespace vantro::timeline {
@@ -41,33 +39,6 @@ TEST(ZoomRowsTest, NarrowZoomsRunTogetherButForTheSelectedOneAndAreFoundByTheirT
     const TimeAxis near = wholeAxis.magnified(50, x, 0);
     for (const auto& row : zoomRows(zooms, whole, duration, near, {}))
         EXPECT_EQ(row.count, 1) << "magnified, each stands for itself";
-}
-
-TEST(ZoomRowsTest, ThousandsOfZoomsAreAFewBlocksAndEachIsInOneOfThem) {
-    std::mt19937 random(3);
-    std::uniform_real_distribution<double> time(0, duration);
-    for (int round = 0; round < 50; ++round) {
-        std::vector<ClickEvent> list;
-        for (int i = 0; i < 2000; ++i)
-            list.push_back(zoomAt(time(random), 0.07));
-        std::ranges::sort(list, {}, &ClickEvent::timestamp);
-        const TimeAxis axis =
-            wholeAxis.magnified(1 + round % 5, round * 20, 0); // from all to a fifth
-        const auto rows = zoomRows(list, whole, duration, axis, {});
-        int count = 0;
-        double end = -1e9;
-        for (const auto& row : rows) {
-            EXPECT_GE(row.x, end - row.width) << "from left to right";
-            end = row.x;
-            count += row.count;
-        }
-        const auto seen = std::ranges::count_if(list, [&](const auto& zoom) {
-            return zoom.timestamp + 0.07 > axis.start * duration &&
-                   zoom.timestamp - 0.07 < (axis.start + axis.span) * duration;
-        });
-        EXPECT_EQ(count, seen);
-        EXPECT_LE(rows.size(), 126U) << "at most one for every eight points";
-    }
 }
 
 TEST(ZoomHitTest, HandlesLieInsideWideBlocksAndOutsideNarrowOnesThatAreSelected) {

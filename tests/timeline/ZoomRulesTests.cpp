@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <random>
 
 #include <gmock/gmock.h>
 
@@ -11,8 +9,6 @@ namespace vantro::timeline {
 namespace {
 
 using model::ClickEvent;
-using testing::DoubleNear;
-using testing::Optional;
 
 constexpr double duration = 20;
 
@@ -125,83 +121,6 @@ TEST(ZoomPlaceTest, BlocksStandAtTheirSourceTimesWhereTheFilmShowsTheClick) {
     EXPECT_EQ(placeOf(zoomAt(4, 1, 1), {}, 20), std::nullopt);
     EXPECT_EQ(placeOf(zoomAt(0, 1, 1), segments, 0), std::nullopt);
     EXPECT_EQ(levelLabel(2), "2.0x");
-}
-
-/// How much active zooms overlap in all, seconds.
-double overlap(const Zooms& zooms) {
-    std::vector<ClickEvent> active;
-    std::ranges::copy_if(zooms, std::back_inserter(active), std::not_fn(model::isSilenced));
-    std::ranges::stable_sort(active, {}, &ClickEvent::timestamp);
-    double sum = 0;
-    for (std::size_t i = 1; i < active.size(); ++i)
-        sum += std::max(0.0, active[i - 1].timestamp + active[i - 1].endOffset -
-                                 (active[i].timestamp - active[i].startOffset));
-    return sum;
-}
-
-Zooms randomZooms(std::mt19937& random, bool isForeign) {
-    std::uniform_real_distribution<double> time(0, duration);
-    std::uniform_real_distribution<double> lead(0.01, 3);
-    std::vector<ClickEvent> events;
-    for (int count = static_cast<int>(random() % 8) + 1; count > 0; --count)
-        events.push_back(random() % 4 == 0 ? silencedAt(time(random))
-                                           : zoomAt(time(random), lead(random), lead(random)));
-    if (!isForeign)
-        model::normalizeClickEvents(events, duration);
-    else
-        std::ranges::stable_sort(events, {}, &ClickEvent::timestamp);
-    return events;
-}
-
-Zooms randomStep(std::mt19937& random, const Zooms& zooms) {
-    constexpr double wild[] = {std::numeric_limits<double>::infinity(), std::nan(""), 1e300,
-                               -1e300};
-    std::normal_distribution<double> delta(0, 4);
-    const double by = random() % 20 == 0 ? wild[random() % 4] : delta(random);
-    const model::Uuid id = zooms.empty() ? model::Uuid() : zooms[random() % zooms.size()].id;
-    const ClickEvent* zoom = findZoom(zooms, id);
-    if (zoom != nullptr && model::isSilenced(*zoom))
-        return zooms; // has no block to drag
-    switch (random() % 7) {
-    case 0:
-        return moved({zooms, id, duration}, by);
-    case 1:
-        return withStartMoved({zooms, id, duration}, by);
-    case 2:
-        return withEndMoved({zooms, id, duration}, by);
-    case 3:
-        return changed(zooms, id, {.level = by, .leadIn = by, .leadOut = -by}, duration);
-    case 4:
-        return allChanged(zooms, {.leadIn = by, .leadOut = by}, duration);
-    case 5:
-        return withoutZoom(zooms, id);
-    default:
-        if (const auto added = withZoomAt(zooms, by, {}, duration))
-            return added->zooms;
-        return zooms;
-    }
-}
-
-TEST(ZoomPropertyTest, NoSequenceOfStepsMakesZoomsOverlapMoreOrLeavesTheRecording) {
-    std::mt19937 random(7);
-    for (int round = 0; round < 2000; ++round) {
-        const bool isForeign = round % 2 == 1;
-        Zooms zooms = randomZooms(random, isForeign);
-        for (int step = 0; step < 12; ++step) {
-            const double before = overlap(zooms);
-            const Zooms next = randomStep(random, zooms);
-            ASSERT_LE(overlap(next), before + 1e-9) << "round " << round << " step " << step;
-            for (const auto& event : next) {
-                ASSERT_TRUE(std::isfinite(event.timestamp) && std::isfinite(event.startOffset) &&
-                            std::isfinite(event.endOffset) && std::isfinite(event.zoomLevel));
-                ASSERT_GE(event.startOffset, 0);
-                ASSERT_GE(event.endOffset, 0);
-                ASSERT_TRUE(event.timestamp >= 0 && event.timestamp <= duration);
-            }
-            ASSERT_TRUE(std::ranges::is_sorted(next, {}, &ClickEvent::timestamp));
-            zooms = next;
-        }
-    }
 }
 
 } // namespace

@@ -77,19 +77,5 @@ TEST(SuggestedZoomsTest, ComeFromWhatIsKnownAndLeaveRoom) {
     }
 }
 
-TEST(SuggestedZoomsTest, AreClosedByTheEditAndOpenAgainWithoutIt) {
-    const auto found = suggestedZooms({rest(4, 5), rest(6, 7), rest(12, 13)},
-                                      ChangesAtRests{4, 6, 12}, Zooms(), 20);
-    ASSERT_EQ(found.size(), 3U);
-    EXPECT_DOUBLE_EQ(found[0].zoom.timestamp + found[0].zoom.endOffset,
-                     found[1].zoom.timestamp - found[1].zoom.startOffset);
-    const auto accepted = withSuggestions(Zooms(), {found[0]});
-    EXPECT_EQ(openSuggestions(found, accepted).size(), 2U) << "a neighbor stays open";
-    const Zooms other = std::vector{model::ClickEvent{.timestamp = 12.5}};
-    EXPECT_EQ(openSuggestions(found, other).size(), 2U) << "a zoom lies there now";
-    EXPECT_EQ(openSuggestions(found, Zooms()).size(), 3U);
-    EXPECT_EQ(withSuggestions(other, found).size(), 4U);
-}
-
 } // namespace
 } // namespace vantro::timeline

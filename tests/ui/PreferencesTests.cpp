@@ -1,9 +1,7 @@
 #include "support/TemporaryFolder.h"
 #include "ui/Preferences.h"
-#include "ui/TimeText.h"
 
 #include <QTemporaryDir>
-#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -105,15 +103,6 @@ TEST(Preferences, KeepTheLooksOwnPictureWhenItsProjectGoes) {
     std::filesystem::remove(kept);
     EXPECT_EQ(preferences.look()->background,
               (model::BackgroundSettings{.type = model::BackgroundColor{}, .padding = 0.3}));
-}
-
-TEST(TimeText, ReadsAsAClock) {
-    EXPECT_EQ(elapsedText(0), "00:00");
-    EXPECT_EQ(elapsedText(754), "12:34");
-    EXPECT_EQ(elapsedText(3723), "1:02:03");
-    EXPECT_EQ(transportText(59.99), "00:59");
-    EXPECT_EQ(transportText(3661), "61:01");
-    EXPECT_DEATH(transportText(std::nan("")), "not finite or too large");
 }
 
 } // namespace

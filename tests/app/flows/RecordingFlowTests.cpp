@@ -1,5 +1,6 @@
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/ScriptedServices.h"
+#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -17,13 +18,10 @@ using testing::ElementsAre;
 class RecordingFlowTest : public testing::Test {
   protected:
     RecordingFlowTest() {
-        ::setenv("TMPDIR", folder.path().c_str(), 1); // NOLINT(concurrency-mt-unsafe): one thread
+        variables.set("TMPDIR", folder.path());
         state.setCaptureMode(model::CaptureMode::screen);
         QObject::connect(&state, &AppState::phaseChanged,
                          [this] { phases.push_back(state.phase().kind); });
-    }
-    ~RecordingFlowTest() override {
-        ::unsetenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe): one thread
     }
 
     void record() {
@@ -39,6 +37,7 @@ class RecordingFlowTest : public testing::Test {
     }
 
     test::TemporaryFolder folder;
+    test::Environment variables;
     AppState state{7};
     test::ScriptedPlatform platform;
     test::ScriptedOverlays overlays;
@@ -66,26 +65,6 @@ TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFr
         state.reset();
     }
     EXPECT_NE(movies[0], movies[1]) << "within a second";
-}
-
-TEST_F(RecordingFlowTest, LeavesTheChoiceAndTheStopToADesktopThatAsksItself) {
-    platform.able.listsContent.whyNot = "The desktop asks.";
-    state.setCaptureMode(model::CaptureMode::window);
-    flow.beginCapture();
-    EXPECT_TRUE(flow.isDesktopAsking());
-    EXPECT_FALSE(flow.isWindowPickerShown());
-    flow.cancelPreparation(); // while the dialog is open
-    tasks.runAll();
-    EXPECT_FALSE(flow.isDesktopAsking());
-    EXPECT_EQ(recorder().starts, 0);
-    flow.chooseAnew();
-    tasks.runAll();
-    EXPECT_TRUE(platform.made.back().chooseAgain);
-    EXPECT_EQ(platform.made.back().mode, model::CaptureMode::window);
-    EXPECT_EQ(state.phase(), AppPhase::recording());
-    recorder().recorderStatus.condition = capture::RecordingCondition::userStopped;
-    timers.advance(1s);
-    EXPECT_TRUE(flow.isStopping()) << "the desktop's own button is a stop button";
 }
 
 /// A desktop that asks itself, and cannot leave our windows out.
@@ -314,21 +293,6 @@ TEST_F(UnattendedTest, IsToldOnceThatNothingMovesAndAgainAfterSomethingHas) {
     status.streamError = "The window was closed.";
     timers.advance(5s);
     EXPECT_THAT(told, ElementsAre("still", "The window was closed."));
-}
-
-TEST_F(RecordingFlowTest, ACountdownRunsBeforeTheRecording) {
-    flow.setCountdown(3);
-    record();
-    EXPECT_EQ(flow.countdownRemaining(), 3);
-    EXPECT_EQ(state.phase(), AppPhase::idle());
-    flow.beginCapture();
-    timers.advance(2s);
-    EXPECT_EQ(flow.countdownRemaining(), 1);
-    timers.advance(1s);
-    tasks.runAll();
-    EXPECT_EQ(state.phase(), AppPhase::recording());
-    EXPECT_EQ(recorder().starts, 1);
-    EXPECT_EQ(timers.running(), 1U) << "only the seconds are counted now";
 }
 
 TEST_F(RecordingFlowTest, InAPauseTheElapsedTimeStandsStill) {

@@ -48,19 +48,5 @@ TEST_F(RecoveryFlowTest, WhatWasInterruptedIsOfferedOnceAndStaysListed) {
     EXPECT_EQ(state.phase(), AppPhase::previewing());
 }
 
-TEST_F(RecoveryFlowTest, ARecordingIsDeletedOnlyAfterTheAnswerAndNotWhileItIsOpen) {
-    find();
-    flow.askDelete(movie);
-    flow.keep();
-    tasks.runAll();
-    EXPECT_EQ(flow.recordings().size(), 1U);
-    flow.askDelete(movie);
-    const auto open = files::ProjectLock::take(movie.parent_path());
-    flow.deleteAsked();
-    tasks.runAll();
-    test::expectError(state, Kind::assetWriterFailed, "open in another Vantro");
-    EXPECT_TRUE(fs::exists(movie));
-}
-
 } // namespace
 } // namespace vantro::app::flows

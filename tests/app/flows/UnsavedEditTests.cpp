@@ -182,36 +182,6 @@ TEST_F(UnsavedEdit, SaysOnceWhenItCannotBeKeptAndWhenItCannotBeDiscarded) {
     EXPECT_TRUE(left) << "the second time";
 }
 
-TEST_F(UnsavedEdit, IsLeftOnlyOnceNothingIsLeftOfIt) {
-    save();
-    const auto other = folder / "other.vantro";
-    files::saveProject(other, *state.document().project(), false);
-    const auto discardWith = [&](bool opens) {
-        opens ? projects.open(other) : projects.newRecording();
-        projects.discardAndLeave();
-        tasks.runAll();
-    };
-    for (const bool opens : {true, false}) {
-        SCOPED_TRACE(opens);
-        edit(opens ? 1.5 : 1.75);
-        timers.advance(1s);
-        tasks.runAll();
-        const auto before = state.document().project();
-        fs::rename(directory, folder / "aside");
-        folder.write("edits", "in the way");
-        discardWith(opens);
-        test::expectError(state, Kind::projectSaveFailed, "the discarded changes are still there");
-        EXPECT_EQ(state.document().project(), before);
-        EXPECT_FALSE(projects.isBusy() || projects.isLeaveAsked());
-        state.setShowError(false);
-        discardWith(opens);
-        EXPECT_EQ(state.projectPath(), opens ? std::optional(other) : std::nullopt);
-        EXPECT_FALSE(state.showError());
-        fs::remove(directory);
-        fs::remove_all(folder / "aside");
-    }
-}
-
 TEST_F(UnsavedEdit, ThatCannotBeReadAgainIsToldOnceAndStaysOnDisk) {
     edit(1.5);
     startAgain();
@@ -256,6 +226,18 @@ TEST_F(UnsavedEdit, OfAProjectThatIsOpenElsewhereIsSavedToAnotherPlace) {
     tasks.runAll();
     EXPECT_FALSE(projects.isReadOnly());
     EXPECT_FALSE(files::storeOf(package).access(package).lock) << "it is ours now";
+}
+
+TEST_F(UnsavedEdit, OfAProjectIsNotOpenedOverARunningRecording) {
+    save();
+    state.reset();
+    projects.open(package);
+    state.setPhase(AppPhase::recording()); // begins while the project is being read
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::recording());
+    EXPECT_FALSE(state.metadata());
+    projects.openProject();
+    EXPECT_FALSE(panels.kind);
 }
 
 } // namespace

@@ -56,9 +56,10 @@ TEST_F(TimelineBarsTest, DeleteTakesTheZoomFirstAndATextFieldKeepsItsKeys) {
     state.setSelectedClickID(zoom(0).id);
     state.setSelectedSegmentID(state.segments()[0].id);
     const auto steps = undoName();
-    for (const auto typed :
-         {Qt::Key_S, Qt::Key_Home, Qt::Key_Left, Qt::Key_Delete, Qt::Key_BracketLeft})
+    for (const auto typed : {Qt::Key_S, Qt::Key_Home, Qt::Key_Left, Qt::Key_Delete,
+                             Qt::Key_BracketLeft, Qt::Key_Space})
         key(typed);
+    EXPECT_FALSE(preview.transport()->isPlaying());
     key(Qt::Key_B, Qt::ControlModifier);
     EXPECT_EQ(undoName(), steps);
     EXPECT_NE(state.recordingName(), "demo");
@@ -83,41 +84,6 @@ std::vector<QAccessibleInterface*> found(QAccessibleInterface* root, const QStri
             result.push_back(deeper);
     }
     return result;
-}
-
-TEST_F(TimelineBarsTest, AssistiveTechnologyFindsReadsAndMovesEverything) {
-    open({zoomAt(2.5)}, {{.endFraction = 0.5, .speed = 2}, {.startFraction = 0.5}});
-    state.setSelectedClickID(zoom(0).id);
-    settle();
-    auto* root = QAccessible::queryAccessibleInterface(&item("timeline"));
-    for (const auto& [name, value] :
-         std::vector<std::pair<const char*, double>>{{"Zoom 1.5x at 0:02.5", 2.5},
-                                                     {"Start of Zoom 1.5x at 0:02.5", 2},
-                                                     {"End of Zoom 1.5x at 0:02.5", 3},
-                                                     {"Start of segment 1", 0},
-                                                     {"Cut between segments 1 and 2", 2},
-                                                     {"End of segment 2", 4},
-                                                     {"Playhead", 0}}) {
-        const auto all = found(root, QString::fromLatin1(name));
-        ASSERT_EQ(all.size(), 1U) << name;
-        EXPECT_EQ(all[0]->role(), QAccessible::Slider) << name;
-        ASSERT_NE(all[0]->valueInterface(), nullptr) << name;
-        EXPECT_NEAR(all[0]->valueInterface()->currentValue().toDouble(), value, 1e-9) << name;
-    }
-    EXPECT_EQ(found(root, "Segment 1, 2x").at(0)->role(), QAccessible::ListItem);
-
-    found(root, "Zoom 1.5x at 0:02.5").at(0)->valueInterface()->setCurrentValue(1.0);
-    EXPECT_NEAR(zoom(0).timestamp, 1, 1e-9);
-    found(root, "Cut between segments 1 and 2").at(0)->valueInterface()->setCurrentValue(99.0);
-    EXPECT_EQ(pieces()[0].second, 1) << "as far as it goes";
-    EXPECT_NEAR(found(root, "Cut between segments 1 and 2")
-                    .at(0)
-                    ->valueInterface()
-                    ->currentValue()
-                    .toDouble(),
-                3.98, 1e-6);
-    found(root, "Playhead").at(0)->valueInterface()->setCurrentValue(3.0);
-    EXPECT_TRUE(playheadBecomes(3));
 }
 
 TEST_F(TimelineBarsTest, AssistiveTechnologyReadsTheTimesOfTheRuler) {

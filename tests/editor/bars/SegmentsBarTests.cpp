@@ -22,22 +22,6 @@ TEST_F(TimelineBarsTest, EdgesTrimMoveCutsAndShowThePictureThereUntilLetGo) {
     EXPECT_EQ(pieces(), (Pieces{{0, 0.6}, {0.6, 1}}));
 }
 
-TEST_F(TimelineBarsTest, AClickSeeksAndSelectsThePieceAndDeleteCutsItOut) {
-    open({}, {{.startFraction = 0, .endFraction = 0.25},
-              {.startFraction = 0.25, .endFraction = 0.5},
-              {.startFraction = 0.75}});
-    tap("segmentsBar", 1.5);
-    EXPECT_TRUE(playheadBecomes(1.5));
-    EXPECT_EQ(state.selectedSegmentID(), state.segments()[1].id);
-    key(Qt::Key_Delete);
-    EXPECT_EQ(pieces(), (Pieces{{0, 0.25}, {0.75, 1}}));
-    EXPECT_FALSE(state.selectedSegmentID());
-    tap("segmentsBar", 2.5); // what was cut
-    EXPECT_TRUE(playheadBecomes(2.5));
-    EXPECT_FALSE(state.selectedSegmentID());
-    EXPECT_FALSE(preview.transport()->isPlaying());
-}
-
 TEST_F(TimelineBarsTest, ARangeIsMarkedByShiftOrByKeysAndCutOutByDelete) {
     open({zoomAt(3)});
     tap("zoomBar", 3);

@@ -1,4 +1,4 @@
-// What a viewer sees, beside the pictures that were appended.
+// What a viewer sees, beside the pictures that were appended, and when.
 
 #include "export/gif/GifFixture.h"
 
@@ -18,6 +18,10 @@ Pictures frames(int count, PictureOf pictureOf) {
     for (int frame = 0; frame < count; ++frame)
         pictures.push_back(pictureOf(frame));
     return pictures;
+}
+
+std::shared_ptr<media::PixelBuffer> flat(int width, int height, int color) {
+    return picture(width, height, [&](int, int) { return color; });
 }
 
 struct Difference {
@@ -140,6 +144,36 @@ TEST_F(GifPicture, DoesNotStoreFaintNoiseInAStillPicture) {
         });
     });
     EXPECT_EQ(written(pictures).delays().size(), 1U);
+}
+
+TEST_F(GifPicture, KeepsTimeWhateverTheRoundingOfSingleFrames) {
+    exporting::gif::GifWriter writer(m_target, 4, 4, twelfth);
+    for (int frame = 0; frame < 100; ++frame)
+        writer.append(*flat(4, 4, frame % 2 == 0 ? 0xFFFFFF : 0x203040));
+    writer.finish();
+    const PlayedGif gif(m_target);
+    ASSERT_EQ(gif.delays().size(), 100U);
+    EXPECT_TRUE(gif.loopsForEver());
+    int shownUntil = 0;
+    int frame = 0;
+    for (const int delay : gif.delays()) {
+        shownUntil += delay;
+        EXPECT_NEAR(shownUntil, ++frame * 100 / 12.0, 0.5);
+    }
+}
+
+TEST_F(GifPicture, KeepsPausesLongerThanADelayCanSay) {
+    constexpr int frames = 12 * 60 * 25; // 25 minutes
+    exporting::gif::GifWriter writer(m_target, 3, 2, twelfth);
+    const auto still = flat(3, 2, 0x8899AA);
+    for (int frame = 0; frame < frames; ++frame)
+        writer.append(*still);
+    writer.append(*flat(3, 2, 0x000000));
+    writer.finish();
+    PlayedGif gif(m_target);
+    EXPECT_EQ(gif.totalDelay(), 25 * 60 * 100 + 8);
+    EXPECT_EQ(gif.at(25 * 60 * 100 - 1)->row(0, 1)[0], 0xAA);
+    EXPECT_EQ(gif.at(25 * 60 * 100)->row(0, 1)[0], 0);
 }
 
 } // namespace

@@ -61,20 +61,6 @@ INSTANTIATE_TEST_SUITE_P(
                     Correction{"soundFarAhead", 1, 1, 0.1}),
     [](const auto& each) { return each.param.name; });
 
-TEST(PlaybackClock, TellsWhenTimesAreDueOnBothSidesOfAJump) {
-    PlaybackClock clock({20, 1});
-    clock.start(at(0), 2, 2);
-    EXPECT_EQ(*clock.endAt(), at(9));
-    clock.setJump(PlannedJump{{4, 1}, {10, 1}, 1}, at(0));
-    EXPECT_EQ(clock.due({3, 1}, false), at(0.5));
-    EXPECT_EQ(clock.due({11, 1}, true), at(2));
-    EXPECT_EQ(clock.timeAt(at(1.5)), (MediaTime{21, 2}));
-    EXPECT_FALSE(clock.endAt());
-    clock.setJump(PlannedJump{{3, 1}, {10, 1}, 1}, at(0.6));
-    EXPECT_FALSE(clock.jumpAt()) << "playing is past it";
-    EXPECT_EQ(clock.timeAt(at(100)), (MediaTime{20, 1})) << "not beyond the end";
-}
-
 TEST(SeekQueue, GivesUpAStaleSeekButNeverTwiceBeforeAPicture) {
     SeekQueue queue;
     std::vector<std::string> answers;

@@ -108,17 +108,6 @@ TEST_F(PlayerProxyTest, ANewerSeekGivesUpTheSearchOfBoth) {
     EXPECT_EQ(test::numberIn(*rig.lastPicture().pixels), 3);
 }
 
-TEST_F(PlayerProxyTest, PlayingShowsTheMoviesOwnPicturesOnly) {
-    begin(10, {1, 10});
-    ASSERT_TRUE(rig.waitUntil([this] { return finished.has_value(); }));
-    ASSERT_EQ(rig.nextPicture(), 10);
-    rig.play();
-    for (int number = 11; number < 40; ++number) {
-        ASSERT_EQ(rig.pictureAfter(1), number);
-        ASSERT_FALSE(rig.lastPicture().isPreliminary);
-    }
-}
-
 TEST_F(PlayerProxyTest, AProxyThatIsMissingOrDamagedChangesNothing) {
     const auto broken = std::make_shared<proxy::ProxyMovie>(
         timeOf(count), [](int) { return *s_folder / "broken.mov"; });

@@ -52,17 +52,16 @@ class ScriptedSound : public media::player::PlayerSound {
     std::shared_ptr<Script> m_script;
 };
 
-/// Hands the source's pictures on, or one set by the test, and counts them.
+/// Hands the source's pictures on, and counts them.
 class PassingCompositor : public media::VideoCompositor {
   public:
     std::shared_ptr<const media::PixelBuffer>
     compose(const media::CompositionRequest& request) override {
         ++composed;
-        return picture ? picture : request.sourceFrame.pixels;
+        return request.sourceFrame.pixels;
     }
 
     std::atomic<int> composed = 0;
-    std::shared_ptr<const media::PixelBuffer> picture; ///< set before a player has it
 };
 
 /// A player over a real movie whose pictures are numbered, with a clock that the test moves.

@@ -5,19 +5,6 @@
 namespace vantro::media::player {
 namespace {
 
-TEST_F(PlayerTest, OpensPausedWithTheFirstPictureAndItsDuration) {
-    PlayerRig rig(movie());
-    int told = 0;
-    const auto observation = rig.player().observeDuration([&] { ++told; });
-    EXPECT_EQ(rig.nextPicture(), 0);
-    EXPECT_TRUE(rig.waitUntil([&] { return told == 1; }));
-    EXPECT_EQ(rig.player().duration(), timeOf(count));
-    EXPECT_EQ(rig.player().status(), Player::Status::ready);
-    rig.movePeriods(100);
-    EXPECT_EQ(rig.player().currentTime(), MediaTime{});
-    EXPECT_EQ(rig.waitingPictures(), 0U);
-}
-
 TEST_F(PlayerTest, PlaysEveryPictureWhenItIsDue) {
     PlayerRig rig(movie());
     EXPECT_EQ(rig.nextPicture(), 0);
@@ -139,37 +126,6 @@ TEST_F(PlayerTest, TheEndIsToldAfterTheRateAndTicksComeWhilePlaying) {
     EXPECT_NEAR(static_cast<double>(times.size()), 7, 2) << "thirty a second";
     EXPECT_TRUE(std::ranges::is_sorted(times));
     EXPECT_EQ(times.back(), timeOf(count).seconds());
-}
-
-TEST_F(PlayerTest, ARefreshDrawsThePausedPictureAnewAndKeepsItsPlace) {
-    PlayerRig rig(movie());
-    ASSERT_TRUE(rig.seek(timeOf(77)));
-    rig.newestPicture();
-    const int composed = rig.compositor().composed;
-    rig.player().refresh();
-    EXPECT_EQ(rig.nextPicture(), 77);
-    EXPECT_EQ(rig.compositor().composed, composed + 1);
-    EXPECT_EQ(rig.player().currentTime(), timeOf(77));
-}
-
-TEST_F(PlayerTest, PicturesAreMadeSmallerToFitAndNeverLarger) {
-    PlayerRig rig(movie());
-    rig.nextPicture();
-    const auto compositor = std::make_shared<test::PassingCompositor>();
-    compositor->picture = test::paintedNumber(1234, 960, 540);
-    rig.player().setVideo({.trackID = 1, .compositor = compositor});
-    EXPECT_EQ(rig.nextPicture(), 1234);
-    struct Case {
-        int width, height, fittedWidth, fittedHeight;
-    };
-    for (const auto& each : {Case{480, 270, 480, 270}, Case{337, 189, 337, 189},
-                             Case{480, 500, 480, 270}, Case{2000, 2000, 960, 540}}) {
-        SCOPED_TRACE(each.width);
-        rig.player().setOutputSize(each.width, each.height);
-        EXPECT_EQ(rig.nextPicture(), 1234);
-        EXPECT_EQ(rig.lastPicture().pixels->width(), each.fittedWidth);
-        EXPECT_EQ(rig.lastPicture().pixels->height(), each.fittedHeight);
-    }
 }
 
 TEST_F(PlayerTest, AMovieOfOnePictureIsShownAndEnds) {

@@ -144,25 +144,6 @@ TEST_P(PulseSound, jumpsWithoutAHoleAndWithoutASampleOfWhatWasCut) {
     }
 }
 
-TEST_P(PulseSound, takesTheNoiseOutOfATrackWhileItPlays) {
-    SoundServer server(GetParam());
-    server.start();
-    const auto sound = makePulseSound(wholeSound(movieOf(folder, "0.0055*(random(0)-0.5)", 60)));
-    const MonitorRecorder monitor(GetParam());
-    sound->play(at(0), 1, {});
-    const auto loudness = [&] {
-        monitor.hear(0.2);
-        const auto heard = monitor.sound();
-        return decibels(heard, secondsOf(heard) - 0.1, secondsOf(heard));
-    };
-    EXPECT_TRUE(eventually([&] { return loudness() > -60; }));
-    sound->setMix({{.noiseReduced = true}});
-    EXPECT_TRUE(eventually([&] {
-        const double now = loudness();
-        return now < -65 && now > -100; // less, but not nothing
-    }));
-}
-
 TEST_P(PulseSound, isHeardSoonElsewhereLouderMutedAndNotAtAll) {
     SoundServer server(GetParam(), 44'100);
     server.start();

@@ -68,27 +68,6 @@ TEST(StripMaker, thumbnailsAreThePicturesOfTheirTimesAndKeyframesWhereThatIsAllo
     EXPECT_EQ(rig.told().thumbnails.at(310).shown, 160);
 }
 
-TEST(StripMaker, theWaveformIsLoudWhereTheTracksAre) {
-    const test::TemporaryFolder folder;
-    makeMovie(folder / "movie.mov", 240, 20, beeps);
-    StripRig rig(folder / "movie.mov");
-    ASSERT_TRUE(rig.becomes([](const auto& told) { return told.peaks.size() >= 2; }));
-    const auto told = rig.told();
-    Waveform waveform(told.format->seconds);
-    for (const auto& piece : told.peaks)
-        waveform.add(piece);
-    const struct {
-        double from;
-        double to;
-        int loudness;
-    } parts[]{{0, 3.97, 0}, {4.02, 4.48, 64}, {4.55, 6.95, 0}, {7.05, 11.9, 32}, {0, 12, 64}};
-    for (const auto& part : parts) {
-        const auto peak = waveform.over(part.from, part.to);
-        EXPECT_NEAR(peak.high, part.loudness, 5) << part.from;
-        EXPECT_NEAR(peak.low, -part.loudness, 5) << part.from;
-    }
-}
-
 TEST(StripMaker, anotherViewComesFirstAndASearchIsGivenUpForIt) {
     const test::TemporaryFolder folder;
     makeMovie(folder / "movie.mov", 600, 5000, "-r 100"); // one group of half a minute

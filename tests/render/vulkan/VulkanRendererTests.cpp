@@ -29,16 +29,6 @@ class VulkanRendererTest : public CheckedGpu {
     }
 };
 
-TEST_F(VulkanRendererTest, DoesNotSendTheSamePictureTwice) {
-    for (const media::PixelFormat format : {media::PixelFormat::bgra, media::PixelFormat::i420}) {
-        const auto source = test::flatPicture(format, 32, 32, {126, 128, 128, 255});
-        const auto before = draw(copyOf(source));
-        for (int y = 0; y < 32; ++y) // a change that only a new upload would see
-            std::memset(source->mutableRow(0, y), 0, 32);
-        EXPECT_TRUE(samePixels(*draw(copyOf(source)), *before));
-    }
-}
-
 TEST_F(VulkanRendererTest, TakesRecordingsAsOpaque) {
     const auto flat = [](std::uint8_t alpha) {
         return test::flatPicture(media::PixelFormat::bgra, 5, 5, {10, 20, 30, alpha});
