@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace vantro::pipewire {
@@ -12,6 +13,10 @@ namespace {
 Handle<pw_loop> makeLoop() {
     [[maybe_unused]] static const bool isInitialized = [] {
         pw_init(nullptr, nullptr);
+        // What goes wrong comes back as an error and is told once; it would print each attempt.
+        const char* debug = std::getenv("PIPEWIRE_DEBUG"); // NOLINT(concurrency-mt-unsafe)
+        if (debug == nullptr)
+            pw_log_set_level(SPA_LOG_LEVEL_NONE);
         return true;
     }();
     Handle<pw_loop> loop(pw_loop_new(nullptr));

@@ -73,7 +73,10 @@ TEST_F(WaylandCommand, SaysWhatIsMissingWithoutAPortal) {
     const auto result = run(record());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output, HasSubstr("install xdg-desktop-portal"));
-    EXPECT_EQ(run("doctor").exitCode, 1);
+    const auto found = vantro("doctor", "WAYLAND_DISPLAY=wayland-0 XDG_CURRENT_DESKTOP=neon:KDE");
+    EXPECT_EQ(found.exitCode, 1);
+    EXPECT_THAT(found.output, HasSubstr("wireplumber xdg-desktop-portal xdg-desktop-portal-kde, "
+                                        "to record the screen on Wayland"));
 }
 
 TEST_F(WaylandCommand, TellsTruthfullyWhatTheDesktopCanDo) {

@@ -1,8 +1,10 @@
 #include "app/Desktop.h"
 #include "app/cli/Commands.h"
+#include "app/cli/InstallAdvice.h"
 #include "model/VantroError.h"
 
 #include <array>
+#include <cstdlib>
 #include <iostream>
 
 #include <fmt/format.h>
@@ -38,8 +40,13 @@ constexpr std::array<Finding, 11> findings{{
      "Vantro's options and the desktop's dialog set up keys that work in every program."},
 }};
 
+struct Examination {
+    PlatformAbilities able;
+    std::vector<InstallAdvice> advice;
+};
+
 /// Sound and cameras are there or not whatever the display can do.
-PlatformAbilities examine() {
+Examination examine() {
     PlatformAbilities able;
     try {
         able = connectDesktop()->abilities();
@@ -47,11 +54,21 @@ PlatformAbilities examine() {
     } catch (const model::VantroError& error) {
         able = capture::noAbilities("The desktop cannot be reached: " + error.message() + ".");
     }
-    auto sound = capture::abilitiesOf(desktopSound()->list());
+    const auto sounds = desktopSound()->list();
+    auto sound = capture::abilitiesOf(sounds);
     able.systemSound = std::move(sound.system);
     able.microphone = std::move(sound.microphone);
     able.camera = capture::abilityOf(desktopCameras()->list());
-    return able;
+
+    const char* desktop =
+        std::getenv("XDG_CURRENT_DESKTOP"); // NOLINT(concurrency-mt-unsafe): one thread
+    auto advice = installAdvice(
+        {.isWayland = isWaylandSession(),
+         .desktop = desktop != nullptr ? desktop : "",
+         .canRecordScreens = able.screens.isAvailable(),
+         .hasSoundServer = sounds.has_value(),
+         .hasClickService = isClickServiceInstalled({"/usr/local/share", "/usr/share"})});
+    return {.able = std::move(able), .advice = std::move(advice)};
 }
 
 const char* sentenceOf(const Finding& finding, const Ability& ability) {
@@ -64,7 +81,7 @@ const char* sentenceOf(const Finding& finding, const Ability& ability) {
 }
 
 int runDoctor(bool json) {
-    const PlatformAbilities able = examine();
+    const auto [able, advice] = examine();
     const auto* desktop = isWaylandSession() ? "wayland" : "x11";
     nlohmann::ordered_json abilities;
     if (!json)
@@ -78,8 +95,18 @@ int runDoctor(bool json) {
             fmt::print("{:<19} {:<4} {}\n", finding.key, ability.isAvailable() ? "yes" : "no",
                        sentence);
     }
+    auto install = nlohmann::ordered_json::array();
+    for (const auto& [packages, purpose] : advice) {
+        if (json)
+            install.push_back({{"packages", packages}, {"purpose", purpose}});
+        else
+            fmt::print("{:<19} {}, {}\n", "install", packages, purpose);
+    }
     if (json)
-        std::cout << nlohmann::ordered_json{{"desktop", desktop}, {"abilities", abilities}}.dump(2)
+        std::cout << nlohmann::ordered_json{{"desktop", desktop},
+                                            {"abilities", abilities},
+                                            {"install", install}}
+                         .dump(2)
                   << '\n';
     return able.screens.isAvailable() ? exitSuccess : exitFailure;
 }
@@ -88,7 +115,8 @@ int runDoctor(bool json) {
 
 void addDoctorCommand(base::Command app, CommandAction& action) {
     auto json = std::make_shared<bool>(false);
-    auto command = app.command("doctor", "Tell what can be recorded here, and why not what cannot");
+    auto command = app.command(
+        "doctor", "Tell what can be recorded here, why not what cannot, and what to install");
     command.flag("--json", *json, "Print JSON");
     command.whenChosen([json, &action] { action = [json] { return runDoctor(*json); }; });
 }
