@@ -6,6 +6,7 @@
 #include "support/ClickSystem.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace vantro::capture::wayland {
 namespace {
@@ -108,6 +109,21 @@ TEST_F(PortalClicks, ThatAreRefusedDoNoHarmAndAreNotAskedForAgain) {
         session.reset();
     }
     EXPECT_EQ(system->questions(), 1);
+}
+
+TEST_F(PortalClicks, AreAskedForInVainWhereTheRecordingIsGivenUp) {
+    start({.answer = ClickScript::never});
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    std::stop_source cancel;
+    std::jthread user([&] {
+        eventually([&] { return system->questions() == 1; });
+        cancel.request_stop();
+    });
+    EXPECT_FALSE(session->choose(cancel.get_token()));
+    session.reset();
+    EXPECT_EQ(system->withdrawn(), 0) << "an answer counts for the next recording";
+    clicks.reset(); // the program ends
+    EXPECT_TRUE(eventually([&] { return system->withdrawn() == 1; }));
 }
 
 TEST_F(PortalClicks, AreInTheMiddleWhereThePointerIsUnknownAndEndWithTheService) {
