@@ -20,7 +20,8 @@ constexpr base::HostDuration untilWoken = std::chrono::hours(1);
 /// screen.
 std::optional<std::size_t> outputOf(const PortalStream& stream, pipewire::Size picture,
                                     const std::vector<CompositorOutput>& outputs) {
-    const bool isPlaceTold = stream.position.value_or(model::Point()) != model::Point();
+    const auto place = stream.position.value_or(model::Point());
+    const bool isPlaceTold = place != model::Point();
     std::optional<std::size_t> found;
     for (std::size_t i = 0; i < outputs.size(); ++i) {
         const CompositorOutput& output = outputs[i];
@@ -28,7 +29,7 @@ std::optional<std::size_t> outputOf(const PortalStream& stream, pipewire::Size p
             continue;
         if (!output.name.empty() && output.name == stream.id)
             return i;
-        if (isPlaceTold && output.position != *stream.position)
+        if (isPlaceTold && output.position != place)
             continue;
         if (found)
             return {};
