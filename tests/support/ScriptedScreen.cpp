@@ -173,8 +173,10 @@ void ScriptedScreen::Implementation::agree(const spa_pod* pod) {
 void ScriptedScreen::Implementation::tick() {
     if (isMute)
         return;
-    if (animation)
+    if (animation) { // what could not be sent is old now
+        waiting.clear();
         waiting.push_back(current = animation(number++));
+    }
     if (std::exchange(losesNext, losesNext && waiting.empty()))
         waiting.clear();
     if (!waiting.empty())
