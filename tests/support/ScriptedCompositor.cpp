@@ -278,8 +278,8 @@ ScriptedCompositor::~ScriptedCompositor() {
     wl_display_destroy_clients(m_implementation->display);
     wl_display_destroy(m_implementation->display);
     close(m_implementation->wakeUp);
-    setenv("WAYLAND_DISPLAY", m_implementation->displayBefore.c_str(),
-           1); // NOLINT(concurrency-mt-unsafe)
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
+    setenv("WAYLAND_DISPLAY", m_implementation->displayBefore.c_str(), 1);
 }
 
 int ScriptedCompositor::cursorSessions() {

@@ -334,6 +334,11 @@ void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFra
     pw_stream_update_params(m_implementation->stream, &offer, 1);
 }
 
+void ScriptedScreen::sleep(bool isAsleep) {
+    const Locked lock(m_implementation->loop);
+    pw_stream_set_active(m_implementation->stream, !isAsleep);
+}
+
 void ScriptedScreen::vanish() {
     const Locked lock(m_implementation->loop);
     if (m_implementation->stream == nullptr)
