@@ -133,11 +133,14 @@ TEST_F(CompositorPointer, ThatIsLostIsSaidAndTheFilmStaysWhole) {
     }
 }
 
-TEST_F(CompositorPointer, IsFollowedAgainWithTheNextDevice) {
+TEST_F(CompositorPointer, IsNotMissedWhileThereIsNoneAndFollowedWithTheNextDevice) {
     start();
     begin();
     compositor->plugPointer(false);
     ASSERT_TRUE(eventually([&] { return compositor->cursorSessions() == 0; }));
+    // Nothing is known of it for as long as a portal would have to tell.
+    screen->animate([](int number) { return filled(number % 2 ? red : blue); });
+    ASSERT_TRUE(awaitFrames(70));
     compositor->plugPointer(true);
     ASSERT_TRUE(eventually([&] { return compositor->cursorSessions() == 1; }));
     compositor->movePointer(0, 7, 8);
