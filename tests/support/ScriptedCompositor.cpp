@@ -50,6 +50,7 @@ struct ScriptedCompositor::Implementation {
     std::vector<std::packaged_task<void()>> tasks; // guarded by the mutex
     bool isOver = false;
     int wakeUp = -1;
+    wl_event_source* commands = nullptr; // woken by that
     std::jthread thread;
 
     void start();
@@ -218,7 +219,7 @@ void ScriptedCompositor::Implementation::start() {
         offer(ext_output_image_capture_source_manager_v1_interface, 1, this, bindSources);
         offer(ext_image_copy_capture_manager_v1_interface, 1, this, bindCopies);
     }
-    wl_event_loop_add_fd(
+    commands = wl_event_loop_add_fd(
         wl_display_get_event_loop(display), wakeUp, WL_EVENT_READABLE,
         [](int event, std::uint32_t, void*) {
             eventfd_t rung = 0;
@@ -275,6 +276,7 @@ ScriptedCompositor::~ScriptedCompositor() {
     eventfd_write(m_implementation->wakeUp, 1);
     if (m_implementation->thread.joinable())
         m_implementation->thread.join();
+    wl_event_source_remove(m_implementation->commands);
     wl_display_destroy_clients(m_implementation->display);
     wl_display_destroy(m_implementation->display);
     close(m_implementation->wakeUp);
