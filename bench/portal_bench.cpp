@@ -7,6 +7,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -27,7 +30,7 @@ struct Cost {
 };
 
 long framesIn(const std::string& movie) {
-    const auto command = fmt::format("ffprobe -v error -select_streams v -count_packets "
+    const auto command = fmt::format("ffprobe -v quiet -select_streams v -count_packets "
                                      "-show_entries stream=nb_read_packets -of csv=p=0 '{}'",
                                      movie);
     FILE* pipe = ::popen(command.c_str(), "r");
@@ -39,11 +42,24 @@ long framesIn(const std::string& movie) {
     return frames;
 }
 
-/// Runs a command of the shell; what it and its children take of the processors.
-Cost run(const std::string& command, const std::string& movie) {
+std::string lastLineOf(const std::string& path) {
+    std::ifstream file(path);
+    std::string last = "it said nothing";
+    for (std::string line; std::getline(file, line);)
+        if (!line.empty())
+            last = line;
+    return last;
+}
+
+/// Runs a command of the shell that makes a movie; what it and its children take of the processors.
+/// Throws std::runtime_error when there are no pictures in that.
+Cost run(const char* who, const std::string& command, const std::string& movie) {
+    const auto log = movie.substr(0, movie.find('.')) + ".log";
+    std::filesystem::remove(movie);
     const pid_t process = ::fork();
     if (process == 0) {
-        ::execl("/bin/sh", "sh", "-c", ("exec " + command + " >/dev/null 2>&1").c_str(), nullptr);
+        ::execl("/bin/sh", "sh", "-c", fmt::format("exec {} >{} 2>&1", command, log).c_str(),
+                nullptr);
         ::_exit(127);
     }
     int status = 0;
@@ -52,7 +68,10 @@ Cost run(const std::string& command, const std::string& movie) {
     const auto seconds = [](const timeval& time) {
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
     };
-    return {seconds(used.ru_utime) + seconds(used.ru_stime), framesIn(movie)};
+    const Cost cost{seconds(used.ru_utime) + seconds(used.ru_stime), framesIn(movie)};
+    if (cost.frames == 0)
+        throw std::runtime_error(fmt::format("{} has recorded nothing: {}", who, lastLineOf(log)));
+    return cost;
 }
 
 /// All of it changes with each frame.
@@ -90,12 +109,7 @@ double millisecondsToCompare(const ScreenProfile& profile) {
     return 1000 * vantro::base::inSeconds(vantro::base::hostNow() - start) / rounds;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    if (argc < 2 || !WaylandDesk::isInstalled())
-        return std::puts("portal_bench VANTRO [SECONDS]; needs xdg-desktop-portal and PipeWire"), 2;
-    const int seconds = argc > 2 ? std::atoi(argv[2]) : 10;
+void measure(const char* vantro, int seconds) {
     WaylandDesk desk;
     const ScreenProfile profile{.width = 1920, .height = 1080};
     ScriptedScreen screen(profile);
@@ -105,9 +119,10 @@ int main(int argc, char** argv) {
     const auto project = folder + "/made.vantro";
     const auto ours = [&] {
         return run(
+            "Vantro",
             fmt::format("env TMPDIR={0} '{1}' record --no-system-audio --force --seconds {2} "
                         "--output {3}",
-                        folder, argv[1], seconds, project),
+                        folder, vantro, seconds, project),
             project + "/recording.mov");
     };
     const auto still = ours();
@@ -122,7 +137,8 @@ int main(int argc, char** argv) {
     const auto busy = ours();
     const auto movie = folder + "/peer.mp4";
     const auto peer =
-        run(fmt::format("timeout -s INT {} gst-launch-1.0 -e pipewiresrc path={} ! videoconvert ! "
+        run("GStreamer",
+            fmt::format("timeout -s INT {} gst-launch-1.0 -e pipewiresrc path={} ! videoconvert ! "
                         "x264enc speed-preset=ultrafast bitrate=50000 cabac=true dct8x8=true ! "
                         "mp4mux ! filesink location={}",
                         seconds, screen.node(), movie),
@@ -133,4 +149,18 @@ int main(int argc, char** argv) {
                peer.share(seconds), peer.frames, peer.perFrame());
     fmt::print("Vantro takes {:.2f} of its processor time a frame\n",
                busy.perFrame() / peer.perFrame());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int seconds = argc > 2 ? std::atoi(argv[2]) : 10;
+    if (argc < 2 || seconds <= 0 || !WaylandDesk::isInstalled())
+        return std::puts("portal_bench VANTRO [SECONDS]; needs xdg-desktop-portal and PipeWire"), 2;
+    try {
+        measure(argv[1], seconds);
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "portal_bench: {}\n", error.what());
+        return 1;
+    }
 }

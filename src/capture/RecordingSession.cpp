@@ -5,6 +5,7 @@
 #include "media/values/MediaError.h"
 #include "model/VantroError.h"
 
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -36,6 +37,14 @@ void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
     base::logInfo("Display: {:.0f}x{:.0f}, captureRect: ({}, {}, {}, {})",
                   target.display.frame.width, target.display.frame.height, rect.x, rect.y,
                   rect.width, rect.height);
+}
+
+/// On average: a screen that rests needs no pictures.
+void logRate(double length, const RecordingStatistics& statistics) {
+    const double seconds = std::max(length, 1e-3);
+    base::logInfo("{} frames in {:.1f} s, {:.1f} a second, {} dropped", statistics.framesCaptured,
+                  seconds, static_cast<double>(statistics.framesCaptured) / seconds,
+                  statistics.framesDropped);
 }
 
 } // namespace
@@ -266,6 +275,7 @@ model::RecordingMetadata RecordingSession::stop() {
         throw;
     }
     m_extras.finish(movieLength(stopTime));
+    logRate(movieLength(stopTime).seconds(), m_progress.statistics());
     return makeMetadata(stopTime);
 }
 

@@ -2,6 +2,7 @@
 #include "app/CommandLineFixture.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
+#include "support/ScriptedCompositor.h"
 #include "support/ScriptedScreen.h"
 #include "support/WaylandDesk.h"
 
@@ -97,6 +98,9 @@ TEST_F(WaylandCommand, TellsTruthfullyWhatTheDesktopCanDo) {
         EXPECT_EQ(finding.at("available"), isThere) << ability;
         EXPECT_TRUE(finding.at("sentence").get<std::string>().ends_with('.')) << ability;
     }
+    const ScriptedCompositor compositor; // that tells of the pointer itself
+    EXPECT_THAT(run("doctor").output,
+                HasSubstr("yes  The pointer is recorded apart from the picture, but as part"));
 }
 
 } // namespace

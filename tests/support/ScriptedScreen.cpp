@@ -174,8 +174,10 @@ void ScriptedScreen::Implementation::agree(const spa_pod* pod) {
 void ScriptedScreen::Implementation::tick() {
     if (isMute)
         return;
-    if (animation)
+    if (animation) { // what could not be sent is old now
+        waiting.clear();
         waiting.push_back(current = animation(number++));
+    }
     if (std::exchange(losesNext, losesNext && waiting.empty()))
         waiting.clear();
     if (!waiting.empty())
@@ -315,6 +317,11 @@ void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFra
     spa_pod_builder builder = SPA_POD_BUILDER_INIT(bytes.data(), bytes.size());
     const spa_pod* offer = m_implementation->format(builder);
     pw_stream_update_params(m_implementation->stream, &offer, 1);
+}
+
+void ScriptedScreen::sleep(bool isAsleep) {
+    const Locked lock(m_implementation->loop);
+    pw_stream_set_active(m_implementation->stream, !isAsleep);
 }
 
 void ScriptedScreen::vanish() {

@@ -64,6 +64,8 @@ class ScriptedScreen {
     void resize(int width, int height, const std::optional<ScreenFrame>& frame = {});
     /// Frames sent so far.
     int sent() const;
+    /// As while the computer is suspended: nobody is served.
+    void sleep(bool isAsleep);
     /// The node goes away.
     void vanish();
 

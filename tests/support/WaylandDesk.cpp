@@ -70,14 +70,9 @@ WaylandDesk::WaylandDesk() {
         m_environment.set(name, value);
     m_programs.push_back(launch(
         {"dbus-daemon", "--config-file=" + path + "/bus.conf", "--address=" + bus, "--nofork"}));
-    m_pipeWire = launch({"pipewire"});
-    m_programs.push_back(m_pipeWire);
-    if (!eventually([] { return succeeds("timeout 2 pw-cli info 0"); }) ||
-        !eventually([] { return isOnBus("org.freedesktop.DBus"); }))
-        throw std::runtime_error("no private bus or PipeWire");
-    m_programs.push_back(launch({"wireplumber"}));
-    if (!eventually([] { return succeeds("timeout 2 pw-cli ls Client | grep -q WirePlumber"); }))
-        throw std::runtime_error("PipeWire's session manager does not start");
+    if (!eventually([] { return isOnBus("org.freedesktop.DBus"); }))
+        throw std::runtime_error("no private bus");
+    startPipeWire();
 }
 
 WaylandDesk::~WaylandDesk() {
@@ -112,9 +107,22 @@ void WaylandDesk::endPortal() {
     m_backend.reset();
 }
 
+void WaylandDesk::startPipeWire() {
+    m_pipeWire = launch({"pipewire"});
+    m_programs.push_back(m_pipeWire);
+    if (!eventually([] { return succeeds("timeout 2 pw-cli info 0"); }))
+        throw std::runtime_error("no private PipeWire");
+    m_sessionManager = launch({"wireplumber"});
+    m_programs.push_back(m_sessionManager);
+    if (!eventually([] { return succeeds("timeout 2 pw-cli ls Client | grep -q WirePlumber"); }))
+        throw std::runtime_error("PipeWire's session manager does not start");
+}
+
 void WaylandDesk::crashPipeWire() {
-    std::erase(m_programs, m_pipeWire);
-    endProgram(m_pipeWire, SIGKILL);
+    for (const pid_t program : {m_pipeWire, m_sessionManager}) {
+        std::erase(m_programs, program);
+        endProgram(program, SIGKILL);
+    }
 }
 
 } // namespace vantro::test

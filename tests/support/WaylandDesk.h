@@ -33,6 +33,7 @@ class WaylandDesk {
     PortalBackend& portal() { return *m_backend; }
     /// As a crash would end it.
     void crashPipeWire();
+    void startPipeWire();
 
     const TemporaryFolder& folder() const { return m_folder; }
 
@@ -44,6 +45,7 @@ class WaylandDesk {
     std::vector<pid_t> m_programs;
     std::vector<pid_t> m_portal;
     pid_t m_pipeWire = -1;
+    pid_t m_sessionManager = -1;
     std::unique_ptr<PortalBackend> m_backend;
 };
 

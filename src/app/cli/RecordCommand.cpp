@@ -97,10 +97,14 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                   const capture::RecordingStatistics& statistics, RecordingEnd end,
                   double processorShare) {
     const auto bytes = std::filesystem::file_size(options.output / files::package::recordingFile);
+    // On average: a screen that rests needs no pictures.
+    const double rate =
+        static_cast<double>(statistics.framesCaptured) / std::max(metadata.endTime, 1e-3);
     if (options.json)
         std::cout << nlohmann::ordered_json{{"output", options.output.string()},
                                             {"duration", metadata.endTime},
                                             {"frames", statistics.framesCaptured},
+                                            {"framesPerSecond", rate},
                                             {"dropped", statistics.framesDropped},
                                             {"clicks", metadata.clickEvents.size()},
                                             {"bytes", bytes},
@@ -111,8 +115,9 @@ void printSummary(const Options& options, const model::RecordingMetadata& metada
                                             {"endedBy", rawValue(end)}}
                   << '\n';
     else
-        fmt::print("Recorded {}: {:.1f} s, {} frames, {} dropped, {} clicks, {}{}, {:.0f} % CPU\n",
-                   options.output.string(), metadata.endTime, statistics.framesCaptured,
+        fmt::print("Recorded {}: {:.1f} s, {} frames ({:.1f} a second), {} dropped, {} clicks, "
+                   "{}{}, {:.0f} % CPU\n",
+                   options.output.string(), metadata.endTime, statistics.framesCaptured, rate,
                    statistics.framesDropped, metadata.clickEvents.size(),
                    sizeText(static_cast<double>(bytes)),
                    end == RecordingEnd::maxSize ? " (the size limit)" : "", 100 * processorShare);

@@ -20,6 +20,8 @@ constexpr int mostTimesAsked = 5;
 // A window that fades out changes each frame.
 constexpr base::HostDuration restAfterChange = std::chrono::milliseconds(100);
 constexpr base::HostDuration untilWoken = std::chrono::hours(1);
+// Places that wait for the thread: a second of the fastest mouse, far beyond what a frame takes.
+constexpr std::size_t mostCursorNews = 1024;
 
 constexpr pipewire::Rate fastest{60, 1};
 
@@ -155,6 +157,7 @@ void Cast::turn(base::HostDuration longestWait) {
     if (m_receiver.awaitedSince() && m_timesAsked < mostTimesAsked)
         longestWait = std::min(longestWait, untilAskedAgain);
     loop.turn(m_receiver.failure() ? std::min(longestWait, longestGoodbye) : longestWait);
+    takeCursorNews();
     if (const auto& loss = m_connection->loss())
         m_receiver.fail(loss->reason);
     askAgain();
@@ -164,6 +167,27 @@ void Cast::turn(base::HostDuration longestWait) {
         m_firstSize = {picture.view().width, picture.view().height};
         m_changed.notify_all();
     }
+}
+
+bool Cast::takePointerFromCompositor(pipewire::Size picture) {
+    onThread(std::packaged_task<void()>([this] { m_receiver.setPointerElsewhere(); }));
+    m_cursor = CursorSession::of(m_source, picture, *this);
+    return m_cursor != nullptr;
+}
+
+void Cast::note(const CursorNews& news) {
+    m_cursorNews.with([&](auto& waiting) {
+        if (waiting.size() == mostCursorNews)
+            waiting.pop_front();
+        waiting.push_back(news);
+    });
+    wakeUp();
+}
+
+void Cast::takeCursorNews() {
+    const auto waiting = m_cursorNews.with([](auto& each) { return std::exchange(each, {}); });
+    for (const CursorNews& news : waiting)
+        news.place ? m_receiver.pointerAt(*news.place, news.arrival) : m_receiver.pointerLost();
 }
 
 void Cast::askAgain() {
@@ -292,7 +316,10 @@ void Cast::stopRecording() {
 }
 
 void Cast::followPointer(PointerOutput& output, PointerScale scale) {
-    onThread(std::packaged_task<void()>([&] { m_receiver.setPointerOutput(&output, scale); }));
+    onThread(std::packaged_task<void()>([&] {
+        takeCursorNews(); // so that what came before is not told as news
+        m_receiver.setPointerOutput(&output, scale);
+    }));
 }
 
 void Cast::leavePointer() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "base/Guarded.h"
 #include "capture/FrameLoop.h"
 #include "capture/wayland/CastReceiver.h"
+#include "capture/wayland/CursorSession.h"
 #include "capture/wayland/PortalSession.h"
 
 #include <atomic>
@@ -20,7 +22,7 @@ namespace vantro::capture::wayland {
 /// one owner of the portal's session and of its stream. A thread of its own, "com.vantro.capture",
 /// takes in what arrives and, while it is recorded, makes the frames, so that no picture is locked
 /// or copied twice. One other thread at a time calls it.
-class Cast {
+class Cast : private CursorListener {
   public:
     /// Why it shows nothing more, for the user; empty when the user has ended it by the desktop's
     /// own means.
@@ -28,11 +30,15 @@ class Cast {
 
     Cast(std::unique_ptr<PortalSession> session, PortalGrant grant);
     /// Portals rely on it that the stream ends before the session.
-    ~Cast();
+    ~Cast() override;
     Cast(const Cast&) = delete;
     Cast& operator=(const Cast&) = delete;
 
     const PortalStream& source() const { return m_source; }
+    /// Has the compositor itself tell where the pointer is. False when it does not, or it is in
+    /// doubt which screen this is. Before recording and pointer, once the size is known.
+    bool takePointerFromCompositor(pipewire::Size picture);
+    bool tellsPointer() const { return m_source.cursor == PortalCursor::apart || m_cursor; }
     std::optional<Failure> failure();
     /// Waits for the first picture and gives its size; nothing when `cancelled`.
     std::expected<std::optional<pipewire::Size>, Failure>
@@ -64,6 +70,17 @@ class Cast {
         std::stop_token stop;
     };
 
+    struct CursorNews {
+        std::optional<model::Point> place; // nothing: the compositor tells no more
+        base::HostTime arrival;
+    };
+
+    void cursorAt(model::Point place, base::HostTime arrival) override {
+        note({.place = place, .arrival = arrival});
+    }
+    void cursorLost() override { note({.place = {}, .arrival = base::hostNow()}); }
+    void note(const CursorNews& news);
+    void takeCursorNews();
     void run(const std::stop_token& stop, PortalGrant grant);
     void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
     void recordFrames(const Recording& recording);
@@ -89,6 +106,7 @@ class Cast {
     base::HostTime m_asked; // for a picture
     int m_timesAsked = 0;   // since one came
 
+    base::Guarded<std::deque<CursorNews>> m_cursorNews; // bounded: the oldest go first
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     // Guarded by m_mutex:
@@ -100,9 +118,10 @@ class Cast {
     std::deque<std::packaged_task<void()>> m_tasks;
     pipewire::Loop* m_loop = nullptr; // while the thread has one
 
-    // Destroyed first, the thread before the session.
+    // Destroyed first, the thread before the portal's session.
     std::unique_ptr<PortalSession> m_session;
     std::jthread m_thread;
+    std::unique_ptr<CursorSession> m_cursor; // before the thread: it wakes that
 };
 
 } // namespace vantro::capture::wayland

@@ -117,11 +117,6 @@ void CastPicture::rememberPlace(const pipewire::VideoBuffer& buffer, int width, 
                     static_cast<double>(std::max(buffer.crop->y, 0))};
 }
 
-model::Point CastPicture::placeOf(model::Point inBuffer) const {
-    const auto place = uprightPlaceOf(inBuffer);
-    return {place.x - m_cropCorner.x, place.y - m_cropCorner.y};
-}
-
 model::Point CastPicture::uprightPlaceOf(model::Point inBuffer) const {
     const double x = inBuffer.x - m_corner.x;
     const double y = inBuffer.y - m_corner.y;

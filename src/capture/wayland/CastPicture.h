@@ -38,14 +38,17 @@ class CastPicture {
     /// Where it has changed since the owner last cleared that; the map of another size is a new
     /// one.
     pictures::TileMap& changed() { return m_changed; }
-    /// Where a place in the sender's buffer lies in the picture.
-    model::Point placeOf(model::Point inBuffer) const;
+    /// Where a place in the sender's buffer, of the newest one's make, lies in the whole picture.
+    model::Point uprightPlaceOf(model::Point inBuffer) const;
+    /// Where one in the whole picture lies in the part of it that is to be seen.
+    model::Point placeOf(model::Point upright) const {
+        return {upright.x - m_cropCorner.x, upright.y - m_cropCorner.y};
+    }
 
   private:
     void resize(int width, int height);
     void rememberPlace(const pipewire::VideoBuffer& buffer, int width, int height);
     media::color::PixelRect cropIn(const PictureCrop& crop, int width, int height);
-    model::Point uprightPlaceOf(model::Point inBuffer) const;
 
     pictures::PictureComparison m_copy{1, 1};
     pictures::PictureView m_view; // of the copy

@@ -13,12 +13,6 @@ namespace {
 // Every desktop draws a picture when a stream begins, whatever the screen does.
 constexpr base::HostDuration longestWaitForPicture = std::chrono::seconds(2);
 
-PortalCursor cursorFor(const PortalOffer& offer) {
-    if (offer.pointerApart)
-        return PortalCursor::apart;
-    return offer.pointerInPicture ? PortalCursor::inPicture : PortalCursor::hidden;
-}
-
 /// Whole pixels a point, at least one. What has no size in points is taken for unscaled.
 double wholeScale(const PortalStream& source, pipewire::Size pixels) {
     const double scale = source.size ? pixels.width / source.size->width : 1;
@@ -58,10 +52,10 @@ PortalRefusal failure(const std::string& reason) {
 
 } // namespace
 
-CastQuestion::CastQuestion(RecordingRequest request, PortalOffer offer, RestoreTokens tokens,
+CastQuestion::CastQuestion(RecordingRequest request, PointerWay pointer, RestoreTokens tokens,
                            Answer answer)
     : m_request(std::move(request))
-    , m_offer(std::move(offer))
+    , m_pointer(pointer)
     , m_tokens(std::move(tokens))
     , m_answer(std::move(answer))
     , m_thread([this](const std::stop_token& cancelled) { run(cancelled); }) {}
@@ -107,8 +101,8 @@ void CastQuestion::answerWith(const std::shared_ptr<Cast>& cast) {
 /// user is asked.
 CastQuestion::Picked CastQuestion::pick(const std::optional<RememberedChoice>& remembered,
                                         const std::stop_token& cancelled) {
-    std::string nextToken;
-    auto picked = negotiate(remembered ? remembered->token : "", cancelled, nextToken);
+    std::string token = remembered ? remembered->token : "";
+    auto picked = negotiate(token, cancelled);
     if (!picked)
         return picked;
     const auto source = chosenSource((*picked)->source(), m_size);
@@ -118,23 +112,34 @@ CastQuestion::Picked CastQuestion::pick(const std::optional<RememberedChoice>& r
         picked->reset(); // its session ends before the next one begins
         return pick({}, cancelled);
     }
-    m_tokens.keep(m_request.mode, {nextToken, source});
+    m_tokens.keep(m_request.mode, {token, source});
     return picked;
 }
 
-CastQuestion::Picked CastQuestion::negotiate(const std::string& restoreToken,
-                                             const std::stop_token& cancelled,
-                                             std::string& nextToken) {
+/// Replaces the token by the next one. Which screen it is shows only once it is there; where the
+/// compositor cannot tell of the pointer on it, the token has the same one come again.
+CastQuestion::Picked CastQuestion::negotiate(std::string& token, const std::stop_token& cancelled) {
+    const bool isRestored = !token.empty();
+    auto cast = open(m_pointer.asked, token, isRestored, cancelled);
+    if (!cast || !m_pointer.instead || (*cast)->takePointerFromCompositor(m_size) ||
+        m_pointer.instead == m_pointer.asked)
+        return cast;
+    base::logInfo("The compositor does not tell of the pointer on the screen that was chosen");
+    cast->reset(); // its session ends before the next one begins
+    return open(*m_pointer.instead, token, isRestored && !token.empty(), cancelled);
+}
+
+CastQuestion::Picked CastQuestion::open(PortalCursor cursor, std::string& token, bool isRestored,
+                                        const std::stop_token& cancelled) {
     auto session = std::make_unique<PortalSession>();
-    auto grant = session->ask(
-        {.mode = m_request.mode, .cursor = cursorFor(m_offer), .restoreToken = restoreToken},
-        cancelled);
+    auto grant =
+        session->ask({.mode = m_request.mode, .cursor = cursor, .restoreToken = token}, cancelled);
     if (!grant)
         return std::unexpected(grant.error());
-    nextToken = grant->restoreToken;
+    token = grant->restoreToken;
     // At once: the one before is used up, and what was chosen may never show a picture.
-    m_tokens.keep(m_request.mode, {nextToken, chosenSource(grant->stream, {})});
-    grant->stream.isRestored = !restoreToken.empty();
+    m_tokens.keep(m_request.mode, {token, chosenSource(grant->stream, {})});
+    grant->stream.isRestored = isRestored;
     auto cast = std::make_shared<Cast>(std::move(session), std::move(*grant));
     const auto size = cast->awaitPicture(longestWaitForPicture, cancelled);
     if (!size && size.error().empty())

@@ -41,17 +41,27 @@ void CastReceiver::arrived(const pipewire::VideoBuffer& buffer) {
         if (!isTaken && !std::exchange(m_hasBroken, true))
             base::logWarning("The desktop sends pictures that are not what it says");
     }
+    if (m_isElsewhere || m_picture.isEmpty()) // else one cannot say where in the picture
+        return;
+    // By the time of arrival: the sender's is that of the screen's last picture, or none.
     if (buffer.cursor && buffer.cursor->id != 0)
-        pointerMoved(*buffer.cursor, buffer.arrival);
+        pointerAt(m_picture.uprightPlaceOf({static_cast<double>(buffer.cursor->x),
+                                            static_cast<double>(buffer.cursor->y)}),
+                  buffer.arrival);
     else if (m_output != nullptr)
         countWithoutPointer(buffer.arrival);
 }
 
-/// By the time of arrival: the sender's is that of the screen's last picture, or none.
-void CastReceiver::pointerMoved(const pipewire::CursorNews& cursor, base::HostTime arrival) {
-    m_pointer = {static_cast<double>(cursor.x), static_cast<double>(cursor.y)};
-    if (m_output != nullptr && !m_picture.isEmpty())
-        m_output->pointerAt(sampleOf(*m_pointer, arrival));
+void CastReceiver::pointerAt(model::Point place, base::HostTime time) {
+    m_pointer = place;
+    if (m_output != nullptr)
+        m_output->pointerAt(sampleOf(place, time));
+}
+
+void CastReceiver::pointerLost() {
+    m_isLost = true;
+    if (m_output != nullptr)
+        tellUnknown("this desktop does not tell any more where it is");
 }
 
 void CastReceiver::countWithoutPointer(base::HostTime now) {
@@ -60,8 +70,12 @@ void CastReceiver::countWithoutPointer(base::HostTime now) {
     ++m_picturesWithout;
     if (m_picturesWithout < mostPicturesWithout && now - m_followedSince < longestWithout)
         return;
+    tellUnknown("this desktop does not tell where it is");
+}
+
+void CastReceiver::tellUnknown(const char* why) {
     m_isUnknownTold = true;
-    m_output->pointerUnknown("this desktop does not tell where it is");
+    m_output->pointerUnknown(why);
 }
 
 void CastReceiver::setPointerOutput(PointerOutput* output, PointerScale scale) {
@@ -72,15 +86,17 @@ void CastReceiver::setPointerOutput(PointerOutput* output, PointerScale scale) {
     m_followedSince = base::hostNow();
     m_picturesWithout = 0;
     m_isUnknownTold = false;
-    if (output != nullptr && m_pointer && !m_picture.isEmpty())
+    if (output != nullptr && m_pointer)
         output->pointerAt(sampleOf(*m_pointer, m_followedSince));
+    if (output != nullptr && m_isLost)
+        pointerLost();
 }
 
 /// A picture of another size than the recording's first is fitted into the movie; so are places in
 /// it.
-PointerSample CastReceiver::sampleOf(model::Point inBuffer, base::HostTime time) const {
+PointerSample CastReceiver::sampleOf(model::Point upright, base::HostTime time) const {
     const pictures::PictureView& picture = m_picture.view();
-    model::Point place = m_picture.placeOf(inBuffer);
+    model::Point place = m_picture.placeOf(upright);
     if (picture.width != m_firstWidth || picture.height != m_firstHeight) {
         const auto fit =
             pictures::fitting(picture.width, picture.height, m_scale.width, m_scale.height);

@@ -33,6 +33,11 @@ class CastReceiver final : public pipewire::VideoStreamListener {
     const std::optional<Failure>& failure() const { return m_failure; }
     void fail(const std::string& reason);
 
+    /// Whether places come from elsewhere, through `pointerAt`; the stream then tells none.
+    void setPointerElsewhere() { m_isElsewhere = true; }
+    /// A place in the whole upright picture.
+    void pointerAt(model::Point place, base::HostTime time);
+    void pointerLost();
     /// Places go to `output` from now on, at first the newest one; to nobody where it is null.
     void setPointerOutput(PointerOutput* output, PointerScale scale = {});
 
@@ -41,9 +46,9 @@ class CastReceiver final : public pipewire::VideoStreamListener {
     void formatChanged(const pipewire::VideoFormat& format) override;
     void stateChanged(pipewire::StreamState state, const std::string& error) override;
 
-    void pointerMoved(const pipewire::CursorNews& cursor, base::HostTime arrival);
     void countWithoutPointer(base::HostTime now);
-    PointerSample sampleOf(model::Point inBuffer, base::HostTime time) const;
+    void tellUnknown(const char* why);
+    PointerSample sampleOf(model::Point upright, base::HostTime time) const;
 
     CastPicture m_picture;
     bool m_hasNews = false;
@@ -54,7 +59,9 @@ class CastReceiver final : public pipewire::VideoStreamListener {
     PointerScale m_scale;
     int m_firstWidth = 0; // of the recording's first picture
     int m_firstHeight = 0;
-    std::optional<model::Point> m_pointer; // the newest place, in the buffer
+    bool m_isElsewhere = false;
+    bool m_isLost = false;                 // and not returned
+    std::optional<model::Point> m_pointer; // the newest place, in the upright picture
     // How long the pointer has been unknown to its output:
     base::HostTime m_followedSince;
     int m_picturesWithout = 0;

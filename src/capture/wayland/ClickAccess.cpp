@@ -1,7 +1,6 @@
 #include "capture/wayland/ClickAccess.h"
 
 #include "base/Log.h"
-#include "base/SerialQueue.h"
 #include "capture/wayland/DesktopPointers.h"
 #include "clicks/PressDevices.h"
 
@@ -59,27 +58,15 @@ ClickAccess::ClickAccess() {
     try {
         m_bus = sdbus::createSystemBusConnection();
         m_service = sdbus::createProxy(*m_bus, service::name, service::path);
-        m_thread = std::jthread([this] { serveBus(); });
+        m_loop.emplace(*m_bus, "com.vantro.system", [this] {
+            const sdbus::Error lost("org.freedesktop.DBus.Error.Disconnected",
+                                    "the system bus has gone");
+            answered(&lost, {});
+        });
     } catch (const sdbus::Error& error) {
         base::logInfo("The system bus cannot be reached: {}", error.getMessage());
     }
     look();
-}
-
-void ClickAccess::serveBus() {
-    base::setThreadName("com.vantro.system");
-    try {
-        m_bus->enterEventLoop();
-    } catch (const sdbus::Error& error) {
-        answered(&error, {});
-    }
-}
-
-ClickAccess::~ClickAccess() {
-    if (!m_thread.joinable())
-        return;
-    m_bus->leaveEventLoop(); // before what its thread calls
-    m_thread.join();
 }
 
 /// Without starting it.

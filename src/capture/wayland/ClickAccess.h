@@ -1,17 +1,16 @@
 #pragma once
 
 #include "base/FileDescriptor.h"
+#include "bus/EventLoop.h"
 #include "capture/PlatformAbilities.h"
 #include "capture/wayland/PressReader.h"
 
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 #include <string>
-#include <thread>
-
-#include <sdbus-c++/sdbus-c++.h>
 
 namespace vantro::capture::wayland {
 
@@ -29,9 +28,6 @@ class ClickAccess {
     static std::shared_ptr<ClickAccess> ofThisRun();
 
     ClickAccess();
-    ~ClickAccess();
-    ClickAccess(const ClickAccess&) = delete;
-    ClickAccess& operator=(const ClickAccess&) = delete;
 
     /// As it was found last: asks nobody.
     Ability ability() const;
@@ -44,7 +40,6 @@ class ClickAccess {
   private:
     enum class State { absent, offered, asking, granted, refused };
 
-    void serveBus();
     void look();
     bool isServiceThere() const;
     void answered(const sdbus::Error* error, const sdbus::UnixFd& pipe);
@@ -59,7 +54,7 @@ class ClickAccess {
 
     std::unique_ptr<sdbus::IConnection> m_bus; // null where there is no system bus
     std::unique_ptr<sdbus::IProxy> m_service;
-    std::jthread m_thread;
+    std::optional<bus::EventLoop> m_loop; // ends before what it calls
 };
 
 } // namespace vantro::capture::wayland

@@ -60,7 +60,7 @@ const char* methodOf(int step) {
 }
 
 std::expected<PortalStream, PortalRefusal> streamOf(const Properties& results,
-                                                    model::CaptureMode wanted) {
+                                                    const PortalRequest& wanted) {
     const auto streams = find<std::vector<Stream>>(results, "streams");
     if (!streams || streams->empty())
         return std::unexpected(failure("the desktop has granted nothing to record"));
@@ -69,7 +69,8 @@ std::expected<PortalStream, PortalRefusal> streamOf(const Properties& results,
         static_cast<const std::tuple<std::uint32_t, Properties>&>(streams->back());
     PortalStream stream{.node = node,
                         .serial = find<std::uint64_t>(properties, "pipewire-serial"),
-                        .mode = wanted,
+                        .mode = wanted.mode,
+                        .cursor = wanted.cursor,
                         .isRestored = false,
                         .id = find<std::string>(properties, "id").value_or(""),
                         .position = {},
@@ -206,7 +207,7 @@ PortalSession::negotiate(const PortalRequest& request, const std::stop_token& ca
     const auto started = call(Step::start, cancelled, session, std::string(), Properties());
     if (!started)
         return std::unexpected(started.error());
-    auto stream = streamOf(*started, request.mode);
+    auto stream = streamOf(*started, request);
     if (!stream)
         return std::unexpected(stream.error());
     return PortalGrant{.stream = std::move(*stream),

@@ -33,6 +33,7 @@ struct PortalStream {
     std::optional<std::uint64_t> serial;
     /// As asked for: only that kind is on offer, and some desktops tell another.
     model::CaptureMode mode = model::CaptureMode::screen;
+    PortalCursor cursor = PortalCursor::hidden; ///< likewise
     bool isRestored = false; ///< an earlier choice that holds again: perhaps nobody was asked
     std::string id;          ///< the desktop's own name for it; empty where it has none
     // In the compositor's units; each may be absent.

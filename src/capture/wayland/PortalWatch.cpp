@@ -18,6 +18,7 @@ PortalOffer offerOf(const Properties& properties) {
     // Bits as the portal's interface has them.
     constexpr std::uint32_t monitor = 1;
     constexpr std::uint32_t window = 2;
+    constexpr std::uint32_t hidden = 1;
     constexpr std::uint32_t embedded = 2;
     constexpr std::uint32_t metadata = 4;
     const auto sources = number(properties, "AvailableSourceTypes");
@@ -27,7 +28,8 @@ PortalOffer offerOf(const Properties& properties) {
             .screens = (sources & monitor) != 0,
             .windows = (sources & window) != 0,
             .pointerApart = (cursors & metadata) != 0,
-            .pointerInPicture = (cursors & embedded) != 0};
+            .pointerInPicture = (cursors & embedded) != 0,
+            .pointerHidden = (cursors & hidden) != 0};
 }
 
 } // namespace

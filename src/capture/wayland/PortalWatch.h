@@ -18,6 +18,7 @@ struct PortalOffer {
     // How the pointer may be had:
     bool pointerApart = false;
     bool pointerInPicture = false;
+    bool pointerHidden = false;
 };
 
 /// Knows what the portal offers, also when it comes and goes. The portal is started once, by the

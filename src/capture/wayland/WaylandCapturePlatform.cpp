@@ -4,6 +4,7 @@
 #include "capture/wayland/CastQuestion.h"
 #include "capture/wayland/ClickAccess.h"
 #include "capture/wayland/PlacedPresses.h"
+#include "capture/wayland/PortalWatch.h"
 
 #include <utility>
 
@@ -16,6 +17,9 @@ constexpr base::HostDuration longestFirstAnswer = std::chrono::seconds(5);
 // Later than this a window is gone, or was never in the picture.
 constexpr base::HostDuration longestFade = std::chrono::milliseconds(500);
 
+constexpr const char* windowsDiffer =
+    "The pointer is recorded apart from the picture, but as part of it where a single window is "
+    "recorded.";
 constexpr const char* desktopAsks =
     "The desktop itself asks what to record, in a dialog of its own, when a recording begins.";
 
@@ -95,12 +99,55 @@ class WaylandCapturePlatform final : public CapturePlatform {
     makePointerSource(const RecordingTarget& target) override;
 
   private:
+    PointerWay pointerWay(const PortalOffer& offer, model::CaptureMode mode);
+    Ability pointerAbility(const PortalOffer& offer);
+    std::shared_ptr<Cast> cast() const;
+
     PortalWatch m_portal;
     RestoreTokens m_tokens;
     const std::shared_ptr<ClickAccess> m_clicks;
     base::Guarded<std::shared_ptr<Cast>> m_picked; // until a stream takes it over
     std::weak_ptr<Cast> m_streamed;
+    std::optional<bool> m_hasCursorSessions; // once it matters
 };
+
+/// What has been chosen, or is being recorded; null otherwise.
+std::shared_ptr<Cast> WaylandCapturePlatform::cast() const {
+    auto picked = m_picked.with([](const auto& each) { return each; });
+    return picked ? picked : m_streamed.lock();
+}
+
+PointerWay WaylandCapturePlatform::pointerWay(const PortalOffer& offer, model::CaptureMode mode) {
+    if (offer.pointerApart)
+        return {.asked = PortalCursor::apart, .instead = {}};
+    const auto alone = offer.pointerInPicture ? PortalCursor::inPicture : PortalCursor::hidden;
+    if (!offer.pointerHidden || mode == model::CaptureMode::window)
+        return {.asked = alone, .instead = {}};
+    if (!m_hasCursorSessions)
+        m_hasCursorSessions = CursorSession::isOffered();
+    if (!*m_hasCursorSessions)
+        return {.asked = alone, .instead = {}};
+    return {.asked = PortalCursor::hidden, .instead = alone};
+}
+
+/// Of what has been chosen; before that, of what the desktop promises.
+Ability WaylandCapturePlatform::pointerAbility(const PortalOffer& offer) {
+    const auto way = pointerWay(offer, model::CaptureMode::screen);
+    auto cursor = way.asked;
+    if (const auto current = cast()) {
+        if (current->tellsPointer())
+            return {};
+        cursor = current->source().cursor;
+    } else if (way.instead) {
+        return {.whyNot = {}, .remark = offer.windows ? windowsDiffer : ""};
+    }
+    if (cursor == PortalCursor::apart)
+        return {};
+    return {cursor == PortalCursor::inPicture
+                ? "The pointer is recorded as part of the picture: this desktop does not tell "
+                  "where it is."
+                : "The pointer is not recorded: this desktop does not tell where it is."};
+}
 
 PlatformAbilities WaylandCapturePlatform::abilities() {
     const PortalOffer offer = m_portal.offer();
@@ -115,12 +162,7 @@ PlatformAbilities WaylandCapturePlatform::abilities() {
     able.listsContent.whyNot = desktopAsks;
     able.ownWindowsLeftOut.whyNot =
         "On this desktop Vantro's own windows are hidden while recording.";
-    if (!offer.pointerApart)
-        able.pointer.whyNot = offer.pointerInPicture
-                                  ? "The pointer is recorded as part of the picture: this desktop "
-                                    "does not tell where it is."
-                                  : "The pointer is not recorded: this desktop does not tell where "
-                                    "it is.";
+    able.pointer = pointerAbility(offer);
     able.clicks = m_clicks->ability();
     if (able.clicks.isAvailable() && able.clicks.remark.empty() && !able.pointer.isAvailable())
         able.clicks.remark = "Clicks are recorded without their places.";
@@ -142,7 +184,7 @@ std::unique_ptr<TargetQuestion> WaylandCapturePlatform::findTarget(const Recordi
         return nullptr;
     }
     return std::make_unique<CastQuestion>(
-        request, m_portal.offer(), m_tokens,
+        request, pointerWay(m_portal.offer(), request.mode), m_tokens,
         [this, told = std::move(answer)](TargetResult result, std::shared_ptr<Cast> cast) {
             m_picked.with([&](auto& picked) { picked.swap(cast); });
             told(std::move(result));
@@ -191,9 +233,10 @@ WaylandCapturePlatform::makeScreenStream(const RecordingTarget& target) {
 
 std::expected<std::unique_ptr<PointerSource>, std::string>
 WaylandCapturePlatform::makePointerSource(const RecordingTarget& target) {
-    const bool isTold = m_portal.offer().pointerApart;
-    return std::make_unique<CastPointer>(isTold ? m_streamed.lock() : nullptr, m_clicks->open(),
-                                         target);
+    auto cast = m_streamed.lock();
+    if (cast && !cast->tellsPointer())
+        cast.reset();
+    return std::make_unique<CastPointer>(std::move(cast), m_clicks->open(), target);
 }
 
 } // namespace

@@ -71,7 +71,8 @@ TEST(CastPicture, StandsUprightHoweverItsScreenIsTurned) {
             const auto* pixel = view.pixels + y * view.stride + std::ptrdiff_t{4} * x;
             EXPECT_EQ(pixel[0], inX + 1) << "corner " << i;
             EXPECT_EQ(pixel[1], inY + 2) << "corner " << i;
-            EXPECT_EQ(picture.placeOf({inX + 1.0, inY + 2.0}), (model::Point{1.0 * x, 1.0 * y}));
+            EXPECT_EQ(picture.placeOf(picture.uprightPlaceOf({inX + 1.0, inY + 2.0})),
+                      (model::Point{1.0 * x, 1.0 * y}));
         }
     }
 }
@@ -90,7 +91,8 @@ TEST(CastPicture, KeepsThePlaceOfItsCropInPicturesOfEverySize) {
         EXPECT_EQ(picture.view().pixels[1], y);
         EXPECT_EQ(last[0], x + width - 1);
         EXPECT_EQ(last[1], y + height - 1);
-        EXPECT_EQ(picture.placeOf({x + 2.0, y + 1.0}), (model::Point{2, 1}));
+        EXPECT_EQ(picture.placeOf(picture.uprightPlaceOf({x + 2.0, y + 1.0})),
+                  (model::Point{2, 1}));
     };
     expectCrop(8, 6, 10, 4); // of the picture that was there
     picture.take(buffer.view());

@@ -6,6 +6,7 @@
 #include "support/ClickSystem.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace vantro::capture::wayland {
 namespace {
@@ -71,15 +72,28 @@ TEST_F(PortalClicks, HaveTheTimeOfThePressAndThePlaceThatThePointerHadThen) {
     end();
     const auto& told = metadata.clickEvents;
     ASSERT_EQ(told.size(), presses - 1) << "that in our own window is none";
-    std::vector<double> errors;
     for (std::size_t i = 0; i < told.size(); ++i) {
         EXPECT_EQ(told[i].isRightClick, i == 3);
         EXPECT_NEAR(told[i].timestamp - told[0].timestamp, base::inSeconds(pressed[i] - pressed[0]),
                     0.0001);
-        errors.push_back(std::abs(told[i].x - placeAt(pressed[i])));
     }
-    std::ranges::sort(errors);
-    EXPECT_LE(errors[errors.size() / 2], 2) << "pixels";
+    // On a busy machine news of the pointer come late, which nobody can tell from the pointer.
+    const auto delay = [](const model::CursorPosition& sample) {
+        return sample.timestamp - (sample.x - 50) / 1000;
+    };
+    const auto& path = metadata.cursorPositions;
+    const double least = delay(*std::ranges::min_element(path, {}, delay));
+    std::size_t timely = 0;
+    for (std::size_t i = 0; i < told.size(); ++i) {
+        const auto after = std::ranges::lower_bound(path, told[i].timestamp, {},
+                                                    &model::CursorPosition::timestamp);
+        if (after == path.begin() || after == path.end() || delay(*after) > least + 0.0015 ||
+            delay(*std::prev(after)) > least + 0.0015)
+            continue;
+        ++timely;
+        EXPECT_NEAR(told[i].x, placeAt(pressed[i]), 2) << "click " << i;
+    }
+    EXPECT_GE(timely, told.size() / 2);
 }
 
 TEST_F(PortalClicks, AreAllowedOnceForAllRecordings) {
@@ -108,6 +122,21 @@ TEST_F(PortalClicks, ThatAreRefusedDoNoHarmAndAreNotAskedForAgain) {
         session.reset();
     }
     EXPECT_EQ(system->questions(), 1);
+}
+
+TEST_F(PortalClicks, AreAskedForInVainWhereTheRecordingIsGivenUp) {
+    start({.answer = ClickScript::never});
+    session = std::make_unique<RecordingSession>(RecordingRequest(), [this] { return connect(); });
+    std::stop_source cancel;
+    std::jthread user([&] {
+        eventually([&] { return system->questions() == 1; });
+        cancel.request_stop();
+    });
+    EXPECT_FALSE(session->choose(cancel.get_token()));
+    session.reset();
+    EXPECT_EQ(system->withdrawn(), 0) << "an answer counts for the next recording";
+    clicks.reset(); // the program ends
+    EXPECT_TRUE(eventually([&] { return system->withdrawn() == 1; }));
 }
 
 TEST_F(PortalClicks, AreInTheMiddleWhereThePointerIsUnknownAndEndWithTheService) {
