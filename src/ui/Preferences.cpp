@@ -9,6 +9,7 @@ namespace {
 constexpr qsizetype mostRecentProjects = 8;
 const QString themeKey = QStringLiteral("theme");
 const QString countdownKey = QStringLiteral("countdown");
+const QString languageKey = QStringLiteral("language");
 const QString positionKey = QStringLiteral("windowPosition");
 const QString editorSizeKey = QStringLiteral("editorSize");
 const QString editorMaximizedKey = QStringLiteral("editorMaximized");
@@ -79,6 +80,12 @@ bool Preferences::countdown() const {
 void Preferences::setCountdown(bool countdown) {
     m_settings.setValue(countdownKey, countdown);
     Q_EMIT countdownChanged();
+}
+
+QString Preferences::language() const {
+    const auto language = m_settings.value(languageKey).toString();
+    return language == QStringLiteral("en") || language == QStringLiteral("de") ? language
+                                                                                : QString();
 }
 
 bool Preferences::hasGlobalKeys() const {

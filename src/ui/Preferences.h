@@ -44,6 +44,9 @@ class Preferences : public QObject {
     bool countdown() const;
     void setCountdown(bool countdown);
 
+    /// Of texts, from the next start on: "en", "de"; empty for the system's.
+    QString language() const;
+
     /// Keys that work from anywhere have been set up.
     bool hasGlobalKeys() const;
     /// As they were set up last, else the usual ones.

@@ -153,7 +153,8 @@ TEST(AreaPicture, IsDraggedOut) {
 INSTANTIATE_TEST_SUITE_P(Looks, ScreenPictureTest,
                          testing::Values(Look{"light", ui::ThemeChoice::light, false},
                                          Look{"dark", ui::ThemeChoice::dark, false},
-                                         Look{"foreign", ui::ThemeChoice::light, true}),
+                                         Look{"foreign", ui::ThemeChoice::light, true},
+                                         Look{"german", ui::ThemeChoice::light, false, true}),
                          [](const auto& look) { return look.param.name; });
 
 } // namespace

@@ -23,6 +23,8 @@ ScreenPictureTest::ScreenPictureTest() {
         QCoreApplication::installTranslator(&m_brackets);
         QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     }
+    if (GetParam().isGerman)
+        m_german.emplace(QStringLiteral("de"), *QCoreApplication::instance());
     preferences.setTheme(GetParam().theme);
     showWindow();
 }
@@ -63,6 +65,8 @@ void ScreenPictureTest::check(QQuickItem* shown, const char* screen, bool isTran
         const auto rect = shown->mapRectToScene(shown->boundingRect());
         const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
         EXPECT_TRUE(bounds.contains(rect)) << screen << ": " << text.toStdString();
+        EXPECT_FALSE(shown->property("truncated").toBool())
+            << screen << " cuts off: " << text.toStdString();
         const bool hasLetters =
             std::ranges::any_of(text, [](QChar letter) { return letter.isLetter(); });
         EXPECT_TRUE(!isTranslated || !hasLetters || text.startsWith(u'['))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/Language.h"
 #include "window/WindowFixture.h"
 
 #include <QGuiApplication>
@@ -7,6 +8,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTranslator>
+#include <optional>
 
 namespace vantro::window {
 
@@ -23,6 +25,7 @@ struct Look {
     const char* name;
     ui::ThemeChoice theme;
     bool isForeign; ///< in another language, from right to left
+    bool isGerman = false;
 };
 
 /// A page of text, as it is recorded most often.
@@ -50,6 +53,7 @@ class ScreenPictureTest : public test::WindowFixture, public testing::WithParamI
     void check(QQuickItem* shown, const char* screen, bool isTranslated);
 
     Brackets m_brackets;
+    std::optional<ui::Language> m_german;
 };
 
 } // namespace vantro::window

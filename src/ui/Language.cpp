@@ -1,0 +1,50 @@
+#include "ui/Language.h"
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
+#include <clocale>
+
+namespace vantro::ui {
+namespace {
+
+/// The first of the desktop's languages that there are texts in.
+QString languageOfDesktop() {
+    const auto german = QStringLiteral("de");
+    for (const auto& name : QLocale::system().uiLanguages())
+        switch (QLocale(name).language()) {
+        case QLocale::German:
+            return german;
+        case QLocale::English:
+        case QLocale::C:
+            return {};
+        default:
+            break;
+        }
+    return {};
+}
+
+} // namespace
+
+Language::Language(const QString& wanted, QCoreApplication& application) : QObject(&application) {
+    std::setlocale(LC_NUMERIC, "C"); // Qt has taken over the user's
+    if (!wanted.isEmpty() && QLocale(wanted).language() != QLocale().language())
+        QLocale::setDefault(QLocale(wanted));
+    load(wanted.isEmpty() ? languageOfDesktop() : wanted);
+}
+
+Language::~Language() {
+    QCoreApplication::removeTranslator(&m_texts);
+    QCoreApplication::removeTranslator(&m_textsOfQt);
+    QLocale::setDefault(m_before);
+}
+
+/// English is what the sources are written in.
+void Language::load(const QString& language) {
+    if (m_textsOfQt.load(QStringLiteral("qtbase_") + language,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_textsOfQt);
+    if (m_texts.load(QStringLiteral(":/qt/qml/Vantro/translations/vantro_%1.qm").arg(language)))
+        QCoreApplication::installTranslator(&m_texts);
+}
+
+} // namespace vantro::ui
