@@ -9,11 +9,10 @@ namespace {
 
 /// The first of the desktop's languages that there are texts in.
 QString languageOfDesktop() {
-    const auto german = QStringLiteral("de");
     for (const auto& name : QLocale::system().uiLanguages())
         switch (QLocale(name).language()) {
         case QLocale::German:
-            return german;
+            return QStringLiteral("de");
         case QLocale::English:
         case QLocale::C:
             return {};
@@ -26,7 +25,8 @@ QString languageOfDesktop() {
 } // namespace
 
 Language::Language(const QString& wanted, QCoreApplication& application) : QObject(&application) {
-    std::setlocale(LC_NUMERIC, "C"); // Qt has taken over the user's
+    // Qt has taken over the user's. No thread of ours runs yet.
+    std::setlocale(LC_NUMERIC, "C"); // NOLINT(concurrency-mt-unsafe)
     if (!wanted.isEmpty() && QLocale(wanted).language() != QLocale().language())
         QLocale::setDefault(QLocale(wanted));
     load(wanted.isEmpty() ? languageOfDesktop() : wanted);

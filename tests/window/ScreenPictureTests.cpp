@@ -135,7 +135,7 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     timers.advance(std::chrono::seconds(1));
     runTasks();
     keep("picker-error", Texts::others);
-    EXPECT_EQ(text("pickerError"), "cannot open display :9");
+    EXPECT_TRUE(text("pickerError").contains(":9"));
 }
 
 TEST(AreaPicture, IsDraggedOut) {

@@ -32,8 +32,8 @@ struct Look {
 QImage pageOfText(int second);
 
 /// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
-/// without taste: the theme's background, that no text is cut off at the window's edge, and that
-/// all of ours can be translated. The editor takes the size VANTRO_PICTURE_SIZE, WIDTHxHEIGHT.
+/// without taste: the theme's background, that no text of ours is cut off, and that all of them can
+/// be translated. The editor takes the size VANTRO_PICTURE_SIZE, WIDTHxHEIGHT.
 class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<Look> {
   protected:
     ScreenPictureTest();
@@ -50,7 +50,7 @@ class ScreenPictureTest : public test::WindowFixture, public testing::WithParamI
     bool fillsStage();
 
   private:
-    void check(QQuickItem* shown, const char* screen, bool isTranslated);
+    void check(QQuickItem* shown, const char* screen, Texts texts);
 
     Brackets m_brackets;
     std::optional<ui::Language> m_german;

@@ -381,7 +381,7 @@
     </message>
     <message>
         <source>Exported %1</source>
-        <translation>%1 exportiert</translation>
+        <translation>Exportiert: %1</translation>
     </message>
     <message>
         <source>Show in Folder</source>
@@ -694,7 +694,7 @@
     </message>
     <message>
         <source>Keep Recording</source>
-        <translation>Weiter aufnehmen</translation>
+        <translation>Fortsetzen</translation>
     </message>
     <message>
         <source>Keep</source>
@@ -722,7 +722,7 @@
     </message>
     <message>
         <source>Restore unsaved changes?</source>
-        <translation>Nicht gespeicherte Änderungen wiederherstellen?</translation>
+        <translation>Änderungen wiederherstellen?</translation>
     </message>
     <message>
         <source>Restore</source>
@@ -2447,7 +2447,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>Saved %1</source>
-        <translation>%1 gespeichert</translation>
+        <translation>Gespeichert: %1</translation>
     </message>
     <message>
         <source>Small file</source>
@@ -2462,7 +2462,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>Saved %1</source>
-        <translation>%1 gespeichert</translation>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
