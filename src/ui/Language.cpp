@@ -33,8 +33,6 @@ Language::Language(const QString& wanted, QCoreApplication& application) : QObje
 }
 
 Language::~Language() {
-    QCoreApplication::removeTranslator(&m_texts);
-    QCoreApplication::removeTranslator(&m_textsOfQt);
     QLocale::setDefault(m_before);
 }
 

@@ -19,7 +19,7 @@ class Language : public QObject {
   public:
     /// `wanted`: "en", "de"; empty takes the first of the desktop's languages that there is.
     Language(const QString& wanted, QCoreApplication& application);
-    /// Texts are English again.
+    /// Texts are English again, since translators remove themselves.
     ~Language() override;
 
   private:
