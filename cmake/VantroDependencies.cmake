@@ -27,6 +27,9 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb-shape)
 pkg_check_modules(XCURSOR REQUIRED IMPORTED_TARGET xcursor)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui OpenGL Qml Quick Svg Widgets)
+# All that is needed of Qt's tools for translations; its CMake package asks for much more.
+find_program(VANTRO_LRELEASE lrelease REQUIRED
+  HINTS ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS} ${QT6_INSTALL_PREFIX}/lib/qt6/bin)
 
 if(VANTRO_TESTS)
   find_package(GTest REQUIRED)

@@ -4,6 +4,7 @@
 #include "app/flows/ProjectFlow.h"
 #include "archive/ArchivePath.h"
 #include "editor/ExportRules.h"
+#include "ui/Sentences.h"
 
 #include <QClipboard>
 #include <QFileInfo>
@@ -86,7 +87,7 @@ QStringList EditorModel::formats() const {
 QStringList EditorModel::resolutions() const {
     QStringList labels;
     for (const auto resolution : exporting::allExportResolutions)
-        labels.append(tr(std::string(exporting::label(resolution)).c_str()));
+        labels.append(ui::sentence(std::string(exporting::label(resolution))));
     return labels;
 }
 
@@ -99,7 +100,7 @@ bool EditorModel::exporting() const {
 }
 
 QString EditorModel::progressText() const {
-    return QString::asprintf("%.0f%%", progress() * 100);
+    return tr("%1%").arg(QString::asprintf("%.0f", progress() * 100));
 }
 
 QString EditorModel::timeLeft() const {

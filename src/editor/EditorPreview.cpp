@@ -1,5 +1,7 @@
 #include "editor/EditorPreview.h"
 
+#include "ui/Sentences.h"
+
 #include <QPointer>
 #include <algorithm>
 #include <array>
@@ -211,8 +213,8 @@ bool EditorPreview::isReady() const {
 
 QString EditorPreview::problem() const {
     if (m_problem.empty() && m_player && m_player->status() == Player::Status::failed)
-        return QString::fromStdString(m_player->problem());
-    return QString::fromStdString(m_problem);
+        return ui::sentence(m_player->problem());
+    return ui::sentence(m_problem);
 }
 
 bool EditorPreview::hasSound() const {

@@ -1,6 +1,8 @@
 #include "program/WindowedApplication.h"
 
 #include "capture/RecordingTarget.h"
+#include "ui/Language.h"
+#include "ui/Preferences.h"
 #include "ui/platform/AccessibleApplication.h"
 #include "window/platform/StartUp.h"
 
@@ -30,6 +32,7 @@ std::unique_ptr<QApplication> makeWindowedApplication(int& argc, char** argv) {
         const window::StartUpGuard guard;
         application = std::make_unique<QApplication>(argc, argv);
     }
+    new ui::Language(ui::Preferences().language(), *application);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Vantro/vantro.svg")));
     window::chooseSceneGraph();
     return application;

@@ -6,6 +6,7 @@
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/RecoveryFlow.h"
+#include "ui/Sentences.h"
 
 namespace vantro::ui {
 
@@ -83,28 +84,27 @@ QString ActionGuard::messageOverControls() const {
     return m_flows.recovery.isOffered() ? QStringLiteral("recovery") : QString();
 }
 
-QString ActionGuard::sentence(const capture::Ability& ability) {
-    return QString::fromStdString(ability.whyNot);
+QString ActionGuard::whyNot(const capture::Ability& ability) {
+    return sentence(ability.whyNot);
 }
 
 QString ActionGuard::modeMissing() const {
     if (!m_abilities.screens.isAvailable())
-        return sentence(m_abilities.screens); // the root of the others
+        return whyNot(m_abilities.screens); // the root of the others
     switch (m_state.captureMode()) {
     case model::CaptureMode::screen:
         break;
     case model::CaptureMode::window:
-        return sentence(m_abilities.windows);
+        return whyNot(m_abilities.windows);
     case model::CaptureMode::area:
-        return sentence(m_abilities.areas);
+        return whyNot(m_abilities.areas);
     }
     return {};
 }
 
 QString ActionGuard::ownWindowsNote() const {
     const bool isOther = m_state.captureMode() == model::CaptureMode::window;
-    return isOther || !modeMissing().isEmpty() ? QString()
-                                               : sentence(m_abilities.ownWindowsLeftOut);
+    return isOther || !modeMissing().isEmpty() ? QString() : whyNot(m_abilities.ownWindowsLeftOut);
 }
 
 /// Whether this screen is shown, not covered, and no file panel or file operation is under way.

@@ -56,9 +56,9 @@ class ActionGuard : public QObject {
     QString message() const;
     /// Of the chosen capture mode.
     QString modeMissing() const;
-    QString systemAudioMissing() const { return sentence(m_abilities.systemSound); }
-    QString microphoneMissing() const { return sentence(m_abilities.microphone); }
-    QString webcamMissing() const { return sentence(m_abilities.camera); }
+    QString systemAudioMissing() const { return whyNot(m_abilities.systemSound); }
+    QString microphoneMissing() const { return whyNot(m_abilities.microphone); }
+    QString webcamMissing() const { return whyNot(m_abilities.camera); }
     QString ownWindowsNote() const;
     bool desktopAsks() const { return !m_abilities.listsContent.isAvailable(); }
     /// Of a desktop that can be recorded but does not tell clicks.
@@ -80,7 +80,7 @@ class ActionGuard : public QObject {
   private:
     void followEverything();
     QString messageOverControls() const;
-    static QString sentence(const capture::Ability& ability);
+    static QString whyNot(const capture::Ability& ability);
     bool isFree(Screen wanted) const;
 
     app::AppState& m_state;

@@ -8,6 +8,7 @@
 #include "app/flows/ProjectFlow.h"
 #include "app/flows/RecoveryFlow.h"
 #include "ui/ActionGuard.h"
+#include "ui/Sentences.h"
 #include "ui/TimeText.h"
 #include "window/picker/WindowPickerModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
@@ -159,7 +160,7 @@ QString MainModel::recordingNote() const {
     if (!status.lostSources.empty()) {
         QStringList lost;
         for (const auto& source : status.lostSources)
-            lost.append(QString::fromStdString(source));
+            lost.append(ui::sentence(source));
         return tr("Not recorded: %1").arg(lost.join(QStringLiteral("; ")));
     }
     if (std::ranges::any_of(status.sounds, [](const capture::SoundStatus& sound) {
@@ -172,18 +173,18 @@ QString MainModel::recordingNote() const {
     if (left && *left < app::files::DiskForecast::soon)
         notes.append(tr("There is room for %1.").arg(ui::elapsedText(*left)));
     for (const auto& note : status.notes)
-        notes.append(QString::fromStdString(note));
+        notes.append(ui::sentence(note));
     return notes.join(QLatin1Char(' '));
 }
 
 QString MainModel::alertText() const {
     const auto& error = m_state.error();
-    return error ? QString::fromStdString(error->description()) : QString();
+    return error ? ui::sentence(error->description()) : QString();
 }
 
 QString MainModel::alertSuggestion() const {
     const auto& error = m_state.error();
-    return error ? QString::fromStdString(std::string(error->recoverySuggestion())) : QString();
+    return error ? ui::sentence(std::string(error->recoverySuggestion())) : QString();
 }
 
 void MainModel::openProject() {
@@ -209,11 +210,11 @@ QString MainModel::recoverySize() const {
 }
 
 QString MainModel::readOnlyReason() const {
-    return QString::fromStdString(m_flows.projects.readOnlyNotice());
+    return ui::sentence(m_flows.projects.readOnlyNotice());
 }
 
 QString MainModel::pictureReason() const {
-    return QString::fromStdString(m_flows.projects.pictureNotice());
+    return ui::sentence(m_flows.projects.pictureNotice());
 }
 
 QString MainModel::deletedName() const {

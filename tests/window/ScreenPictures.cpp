@@ -23,6 +23,8 @@ ScreenPictureTest::ScreenPictureTest() {
         QCoreApplication::installTranslator(&m_brackets);
         QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     }
+    if (GetParam().isGerman)
+        m_german.emplace(QStringLiteral("de"), *QCoreApplication::instance());
     preferences.setTheme(GetParam().theme);
     showWindow();
 }
@@ -41,7 +43,7 @@ void ScreenPictureTest::keep(const char* name, Texts texts) {
     const auto shot = window().grabWindow();
     const auto corner = shot.pixelColor(1, shot.height() - 2);
     EXPECT_EQ(corner.lightness() < 128, GetParam().theme == ui::ThemeChoice::dark) << name;
-    check(window().contentItem(), name, GetParam().isForeign && texts == Texts::allOurs);
+    check(window().contentItem(), name, texts);
 }
 
 bool ScreenPictureTest::fillsStage() {
@@ -55,7 +57,7 @@ bool ScreenPictureTest::fillsStage() {
            std::abs(shown.height() - stage.height()) < 1;
 }
 
-void ScreenPictureTest::check(QQuickItem* shown, const char* screen, bool isTranslated) {
+void ScreenPictureTest::check(QQuickItem* shown, const char* screen, Texts texts) {
     if (!shown->isVisible() || shown->clip())
         return;
     const auto text = shown->property("text").toString();
@@ -63,13 +65,16 @@ void ScreenPictureTest::check(QQuickItem* shown, const char* screen, bool isTran
         const auto rect = shown->mapRectToScene(shown->boundingRect());
         const QRectF bounds(QPointF(0, 0), QSizeF(window().size()));
         EXPECT_TRUE(bounds.contains(rect)) << screen << ": " << text.toStdString();
+        EXPECT_FALSE(texts == Texts::allOurs && shown->property("truncated").toBool())
+            << screen << " cuts off: " << text.toStdString();
         const bool hasLetters =
             std::ranges::any_of(text, [](QChar letter) { return letter.isLetter(); });
+        const bool isTranslated = GetParam().isForeign && texts == Texts::allOurs;
         EXPECT_TRUE(!isTranslated || !hasLetters || text.startsWith(u'['))
             << screen << " is not translated: " << text.toStdString();
     }
     for (auto* child : shown->childItems())
-        check(child, screen, isTranslated);
+        check(child, screen, texts);
 }
 
 } // namespace vantro::window

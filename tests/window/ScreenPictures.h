@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/Language.h"
 #include "window/WindowFixture.h"
 
 #include <QGuiApplication>
@@ -7,6 +8,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTranslator>
+#include <optional>
 
 namespace vantro::window {
 
@@ -23,14 +25,15 @@ struct Look {
     const char* name;
     ui::ThemeChoice theme;
     bool isForeign; ///< in another language, from right to left
+    bool isGerman = false;
 };
 
 /// A page of text, as it is recorded most often.
 QImage pageOfText(int second);
 
 /// Shows every screen in one look, keeps the pictures for people, and checks what can be checked
-/// without taste: the theme's background, that no text is cut off at the window's edge, and that
-/// all of ours can be translated. The editor takes the size VANTRO_PICTURE_SIZE, WIDTHxHEIGHT.
+/// without taste: the theme's background, that no text of ours is cut off, and that all of them can
+/// be translated. The editor takes the size VANTRO_PICTURE_SIZE, WIDTHxHEIGHT.
 class ScreenPictureTest : public test::WindowFixture, public testing::WithParamInterface<Look> {
   protected:
     ScreenPictureTest();
@@ -47,9 +50,10 @@ class ScreenPictureTest : public test::WindowFixture, public testing::WithParamI
     bool fillsStage();
 
   private:
-    void check(QQuickItem* shown, const char* screen, bool isTranslated);
+    void check(QQuickItem* shown, const char* screen, Texts texts);
 
     Brackets m_brackets;
+    std::optional<ui::Language> m_german;
 };
 
 } // namespace vantro::window

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     qputenv("VANTRO_RESOURCES", VANTRO_SOURCE_RESOURCES);
+    qputenv("LOCPATH", VANTRO_LOCALES);
     testing::InitGoogleMock(&argc, argv);
     const QApplication application(argc, argv);
     qInstallMessageHandler(failOnWarning);

@@ -1,6 +1,7 @@
 #include "editor/bars/RulerPicture.h"
 
 #include "editor/bars/RulerNodes.h"
+#include "ui/Sentences.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -41,7 +42,7 @@ std::vector<RulerPicture::Label> RulerPicture::labels() const {
     for (const auto& mark : timeline()->marks()) {
         if (!mark.isMajor)
             continue;
-        auto text = QString::fromStdString(mark.label);
+        auto text = ui::localNumber(mark.label);
         const double extent = metrics.horizontalAdvance(text);
         const double left = std::clamp(mark.x - extent / 2, 0.0, std::max(width() - extent, 0.0));
         labels.push_back({std::move(text), left, extent});

@@ -3,6 +3,7 @@
 #include "editor/bars/BarParts.h"
 #include "render/timing/SegmentTimeMap.h"
 #include "timeline/TimeAxis.h"
+#include "ui/Sentences.h"
 
 #include <QCoreApplication>
 
@@ -18,10 +19,6 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(TimelineBars)
 };
 
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
-}
-
 QString keyOf(const EdgeRow& row) {
     switch (row.edge.kind) {
     case timeline::SegmentEdge::Kind::start:
@@ -36,18 +33,19 @@ QString keyOf(const EdgeRow& row) {
 
 QString zoomName(double level, double time) {
     return Texts::tr("Zoom %1 at %2")
-        .arg(text(timeline::levelLabel(level)), text(timeline::rulerLabel(time, true)));
+        .arg(ui::localNumber(timeline::levelLabel(level)),
+             ui::localNumber(timeline::rulerLabel(time, true)));
 }
 
 } // namespace
 
 QString labelOf(const ZoomRow& row) {
     return row.count > 1 ? Texts::tr("%n zooms", nullptr, row.count)
-                         : text(timeline::levelLabel(row.level));
+                         : ui::localNumber(timeline::levelLabel(row.level));
 }
 
 QString badgeOf(const SegmentRow& row) {
-    return text(render::speedLabel(row.speed));
+    return ui::localNumber(render::speedLabel(row.speed));
 }
 
 QString nameOf(const model::ClickEvent& zoom) {
@@ -55,14 +53,16 @@ QString nameOf(const model::ClickEvent& zoom) {
 }
 
 QString nameOf(const timeline::Suggestion& suggestion) {
-    const auto time = text(timeline::rulerLabel(suggestion.zoom.timestamp, true));
+    const auto time = ui::localNumber(timeline::rulerLabel(suggestion.zoom.timestamp, true));
     return suggestion.reason == timeline::Suggestion::Reason::change
                ? Texts::tr("Suggested zoom at %1: the picture changed").arg(time)
                : Texts::tr("Suggested zoom at %1: the pointer stayed").arg(time);
 }
 
 QString nameOf(const model::TimelineSegment& segment, std::size_t index) {
-    return Texts::tr("Segment %1, %2").arg(index + 1).arg(text(render::speedLabel(segment.speed)));
+    return Texts::tr("Segment %1, %2")
+        .arg(index + 1)
+        .arg(ui::localNumber(render::speedLabel(segment.speed)));
 }
 
 QString nameOf(const timeline::SegmentEdge& edge) {

@@ -30,7 +30,9 @@ Item {
 
     function place(number: real): real { return logarithmic ? Math.log2(number) : number }
     function number(place: real): real { return logarithmic ? Math.pow(2, place) : place }
-    function text(number: real): string { return (number * factor).toFixed(decimals) + unit }
+    function text(number: real): string {
+        return (number * factor).toFixed(decimals).replace(".", Qt.locale().decimalPoint) + unit
+    }
     function show() {
         slider.value = place(Math.min(Math.max(value, from), to))
         if (!field.typed)

@@ -3,6 +3,7 @@
 #include "editor/sidebar/PicturePreviews.h"
 #include "media/PictureFile.h"
 #include "model/BackgroundCatalog.h"
+#include "ui/Sentences.h"
 
 #include <QPointer>
 #include <algorithm>
@@ -153,7 +154,7 @@ void BackgroundGroup::tryPicture(const std::filesystem::path& path) {
                 return;
             if (problem.empty())
                 self->use(model::BackgroundImageSource::custom(path));
-            self->setProblem(QString::fromStdString(problem));
+            self->setProblem(ui::sentence(problem));
         };
     });
 }

@@ -1,6 +1,7 @@
 #include "editor/sidebar/ZoomGroup.h"
 
 #include "timeline/TimeAxis.h"
+#include "ui/Sentences.h"
 
 #include <algorithm>
 
@@ -24,7 +25,7 @@ model::ClickEvent ZoomGroup::shown() const {
 
 QString ZoomGroup::title() const {
     return tr("Zoom at %1")
-        .arg(QString::fromStdString(timeline::rulerLabel(shown().timestamp, true)));
+        .arg(ui::localNumber(timeline::rulerLabel(shown().timestamp, true)));
 }
 
 double ZoomGroup::width() const {

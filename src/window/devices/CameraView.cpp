@@ -3,6 +3,7 @@
 #include "app/state/AppState.h"
 #include "model/Edit.h"
 #include "ui/ActionGuard.h"
+#include "ui/Sentences.h"
 
 #include <QPointer>
 #include <utility>
@@ -87,7 +88,7 @@ void CameraView::close() {
 void CameraView::told(const std::weak_ptr<CameraFeed>& feed, const std::string& problem) {
     if (!m_feed || feed.lock() != m_feed)
         return;
-    m_problem = QString::fromStdString(problem);
+    m_problem = ui::sentence(problem);
     if (!problem.empty())
         m_pictures.clear();
     Q_EMIT changed();

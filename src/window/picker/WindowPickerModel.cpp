@@ -1,6 +1,7 @@
 #include "window/picker/WindowPickerModel.h"
 
 #include "capture/RecordingTarget.h"
+#include "ui/Sentences.h"
 
 #include <algorithm>
 
@@ -75,7 +76,7 @@ void WindowPickerModel::listed(int request, const Listing& listing) {
         return;
     m_asking = false;
     m_loading = false;
-    m_loadError = listing ? QString() : QString::fromStdString(listing.error());
+    m_loadError = listing ? QString() : ui::sentence(listing.error());
     setWindows(listing ? offeredWindows(listing->windows, capture::ownBundleIdentifier)
                        : std::vector<capture::ShareableWindow>());
     Q_EMIT statusChanged();

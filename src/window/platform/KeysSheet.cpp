@@ -1,5 +1,7 @@
 #include "window/platform/KeysSheet.h"
 
+#include "ui/Sentences.h"
+
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QKeySequenceEdit>
@@ -91,7 +93,7 @@ void KeysSheet::tell(const std::optional<capture::GlobalKeysState>& state) {
     else if (state->kind == Kind::refused)
         m_status->setText(tr("The desktop was told not to give these keys to Vantro."));
     else
-        m_status->setText(tr(state->whyNot.c_str()));
+        m_status->setText(ui::sentence(state->whyNot));
 }
 
 } // namespace vantro::window
