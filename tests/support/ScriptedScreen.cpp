@@ -320,7 +320,7 @@ void ScriptedScreen::resize(int width, int height, const std::optional<ScreenFra
 }
 
 void ScriptedScreen::sleep(bool isAsleep) {
-    const Locked lock(m_implementation->loop);
+    const LockedLoop lock(m_implementation->loop);
     pw_stream_set_active(m_implementation->stream, !isAsleep);
 }
 

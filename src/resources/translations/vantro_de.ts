@@ -457,8 +457,16 @@
         <translation>Rahmen</translation>
     </message>
     <message>
+        <source>New recordings begin with this background, padding, corner radius and canvas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Padding</source>
         <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Use This Look for New Recordings</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -476,16 +484,16 @@
         <translation>Film an der Abspielmarke beginnen oder enden</translation>
     </message>
     <message>
+        <source>Ctrl+Comma, Ctrl+Q</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Ctrl+E</source>
         <translation>Strg+E</translation>
     </message>
     <message>
         <source>Ctrl+N, Ctrl+O</source>
         <translation>Strg+N, Strg+O</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Strg+Q</translation>
     </message>
     <message>
         <source>Ctrl+S</source>
@@ -588,10 +596,6 @@
         <translation>Abspielen oder anhalten</translation>
     </message>
     <message>
-        <source>Quit</source>
-        <translation>Beenden</translation>
-    </message>
-    <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
     </message>
@@ -606,6 +610,10 @@
     <message>
         <source>Save Project</source>
         <translation>Projekt speichern</translation>
+    </message>
+    <message>
+        <source>Settings, Quit</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Shift+drag</source>
@@ -668,6 +676,10 @@
 </context>
 <context>
     <name>Messages</name>
+    <message>
+        <source>%1 What was recorded until then is whole.</source>
+        <translation type="unfinished"></translation>
+    </message>
     <message>
         <source>A recording is running</source>
         <translation>Eine Aufnahme läuft</translation>
@@ -757,6 +769,10 @@
         <translation>Der Film hat stattdessen den einfarbigen Hintergrund (%1). Zum Speichern ist dieses Bild nötig oder ein anderer Hintergrund.</translation>
     </message>
     <message>
+        <source>The recording was stopped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Vantro ended before the changes to “%1” were saved. Discard deletes these changes, but neither the recording nor the saved project.</source>
         <translation>Vantro endete, bevor die Änderungen an „%1“ gespeichert waren. „Verwerfen“ löscht diese Änderungen, aber weder die Aufnahme noch das gespeicherte Projekt.</translation>
     </message>
@@ -827,16 +843,16 @@ Soll sie ersetzt werden?</translation>
         <translation>Hintergrundbild</translation>
     </message>
     <message>
-        <source>Count Down Before Recording</source>
-        <translation>Vor der Aufnahme herunterzählen</translation>
-    </message>
-    <message>
         <source>Dark</source>
         <translation>Dunkel</translation>
     </message>
     <message>
         <source>Export</source>
         <translation>Export</translation>
+    </message>
+    <message>
+        <source>Exporting: %1 %</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Follow the Desktop</source>
@@ -875,6 +891,14 @@ Soll sie ersetzt werden?</translation>
         <translation>PNG-Bild (*.png)</translation>
     </message>
     <message>
+        <source>Pause Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paused at %1 (click to stop)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Pictures (*.jpg *.jpeg *.png *.webp)</source>
         <translation>Bilder (*.jpg *.jpeg *.png *.webp)</translation>
     </message>
@@ -887,6 +911,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Der Bildschirm wird aufgenommen</translation>
     </message>
     <message>
+        <source>Resume Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Save Frame</source>
         <translation>Bild speichern</translation>
     </message>
@@ -895,8 +923,12 @@ Soll sie ersetzt werden?</translation>
         <translation>Projekt speichern</translation>
     </message>
     <message>
-        <source>Set Up Global Keys…</source>
-        <translation>Globale Tasten einrichten …</translation>
+        <source>Settings…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show Vantro</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Stop Recording</source>
@@ -1021,6 +1053,18 @@ Soll sie ersetzt werden?</translation>
         <translation>Pegel des Mikrofons</translation>
     </message>
     <message>
+        <source>Pause (Ctrl+P)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Resume (Ctrl+P)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Stop (Ctrl+S)</source>
         <translation>Stopp (Strg+S)</translation>
     </message>
@@ -1057,6 +1101,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>%1 cannot be used from anywhere.</source>
         <translation>%1 ist als globale Taste nicht möglich.</translation>
+    </message>
+    <message>
+        <source>%1 cannot do two things; take another key.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>%1 exists and is not a project in one file; it is left as it is</source>
@@ -1387,6 +1435,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Original</translation>
     </message>
     <message>
+        <source>Pause or resume a recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Permission denied</source>
         <translation>Keine Berechtigung</translation>
     </message>
@@ -1535,6 +1587,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Der Zeiger wird nicht aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
     <message>
+        <source>The pointer is recorded apart from the picture, but as part of it where a single window is recorded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The pointer is recorded as part of the picture: this desktop does not tell where it is.</source>
         <translation>Der Zeiger wird als Teil des Bildes aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
@@ -1579,8 +1635,8 @@ Soll sie ersetzt werden?</translation>
         <translation>Diese Arbeitsumgebung gibt keine ganzen Bildschirme frei.</translation>
     </message>
     <message>
-        <source>This desktop gives no keys to programs: in its keyboard settings, bind a key to the command “vantro toggle” and one to “vantro mark”.</source>
-        <translation>Diese Arbeitsumgebung gibt Programmen keine Tasten: In ihren Tastatureinstellungen eine Taste mit dem Befehl „vantro toggle“ belegen und eine mit „vantro mark“.</translation>
+        <source>This desktop gives no keys to programs: in its keyboard settings, bind keys to the commands “vantro toggle”, “vantro pause” and “vantro mark”.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Try selecting a different area or restarting the app.</source>
@@ -1919,6 +1975,10 @@ Soll sie ersetzt werden?</translation>
         <translation>die verworfenen Änderungen sind noch da</translation>
     </message>
     <message>
+        <source>the disk of %1 is nearly full: %2 MB are free, %3 MB are needed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the display was disconnected</source>
         <translation>der Bildschirm wurde getrennt</translation>
     </message>
@@ -1929,6 +1989,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>the output</source>
         <translation>die Ausgabe</translation>
+    </message>
+    <message>
+        <source>the recording is paused</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>the recording</source>
@@ -1979,6 +2043,10 @@ Soll sie ersetzt werden?</translation>
         <translation>der Tonserver meldet</translation>
     </message>
     <message>
+        <source>the system bus has gone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the system denies access to it</source>
         <translation>das System verweigert den Zugriff darauf</translation>
     </message>
@@ -2021,6 +2089,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>there is no sound server</source>
         <translation>es läuft kein Tonserver</translation>
+    </message>
+    <message>
+        <source>this desktop does not tell any more where it is</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>this desktop does not tell where it is</source>
@@ -2407,6 +2479,25 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
+    <name>vantro::app::flows::RecordingFlow</name>
+    <message>
+        <source>The desktop has ended the sharing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The disk is nearly full.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The recording cannot be written any more.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>recordings cannot go to %1. The settings take another folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>vantro::editor::EditorModel</name>
     <message>
         <source>%1%2 — Vantro</source>
@@ -2444,6 +2535,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>MP4 video</source>
         <translation>MP4-Video</translation>
+    </message>
+    <message>
+        <source>New recordings will look like this</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Saved %1</source>
@@ -2590,6 +2685,41 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
+    <name>vantro::window::DesktopNews</name>
+    <message>
+        <source>Nothing has moved for ten minutes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation type="unfinished">Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Still recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The disk is nearly full</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The export has failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The film is ready</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The recording has ended</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is room for less than five minutes of the recording.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>vantro::window::DisplayChoice</name>
     <message>
         <source>%1 (%2 x %3)</source>
@@ -2599,12 +2729,12 @@ Soll sie ersetzt werden?</translation>
 <context>
     <name>vantro::window::KeysSheet</name>
     <message>
-        <source>Keys From Anywhere</source>
-        <translation>Globale Tasten</translation>
-    </message>
-    <message>
         <source>No keys are set up.</source>
         <translation>Es sind keine Tasten eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Pause or resume it</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Set Up…</source>
@@ -2666,8 +2796,16 @@ Soll sie ersetzt werden?</translation>
         <translation>Nicht aufgenommen: %1</translation>
     </message>
     <message>
+        <source>The disk is full in %1. Vantro stops before.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The microphone is silent.</source>
         <translation>Das Mikrofon ist stumm.</translation>
+    </message>
+    <message>
+        <source>There is room for %1.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>This desktop does not tell clicks. Press %1 where a zoom should be.</source>
@@ -2679,14 +2817,129 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
+    <name>vantro::window::SettingsSheet</name>
+    <message>
+        <source>%1 pictures a second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 seconds</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, padding %2 %, corners %3 px, canvas %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>As usual. “Use This Look for New Recordings” beside a film changes it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose the folder of recordings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Countdown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folder of Recordings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folder of recordings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Frame rate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Kept in</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keys From Anywhere</source>
+        <translation type="unfinished">Globale Tasten</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look of new recordings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New Recordings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New recordings have the usual look</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recordings cannot go to %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recordings go to the usual place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished">Einstellungen</translation>
+    </message>
+    <message>
+        <source>The system&apos;s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Usual Look</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Usual Place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vantro speaks it from its next start on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>vantro::window::StopNotice</name>
+    <message>
+        <source>Pause Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
     <message>
         <source>Recording the screen</source>
         <translation>Der Bildschirm wird aufgenommen</translation>
     </message>
     <message>
+        <source>Resume Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Stop Recording</source>
         <translation>Aufnahme stoppen</translation>
+    </message>
+    <message>
+        <source>The recording is paused</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
