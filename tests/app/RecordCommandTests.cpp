@@ -1,6 +1,7 @@
 // `vantro record` run as a user runs it, on a private X server; the projects it makes looked into.
 #include "app/CommandLineFixture.h"
 #include "app/cli/RecordingWatch.h"
+#include "app/flows/ScriptedServices.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "support/Eventually.h"
@@ -123,6 +124,16 @@ TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
     const auto made = files::readProjectFile(project).recording;
     EXPECT_GE(std::filesystem::file_size(made.movie()), 500);
     EXPECT_LT(made.metadata().endTime, 10);
+}
+
+TEST(RecordingWatch, CountsTheFilmsSecondsNotThePauses) {
+    using namespace std::chrono_literals;
+    ScriptedRecorder recorder;
+    recorder.recorderStatus.pausedFor = 300ms;
+    const auto began = base::hostNow();
+    EXPECT_EQ(cli::watchRecording(recorder, {}, {.seconds = 0.1, .bytes = {}}, {}),
+              cli::RecordingEnd::seconds);
+    EXPECT_GE(base::hostNow() - began, 400ms);
 }
 
 TEST(ByteSize, MayHaveAUnit) {
