@@ -1,6 +1,7 @@
 // `vantro record` run as a user runs it, on a private X server; the projects it makes looked into.
 #include "app/CommandLineFixture.h"
 #include "app/cli/RecordingWatch.h"
+#include "app/flows/ScriptedServices.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "media/Asset.h"
@@ -172,6 +173,16 @@ TEST_F(RecordCommand, StopsBeforeTheDiskIsFullWithAWholeFilm) {
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.output, HasSubstr("is nearly full: 20 MB are free"));
     EXPECT_FALSE(std::filesystem::exists(project));
+}
+
+TEST(RecordingWatch, CountsTheFilmsSecondsNotThePauses) {
+    using namespace std::chrono_literals;
+    ScriptedRecorder recorder;
+    recorder.recorderStatus.pausedFor = 300ms;
+    const auto began = base::hostNow();
+    EXPECT_EQ(cli::watchRecording(recorder, {}, {.seconds = 0.1, .bytes = {}}, {}),
+              cli::RecordingEnd::seconds);
+    EXPECT_GE(base::hostNow() - began, 400ms);
 }
 
 TEST(ByteSize, MayHaveAUnit) {

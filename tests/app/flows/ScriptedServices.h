@@ -205,7 +205,7 @@ class ScriptedPanels : public app::flows::FilePanels {
     }
     void answer(std::optional<std::filesystem::path> path) {
         kind.reset();
-        const auto chosen = [](auto&& file) { return app::flows::ChosenFile{std::move(file)}; };
+        const auto chosen = [](auto file) { return app::flows::ChosenFile{std::move(file)}; };
         std::exchange(m_answer, {})(std::move(path).transform(chosen));
     }
 
