@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -96,9 +97,6 @@ void ScriptedCompositor::Implementation::bindOutput(wl_client* client, void* dat
     wl_output_send_geometry(resource, 0, 0, 0, 0, WL_OUTPUT_SUBPIXEL_UNKNOWN, "", "",
                             output.transform);
     wl_output_send_mode(resource, WL_OUTPUT_MODE_CURRENT, output.width, output.height, 60'000);
-    wl_output_send_scale(resource, 1);
-    wl_output_send_name(resource, output.name.c_str());
-    wl_output_send_done(resource);
 }
 
 void ScriptedCompositor::Implementation::bindPlaces(wl_client* client, void* data,
@@ -211,7 +209,7 @@ void ScriptedCompositor::Implementation::start() {
         throw std::runtime_error("no socket for a scripted compositor");
     for (const auto& each : script.outputs) {
         auto& output = *outputs.emplace_back(std::make_unique<Output>(Output{each}));
-        output.global = offer(wl_output_interface, 4, &output, bindOutput);
+        output.global = offer(wl_output_interface, 1, &output, bindOutput);
     }
     offer(zxdg_output_manager_v1_interface, 3, this, bindPlaces);
     offer(wl_seat_interface, 7, this, bindSeat);

@@ -1,14 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace vantro::test {
 
 /// A screen of a compositor.
 struct ScriptedOutput {
-    std::string name = "SCRIPT-1";
     int x = 0; ///< in the compositor's units
     int y = 0;
     int width = 640; ///< pixels, as the screen has them

@@ -97,8 +97,7 @@ const wl_output_listener CompositorLink::Listeners::output{
         },
     .done = [](void*, wl_output*) {},
     .scale = [](void*, wl_output*, std::int32_t) {},
-    .name = [](void* self, wl_output*,
-               const char* name) { static_cast<Output*>(self)->told.name = name; },
+    .name = [](void*, wl_output*, const char*) {},
     .description = [](void*, wl_output*, const char*) {}};
 
 const zxdg_output_v1_listener CompositorLink::Listeners::place{
@@ -183,7 +182,7 @@ void CompositorLink::announced(std::uint32_t name, const std::string& interface,
     } else if (interface == wl_output_interface.name && !m_isLearnt) {
         auto& output = *m_outputs.emplace_back(std::make_unique<Output>());
         output.global = name;
-        bind(output.output, wl_output_interface, 4);
+        bind(output.output, wl_output_interface, 1);
         wl_output_add_listener(output.output.get(), &Listeners::output, &output);
     }
 }

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,7 +45,6 @@ using Owned = std::unique_ptr<Proxy, FreeProxy>;
 
 /// A screen as the compositor tells of it. A plain record.
 struct CompositorOutput {
-    std::string name;      ///< such as "DP-1"; empty where it tells none
     model::Point position; ///< in the compositor's units
     pipewire::Size pixels; ///< of its picture, upright
 };

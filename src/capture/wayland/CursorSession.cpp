@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "base/SerialQueue.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <ext-image-copy-capture-v1-client.h>
@@ -16,26 +17,17 @@ constexpr base::HostDuration untilWoken = std::chrono::hours(1);
 
 } // namespace
 
-/// The picture's size has to fit. A place of (0, 0) says nothing: some portals tell it of each
-/// screen.
+/// A place of (0, 0) says nothing: some portals tell it of each screen.
 std::optional<std::size_t> outputOf(const PortalStream& stream, pipewire::Size picture,
                                     const std::vector<CompositorOutput>& outputs) {
+    const auto found = std::ranges::find(outputs, picture, &CompositorOutput::pixels);
+    if (found == outputs.end() ||
+        std::ranges::count(outputs, picture, &CompositorOutput::pixels) > 1)
+        return {};
     const auto place = stream.position.value_or(model::Point());
-    const bool isPlaceTold = place != model::Point();
-    std::optional<std::size_t> found;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-        const CompositorOutput& output = outputs[i];
-        if (output.pixels.width != picture.width || output.pixels.height != picture.height)
-            continue;
-        if (!output.name.empty() && output.name == stream.id)
-            return i;
-        if (isPlaceTold && output.position != place)
-            continue;
-        if (found)
-            return {};
-        found = i;
-    }
-    return found;
+    if (place != model::Point() && place != found->position)
+        return {};
+    return found - outputs.begin();
 }
 
 struct CursorSession::Listeners {
@@ -66,7 +58,10 @@ const ext_image_copy_capture_session_v1_listener CursorSession::Listeners::image
 
 bool CursorSession::isOffered() {
     const auto link = CompositorLink::open(longestAnswer);
-    return link && link->tellsPointer();
+    return link && link->tellsPointer() &&
+           std::ranges::all_of(link->outputs(), [&](const CompositorOutput& output) {
+               return outputOf({}, output.pixels, link->outputs()).has_value();
+           });
 }
 
 std::unique_ptr<CursorSession> CursorSession::of(const PortalStream& stream, pipewire::Size picture,

@@ -10,8 +10,8 @@
 
 namespace vantro::capture::wayland {
 
-/// Which of the outputs a screen cast shows, by what the portal tells and the size of the first
-/// picture; nothing where that is in doubt.
+/// Which of the outputs a screen cast shows, by the size of the first picture and what the portal
+/// tells; nothing where that is in doubt.
 std::optional<std::size_t> outputOf(const PortalStream& stream, pipewire::Size picture,
                                     const std::vector<CompositorOutput>& outputs);
 
@@ -31,7 +31,8 @@ class CursorListener {
 /// does not. On a thread of its own, "com.vantro.pointer", until it is destroyed.
 class CursorSession {
   public:
-    /// Whether the compositor has any to offer. Asks it, which takes a second at most.
+    /// Whether the compositor offers any, and each of its screens has a size of its own, so that a
+    /// cast shows which it is of. Asks it, which takes a second at most.
     static bool isOffered();
     /// For the screen that a cast shows; null where that is in doubt or the compositor does not
     /// play. `listener` outlives this.

@@ -20,6 +20,8 @@ constexpr const char* sessionToken = "vantro";
 // For the portal itself, which may have to be started first; the user's answer comes apart from
 // that and may take any time.
 constexpr std::chrono::seconds longestReply{15};
+// A recording's end waits for this.
+constexpr std::chrono::milliseconds longestGoodbye{500};
 
 // As the portal's interface has them.
 constexpr std::uint32_t granted = 0;
@@ -123,7 +125,11 @@ PortalSession::~PortalSession() {
     }
     if (isOpen) {
         try {
-            m_session->callMethod("Close").onInterface(sessionInterface).dontExpectReply();
+            // Answered once the desktop has ended it: some send a session that begins before that
+            // no picture.
+            m_session->callMethod("Close")
+                .onInterface(sessionInterface)
+                .withTimeout(longestGoodbye);
         } catch (const sdbus::Error& error) {
             base::logInfo("The portal's session cannot be closed: {}", error.getMessage());
         }
