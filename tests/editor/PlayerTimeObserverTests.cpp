@@ -112,6 +112,16 @@ TEST_F(PlayerTimeObserverTest, OfALongGapNoMoreThanAPictureIsForgiven) {
     EXPECT_DOUBLE_EQ(player->seeks[0].to, 500);
 }
 
+TEST_F(PlayerTimeObserverTest, TheEndOfTheItemStartsOver) {
+    open(10, {});
+    player->onEnd();
+    EXPECT_DOUBLE_EQ(player->seeks.back().to, 0);
+    player->onEnd();
+    EXPECT_EQ(player->seeks.size(), 1U) << "one restart at a time";
+    player->finishSeek();
+    EXPECT_EQ(player->rates, std::vector{1.0});
+}
+
 TEST_F(PlayerTimeObserverTest, WithoutAPlayerNothingHappens) {
     open(10, withGap);
     playAt(2);

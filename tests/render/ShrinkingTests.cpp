@@ -52,7 +52,7 @@ struct Film {
     SceneContent content;
 
     Film() {
-        content.recording = test::screenPicture(PixelFormat::bgra, 960, 540, 7);
+        content.recording = test::textPicture(960, 540);
         content.camera = {1, 300, 200};
         content.background = &background;
         content.cursor = &test::arrow();

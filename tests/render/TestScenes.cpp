@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -86,6 +87,27 @@ std::shared_ptr<media::PixelBuffer> screenPicture(PixelFormat format, int width,
                 picture->mutableRow(plane, y)[i] =
                     channel == 3 ? 255 : sampleAt(isColor ? i / 4 : i, y, seed + channel * 31);
             }
+    return picture;
+}
+
+std::shared_ptr<media::PixelBuffer> textPicture(int width, int height) {
+    auto picture = flatPicture(PixelFormat::bgra, width, height, {255, 255, 255, 255});
+    Dice dice(1);
+    for (int line = height / 10; line + 10 < height; line += 18) {
+        const int end = static_cast<int>(width * dice.between(0.5, 0.9));
+        for (int x = width / 10; x < end;
+             x += dice.chance(0.2) ? 14 : 7) // a letter, or a word's end
+            for (int stroke = 0; stroke < 3; ++stroke) {
+                const int at = static_cast<int>(dice.between(0, 5));
+                const int length = static_cast<int>(dice.between(3, 10));
+                const bool upright = dice.chance(0.5);
+                const int gray = static_cast<int>(dice.between(40, 160));
+                for (int i = 0; i < (upright ? length : 5); ++i)
+                    std::memset(picture->mutableRow(0, line + (upright ? i : 2 * at)) +
+                                    std::ptrdiff_t{x + (upright ? at : i)} * 4,
+                                gray, 3);
+            }
+    }
     return picture;
 }
 

@@ -11,6 +11,8 @@ namespace vantro::test {
 std::shared_ptr<media::PixelBuffer> screenPicture(media::PixelFormat format, int width, int height,
                                                   std::uint32_t seed,
                                                   media::ColorDescription color = {});
+/// Lines of small dark strokes on white, bgra: what a page of text is to a filter.
+std::shared_ptr<media::PixelBuffer> textPicture(int width, int height);
 /// Every pixel holds these samples: the channels of a bgra picture, the planes of a planar one.
 std::shared_ptr<media::PixelBuffer> flatPicture(media::PixelFormat format, int width, int height,
                                                 std::array<std::uint8_t, 4> samples,

@@ -1,8 +1,5 @@
-#include "media/PictureFile.h"
 #include "render/TestScenes.h"
 #include "render/ZoomCompositor.h"
-
-#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -62,21 +59,6 @@ class ZoomCompositorTest : public testing::Test {
     std::vector<Scene> scenes;
 };
 
-TEST_F(ZoomCompositorTest, HandsTheSourceOnWhenThereIsNothingToDo) {
-    auto made = compositor({{3, 4, 0}});
-    made.setBackgroundShown(false);
-    EXPECT_NE(made.compose(at(0)), source); // there is a pointer
-    edit.cursorScale = 0;
-    made.setEdit(edit);
-    EXPECT_EQ(made.compose(at(0)), source);
-    media::CompositionRequest smaller = at(0);
-    smaller.width = 33;
-    EXPECT_EQ(made.compose(smaller)->width(), 33);
-    EXPECT_NE(made.compose(at(10)), source); // zoomed
-    made.setBackgroundShown(true);
-    EXPECT_NE(made.compose(at(0)), source);
-}
-
 TEST_F(ZoomCompositorTest, DrawsAnUnchangedPictureOnlyOnce) {
     auto made = compositor({{3, 4, 0}, {3, 4, 2}, {9, 4, 3}});
     const auto first = made.compose(at(0));
@@ -111,28 +93,6 @@ TEST_F(ZoomCompositorTest, SwapsLeftAndRightOfAMirroredWebcam) {
         EXPECT_GT(greenAt(14), greenAt(1) + 50);
         EXPECT_GT(greenAt(12), greenAt(11) + 50);
     }
-}
-
-TEST_F(ZoomCompositorTest, LoadsABackgroundPictureOnceAndShrinksItTowardsTheCanvas) {
-    const auto path = std::filesystem::temp_directory_path() / "compositor-background.png";
-    media::writePng(path, *flat(PixelFormat::bgra, 300, 300, 90));
-    edit.background.type = model::BackgroundImageSource::custom(path);
-    auto made = compositor();
-    const auto pictureAfter = [&](double padding) {
-        edit.background.padding = padding;
-        made.setEdit(edit);
-        made.compose(at(0));
-        return last().background->picture;
-    };
-    const auto shown = pictureAfter(0.1);
-    ASSERT_TRUE(shown);
-    EXPECT_EQ(shown->width(), 75); // halved while it stays as large as 64 × 48
-    std::filesystem::remove(path);
-    EXPECT_EQ(pictureAfter(0.2), shown); // not read again
-    const auto image = std::exchange(edit.background.type, model::BackgroundColor{});
-    EXPECT_EQ(pictureAfter(0.2), nullptr);
-    edit.background.type = image;
-    EXPECT_EQ(pictureAfter(0.2), nullptr); // gone, and not an error
 }
 
 } // namespace

@@ -110,7 +110,7 @@ void ClickSystem::offerLogind() {
     user.finishRegistration();
     auto& session = add(sessionPath);
     m_session = &session;
-    const auto property = [&]<typename Value>(const char* key, Value) {
+    const auto property = [&]<typename Value>(const char* key, const Value&) {
         session.registerProperty(key).onInterface(sessionInterface).withGetter([this, key] {
             return m_state.with([&](State& state) { return propertiesOf(state.script).at(key); })
                 .template get<Value>();
