@@ -4,6 +4,7 @@
 #include "base/SerialQueue.h"
 
 #include <chrono>
+#include <utility>
 
 namespace vantro::capture {
 namespace {
@@ -70,7 +71,8 @@ void CursorTracker::note(const std::optional<model::CursorPosition>& kept) {
 void CursorTracker::pointerAt(const PointerSample& sample) {
     const auto timestamp = timestampOf(sample.time);
     note(m_records.with([&](Records& records) {
-        records.newest = sample.place;
+        if (std::exchange(records.newest, sample.place) != sample.place)
+            ++m_moves;
         return timestamp ? records.keep(sample.place, *timestamp, leastGap, true) : std::nullopt;
     }));
 }
@@ -105,6 +107,7 @@ void CursorTracker::runTimer(const std::stop_token& stop) {
 }
 
 void CursorTracker::pressed(const PointerPress& press) {
+    ++m_moves;
     const auto timestamp = timestampOf(press.time);
     if (!timestamp)
         return;

@@ -7,6 +7,7 @@
 #include "capture/RecordingClock.h"
 #include "model/RecordingMetadata.h"
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <thread>
@@ -51,6 +52,8 @@ class CursorTracker final : public PointerOutput {
     void pressesUnknown(const std::string& why) override;
     void pointerStopped(const std::string& error) override;
 
+    /// How often the pointer has changed its place or a button was pressed.
+    std::int64_t moves() const { return m_moves; }
     /// Copies of everything recorded so far.
     std::vector<model::CursorPosition> positions() const;
     std::vector<model::ClickEvent> clicks() const;
@@ -77,6 +80,7 @@ class CursorTracker final : public PointerOutput {
     OnUnknown m_onUnknown;
     model::Point m_placeOfUnknown;
     base::Guarded<Records> m_records;
+    std::atomic<std::int64_t> m_moves = 0;
     std::jthread m_timer;
 };
 

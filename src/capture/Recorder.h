@@ -32,6 +32,7 @@ struct RecordingStatistics {
     bool isRunning = false;          ///< from the start's success to the stop
     std::int64_t framesCaptured = 0; ///< handed to the encoder
     std::int64_t framesDropped = 0;  ///< left out because the encoder had not caught up
+    std::int64_t pointerMoves = 0;   ///< and presses, while it runs
     // The camera's, likewise.
     std::int64_t webcamFramesCaptured = 0;
     std::int64_t webcamFramesDropped = 0;

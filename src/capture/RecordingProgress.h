@@ -52,6 +52,7 @@ class RecordingProgress {
         RecordingStatistics now{.isRunning = m_isRunning,
                                 .framesCaptured = m_captured,
                                 .framesDropped = m_dropped,
+                                .pointerMoves = 0,
                                 .webcamFramesCaptured = m_webcamCaptured,
                                 .webcamFramesDropped = m_webcamDropped,
                                 .condition = reports.condition,

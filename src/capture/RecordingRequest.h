@@ -20,6 +20,9 @@ struct SourceSwitches {
     bool operator==(const SourceSwitches&) const = default;
 };
 
+/// Pictures a second, at most, unless the user wants fewer.
+inline constexpr int usualFrameRate = 60;
+
 /// What a user wants to record, by window or command line; nothing of it has been looked up yet. A
 /// plain record.
 struct RecordingRequest {
@@ -32,6 +35,7 @@ struct RecordingRequest {
     std::string windowTitle{};
     /// Where the desktop asks the user itself: an earlier choice does not hold again.
     bool chooseAgain = false;
+    int frameRate = usualFrameRate;
     SourceSwitches sources{};
     bool operator==(const RecordingRequest&) const = default;
 };

@@ -16,8 +16,6 @@ namespace {
 constexpr std::int64_t videoBitRate = 50'000'000;
 // An exact seek decodes half of this on average.
 constexpr double keyframeInterval = 0.5; // seconds
-constexpr double expectedFrameRate = 60;
-constexpr std::int64_t metadataFrameRate = 60;
 
 // What the log tells of a writer's end.
 enum class WriterStatus { completed = 2, failed = 3 };
@@ -60,6 +58,8 @@ bool RecordingSession::choose(std::stop_token cancelled) {
     if (!target)
         return false;
     m_target = std::move(*target);
+    m_target.minimumFrameInterval =
+        base::HostDuration(std::chrono::seconds(1)) / m_request.frameRate;
     m_platform->settleClicks(cancelled);
     return !cancelled.stop_requested();
 }
@@ -135,7 +135,8 @@ void RecordingSession::openWriter(const std::vector<media::AudioSettings>& audio
     const media::VideoSettings settings{.width = m_target.width,
                                         .height = m_target.height,
                                         .averageBitRate = videoBitRate,
-                                        .expectedFrameRate = expectedFrameRate,
+                                        .expectedFrameRate =
+                                            static_cast<double>(m_request.frameRate),
                                         .keyframeInterval = keyframeInterval,
                                         .expectsRealTime = true};
     try {
@@ -169,6 +170,15 @@ void RecordingSession::startSources() {
     } catch (const std::runtime_error& error) {
         failStart(error.what());
     }
+}
+
+RecordingStatistics RecordingSession::statistics() {
+    auto now = m_progress.statistics();
+    m_markable.with([&](CursorTracker* tracker) {
+        if (tracker != nullptr)
+            now.pointerMoves = tracker->moves();
+    });
+    return now;
 }
 
 void RecordingSession::mark() {
@@ -264,7 +274,7 @@ model::RecordingMetadata RecordingSession::describeRecording() const {
     model::RecordingMetadata metadata;
     metadata.captureRect = m_target.captureRect;
     metadata.displayID = m_target.display.displayID;
-    metadata.frameRate = metadataFrameRate;
+    metadata.frameRate = m_request.frameRate;
     metadata.displayScaleFactor = m_target.display.backingScaleFactor;
     return metadata;
 }

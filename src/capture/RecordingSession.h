@@ -50,7 +50,7 @@ class RecordingSession final : public Recorder {
     /// when the movie could not be written to its end, and noRecordingData when no frame has come;
     /// everything has stopped then too.
     model::RecordingMetadata stop() override;
-    RecordingStatistics statistics() override { return m_progress.statistics(); }
+    RecordingStatistics statistics() override;
     void mark() override;
 
     /// What was chosen.

@@ -30,7 +30,7 @@ struct RecordingTarget {
     std::optional<PictureCrop> crop;
     int width = 0; ///< of the movie: pixels, even; content beyond it is cut off
     int height = 0;
-    base::HostDuration minimumFrameInterval{1'000'000'000 / 60};
+    base::HostDuration minimumFrameInterval{1'000'000'000 / usualFrameRate};
 };
 
 /// The windows of the application with this identifier are never recorded: it is our own.

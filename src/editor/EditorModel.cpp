@@ -53,6 +53,8 @@ void EditorModel::followFlows() {
     connect(&m_flows.exports, &app::flows::ExportFlow::exported, this,
             &EditorModel::setExportedFile);
     connect(&m_frames, &FrameExport::done, this, &EditorModel::setNotice);
+    connect(m_sidebar.frame(), &sidebar::FrameGroup::lookChosen, this,
+            [this] { setNotice(tr("New recordings will look like this")); });
     connect(&m_flows.projects, &app::flows::ProjectFlow::activityChanged, this,
             &EditorModel::workingChanged);
     connect(&m_flows.projects, &app::flows::ProjectFlow::saved, this, [this](const QString& path) {

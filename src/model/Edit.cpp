@@ -10,4 +10,14 @@ Edit freshEdit(const RecordingMetadata& metadata, Edit choices) {
     return choices;
 }
 
+Look lookOf(const Edit& edit) {
+    return {.background = edit.background, .canvasAspectRatio = edit.canvasAspectRatio};
+}
+
+Edit withLook(Edit edit, const Look& look) {
+    edit.background = look.background;
+    edit.canvasAspectRatio = look.canvasAspectRatio;
+    return edit;
+}
+
 } // namespace vantro::model

@@ -32,4 +32,15 @@ struct Edit {
 /// length; the rest as in `choices`.
 Edit freshEdit(const RecordingMetadata& metadata, Edit choices = {});
 
+/// What films of one author have in common.
+struct Look {
+    BackgroundSettings background;
+    CanvasAspectRatio canvasAspectRatio = CanvasAspectRatio::automatic;
+    bool operator==(const Look&) const = default;
+};
+
+Look lookOf(const Edit& edit);
+/// The edit with that look.
+Edit withLook(Edit edit, const Look& look);
+
 } // namespace vantro::model

@@ -79,4 +79,16 @@ Project decodeProject(std::string_view json, const std::filesystem::path& movie,
             .edit = std::move(document.edit)};
 }
 
+std::string encodeLook(const Look& look) {
+    return json::encode(look, json::JsonWriter::Style::compact);
+}
+
+Look decodeLook(std::string_view json, const std::filesystem::path& pictures,
+                const BackgroundCatalog& backgrounds) {
+    auto look = json::decode<Look>(json);
+    validate(look);
+    complete(look.background.type, pictures, backgrounds);
+    return look;
+}
+
 } // namespace vantro::model

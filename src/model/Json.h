@@ -37,4 +37,10 @@ std::string encodeProject(const Project& project);
 Project decodeProject(std::string_view json, const std::filesystem::path& movie,
                       const BackgroundCatalog& backgrounds = BackgroundCatalog::application());
 
+/// A look by itself, compact. Pictures are stored and found as a project's; custom ones lie in
+/// `pictures`.
+std::string encodeLook(const Look& look);
+Look decodeLook(std::string_view json, const std::filesystem::path& pictures,
+                const BackgroundCatalog& backgrounds = BackgroundCatalog::application());
+
 } // namespace vantro::model

@@ -113,6 +113,12 @@ struct Codec<CanvasAspectRatio> : ChoiceCodec<CanvasAspectRatio, allCanvasAspect
 template <>
 struct Codec<WebcamPosition> : ChoiceCodec<WebcamPosition, allWebcamPositions> {};
 
+template <>
+struct Fields<Look> {
+    static constexpr std::array list{required<&Look::background>("backgroundSettings"),
+                                     required<&Look::canvasAspectRatio>("canvasAspectRatio")};
+};
+
 /// The document: a project without the place of its movie.
 struct ProjectDocument {
     std::int64_t version = 1;

@@ -138,6 +138,10 @@ void validate(const RecordingMetadata& metadata) {
     checkMetadata("", metadata);
 }
 
+void validate(const Look& look) {
+    checkBackground(look.background);
+}
+
 void validate(const RecordingMetadata& metadata, const Edit& edit) {
     checkMetadata("metadata.", metadata);
     checkClicks("", "editableClickEvents", edit.clickEvents);

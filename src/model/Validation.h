@@ -15,6 +15,7 @@ namespace vantro::model {
 
 /// Of a recording alone.
 void validate(const RecordingMetadata& metadata);
+void validate(const Look& look);
 /// Of a project.
 void validate(const RecordingMetadata& metadata, const Edit& edit);
 

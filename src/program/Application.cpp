@@ -31,12 +31,15 @@
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/overlay/DesktopOverlays.h"
+#include "window/platform/DesktopNews.h"
 #include "window/platform/DeviceMenu.h"
 #include "window/platform/HiddenWindows.h"
 #include "window/platform/IdleInhibitor.h"
-#include "window/platform/KeysSheet.h"
+#include "window/platform/KeysFromAnywhere.h"
+#include "window/platform/Notifications.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
+#include "window/platform/SettingsSheet.h"
 #include "window/platform/StopNotice.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
@@ -52,7 +55,6 @@
 namespace vantro::program {
 namespace {
 
-constexpr int countdownSeconds = 3;
 /// The bus starts the program because somebody calls it; if nobody does, it goes.
 constexpr std::chrono::seconds longestUnasked(20);
 
@@ -143,9 +145,9 @@ class Program {
          .openMovie = openMovieForEditor,
          .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     editor::bars::EditorActions m_actions{m_state, *m_preview.transport()};
-    window::TrayIcon m_tray{m_state, m_recording};
     OwnPressFilter m_ownPresses;
     ProgramControl m_control{m_state, m_flows, m_recordingTasks};
+    window::TrayIcon m_tray{m_state, m_recording, [this] { m_control.show({}, {}); }};
     window::KeysFromAnywhere m_keys{m_preferences,
                                     {app::bindGlobalKeys, app::isWaylandSession()},
                                     [this](capture::GlobalAction action) {
@@ -154,6 +156,12 @@ class Program {
                                     }};
     window::StopNotice m_stopNotice{m_state, m_recording, QDBusConnection::sessionBus(),
                                     QSystemTrayIcon::isSystemTrayAvailable};
+    window::Notifications m_notifications{QDBusConnection::sessionBus()};
+    window::DesktopNews m_news{
+        m_flows,
+        m_notifications,
+        {.isLookedAt = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; },
+         .showInFolder = [this](const QString& file) { m_fileManager.show(file); }}};
     window::IdleInhibitor m_idle{m_state, QDBusConnection::sessionBus()};
     window::start::UnsavedRecordingsModel m_recordings{m_recovery};
     window::start::RecentProjectsModel m_recents{m_preferences, m_projects, m_shelfTasks};
@@ -218,15 +226,24 @@ void Program::camerasChanged() {
 }
 
 void Program::followPreferences() {
-    const auto countDown = [this] {
-        m_recording.setCountdown(m_preferences.countdown() ? countdownSeconds : 0);
+    const auto useDefaults = [this] {
+        m_recording.setCountdown(m_preferences.countdown());
+        m_recording.setFrameRate(m_preferences.frameRate());
+        const auto folder = m_preferences.recordingsFolder();
+        m_recording.setFolder(folder.isEmpty() ? std::nullopt
+                                               : std::optional(folder.toStdString()));
+        m_state.setLook(m_preferences.look());
     };
-    countDown();
-    QObject::connect(&m_preferences, &ui::Preferences::countdownChanged, countDown);
-    QObject::connect(&m_model, &window::MainModel::optionsWanted, [this](double x, double y) {
+    useDefaults();
+    QObject::connect(&m_preferences, &ui::Preferences::recordingDefaultsChanged, useDefaults);
+    QObject::connect(m_editor.sidebar()->frame(), &editor::sidebar::FrameGroup::lookChosen,
+                     [this](const auto& look) { m_preferences.setLook(look); });
+    const auto showSettings = [this] { window::showSettingsSheet(m_preferences, m_keys); };
+    QObject::connect(&m_model, &window::MainModel::settingsWanted, showSettings);
+    QObject::connect(&m_model, &window::MainModel::optionsWanted, [=, this](double x, double y) {
         window::showOptionsMenu(
             m_preferences, QPointF(x, y).toPoint(), [this] { m_projects.importMovie(); },
-            [this] { window::showKeysSheet(m_keys); });
+            showSettings);
     });
 }
 

@@ -31,9 +31,11 @@ class ProgramControl {
     /// "stop-recording". Others do nothing.
     void act(const std::string& action);
 
-  private:
+    /// Shows the window and opens the first of the files; nothing while something is recorded.
+    /// `token` is the desktop's leave to come to the front; empty without one.
     void show(const std::vector<std::string>& addresses, const std::string& token);
 
+  private:
     app::AppState& m_state;
     const app::flows::Flows m_flows;
     QObject m_context; // signals are followed for as long as it lives

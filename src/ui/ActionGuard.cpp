@@ -41,7 +41,8 @@ void ActionGuard::followEverything() {
     follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
     for (const auto signal :
          {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::desktopAskingChanged,
-          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged})
+          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged,
+          &RecordingFlow::stopNoticeChanged})
         follow(m_flows.recording, signal);
     follow(m_flows.exports, &ExportFlow::runningChanged);
     follow(m_flows.projects, &ProjectFlow::activityChanged);
@@ -59,6 +60,8 @@ Screen ActionGuard::screen() const {
 QString ActionGuard::message() const {
     if (m_state.showError())
         return QStringLiteral("alert");
+    if (!m_flows.recording.stopNotice().isEmpty() && screen() == Screen::editor)
+        return QStringLiteral("stopped");
     if (m_quitAsked)
         return QStringLiteral("quit");
     if (m_flows.projects.isLeaveAsked())

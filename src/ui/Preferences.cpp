@@ -1,15 +1,29 @@
 #include "ui/Preferences.h"
 
+#include "archive/ArchivePath.h"
+#include "base/Log.h"
+#include "base/OutputFile.h"
+#include "model/Json.h"
+
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
+#include <algorithm>
 
 namespace vantro::ui {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr qsizetype mostRecentProjects = 8;
 const QString themeKey = QStringLiteral("theme");
 const QString countdownKey = QStringLiteral("countdown");
+const QString frameRateKey = QStringLiteral("frameRate");
+const QString recordingsKey = QStringLiteral("recordingsFolder");
+const QString lookKey = QStringLiteral("look");
 const QString languageKey = QStringLiteral("language");
+constexpr int firstCountdown = 3; ///< what "true" meant once
 const QString positionKey = QStringLiteral("windowPosition");
 const QString editorSizeKey = QStringLiteral("editorSize");
 const QString editorMaximizedKey = QStringLiteral("editorMaximized");
@@ -39,6 +53,31 @@ QString deviceKey(DeviceUse use) {
 
 QString areaKey(const QString& display) {
     return QStringLiteral("areas/") + QString::fromLatin1(display.toUtf8().toPercentEncoding());
+}
+
+/// A choice that somebody has written into the file, if it is one.
+template <std::size_t count>
+int offered(const std::array<int, count>& choices, const QVariant& value) {
+    const auto* found = std::ranges::find(choices, value.toInt());
+    return found != choices.end() ? *found : choices.front();
+}
+
+/// A copy whose name tells its content, so that no other takes its place while a recording shows
+/// it. `picture` may lie in an archive.
+fs::path copyInto(const fs::path& folder, const fs::path& picture) {
+    constexpr std::uint64_t largest = 256'000'000; // bytes, as for every picture
+    if (picture.parent_path() == folder)
+        return picture;
+    const auto bytes = archive::readAll(archive::locate(picture), largest);
+    const auto hash =
+        QCryptographicHash::hash(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())),
+                                 QCryptographicHash::Sha1);
+    constexpr qsizetype enough = 8; // characters
+    auto copy = folder / (picture.stem().string() + "-" + hash.toHex().left(enough).toStdString() +
+                          picture.extension().string());
+    fs::create_directories(folder);
+    base::writeWholeFile(copy, bytes);
+    return copy;
 }
 
 QString standardFile() {
@@ -73,19 +112,85 @@ void Preferences::setTheme(ThemeChoice theme) {
     Q_EMIT themeChanged();
 }
 
-bool Preferences::countdown() const {
-    return m_settings.value(countdownKey, false).toBool();
+void Preferences::setRecordingDefault(const QString& key, const QVariant& value, bool isUsual) {
+    if (isUsual)
+        m_settings.remove(key);
+    else
+        m_settings.setValue(key, value);
+    Q_EMIT recordingDefaultsChanged();
 }
 
-void Preferences::setCountdown(bool countdown) {
-    m_settings.setValue(countdownKey, countdown);
-    Q_EMIT countdownChanged();
+int Preferences::countdown() const {
+    const auto value = m_settings.value(countdownKey);
+    return value.toString() == QStringLiteral("true") ? firstCountdown : offered(countdowns, value);
+}
+
+void Preferences::setCountdown(int seconds) {
+    setRecordingDefault(countdownKey, seconds, seconds == countdowns.front());
+}
+
+int Preferences::frameRate() const {
+    return offered(frameRates, m_settings.value(frameRateKey));
+}
+
+void Preferences::setFrameRate(int frameRate) {
+    setRecordingDefault(frameRateKey, frameRate, frameRate == frameRates.front());
+}
+
+QString Preferences::recordingsFolder() const {
+    const auto folder = m_settings.value(recordingsKey).toString();
+    return QDir::isAbsolutePath(folder) ? folder : QString();
+}
+
+void Preferences::setRecordingsFolder(const QString& folder) {
+    setRecordingDefault(recordingsKey, folder, folder.isEmpty());
+}
+
+fs::path Preferences::pictureFolder() const {
+    return fs::path(m_settings.fileName().toStdString()).parent_path() / "backgrounds";
+}
+
+std::optional<model::Look> Preferences::look() const {
+    if (!m_settings.contains(lookKey))
+        return {};
+    try {
+        auto look =
+            model::decodeLook(m_settings.value(lookKey).toString().toStdString(), pictureFolder());
+        const auto* picture = std::get_if<model::BackgroundImageSource>(&look.background.type);
+        if (picture != nullptr && !QFile::exists(QString::fromStdString(picture->path.string())))
+            look.background.type = model::BackgroundColor{};
+        return look;
+    } catch (const model::DecodingError& error) {
+        base::logWarning("The look of new recordings is left out: {}", error.what());
+        return {};
+    }
+}
+
+void Preferences::setLook(std::optional<model::Look> look) {
+    auto* picture =
+        look ? std::get_if<model::BackgroundImageSource>(&look->background.type) : nullptr;
+    if (picture != nullptr && !picture->isBuiltIn)
+        try {
+            picture->path = copyInto(pictureFolder(), picture->path);
+        } catch (const std::exception& error) {
+            base::logWarning("The background of new recordings is the usual one: {}", error.what());
+            look->background.type = model::BackgroundColor{};
+        }
+    setRecordingDefault(lookKey,
+                        look ? QString::fromStdString(model::encodeLook(*look)) : QString(), !look);
 }
 
 QString Preferences::language() const {
     const auto language = m_settings.value(languageKey).toString();
     return language == QStringLiteral("en") || language == QStringLiteral("de") ? language
                                                                                 : QString();
+}
+
+void Preferences::setLanguage(const QString& language) {
+    if (language.isEmpty())
+        m_settings.remove(languageKey);
+    else
+        m_settings.setValue(languageKey, language);
 }
 
 bool Preferences::hasGlobalKeys() const {

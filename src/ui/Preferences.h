@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/GlobalKeys.h"
+#include "model/Edit.h"
 
 #include <QObject>
 #include <QPoint>
@@ -8,6 +9,7 @@
 #include <QSettings>
 #include <QSize>
 #include <QStringList>
+#include <array>
 #include <optional>
 
 namespace vantro::ui {
@@ -40,12 +42,25 @@ class Preferences : public QObject {
     ThemeChoice theme() const;
     void setTheme(ThemeChoice theme);
 
-    /// Count down before recording.
-    bool countdown() const;
-    void setCountdown(bool countdown);
+    // What recordings begin with. Choices that are not offered count as the first.
+    static constexpr std::array countdowns{0, 3, 5, 10};    ///< whole seconds
+    static constexpr std::array frameRates{60, 30, 24, 15}; ///< pictures a second at most
+
+    int countdown() const;
+    void setCountdown(int seconds);
+    int frameRate() const;
+    void setFrameRate(int frameRate);
+    /// Where they are made; empty for the usual place.
+    QString recordingsFolder() const;
+    void setRecordingsFolder(const QString& folder);
+    /// What they look like; nothing for the usual look. A picture of the user's own is copied
+    /// beside the preferences, since its project may go; without it the rest still counts.
+    std::optional<model::Look> look() const;
+    void setLook(std::optional<model::Look> look);
 
     /// Of texts, from the next start on: "en", "de"; empty for the system's.
     QString language() const;
+    void setLanguage(const QString& language);
 
     /// Keys that work from anywhere have been set up.
     bool hasGlobalKeys() const;
@@ -83,10 +98,13 @@ class Preferences : public QObject {
 
   Q_SIGNALS:
     void themeChanged();
-    void countdownChanged();
+    void recordingDefaultsChanged();
     void recentProjectsChanged();
 
   private:
+    std::filesystem::path pictureFolder() const;
+    void setRecordingDefault(const QString& key, const QVariant& value, bool isUsual);
+
     QSettings m_settings;
 };
 

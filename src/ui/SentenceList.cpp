@@ -226,6 +226,7 @@ const std::vector<const char*>& knownSentences() {
         QT_TRANSLATE_NOOP("Sentences", "the desktop's screen-sharing service has ended"),
         QT_TRANSLATE_NOOP("Sentences", "the device is gone"),
         QT_TRANSLATE_NOOP("Sentences", "the discarded changes are still there"),
+        QT_TRANSLATE_NOOP("Sentences", "the disk of %1 is nearly full: %2 MB are free, %3 MB are needed"),
         QT_TRANSLATE_NOOP("Sentences", "the display was disconnected"),
         QT_TRANSLATE_NOOP("Sentences", "the number is too large"),
         QT_TRANSLATE_NOOP("Sentences", "the output"),

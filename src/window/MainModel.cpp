@@ -85,6 +85,7 @@ void MainModel::connectQuestions() {
         connect(&object, signal, this, &MainModel::questionChanged);
     };
     follow(m_state, &app::AppState::recordingNameChanged);
+    follow(m_flows.recording, &app::flows::RecordingFlow::stopNoticeChanged);
     follow(m_flows.projects, &app::flows::ProjectFlow::questionChanged);
     follow(m_flows.recovery, &app::flows::RecoveryFlow::askedToDeleteChanged);
     follow(m_flows.recovery, &app::flows::RecoveryFlow::detailsChanged);
@@ -152,6 +153,9 @@ QString MainModel::recordingNote() const {
     const auto& status = m_flows.recording.recorderStatus();
     if (!status.isCapturing())
         return tr("Capture has ended. Stop to keep what was recorded.");
+    const auto left = m_flows.recording.diskSecondsLeft();
+    if (left && *left < app::files::DiskForecast::verySoon)
+        return tr("The disk is full in %1. Vantro stops before.").arg(ui::elapsedText(*left));
     if (!status.lostSources.empty()) {
         QStringList lost;
         for (const auto& source : status.lostSources)
@@ -165,6 +169,8 @@ QString MainModel::recordingNote() const {
     if (status.framesDropped > 0)
         return tr("Frames dropped: %1").arg(status.framesDropped);
     QStringList notes;
+    if (left && *left < app::files::DiskForecast::soon)
+        notes.append(tr("There is room for %1.").arg(ui::elapsedText(*left)));
     for (const auto& note : status.notes)
         notes.append(ui::sentence(note));
     return notes.join(QLatin1Char(' '));

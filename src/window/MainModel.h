@@ -50,6 +50,7 @@ class MainModel : public QObject {
     Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
     // What the messages about files name.
     Q_PROPERTY(QString projectName READ projectName NOTIFY questionChanged)
+    Q_PROPERTY(QString stopNotice READ stopNotice NOTIFY questionChanged)
     Q_PROPERTY(QString readOnlyReason READ readOnlyReason NOTIFY questionChanged)
     Q_PROPERTY(QString pictureReason READ pictureReason NOTIFY questionChanged)
     Q_PROPERTY(QString deletedName READ deletedName NOTIFY questionChanged)
@@ -81,6 +82,7 @@ class MainModel : public QObject {
     QString alertText() const;
     QString alertSuggestion() const;
     QString projectName() const { return QString::fromStdString(m_state.recordingName()); }
+    QString stopNotice() const { return m_flows.recording.stopNotice(); }
     QString readOnlyReason() const;
     QString pictureReason() const;
     QString deletedName() const;
@@ -104,6 +106,7 @@ class MainModel : public QObject {
     Q_INVOKABLE void saveAndLeave();
     Q_INVOKABLE void discardAndLeave();
     Q_INVOKABLE void stay();
+    Q_INVOKABLE void dismissStopNotice() { m_flows.recording.dismissStopNotice(); }
     Q_INVOKABLE void dismissReadOnlyNotice();
     Q_INVOKABLE void dismissPictureNotice();
     Q_INVOKABLE void keepListed();
@@ -118,6 +121,7 @@ class MainModel : public QObject {
     Q_INVOKABLE void dismissAlert() { m_state.setShowError(false); }
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }
+    Q_INVOKABLE void showSettings() { Q_EMIT settingsWanted(); }
 
     /// The window is asked to close. True when it may, and then the program ends; otherwise the
     /// user is asked about a recording or unsaved changes, or a recording that is being finished is
@@ -142,6 +146,7 @@ class MainModel : public QObject {
     void alertChanged();
     void questionChanged();
     void optionsWanted(double x, double y);
+    void settingsWanted();
     void quitReady();
 
   private:

@@ -226,6 +226,26 @@ TEST_F(RecordingFolder, IsNeverSomebodyElses) {
     EXPECT_TRUE(fs::is_empty(taken));
 }
 
+TEST_F(RecordingFolder, MayBeOneOfTheUsersWhereRecordingsAreStillFound) {
+    set("TMPDIR", folder.path());
+    const auto chosen = folder / "films";
+    EXPECT_THAT(files::recordingsFolderProblem(chosen), testing::HasSubstr("films: No such file"));
+    EXPECT_THAT(files::recordingsFolderProblem(folder.write("file", "")),
+                testing::HasSubstr("file: Not a directory"));
+    fs::create_directory(chosen);
+    EXPECT_EQ(files::recordingsFolderProblem(chosen), "");
+    const auto made = files::makeRecordingDirectory(chosen);
+    EXPECT_EQ(made.parent_path(), chosen);
+    EXPECT_EQ(fs::status(made).permissions(), fs::perms::owner_all);
+    EXPECT_THAT(files::recordingFolders(), testing::ElementsAre(made));
+    fs::rename(chosen, folder / "away"); // as a disk that is unplugged
+    EXPECT_TRUE(files::recordingFolders().empty());
+    fs::rename(folder / "away", chosen);
+    files::deleteRecording(made / "recording.mov");
+    EXPECT_FALSE(fs::exists(made));
+    EXPECT_TRUE(fs::is_empty(files::recordingsDirectory())) << "no link is left";
+}
+
 TEST_F(RecordingFolder, DeletesRecordingsAndNothingElse) {
     set("TMPDIR", folder.path());
     const auto made = files::makeRecordingDirectory();

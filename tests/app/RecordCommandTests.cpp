@@ -3,6 +3,7 @@
 #include "app/cli/RecordingWatch.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
+#include "media/Asset.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/SessionBus.h"
@@ -116,8 +117,56 @@ TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("B (the size limit)"));
     const auto made = files::readProjectFile(project).recording;
-    EXPECT_GE(std::filesystem::file_size(made.movie()), 500);
+    EXPECT_GE(std::filesystem::file_size(made.movie()), 200);
     EXPECT_LT(made.metadata().endTime, 10);
+}
+
+TEST_F(RecordCommand, TakesNoMorePicturesThanIsAsked) {
+    std::jthread drawing([&](const std::stop_token& stop) {
+        for (std::uint32_t color = 0; !stop.stop_requested(); color += 0x10305)
+            window.fill(color & 0xffffff);
+    });
+    const auto result = record("--no-system-audio --fps 15 --seconds 1");
+    drawing = {};
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    const auto made = files::readProjectFile(project).recording;
+    EXPECT_EQ(made.metadata().frameRate, 15);
+    EXPECT_LE(framesOf(made.movie()).size(), 18U);
+}
+
+/// Recordings are made on a file system of this size, which nobody else sees.
+std::string onSmallDisk(const std::filesystem::path& folder, const std::string& size) {
+    return fmt::format("TMPDIR='{0}' unshare -rm sh -c 'mount -t tmpfs -o size={1} small \"$0\" && "
+                       "exec \"$@\"' '{0}'",
+                       folder.string(), size);
+}
+
+TEST_F(RecordCommand, StopsBeforeTheDiskIsFullWithAWholeFilm) {
+    const auto disk = folder / "disk";
+    std::filesystem::create_directory(disk);
+    if (std::system("unshare -rm true") != 0)
+        GTEST_SKIP() << "this user cannot mount a small disk";
+    std::jthread drawing([&](const std::stop_token& stop) {
+        std::uint32_t number = 0;
+        while (!stop.stop_requested()) // pictures that need room
+            for (int y = 0; y < 480; y += 8)
+                for (int x = 0; x < 640; x += 8)
+                    window.fill({x, y, 8, 8}, (number += 0x9e3779) & 0xffffff);
+    });
+    const auto result = record("--no-system-audio --json --seconds 60", onSmallDisk(disk, "62M"));
+    drawing = {};
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("vantro: the disk is nearly full"));
+    EXPECT_THAT(result.output, HasSubstr(R"("endedBy":"diskFull")"));
+    const auto made = files::readProjectFile(project).recording;
+    EXPECT_GE(std::filesystem::file_size(made.movie()), 200'000);
+    EXPECT_NEAR(media::Asset::open(made.movie()).duration().seconds(), made.metadata().endTime,
+                0.05);
+    std::filesystem::remove_all(project);
+    const auto refused = record("--seconds 1", onSmallDisk(disk, "20M"));
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.output, HasSubstr("is nearly full: 20 MB are free"));
+    EXPECT_FALSE(std::filesystem::exists(project));
 }
 
 TEST(ByteSize, MayHaveAUnit) {

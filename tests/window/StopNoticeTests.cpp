@@ -1,39 +1,20 @@
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "window/PrivateBus.h"
+#include "window/ScriptedNotifications.h"
 #include "window/platform/StopNotice.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
-#include <QDBusVirtualObject>
 #include <QTest>
 
 namespace vantro::window {
 namespace {
 
-/// Keeps what it is asked to show and the number of what was closed.
-class ScriptedNotifications : public QDBusVirtualObject {
-  public:
-    QDBusMessage shown;
-    uint closed = 0;
-
-    QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
-        if (message.member() == QStringLiteral("Notify"))
-            shown = message;
-        else
-            closed = message.arguments().value(0).toUInt();
-        return true;
-    }
-};
-
 class StopNoticeTest : public testing::Test {
   protected:
-    StopNoticeTest() {
-        desktop.registerVirtualObject(QStringLiteral("/"), &service, QDBusConnection::SubPath);
-        desktop.registerService(QStringLiteral("org.freedesktop.Notifications"));
-    }
+    StopNoticeTest() { service.serve(desktop); }
     ~StopNoticeTest() override {
         for (const auto* name : {"desktop", "program"})
             QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
@@ -42,17 +23,11 @@ class StopNoticeTest : public testing::Test {
         return QTest::qWaitFor([&] { return !service.shown.member().isEmpty(); });
     }
     void answer(uint number) { desktop.send(service.shown.createReply(number)); }
-    void press(uint number) {
-        auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
-                                                 QStringLiteral("org.freedesktop.Notifications"),
-                                                 QStringLiteral("ActionInvoked"));
-        signal << number << QStringLiteral("stop");
-        desktop.send(signal);
-    }
+    void press(uint number) { service.press(desktop, number, QStringLiteral("stop")); }
 
     test::PrivateBus bus;
     QDBusConnection desktop = bus.connect(QStringLiteral("desktop"));
-    ScriptedNotifications service;
+    test::ScriptedNotifications service;
     app::AppState state{1};
     test::ScriptedPlatform platform;
     test::ScriptedOverlays overlays;

@@ -5,6 +5,7 @@
 #include "app/cli/RecordingControl.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/DiskForecast.h"
 #include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/ProjectStores.h"
@@ -172,6 +173,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
+    if (const auto problem = files::diskProblem(movie); !problem.empty())
+        throw model::VantroError(model::VantroError::Kind::captureStartFailed, problem);
     const ProcessorUse before;
     if (!recorder.start(movie))
         return cancelled();
@@ -194,6 +197,8 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     }
     folder.isSaved = true;
     printSummary(options, recording.metadata(), statistics, end, processorShare);
+    if (end == RecordingEnd::diskFull)
+        tell("vantro: the disk is nearly full; the recording holds what came until then\n");
     if (statistics.condition == capture::RecordingCondition::streamStopped)
         tell(fmt::format("vantro: {}; the recording holds what it showed until then\n",
                          statistics.streamError));
@@ -246,6 +251,9 @@ void addRequestOptions(base::Command command, capture::RecordingRequest& request
             return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
         })
         .needs(mode);
+    command.option("--fps", request.frameRate, "Frames a second, at most (default: 60)")
+        .valueName("60|30|24|15")
+        .oneOf({"60", "30", "24", "15"});
     const auto window =
         command
             .option("--window", request.windowID,

@@ -2,7 +2,9 @@
 
 #include "app/cli/Interrupt.h"
 #include "app/cli/StatusLine.h"
+#include "app/files/DiskForecast.h"
 #include "base/HostClock.h"
+#include "capture/StillnessWatch.h"
 
 #include <algorithm>
 #include <array>
@@ -68,13 +70,46 @@ std::string meters(const std::vector<capture::SoundStatus>& sounds) {
     return text;
 }
 
+/// How long the disk of a recording lasts.
+class DiskWatch {
+  public:
+    explicit DiskWatch(std::filesystem::path movie) : m_movie(std::move(movie)) {}
+
+    void look(double elapsed) {
+        const auto use = files::diskUse(m_movie);
+        m_isFull = use && use->isFull();
+        if (use)
+            m_forecast.add(elapsed, *use);
+        m_isNearlyFull = m_isNearlyFull || left() < files::DiskForecast::verySoon;
+    }
+    bool isFull() const { return m_isFull; }
+    /// And stays so: what is left goes up and down with what the screen shows.
+    bool isNearlyFull() const { return m_isNearlyFull; }
+    /// "  disk full in 12:30", as long as that is soon.
+    std::string text() const {
+        return left() < files::DiskForecast::soon ? "  disk full in " + clockText(left()) : "";
+    }
+
+  private:
+    double left() const {
+        return m_forecast.secondsLeft().value_or(std::numeric_limits<double>::infinity());
+    }
+
+    const std::filesystem::path m_movie;
+    files::DiskForecast m_forecast;
+    bool m_isFull = false;
+    bool m_isNearlyFull = false;
+};
+
 /// Tells once, in a line each, of what is asked for and not recorded.
 class Notices {
   public:
     explicit Notices(StatusLine& line) : m_line(line) {}
 
-    void tellOf(const capture::RecordingStatistics& statistics) {
+    void tellOf(const capture::RecordingStatistics& statistics, const DiskWatch& disk) {
         std::set<std::string> now;
+        if (disk.isNearlyFull())
+            now.insert("vantro: the disk is full in less than five minutes\n");
         for (const auto& lost : statistics.lostSources)
             now.insert("vantro: not recorded: " + lost + "\n");
         for (const auto& note : statistics.notes)
@@ -98,8 +133,8 @@ class Notices {
 } // namespace
 
 std::string_view rawValue(RecordingEnd end) {
-    constexpr std::array names{"interrupt", "seconds",       "maxSize",
-                               "desktop",   "streamStopped", "writerFailed"};
+    constexpr std::array names{"interrupt",     "seconds",      "maxSize", "desktop",
+                               "streamStopped", "writerFailed", "diskFull"};
     return names.at(static_cast<std::size_t>(end));
 }
 
@@ -125,11 +160,14 @@ RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::
                             const RecordingLimits& limits, const std::stop_token& interrupted) {
     StatusLine line;
     Notices notices(line);
+    DiskWatch disk(movie);
+    capture::StillnessWatch stillness;
     const auto started = base::hostNow();
     for (;;) {
         const double elapsed = base::inSeconds(base::hostNow() - started);
         const auto statistics = recorder.statistics();
-        notices.tellOf(statistics);
+        disk.look(elapsed);
+        notices.tellOf(statistics, disk);
         if (const auto end = endOf(statistics.condition))
             return *end;
         if (interrupted.stop_requested())
@@ -139,9 +177,16 @@ RecordingEnd watchRecording(capture::Recorder& recorder, const std::filesystem::
         // One frame at least, however small the limit.
         if (limits.bytes && statistics.framesCaptured > 0 && isAtLeast(movie, *limits.bytes))
             return RecordingEnd::maxSize;
-        line.show(fmt::format("Recording {}  {} frames, {} dropped{}  (Ctrl-C to stop)",
+        if (disk.isFull())
+            return RecordingEnd::diskFull;
+        if (stillness.hasRested(elapsed, statistics)) {
+            line.clear();
+            tell(fmt::format("vantro: nothing has moved for {:.0f} minutes\n",
+                             capture::StillnessWatch::longestRest / 60));
+        }
+        line.show(fmt::format("Recording {}  {} frames, {} dropped{}{}  (Ctrl-C to stop)",
                               clockText(elapsed), statistics.framesCaptured,
-                              statistics.framesDropped, meters(statistics.sounds)));
+                              statistics.framesDropped, meters(statistics.sounds), disk.text()));
         waitFor(limits.seconds < 0 ? statusPeriod
                                    : std::min(statusPeriod, limits.seconds - elapsed),
                 interrupted);

@@ -19,7 +19,16 @@ struct RecordingLimits {
 
 /// Why a recording has ended.
 /// `desktop`: the user has stopped it by the desktop's own means.
-enum class RecordingEnd { interrupt, seconds, maxSize, desktop, streamStopped, writerFailed };
+/// `diskFull`: nearly; what is written at the end still finds room.
+enum class RecordingEnd {
+    interrupt,
+    seconds,
+    maxSize,
+    desktop,
+    streamStopped,
+    writerFailed,
+    diskFull
+};
 
 /// As it stands in machine-readable output.
 std::string_view rawValue(RecordingEnd end);

@@ -83,6 +83,27 @@ bool makePrivate(const fs::path& folder) {
     return errno == EEXIST && isOwn(folder) && ::chmod(folder.c_str(), onlyUser) == 0;
 }
 
+/// The folder that is meant by an entry of a place; empty for one that is not there.
+fs::path behind(const fs::directory_entry& entry) {
+    std::error_code error;
+    if (!entry.is_symlink(error))
+        return entry.path();
+    auto folder = fs::read_symlink(entry.path(), error);
+    return !error && isOwn(folder) ? folder : fs::path();
+}
+
+/// The entries of all places.
+std::vector<fs::directory_entry> allEntries() {
+    std::vector<fs::directory_entry> found;
+    for (const auto& place : places()) {
+        std::error_code ignored; // what cannot be read holds nothing for us
+        if (isOwn(place.path()))
+            for (const auto& entry : fs::directory_iterator(place.path(), ignored))
+                found.push_back(entry);
+    }
+    return found;
+}
+
 } // namespace
 
 std::string defaultRecordingName(std::time_t when) {
@@ -97,16 +118,22 @@ fs::path recordingsDirectory() {
 
 std::vector<fs::path> recordingFolders() {
     std::vector<fs::path> found;
-    for (const auto& place : places()) {
-        std::error_code ignored; // what cannot be read holds nothing for us
-        if (isOwn(place.path()))
-            for (const auto& entry : fs::directory_iterator(place.path(), ignored))
-                found.push_back(entry.path());
-    }
+    for (const auto& entry : allEntries())
+        if (auto folder = behind(entry); !folder.empty())
+            found.push_back(std::move(folder));
     return found;
 }
 
-fs::path makeRecordingDirectory() {
+std::string recordingsFolderProblem(const fs::path& chosen) {
+    std::error_code error;
+    if (!fs::is_directory(chosen, error) && !error)
+        error = std::make_error_code(std::errc::not_a_directory);
+    if (!error && ::faccessat(AT_FDCWD, chosen.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        error = std::error_code(errno, std::generic_category());
+    return error ? fmt::format("{}: {}", chosen.string(), error.message()) : std::string();
+}
+
+fs::path makeRecordingDirectory(const std::optional<fs::path>& chosen) {
     const auto place = usablePlace();
     std::error_code ignored;
     fs::create_directories(place.base, ignored);
@@ -114,10 +141,17 @@ fs::path makeRecordingDirectory() {
     bool isMade = true;
     for (const auto& level : place.levels)
         isMade = isMade && makePrivate(folder /= level);
-    folder /= model::Uuid::random().toString();
-    if (isMade)
-        makePrivate(folder);
-    return folder;
+    const auto name = model::Uuid::random().toString();
+    folder /= name;
+    if (!chosen) {
+        if (isMade)
+            makePrivate(folder);
+        return folder;
+    }
+    const auto elsewhere = fs::absolute(*chosen) / name;
+    if (makePrivate(elsewhere) && isMade)
+        fs::create_directory_symlink(elsewhere, folder, ignored); // else it is not listed
+    return elsewhere;
 }
 
 std::uintmax_t recordingSize(const fs::path& movie) {
@@ -134,10 +168,15 @@ void deleteRecording(const fs::path& movie) {
     const auto all = recordingFolders();
     if (std::ranges::find(all, folder) == all.end())
         return;
+    const auto entries = allEntries(); // a link leads nowhere afterwards
     if (const auto lock = ProjectLock::take(folder); lock)
         fs::remove_all(folder);
     else if (isThere(folder))
         throw std::runtime_error(fmt::format("{}: {}", folder.string(), lock.error()));
+    std::error_code ignored;
+    for (const auto& entry : entries)
+        if (entry.is_symlink(ignored) && fs::read_symlink(entry.path(), ignored) == folder)
+            fs::remove(entry.path(), ignored);
 }
 
 } // namespace vantro::app::files

@@ -85,6 +85,7 @@ void ExportFlow::failed(int request, const std::string& failure) {
     setRunning(false);
     m_state.setError(failure, model::VantroError::Kind::exportFailed);
     m_state.setPhase(AppPhase::previewing());
+    Q_EMIT exportFailed(QString::fromStdString(failure));
 }
 
 void ExportFlow::finished(int request, const std::filesystem::path& output) {

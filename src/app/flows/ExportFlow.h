@@ -29,6 +29,7 @@ class ExportFlow : public QObject {
   Q_SIGNALS:
     void runningChanged();
     void exported(const QString& path);
+    void exportFailed(const QString& why);
 
   private:
     void start(ExportJob job);

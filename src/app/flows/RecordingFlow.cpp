@@ -39,7 +39,12 @@ void RecordingFlow::startRecording() {
     m_state.setRecordingName(files::defaultRecordingName());
     setElapsedSeconds(0);
     setRecorderStatus({});
-    m_outputURL = files::makeRecordingDirectory() / files::package::recordingFile;
+    m_outputURL = files::makeRecordingDirectory(m_folder) / files::package::recordingFile;
+    m_disk = {};
+    m_isDiskTold = false;
+    m_stillness = {};
+    m_whyStopped.clear();
+    setStopNotice({});
     const auto recorder = std::exchange(m_chosen, nullptr);
     m_state.setRecorder(recorder);
     m_secondTimer = m_services.timers.repeat(1s, [this] { tickSecond(); });
@@ -47,6 +52,8 @@ void RecordingFlow::startRecording() {
     m_services.tasks.run([this, recorder, outputURL = m_outputURL, hidden = m_areWindowsHidden,
                           request = ++m_request]() -> TaskRunner::Continuation {
         try {
+            if (const auto problem = files::diskProblem(outputURL); !problem.empty())
+                throw model::VantroError(model::VantroError::Kind::captureStartFailed, problem);
             if (hidden)
                 recorder->awaitHiddenWindows();
             if (recorder->start(outputURL))
@@ -61,11 +68,50 @@ void RecordingFlow::startRecording() {
 
 void RecordingFlow::tickSecond() {
     setElapsedSeconds(m_elapsedSeconds + 1);
+    const bool wasCapturing = m_recorderStatus.isCapturing();
     setRecorderStatus(m_state.recorder()->statistics());
     if (!m_recorderStatus.isCapturing())
-        setWindowsHidden(false);
-    if (m_recorderStatus.condition == capture::RecordingCondition::userStopped)
+        return wasCapturing ? followCondition() : void();
+    if (m_stillness.hasRested(m_elapsedSeconds, m_recorderStatus))
+        Q_EMIT nothingMoves();
+    watchDisk();
+}
+
+/// Nothing is captured any more.
+void RecordingFlow::followCondition() {
+    setWindowsHidden(false);
+    switch (m_recorderStatus.condition) {
+    case capture::RecordingCondition::recording:
+        break;
+    case capture::RecordingCondition::userStopped:
         stopRecording();
+        Q_EMIT endedByItself(tr("The desktop has ended the sharing."));
+        break;
+    case capture::RecordingCondition::streamStopped:
+        Q_EMIT endedByItself(QString::fromStdString(m_recorderStatus.streamError));
+        break;
+    case capture::RecordingCondition::writerFailed:
+        Q_EMIT endedByItself(tr("The recording cannot be written any more."));
+        break;
+    }
+}
+
+void RecordingFlow::watchDisk() {
+    const auto use = m_services.diskUse(m_outputURL);
+    if (!use)
+        return;
+    m_disk.add(m_elapsedSeconds, *use);
+    const auto left = m_disk.secondsLeft();
+    if (use->isFull())
+        stopByItself(tr("The disk is nearly full."));
+    else if (left && *left < files::DiskForecast::verySoon && !std::exchange(m_isDiskTold, true))
+        Q_EMIT diskNearlyFull();
+}
+
+void RecordingFlow::stopByItself(const QString& why) {
+    m_whyStopped = why;
+    stopRecording();
+    Q_EMIT endedByItself(why);
 }
 
 void RecordingFlow::startFailed(int request, const std::string& message) {
@@ -123,6 +169,7 @@ void RecordingFlow::recordingFinished(int request, const model::Recording& recor
     m_state.show({.name = m_state.recordingName(),
                   .recording = recording,
                   .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
+    setStopNotice(m_whyStopped);
 }
 
 void RecordingFlow::setElapsedSeconds(double seconds) {
@@ -130,6 +177,11 @@ void RecordingFlow::setElapsedSeconds(double seconds) {
         return;
     m_elapsedSeconds = seconds;
     Q_EMIT elapsedSecondsChanged();
+}
+
+void RecordingFlow::setStopNotice(const QString& notice) {
+    if (std::exchange(m_stopNotice, notice) != notice)
+        Q_EMIT stopNoticeChanged();
 }
 
 void RecordingFlow::setStopping(bool stopping) {

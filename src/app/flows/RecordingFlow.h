@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/files/DiskForecast.h"
 #include "app/flows/AreaOverlay.h"
 #include "app/flows/MainTimers.h"
 #include "app/flows/RecordingPlatform.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
+#include "capture/StillnessWatch.h"
 #include "model/Recording.h"
 
 #include <stop_token>
@@ -17,6 +19,8 @@ struct RecordingServices {
     AreaOverlays& overlays;
     MainTimers& timers;
     TaskRunner& tasks;
+    std::function<std::optional<files::DiskUse>(const std::filesystem::path& movie)> diskUse =
+        files::diskUse;
 };
 
 /// From the record button to the editor: asks what to record by the capture mode, runs the
@@ -51,6 +55,10 @@ class RecordingFlow : public QObject {
 
     /// Whole seconds to count down before a recording starts; 0 starts it at once.
     void setCountdown(int seconds) { m_countdown = seconds; }
+    /// Pictures a second at most, of recordings that begin from now on.
+    void setFrameRate(int frameRate) { m_frameRate = frameRate; }
+    /// Where they are made; nothing stands for the usual place.
+    void setFolder(std::optional<std::filesystem::path> folder) { m_folder = std::move(folder); }
     /// What is left of a countdown under way, else 0.
     int countdownRemaining() const { return m_countdownRemaining; }
 
@@ -67,6 +75,13 @@ class RecordingFlow : public QObject {
     bool isStopping() const { return m_stopping; }
     /// Of the recording under way, as of the last second.
     const capture::RecordingStatistics& recorderStatus() const { return m_recorderStatus; }
+    /// Seconds until the disk is full if the recording goes on as it does, as of the last second;
+    /// nothing while that is not known.
+    std::optional<double> diskSecondsLeft() const { return m_disk.secondsLeft(); }
+    /// Why the last recording was stopped before the user did: a sentence to be shown until it is
+    /// dismissed; else empty.
+    const QString& stopNotice() const { return m_stopNotice; }
+    void dismissStopNotice() { setStopNotice({}); }
 
   Q_SIGNALS:
     void elapsedSecondsChanged();
@@ -78,6 +93,13 @@ class RecordingFlow : public QObject {
     void stoppingChanged();
     void recorderStatusChanged();
     void countdownRemainingChanged();
+    void stopNoticeChanged();
+    // Each once, for whoever looks elsewhere:
+    /// Nothing more is recorded, though nobody has asked for that.
+    void endedByItself(const QString& why);
+    void diskNearlyFull();
+    /// Neither picture nor pointer have changed for long.
+    void nothingMoves();
     /// A recording could not be finished; what there is of it may be recovered.
     void leftBehind(const QString& recordingPath);
 
@@ -115,6 +137,11 @@ class RecordingFlow : public QObject {
     bool hasToHideWindows() const;
     void startRecording();
     void tickCountdown();
+    bool isFolderUsable();
+    void followCondition();
+    void watchDisk();
+    void stopByItself(const QString& why);
+    void setStopNotice(const QString& notice);
     void tickSecond();
     void chooseFailed(int request, const std::string& message);
     void startFailed(int request, const std::string& message);
@@ -142,9 +169,16 @@ class RecordingFlow : public QObject {
     bool m_isDesktopAsking = false;
     int m_countdown = 0;
     int m_countdownRemaining = 0;
+    int m_frameRate = capture::usualFrameRate;
+    std::optional<std::filesystem::path> m_folder;
     double m_elapsedSeconds = 0;
     bool m_stopping = false;
     capture::RecordingStatistics m_recorderStatus;
+    files::DiskForecast m_disk;
+    bool m_isDiskTold = false; ///< that it is nearly full
+    capture::StillnessWatch m_stillness;
+    QString m_whyStopped; ///< of the recording under way; empty where the user stops it
+    QString m_stopNotice;
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;
     std::unique_ptr<MainTimer> m_countdownTimer;

@@ -1,4 +1,5 @@
 // What precedes a recording: the choice of what to record, up to its start.
+#include "app/files/RecordingFolder.h"
 #include "app/flows/ErrorText.h"
 #include "app/flows/RecordingFlow.h"
 #include "base/Fatal.h"
@@ -46,7 +47,8 @@ void RecordingFlow::setPreparation(Preparation preparation) {
 void RecordingFlow::beginCapture() {
     if (isConfirming())
         return confirmChosen(); // as a key for it is pressed again
-    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
+    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none ||
+        !isFolderUsable())
         return;
     m_choosesAnew = false;
     switch (m_state.captureMode()) {
@@ -62,10 +64,22 @@ void RecordingFlow::beginCapture() {
 void RecordingFlow::chooseAnew() {
     if (isConfirming() || m_preparation == Preparation::countingDown)
         cancelPreparation();
-    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none)
+    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none ||
+        !isFolderUsable())
         return;
     m_choosesAnew = true;
     choose();
+}
+
+/// Whoever has chosen a folder is told that it is gone before they choose what to record.
+bool RecordingFlow::isFolderUsable() {
+    const auto problem = m_folder ? files::recordingsFolderProblem(*m_folder) : std::string();
+    if (!problem.empty())
+        m_state.setError(tr("recordings cannot go to %1. The settings take another folder.")
+                             .arg(QString::fromStdString(problem))
+                             .toStdString(),
+                         model::VantroError::Kind::captureStartFailed);
+    return problem.empty();
 }
 
 bool RecordingFlow::isDesktopToAsk() const {
@@ -204,6 +218,7 @@ capture::RecordingRequest RecordingFlow::makeRequest() const {
         .windowID = {},
         .windowTitle = {},
         .chooseAgain = m_choosesAnew,
+        .frameRate = m_frameRate,
         .sources = {.systemSound = m_state.systemAudioEnabled() && able.systemSound.isAvailable(),
                     .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
                     .camera = m_state.webcamEnabled() && able.camera.isAvailable(),

@@ -105,9 +105,10 @@ struct AppState::Fields {
         recordingPath,   metadataPath,  metadata,   clicks,     segments,
         selectedSegment, selectedClick, background, canvas,     cursorScale,
         webcamPosition,  webcamSize,    name,       projectPath};
-    static constexpr std::array inReset{
-        recordingPath, metadataPath, metadata, segments,       selectedSegment, clicks,
-        selectedClick, cursorScale,  canvas,   webcamPosition, webcamSize,      projectPath};
+    static constexpr std::array inReset{recordingPath,   metadataPath, metadata,       segments,
+                                        selectedSegment, clicks,       selectedClick,  cursorScale,
+                                        background,      canvas,       webcamPosition, webcamSize,
+                                        projectPath};
 };
 
 AppState::AppState(std::uint32_t mainDisplayID)
@@ -174,8 +175,16 @@ void AppState::reset() {
         model::Edit choices;
         choices.background = edit().background;
         choices.cursorScale = cursorScale;
-        m_document.close(std::move(choices));
+        m_document.close(m_look ? model::withLook(std::move(choices), *m_look)
+                                : std::move(choices));
     });
+}
+
+void AppState::setLook(const std::optional<model::Look>& look) {
+    if (std::exchange(m_look, look) == look || m_document.recording())
+        return;
+    rewrite(Fields::inReset,
+            [this] { m_document.close(model::withLook(edit(), m_look.value_or(model::Look{}))); });
 }
 
 std::optional<std::filesystem::path> AppState::recordingPath() const {

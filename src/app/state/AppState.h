@@ -45,9 +45,11 @@ class AppState : public QObject {
     /// nothing where the editor shows another recording by now.
     void saved(const model::Project& written, const std::filesystem::path& movie,
                const std::filesystem::path& package);
-    /// Makes the state ready for a new recording. The capture choices, the background and the
-    /// recording's name stay.
+    /// Makes the state ready for a new recording. The capture choices, the recording's name and,
+    /// where new recordings have no look of their own, the background stay.
     void reset();
+    /// What new recordings look like from now on; what is in the editor stays as it is.
+    void setLook(const std::optional<model::Look>& look);
 
     /// The edit with its steps. The fields below change with it.
     EditDocument& document() { return m_document; }
@@ -199,6 +201,7 @@ class AppState : public QObject {
     std::string m_microphoneDevice;
     std::string m_webcamDevice;
     EditDocument m_document;
+    std::optional<model::Look> m_look; ///< of new recordings
     Links m_links;
     bool m_rewriting = false; ///< signals wait until all is written
     QObject* m_mainWindow = nullptr;

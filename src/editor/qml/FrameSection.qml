@@ -56,4 +56,11 @@ SidebarSection {
         current: section.group.canvas
         onPicked: index => section.group.canvas = index
     }
+    PushButton {
+        objectName: "useForNew"
+        width: parent.width
+        text: qsTr("Use This Look for New Recordings")
+        help: qsTr("New recordings begin with this background, padding, corner radius and canvas")
+        onClicked: section.group.useForNewRecordings()
+    }
 }

@@ -24,7 +24,7 @@ T.Popup {
         [qsTr("Ctrl+Shift+S"), qsTr("Save As")],
         [qsTr("Ctrl+E"), qsTr("Export")],
         [qsTr("Ctrl+N, Ctrl+O"), qsTr("New Recording, Open Project")],
-        [qsTr("Ctrl+Q"), qsTr("Quit")],
+        [qsTr("Ctrl+Comma, Ctrl+Q"), qsTr("Settings, Quit")],
         [qsTr("Tab"), qsTr("Go to the next control, zoom or segment")],
         ["↑ ↓", qsTr("Next zoom or segment")],
         ["← →", qsTr("Move it by 0.1 s, with Shift by a picture")],

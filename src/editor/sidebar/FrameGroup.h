@@ -33,6 +33,12 @@ class FrameGroup : public SettingsGroup {
     QStringList canvasNames() const;
 
     Q_INVOKABLE void reset();
+    /// The look of this film, its background as well.
+    Q_INVOKABLE void useForNewRecordings() { Q_EMIT lookChosen(model::lookOf(edit())); }
+
+  Q_SIGNALS:
+    /// New recordings are to look like this.
+    void lookChosen(const vantro::model::Look& look);
 };
 
 } // namespace vantro::editor::sidebar

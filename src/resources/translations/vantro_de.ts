@@ -457,8 +457,16 @@
         <translation>Rahmen</translation>
     </message>
     <message>
+        <source>New recordings begin with this background, padding, corner radius and canvas</source>
+        <translation>Neue Aufnahmen beginnen mit diesem Hintergrund, Abstand, Eckenradius und dieser Leinwand</translation>
+    </message>
+    <message>
         <source>Padding</source>
         <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Use This Look for New Recordings</source>
+        <translation>Für neue Aufnahmen verwenden</translation>
     </message>
 </context>
 <context>
@@ -476,16 +484,16 @@
         <translation>Film an der Abspielmarke beginnen oder enden</translation>
     </message>
     <message>
+        <source>Ctrl+Comma, Ctrl+Q</source>
+        <translation>Strg+Komma, Strg+Q</translation>
+    </message>
+    <message>
         <source>Ctrl+E</source>
         <translation>Strg+E</translation>
     </message>
     <message>
         <source>Ctrl+N, Ctrl+O</source>
         <translation>Strg+N, Strg+O</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Strg+Q</translation>
     </message>
     <message>
         <source>Ctrl+S</source>
@@ -588,10 +596,6 @@
         <translation>Abspielen oder anhalten</translation>
     </message>
     <message>
-        <source>Quit</source>
-        <translation>Beenden</translation>
-    </message>
-    <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
     </message>
@@ -606,6 +610,10 @@
     <message>
         <source>Save Project</source>
         <translation>Projekt speichern</translation>
+    </message>
+    <message>
+        <source>Settings, Quit</source>
+        <translation>Einstellungen, Beenden</translation>
     </message>
     <message>
         <source>Shift+drag</source>
@@ -668,6 +676,10 @@
 </context>
 <context>
     <name>Messages</name>
+    <message>
+        <source>%1 What was recorded until then is whole.</source>
+        <translation>%1 Was bis dahin aufgenommen wurde, ist unversehrt.</translation>
+    </message>
     <message>
         <source>A recording is running</source>
         <translation>Eine Aufnahme läuft</translation>
@@ -757,6 +769,10 @@
         <translation>Der Film hat stattdessen den einfarbigen Hintergrund (%1). Zum Speichern ist dieses Bild nötig oder ein anderer Hintergrund.</translation>
     </message>
     <message>
+        <source>The recording was stopped</source>
+        <translation>Die Aufnahme wurde gestoppt</translation>
+    </message>
+    <message>
         <source>Vantro ended before the changes to “%1” were saved. Discard deletes these changes, but neither the recording nor the saved project.</source>
         <translation>Vantro endete, bevor die Änderungen an „%1“ gespeichert waren. „Verwerfen“ löscht diese Änderungen, aber weder die Aufnahme noch das gespeicherte Projekt.</translation>
     </message>
@@ -827,16 +843,16 @@ Soll sie ersetzt werden?</translation>
         <translation>Hintergrundbild</translation>
     </message>
     <message>
-        <source>Count Down Before Recording</source>
-        <translation>Vor der Aufnahme herunterzählen</translation>
-    </message>
-    <message>
         <source>Dark</source>
         <translation>Dunkel</translation>
     </message>
     <message>
         <source>Export</source>
         <translation>Export</translation>
+    </message>
+    <message>
+        <source>Exporting: %1 %</source>
+        <translation>Export: %1 %</translation>
     </message>
     <message>
         <source>Follow the Desktop</source>
@@ -895,8 +911,12 @@ Soll sie ersetzt werden?</translation>
         <translation>Projekt speichern</translation>
     </message>
     <message>
-        <source>Set Up Global Keys…</source>
-        <translation>Globale Tasten einrichten …</translation>
+        <source>Settings…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Show Vantro</source>
+        <translation>Vantro zeigen</translation>
     </message>
     <message>
         <source>Stop Recording</source>
@@ -1919,6 +1939,10 @@ Soll sie ersetzt werden?</translation>
         <translation>die verworfenen Änderungen sind noch da</translation>
     </message>
     <message>
+        <source>the disk of %1 is nearly full: %2 MB are free, %3 MB are needed</source>
+        <translation>der Datenträger von %1 ist fast voll: %2 MB sind frei, %3 MB sind nötig</translation>
+    </message>
+    <message>
         <source>the display was disconnected</source>
         <translation>der Bildschirm wurde getrennt</translation>
     </message>
@@ -2407,6 +2431,25 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
+    <name>vantro::app::flows::RecordingFlow</name>
+    <message>
+        <source>The desktop has ended the sharing.</source>
+        <translation>Die Arbeitsumgebung hat die Freigabe beendet.</translation>
+    </message>
+    <message>
+        <source>The disk is nearly full.</source>
+        <translation>Der Datenträger ist fast voll.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be written any more.</source>
+        <translation>Die Aufnahme kann nicht mehr geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>recordings cannot go to %1. The settings take another folder.</source>
+        <translation>Aufnahmen können nicht nach %1 geschrieben werden. In den Einstellungen lässt sich ein anderer Ordner wählen.</translation>
+    </message>
+</context>
+<context>
     <name>vantro::editor::EditorModel</name>
     <message>
         <source>%1%2 — Vantro</source>
@@ -2444,6 +2487,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>MP4 video</source>
         <translation>MP4-Video</translation>
+    </message>
+    <message>
+        <source>New recordings will look like this</source>
+        <translation>Neue Aufnahmen sehen künftig so aus</translation>
     </message>
     <message>
         <source>Saved %1</source>
@@ -2590,6 +2637,41 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
+    <name>vantro::window::DesktopNews</name>
+    <message>
+        <source>Nothing has moved for ten minutes.</source>
+        <translation>Seit zehn Minuten hat sich nichts bewegt.</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Still recording</source>
+        <translation>Die Aufnahme läuft noch</translation>
+    </message>
+    <message>
+        <source>The disk is nearly full</source>
+        <translation>Der Datenträger ist fast voll</translation>
+    </message>
+    <message>
+        <source>The export has failed</source>
+        <translation>Der Export ist fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>The film is ready</source>
+        <translation>Der Film ist fertig</translation>
+    </message>
+    <message>
+        <source>The recording has ended</source>
+        <translation>Die Aufnahme ist beendet</translation>
+    </message>
+    <message>
+        <source>There is room for less than five minutes of the recording.</source>
+        <translation>Für die Aufnahme ist noch Platz für weniger als fünf Minuten.</translation>
+    </message>
+</context>
+<context>
     <name>vantro::window::DisplayChoice</name>
     <message>
         <source>%1 (%2 x %3)</source>
@@ -2598,10 +2680,6 @@ Soll sie ersetzt werden?</translation>
 </context>
 <context>
     <name>vantro::window::KeysSheet</name>
-    <message>
-        <source>Keys From Anywhere</source>
-        <translation>Globale Tasten</translation>
-    </message>
     <message>
         <source>No keys are set up.</source>
         <translation>Es sind keine Tasten eingerichtet.</translation>
@@ -2666,8 +2744,16 @@ Soll sie ersetzt werden?</translation>
         <translation>Nicht aufgenommen: %1</translation>
     </message>
     <message>
+        <source>The disk is full in %1. Vantro stops before.</source>
+        <translation>Der Datenträger ist in %1 voll. Vantro stoppt vorher.</translation>
+    </message>
+    <message>
         <source>The microphone is silent.</source>
         <translation>Das Mikrofon ist stumm.</translation>
+    </message>
+    <message>
+        <source>There is room for %1.</source>
+        <translation>Noch Platz für %1.</translation>
     </message>
     <message>
         <source>This desktop does not tell clicks. Press %1 where a zoom should be.</source>
@@ -2676,6 +2762,109 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>This desktop does not tell clicks. The options set up a key for zooms.</source>
         <translation>Diese Arbeitsumgebung teilt Klicks nicht mit. In den Optionen lässt sich eine Taste für Zooms einrichten.</translation>
+    </message>
+</context>
+<context>
+    <name>vantro::window::SettingsSheet</name>
+    <message>
+        <source>%1 pictures a second</source>
+        <translation>%1 Bilder pro Sekunde</translation>
+    </message>
+    <message>
+        <source>%1 seconds</source>
+        <translation>%1 Sekunden</translation>
+    </message>
+    <message>
+        <source>%1, padding %2 %, corners %3 px, canvas %4</source>
+        <translation>%1, Abstand %2 %, Ecken %3 px, Leinwand %4</translation>
+    </message>
+    <message>
+        <source>As usual. “Use This Look for New Recordings” beside a film changes it.</source>
+        <translation>Wie üblich. „Für neue Aufnahmen verwenden“ neben einem Film ändert es.</translation>
+    </message>
+    <message>
+        <source>Choose the folder of recordings</source>
+        <translation>Ordner der Aufnahmen wählen</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen …</translation>
+    </message>
+    <message>
+        <source>Countdown</source>
+        <translation>Herunterzählen</translation>
+    </message>
+    <message>
+        <source>Folder of Recordings</source>
+        <translation>Ordner der Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Folder of recordings</source>
+        <translation>Ordner der Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Frame rate</source>
+        <translation>Bildrate</translation>
+    </message>
+    <message>
+        <source>Kept in</source>
+        <translation>Ablage</translation>
+    </message>
+    <message>
+        <source>Keys From Anywhere</source>
+        <translation>Globale Tasten</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Look of new recordings</source>
+        <translation>Aussehen neuer Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>New Recordings</source>
+        <translation>Neue Aufnahmen</translation>
+    </message>
+    <message>
+        <source>New recordings have the usual look</source>
+        <translation>Neue Aufnahmen sehen wie üblich aus</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Recordings cannot go to %1.</source>
+        <translation>Aufnahmen können nicht nach %1 geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Recordings go to the usual place</source>
+        <translation>Aufnahmen kommen an den üblichen Ort</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>The system&apos;s</source>
+        <translation>Wie das System</translation>
+    </message>
+    <message>
+        <source>Usual Look</source>
+        <translation>Übliches Aussehen</translation>
+    </message>
+    <message>
+        <source>Usual Place</source>
+        <translation>Üblicher Ort</translation>
+    </message>
+    <message>
+        <source>Vantro speaks it from its next start on.</source>
+        <translation>Gilt ab dem nächsten Start von Vantro.</translation>
     </message>
 </context>
 <context>

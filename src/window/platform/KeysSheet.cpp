@@ -14,13 +14,9 @@ namespace {
 using capture::GlobalAction;
 using Kind = capture::GlobalKeysState::Kind;
 
-constexpr int leastWidth = 380; // points: a sentence takes two lines
-
 } // namespace
 
 KeysSheet::KeysSheet(KeysFromAnywhere& keys) : m_keys(keys) {
-    setWindowTitle(tr("Keys From Anywhere"));
-    setMinimumWidth(leastWidth);
     auto* form = new QFormLayout(this); // Qt's from now on, as all below
     auto* explanation = new QLabel(
         keys.desktopChooses()
@@ -35,14 +31,13 @@ KeysSheet::KeysSheet(KeysFromAnywhere& keys) : m_keys(keys) {
     m_status->setWordWrap(true);
     m_status->setTextInteractionFlags(Qt::TextSelectableByMouse); // commands are copied from it
     form->addRow(m_status);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto* buttons = new QDialogButtonBox;
     m_setUp = buttons->addButton(keys.desktopChooses() ? tr("Set Up…") : tr("Use These Keys"),
                                  QDialogButtonBox::ActionRole);
     m_setUp->setObjectName(QStringLiteral("setUp"));
     m_turnOff = buttons->addButton(tr("Turn Off"), QDialogButtonBox::ActionRole);
     m_turnOff->setObjectName(QStringLiteral("turnOff"));
     form->addRow(buttons);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_setUp, &QPushButton::clicked, this, &KeysSheet::setUp);
     connect(m_turnOff, &QPushButton::clicked, &m_keys, &KeysFromAnywhere::turnOff);
     connect(&m_keys, &KeysFromAnywhere::changed, this, [this] { tell(m_keys.state()); });
@@ -98,12 +93,6 @@ void KeysSheet::tell(const std::optional<capture::GlobalKeysState>& state) {
         m_status->setText(tr("The desktop was told not to give these keys to Vantro."));
     else
         m_status->setText(ui::sentence(state->whyNot));
-}
-
-void showKeysSheet(KeysFromAnywhere& keys) {
-    auto* sheet = new KeysSheet(keys);
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->show();
 }
 
 } // namespace vantro::window

@@ -2,7 +2,7 @@
 
 #include "window/platform/KeysFromAnywhere.h"
 
-#include <QDialog>
+#include <QWidget>
 #include <map>
 
 class QKeySequenceEdit;
@@ -12,9 +12,8 @@ class QPushButton;
 namespace vantro::window {
 
 /// Where keys from anywhere are set up, changed and turned off: on a desktop that chooses them a
-/// button that leads to its dialog, else a field for each. A window of its own, since the main one
-/// may be smaller. Main thread.
-class KeysSheet : public QDialog {
+/// button that leads to its dialog, else a field for each. A part of the settings. Main thread.
+class KeysSheet : public QWidget {
     Q_OBJECT
 
   public:
@@ -37,8 +36,5 @@ class KeysSheet : public QDialog {
     QPushButton* m_setUp = nullptr;
     QPushButton* m_turnOff = nullptr;
 };
-
-/// Shows it; it goes when it is closed.
-void showKeysSheet(KeysFromAnywhere& keys);
 
 } // namespace vantro::window

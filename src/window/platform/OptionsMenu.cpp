@@ -24,18 +24,15 @@ void addThemes(QMenu& menu, ui::Preferences& preferences) {
 } // namespace
 
 void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
-                     std::function<void()> importMovie, std::function<void()> setUpKeys) {
+                     std::function<void()> importMovie, std::function<void()> showSettings) {
     auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(menu->addAction(QObject::tr("Open Movie…")), &QAction::triggered,
                      std::move(importMovie));
     menu->addSeparator();
-    auto* countdown = menu->addAction(QObject::tr("Count Down Before Recording"));
-    countdown->setCheckable(true);
-    countdown->setChecked(preferences.countdown());
-    QObject::connect(countdown, &QAction::toggled, &preferences, &ui::Preferences::setCountdown);
-    QObject::connect(menu->addAction(QObject::tr("Set Up Global Keys…")), &QAction::triggered,
-                     std::move(setUpKeys));
+    auto* settings = menu->addAction(QObject::tr("Settings…"));
+    settings->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    QObject::connect(settings, &QAction::triggered, std::move(showSettings));
     addThemes(*menu, preferences);
     menu->popup(globalPosition);
 }

@@ -9,9 +9,9 @@ class Preferences;
 
 namespace vantro::window {
 
-/// Shows the menu with what is not needed every day: movies from elsewhere, countdown, keys from
-/// anywhere, theme. A native menu, since the window may be smaller than it. Main thread.
+/// Shows the menu with what is not needed every day: movies from elsewhere, settings, theme. A
+/// native menu, since the window may be smaller than it. Main thread.
 void showOptionsMenu(ui::Preferences& preferences, QPoint globalPosition,
-                     std::function<void()> importMovie, std::function<void()> setUpKeys);
+                     std::function<void()> importMovie, std::function<void()> showSettings);
 
 } // namespace vantro::window

@@ -102,6 +102,12 @@ Window {
         height: window.height
     }
     Shortcut {
+        sequence: "Ctrl+,"
+        autoRepeat: false
+        enabled: window.guard.message === ""
+        onActivated: window.app.showSettings()
+    }
+    Shortcut {
         sequence: "Ctrl+Q"
         onActivated: window.close()
     }

@@ -50,6 +50,12 @@ T.Popup {
             accept: qsTr("OK"),
             accepted: app.dismissAlert
         },
+        stopped: {
+            title: qsTr("The recording was stopped"),
+            text: qsTr("%1 What was recorded until then is whole.").arg(app.stopNotice),
+            accept: qsTr("OK"),
+            accepted: app.dismissStopNotice
+        },
         quit: {
             title: qsTr("A recording is running"),
             text: qsTr("Stop it and quit? What was recorded is kept and offered at the next start."),

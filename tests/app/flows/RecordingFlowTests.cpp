@@ -44,7 +44,10 @@ class RecordingFlowTest : public testing::Test {
     test::ScriptedOverlays overlays;
     test::ManualTimers timers;
     test::ManualTasks tasks;
-    RecordingFlow flow{state, {platform, overlays, timers, tasks}};
+    files::DiskUse disk{.written = 0, .free = 1000, .reserve = 100};
+    RecordingFlow flow{state, {platform, overlays, timers, tasks, [this](const auto&) {
+                                   return std::optional(disk);
+                               }}};
     std::vector<AppPhase::Kind> phases;
 };
 
@@ -233,6 +236,84 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
     EXPECT_THAT(phases, ElementsAre(recording, idle, recording, idle));
     EXPECT_THAT(recoverable, ElementsAre(movie, recorder().movie.string()));
     EXPECT_FALSE(state.metadata());
+}
+
+TEST_F(RecordingFlowTest, BeginsAsTheSettingsSayAndOpenedProjectsStayAsTheyAre) {
+    const auto chosen = folder / "films";
+    flow.setFolder(chosen);
+    record();
+    test::expectError(state, Kind::captureStartFailed, "films: No such file");
+    EXPECT_TRUE(platform.made.empty()) << "nobody is asked what to record";
+    std::filesystem::create_directory(chosen);
+    flow.setFrameRate(24);
+    const model::Look look{.background = {.type = model::BackgroundColor{1, 0, 0}, .padding = 0.2},
+                           .canvasAspectRatio = model::CanvasAspectRatio::ratio1x1};
+    state.setLook(look);
+    record();
+    EXPECT_EQ(platform.made.back().frameRate, 24);
+    EXPECT_EQ(recorder().movie.parent_path().parent_path(), chosen);
+    flow.stopRecording();
+    tasks.runAll();
+    EXPECT_EQ(model::lookOf(state.document().edit()), look);
+    EXPECT_FALSE(state.document().isModified());
+    state.reset();
+    openEditor();
+    state.setLook(model::Look{});
+    state.setLook(look);
+    EXPECT_EQ(model::lookOf(state.document().edit()), model::Look{});
+    state.reset();
+    EXPECT_EQ(model::lookOf(state.document().edit()), look);
+}
+
+/// What the user is told of a recording that goes on by itself.
+class UnattendedTest : public RecordingFlowTest {
+  protected:
+    UnattendedTest() {
+        QObject::connect(&flow, &RecordingFlow::endedByItself,
+                         [this](const QString& why) { told.push_back(why.toStdString()); });
+        QObject::connect(&flow, &RecordingFlow::diskNearlyFull, [this] { told.push_back("low"); });
+        QObject::connect(&flow, &RecordingFlow::nothingMoves, [this] { told.push_back("still"); });
+        record();
+    }
+    std::vector<std::string> told;
+};
+
+TEST_F(UnattendedTest, IsWarnedOfAFullDiskOnceAndThenStoppedWithAWholeFilm) {
+    for (disk.free = 2200; disk.free > 1000; disk.free -= 200, disk.written += 200)
+        timers.advance(60s);
+    EXPECT_THAT(told, ElementsAre());
+    EXPECT_NEAR(flow.diskSecondsLeft().value(), (1200 - 100) / (200.0 / 60), 1);
+    disk.free = 900;
+    timers.advance(1s);
+    timers.advance(1s);
+    EXPECT_THAT(told, ElementsAre("low"));
+    disk.free = 100;
+    timers.advance(1s);
+    EXPECT_TRUE(flow.isStopping());
+    EXPECT_EQ(flow.stopNotice(), "") << "first it is finished";
+    tasks.runAll();
+    EXPECT_EQ(state.phase(), AppPhase::previewing());
+    EXPECT_THAT(told, ElementsAre("low", "The disk is nearly full."));
+    EXPECT_EQ(flow.stopNotice(), "The disk is nearly full.");
+}
+
+TEST_F(UnattendedTest, IsToldOnceThatNothingMovesAndAgainAfterSomethingHas) {
+    auto& status = recorder().recorderStatus;
+    timers.advance(599s);
+    EXPECT_THAT(told, ElementsAre());
+    timers.advance(3600s);
+    EXPECT_THAT(told, ElementsAre("still"));
+    for (auto* count : {&status.framesCaptured, &status.pointerMoves}) {
+        ++*count;
+        timers.advance(600s);
+        EXPECT_EQ(told.size(), 1U);
+        timers.advance(1s);
+        EXPECT_EQ(std::exchange(told, {"still"}).size(), 2U);
+    }
+    status.condition = capture::RecordingCondition::streamStopped;
+    status.streamError = "The window was closed.";
+    timers.advance(5s);
+    EXPECT_THAT(told, ElementsAre("still", "The window was closed."));
 }
 
 TEST_F(RecordingFlowTest, ACountdownRunsBeforeTheRecording) {

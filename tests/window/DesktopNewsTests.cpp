@@ -1,0 +1,80 @@
+#include "window/PrivateBus.h"
+#include "window/ScriptedNotifications.h"
+#include "window/WindowFixture.h"
+#include "window/platform/DesktopNews.h"
+#include "window/platform/Notifications.h"
+
+#include <QTest>
+
+namespace vantro::window {
+namespace {
+
+using namespace std::chrono_literals;
+
+class DesktopNewsTest : public test::WindowFixture {
+  protected:
+    ~DesktopNewsTest() override {
+        for (const auto* name : {"desktop", "program"})
+            QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
+    }
+    /// "TITLE: TEXT [BUTTON]" of the next one.
+    std::string next() {
+        if (!QTest::qWaitFor([&] { return !service.shown.member().isEmpty(); }))
+            return {};
+        const auto asked = std::exchange(service.shown, {});
+        desktop.send(asked.createReply(7U));
+        const auto arguments = asked.arguments();
+        const auto button = arguments.at(5).toStringList().value(1);
+        return (arguments.at(3).toString() + QStringLiteral(": ") + arguments.at(4).toString() +
+                (button.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(button)))
+            .toStdString();
+    }
+    void exportFilm() {
+        editor.exportRecording(0, 0, 0);
+        panels.answer("/films/holiday.mp4");
+        runTasks();
+    }
+
+    test::PrivateBus bus;
+    QDBusConnection desktop = bus.connect(QStringLiteral("desktop"));
+    test::ScriptedNotifications service;
+    bool isLookedAt = false;
+    Notifications notifications{bus.connect(QStringLiteral("program"))};
+    DesktopNews news{flows,
+                     notifications,
+                     {.isLookedAt = [this] { return isLookedAt; },
+                      .showInFolder = [this](const QString& file) { shownInFolder = file; }}};
+};
+
+TEST_F(DesktopNewsTest, TellOfAnExportThatNobodyWaitsForAndShowTheFilm) {
+    showEditor();
+    exportFilm(); // no service yet: nothing, and no complaint
+    isLookedAt = true;
+    service.serve(desktop);
+    exportFilm();
+    isLookedAt = false;
+    exportFilm();
+    EXPECT_EQ(next(), "The film is ready: holiday.mp4 [Show in Folder]");
+    EXPECT_TRUE(QTest::qWaitFor([&] { // until the answer has arrived
+        test::ScriptedNotifications::press(desktop, 7, QStringLiteral("button"));
+        return !shownInFolder.isEmpty();
+    }));
+    EXPECT_EQ(shownInFolder, "/films/holiday.mp4");
+    exportScript = [](const auto&) { throw std::runtime_error("a < b"); };
+    exportFilm();
+    EXPECT_EQ(next(), "The export has failed: a &lt; b");
+}
+
+TEST_F(DesktopNewsTest, TellWhyARecordingHasEnded) {
+    service.serve(desktop);
+    showWindow();
+    record();
+    timers.advance(600s);
+    EXPECT_EQ(next(), "Still recording: Nothing has moved for ten minutes.");
+    platform.next->recorderStatus.condition = capture::RecordingCondition::userStopped;
+    timers.advance(1s);
+    EXPECT_EQ(next(), "The recording has ended: The desktop has ended the sharing.");
+}
+
+} // namespace
+} // namespace vantro::window
