@@ -458,7 +458,7 @@
     </message>
     <message>
         <source>New recordings begin with this background, padding, corner radius and canvas</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Aufnahmen beginnen mit diesem Hintergrund, Abstand, Eckenradius und dieser Leinwand</translation>
     </message>
     <message>
         <source>Padding</source>
@@ -466,7 +466,7 @@
     </message>
     <message>
         <source>Use This Look for New Recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Für neue Aufnahmen verwenden</translation>
     </message>
 </context>
 <context>
@@ -485,7 +485,7 @@
     </message>
     <message>
         <source>Ctrl+Comma, Ctrl+Q</source>
-        <translation type="unfinished"></translation>
+        <translation>Strg+Komma, Strg+Q</translation>
     </message>
     <message>
         <source>Ctrl+E</source>
@@ -613,7 +613,7 @@
     </message>
     <message>
         <source>Settings, Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen, Beenden</translation>
     </message>
     <message>
         <source>Shift+drag</source>
@@ -678,7 +678,7 @@
     <name>Messages</name>
     <message>
         <source>%1 What was recorded until then is whole.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 Was bis dahin aufgenommen wurde, ist unversehrt.</translation>
     </message>
     <message>
         <source>A recording is running</source>
@@ -770,7 +770,7 @@
     </message>
     <message>
         <source>The recording was stopped</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufnahme wurde gestoppt</translation>
     </message>
     <message>
         <source>Vantro ended before the changes to “%1” were saved. Discard deletes these changes, but neither the recording nor the saved project.</source>
@@ -852,7 +852,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>Exporting: %1 %</source>
-        <translation type="unfinished"></translation>
+        <translation>Export: %1 %</translation>
     </message>
     <message>
         <source>Follow the Desktop</source>
@@ -891,14 +891,6 @@ Soll sie ersetzt werden?</translation>
         <translation>PNG-Bild (*.png)</translation>
     </message>
     <message>
-        <source>Pause Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Paused at %1 (click to stop)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Pictures (*.jpg *.jpeg *.png *.webp)</source>
         <translation>Bilder (*.jpg *.jpeg *.png *.webp)</translation>
     </message>
@@ -911,10 +903,6 @@ Soll sie ersetzt werden?</translation>
         <translation>Der Bildschirm wird aufgenommen</translation>
     </message>
     <message>
-        <source>Resume Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Save Frame</source>
         <translation>Bild speichern</translation>
     </message>
@@ -924,11 +912,11 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>Settings…</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen …</translation>
     </message>
     <message>
         <source>Show Vantro</source>
-        <translation type="unfinished"></translation>
+        <translation>Vantro zeigen</translation>
     </message>
     <message>
         <source>Stop Recording</source>
@@ -1053,18 +1041,6 @@ Soll sie ersetzt werden?</translation>
         <translation>Pegel des Mikrofons</translation>
     </message>
     <message>
-        <source>Pause (Ctrl+P)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Paused</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Resume (Ctrl+P)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Stop (Ctrl+S)</source>
         <translation>Stopp (Strg+S)</translation>
     </message>
@@ -1101,10 +1077,6 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>%1 cannot be used from anywhere.</source>
         <translation>%1 ist als globale Taste nicht möglich.</translation>
-    </message>
-    <message>
-        <source>%1 cannot do two things; take another key.</source>
-        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>%1 exists and is not a project in one file; it is left as it is</source>
@@ -1435,10 +1407,6 @@ Soll sie ersetzt werden?</translation>
         <translation>Original</translation>
     </message>
     <message>
-        <source>Pause or resume a recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Permission denied</source>
         <translation>Keine Berechtigung</translation>
     </message>
@@ -1587,10 +1555,6 @@ Soll sie ersetzt werden?</translation>
         <translation>Der Zeiger wird nicht aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
     <message>
-        <source>The pointer is recorded apart from the picture, but as part of it where a single window is recorded.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>The pointer is recorded as part of the picture: this desktop does not tell where it is.</source>
         <translation>Der Zeiger wird als Teil des Bildes aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
@@ -1635,8 +1599,8 @@ Soll sie ersetzt werden?</translation>
         <translation>Diese Arbeitsumgebung gibt keine ganzen Bildschirme frei.</translation>
     </message>
     <message>
-        <source>This desktop gives no keys to programs: in its keyboard settings, bind keys to the commands “vantro toggle”, “vantro pause” and “vantro mark”.</source>
-        <translation type="unfinished"></translation>
+        <source>This desktop gives no keys to programs: in its keyboard settings, bind a key to the command “vantro toggle” and one to “vantro mark”.</source>
+        <translation>Diese Arbeitsumgebung gibt Programmen keine Tasten: In ihren Tastatureinstellungen eine Taste mit dem Befehl „vantro toggle“ belegen und eine mit „vantro mark“.</translation>
     </message>
     <message>
         <source>Try selecting a different area or restarting the app.</source>
@@ -1976,7 +1940,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>the disk of %1 is nearly full: %2 MB are free, %3 MB are needed</source>
-        <translation type="unfinished"></translation>
+        <translation>der Datenträger von %1 ist fast voll: %2 MB sind frei, %3 MB sind nötig</translation>
     </message>
     <message>
         <source>the display was disconnected</source>
@@ -1989,10 +1953,6 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>the output</source>
         <translation>die Ausgabe</translation>
-    </message>
-    <message>
-        <source>the recording is paused</source>
-        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>the recording</source>
@@ -2043,10 +2003,6 @@ Soll sie ersetzt werden?</translation>
         <translation>der Tonserver meldet</translation>
     </message>
     <message>
-        <source>the system bus has gone</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>the system denies access to it</source>
         <translation>das System verweigert den Zugriff darauf</translation>
     </message>
@@ -2089,10 +2045,6 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>there is no sound server</source>
         <translation>es läuft kein Tonserver</translation>
-    </message>
-    <message>
-        <source>this desktop does not tell any more where it is</source>
-        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>this desktop does not tell where it is</source>
@@ -2482,19 +2434,19 @@ Soll sie ersetzt werden?</translation>
     <name>vantro::app::flows::RecordingFlow</name>
     <message>
         <source>The desktop has ended the sharing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Arbeitsumgebung hat die Freigabe beendet.</translation>
     </message>
     <message>
         <source>The disk is nearly full.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Datenträger ist fast voll.</translation>
     </message>
     <message>
         <source>The recording cannot be written any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufnahme kann nicht mehr geschrieben werden.</translation>
     </message>
     <message>
         <source>recordings cannot go to %1. The settings take another folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufnahmen können nicht nach %1 geschrieben werden. In den Einstellungen lässt sich ein anderer Ordner wählen.</translation>
     </message>
 </context>
 <context>
@@ -2538,7 +2490,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>New recordings will look like this</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Aufnahmen sehen künftig so aus</translation>
     </message>
     <message>
         <source>Saved %1</source>
@@ -2688,35 +2640,35 @@ Soll sie ersetzt werden?</translation>
     <name>vantro::window::DesktopNews</name>
     <message>
         <source>Nothing has moved for ten minutes.</source>
-        <translation type="unfinished"></translation>
+        <translation>Seit zehn Minuten hat sich nichts bewegt.</translation>
     </message>
     <message>
         <source>Show in Folder</source>
-        <translation type="unfinished">Im Ordner zeigen</translation>
+        <translation>Im Ordner zeigen</translation>
     </message>
     <message>
         <source>Still recording</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufnahme läuft noch</translation>
     </message>
     <message>
         <source>The disk is nearly full</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Datenträger ist fast voll</translation>
     </message>
     <message>
         <source>The export has failed</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Export ist fehlgeschlagen</translation>
     </message>
     <message>
         <source>The film is ready</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Film ist fertig</translation>
     </message>
     <message>
         <source>The recording has ended</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufnahme ist beendet</translation>
     </message>
     <message>
         <source>There is room for less than five minutes of the recording.</source>
-        <translation type="unfinished"></translation>
+        <translation>Für die Aufnahme ist noch Platz für weniger als fünf Minuten.</translation>
     </message>
 </context>
 <context>
@@ -2731,10 +2683,6 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>No keys are set up.</source>
         <translation>Es sind keine Tasten eingerichtet.</translation>
-    </message>
-    <message>
-        <source>Pause or resume it</source>
-        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Set Up…</source>
@@ -2797,7 +2745,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>The disk is full in %1. Vantro stops before.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Datenträger ist in %1 voll. Vantro stoppt vorher.</translation>
     </message>
     <message>
         <source>The microphone is silent.</source>
@@ -2805,7 +2753,7 @@ Soll sie ersetzt werden?</translation>
     </message>
     <message>
         <source>There is room for %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch Platz für %1.</translation>
     </message>
     <message>
         <source>This desktop does not tell clicks. Press %1 where a zoom should be.</source>
@@ -2820,126 +2768,114 @@ Soll sie ersetzt werden?</translation>
     <name>vantro::window::SettingsSheet</name>
     <message>
         <source>%1 pictures a second</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 Bilder pro Sekunde</translation>
     </message>
     <message>
         <source>%1 seconds</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 Sekunden</translation>
     </message>
     <message>
         <source>%1, padding %2 %, corners %3 px, canvas %4</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, Abstand %2 %, Ecken %3 px, Leinwand %4</translation>
     </message>
     <message>
         <source>As usual. “Use This Look for New Recordings” beside a film changes it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie üblich. „Für neue Aufnahmen verwenden“ neben einem Film ändert es.</translation>
     </message>
     <message>
         <source>Choose the folder of recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner der Aufnahmen wählen</translation>
     </message>
     <message>
         <source>Choose…</source>
-        <translation type="unfinished"></translation>
+        <translation>Wählen …</translation>
     </message>
     <message>
         <source>Countdown</source>
-        <translation type="unfinished"></translation>
+        <translation>Herunterzählen</translation>
     </message>
     <message>
         <source>Folder of Recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner der Aufnahmen</translation>
     </message>
     <message>
         <source>Folder of recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner der Aufnahmen</translation>
     </message>
     <message>
         <source>Frame rate</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildrate</translation>
     </message>
     <message>
         <source>Kept in</source>
-        <translation type="unfinished"></translation>
+        <translation>Ablage</translation>
     </message>
     <message>
         <source>Keys From Anywhere</source>
-        <translation type="unfinished">Globale Tasten</translation>
+        <translation>Globale Tasten</translation>
     </message>
     <message>
         <source>Language</source>
-        <translation type="unfinished"></translation>
+        <translation>Sprache</translation>
     </message>
     <message>
         <source>Look of new recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Aussehen neuer Aufnahmen</translation>
     </message>
     <message>
         <source>Look</source>
-        <translation type="unfinished"></translation>
+        <translation>Aussehen</translation>
     </message>
     <message>
         <source>New Recordings</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Aufnahmen</translation>
     </message>
     <message>
         <source>New recordings have the usual look</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Aufnahmen sehen wie üblich aus</translation>
     </message>
     <message>
         <source>Off</source>
-        <translation type="unfinished"></translation>
+        <translation>Aus</translation>
     </message>
     <message>
         <source>Recordings cannot go to %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufnahmen können nicht nach %1 geschrieben werden.</translation>
     </message>
     <message>
         <source>Recordings go to the usual place</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufnahmen kommen an den üblichen Ort</translation>
     </message>
     <message>
         <source>Settings</source>
-        <translation type="unfinished">Einstellungen</translation>
+        <translation>Einstellungen</translation>
     </message>
     <message>
         <source>The system&apos;s</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie das System</translation>
     </message>
     <message>
         <source>Usual Look</source>
-        <translation type="unfinished"></translation>
+        <translation>Übliches Aussehen</translation>
     </message>
     <message>
         <source>Usual Place</source>
-        <translation type="unfinished"></translation>
+        <translation>Üblicher Ort</translation>
     </message>
     <message>
         <source>Vantro speaks it from its next start on.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gilt ab dem nächsten Start von Vantro.</translation>
     </message>
 </context>
 <context>
     <name>vantro::window::StopNotice</name>
     <message>
-        <source>Pause Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Recording the screen</source>
         <translation>Der Bildschirm wird aufgenommen</translation>
     </message>
     <message>
-        <source>Resume Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Stop Recording</source>
         <translation>Aufnahme stoppen</translation>
-    </message>
-    <message>
-        <source>The recording is paused</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "app/flows/ExportFlow.h"
 #include "app/flows/RecordingFlow.h"
+#include "ui/Sentences.h"
 #include "window/platform/Notifications.h"
 
 #include <QFileInfo>
@@ -15,8 +16,9 @@ using app::flows::RecordingFlow;
 DesktopNews::DesktopNews(app::flows::Flows flows, Notifications& notifications,
                          Surroundings surroundings)
     : m_notifications(notifications), m_surroundings(std::move(surroundings)) {
-    connect(&flows.recording, &RecordingFlow::endedByItself, this,
-            [this](const QString& why) { tell(tr("The recording has ended"), why); });
+    connect(&flows.recording, &RecordingFlow::endedByItself, this, [this](const QString& why) {
+        tell(tr("The recording has ended"), ui::sentence(why.toStdString()));
+    });
     connect(&flows.recording, &RecordingFlow::diskNearlyFull, this, [this] {
         tell(tr("The disk is nearly full"),
              tr("There is room for less than five minutes of the recording."));
@@ -24,8 +26,9 @@ DesktopNews::DesktopNews(app::flows::Flows flows, Notifications& notifications,
     connect(&flows.recording, &RecordingFlow::nothingMoves, this,
             [this] { tell(tr("Still recording"), tr("Nothing has moved for ten minutes.")); });
     connect(&flows.exports, &ExportFlow::exported, this, &DesktopNews::tellOfFilm);
-    connect(&flows.exports, &ExportFlow::exportFailed, this,
-            [this](const QString& why) { tell(tr("The export has failed"), why); });
+    connect(&flows.exports, &ExportFlow::exportFailed, this, [this](const QString& why) {
+        tell(tr("The export has failed"), ui::sentence(why.toStdString()));
+    });
 }
 
 void DesktopNews::tell(const QString& title, const QString& text) {

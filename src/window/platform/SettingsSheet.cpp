@@ -2,6 +2,7 @@
 
 #include "app/files/RecordingFolder.h"
 #include "ui/Preferences.h"
+#include "ui/Sentences.h"
 #include "window/platform/KeysSheet.h"
 
 #include <QComboBox>
@@ -144,8 +145,7 @@ void SettingsSheet::chooseFolder() {
     const auto chosen = m_chooseFolder(this, before.isEmpty() ? QDir::homePath() : before);
     if (chosen.isEmpty())
         return;
-    const auto problem =
-        QString::fromStdString(app::files::recordingsFolderProblem(chosen.toStdString()));
+    const auto problem = ui::sentence(app::files::recordingsFolderProblem(chosen.toStdString()));
     if (problem.isEmpty())
         m_preferences.setRecordingsFolder(chosen);
     else
