@@ -24,8 +24,7 @@ model::ClickEvent ZoomGroup::shown() const {
 }
 
 QString ZoomGroup::title() const {
-    return tr("Zoom at %1")
-        .arg(ui::localNumber(timeline::rulerLabel(shown().timestamp, true)));
+    return tr("Zoom at %1").arg(ui::localNumber(timeline::rulerLabel(shown().timestamp, true)));
 }
 
 double ZoomGroup::width() const {
