@@ -59,6 +59,7 @@ inline std::vector<double> soundOffsets(
         return found == times.end() ? -1 : *found;
     };
     std::vector<double> offsets;
+    offsets.reserve(flashed.size());
     for (std::size_t i = 0; i < flashed.size(); ++i)
         offsets.push_back((firstAfter(recorded, flashes[i]) - flashes[i]) -
                           (firstAfter(heard, flashed[i]) - flashed[i]));
