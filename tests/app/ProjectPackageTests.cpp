@@ -223,7 +223,7 @@ TEST_F(RecordingFolder, IsNeverSomebodyElses) {
 }
 
 TEST_F(RecordingFolder, MayBeOneOfTheUsersWhereRecordingsAreStillFound) {
-    set("TMPDIR", folder.path());
+    variables.set("TMPDIR", folder.path());
     const auto chosen = folder / "films";
     EXPECT_THAT(files::recordingsFolderProblem(chosen), testing::HasSubstr("films: No such file"));
     EXPECT_THAT(files::recordingsFolderProblem(folder.write("file", "")),

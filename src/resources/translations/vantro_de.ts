@@ -891,6 +891,14 @@ Soll sie ersetzt werden?</translation>
         <translation>PNG-Bild (*.png)</translation>
     </message>
     <message>
+        <source>Pause Recording</source>
+        <translation>Aufnahme anhalten</translation>
+    </message>
+    <message>
+        <source>Paused at %1 (click to stop)</source>
+        <translation>Angehalten bei %1 (Klick zum Stoppen)</translation>
+    </message>
+    <message>
         <source>Pictures (*.jpg *.jpeg *.png *.webp)</source>
         <translation>Bilder (*.jpg *.jpeg *.png *.webp)</translation>
     </message>
@@ -901,6 +909,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>Recording the screen</source>
         <translation>Der Bildschirm wird aufgenommen</translation>
+    </message>
+    <message>
+        <source>Resume Recording</source>
+        <translation>Aufnahme fortsetzen</translation>
     </message>
     <message>
         <source>Save Frame</source>
@@ -1041,6 +1053,18 @@ Soll sie ersetzt werden?</translation>
         <translation>Pegel des Mikrofons</translation>
     </message>
     <message>
+        <source>Pause (Ctrl+P)</source>
+        <translation>Anhalten (Strg+P)</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Resume (Ctrl+P)</source>
+        <translation>Fortsetzen (Strg+P)</translation>
+    </message>
+    <message>
         <source>Stop (Ctrl+S)</source>
         <translation>Stopp (Strg+S)</translation>
     </message>
@@ -1077,6 +1101,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>%1 cannot be used from anywhere.</source>
         <translation>%1 ist als globale Taste nicht möglich.</translation>
+    </message>
+    <message>
+        <source>%1 cannot do two things; take another key.</source>
+        <translation>%1 kann nicht zweierlei bewirken; bitte eine andere Taste nehmen.</translation>
     </message>
     <message>
         <source>%1 exists and is not a project in one file; it is left as it is</source>
@@ -1407,6 +1435,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Original</translation>
     </message>
     <message>
+        <source>Pause or resume a recording</source>
+        <translation>Aufnahme anhalten oder fortsetzen</translation>
+    </message>
+    <message>
         <source>Permission denied</source>
         <translation>Keine Berechtigung</translation>
     </message>
@@ -1555,6 +1587,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Der Zeiger wird nicht aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
     <message>
+        <source>The pointer is recorded apart from the picture, but as part of it where a single window is recorded.</source>
+        <translation>Der Zeiger wird getrennt vom Bild aufgenommen, nur bei einzelnen Fenstern als Teil des Bildes.</translation>
+    </message>
+    <message>
         <source>The pointer is recorded as part of the picture: this desktop does not tell where it is.</source>
         <translation>Der Zeiger wird als Teil des Bildes aufgenommen: Diese Arbeitsumgebung teilt nicht mit, wo er ist.</translation>
     </message>
@@ -1599,8 +1635,8 @@ Soll sie ersetzt werden?</translation>
         <translation>Diese Arbeitsumgebung gibt keine ganzen Bildschirme frei.</translation>
     </message>
     <message>
-        <source>This desktop gives no keys to programs: in its keyboard settings, bind a key to the command “vantro toggle” and one to “vantro mark”.</source>
-        <translation>Diese Arbeitsumgebung gibt Programmen keine Tasten: In ihren Tastatureinstellungen eine Taste mit dem Befehl „vantro toggle“ belegen und eine mit „vantro mark“.</translation>
+        <source>This desktop gives no keys to programs: in its keyboard settings, bind keys to the commands “vantro toggle”, “vantro pause” and “vantro mark”.</source>
+        <translation>Diese Arbeitsumgebung gibt Programmen keine Tasten: In ihren Tastatureinstellungen Tasten mit den Befehlen „vantro toggle“, „vantro pause“ und „vantro mark“ belegen.</translation>
     </message>
     <message>
         <source>Try selecting a different area or restarting the app.</source>
@@ -1955,6 +1991,10 @@ Soll sie ersetzt werden?</translation>
         <translation>die Ausgabe</translation>
     </message>
     <message>
+        <source>the recording is paused</source>
+        <translation>die Aufnahme ist angehalten</translation>
+    </message>
+    <message>
         <source>the recording</source>
         <translation>die Aufnahme</translation>
     </message>
@@ -2003,6 +2043,10 @@ Soll sie ersetzt werden?</translation>
         <translation>der Tonserver meldet</translation>
     </message>
     <message>
+        <source>the system bus has gone</source>
+        <translation>der Systembus ist nicht mehr da</translation>
+    </message>
+    <message>
         <source>the system denies access to it</source>
         <translation>das System verweigert den Zugriff darauf</translation>
     </message>
@@ -2045,6 +2089,10 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>there is no sound server</source>
         <translation>es läuft kein Tonserver</translation>
+    </message>
+    <message>
+        <source>this desktop does not tell any more where it is</source>
+        <translation>diese Arbeitsumgebung teilt nicht mehr mit, wo er ist</translation>
     </message>
     <message>
         <source>this desktop does not tell where it is</source>
@@ -2685,6 +2733,10 @@ Soll sie ersetzt werden?</translation>
         <translation>Es sind keine Tasten eingerichtet.</translation>
     </message>
     <message>
+        <source>Pause or resume it</source>
+        <translation>Anhalten oder fortsetzen</translation>
+    </message>
+    <message>
         <source>Set Up…</source>
         <translation>Einrichten …</translation>
     </message>
@@ -2870,12 +2922,24 @@ Soll sie ersetzt werden?</translation>
 <context>
     <name>vantro::window::StopNotice</name>
     <message>
+        <source>Pause Recording</source>
+        <translation>Aufnahme anhalten</translation>
+    </message>
+    <message>
         <source>Recording the screen</source>
         <translation>Der Bildschirm wird aufgenommen</translation>
     </message>
     <message>
+        <source>Resume Recording</source>
+        <translation>Aufnahme fortsetzen</translation>
+    </message>
+    <message>
         <source>Stop Recording</source>
         <translation>Aufnahme stoppen</translation>
+    </message>
+    <message>
+        <source>The recording is paused</source>
+        <translation>Die Aufnahme ist angehalten</translation>
     </message>
 </context>
 <context>
