@@ -92,7 +92,8 @@ TEST(Preferences, KeepTheLooksOwnPictureWhenItsProjectGoes) {
             .background = {.type = model::BackgroundImageSource::custom(path), .padding = 0.3}});
     };
     const auto used = [&] {
-        return std::get<model::BackgroundImageSource>(preferences.look()->background.type).path;
+        return std::get<model::BackgroundImageSource>(preferences.look().value().background.type)
+            .path;
     };
     use(picture);
     std::filesystem::remove_all(folder / "film.vantro");
@@ -101,7 +102,7 @@ TEST(Preferences, KeepTheLooksOwnPictureWhenItsProjectGoes) {
     use(kept); // of a recording that has this look
     EXPECT_EQ(used(), kept);
     std::filesystem::remove(kept);
-    EXPECT_EQ(preferences.look()->background,
+    EXPECT_EQ(preferences.look().value().background,
               (model::BackgroundSettings{.type = model::BackgroundColor{}, .padding = 0.3}));
 }
 

@@ -76,5 +76,30 @@ TEST_F(DesktopNewsTest, TellWhyARecordingHasEnded) {
     EXPECT_EQ(next(), "The recording has ended: The desktop has ended the sharing.");
 }
 
+TEST_F(DesktopNewsTest, SayThatTheDiskFillsAsTheWindowDoesWhichThenTellsWhyItStopped) {
+    service.serve(desktop);
+    showWindow();
+    record();
+    disk = app::files::DiskUse{.written = 0, .free = 2100, .reserve = 100};
+    timers.advance(1s);
+    disk->written = 10;
+    timers.advance(10s);
+    EXPECT_EQ(app.recordingNote(), "There is room for 33:20.");
+    disk->free = 300;
+    timers.advance(1s);
+    EXPECT_TRUE(next().starts_with("The disk is nearly full: "));
+    EXPECT_TRUE(app.recordingNote().startsWith(QStringLiteral("The disk is full in 03:")));
+    keepPicture(QStringLiteral("disk-nearly-full"));
+    disk->free = 100;
+    timers.advance(1s);
+    EXPECT_EQ(next(), "The recording has ended: The disk is nearly full.");
+    runTasks();
+    settle();
+    EXPECT_EQ(guard.message(), "stopped");
+    keepPicture(QStringLiteral("disk-stopped"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(guard.message(), "");
+}
+
 } // namespace
 } // namespace vantro::window

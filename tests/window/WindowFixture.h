@@ -88,7 +88,9 @@ class WindowFixture : public testing::Test {
     ui::Appearance appearance{preferences};
     app::AppState state{7};
     app::flows::PermissionService permission{timers, [this] { return granted; }};
-    app::flows::RecordingFlow recording{state, {platform, overlays, timers, tasks}};
+    std::optional<app::files::DiskUse> disk; ///< of recordings
+    app::flows::RecordingFlow recording{
+        state, {platform, overlays, timers, tasks, [this](const auto&) { return disk; }}};
     app::flows::ExportFlow exporting{
         state, panels, tasks,
         [this](const app::flows::ExportJob& job, const auto& progress, const auto&) {

@@ -43,10 +43,7 @@ class RecordingFlowTest : public testing::Test {
     test::ScriptedOverlays overlays;
     test::ManualTimers timers;
     test::ManualTasks tasks;
-    files::DiskUse disk{.written = 0, .free = 1000, .reserve = 100};
-    RecordingFlow flow{state, {platform, overlays, timers, tasks, [this](const auto&) {
-                                   return std::optional(disk);
-                               }}};
+    RecordingFlow flow{state, {platform, overlays, timers, tasks}};
     std::vector<AppPhase::Kind> phases;
 };
 
@@ -250,31 +247,11 @@ class UnattendedTest : public RecordingFlowTest {
     UnattendedTest() {
         QObject::connect(&flow, &RecordingFlow::endedByItself,
                          [this](const QString& why) { told.push_back(why.toStdString()); });
-        QObject::connect(&flow, &RecordingFlow::diskNearlyFull, [this] { told.push_back("low"); });
         QObject::connect(&flow, &RecordingFlow::nothingMoves, [this] { told.push_back("still"); });
         record();
     }
     std::vector<std::string> told;
 };
-
-TEST_F(UnattendedTest, IsWarnedOfAFullDiskOnceAndThenStoppedWithAWholeFilm) {
-    for (disk.free = 2200; disk.free > 1000; disk.free -= 200, disk.written += 200)
-        timers.advance(60s);
-    EXPECT_THAT(told, ElementsAre());
-    EXPECT_NEAR(flow.diskSecondsLeft().value(), (1200 - 100) / (200.0 / 60), 1);
-    disk.free = 900;
-    timers.advance(1s);
-    timers.advance(1s);
-    EXPECT_THAT(told, ElementsAre("low"));
-    disk.free = 100;
-    timers.advance(1s);
-    EXPECT_TRUE(flow.isStopping());
-    EXPECT_EQ(flow.stopNotice(), "") << "first it is finished";
-    tasks.runAll();
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
-    EXPECT_THAT(told, ElementsAre("low", "The disk is nearly full."));
-    EXPECT_EQ(flow.stopNotice(), "The disk is nearly full.");
-}
 
 TEST_F(UnattendedTest, IsToldOnceThatNothingMovesAndAgainAfterSomethingHas) {
     auto& status = recorder().recorderStatus;
