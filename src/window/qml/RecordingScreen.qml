@@ -32,7 +32,10 @@ FocusScope {
         }
         Column {
             anchors.verticalCenter: parent.verticalCenter
+            // As wide whether it is paused or not, so that a pause moves nothing.
+            width: Math.max(elapsed.implicitWidth, pausedText.implicitWidth)
             Label {
+                id: elapsed
                 objectName: "elapsed"
                 text: screen.app.stopping ? qsTr("Finishing...") : screen.app.elapsed
                 font.pixelSize: screen.app.stopping ? Theme.body : Theme.headline
@@ -40,6 +43,7 @@ FocusScope {
                 color: screen.app.paused ? Theme.secondaryText : Theme.text
             }
             Label {
+                id: pausedText
                 objectName: "paused"
                 visible: screen.app.paused
                 text: qsTr("Paused")
