@@ -39,10 +39,10 @@
 #include "window/platform/Notifications.h"
 #include "window/platform/OptionsMenu.h"
 #include "window/platform/QuitSignals.h"
-#include "window/platform/SettingsSheet.h"
 #include "window/platform/StopNotice.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
+#include "window/settings/SettingsWindow.h"
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
 
@@ -51,6 +51,7 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <chrono>
+#include <optional>
 
 namespace vantro::program {
 namespace {
@@ -165,6 +166,7 @@ class Program {
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
                                  m_appearance, m_recordings, m_recents, m_meters, m_microphones,
                                  m_cameras, m_camera, m_recovery, m_recording}};
+    std::optional<window::settings::SettingsWindow> m_settings; ///< made when first wanted
     window::HiddenWindows m_hiddenWindows{m_recording};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {
@@ -235,7 +237,11 @@ void Program::followPreferences() {
     QObject::connect(&m_preferences, &ui::Preferences::recordingDefaultsChanged, useDefaults);
     QObject::connect(m_editor.sidebar()->frame(), &editor::sidebar::FrameGroup::lookChosen,
                      [this](const auto& look) { m_preferences.setLook(look); });
-    const auto showSettings = [this] { window::showSettingsSheet(m_preferences, m_keys); };
+    const auto showSettings = [this] {
+        if (!m_settings)
+            m_settings.emplace(m_preferences, m_appearance, m_keys);
+        m_settings->show();
+    };
     QObject::connect(&m_model, &window::MainModel::settingsWanted, showSettings);
     QObject::connect(&m_model, &window::MainModel::optionsWanted, [=, this](double x, double y) {
         window::showOptionsMenu(

@@ -19,6 +19,8 @@
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
 #include "window/picker/WindowPickerModel.h"
+#include "window/settings/KeysModel.h"
+#include "window/settings/SettingsModel.h"
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
 
@@ -44,6 +46,7 @@ void prepareEngine(QQmlEngine& engine) {
         editor::sidebar::PointerGroup, editor::sidebar::SegmentGroup,
         editor::sidebar::SettingsGroup, editor::sidebar::SidebarModel, editor::sidebar::SoundGroup,
         editor::sidebar::WebcamGroup, editor::sidebar::ZoomGroup, picker::WindowPickerModel,
+        settings::KeysModel, settings::SettingsChoice, settings::SettingsModel,
         start::RecentProjectsModel, start::UnsavedRecordingsModel>("Vantro.Native", 1, nullptr);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new ui::SymbolProvider);

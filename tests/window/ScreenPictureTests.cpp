@@ -2,6 +2,7 @@
 #include "media/MovieRecovery.h"
 #include "window/ScreenPictures.h"
 #include "window/overlay/SelectionOverlay.h"
+#include "window/settings/SettingsWindow.h"
 
 #include <QPainter>
 #include <QTemporaryFile>
@@ -139,6 +140,17 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
     runTasks();
     keep("picker-error", Texts::others);
     EXPECT_TRUE(text("pickerError").contains(":9"));
+}
+
+TEST_P(ScreenPictureTest, Settings) {
+    KeysFromAnywhere keys{preferences,
+                          {[](const auto&, auto) { return nullptr; }, GetParam().isForeign},
+                          [](auto) {}};
+    settings::SettingsWindow settings(preferences, appearance, keys);
+    front = &settings.window();
+    settings.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(front));
+    keep("settings", Texts::others); // paths and keys are not translated
 }
 
 TEST(AreaPicture, IsDraggedOut) {

@@ -41,6 +41,9 @@ class ScreenPictureTest : public test::WindowFixture, public testing::WithParamI
 
     enum class Texts { allOurs, others };
 
+    QQuickWindow& window() override { return front != nullptr ? *front : WindowFixture::window(); }
+    QQuickWindow* front = nullptr; ///< shown instead of the main one
+
     void keep(const char* name, Texts texts = Texts::allOurs);
     bool isLeftOf(const char* a, const char* b) {
         return item(a).mapToScene({}).x() < item(b).mapToScene({}).x();

@@ -45,7 +45,8 @@ class WindowFixture : public testing::Test {
 
     /// Shows the main window, which the models then fill.
     void showWindow();
-    QQuickWindow& window() { return m_window->window(); }
+    /// The one that items, pointer, keys and pictures are meant for.
+    virtual QQuickWindow& window() { return m_window->window(); }
     /// The item of that object name, which must be there.
     QQuickItem& item(const char* name);
     /// Whether such an item is there and visible.

@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // All zooms at once.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

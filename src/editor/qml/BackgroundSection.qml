@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Vantro.Native
 
 // What lies behind the recording.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // How the recording stands on the canvas.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

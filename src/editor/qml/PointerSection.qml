@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // How the pointer is drawn.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // The segment that is selected.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar
@@ -33,7 +33,7 @@ SidebarSection {
         width: parent.width
         implicitHeight: 30
         help: qsTr("Speed")
-        choices: section.speeds.map(speed => ({ label: speed + "x", symbol: "" }))
+        choices: section.speeds.map(speed => ({ label: String(speed).replace(".", Qt.locale().decimalPoint) + "x", symbol: "" }))
         current: section.speeds.indexOf(section.group.speed)
         onPicked: index => section.group.speed = section.speeds[index]
     }

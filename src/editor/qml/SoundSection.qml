@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // How each sound track is heard.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // The webcam's picture over the film.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

@@ -2,7 +2,7 @@ import QtQuick
 import Vantro.Native
 
 // The zoom that is selected.
-SidebarSection {
+SettingsSection {
     id: section
 
     required property SidebarModel sidebar

@@ -470,6 +470,17 @@
     </message>
 </context>
 <context>
+    <name>KeyField</name>
+    <message>
+        <source>Press the keys…</source>
+        <translation>Tasten drücken …</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+</context>
+<context>
     <name>KeyboardHelp</name>
     <message>
         <source>Accept or dismiss a suggested zoom</source>
@@ -2112,17 +2123,111 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
-    <name>Sidebar</name>
+    <name>SettingsKeys</name>
+    <message>
+        <source>Keys From Anywhere</source>
+        <translation>Globale Tasten</translation>
+    </message>
+    <message>
+        <source>Set Up…</source>
+        <translation>Einrichten …</translation>
+    </message>
+    <message>
+        <source>These keys work whatever program you are in. Your desktop asks which they are.</source>
+        <translation>Diese Tasten wirken in jedem Programm. Die Arbeitsumgebung fragt, welche es sein sollen.</translation>
+    </message>
+    <message>
+        <source>These keys work whatever program you are in.</source>
+        <translation>Diese Tasten wirken in jedem Programm.</translation>
+    </message>
+    <message>
+        <source>Turn Off</source>
+        <translation>Ausschalten</translation>
+    </message>
+    <message>
+        <source>Use These Keys</source>
+        <translation>Diese Tasten verwenden</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsSection</name>
+    <message>
+        <source>Reset %1</source>
+        <translation>%1 zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsWindow</name>
+    <message>
+        <source>Appearance</source>
+        <translation>Erscheinungsbild</translation>
+    </message>
+    <message>
+        <source>Choose the folder of recordings</source>
+        <translation>Ordner der Aufnahmen wählen</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen …</translation>
+    </message>
+    <message>
+        <source>Countdown</source>
+        <translation>Countdown</translation>
+    </message>
+    <message>
+        <source>Folder of recordings</source>
+        <translation>Ordner der Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Frame rate</source>
+        <translation>Bildrate</translation>
+    </message>
+    <message>
+        <source>Kept in</source>
+        <translation>Ablage</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Look of new recordings</source>
+        <translation>Aussehen neuer Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>New Recordings</source>
+        <translation>Neue Aufnahmen</translation>
+    </message>
+    <message>
+        <source>New recordings have the usual look</source>
+        <translation>Neue Aufnahmen sehen wie üblich aus</translation>
+    </message>
+    <message>
+        <source>Recordings go to the usual place</source>
+        <translation>Aufnahmen kommen an den üblichen Ort</translation>
+    </message>
     <message>
         <source>Settings</source>
         <translation>Einstellungen</translation>
     </message>
+    <message>
+        <source>Vantro speaks it from its next start on.</source>
+        <translation>Gilt ab dem nächsten Start von Vantro.</translation>
+    </message>
 </context>
 <context>
-    <name>SidebarSection</name>
+    <name>Sidebar</name>
     <message>
-        <source>Reset %1</source>
-        <translation>%1 zurücksetzen</translation>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>
@@ -2727,61 +2832,6 @@ Soll sie ersetzt werden?</translation>
     </message>
 </context>
 <context>
-    <name>vantro::window::KeysSheet</name>
-    <message>
-        <source>No keys are set up.</source>
-        <translation>Es sind keine Tasten eingerichtet.</translation>
-    </message>
-    <message>
-        <source>Pause or resume it</source>
-        <translation>Anhalten oder fortsetzen</translation>
-    </message>
-    <message>
-        <source>Set Up…</source>
-        <translation>Einrichten …</translation>
-    </message>
-    <message>
-        <source>Start or stop a recording</source>
-        <translation>Aufnahme starten oder stoppen</translation>
-    </message>
-    <message>
-        <source>The desktop was told not to give these keys to Vantro.</source>
-        <translation>Die Arbeitsumgebung wurde angewiesen, Vantro diese Tasten nicht zu geben.</translation>
-    </message>
-    <message>
-        <source>The keys work now, and will at each start of Vantro.</source>
-        <translation>Die Tasten wirken jetzt und nach jedem Start von Vantro.</translation>
-    </message>
-    <message>
-        <source>These keys work whatever program you are in. Your desktop asks which they are.</source>
-        <translation>Diese Tasten wirken in jedem Programm. Die Arbeitsumgebung fragt, welche es sein sollen.</translation>
-    </message>
-    <message>
-        <source>These keys work whatever program you are in.</source>
-        <translation>Diese Tasten wirken in jedem Programm.</translation>
-    </message>
-    <message>
-        <source>Turn Off</source>
-        <translation>Ausschalten</translation>
-    </message>
-    <message>
-        <source>Use These Keys</source>
-        <translation>Diese Tasten verwenden</translation>
-    </message>
-    <message>
-        <source>Your desktop is asking.</source>
-        <translation>Die Arbeitsumgebung fragt nach.</translation>
-    </message>
-    <message>
-        <source>Zoom to the pointer</source>
-        <translation>Zum Zeiger zoomen</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>keine</translation>
-    </message>
-</context>
-<context>
     <name>vantro::window::MainModel</name>
     <message>
         <source>Capture has ended. Stop to keep what was recorded.</source>
@@ -2814,109 +2864,6 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>This desktop does not tell clicks. The options set up a key for zooms.</source>
         <translation>Diese Arbeitsumgebung teilt Klicks nicht mit. In den Optionen lässt sich eine Taste für Zooms einrichten.</translation>
-    </message>
-</context>
-<context>
-    <name>vantro::window::SettingsSheet</name>
-    <message>
-        <source>%1 pictures a second</source>
-        <translation>%1 Bilder pro Sekunde</translation>
-    </message>
-    <message>
-        <source>%1 seconds</source>
-        <translation>%1 Sekunden</translation>
-    </message>
-    <message>
-        <source>%1, padding %2 %, corners %3 px, canvas %4</source>
-        <translation>%1, Abstand %2 %, Ecken %3 px, Leinwand %4</translation>
-    </message>
-    <message>
-        <source>As usual. “Use This Look for New Recordings” beside a film changes it.</source>
-        <translation>Wie üblich. „Für neue Aufnahmen verwenden“ neben einem Film ändert es.</translation>
-    </message>
-    <message>
-        <source>Choose the folder of recordings</source>
-        <translation>Ordner der Aufnahmen wählen</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>Wählen …</translation>
-    </message>
-    <message>
-        <source>Countdown</source>
-        <translation>Herunterzählen</translation>
-    </message>
-    <message>
-        <source>Folder of Recordings</source>
-        <translation>Ordner der Aufnahmen</translation>
-    </message>
-    <message>
-        <source>Folder of recordings</source>
-        <translation>Ordner der Aufnahmen</translation>
-    </message>
-    <message>
-        <source>Frame rate</source>
-        <translation>Bildrate</translation>
-    </message>
-    <message>
-        <source>Kept in</source>
-        <translation>Ablage</translation>
-    </message>
-    <message>
-        <source>Keys From Anywhere</source>
-        <translation>Globale Tasten</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>Sprache</translation>
-    </message>
-    <message>
-        <source>Look of new recordings</source>
-        <translation>Aussehen neuer Aufnahmen</translation>
-    </message>
-    <message>
-        <source>Look</source>
-        <translation>Aussehen</translation>
-    </message>
-    <message>
-        <source>New Recordings</source>
-        <translation>Neue Aufnahmen</translation>
-    </message>
-    <message>
-        <source>New recordings have the usual look</source>
-        <translation>Neue Aufnahmen sehen wie üblich aus</translation>
-    </message>
-    <message>
-        <source>Off</source>
-        <translation>Aus</translation>
-    </message>
-    <message>
-        <source>Recordings cannot go to %1.</source>
-        <translation>Aufnahmen können nicht nach %1 geschrieben werden.</translation>
-    </message>
-    <message>
-        <source>Recordings go to the usual place</source>
-        <translation>Aufnahmen kommen an den üblichen Ort</translation>
-    </message>
-    <message>
-        <source>Settings</source>
-        <translation>Einstellungen</translation>
-    </message>
-    <message>
-        <source>The system&apos;s</source>
-        <translation>Wie das System</translation>
-    </message>
-    <message>
-        <source>Usual Look</source>
-        <translation>Übliches Aussehen</translation>
-    </message>
-    <message>
-        <source>Usual Place</source>
-        <translation>Üblicher Ort</translation>
-    </message>
-    <message>
-        <source>Vantro speaks it from its next start on.</source>
-        <translation>Gilt ab dem nächsten Start von Vantro.</translation>
     </message>
 </context>
 <context>
@@ -2981,6 +2928,92 @@ Soll sie ersetzt werden?</translation>
     <message>
         <source>Unknown App</source>
         <translation>Unbekanntes Programm</translation>
+    </message>
+</context>
+<context>
+    <name>vantro::window::settings::KeysModel</name>
+    <message>
+        <source>%1 alone is needed in other programs: hold Ctrl, Alt or Meta with it.</source>
+        <translation>%1 allein wird in anderen Programmen gebraucht: Strg, Alt oder Meta dazu halten.</translation>
+    </message>
+    <message>
+        <source>Pause or resume it</source>
+        <translation>Anhalten oder fortsetzen</translation>
+    </message>
+    <message>
+        <source>Start or stop a recording</source>
+        <translation>Aufnehmen oder stoppen</translation>
+    </message>
+    <message>
+        <source>The desktop was told not to give these keys to Vantro.</source>
+        <translation>Die Arbeitsumgebung wurde angewiesen, Vantro diese Tasten nicht zu geben.</translation>
+    </message>
+    <message>
+        <source>The keys from before still work.</source>
+        <translation>Noch wirken die bisherigen Tasten.</translation>
+    </message>
+    <message>
+        <source>The keys work now, and will at each start of Vantro.</source>
+        <translation>Die Tasten wirken jetzt und nach jedem Start von Vantro.</translation>
+    </message>
+    <message>
+        <source>These keys are not in use yet.</source>
+        <translation>Diese Tasten wirken noch nicht.</translation>
+    </message>
+    <message>
+        <source>Your desktop is asking.</source>
+        <translation>Die Arbeitsumgebung fragt nach.</translation>
+    </message>
+    <message>
+        <source>Zoom to the pointer</source>
+        <translation>Zum Zeiger zoomen</translation>
+    </message>
+</context>
+<context>
+    <name>vantro::window::settings::SettingsModel</name>
+    <message>
+        <source>%1 pictures a second</source>
+        <translation>%1 Bilder pro Sekunde</translation>
+    </message>
+    <message>
+        <source>%1 seconds</source>
+        <translation>%1 Sekunden</translation>
+    </message>
+    <message>
+        <source>%1, padding %2 %, corners %3 px, canvas %4</source>
+        <translation>%1, Abstand %2 %, Ecken %3 px, Leinwand %4</translation>
+    </message>
+    <message>
+        <source>As usual. “Use This Look for New Recordings” beside a film changes it.</source>
+        <translation>Wie üblich. „Für neue Aufnahmen verwenden“ neben einem Film ändert es.</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Folder of Recordings</source>
+        <translation>Ordner der Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Follow the Desktop</source>
+        <translation>Wie die Arbeitsumgebung</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Recordings cannot go to %1.</source>
+        <translation>Aufnahmen können nicht nach %1 geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The system&apos;s</source>
+        <translation>Wie das System</translation>
     </message>
 </context>
 </TS>

@@ -6,6 +6,7 @@ Column {
 
     required property string title
     property bool resettable: true
+    property bool isLast: false // nothing below to be divided from
     default property alias content: body.data
     signal reset()
 
@@ -45,6 +46,7 @@ Column {
     Item { width: 1; height: Theme.wide }
     Rectangle {
         x: 0
+        visible: !section.isLast
         width: section.width - 2 * Theme.wide
         height: 1
         color: Theme.border
