@@ -27,6 +27,7 @@
 #include "window/DisplayChoice.h"
 #include "window/MainModel.h"
 #include "window/MainWindow.h"
+#include "window/SettingsWindow.h"
 #include "window/devices/CameraView.h"
 #include "window/devices/DeviceChoice.h"
 #include "window/devices/LevelMeters.h"
@@ -42,7 +43,6 @@
 #include "window/platform/StopNotice.h"
 #include "window/platform/TrayIcon.h"
 #include "window/platform/WindowPlacement.h"
-#include "window/settings/SettingsWindow.h"
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
 
@@ -166,7 +166,7 @@ class Program {
     window::MainWindow m_window{{m_model, m_editor, m_actions, m_windows, m_displays, m_guard,
                                  m_appearance, m_recordings, m_recents, m_meters, m_microphones,
                                  m_cameras, m_camera, m_recovery, m_recording}};
-    std::optional<window::settings::SettingsWindow> m_settings; ///< made when first wanted
+    std::optional<window::SettingsWindow> m_settings; ///< made when first wanted
     window::HiddenWindows m_hiddenWindows{m_recording};
     window::WindowPlacement m_placement{m_window.window(), m_state, m_preferences};
     window::QuitSignals m_signals{[this] {

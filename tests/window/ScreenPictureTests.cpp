@@ -1,8 +1,8 @@
 #include "app/files/RecordingFolder.h"
 #include "media/MovieRecovery.h"
 #include "window/ScreenPictures.h"
+#include "window/SettingsWindow.h"
 #include "window/overlay/SelectionOverlay.h"
-#include "window/settings/SettingsWindow.h"
 
 #include <QPainter>
 #include <QTemporaryFile>
@@ -146,7 +146,7 @@ TEST_P(ScreenPictureTest, Settings) {
     KeysFromAnywhere keys{preferences,
                           {[](const auto&, auto) { return nullptr; }, GetParam().isForeign},
                           [](auto) {}};
-    settings::SettingsWindow settings(preferences, appearance, keys);
+    SettingsWindow settings(preferences, appearance, keys);
     front = &settings.window();
     settings.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(front));

@@ -1,12 +1,12 @@
+#include "window/SettingsWindow.h"
 #include "window/WindowFixture.h"
-#include "window/settings/SettingsWindow.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
 
-namespace vantro::window::settings {
+namespace vantro::window {
 namespace {
 
 class SettingsWindowTest : public test::WindowFixture {
@@ -133,4 +133,4 @@ TEST_F(SettingsWindowTest, ShowsTheLookOfAFilmAndGivesItUp) {
 }
 
 } // namespace
-} // namespace vantro::window::settings
+} // namespace vantro::window

@@ -28,7 +28,7 @@ Window {
     }
     WindowFitter {
         window: window
-        wanted: Qt.size(width, Math.min(page.height, Screen.desktopAvailableHeight - 48))
+        wanted: Qt.size(window.wide, Math.min(page.height, Screen.desktopAvailableHeight - 48))
     }
     Flickable {
         id: view

@@ -89,8 +89,8 @@ QString KeysModel::textOf(const capture::GlobalKey& wished) const {
         return QKeySequence::fromString(QString::fromStdString(wished.keys),
                                         QKeySequence::PortableText)
             .toString(QKeySequence::NativeText);
-    if (m_keys.state())
-        for (const auto& each : m_keys.state()->keys)
+    if (const auto& state = m_keys.state())
+        for (const auto& each : state->keys)
             if (each.action == wished.action)
                 return QString::fromStdString(each.keys);
     return {};

@@ -1,4 +1,4 @@
-#include "window/settings/SettingsWindow.h"
+#include "window/SettingsWindow.h"
 
 #include "ui/platform/Appearance.h"
 #include "window/QmlModule.h"
@@ -7,10 +7,11 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
-namespace vantro::window::settings {
+namespace vantro::window {
 
 SettingsWindow::SettingsWindow(ui::Preferences& preferences, ui::Appearance& appearance,
-                               KeysFromAnywhere& keys, SettingsModel::ChooseFolder chooseFolder)
+                               KeysFromAnywhere& keys,
+                               settings::SettingsModel::ChooseFolder chooseFolder)
     : m_settings(preferences, std::move(chooseFolder)), m_keys(keys) {
     prepareEngine(m_engine);
     m_window = makeWindow(m_engine, QStringLiteral("SettingsWindow.qml"),
@@ -29,7 +30,8 @@ void SettingsWindow::show() {
 
 void SettingsWindow::askForFolder(const QString& before,
                                   std::function<void(const QString&)> answer) {
-    auto* panel = new QFileDialog(nullptr, SettingsModel::tr("Folder of Recordings"), before);
+    auto* panel =
+        new QFileDialog(nullptr, settings::SettingsModel::tr("Folder of Recordings"), before);
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);
@@ -40,4 +42,4 @@ void SettingsWindow::askForFolder(const QString& before,
     panel->open();
 }
 
-} // namespace vantro::window::settings
+} // namespace vantro::window

@@ -12,7 +12,7 @@ namespace vantro::ui {
 class Appearance;
 } // namespace vantro::ui
 
-namespace vantro::window::settings {
+namespace vantro::window {
 
 /// Where everything is chosen that recordings begin with, the keys from anywhere, the theme and the
 /// language. A window of its own, since the main one may be smaller. Main thread.
@@ -23,7 +23,7 @@ class SettingsWindow {
 
     /// The others outlive this.
     SettingsWindow(ui::Preferences& preferences, ui::Appearance& appearance, KeysFromAnywhere& keys,
-                   SettingsModel::ChooseFolder chooseFolder = askForFolder);
+                   settings::SettingsModel::ChooseFolder chooseFolder = askForFolder);
     ~SettingsWindow();
 
     QQuickWindow& window() { return *m_window; }
@@ -31,10 +31,10 @@ class SettingsWindow {
     void show();
 
   private:
-    SettingsModel m_settings;
-    KeysModel m_keys;
+    settings::SettingsModel m_settings;
+    settings::KeysModel m_keys;
     QQmlEngine m_engine;
     std::unique_ptr<QQuickWindow> m_window;
 };
 
-} // namespace vantro::window::settings
+} // namespace vantro::window
