@@ -103,7 +103,19 @@ void WindowPlacement::phaseChanged() {
     } else if (hasGrown || comesBack) {
         m_isAside = false;
         goHome();
+        if (comesBack)
+            comeToFront();
     }
+}
+
+/// What was recorded is to be looked at now, also when another program has the keyboard: the
+/// recording may have been stopped by a key from anywhere or from the tray.
+void WindowPlacement::comeToFront() {
+    if (!m_window.isVisible())
+        return;
+    m_window.setWindowStates(m_window.windowStates() & ~Qt::WindowMinimized);
+    m_window.raise();
+    m_window.requestActivate();
 }
 
 /// Back to where the window stood, as far as its new size, which it has already, leaves it room.

@@ -37,6 +37,7 @@ class WindowPlacement : public QObject {
     void phaseChanged();
     void stepAside();
     void goHome();
+    void comeToFront();
 
     QWindow& m_window;
     app::AppState& m_state;
