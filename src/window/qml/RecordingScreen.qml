@@ -11,7 +11,7 @@ FocusScope {
 
     readonly property real levelsWidth: levels.width > 0 ? levels.width + Theme.gap : 0
 
-    implicitWidth: Math.max(220 + levelsWidth + pause.width, row.implicitWidth + levelsWidth + pause.width + stop.implicitWidth + Theme.margin + 2 * Theme.wide, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
+    implicitWidth: Math.max(220 + levelsWidth + pause.width, row.implicitWidth + levelsWidth + pause.width + stop.implicitWidth + Theme.margin + 2 * Theme.wide + Theme.gap, note.visible ? Math.min(note.implicitWidth, 360) + 2 * Theme.margin : 0)
     implicitHeight: note.visible ? 62 + note.height : 54
 
     Row {
