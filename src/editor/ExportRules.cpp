@@ -4,6 +4,7 @@
 #include "export/VideoExporter.h"
 #include "model/Canvas.h"
 #include "render/timing/SegmentTimeMap.h"
+#include "render/timing/ZoomAnimator.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,12 +14,16 @@ namespace {
 
 constexpr double askedRate = exporting::VideoExporter::averageBitRate / 8.0; // bytes/s
 constexpr double soundRate = exporting::VideoExporter::soundBitRate / 8.0;   // bytes/s
-constexpr double movingShare = 4;         // a film's rate to its recording's
-constexpr double smallShare = 0.8;        // what "small" leaves of that
-constexpr double sizeExponent = 0.75;     // larger pictures take fewer bytes a pixel
-constexpr double gifBytesPerPixel = 0.17; // where much moves
-constexpr double gifShare = 1.5;          // of the recording's rate, where little does
-constexpr double shortestElapsed = 1;     // s
+constexpr double restingShare = 2.5; // a film's rate to its recording's while the camera rests
+constexpr double cameraBytesPerPixel = 1.6;    // a second, while it moves: then every pixel changes
+constexpr double smallShare = 0.8;             // what "small" leaves of both
+constexpr double sizeExponent = 0.75;          // larger pictures take fewer bytes a pixel
+constexpr double gifBytesPerPixel = 0.17;      // a picture, where much moves in the recording
+constexpr double gifCameraBytesPerPixel = 0.1; // a picture, while the camera moves
+constexpr double gifShare = 1.5;               // of the recording's rate, where little moves
+constexpr int cameraLooks = 2000;              // at the camera, over the whole film
+constexpr double moment = 0.02;                // s, in which it moves or does not
+constexpr double shortestElapsed = 1;          // s
 constexpr double smallestFraction = 0.01;
 
 double pixels(model::Size size) {
@@ -31,6 +36,19 @@ model::Size canvasOf(const ExportMeasure& measure) {
     return model::canvasSize(measure.edit.canvasAspectRatio, base);
 }
 
+/// The share of the film in which the camera moves.
+double cameraShare(const ExportMeasure& measure, const render::SegmentTimeMap& map) {
+    const auto& clicks = measure.edit.clickEvents;
+    const render::ZoomAnimator camera({clicks.begin(), clicks.end()}, measure.videoSize);
+    int moving = 0;
+    for (int look = 0; look < cameraLooks; ++look) {
+        const double time = map.sourceTime(map.totalDuration() * look / cameraLooks);
+        if (camera.keyframe(time) != camera.keyframe(time + moment))
+            ++moving;
+    }
+    return static_cast<double>(moving) / cameraLooks;
+}
+
 } // namespace
 
 std::uint64_t estimatedBytes(const ExportMeasure& measure) {
@@ -39,13 +57,17 @@ std::uint64_t estimatedBytes(const ExportMeasure& measure) {
     const render::SegmentTimeMap map(measure.edit.segments, measure.sourceDuration);
     const double recordedRate = static_cast<double>(measure.sourceBytes) / measure.sourceDuration;
     const auto canvas = canvasOf(measure);
+    const double moving = cameraShare(measure, map);
     double rate = 0;
     if (measure.isGif) {
-        rate = std::min(gifBytesPerPixel * exporting::GifExporter::usualFrameRate * pixels(canvas),
-                        gifShare * recordedRate);
+        const double pixelRate = exporting::GifExporter::usualFrameRate * pixels(canvas);
+        rate = moving * gifCameraBytesPerPixel * pixelRate +
+               (1 - moving) * std::min(gifBytesPerPixel * pixelRate, gifShare * recordedRate);
     } else {
         const double larger = std::pow(pixels(canvas) / pixels(measure.videoSize), sizeExponent);
-        rate = std::min(movingShare * larger * recordedRate, askedRate);
+        rate = larger * (moving * cameraBytesPerPixel * pixels(measure.videoSize) +
+                         restingShare * recordedRate);
+        rate = std::min(rate, askedRate);
         if (measure.quality == media::VideoQuality::small)
             rate *= smallShare;
         if (measure.hasSound)
