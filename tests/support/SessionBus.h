@@ -1,12 +1,15 @@
 #pragma once
 
+#include "support/TemporaryFolder.h"
+
 #include <string>
 
 #include <sys/types.h>
 
 namespace vantro::test {
 
-/// A session bus of the test's own, from when it is constructed until it is destroyed.
+/// A session bus of the test's own, from when it is constructed until it is destroyed. It starts no
+/// service of the machine's.
 class SessionBus {
   public:
     /// Throws std::runtime_error when it does not start.
@@ -18,6 +21,7 @@ class SessionBus {
     const std::string& address() const { return m_address; }
 
   private:
+    TemporaryFolder m_folder;
     std::string m_address;
     pid_t m_process = -1;
 };
