@@ -245,8 +245,7 @@ void Program::followPreferences() {
     QObject::connect(&m_model, &window::MainModel::settingsWanted, showSettings);
     QObject::connect(&m_model, &window::MainModel::optionsWanted, [=, this](double x, double y) {
         window::showOptionsMenu(
-            m_preferences, QPointF(x, y).toPoint(), [this] { m_projects.importMovie(); },
-            showSettings);
+            QPointF(x, y).toPoint(), [this] { m_projects.importMovie(); }, showSettings);
     });
 }
 

@@ -846,16 +846,8 @@ Soll sie ersetzt werden?</translation>
         <translation>Animiertes GIF (*.gif)</translation>
     </message>
     <message>
-        <source>Appearance</source>
-        <translation>Erscheinungsbild</translation>
-    </message>
-    <message>
         <source>Background Picture</source>
         <translation>Hintergrundbild</translation>
-    </message>
-    <message>
-        <source>Dark</source>
-        <translation>Dunkel</translation>
     </message>
     <message>
         <source>Export</source>
@@ -866,16 +858,8 @@ Soll sie ersetzt werden?</translation>
         <translation>Export: %1 %</translation>
     </message>
     <message>
-        <source>Follow the Desktop</source>
-        <translation>Wie die Arbeitsumgebung</translation>
-    </message>
-    <message>
         <source>Interrupted, %1</source>
         <translation>Abgebrochen, %1</translation>
-    </message>
-    <message>
-        <source>Light</source>
-        <translation>Hell</translation>
     </message>
     <message>
         <source>MPEG-4 movie (*.mp4)</source>
