@@ -10,7 +10,8 @@
 namespace vantro::capture::wayland {
 namespace {
 
-// Every desktop draws a picture when a stream begins, whatever the screen does.
+// A desktop draws a picture when a stream begins, whatever the screen does; those that would not are
+// reminded within this time.
 constexpr base::HostDuration longestWaitForPicture = std::chrono::seconds(2);
 
 /// Whole pixels a point, at least one. What has no size in points is taken for unscaled.
