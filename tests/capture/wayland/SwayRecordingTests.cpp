@@ -25,9 +25,12 @@ class SwayRecording : public PortalFixture {
 /// That portal sends no picture before the screen changes, and one that it was asked for earlier
 /// may get the first.
 TEST_F(SwayRecording, OfAScreenOnWhichNothingChangesBeginsEachTimeWithNothingAddedToIt) {
-    sway->startPortal("HEADLESS-2");
-    for (int i = 0; i < 3; ++i) {
-        SCOPED_TRACE(i);
+    for (const bool hasEarlierStream : {false, true, false}) {
+        SCOPED_TRACE(hasEarlierStream);
+        if (!hasEarlierStream) {
+            desk->endPortal();
+            sway->startPortal("HEADLESS-2");
+        }
         begin();
         end();
         session.reset();
