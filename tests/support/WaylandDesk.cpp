@@ -88,13 +88,24 @@ pid_t WaylandDesk::launch(std::vector<std::string> command) {
 }
 
 void WaylandDesk::startPortal(const PortalScript& script) {
-    m_folder.write("portals/scripted.portal",
-                   std::string("[portal]\nDBusName=") + PortalBackend::name +
-                       "\nInterfaces=org.freedesktop.impl.portal.ScreenCast;"
-                       "org.freedesktop.impl.portal.Access;" +
-                       (script.hasKeys ? "org.freedesktop.impl.portal.GlobalShortcuts;" : "") +
-                       "\nUseIn=scripted\n");
     m_backend = std::make_unique<PortalBackend>(script);
+    startFrontEnd(PortalBackend::name,
+                  std::string("org.freedesktop.impl.portal.ScreenCast;"
+                              "org.freedesktop.impl.portal.Access;") +
+                      (script.hasKeys ? "org.freedesktop.impl.portal.GlobalShortcuts;" : ""));
+}
+
+void WaylandDesk::startPortal(const std::string& name, std::vector<std::string> program) {
+    m_portal.push_back(launch(std::move(program)));
+    if (!eventually([&] { return isOnBus(name); }))
+        throw std::runtime_error("the desktop's part of the portal does not start");
+    startFrontEnd(name, "org.freedesktop.impl.portal.ScreenCast;");
+}
+
+void WaylandDesk::startFrontEnd(const std::string& backendName, const std::string& interfaces) {
+    m_folder.write("portals/scripted.portal", "[portal]\nDBusName=" + backendName +
+                                                  "\nInterfaces=" + interfaces +
+                                                  "\nUseIn=scripted\n");
     m_portal.push_back(launch({permissionStore}));
     m_portal.push_back(launch({portalProgram, "-r"}));
     if (!eventually([] { return isOnBus("org.freedesktop.portal.Desktop"); }))

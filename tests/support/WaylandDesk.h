@@ -29,6 +29,8 @@ class WaylandDesk {
 
     /// Returns when it can be asked. Throws std::runtime_error when it does not start.
     void startPortal(const PortalScript& script = {});
+    /// The same over a real desktop's part of it: a name on the bus, and the program that has it.
+    void startPortal(const std::string& name, std::vector<std::string> program);
     void endPortal();
     PortalBackend& portal() { return *m_backend; }
     /// As a crash would end it.
@@ -38,6 +40,7 @@ class WaylandDesk {
     const TemporaryFolder& folder() const { return m_folder; }
 
   private:
+    void startFrontEnd(const std::string& backendName, const std::string& interfaces);
     pid_t launch(std::vector<std::string> command);
 
     TemporaryFolder m_folder;

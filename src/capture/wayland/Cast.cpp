@@ -1,10 +1,9 @@
 #include "capture/wayland/Cast.h"
 
 #include "base/SerialQueue.h"
-#include "capture/wayland/PixelWalk.h"
+#include "capture/wayland/CastOffer.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace vantro::capture::wayland {
@@ -13,38 +12,9 @@ namespace {
 // A desktop that ends the sharing stops the stream first, and tells of it a moment later. Without
 // that the stream has failed.
 constexpr base::HostDuration longestGoodbye = std::chrono::milliseconds(500);
-// A first picture that was sent before the stream stood is lost, at its start or after a change of
-// size, and a still screen sends no second one. Compositors send theirs within a few frames.
-constexpr base::HostDuration untilAskedAgain = std::chrono::milliseconds(400);
-constexpr int mostTimesAsked = 5;
 // A window that fades out changes each frame.
 constexpr base::HostDuration restAfterChange = std::chrono::milliseconds(100);
 constexpr base::HostDuration untilWoken = std::chrono::hours(1);
-// Places that wait for the thread: a second of the fastest mouse, far beyond what a frame takes.
-constexpr std::size_t mostCursorNews = 1024;
-
-constexpr pipewire::Rate fastest{60, 1};
-
-pipewire::StreamRequest requestFor(const PortalStream& source) {
-    pipewire::FormatOffer offer{.layouts = castLayouts(),
-                                .size = {{1920, 1080}, {1, 1}, {16'384, 16'384}},
-                                .rate = {{0, 1}}, // as the screen changes
-                                // Some take a screen's rate without its fraction, so nothing fixed.
-                                .highestRate = {{fastest, {1, 1}, fastest}}};
-    pipewire::StreamRequest request{.name = "Vantro",
-                                    .role = "Screen",
-                                    .node = source.node,
-                                    .target = {},
-                                    .offers = {std::move(offer)},
-                                    .wantsCursor = true,
-                                    .wantsCrop = true,
-                                    .wantsTransform = true};
-    if (source.serial) {
-        request.node.reset();
-        request.target = std::to_string(*source.serial);
-    }
-    return request;
-}
 
 } // namespace
 
@@ -58,7 +28,7 @@ class Cast::Picture final : public PictureSource {
         m_cast.turn(deadline ? *deadline - base::hostNow() : untilWoken);
     }
     std::expected<void, std::string> takeNews() override {
-        m_cast.runTasks();
+        m_cast.m_tasks.run();
         if (const auto failure = m_cast.failureNow())
             return std::unexpected(*failure);
         return {};
@@ -80,30 +50,13 @@ class Cast::Picture final : public PictureSource {
     bool m_isFirst = true; // a picture is there already
 };
 
-/// A loop that other threads may wake, for as long as this lives.
-class Cast::PublishedLoop {
-  public:
-    PublishedLoop(Cast& cast, pipewire::Loop& loop) : m_cast(cast) { set(&loop); }
-    ~PublishedLoop() { set(nullptr); }
-    PublishedLoop(const PublishedLoop&) = delete;
-    PublishedLoop& operator=(const PublishedLoop&) = delete;
-
-  private:
-    void set(pipewire::Loop* loop) {
-        const std::lock_guard lock(m_cast.m_mutex);
-        m_cast.m_loop = loop;
-    }
-
-    Cast& m_cast;
-};
-
 Cast::Cast(std::unique_ptr<PortalSession> session, PortalGrant grant)
     : m_source(grant.stream), m_session(std::move(session)) {
     if (m_source.mode == model::CaptureMode::window)
         m_receiver.picture().keepWindowInPlace();
     m_session->onClosed([this] {
         m_isClosed = true;
-        wakeUp();
+        m_tasks.wakeUp();
     });
     m_thread = std::jthread([this, given = std::move(grant)](const std::stop_token& stop) mutable {
         run(stop, std::move(given));
@@ -113,14 +66,14 @@ Cast::Cast(std::unique_ptr<PortalSession> session, PortalGrant grant)
 Cast::~Cast() {
     m_thread.request_stop();
     m_recordingStop.request_stop();
-    wakeUp();
+    m_tasks.wakeUp();
 }
 
 void Cast::run(const std::stop_token& stop, PortalGrant grant) {
     base::setThreadName("com.vantro.capture");
     try {
         pipewire::Loop loop;
-        const PublishedLoop published(*this, loop);
+        const LoopTasks::Published published(m_tasks, loop);
         live(loop, stop, std::move(grant));
     } catch (const std::exception& error) {
         endWith(error.what());
@@ -130,7 +83,7 @@ void Cast::run(const std::stop_token& stop, PortalGrant grant) {
         m_isOver = true;
         m_changed.notify_all();
     }
-    runTasks();
+    m_tasks.end();
 }
 
 void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant) {
@@ -141,7 +94,7 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
     pipewire::VideoStream stream(**connection, requestFor(m_source), m_receiver);
     m_stream = &stream;
     while (!stop.stop_requested()) {
-        runTasks();
+        m_tasks.run();
         if (const auto failure = failureNow())
             return endWith(*failure);
         if (const auto recording = std::exchange(m_recording, {}))
@@ -154,13 +107,12 @@ void Cast::live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant g
 
 void Cast::turn(base::HostDuration longestWait) {
     auto& loop = m_connection->loop();
-    if (m_receiver.awaitedSince() && m_timesAsked < mostTimesAsked)
-        longestWait = std::min(longestWait, untilAskedAgain);
+    longestWait = m_reminder.longestWait(m_receiver.awaitedSince(), longestWait);
     loop.turn(m_receiver.failure() ? std::min(longestWait, longestGoodbye) : longestWait);
-    takeCursorNews();
+    m_cursorNews.deliver(m_receiver);
     if (const auto& loss = m_connection->loss())
         m_receiver.fail(loss->reason);
-    askAgain();
+    m_reminder.turn(m_receiver.awaitedSince(), *m_stream);
     const auto& picture = m_receiver.picture();
     const std::lock_guard lock(m_mutex);
     if (!m_firstSize && !picture.isEmpty()) {
@@ -170,37 +122,9 @@ void Cast::turn(base::HostDuration longestWait) {
 }
 
 bool Cast::takePointerFromCompositor(pipewire::Size picture) {
-    onThread(std::packaged_task<void()>([this] { m_receiver.setPointerElsewhere(); }));
-    m_cursor = CursorSession::of(m_source, picture, *this);
+    m_tasks.onThread([this] { m_receiver.setPointerElsewhere(); });
+    m_cursor = CursorSession::of(m_source, picture, m_cursorNews);
     return m_cursor != nullptr;
-}
-
-void Cast::note(const CursorNews& news) {
-    m_cursorNews.with([&](auto& waiting) {
-        if (waiting.size() == mostCursorNews)
-            waiting.pop_front();
-        waiting.push_back(news);
-    });
-    wakeUp();
-}
-
-void Cast::takeCursorNews() {
-    const auto waiting = m_cursorNews.with([](auto& each) { return std::exchange(each, {}); });
-    for (const CursorNews& news : waiting)
-        news.place ? m_receiver.pointerAt(*news.place, news.arrival) : m_receiver.pointerLost();
-}
-
-void Cast::askAgain() {
-    const auto& since = m_receiver.awaitedSince();
-    const auto now = base::hostNow();
-    if (!since)
-        m_timesAsked = 0;
-    else if (m_timesAsked < mostTimesAsked && now - std::max(*since, m_asked) >= untilAskedAgain) {
-        m_stream->setActive(false);
-        m_stream->setActive(true);
-        m_asked = now;
-        ++m_timesAsked;
-    }
 }
 
 void Cast::noteChanges() {
@@ -248,16 +172,8 @@ Cast::awaitPicture(base::HostDuration longestWait, std::stop_token cancelled) {
 }
 
 std::shared_ptr<const media::PixelBuffer> Cast::picture() {
-    std::shared_ptr<media::PixelBuffer> copy;
-    onThread(std::packaged_task<void()>([&] {
-        if (m_receiver.picture().isEmpty())
-            return;
-        const auto& view = m_receiver.picture().view();
-        copy = media::PixelBuffer::allocate(media::PixelFormat::bgra, view.width, view.height);
-        for (int y = 0; y < view.height; ++y)
-            std::memcpy(copy->mutableRow(0, y), view.pixels + y * view.stride,
-                        std::size_t{4} * view.width);
-    }));
+    std::shared_ptr<const media::PixelBuffer> copy;
+    m_tasks.onThread([&] { copy = m_receiver.picture().copy(); });
     return copy;
 }
 
@@ -276,7 +192,7 @@ void Cast::awaitChange(base::HostDuration longestWait) {
 }
 
 void Cast::crop(const PictureCrop& crop) {
-    onThread(std::packaged_task<void()>([&] { m_receiver.picture().crop(crop); }));
+    m_tasks.onThread([&] { m_receiver.picture().crop(crop); });
 }
 
 void Cast::recordFrames(const Recording& recording) {
@@ -295,7 +211,7 @@ void Cast::recordFrames(const Recording& recording) {
 void Cast::record(const RecordingTarget& target, ScreenStreamOutput& output) {
     m_recordingStop = std::stop_source();
     std::optional<Failure> ended;
-    onThread(std::packaged_task<void()>([&] {
+    m_tasks.onThread([&] {
         const std::lock_guard lock(m_mutex);
         if (m_isOver) {
             ended = m_failure.value_or(Failure());
@@ -303,62 +219,27 @@ void Cast::record(const RecordingTarget& target, ScreenStreamOutput& output) {
         }
         m_recording = Recording{target, &output, m_recordingStop.get_token()};
         m_isRecording = true;
-    }));
+    });
     if (ended)
         output.streamStopped(*ended);
 }
 
 void Cast::stopRecording() {
     m_recordingStop.request_stop();
-    wakeUp();
+    m_tasks.wakeUp();
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return !m_isRecording || m_isOver; });
 }
 
 void Cast::followPointer(PointerOutput& output, PointerScale scale) {
-    onThread(std::packaged_task<void()>([&] {
-        takeCursorNews(); // so that what came before is not told as news
+    m_tasks.onThread([&] {
+        m_cursorNews.deliver(m_receiver); // so that what came before is not told as news
         m_receiver.setPointerOutput(&output, scale);
-    }));
+    });
 }
 
 void Cast::leavePointer() {
-    onThread(std::packaged_task<void()>([this] { m_receiver.setPointerOutput(nullptr); }));
-}
-
-void Cast::wakeUp() {
-    const std::lock_guard lock(m_mutex);
-    if (m_loop != nullptr)
-        m_loop->wakeUp();
-}
-
-void Cast::onThread(std::packaged_task<void()> task) {
-    auto done = task.get_future();
-    {
-        std::unique_lock lock(m_mutex);
-        if (m_isOver) {
-            lock.unlock();
-            return task();
-        }
-        m_tasks.push_back(std::move(task));
-        if (m_loop != nullptr)
-            m_loop->wakeUp();
-    }
-    done.get();
-}
-
-void Cast::runTasks() {
-    for (;;) {
-        std::packaged_task<void()> task;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_tasks.empty())
-                return;
-            task = std::move(m_tasks.front());
-            m_tasks.pop_front();
-        }
-        task();
-    }
+    m_tasks.onThread([this] { m_receiver.setPointerOutput(nullptr); });
 }
 
 } // namespace vantro::capture::wayland

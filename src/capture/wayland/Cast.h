@@ -1,15 +1,15 @@
 #pragma once
 
-#include "base/Guarded.h"
 #include "capture/FrameLoop.h"
 #include "capture/wayland/CastReceiver.h"
+#include "capture/wayland/CursorMailbox.h"
 #include "capture/wayland/CursorSession.h"
+#include "capture/wayland/LoopTasks.h"
+#include "capture/wayland/PictureReminder.h"
 #include "capture/wayland/PortalSession.h"
 
 #include <atomic>
 #include <condition_variable>
-#include <deque>
-#include <future>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -22,7 +22,7 @@ namespace vantro::capture::wayland {
 /// one owner of the portal's session and of its stream. A thread of its own, "com.vantro.capture",
 /// takes in what arrives and, while it is recorded, makes the frames, so that no picture is locked
 /// or copied twice. One other thread at a time calls it.
-class Cast : private CursorListener {
+class Cast {
   public:
     /// Why it shows nothing more, for the user; empty when the user has ended it by the desktop's
     /// own means.
@@ -30,7 +30,7 @@ class Cast : private CursorListener {
 
     Cast(std::unique_ptr<PortalSession> session, PortalGrant grant);
     /// Portals rely on it that the stream ends before the session.
-    ~Cast() override;
+    ~Cast();
     Cast(const Cast&) = delete;
     Cast& operator=(const Cast&) = delete;
 
@@ -62,7 +62,6 @@ class Cast : private CursorListener {
 
   private:
     class Picture;
-    class PublishedLoop;
 
     struct Recording {
         RecordingTarget target;
@@ -70,29 +69,13 @@ class Cast : private CursorListener {
         std::stop_token stop;
     };
 
-    struct CursorNews {
-        std::optional<model::Point> place; // nothing: the compositor tells no more
-        base::HostTime arrival;
-    };
-
-    void cursorAt(model::Point place, base::HostTime arrival) override {
-        note({.place = place, .arrival = arrival});
-    }
-    void cursorLost() override { note({.place = {}, .arrival = base::hostNow()}); }
-    void note(const CursorNews& news);
-    void takeCursorNews();
     void run(const std::stop_token& stop, PortalGrant grant);
     void live(pipewire::Loop& loop, const std::stop_token& stop, PortalGrant grant);
     void recordFrames(const Recording& recording);
     void turn(base::HostDuration longestWait);
     void noteChanges();
-    void askAgain();
-    void runTasks();
     void endWith(const Failure& failure);
     std::optional<Failure> failureNow() const;
-    void wakeUp();
-    /// Has the thread do something, and waits until it has. Where that has ended, it is done here.
-    void onThread(std::packaged_task<void()> task);
 
     const PortalStream m_source;
     std::atomic<bool> m_isClosed = false; // by the desktop
@@ -103,10 +86,10 @@ class Cast : private CursorListener {
     // While it is live:
     pipewire::Connection* m_connection = nullptr;
     pipewire::VideoStream* m_stream = nullptr;
-    base::HostTime m_asked; // for a picture
-    int m_timesAsked = 0;   // since one came
+    PictureReminder m_reminder;
 
-    base::Guarded<std::deque<CursorNews>> m_cursorNews; // bounded: the oldest go first
+    LoopTasks m_tasks;
+    CursorMailbox m_cursorNews{[this] { m_tasks.wakeUp(); }};
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     // Guarded by m_mutex:
@@ -115,8 +98,6 @@ class Cast : private CursorListener {
     base::HostTime m_lastChange;      // of the picture while it is not recorded
     bool m_isRecording = false;
     bool m_isOver = false; // the thread takes no more tasks
-    std::deque<std::packaged_task<void()>> m_tasks;
-    pipewire::Loop* m_loop = nullptr; // while the thread has one
 
     // Destroyed first, the thread before the portal's session.
     std::unique_ptr<PortalSession> m_session;

@@ -3,6 +3,7 @@
 #include "capture/wayland/WindowPlace.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace vantro::capture::wayland {
@@ -140,6 +141,16 @@ model::Point CastPicture::uprightPlaceOf(model::Point inBuffer) const {
     default:
         return {x, y};
     }
+}
+
+std::shared_ptr<const media::PixelBuffer> CastPicture::copy() const {
+    if (isEmpty())
+        return nullptr;
+    auto copy = media::PixelBuffer::allocate(media::PixelFormat::bgra, m_view.width, m_view.height);
+    for (int y = 0; y < m_view.height; ++y)
+        std::memcpy(copy->mutableRow(0, y), m_view.pixels + y * m_view.stride,
+                    std::size_t{4} * m_view.width);
+    return copy;
 }
 
 } // namespace vantro::capture::wayland

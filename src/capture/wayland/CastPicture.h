@@ -5,10 +5,12 @@
 #include "capture/pictures/PictureComparison.h"
 #include "capture/pictures/PictureFit.h"
 #include "capture/wayland/PixelWalk.h"
+#include "media/values/PixelBuffer.h"
 #include "model/Geometry.h"
 #include "pipewire/VideoBuffer.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -33,6 +35,8 @@ class CastPicture {
     /// Before the first picture.
     bool isEmpty() const { return m_view.pixels == nullptr; }
     const pictures::PictureView& view() const { return m_view; }
+    /// Null before the first picture.
+    std::shared_ptr<const media::PixelBuffer> copy() const;
     /// When it came about.
     base::HostTime time() const { return m_time; }
     /// Where it has changed since the owner last cleared that; the map of another size is a new

@@ -10,7 +10,7 @@
 namespace vantro::capture::wayland {
 namespace {
 
-// Every desktop draws a picture when a stream begins, whatever the screen does.
+// Whatever the screen does, desktops send a picture when a stream begins or when reminded of it.
 constexpr base::HostDuration longestWaitForPicture = std::chrono::seconds(2);
 
 /// Whole pixels a point, at least one. What has no size in points is taken for unscaled.

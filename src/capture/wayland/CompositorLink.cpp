@@ -12,46 +12,10 @@
 #include <ext-image-copy-capture-v1-client.h>
 #include <poll.h>
 #include <wayland-client.h>
+#include <wlr-layer-shell-unstable-v1-client.h>
 #include <xdg-output-unstable-v1-client.h>
 
 namespace vantro::capture::wayland {
-
-void FreeProxy::operator()(wl_display* display) const {
-    wl_display_disconnect(display);
-}
-void FreeProxy::operator()(wl_registry* registry) const {
-    wl_registry_destroy(registry);
-}
-void FreeProxy::operator()(wl_output* output) const {
-    wl_output_destroy(output);
-}
-void FreeProxy::operator()(wl_seat* seat) const {
-    wl_seat_destroy(seat);
-}
-void FreeProxy::operator()(wl_pointer* pointer) const {
-    wl_pointer_destroy(pointer);
-}
-void FreeProxy::operator()(zxdg_output_manager_v1* manager) const {
-    zxdg_output_manager_v1_destroy(manager);
-}
-void FreeProxy::operator()(zxdg_output_v1* output) const {
-    zxdg_output_v1_destroy(output);
-}
-void FreeProxy::operator()(ext_output_image_capture_source_manager_v1* manager) const {
-    ext_output_image_capture_source_manager_v1_destroy(manager);
-}
-void FreeProxy::operator()(ext_image_capture_source_v1* source) const {
-    ext_image_capture_source_v1_destroy(source);
-}
-void FreeProxy::operator()(ext_image_copy_capture_manager_v1* manager) const {
-    ext_image_copy_capture_manager_v1_destroy(manager);
-}
-void FreeProxy::operator()(ext_image_copy_capture_session_v1* session) const {
-    ext_image_copy_capture_session_v1_destroy(session);
-}
-void FreeProxy::operator()(ext_image_copy_capture_cursor_session_v1* session) const {
-    ext_image_copy_capture_cursor_session_v1_destroy(session);
-}
 
 struct CompositorLink::Output {
     std::uint32_t global = 0;
@@ -176,6 +140,12 @@ void CompositorLink::announced(std::uint32_t name, const std::string& interface,
         bind(m_sources, ext_output_image_capture_source_manager_v1_interface, 1);
     } else if (isNew(ext_image_copy_capture_manager_v1_interface, m_copies)) {
         bind(m_copies, ext_image_copy_capture_manager_v1_interface, 1);
+    } else if (isNew(wl_compositor_interface, m_surfaces)) {
+        bind(m_surfaces, wl_compositor_interface, 1);
+    } else if (isNew(wl_shm_interface, m_memory)) {
+        bind(m_memory, wl_shm_interface, 1);
+    } else if (isNew(zwlr_layer_shell_v1_interface, m_layers)) {
+        bind(m_layers, zwlr_layer_shell_v1_interface, 1);
     } else if (isNew(wl_seat_interface, m_seat)) {
         bind(m_seat, wl_seat_interface, 1);
         wl_seat_add_listener(m_seat.get(), &Listeners::seat, this);
@@ -210,6 +180,10 @@ bool CompositorLink::isThere(std::size_t number) const {
     return m_outputs[number] != nullptr;
 }
 
+wl_output* CompositorLink::output(std::size_t number) const {
+    return m_outputs[number] ? m_outputs[number]->output.get() : nullptr;
+}
+
 Owned<ext_image_copy_capture_cursor_session_v1>
 CompositorLink::cursorSession(ext_image_capture_source_v1& source) const {
     if (!m_pointer)
@@ -238,20 +212,21 @@ bool CompositorLink::turn(int wakeUp, base::HostDuration longestWait) {
     return wl_display_dispatch_pending(display) >= 0;
 }
 
-bool CompositorLink::roundTrip(base::HostDuration longestWait) {
-    struct FreeCallback {
-        void operator()(wl_callback* callback) const { wl_callback_destroy(callback); }
-    };
+bool CompositorLink::turnUntil(const std::function<bool()>& isSo, base::HostDuration longestWait) {
     const auto limit = base::hostNow() + longestWait;
-    bool isDone = false;
-    const std::unique_ptr<wl_callback, FreeCallback> callback(wl_display_sync(m_display.get()));
-    wl_callback_add_listener(callback.get(), &Listeners::sync, &isDone);
-    while (!isDone) {
+    while (!isSo()) {
         const auto now = base::hostNow();
         if (now >= limit || !turn(-1, limit - now))
             return false;
     }
     return true;
+}
+
+bool CompositorLink::roundTrip(base::HostDuration longestWait) {
+    bool isDone = false;
+    const Owned<wl_callback> callback(wl_display_sync(m_display.get()));
+    wl_callback_add_listener(callback.get(), &Listeners::sync, &isDone);
+    return turnUntil([&] { return isDone; }, longestWait);
 }
 
 } // namespace vantro::capture::wayland

@@ -1,47 +1,17 @@
 #pragma once
 
 #include "base/HostClock.h"
+#include "capture/wayland/CompositorProxies.h"
 #include "model/Geometry.h"
 #include "pipewire/VideoBuffer.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-// NOLINTBEGIN(readability-identifier-naming): libwayland's
-struct wl_display;
-struct wl_registry;
-struct wl_output;
-struct wl_seat;
-struct wl_pointer;
-struct zxdg_output_manager_v1;
-struct zxdg_output_v1;
-struct ext_output_image_capture_source_manager_v1;
-struct ext_image_capture_source_v1;
-struct ext_image_copy_capture_manager_v1;
-struct ext_image_copy_capture_session_v1;
-struct ext_image_copy_capture_cursor_session_v1;
-// NOLINTEND(readability-identifier-naming)
-
 namespace vantro::capture::wayland {
-
-struct FreeProxy {
-    void operator()(wl_display* display) const;
-    void operator()(wl_registry* registry) const;
-    void operator()(wl_output* output) const;
-    void operator()(wl_seat* seat) const;
-    void operator()(wl_pointer* pointer) const;
-    void operator()(zxdg_output_manager_v1* manager) const;
-    void operator()(zxdg_output_v1* output) const;
-    void operator()(ext_output_image_capture_source_manager_v1* manager) const;
-    void operator()(ext_image_capture_source_v1* source) const;
-    void operator()(ext_image_copy_capture_manager_v1* manager) const;
-    void operator()(ext_image_copy_capture_session_v1* session) const;
-    void operator()(ext_image_copy_capture_cursor_session_v1* session) const;
-};
-template <typename Proxy>
-using Owned = std::unique_ptr<Proxy, FreeProxy>;
 
 /// A screen as the compositor tells of it. A plain record.
 struct CompositorOutput {
@@ -49,8 +19,8 @@ struct CompositorOutput {
     pipewire::Size pixels; ///< of its picture, upright
 };
 
-/// A connection of our own to the compositor: its screens, its pointer, and what tells of that one.
-/// One thread at a time.
+/// A connection of our own to the compositor: its screens, its pointer, what tells of that one, and
+/// what shows things. One thread at a time.
 class CompositorLink {
   public:
     /// To the compositor of the environment, once it has told of all that; null where none answers
@@ -73,9 +43,20 @@ class CompositorLink {
     Owned<ext_image_copy_capture_cursor_session_v1>
     cursorSession(ext_image_capture_source_v1& source) const;
 
+    /// Whether programs can put things of their own on its screens.
+    bool hasLayers() const { return m_surfaces && m_memory && m_layers; }
+    // What that takes; null where the compositor has none.
+    wl_compositor* surfaces() const { return m_surfaces.get(); }
+    wl_shm* memory() const { return m_memory.get(); }
+    zwlr_layer_shell_v1* layers() const { return m_layers.get(); }
+    /// One of the outputs; null once it has gone.
+    wl_output* output(std::size_t number) const;
+
     /// Waits for news, or until `wakeUp` can be read, and handles it. False when the compositor has
     /// gone.
     bool turn(int wakeUp, base::HostDuration longestWait);
+    /// Handles news until it is so; false when the compositor has gone or the time is over first.
+    bool turnUntil(const std::function<bool()>& isSo, base::HostDuration longestWait);
     /// Until the compositor has handled all that was asked; false when it does not in time.
     bool roundTrip(base::HostDuration longestWait);
 
@@ -94,6 +75,9 @@ class CompositorLink {
     Owned<zxdg_output_manager_v1> m_places;
     Owned<ext_output_image_capture_source_manager_v1> m_sources;
     Owned<ext_image_copy_capture_manager_v1> m_copies;
+    Owned<wl_compositor> m_surfaces;
+    Owned<wl_shm> m_memory;
+    Owned<zwlr_layer_shell_v1> m_layers;
     Owned<wl_seat> m_seat;
     Owned<wl_pointer> m_pointer;
     int m_pointersSoFar = 0;

@@ -9,14 +9,16 @@
 #include "capture/wayland/WaylandCapturePlatform.h"
 #include "support/Eventually.h"
 #include "support/ScriptedScreen.h"
+#include "support/SwayDesk.h"
 #include "ui/Preferences.h"
 #include "window/overlay/DesktopOverlays.h"
 #include "window/overlay/SelectionOverlay.h"
 #include "window/platform/HiddenWindows.h"
-#include "window/sway/SwayDesk.h"
 #include "window/sway/VirtualPointer.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QLibraryInfo>
 #include <QScreen>
 #include <QTest>
 #include <cstdlib>
@@ -56,9 +58,10 @@ class AreaOnSway : public QObject,
                                        .arg(turn)
                                        .toStdString()));
         pixels = turn == 0 ? QSize(1280, 720) : QSize(720, 1280);
+        const double width = pixels.width() / scale;
         ASSERT_TRUE(QTest::qWaitFor([&] {
-            return screenOfOutput() != nullptr &&
-                   std::abs(screenOfOutput()->size().width() - pixels.width() / scale) < 1;
+            const auto* shown = screenOfOutput();
+            return shown != nullptr && std::abs(shown->size().width() - width) < 1;
         }));
     }
     void TearDown() override {
@@ -115,6 +118,10 @@ class AreaOnSway : public QObject,
                     return found;
         return nullptr;
     }
+    std::string failure() const {
+        const auto& error = state.error();
+        return error ? error->what() : "no frame";
+    }
     /// To a pixel of the output.
     void moveTo(QPoint pixel) {
         const auto* shown = screenOfOutput();
@@ -160,7 +167,7 @@ TEST_P(AreaOnSway, IsRecordedToThePixelAsItWasDraggedOut) {
     pointer.release();
     ASSERT_TRUE(QTest::qWaitFor([&] {
         return state.recorder() != nullptr && state.recorder()->statistics().framesCaptured > 0;
-    })) << (state.error() ? state.error()->what() : "no frame");
+    })) << failure();
     EXPECT_FALSE(own.isVisible());
     flow.stopRecording();
     ASSERT_TRUE(QTest::qWaitFor([&] { return state.phase() == app::AppPhase::previewing(); }));
@@ -193,12 +200,15 @@ INSTANTIATE_TEST_SUITE_P(Layouts, AreaOnSway,
 /// The compositor must be there before the application object.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    if (!vantro::test::SwayDesk::isInstalled() || testing::GTEST_FLAG(list_tests)) {
+    const bool hasQtPart = QFileInfo::exists(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
+                                             "/platforms/libqwayland-generic.so");
+    if (!hasQtPart || !vantro::test::SwayDesk::isInstalled() || testing::GTEST_FLAG(list_tests)) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         const QApplication application(argc, argv);
         return RUN_ALL_TESTS();
     }
-    vantro::test::SwayDesk sway;
+    vantro::test::WaylandDesk session;
+    vantro::test::SwayDesk sway(session);
     vantro::window::desk = &sway;
     qputenv("QT_QPA_PLATFORM", "wayland");
     const QApplication application(argc, argv);
