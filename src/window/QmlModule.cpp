@@ -33,8 +33,8 @@ namespace vantro::window {
 void prepareEngine(QQmlEngine& engine) {
     qmlRegisterTypesAndRevisions<
         ui::ActionGuard, ui::Appearance, ui::PictureStream, ui::PreviewItem, DisplayChoice,
-        MainModel, WindowFitter, devices::CameraView, devices::DeviceChoice, devices::LevelMeters,
-        devices::SourceMeter, editor::EditorModel, editor::EditorPreview,
+        MainModel, MessagesModel, WindowFitter, devices::CameraView, devices::DeviceChoice,
+        devices::LevelMeters, devices::SourceMeter, editor::EditorModel, editor::EditorPreview,
         editor::PlayerTimeObserver, editor::ZoomTarget, editor::bars::AccessibleBar,
         editor::bars::BarGestures, editor::bars::BarKeys, editor::bars::BarPicture,
         editor::bars::EditorActions, editor::bars::RecordingStrip, editor::bars::RulerPicture,
