@@ -2,7 +2,7 @@
 
 #include "base/Fatal.h"
 #include "base/Log.h"
-#include "media/values/MediaError.h"
+#include "capture/RecordingMovie.h"
 #include "model/VantroError.h"
 
 #include <algorithm>
@@ -12,21 +12,8 @@
 namespace vantro::capture {
 namespace {
 
-// Far above what a screen needs at 60 frames a second: the editor works on this movie, so what is
-// lost here shows in every export.
-constexpr std::int64_t videoBitRate = 50'000'000;
-// An exact seek decodes half of this on average.
-constexpr double keyframeInterval = 0.5; // seconds
-
-// What the log tells of a writer's end.
-enum class WriterStatus { completed = 2, failed = 3 };
-
 [[noreturn]] void failStart(std::string_view message) {
     throw model::VantroError(model::VantroError::Kind::captureStartFailed, message);
-}
-
-[[noreturn]] void failWriter(std::string_view message) {
-    throw model::VantroError(model::VantroError::Kind::assetWriterFailed, message);
 }
 
 void logTarget(const RecordingRequest& request, const RecordingTarget& target) {
@@ -109,18 +96,14 @@ bool RecordingSession::openSources() {
         return false;
     if (!stream)
         failStart(stream.error());
-    openWriter(m_extras.openSounds());
+    m_writer = openRecordingMovie(m_movie, m_target, m_request.frameRate, m_extras.openSounds());
     auto pointer = m_platform->makePointerSource(m_target);
     if (!pointer)
         failStart(pointer.error());
     m_pointer = std::move(*pointer);
     noteWhatIsMissing();
     openJournal();
-    m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
-    m_tracker->setOnUnknown(
-        [this](const char* what, const std::string& why) { m_progress.lost(what, why); });
-    const double pixels = 2 * m_target.display.backingScaleFactor; // of half a point
-    m_tracker->setPlaceOfUnknown({m_target.width / pixels, m_target.height / pixels});
+    makeTracker();
     m_extras.connect(*m_writer, *m_journal);
     m_screen =
         std::make_unique<ScreenTrack>(std::move(*stream), *m_writer, m_clock, m_progress,
@@ -139,33 +122,20 @@ void RecordingSession::noteWhatIsMissing() {
             }
 }
 
-void RecordingSession::openWriter(const std::vector<media::AudioSettings>& audio) {
-    const media::VideoSettings settings{.width = m_target.width,
-                                        .height = m_target.height,
-                                        .averageBitRate = videoBitRate,
-                                        .expectedFrameRate =
-                                            static_cast<double>(m_request.frameRate),
-                                        .keyframeInterval = keyframeInterval,
-                                        .expectsRealTime = true};
-    try {
-        m_writer = std::make_unique<media::AssetWriter>(m_movie, media::FileType::quickTimeMovie,
-                                                        settings, audio);
-    } catch (const media::MediaError& error) {
-        failWriter(fmt::format("Failed to create writer: {}", error.what()));
-    }
-    try {
-        m_writer->startWriting();
-    } catch (const media::MediaError& error) {
-        failWriter(error.what());
-    }
-}
-
 void RecordingSession::openJournal() {
     try {
         m_journal = std::make_unique<CursorJournal>(m_movie, describeRecording());
     } catch (const std::filesystem::filesystem_error& error) {
-        failWriter(error.what());
+        throw model::VantroError(model::VantroError::Kind::assetWriterFailed, error.what());
     }
+}
+
+void RecordingSession::makeTracker() {
+    m_tracker = std::make_unique<CursorTracker>(m_clock, m_journal.get());
+    m_tracker->setOnUnknown(
+        [this](const char* what, const std::string& why) { m_progress.lost(what, why); });
+    const double pixels = 2 * m_target.display.backingScaleFactor; // of half a point
+    m_tracker->setPlaceOfUnknown({m_target.width / pixels, m_target.height / pixels});
 }
 
 /// The screen comes last: its first frame is time zero, when all others already watch.
@@ -267,16 +237,17 @@ model::RecordingMetadata RecordingSession::stop() {
     }
     // What has been written down of the pointer stays beside the movie, which may fail yet.
     m_journal.reset();
+    const auto length = movieLength(m_clock, stopTime);
     try {
-        finishWriter(stopTime);
+        finishRecordingMovie(*m_writer, length);
     } catch (...) {
         // What there is of the recording may be recovered with it.
-        m_extras.finish(movieLength(stopTime));
+        m_extras.finish(length);
         throw;
     }
-    m_extras.finish(movieLength(stopTime));
-    logRate(movieLength(stopTime).seconds(), m_progress.statistics());
-    return makeMetadata(stopTime);
+    m_extras.finish(length);
+    logRate(length.seconds(), m_progress.statistics());
+    return makeMetadata(length.seconds());
 }
 
 void RecordingSession::stopSources(base::HostTime at) {
@@ -284,26 +255,6 @@ void RecordingSession::stopSources(base::HostTime at) {
     m_tracker->stop(at);
     m_extras.stop();
     m_screen->stop();
-}
-
-/// Rounded up to what every movie's time scale can hold, so that nothing is longer.
-media::MediaTime RecordingSession::movieLength(base::HostTime stopTime) const {
-    const auto length =
-        m_clock.with([stopTime](const RecordingClock& clock) { return clock.length(stopTime); });
-    constexpr std::int64_t second = 1'000'000'000;
-    constexpr auto scale = media::MediaTime::boundaryTimescale;
-    return {.value = (length.count() * scale + second - 1) / second, .timescale = scale};
-}
-
-void RecordingSession::finishWriter(base::HostTime stopTime) {
-    try {
-        m_writer->finish(movieLength(stopTime));
-    } catch (const media::MediaError& error) {
-        base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::failed));
-        base::logError("Asset writer error: {}", error.what());
-        failWriter(error.what());
-    }
-    base::logInfo("Asset writer finished, status: {}", static_cast<int>(WriterStatus::completed));
 }
 
 /// All that is known before the first sample.
@@ -316,11 +267,11 @@ model::RecordingMetadata RecordingSession::describeRecording() const {
     return metadata;
 }
 
-model::RecordingMetadata RecordingSession::makeMetadata(base::HostTime stopTime) const {
+model::RecordingMetadata RecordingSession::makeMetadata(double endTime) const {
     auto metadata = describeRecording();
     metadata.cursorPositions = m_tracker->positions();
     metadata.clickEvents = m_tracker->clicks();
-    metadata.endTime = movieLength(stopTime).seconds();
+    metadata.endTime = endTime;
     m_extras.describe(metadata);
     return metadata;
 }

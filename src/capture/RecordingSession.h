@@ -10,7 +10,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace vantro::capture {
 
@@ -62,16 +61,14 @@ class RecordingSession final : public Recorder {
   private:
     bool openSources();
     void noteWhatIsMissing();
-    void openWriter(const std::vector<media::AudioSettings>& audio);
     void openJournal();
+    void makeTracker();
     void startSources();
     void stopSources(base::HostTime at);
     void abandon();
     std::optional<base::HostTime> changeClock(bool (RecordingClock::*change)(base::HostTime));
-    media::MediaTime movieLength(base::HostTime stopTime) const;
-    void finishWriter(base::HostTime stopTime);
     model::RecordingMetadata describeRecording() const;
-    model::RecordingMetadata makeMetadata(base::HostTime stopTime) const;
+    model::RecordingMetadata makeMetadata(double endTime) const;
 
     const RecordingRequest m_request;
     const Connect m_connect;

@@ -8,6 +8,8 @@
 #include "model/SharedList.h"
 #include "model/TimelineSegment.h"
 
+#include <optional>
+
 namespace vantro::model {
 
 /// What the user has made of a recording. A value; copies share clicks and segments, so a step of
@@ -28,10 +30,6 @@ struct Edit {
     bool operator==(const Edit&) const = default;
 };
 
-/// The edit that a new recording begins with: each of its clicks a zoom, normalized, and all of its
-/// length; the rest as in `choices`.
-Edit freshEdit(const RecordingMetadata& metadata, Edit choices = {});
-
 /// What films of one author have in common.
 struct Look {
     BackgroundSettings background;
@@ -42,5 +40,10 @@ struct Look {
 Look lookOf(const Edit& edit);
 /// The edit with that look.
 Edit withLook(Edit edit, const Look& look);
+
+/// The edit that a new recording begins with: each of its clicks a zoom, normalized, and all of its
+/// length; the look that new recordings have, if any; the rest as in `choices`.
+Edit freshEdit(const RecordingMetadata& metadata, Edit choices = {},
+               const std::optional<Look>& look = {});
 
 } // namespace vantro::model

@@ -226,11 +226,13 @@ void Program::camerasChanged() {
 
 void Program::followPreferences() {
     const auto useDefaults = [this] {
-        m_recording.setCountdown(m_preferences.countdown());
-        m_recording.setFrameRate(m_preferences.frameRate());
-        const auto folder = m_preferences.recordingsFolder();
-        m_recording.setFolder(folder.isEmpty() ? std::nullopt
-                                               : std::optional(folder.toStdString()));
+        auto& preparation = m_recording.preparation();
+        preparation.setCountdown(m_preferences.countdown());
+        preparation.setFrameRate(m_preferences.frameRate());
+        std::optional<std::filesystem::path> folder;
+        if (const auto chosen = m_preferences.recordingsFolder(); !chosen.isEmpty())
+            folder = chosen.toStdString();
+        preparation.setFolder(std::move(folder));
         m_state.setLook(m_preferences.look());
     };
     useDefaults();
@@ -267,7 +269,7 @@ int Program::run(const StartRequest& request) {
     if (request.isService)
         QTimer::singleShot(longestUnasked, qApp, [this] {
             if (!m_window.window().isVisible() && m_state.phase() == app::AppPhase::idle() &&
-                !m_recording.isPreparing())
+                !m_recording.preparation().isUnderWay())
                 QCoreApplication::quit();
         });
     else

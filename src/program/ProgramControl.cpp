@@ -67,10 +67,10 @@ void ProgramControl::act(capture::GlobalAction action) {
 void ProgramControl::toggle() {
     if (m_state.phase() == app::AppPhase::recording())
         m_flows.recording.stopRecording();
-    else if (m_flows.recording.isPreparing())
-        m_flows.recording.cancelPreparation();
+    else if (m_flows.recording.preparation().isUnderWay())
+        m_flows.recording.preparation().cancel();
     else
-        m_flows.recording.beginCapture();
+        m_flows.recording.preparation().begin();
 }
 
 void ProgramControl::show(const std::vector<std::string>& addresses, const std::string& token) {
@@ -101,7 +101,7 @@ void ProgramControl::act(const std::string& action) {
         if (action == name) {
             show({}, {});
             m_state.setCaptureMode(mode);
-            m_flows.recording.beginCapture();
+            m_flows.recording.preparation().begin();
         }
 }
 

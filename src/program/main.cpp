@@ -1,6 +1,7 @@
 #include "app/cli/CommandLine.h"
 #include "program/Application.h"
 #include "program/PlayProgram.h"
+#include "ui/Preferences.h"
 
 #include <string_view>
 
@@ -9,7 +10,8 @@ int main(int argc, char** argv) {
     const app::cli::WindowCommands windows{
         .edit =
             [&](const auto& file) { return program::runApplication(argc, argv, {.file = file}); },
-        .play = [&](const auto& request) { return program::playInWindow(argc, argv, request); }};
+        .play = [&](const auto& request) { return program::playInWindow(argc, argv, request); },
+        .lookOfNew = [] { return ui::Preferences().look(); }};
     const std::string_view first = argc > 1 ? argv[1] : "";
     if (first == "--service" && argc == 2) // as the session bus starts it
         return program::runApplication(argc, argv, {.isService = true});

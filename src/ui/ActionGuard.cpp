@@ -39,11 +39,12 @@ void ActionGuard::followEverything() {
           &app::AppState::metadataChanged})
         follow(m_state, signal);
     follow(m_permission, &PermissionService::screenRecordingGrantedChanged);
-    for (const auto signal :
-         {&RecordingFlow::windowPickerShownChanged, &RecordingFlow::desktopAskingChanged,
-          &RecordingFlow::countdownRemainingChanged, &RecordingFlow::stoppingChanged,
-          &RecordingFlow::stopNoticeChanged})
-        follow(m_flows.recording, signal);
+    for (const auto signal : {&RecordingPreparation::windowPickerShownChanged,
+                              &RecordingPreparation::desktopAskingChanged,
+                              &RecordingPreparation::countdownRemainingChanged})
+        follow(m_flows.recording.preparation(), signal);
+    follow(m_flows.recording, &RecordingFlow::stoppingChanged);
+    follow(m_flows.recording, &RecordingFlow::stopNoticeChanged);
     follow(m_flows.exports, &ExportFlow::runningChanged);
     follow(m_flows.projects, &ProjectFlow::activityChanged);
     follow(m_flows.projects, &ProjectFlow::questionChanged);

@@ -8,7 +8,8 @@ namespace vantro::ui {
 
 Screen shownScreen(const app::AppState& state, const app::flows::PermissionService& permission,
                    const app::flows::RecordingFlow& recording) {
-    const bool countsDown = recording.countdownRemaining() > 0;
+    const auto& preparation = recording.preparation();
+    const bool countsDown = preparation.countdownRemaining() > 0;
     switch (state.phase().kind) {
     case app::AppPhase::Kind::selecting:
         return countsDown ? Screen::countdown : Screen::selecting;
@@ -22,11 +23,11 @@ Screen shownScreen(const app::AppState& state, const app::flows::PermissionServi
     }
     if (!permission.screenRecordingGranted())
         return Screen::waiting;
-    if (recording.isWindowPickerShown())
+    if (preparation.isWindowPickerShown())
         return Screen::picker;
-    if (recording.isDesktopAsking())
+    if (preparation.isDesktopAsking())
         return Screen::asking;
-    if (recording.isConfirming())
+    if (preparation.isConfirming())
         return Screen::confirming;
     return countsDown ? Screen::countdown : Screen::controls;
 }

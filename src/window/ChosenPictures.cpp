@@ -5,7 +5,7 @@
 namespace vantro::window {
 
 QImage ChosenPictures::requestImage(const QString&, QSize* size, const QSize& requestedSize) {
-    const auto& content = m_flow.chosenContent();
+    const auto& content = m_flow.preparation().chosenContent();
     if (!content || content->picture == nullptr)
         return {};
     const auto picture = overlay::imageOf(content->picture);

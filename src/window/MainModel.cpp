@@ -6,15 +6,12 @@
 #include "app/flows/JournalFlow.h"
 #include "app/flows/PermissionService.h"
 #include "app/flows/ProjectFlow.h"
-#include "app/flows/RecoveryFlow.h"
 #include "ui/ActionGuard.h"
 #include "ui/Sentences.h"
 #include "ui/TimeText.h"
 #include "window/picker/WindowPickerModel.h"
-#include "window/start/UnsavedRecordingsModel.h"
 
 #include <QFile>
-#include <QLocale>
 #include <algorithm>
 
 namespace vantro::window {
@@ -37,11 +34,15 @@ bool isOpenable(const QUrl& file) {
 MainModel::MainModel(app::AppState& state, app::flows::PermissionService& permission,
                      picker::WindowPickerModel& windows, app::flows::Flows flows,
                      ui::ActionGuard& guard)
-    : m_state(state), m_permission(permission), m_windows(windows), m_flows(flows), m_guard(guard) {
+    : m_state(state)
+    , m_permission(permission)
+    , m_windows(windows)
+    , m_flows(flows)
+    , m_guard(guard)
+    , m_messages(state, flows) {
     connect(&guard, &ui::ActionGuard::changed, this, &MainModel::clicksNoteChanged);
     connectState();
     connectFlows();
-    connectQuestions();
 }
 
 void MainModel::connectState() {
@@ -53,45 +54,33 @@ void MainModel::connectState() {
          {&app::AppState::systemAudioEnabledChanged, &app::AppState::microphoneAudioEnabledChanged,
           &app::AppState::webcamEnabledChanged})
         connect(&m_state, changed, this, &MainModel::sourcesChanged);
-    connect(&m_state, &app::AppState::errorChanged, this, &MainModel::alertChanged);
     connect(&m_permission, &app::flows::PermissionService::screenRecordingGrantedChanged, this,
             &MainModel::screenChanged);
 }
 
 void MainModel::connectFlows() {
-    auto& recording = m_flows.recording;
-    connect(&recording, &app::flows::RecordingFlow::windowPickerShownChanged, this, [this] {
-        m_windows.setShown(m_flows.recording.isWindowPickerShown());
-        Q_EMIT screenChanged();
-    });
-    connect(&recording, &app::flows::RecordingFlow::desktopAskingChanged, this,
+    auto& preparation = m_flows.recording.preparation();
+    connect(&preparation, &app::flows::RecordingPreparation::windowPickerShownChanged, this,
+            [this] {
+                m_windows.setShown(m_flows.recording.preparation().isWindowPickerShown());
+                Q_EMIT screenChanged();
+            });
+    connect(&preparation, &app::flows::RecordingPreparation::desktopAskingChanged, this,
             &MainModel::screenChanged);
-    connect(&recording, &app::flows::RecordingFlow::chosenContentChanged, this, [this] {
+    connect(&preparation, &app::flows::RecordingPreparation::chosenContentChanged, this, [this] {
         ++m_chosenNumber;
         Q_EMIT chosenChanged();
     });
-    connect(&recording, &app::flows::RecordingFlow::countdownRemainingChanged, this, [this] {
-        Q_EMIT screenChanged();
-        Q_EMIT countdownChanged();
-    });
+    connect(&preparation, &app::flows::RecordingPreparation::countdownRemainingChanged, this,
+            [this] {
+                Q_EMIT screenChanged();
+                Q_EMIT countdownChanged();
+            });
     for (const auto changed :
          {&app::flows::RecordingFlow::elapsedSecondsChanged,
           &app::flows::RecordingFlow::stoppingChanged, &app::flows::RecordingFlow::pausedChanged,
           &app::flows::RecordingFlow::recorderStatusChanged})
-        connect(&recording, changed, this, &MainModel::recordingChanged);
-}
-
-void MainModel::connectQuestions() {
-    const auto follow = [this](auto& object, auto signal) {
-        connect(&object, signal, this, &MainModel::questionChanged);
-    };
-    follow(m_state, &app::AppState::recordingNameChanged);
-    follow(m_flows.recording, &app::flows::RecordingFlow::stopNoticeChanged);
-    follow(m_flows.projects, &app::flows::ProjectFlow::questionChanged);
-    follow(m_flows.recovery, &app::flows::RecoveryFlow::askedToDeleteChanged);
-    follow(m_flows.recovery, &app::flows::RecoveryFlow::detailsChanged);
-    follow(m_flows.recovery, &app::flows::RecoveryFlow::offeredChanged);
-    follow(m_flows.journals, &app::flows::JournalFlow::offeredChanged);
+        connect(&m_flows.recording, changed, this, &MainModel::recordingChanged);
 }
 
 void MainModel::phaseChanged() {
@@ -144,7 +133,7 @@ QString MainModel::elapsed() const {
 }
 
 QString MainModel::chosenPicture() const {
-    const auto& content = m_flows.recording.chosenContent();
+    const auto& content = m_flows.recording.preparation().chosenContent();
     return content && content->picture != nullptr
                ? QStringLiteral("image://chosen/%1").arg(m_chosenNumber)
                : QString();
@@ -177,98 +166,13 @@ QString MainModel::recordingNote() const {
     return notes.join(QLatin1Char(' '));
 }
 
-QString MainModel::alertText() const {
-    const auto& error = m_state.error();
-    return error ? ui::sentence(error->description()) : QString();
-}
-
-QString MainModel::alertSuggestion() const {
-    const auto& error = m_state.error();
-    return error ? ui::sentence(std::string(error->recoverySuggestion())) : QString();
-}
-
 void MainModel::openProject() {
     m_flows.projects.openProject();
 }
 
 void MainModel::pickWindow(int row) {
     if (const auto window = m_windows.window(row))
-        m_flows.recording.windowSelected(*window);
-}
-
-void MainModel::recover() {
-    m_flows.recovery.recover();
-}
-
-void MainModel::dismissRecovery() {
-    m_flows.recovery.dismiss();
-}
-
-QString MainModel::recoverySize() const {
-    return QLocale().formattedDataSize(static_cast<qint64>(m_flows.recovery.offeredBytes()), 1,
-                                       QLocale::DataSizeSIFormat);
-}
-
-QString MainModel::readOnlyReason() const {
-    return ui::sentence(m_flows.projects.readOnlyNotice());
-}
-
-QString MainModel::pictureReason() const {
-    return ui::sentence(m_flows.projects.pictureNotice());
-}
-
-QString MainModel::deletedName() const {
-    const auto* asked = m_flows.recovery.askedToDelete();
-    return asked != nullptr ? QString::fromStdString(asked->recording.name) : QString();
-}
-
-QString MainModel::deletedAbout() const {
-    const auto* asked = m_flows.recovery.askedToDelete();
-    return asked != nullptr ? start::aboutText(*asked) : QString();
-}
-
-QString MainModel::restoredName() const {
-    return QString::fromStdString(m_flows.journals.offeredName());
-}
-
-void MainModel::saveAndLeave() {
-    m_flows.projects.saveAndLeave();
-}
-
-void MainModel::discardAndLeave() {
-    m_flows.projects.discardAndLeave();
-}
-
-void MainModel::stay() {
-    m_flows.projects.stay();
-}
-
-void MainModel::dismissReadOnlyNotice() {
-    m_flows.projects.dismissReadOnlyNotice();
-}
-
-void MainModel::dismissPictureNotice() {
-    m_flows.projects.dismissPictureNotice();
-}
-
-void MainModel::keepListed() {
-    m_flows.recovery.keep();
-}
-
-void MainModel::deleteListed() {
-    m_flows.recovery.deleteAsked();
-}
-
-void MainModel::restoreEdit() {
-    m_flows.journals.restore();
-}
-
-void MainModel::discardEdit() {
-    m_flows.journals.discardOffered();
-}
-
-void MainModel::dismissEdit() {
-    m_flows.journals.dismiss();
+        m_flows.recording.preparation().windowSelected(*window);
 }
 
 bool MainModel::canOpen(const QList<QUrl>& files) const {
@@ -283,7 +187,7 @@ void MainModel::openFiles(const QList<QUrl>& files) {
 
 /// Nothing is left to be asked.
 void MainModel::quit() {
-    m_flows.recording.areaCancelled();
+    m_flows.recording.preparation().areaCancelled();
     m_flows.exports.cancel();
     Q_EMIT quitReady();
 }

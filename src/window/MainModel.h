@@ -2,6 +2,7 @@
 
 #include "app/flows/Flows.h"
 #include "app/flows/RecordingFlow.h"
+#include "window/MessagesModel.h"
 
 #include <QList>
 #include <QObject>
@@ -47,19 +48,7 @@ class MainModel : public QObject {
     Q_PROPERTY(int countdown READ countdown NOTIFY countdownChanged)
     /// Of what was chosen in the desktop's dialog, as the URL of an image; empty for none.
     Q_PROPERTY(QString chosenPicture READ chosenPicture NOTIFY chosenChanged)
-    Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
-    Q_PROPERTY(QString alertSuggestion READ alertSuggestion NOTIFY alertChanged)
-    // What the messages about files name.
-    Q_PROPERTY(QString projectName READ projectName NOTIFY questionChanged)
-    Q_PROPERTY(QString stopNotice READ stopNotice NOTIFY questionChanged)
-    Q_PROPERTY(QString readOnlyReason READ readOnlyReason NOTIFY questionChanged)
-    Q_PROPERTY(QString pictureReason READ pictureReason NOTIFY questionChanged)
-    Q_PROPERTY(QString deletedName READ deletedName NOTIFY questionChanged)
-    /// Its length and size.
-    Q_PROPERTY(QString deletedAbout READ deletedAbout NOTIFY questionChanged)
-    Q_PROPERTY(QString restoredName READ restoredName NOTIFY questionChanged)
-    /// What the offered recording takes on disk: "1.2 GB".
-    Q_PROPERTY(QString recoverySize READ recoverySize NOTIFY questionChanged)
+    Q_PROPERTY(vantro::window::MessagesModel* messages READ messages CONSTANT)
 
   public:
     MainModel(app::AppState& state, app::flows::PermissionService& permission,
@@ -79,49 +68,26 @@ class MainModel : public QObject {
     bool captureEnded() const { return !m_flows.recording.recorderStatus().isCapturing(); }
     bool stopping() const { return m_flows.recording.isStopping(); }
     bool paused() const { return m_flows.recording.isPaused(); }
-    int countdown() const { return m_flows.recording.countdownRemaining(); }
+    int countdown() const { return m_flows.recording.preparation().countdownRemaining(); }
     QString chosenPicture() const;
-    QString alertText() const;
-    QString alertSuggestion() const;
-    QString projectName() const { return QString::fromStdString(m_state.recordingName()); }
-    QString stopNotice() const { return m_flows.recording.stopNotice(); }
-    QString readOnlyReason() const;
-    QString pictureReason() const;
-    QString deletedName() const;
-    QString deletedAbout() const;
-    QString restoredName() const;
-    QString recoverySize() const;
+    MessagesModel* messages() { return &m_messages; }
 
-    Q_INVOKABLE void record() { m_flows.recording.beginCapture(); }
-    Q_INVOKABLE void chooseAnew() { m_flows.recording.chooseAnew(); }
-    Q_INVOKABLE void confirmChosen() { m_flows.recording.confirmChosen(); }
+    Q_INVOKABLE void record() { m_flows.recording.preparation().begin(); }
+    Q_INVOKABLE void chooseAnew() { m_flows.recording.preparation().chooseAnew(); }
+    Q_INVOKABLE void confirmChosen() { m_flows.recording.preparation().confirm(); }
     Q_INVOKABLE void stop() { m_flows.recording.stopRecording(); }
     Q_INVOKABLE void pauseOrResume() { m_flows.recording.pauseOrResume(); }
-    Q_INVOKABLE void cancelArea() { m_flows.recording.areaCancelled(); }
-    Q_INVOKABLE void cancelAsking() { m_flows.recording.cancelPreparation(); }
-    Q_INVOKABLE void cancelCountdown() { m_flows.recording.cancelPreparation(); }
+    Q_INVOKABLE void cancelArea() { m_flows.recording.preparation().areaCancelled(); }
+    Q_INVOKABLE void cancelAsking() { m_flows.recording.preparation().cancel(); }
+    Q_INVOKABLE void cancelCountdown() { m_flows.recording.preparation().cancel(); }
     /// A row of the window picker's list; one that is gone by now does nothing.
     Q_INVOKABLE void pickWindow(int row);
-    Q_INVOKABLE void cancelPicker() { m_flows.recording.windowPickerCancelled(); }
+    Q_INVOKABLE void cancelPicker() { m_flows.recording.preparation().windowPickerCancelled(); }
     Q_INVOKABLE void openProject();
-    Q_INVOKABLE void recover();
-    Q_INVOKABLE void dismissRecovery();
-    Q_INVOKABLE void saveAndLeave();
-    Q_INVOKABLE void discardAndLeave();
-    Q_INVOKABLE void stay();
-    Q_INVOKABLE void dismissStopNotice() { m_flows.recording.dismissStopNotice(); }
-    Q_INVOKABLE void dismissReadOnlyNotice();
-    Q_INVOKABLE void dismissPictureNotice();
-    Q_INVOKABLE void keepListed();
-    Q_INVOKABLE void deleteListed();
-    Q_INVOKABLE void restoreEdit();
-    Q_INVOKABLE void discardEdit();
-    Q_INVOKABLE void dismissEdit();
     /// Whether one of these files is a project or a movie, by its name.
     Q_INVOKABLE bool canOpen(const QList<QUrl>& files) const;
     /// The first of them that is.
     Q_INVOKABLE void openFiles(const QList<QUrl>& files);
-    Q_INVOKABLE void dismissAlert() { m_state.setShowError(false); }
     /// The options menu, at a place on the screen.
     Q_INVOKABLE void showOptions(double x, double y) { Q_EMIT optionsWanted(x, y); }
     Q_INVOKABLE void showSettings() { Q_EMIT settingsWanted(); }
@@ -146,8 +112,6 @@ class MainModel : public QObject {
     void recordingChanged();
     void countdownChanged();
     void chosenChanged();
-    void alertChanged();
-    void questionChanged();
     void optionsWanted(double x, double y);
     void settingsWanted();
     void quitReady();
@@ -155,7 +119,6 @@ class MainModel : public QObject {
   private:
     void connectState();
     void connectFlows();
-    void connectQuestions();
     void phaseChanged();
     void quit();
 
@@ -164,6 +127,7 @@ class MainModel : public QObject {
     picker::WindowPickerModel& m_windows;
     app::flows::Flows m_flows;
     ui::ActionGuard& m_guard;
+    MessagesModel m_messages;
     int m_chosenNumber = 0; ///< of what has been chosen
     QString m_markKey;
     bool m_quitAfterStop = false;

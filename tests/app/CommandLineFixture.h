@@ -20,9 +20,10 @@ struct Result {
 
 /// Runs the built program itself, as a shell would, with `environment` as env(1) takes it.
 inline Result vantro(const std::string& arguments, const std::string& environment = "-u DISPLAY") {
-    // The desktop that the tests are run on is nobody's business.
-    const auto command = fmt::format("env -u WAYLAND_DISPLAY -u XDG_SESSION_TYPE {} '{}' {} 2>&1",
-                                     environment, VANTRO_PROGRAM, arguments);
+    // The desktop that the tests are run on is nobody's business, nor are its user's settings.
+    const auto command = fmt::format(
+        "XDG_CONFIG_HOME=/nowhere env -u WAYLAND_DISPLAY -u XDG_SESSION_TYPE {} '{}' {} 2>&1",
+        environment, VANTRO_PROGRAM, arguments);
     FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr)
         throw std::runtime_error("no shell");

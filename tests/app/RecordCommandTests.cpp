@@ -5,11 +5,13 @@
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "media/Asset.h"
+#include "model/Json.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/SessionBus.h"
 #include "support/TestWindow.h"
 
+#include <QSettings>
 #include <cstdlib>
 #include <thread>
 
@@ -127,17 +129,23 @@ TEST_F(RecordCommand, StopsWhenTheMovieIsAsLargeAsAllowed) {
     EXPECT_LT(made.metadata().endTime, 10);
 }
 
-TEST_F(RecordCommand, TakesNoMorePicturesThanIsAsked) {
+TEST_F(RecordCommand, TakesNoMorePicturesThanIsAskedAndLooksAsTheWindowsSettingsSay) {
+    const model::Look look{.background = {.type = model::BackgroundColor{1, 0, 0}, .padding = 0.2},
+                           .canvasAspectRatio = model::CanvasAspectRatio::ratio1x1};
+    QSettings(QString::fromStdString(folder / "vantro" / "vantro.ini"), QSettings::IniFormat)
+        .setValue("look", QString::fromStdString(model::encodeLook(look)));
     std::jthread drawing([&](const std::stop_token& stop) {
         for (std::uint32_t color = 0; !stop.stop_requested(); color += 0x10305)
             window.fill(color & 0xffffff);
     });
-    const auto result = record("--no-system-audio --fps 15 --seconds 1");
+    const auto result = record("--no-system-audio --fps 15 --seconds 1",
+                               fmt::format("XDG_CONFIG_HOME='{}'", folder.path().string()));
     drawing = {};
     ASSERT_EQ(result.exitCode, 0) << result.output;
-    const auto made = files::readProjectFile(project).recording;
-    EXPECT_EQ(made.metadata().frameRate, 15);
-    EXPECT_LE(framesOf(made.movie()).size(), 18U);
+    const auto made = files::readProjectFile(project);
+    EXPECT_EQ(made.recording.metadata().frameRate, 15);
+    EXPECT_LE(framesOf(made.recording.movie()).size(), 18U);
+    EXPECT_EQ(model::lookOf(made.edit), look);
 }
 
 /// Recordings are made on a file system of this size, which nobody else sees.

@@ -117,7 +117,7 @@ TEST_F(CameraViewTest, IsReleasedWhileTheWindowIsHiddenAndBeforeTheRecorderStart
     runTasks();
     EXPECT_EQ(script.open, 1);
     state.setCaptureMode(model::CaptureMode::screen);
-    recording.beginCapture();
+    recording.preparation().begin();
     tasks.runWork(); // the choice
     tasks.runMain();
     ASSERT_EQ(state.phase(), app::AppPhase::recording());

@@ -36,7 +36,7 @@ TEST_F(GermanWindowTest, ErrorsOfEveryLayerAreGerman) {
     EXPECT_EQ(app.recordingNote(), lost);
     state.setError("Display not found", model::VantroError::Kind::captureStartFailed);
     settle();
-    EXPECT_EQ(app.alertText(),
+    EXPECT_EQ(app.messages()->alertText(),
               "Bildschirmaufnahme kann nicht gestartet werden: Bildschirm nicht gefunden");
     EXPECT_EQ(text("acceptButton"), "OK");
 }

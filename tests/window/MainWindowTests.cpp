@@ -133,7 +133,7 @@ TEST_F(MainWindowTest, ShowsWhatIsRestoredAndSaysThatItHidesItself) {
     EXPECT_EQ(app.screen(), "confirming");
     EXPECT_EQ(window().grabWindow().pixelColor(window().width() / 2, 100), QColor(200, 200, 200));
     keepPicture(QStringLiteral("confirming"));
-    recording.setCountdown(3);
+    recording.preparation().setCountdown(3);
     click("chooseAgain");
     runTasks();
     EXPECT_EQ(text("chosenText"), "3");

@@ -46,15 +46,15 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
     keep("waiting");
     permission.setScreenRecordingGranted(true);
 
-    recording.beginCapture();
+    recording.preparation().begin();
     keep("selecting");
-    recording.areaCancelled();
+    recording.preparation().areaCancelled();
 
-    recording.setCountdown(3);
+    recording.preparation().setCountdown(3);
     record();
     keep("countdown");
-    recording.cancelPreparation();
-    recording.setCountdown(0);
+    recording.preparation().cancel();
+    recording.preparation().setCountdown(0);
 
     record();
     platform.next->recorderStatus.sounds = {
@@ -126,7 +126,7 @@ TEST_P(ScreenPictureTest, PickerAndAlert) {
             test::windowOf(static_cast<std::uint32_t>(content->windows.size()) + 1,
                            std::string("A window of ") + name, name));
     state.setCaptureMode(model::CaptureMode::window);
-    recording.beginCapture();
+    recording.preparation().begin();
     keep("picker-loading");
     runTasks();
     keep("picker", Texts::others);

@@ -24,7 +24,7 @@ class StopNoticeTest : public testing::Test {
     }
     void record() {
         state.setCaptureMode(model::CaptureMode::screen);
-        flow.beginCapture();
+        flow.preparation().begin();
         tasks.runAll();
     }
     void answer(uint number) { desktop.send(service.shown.createReply(number)); }

@@ -123,7 +123,7 @@ void WindowFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
 
 void WindowFixture::record(model::CaptureMode mode) {
     state.setCaptureMode(mode);
-    recording.beginCapture();
+    recording.preparation().begin();
     runTasks();
 }
 

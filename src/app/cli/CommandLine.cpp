@@ -85,13 +85,13 @@ int runCommandLine(int argc, const char* const* argv, const WindowCommands& wind
     addWindowsCommand(app, action);
     addDevicesCommand(app, action);
     addDoctorCommand(app, action);
-    addRecordCommand(app, action, interrupts.token());
+    addRecordCommand(app, action, interrupts.token(), windows);
     addControlCommands(app, action);
     addExportCommand(app, action, interrupts.token());
     addFrameCommand(app, action);
     addInspectCommand(app, action);
     addPackCommands(app, action);
-    addRecoverCommand(app, action);
+    addRecoverCommand(app, action, windows);
     addPlayCommand(app, action, interrupts.token(), windows);
     if (const auto text = document(app, argc, argv)) {
         fmt::print("{}", *text);

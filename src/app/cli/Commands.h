@@ -13,16 +13,17 @@ void addDisplaysCommand(base::Command app, CommandAction& action);
 void addWindowsCommand(base::Command app, CommandAction& action);
 void addDoctorCommand(base::Command app, CommandAction& action);
 void addDevicesCommand(base::Command app, CommandAction& action);
-void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
+/// `windows` outlives the action, here and below.
+void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted,
+                      const WindowCommands& windows);
 /// `stop`, `toggle` and `mark`.
 void addControlCommands(base::Command app, CommandAction& action);
 void addExportCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted);
 void addFrameCommand(base::Command app, CommandAction& action);
-void addRecoverCommand(base::Command app, CommandAction& action);
+void addRecoverCommand(base::Command app, CommandAction& action, const WindowCommands& windows);
 /// `pack` and `unpack`.
 void addPackCommands(base::Command app, CommandAction& action);
 void addInspectCommand(base::Command app, CommandAction& action);
-/// `windows` outlives the action.
 void addPlayCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted,
                     const WindowCommands& windows);
 

@@ -1,7 +1,7 @@
 #include "app/Desktop.h"
 #include "app/cli/Commands.h"
-#include "app/cli/CommonOptions.h"
 #include "app/cli/Interrupt.h"
+#include "app/cli/RecordOptions.h"
 #include "app/cli/RecordingControl.h"
 #include "app/cli/RecordingWatch.h"
 #include "app/cli/StatusLine.h"
@@ -15,8 +15,6 @@
 #include "model/VantroError.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <iostream>
 #include <system_error>
@@ -28,18 +26,7 @@
 namespace vantro::app::cli {
 namespace {
 
-constexpr double longestRecording = 1e6; // seconds, eleven days: a slip of the keyboard beyond
-constexpr double longestDelay = 3600;    // seconds
 constexpr double countdownPeriod = 0.25; // seconds
-
-struct Options {
-    std::filesystem::path output;
-    capture::RecordingRequest request;
-    double delay = 0; ///< seconds before the start
-    RecordingLimits limits;
-    bool force = false;
-    bool json = false;
-};
 
 /// The folder that a recording is made in, removed once the package holds its files.
 struct RecordingFolder {
@@ -93,37 +80,7 @@ bool waitForStart(double delay, const std::stop_token& interrupted) {
     return false;
 }
 
-void printSummary(const Options& options, const model::RecordingMetadata& metadata,
-                  const capture::RecordingStatistics& statistics, RecordingEnd end,
-                  double processorShare) {
-    const auto bytes = std::filesystem::file_size(options.output / files::package::recordingFile);
-    // On average: a screen that rests needs no pictures.
-    const double rate =
-        static_cast<double>(statistics.framesCaptured) / std::max(metadata.endTime, 1e-3);
-    if (options.json)
-        std::cout << nlohmann::ordered_json{{"output", options.output.string()},
-                                            {"duration", metadata.endTime},
-                                            {"frames", statistics.framesCaptured},
-                                            {"framesPerSecond", rate},
-                                            {"dropped", statistics.framesDropped},
-                                            {"clicks", metadata.clickEvents.size()},
-                                            {"bytes", bytes},
-                                            {"cpuPercent", 100 * processorShare},
-                                            {"webcamFrames", statistics.webcamFramesCaptured},
-                                            {"webcamDropped", statistics.webcamFramesDropped},
-                                            {"missing", statistics.lostSources},
-                                            {"endedBy", rawValue(end)}}
-                  << '\n';
-    else
-        fmt::print("Recorded {}: {:.1f} s, {} frames ({:.1f} a second), {} dropped, {} clicks, "
-                   "{}{}, {:.0f} % CPU\n",
-                   options.output.string(), metadata.endTime, statistics.framesCaptured, rate,
-                   statistics.framesDropped, metadata.clickEvents.size(),
-                   sizeText(static_cast<double>(bytes)),
-                   end == RecordingEnd::maxSize ? " (the size limit)" : "", 100 * processorShare);
-}
-
-void requireNewPackage(const Options& options) {
+void requireNewPackage(const RecordOptions& options) {
     if (const auto problem = files::packageProblem(options.output, options.force); !problem.empty())
         throw model::VantroError(model::VantroError::Kind::projectSaveFailed, problem);
 }
@@ -164,17 +121,83 @@ void requireArea(const capture::RecordingRequest& request, capture::Recorder& re
         throw model::VantroError(model::VantroError::Kind::invalidSelection);
 }
 
-int runRecord(const Options& options, const std::stop_token& interrupted) {
-    requireNewPackage(options);
-    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound(),
-                                       desktopCameras());
+/// False when it was interrupted.
+bool chooseAndWait(capture::RecordingSession& recorder, const RecordOptions& options,
+                   const std::stop_token& interrupted) {
     // A mistake is told before the wait; where everything is, is looked up again at the start.
     if (!recorder.choose(interrupted) ||
         (options.delay > 0 && !waitForStart(options.delay, interrupted)))
-        return cancelled();
+        return false;
     requireArea(options.request, recorder);
     if (isWaylandSession()) // what the dialog gave is news
         tell(targetText(recorder.target()));
+    return true;
+}
+
+struct Recorded {
+    double processorShare = 0; ///< of one core, while it was recorded
+    capture::RecordingStatistics statistics;
+    RecordingEnd end = RecordingEnd::interrupt;
+    model::Recording recording;
+};
+
+/// A failure also tells where the recording is.
+void save(const model::Project& project, const RecordOptions& options,
+          const std::filesystem::path& folder) {
+    try {
+        files::saveProject(options.output, project, options.force);
+    } catch (const model::VantroError& error) {
+        throw model::VantroError(error.kind(), fmt::format("{} (the recording is kept in {})",
+                                                           error.message(), folder.string()));
+    }
+}
+
+void printSummary(const RecordOptions& options, const Recorded& recorded) {
+    const auto& metadata = recorded.recording.metadata();
+    const auto& statistics = recorded.statistics;
+    const auto bytes = std::filesystem::file_size(options.output / files::package::recordingFile);
+    // On average: a screen that rests needs no pictures.
+    const double rate =
+        static_cast<double>(statistics.framesCaptured) / std::max(metadata.endTime, 1e-3);
+    if (options.json)
+        std::cout << nlohmann::ordered_json{{"output", options.output.string()},
+                                            {"duration", metadata.endTime},
+                                            {"frames", statistics.framesCaptured},
+                                            {"framesPerSecond", rate},
+                                            {"dropped", statistics.framesDropped},
+                                            {"clicks", metadata.clickEvents.size()},
+                                            {"bytes", bytes},
+                                            {"cpuPercent", 100 * recorded.processorShare},
+                                            {"webcamFrames", statistics.webcamFramesCaptured},
+                                            {"webcamDropped", statistics.webcamFramesDropped},
+                                            {"missing", statistics.lostSources},
+                                            {"endedBy", rawValue(recorded.end)}}
+                  << '\n';
+    else
+        fmt::print("Recorded {}: {:.1f} s, {} frames ({:.1f} a second), {} dropped, {} clicks, "
+                   "{}{}, {:.0f} % CPU\n",
+                   options.output.string(), metadata.endTime, statistics.framesCaptured, rate,
+                   statistics.framesDropped, metadata.clickEvents.size(),
+                   sizeText(static_cast<double>(bytes)),
+                   recorded.end == RecordingEnd::maxSize ? " (the size limit)" : "",
+                   100 * recorded.processorShare);
+}
+
+void tellWhyItEnded(const Recorded& recorded) {
+    if (recorded.end == RecordingEnd::diskFull)
+        tell("vantro: the disk is nearly full; the recording holds what came until then\n");
+    if (recorded.statistics.condition == capture::RecordingCondition::streamStopped)
+        tell(fmt::format("vantro: {}; the recording holds what it showed until then\n",
+                         recorded.statistics.streamError));
+}
+
+int runRecord(const RecordOptions& options, const std::stop_token& interrupted,
+              const WindowCommands& windows) {
+    requireNewPackage(options);
+    capture::RecordingSession recorder(options.request, connectDesktop, desktopSound(),
+                                       desktopCameras());
+    if (!chooseAndWait(recorder, options, interrupted))
+        return cancelled();
     const auto name = files::defaultRecordingName();
     RecordingFolder folder;
     const auto movie = folder.path / files::package::recordingFile;
@@ -183,160 +206,36 @@ int runRecord(const Options& options, const std::stop_token& interrupted) {
     const ProcessorUse before;
     if (!recorder.start(movie))
         return cancelled();
-    const RecordingControl control(recorder, interrupted);
+    const RecordingControl control(recorder, interrupted); // who stops it waits for the project
     const auto end = watchRecording(recorder, movie, options.limits, control.ending());
     auto metadata = finish(recorder, folder.path);
     if (!metadata)
         return cancelled();
-    const double processorShare = before.average();
-    const auto statistics = recorder.statistics();
-    const auto recording = files::finishRecording(movie, std::move(*metadata));
-    try {
-        files::saveProject(
-            options.output,
-            {.name = name, .recording = recording, .edit = model::freshEdit(recording.metadata())},
-            options.force);
-    } catch (const model::VantroError& error) {
-        throw model::VantroError(error.kind(), fmt::format("{} (the recording is kept in {})",
-                                                           error.message(), folder.path.string()));
-    }
+    const Recorded recorded{.processorShare = before.average(),
+                            .statistics = recorder.statistics(),
+                            .end = end,
+                            .recording = files::finishRecording(movie, std::move(*metadata))};
+    save({.name = name,
+          .recording = recorded.recording,
+          .edit = model::freshEdit(recorded.recording.metadata(), {}, windows.lookOfNew())},
+         options, folder.path);
     folder.isSaved = true;
-    printSummary(options, recording.metadata(), statistics, end, processorShare);
-    if (end == RecordingEnd::diskFull)
-        tell("vantro: the disk is nearly full; the recording holds what came until then\n");
-    if (statistics.condition == capture::RecordingCondition::streamStopped)
-        tell(fmt::format("vantro: {}; the recording holds what it showed until then\n",
-                         statistics.streamError));
+    printSummary(options, recorded);
+    tellWhyItEnded(recorded);
     return exitSuccess;
-}
-
-/// Four finite numbers between commas.
-std::optional<model::Rect> parseRect(const std::string& text) {
-    std::array<double, 4> numbers{};
-    const char* position = text.data();
-    const char* const end = text.data() + text.size();
-    for (std::size_t index = 0; index < numbers.size(); ++index) {
-        if (index > 0) {
-            if (position == end || *position != ',')
-                return {};
-            ++position;
-        }
-        const auto [next, error] = std::from_chars(position, end, numbers[index]);
-        if (error != std::errc() || !std::isfinite(numbers[index]))
-            return {};
-        position = next;
-    }
-    if (position != end)
-        return {};
-    return model::Rect{.x = numbers[0], .y = numbers[1], .width = numbers[2], .height = numbers[3]};
-}
-
-void addRequestOptions(base::Command command, capture::RecordingRequest& request) {
-    const auto mode = command
-                          .option(
-                              "--mode",
-                              [&request](const std::string& text) {
-                                  request.mode = model::captureModeFrom(text).value();
-                              },
-                              "What to record (default: screen)")
-                          .valueName("screen|area|window")
-                          .oneOf({"screen", "area", "window"});
-    command
-        .option("--display", request.displayID,
-                "The display to record, by the number that `vantro displays` prints")
-        .valueName("ID");
-    command
-        .option(
-            "--rect",
-            [&request](const std::string& text) { request.area = parseRect(text).value(); },
-            "The area to record, in points of the desktop; on Wayland from the "
-            "top left corner of the screen that is chosen")
-        .valueName("X,Y,W,H")
-        .check([](const std::string& text) {
-            return parseRect(text) ? std::string() : "four numbers X,Y,W,H are needed, not " + text;
-        })
-        .needs(mode);
-    command.option("--fps", request.frameRate, "Frames a second, at most (default: 60)")
-        .valueName("60|30|24|15")
-        .oneOf({"60", "30", "24", "15"});
-    const auto window =
-        command
-            .option("--window", request.windowID,
-                    "The window to record, by the number that `vantro windows` prints")
-            .valueName("ID")
-            .needs(mode);
-    command.flag("--choose", request.chooseAgain,
-                 "Where the desktop asks what to record: ask anew, though it was chosen before");
-    command
-        .option("--window-title", request.windowTitle,
-                "The front-most window with this text in its title, in any case")
-        .valueName("TEXT")
-        .needs(mode)
-        .excludes(window);
-}
-
-void addSourceOptions(base::Command command, capture::SourceSwitches& sources) {
-    sources.systemSound = true; // as in the window
-    command.flag("--system-audio,!--no-system-audio", sources.systemSound,
-                 "Record what the computer plays (default: yes)");
-    command
-        .option(
-            "--microphone",
-            [&sources](const std::string& device) {
-                sources.microphone = true;
-                sources.microphoneDevice = device;
-            },
-            "Record a microphone too: the default one, or one that `vantro devices` prints")
-        .valueName("DEVICE")
-        .optionalValue();
-    command
-        .option(
-            "--webcam",
-            [&sources](const std::string& device) {
-                sources.camera = true;
-                sources.cameraDevice = device;
-            },
-            "Record a camera too: the default one, or one that `vantro devices` prints")
-        .valueName("DEVICE")
-        .optionalValue();
 }
 
 } // namespace
 
-void addRecordCommand(base::Command app, CommandAction& action,
-                      const std::stop_token& interrupted) {
-    auto options = std::make_shared<Options>();
+void addRecordCommand(base::Command app, CommandAction& action, const std::stop_token& interrupted,
+                      const WindowCommands& windows) {
+    auto options = std::make_shared<RecordOptions>();
     auto command = app.command("record", "Record the screen into a project");
-    command.option("--output,-o", options->output, "The project to make, NAME.vantro")
-        .required()
-        .valueName("NAME")
-        .check(endsIn({files::package::extension}));
-    addRequestOptions(command, options->request);
-    addSourceOptions(command, options->request.sources);
-    command.option("--delay", options->delay, "How long to wait before the start")
-        .valueName("S")
-        .within(0.0, longestDelay);
-    command
-        .option("--seconds", options->limits.seconds,
-                "How long to record, without the pauses (default: until Ctrl-C)")
-        .valueName("S")
-        .within(0.1, longestRecording);
-    command
-        .option(
-            "--max-size",
-            [&limits = options->limits](const std::string& text) {
-                limits.bytes = parseByteSize(text);
-            },
-            "Stop when the movie is about this large, for example 500M or 2G")
-        .valueName("SIZE")
-        .check([](const std::string& text) {
-            return parseByteSize(text) ? std::string()
-                                       : text + " is no size such as 500M, 1.5G or 800000";
-        });
-    command.flag("--force", options->force, "Replace an existing project");
-    command.flag("--json", options->json, "Print the summary as JSON");
-    command.whenChosen([options, &action, interrupted] {
-        action = [options, interrupted] { return runRecord(*options, interrupted); };
+    addRecordOptions(command, *options);
+    command.whenChosen([options, &action, interrupted, &windows] {
+        action = [options, interrupted, &windows] {
+            return runRecord(*options, interrupted, windows);
+        };
     });
 }
 

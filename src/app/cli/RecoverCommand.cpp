@@ -48,7 +48,7 @@ int listInterrupted(bool asJson) {
     return exitSuccess;
 }
 
-int runRecover(const Options& options) {
+int runRecover(const Options& options, const WindowCommands& windows) {
     if (options.folder.empty())
         return listInterrupted(options.json);
     if (options.output.empty())
@@ -64,7 +64,7 @@ int runRecover(const Options& options) {
     files::saveProject(options.output,
                        {.name = options.output.stem().string(),
                         .recording = recording,
-                        .edit = model::freshEdit(metadata)},
+                        .edit = model::freshEdit(metadata, {}, windows.lookOfNew())},
                        options.force);
     const auto bytes = fs::file_size(options.output / files::package::recordingFile);
     if (options.json)
@@ -82,7 +82,7 @@ int runRecover(const Options& options) {
 
 } // namespace
 
-void addRecoverCommand(base::Command app, CommandAction& action) {
+void addRecoverCommand(base::Command app, CommandAction& action, const WindowCommands& windows) {
     auto options = std::make_shared<Options>();
     auto command = app.command(
         "recover", "Make a project of a recording that was interrupted, or list those there are");
@@ -96,7 +96,9 @@ void addRecoverCommand(base::Command app, CommandAction& action) {
         .check(endsIn({files::package::extension}));
     command.flag("--force", options->force, "Replace an existing project");
     command.flag("--json", options->json, "Print the result as JSON");
-    command.whenChosen([options, &action] { action = [options] { return runRecover(*options); }; });
+    command.whenChosen([options, &action, &windows] {
+        action = [options, &windows] { return runRecover(*options, windows); };
+    });
 }
 
 } // namespace vantro::app::cli

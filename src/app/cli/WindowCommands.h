@@ -30,12 +30,14 @@ struct PlayReport {
     std::optional<double> soundOffset;
 };
 
-/// What takes a window, which not every program that reads command lines has.
+/// What the windowed program does and knows, which not every program that reads command lines has.
 struct WindowCommands {
     /// Runs the windowed program on a project or a movie and returns its exit status.
     std::function<int(const std::filesystem::path& file)> edit;
     /// Plays in a window until the film ends or the window is closed. Throws std::exception.
     std::function<PlayReport(const PlayRequest& request)> play;
+    /// Of new recordings, as the settings say now; nothing for the usual look.
+    std::function<std::optional<model::Look>()> lookOfNew;
 };
 
 } // namespace vantro::app::cli

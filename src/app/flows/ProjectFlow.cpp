@@ -1,14 +1,10 @@
 #include "app/flows/ProjectFlow.h"
 
-#include "app/files/BackgroundPicture.h"
 #include "app/files/FileNames.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/ProjectStores.h"
-#include "app/files/UnsavedRecordings.h"
 #include "app/flows/ErrorText.h"
 #include "base/Fatal.h"
-
-#include <fmt/format.h>
 
 namespace vantro::app::flows {
 namespace {
@@ -24,13 +20,6 @@ trySave(const files::ProjectStore& store, const std::filesystem::path& packagePa
     } catch (const std::exception& failure) {
         return std::unexpected(failureText(failure, saveFailed));
     }
-}
-
-void requireSameRecording(const model::Recording& found, const files::JournalledEdit& edit) {
-    if (files::outlineOf(found.metadata()) != edit.project.recording.metadata())
-        throw model::VantroError(
-            openFailed, fmt::format("{}: it holds another recording than the one that was edited",
-                                    found.movie().string()));
 }
 
 } // namespace
@@ -145,57 +134,25 @@ void ProjectFlow::ask(PanelKind kind) {
 void ProjectFlow::open(const std::filesystem::path& path) {
     if (files::hasMovieName(path))
         return openWith(
-            [import = m_sources.import, path] { return Opened{.project = import(path)}; });
+            [import = m_sources.import, path] { return OpenedProject{.project = import(path)}; });
     openWith([path] { return readPackage(path); });
 }
 
-ProjectFlow::Opened ProjectFlow::readPackage(const std::filesystem::path& package) {
-    const auto& store = files::storeOf(package);
-    auto access = store.access(package); // before it is read, so that nobody changes it after
-    Opened found{.project = store.read(package),
-                 .package = package,
-                 .lock = std::move(access.lock),
-                 .whyReadOnly = std::move(access.whyReadOnly)};
-    found.pictureProblem = files::pictureProblem(found.project.edit);
-    return found;
-}
-
-ProjectFlow::Opened ProjectFlow::readRecording(const Recoverer& recover,
-                                               const std::filesystem::path& movie,
-                                               const model::Edit& choices) {
-    auto lock = files::ProjectLock::take(movie.parent_path());
-    if (!lock) // it may be on the way of being recovered there
-        throw model::VantroError(openFailed, fmt::format("{}: {}", movie.string(), lock.error()));
-    auto recording = recover(movie);
-    auto edit = model::freshEdit(recording.metadata(), choices);
-    return {.project = {.name = files::recordingName(movie),
-                        .recording = std::move(recording),
-                        .edit = std::move(edit)},
-            .lock = std::move(*lock)};
-}
-
 void ProjectFlow::openRecording(const std::filesystem::path& movie) {
-    openWith([recover = m_sources.recover, movie, choices = m_state.document().edit()] {
-        return readRecording(recover, movie, choices);
+    const NewEdit begin{.choices = m_state.document().edit(), .look = m_state.look()};
+    openWith([recover = m_sources.recover, movie, begin] {
+        return readRecording(recover, movie, begin);
     });
 }
 
 void ProjectFlow::openEdited(const files::JournalledEdit& edit, std::function<void()> opened) {
-    const auto movie = edit.project.recording.movie();
-    openWith(
-        [recover = m_sources.recover, edit, movie] {
-            auto found =
-                edit.package ? readPackage(*edit.package) : readRecording(recover, movie, {});
-            requireSameRecording(found.project.recording, edit);
-            found.pictureProblem = files::pictureProblem(edit.project.edit);
-            return found;
-        },
-        [this, edit, opened = std::move(opened)] {
-            m_state.document().rename(edit.project.name);
-            m_state.document().apply(edit.project.edit,
-                                     {QT_TRANSLATE_NOOP("Edit", "Restore Changes")});
-            opened();
-        });
+    openWith([recover = m_sources.recover, edit] { return readEdited(recover, edit); },
+             [this, edit, opened = std::move(opened)] {
+                 m_state.document().rename(edit.project.name);
+                 m_state.document().apply(edit.project.edit,
+                                          {QT_TRANSLATE_NOOP("Edit", "Restore Changes")});
+                 opened();
+             });
 }
 
 void ProjectFlow::newRecording() {
@@ -245,7 +202,7 @@ void ProjectFlow::giveUpEdit(std::function<void()> then) {
         [this] { setActivity(Activity::none); });
 }
 
-void ProjectFlow::show(Opened found, const std::function<void()>& then) {
+void ProjectFlow::show(OpenedProject found, const std::function<void()>& then) {
     // A package that this window has open already stays its own.
     const bool isOwn = m_lock && found.package && m_lock->isOf(*found.package);
     if (!isOwn)

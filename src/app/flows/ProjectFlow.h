@@ -1,28 +1,14 @@
 #pragma once
 
-#include "app/files/EditJournal.h"
-#include "app/files/ImportMovie.h"
-#include "app/files/ProjectLock.h"
-#include "app/files/RecordingRecovery.h"
 #include "app/flows/FilePanels.h"
+#include "app/flows/ProjectReading.h"
 #include "app/flows/TaskRunner.h"
 #include "app/state/AppState.h"
 
-#include <expected>
 #include <functional>
 #include <memory>
 
 namespace vantro::app::flows {
-
-/// Where recordings come from that are no projects yet. Called on the worker thread; throw
-/// std::exception.
-using Recoverer = std::function<model::Recording(const std::filesystem::path& movie)>;
-struct RecordingSources {
-    /// Makes a finished recording of what a run of the program left behind.
-    Recoverer recover = files::recoverRecording;
-    /// Makes a recording of a movie from elsewhere.
-    std::function<model::Project(const std::filesystem::path& movie)> import = files::importMovie;
-};
 
 /// Saves the edit as a project and puts projects, recordings and movies into the editor. Asks
 /// before an edit that is not saved is left.
@@ -98,26 +84,16 @@ class ProjectFlow : public QObject {
     ///         +----------------+   discarded, stays
     enum class Leaving { no, asked, saving };
 
-    struct Opened {
-        model::Project project;
-        std::optional<std::filesystem::path> package = {};
-        std::shared_ptr<const files::ProjectLock> lock = {};
-        std::string whyReadOnly = {};
-        std::string pictureProblem = {};
-    };
-    using Read = std::function<Opened()>;
+    using Read = std::function<OpenedProject()>;
 
     bool mayBeginSaving();
     void save(bool asks);
     void askAndSave();
     bool mayOpen() const;
     void ask(PanelKind kind);
-    static Opened readPackage(const std::filesystem::path& package);
-    static Opened readRecording(const Recoverer& recover, const std::filesystem::path& movie,
-                                const model::Edit& choices);
     void openWith(Read read, std::function<void()> then = {});
     void read(Read read, std::function<void()> then);
-    void show(Opened found, const std::function<void()>& then);
+    void show(OpenedProject found, const std::function<void()>& then);
     void giveUpEdit(std::function<void()> then);
     void write(const std::filesystem::path& packagePath, files::ProjectForm form = {});
     void setActivity(Activity activity);

@@ -14,20 +14,19 @@ namespace vantro::app::flows {
 using namespace std::chrono_literals;
 
 RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
-    : m_state(state), m_services(services) {
+    : m_state(state)
+    , m_services(std::move(services))
+    , m_preparation(
+          state, {m_services.platform, m_services.overlays, m_services.timers, m_services.tasks}) {
+    connect(&m_preparation, &RecordingPreparation::hidingWanted, this,
+            &RecordingFlow::setWindowsHidden);
+    connect(&m_preparation, &RecordingPreparation::ready, this, &RecordingFlow::start);
     connect(&m_state, &AppState::phaseChanged, this, [this] {
-        if (m_state.phase() == AppPhase::previewing())
-            cancelPreparation();
         if (m_state.phase() != AppPhase::recording())
             setCourse(Course::none);
         if (m_state.phase() != AppPhase::recording() && m_state.phase() != AppPhase::selecting())
             setWindowsHidden(false);
     });
-}
-
-/// Whoever waits for the user's choice must not be waited for.
-RecordingFlow::~RecordingFlow() {
-    m_choice.request_stop();
 }
 
 /// A window's own picture has no others in it.
@@ -36,22 +35,20 @@ bool RecordingFlow::hasToHideWindows() const {
            !m_services.platform.abilities().ownWindowsLeftOut.isAvailable();
 }
 
-void RecordingFlow::startRecording() {
-    setPreparation(Preparation::none);
-    setContent({});
+void RecordingFlow::start(const std::shared_ptr<capture::Recorder>& recorder) {
     m_state.setPhase(AppPhase::recording());
     m_state.setRecordingName(files::defaultRecordingName());
     setElapsedSeconds(0);
     m_ticks = 0;
     setCourse(Course::running);
     setRecorderStatus({});
-    m_outputURL = files::makeRecordingDirectory(m_folder) / files::package::recordingFile;
+    m_outputURL =
+        files::makeRecordingDirectory(m_preparation.folder()) / files::package::recordingFile;
     m_disk = {};
     m_isDiskTold = false;
     m_stillness = {};
     m_whyStopped.clear();
     setStopNotice({});
-    const auto recorder = std::exchange(m_chosen, nullptr);
     m_state.setRecorder(recorder);
     m_secondTimer = m_services.timers.repeat(1s, [this] { tickSecond(); });
     setWindowsHidden(hasToHideWindows());
@@ -191,7 +188,8 @@ void RecordingFlow::recordingFinished(int request, const model::Recording& recor
         return;
     m_state.show({.name = m_state.recordingName(),
                   .recording = recording,
-                  .edit = model::freshEdit(recording.metadata(), m_state.document().edit())});
+                  .edit = model::freshEdit(recording.metadata(), m_state.document().edit(),
+                                           m_state.look())});
     setStopNotice(m_whyStopped);
 }
 

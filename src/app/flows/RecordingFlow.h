@@ -1,15 +1,9 @@
 #pragma once
 
 #include "app/files/DiskForecast.h"
-#include "app/flows/AreaOverlay.h"
-#include "app/flows/MainTimers.h"
-#include "app/flows/RecordingPlatform.h"
-#include "app/flows/TaskRunner.h"
-#include "app/state/AppState.h"
+#include "app/flows/RecordingPreparation.h"
 #include "capture/StillnessWatch.h"
 #include "model/Recording.h"
-
-#include <stop_token>
 
 namespace vantro::app::flows {
 
@@ -23,33 +17,19 @@ struct RecordingServices {
         files::diskUse;
 };
 
-/// From the record button to the editor: asks what to record by the capture mode, runs the
-/// recorder, counts the seconds, and puts what it recorded into the state.
+/// From the record button to the editor: after the preparations it runs the recorder, counts the
+/// seconds, and puts what was recorded into the state.
 ///
 /// The recorder's calls run on the worker thread of `tasks`, one after the other; what comes back
-/// from one that has failed or was given up meanwhile is dropped. Preparations are given up when
-/// the editor opens, as it does for a project or a recovered recording. Main thread.
+/// from one that has failed meanwhile is dropped. Main thread.
 class RecordingFlow : public QObject {
     Q_OBJECT
 
   public:
     RecordingFlow(AppState& state, RecordingServices services);
-    ~RecordingFlow() override;
 
-    /// The record button. Confirms what is shown; else does nothing unless the application is idle.
-    void beginCapture();
-    /// The same, where the desktop asks what to record: what was chosen earlier does not hold. Also
-    /// while that is shown.
-    void chooseAnew();
-    /// What is shown is to be recorded.
-    void confirmChosen();
-    void windowSelected(const capture::ShareableWindow& window);
-    void windowPickerCancelled();
-    void areaSelected(std::uint32_t displayID, model::Rect rect);
-    void areaCancelled();
-    bool isPreparing() const { return m_preparation != Preparation::none; }
-    /// Takes everything back that precedes a recording. Harmless when there is nothing.
-    void cancelPreparation();
+    RecordingPreparation& preparation() { return m_preparation; }
+    const RecordingPreparation& preparation() const { return m_preparation; }
     /// Does nothing unless a recording is under way and not yet stopping. It may be paused.
     void stopRecording();
     // The recording stands still, and goes on. Either does nothing where that makes no sense.
@@ -57,26 +37,10 @@ class RecordingFlow : public QObject {
     void resume();
     void pauseOrResume();
 
-    /// Whole seconds to count down before a recording starts; 0 starts it at once.
-    void setCountdown(int seconds) { m_countdown = seconds; }
-    /// Pictures a second at most, of recordings that begin from now on.
-    void setFrameRate(int frameRate) { m_frameRate = frameRate; }
-    /// Where they are made; nothing stands for the usual place.
-    void setFolder(std::optional<std::filesystem::path> folder) { m_folder = std::move(folder); }
-    /// What is left of a countdown under way, else 0.
-    int countdownRemaining() const { return m_countdownRemaining; }
-
     /// Whole ones, without the pauses.
     double elapsedSeconds() const { return m_elapsedSeconds; }
-    /// What the user has chosen in the desktop's own dialog, until it is recorded.
-    const std::optional<capture::ChosenContent>& chosenContent() const { return m_content; }
-    /// The user is shown that an earlier choice holds again.
-    bool isConfirming() const { return m_preparation == Preparation::confirming; }
     /// Our own windows would be in the picture now.
     bool areWindowsHidden() const { return m_areWindowsHidden; }
-    /// The desktop's own dialog is open.
-    bool isDesktopAsking() const { return m_isDesktopAsking; }
-    bool isWindowPickerShown() const { return m_preparation == Preparation::pickingWindow; }
     bool isStopping() const { return m_course == Course::stopping; }
     bool isPaused() const { return m_course == Course::paused; }
     /// Of the recording under way, as of the last second.
@@ -91,15 +55,11 @@ class RecordingFlow : public QObject {
 
   Q_SIGNALS:
     void elapsedSecondsChanged();
-    void windowPickerShownChanged();
-    void desktopAskingChanged();
-    void chosenContentChanged();
     /// Handled at once: what is to vanish has been hidden when the signal returns.
     void windowsHiddenChanged();
     void stoppingChanged();
     void pausedChanged();
     void recorderStatusChanged();
-    void countdownRemainingChanged();
     void stopNoticeChanged();
     // Each once, for whoever looks elsewhere:
     /// Nothing more is recorded, though nobody has asked for that.
@@ -111,23 +71,6 @@ class RecordingFlow : public QObject {
     void leftBehind(const QString& recordingPath);
 
   private:
-    /// What precedes a recording. From each of these back to none: cancelled, failed, or the editor
-    /// was opened meanwhile.
-    ///
-    ///   none -+-> pickingWindow -+-> choosing -+-> selectingArea -+-> countingDown -+-> none
-    ///         +-> selectingArea -+             +-> confirming ----+                 | (recording)
-    ///         +------------------+             +------------------+-----------------+
-    ///
-    /// An area is selected before or, where the desktop asks itself, on what has been chosen.
-    enum class Preparation {
-        none,
-        pickingWindow,
-        selectingArea,
-        choosing,
-        confirming,
-        countingDown
-    };
-
     /// How a recording stands. Back to none with the application's phase: it is finished, has
     /// failed or was taken back.
     ///
@@ -136,30 +79,14 @@ class RecordingFlow : public QObject {
     ///     └─────────┴───────────┴────────┘
     enum class Course { none, running, paused, stopping };
 
-    static bool mayFollow(Preparation before, Preparation after);
     static bool mayFollow(Course before, Course after);
-    void setPreparation(Preparation preparation);
-    void captureScreen();
-    bool isDesktopToAsk() const;
-    void captureArea();
-    capture::RecordingRequest makeRequest() const;
-    void choose();
-    void chosen(int request, const std::shared_ptr<capture::Recorder>& recorder, bool isChosen,
-                std::optional<capture::ChosenContent> content);
-    void freezeScreen();
-    void selectOn(const std::optional<capture::ChosenContent>& content);
-    void cropTo(const model::Rect& area);
-    void beginCountdown();
     bool hasToHideWindows() const;
-    void startRecording();
-    void tickCountdown();
-    bool isFolderUsable();
+    void start(const std::shared_ptr<capture::Recorder>& recorder);
     void followCondition();
     void watchDisk();
     void stopByItself(const QString& why);
     void setStopNotice(const QString& notice);
     void tickSecond();
-    void chooseFailed(int request, const std::string& message);
     void startFailed(int request, const std::string& message);
     void takenBack(int request);
     void stopFailed(int request, const std::string& message);
@@ -167,26 +94,13 @@ class RecordingFlow : public QObject {
     void setElapsedSeconds(double seconds);
     void setCourse(Course course);
     void setRecorderStatus(const capture::RecordingStatistics& status);
-    void setCountdownRemaining(int seconds);
-    void setContent(std::optional<capture::ChosenContent> content);
     void setWindowsHidden(bool hidden);
-    void checkSharing();
-    AreaOverlayCallbacks overlayCallbacks();
 
     AppState& m_state;
     RecordingServices m_services;
+    RecordingPreparation m_preparation;
     int m_request = 0; ///< tells apart what comes back from different recordings
-    Preparation m_preparation = Preparation::none;
-    std::stop_source m_choice; ///< takes the choice under way back
-    std::shared_ptr<capture::Recorder> m_chosen;
-    std::optional<capture::ChosenContent> m_content; ///< of m_chosen
     bool m_areWindowsHidden = false;
-    bool m_choosesAnew = false;
-    bool m_isDesktopAsking = false;
-    int m_countdown = 0;
-    int m_countdownRemaining = 0;
-    int m_frameRate = capture::usualFrameRate;
-    std::optional<std::filesystem::path> m_folder;
     double m_elapsedSeconds = 0;
     int m_ticks = 0; ///< seconds of the recording, pauses and all
     Course m_course = Course::none;
@@ -198,8 +112,6 @@ class RecordingFlow : public QObject {
     QString m_stopNotice;
     std::filesystem::path m_outputURL;
     std::unique_ptr<MainTimer> m_secondTimer;
-    std::unique_ptr<MainTimer> m_countdownTimer;
-    std::unique_ptr<MainTimer> m_sharingTimer; ///< while there is content
 };
 
 } // namespace vantro::app::flows

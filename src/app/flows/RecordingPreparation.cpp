@@ -1,7 +1,8 @@
-// What precedes a recording: the choice of what to record, up to its start.
+#include "app/flows/RecordingPreparation.h"
+
 #include "app/files/RecordingFolder.h"
+#include "app/flows/ChosenRequest.h"
 #include "app/flows/ErrorText.h"
-#include "app/flows/RecordingFlow.h"
 #include "base/Fatal.h"
 #include "capture/RecordingTarget.h"
 
@@ -12,67 +13,66 @@ namespace vantro::app::flows {
 
 using namespace std::chrono_literals;
 
-bool RecordingFlow::mayFollow(Preparation before, Preparation after) {
-    switch (after) {
-        using enum Preparation;
-    case none:
-        return true;
-    case pickingWindow:
-        return before == none;
-    case selectingArea:
-        return before == none || before == choosing;
-    case choosing:
-        return before == none || before == pickingWindow || before == selectingArea;
-    case confirming:
-        return before == choosing;
-    case countingDown:
-        return before == choosing || before == selectingArea;
-    }
-    return false;
+RecordingPreparation::RecordingPreparation(AppState& state, const PreparationServices& services)
+    : m_state(state)
+    , m_services(services)
+    , m_countdown(
+          services.timers, services.tasks, [this] { Q_EMIT countdownRemainingChanged(); },
+          [this] { finish(); }) {
+    connect(&m_state, &AppState::phaseChanged, this, [this] {
+        if (m_state.phase() == AppPhase::previewing())
+            cancel();
+    });
 }
 
-void RecordingFlow::setPreparation(Preparation preparation) {
-    const auto before = std::exchange(m_preparation, preparation);
-    base::require(mayFollow(before, preparation),
-                  "the preparations of a recording are out of order");
-    using enum Preparation;
-    if ((before == pickingWindow) != (preparation == pickingWindow))
+/// Whoever waits for the user's choice must not be waited for.
+RecordingPreparation::~RecordingPreparation() {
+    m_choice.request_stop();
+}
+
+void RecordingPreparation::enter(Step step) {
+    const auto before = std::exchange(m_step, step);
+    base::require(mayFollow(before, step), "the preparations of a recording are out of order");
+    using enum PreparationStep;
+    if ((before == pickingWindow) != (step == pickingWindow))
         Q_EMIT windowPickerShownChanged();
-    const bool isAsking = preparation == choosing && isDesktopToAsk();
-    const bool isShown = (before == confirming) != (preparation == confirming);
+    const bool isAsking = step == choosing && isDesktopToAsk();
+    const bool isShown = (before == confirming) != (step == confirming);
     if (std::exchange(m_isDesktopAsking, isAsking) != isAsking || isShown)
         Q_EMIT desktopAskingChanged();
 }
 
-void RecordingFlow::beginCapture() {
+void RecordingPreparation::begin() {
     if (isConfirming())
-        return confirmChosen(); // as a key for it is pressed again
-    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none ||
-        !isFolderUsable())
+        return confirm(); // as a key for it is pressed again
+    if (!mayBegin())
         return;
     m_choosesAnew = false;
     switch (m_state.captureMode()) {
     case model::CaptureMode::screen:
         return captureScreen();
     case model::CaptureMode::window:
-        return isDesktopToAsk() ? choose() : setPreparation(Preparation::pickingWindow);
+        return isDesktopToAsk() ? choose() : enter(Step::pickingWindow);
     case model::CaptureMode::area:
         return isDesktopToAsk() ? choose() : captureArea();
     }
 }
 
-void RecordingFlow::chooseAnew() {
-    if (isConfirming() || m_preparation == Preparation::countingDown)
-        cancelPreparation();
-    if (m_state.phase() != AppPhase::idle() || m_preparation != Preparation::none ||
-        !isFolderUsable())
+void RecordingPreparation::chooseAnew() {
+    if (isConfirming() || m_step == Step::countingDown)
+        cancel();
+    if (!mayBegin())
         return;
     m_choosesAnew = true;
     choose();
 }
 
+bool RecordingPreparation::mayBegin() {
+    return m_state.phase() == AppPhase::idle() && m_step == Step::none && isFolderUsable();
+}
+
 /// Whoever has chosen a folder is told that it is gone before they choose what to record.
-bool RecordingFlow::isFolderUsable() {
+bool RecordingPreparation::isFolderUsable() {
     const auto problem = m_folder ? files::recordingsFolderProblem(*m_folder) : std::string();
     if (!problem.empty())
         m_state.setError(tr("recordings cannot go to %1. The settings take another folder.")
@@ -82,12 +82,12 @@ bool RecordingFlow::isFolderUsable() {
     return problem.empty();
 }
 
-bool RecordingFlow::isDesktopToAsk() const {
+bool RecordingPreparation::isDesktopToAsk() const {
     return !m_services.platform.abilities().listsContent.isAvailable();
 }
 
 /// The display that was chosen, while it is attached, else the main one.
-void RecordingFlow::captureScreen() {
+void RecordingPreparation::captureScreen() {
     if (const auto displays = m_services.platform.displays(); !displays.empty()) {
         const auto selected = std::ranges::find(displays, m_state.selectedDisplayID(),
                                                 &capture::ShareableDisplay::displayID);
@@ -98,8 +98,8 @@ void RecordingFlow::captureScreen() {
     choose();
 }
 
-void RecordingFlow::windowSelected(const capture::ShareableWindow& window) {
-    if (m_preparation != Preparation::pickingWindow)
+void RecordingPreparation::windowSelected(const capture::ShareableWindow& window) {
+    if (m_step != Step::pickingWindow)
         return;
     m_state.setSelectedWindow(window);
     m_state.setSelectedRect(window.frame);
@@ -109,16 +109,16 @@ void RecordingFlow::windowSelected(const capture::ShareableWindow& window) {
     choose();
 }
 
-void RecordingFlow::windowPickerCancelled() {
-    if (m_preparation == Preparation::pickingWindow)
-        cancelPreparation();
+void RecordingPreparation::windowPickerCancelled() {
+    if (m_step == Step::pickingWindow)
+        cancel();
 }
 
-void RecordingFlow::captureArea() {
-    setPreparation(Preparation::selectingArea);
+void RecordingPreparation::captureArea() {
+    enter(Step::selectingArea);
     m_state.setPhase(AppPhase::selecting());
     m_services.tasks.onMain([this] {
-        if (m_preparation != Preparation::selectingArea)
+        if (m_step != Step::selectingArea)
             return;
         auto overlay = m_services.overlays.show(overlayCallbacks());
         if (overlay == nullptr)
@@ -128,7 +128,7 @@ void RecordingFlow::captureArea() {
 }
 
 /// An answer leads to the overlay's end, which must not come while it is answering.
-AreaOverlayCallbacks RecordingFlow::overlayCallbacks() {
+AreaOverlayCallbacks RecordingPreparation::overlayCallbacks() {
     auto& tasks = m_services.tasks;
     return {.onSelection =
                 [this, &tasks](auto displayID, auto rect) {
@@ -138,10 +138,10 @@ AreaOverlayCallbacks RecordingFlow::overlayCallbacks() {
 }
 
 /// The picture on which an area is selected stays still, and our own windows are not in it.
-void RecordingFlow::freezeScreen() {
-    setPreparation(Preparation::selectingArea);
+void RecordingPreparation::freezeScreen() {
+    enter(Step::selectingArea);
     m_state.setPhase(AppPhase::selecting());
-    setWindowsHidden(true);
+    Q_EMIT hidingWanted(true);
     m_services.tasks.run(
         [this, recorder = m_chosen, request = m_request]() -> TaskRunner::Continuation {
             recorder->awaitHiddenWindows();
@@ -152,7 +152,7 @@ void RecordingFlow::freezeScreen() {
         });
 }
 
-void RecordingFlow::selectOn(const std::optional<capture::ChosenContent>& content) {
+void RecordingPreparation::selectOn(const std::optional<capture::ChosenContent>& content) {
     auto overlay = content && content->picture != nullptr
                        ? m_services.overlays.showOn(*content, overlayCallbacks())
                        : nullptr;
@@ -161,14 +161,14 @@ void RecordingFlow::selectOn(const std::optional<capture::ChosenContent>& conten
     m_state.setOverlayWindow(std::move(overlay));
 }
 
-void RecordingFlow::cropTo(const model::Rect& area) {
+void RecordingPreparation::cropTo(const model::Rect& area) {
     m_services.tasks.run(
         [this, recorder = m_chosen, area, request = m_request]() -> TaskRunner::Continuation {
             try {
                 recorder->crop(area);
                 return [this, request] {
                     if (request == m_request)
-                        m_countdown > 0 ? beginCountdown() : startRecording();
+                        countDownOrFinish();
                 };
             } catch (const std::exception& failure) {
                 auto text = failureText(failure, model::VantroError::Kind::captureStartFailed);
@@ -177,8 +177,8 @@ void RecordingFlow::cropTo(const model::Rect& area) {
         });
 }
 
-void RecordingFlow::areaSelected(std::uint32_t displayID, model::Rect rect) {
-    if (m_preparation != Preparation::selectingArea)
+void RecordingPreparation::areaSelected(std::uint32_t displayID, model::Rect rect) {
+    if (m_step != Step::selectingArea)
         return;
     m_state.setOverlayWindow({});
     if (m_chosen)
@@ -188,53 +188,32 @@ void RecordingFlow::areaSelected(std::uint32_t displayID, model::Rect rect) {
     choose();
 }
 
-void RecordingFlow::areaCancelled() {
-    if (m_preparation == Preparation::selectingArea)
-        cancelPreparation();
+void RecordingPreparation::areaCancelled() {
+    if (m_step == Step::selectingArea)
+        cancel();
 }
 
-void RecordingFlow::cancelPreparation() {
-    if (m_preparation == Preparation::none)
+void RecordingPreparation::cancel() {
+    if (m_step == Step::none)
         return;
     ++m_request;
     m_choice.request_stop();
     m_chosen.reset();
-    m_countdownTimer.reset();
-    setCountdownRemaining(0);
-    setPreparation(Preparation::none);
+    m_countdown.cancel();
+    enter(Step::none);
     setContent({});
     m_state.setOverlayWindow({});
     if (m_state.phase() == AppPhase::selecting())
         m_state.setPhase(AppPhase::idle());
 }
 
-capture::RecordingRequest RecordingFlow::makeRequest() const {
-    // A switch stands for off where the desktop has nothing to switch on.
-    const auto able = m_services.platform.abilities();
-    capture::RecordingRequest request{
-        .mode = m_state.captureMode(),
-        .displayID = m_state.selectedDisplayID(),
-        .area = m_state.selectedRect(),
-        .windowID = {},
-        .windowTitle = {},
-        .chooseAgain = m_choosesAnew,
-        .frameRate = m_frameRate,
-        .sources = {.systemSound = m_state.systemAudioEnabled() && able.systemSound.isAvailable(),
-                    .microphone = m_state.microphoneAudioEnabled() && able.microphone.isAvailable(),
-                    .camera = m_state.webcamEnabled() && able.camera.isAvailable(),
-                    .microphoneDevice = m_state.microphoneDevice(),
-                    .cameraDevice = m_state.webcamDevice()}};
-    if (const auto& window = m_state.selectedWindow())
-        request.windowID = window->windowID;
-    if (isDesktopToAsk())
-        request.area = {}; // selected on what has been chosen
-    return request;
-}
-
-void RecordingFlow::choose() {
-    setPreparation(Preparation::choosing);
+void RecordingPreparation::choose() {
+    enter(Step::choosing);
     m_choice = std::stop_source();
-    m_services.tasks.run([this, recorder = m_services.platform.makeRecorder(makeRequest()),
+    auto wanted = requestOf(m_state, m_services.platform.abilities());
+    wanted.frameRate = m_frameRate;
+    wanted.chooseAgain = m_choosesAnew;
+    m_services.tasks.run([this, recorder = m_services.platform.makeRecorder(std::move(wanted)),
                           cancelled = m_choice.get_token(),
                           request = ++m_request]() -> TaskRunner::Continuation {
         try {
@@ -250,33 +229,31 @@ void RecordingFlow::choose() {
     });
 }
 
-void RecordingFlow::chooseFailed(int request, const std::string& message) {
+void RecordingPreparation::chooseFailed(int request, const std::string& message) {
     if (request != m_request)
         return;
-    cancelPreparation();
+    cancel();
     m_state.setError(message, model::VantroError::Kind::captureStartFailed);
 }
 
-void RecordingFlow::chosen(int request, const std::shared_ptr<capture::Recorder>& recorder,
-                           bool isChosen, std::optional<capture::ChosenContent> content) {
+void RecordingPreparation::chosen(int request, const std::shared_ptr<capture::Recorder>& recorder,
+                                  bool isChosen, std::optional<capture::ChosenContent> content) {
     if (request != m_request)
         return;
     if (!isChosen)
-        return cancelPreparation();
+        return cancel();
     m_chosen = recorder;
     setContent(std::move(content));
     const bool isOnPicture = m_content && m_state.captureMode() == model::CaptureMode::area;
     if (isOnPicture && m_services.overlays.isScreen(*m_content))
         return freezeScreen();
-    if (m_countdown > 0)
-        return beginCountdown();
-    if (m_content && m_content->isRestored)
-        return setPreparation(Preparation::confirming);
-    startRecording();
+    if (m_seconds == 0 && m_content && m_content->isRestored)
+        return enter(Step::confirming);
+    countDownOrFinish();
 }
 
 /// Who has ended it need not be told.
-void RecordingFlow::checkSharing() {
+void RecordingPreparation::checkSharing() {
     if (!m_chosen)
         return;
     m_services.tasks.run(
@@ -285,45 +262,38 @@ void RecordingFlow::checkSharing() {
                 return {};
             return [this, request] {
                 if (request == m_request)
-                    cancelPreparation();
+                    cancel();
             };
         });
 }
 
-void RecordingFlow::confirmChosen() {
+void RecordingPreparation::confirm() {
     if (isConfirming())
-        startRecording();
+        finish();
 }
 
-void RecordingFlow::beginCountdown() {
-    setWindowsHidden(false);
-    setPreparation(Preparation::countingDown);
-    setCountdownRemaining(m_countdown);
-    m_countdownTimer = m_services.timers.repeat(1s, [this] { tickCountdown(); });
+void RecordingPreparation::countDownOrFinish() {
+    if (m_seconds == 0)
+        return finish();
+    Q_EMIT hidingWanted(false);
+    enter(Step::countingDown);
+    m_countdown.start(m_seconds);
 }
 
-void RecordingFlow::tickCountdown() {
-    setCountdownRemaining(m_countdownRemaining - 1);
-    if (m_countdownRemaining > 0)
-        return;
-    // The timer is running this very function: it goes once that has returned.
-    m_services.tasks.onMain([finished = std::shared_ptr(std::move(m_countdownTimer))] {});
-    startRecording();
+/// From here on it is a recording.
+void RecordingPreparation::finish() {
+    ++m_request;
+    enter(Step::none);
+    setContent({});
+    Q_EMIT ready(std::exchange(m_chosen, nullptr));
 }
 
-void RecordingFlow::setContent(std::optional<capture::ChosenContent> content) {
+void RecordingPreparation::setContent(std::optional<capture::ChosenContent> content) {
     if (!m_content && !content)
         return;
     m_content = std::move(content);
     m_sharingTimer = m_content ? m_services.timers.repeat(1s, [this] { checkSharing(); }) : nullptr;
     Q_EMIT chosenContentChanged();
-}
-
-void RecordingFlow::setCountdownRemaining(int seconds) {
-    if (m_countdownRemaining == seconds)
-        return;
-    m_countdownRemaining = seconds;
-    Q_EMIT countdownRemainingChanged();
 }
 
 } // namespace vantro::app::flows

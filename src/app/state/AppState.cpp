@@ -5,7 +5,6 @@
 #include "base/Fatal.h"
 
 #include <QScopedValueRollback>
-#include <array>
 #include <utility>
 
 #include <fmt/format.h>
@@ -40,82 +39,49 @@ void assign(AppState& state, Value& field, Value value, void (AppState::*changed
     Q_EMIT(state.*changed)();
 }
 
+/// What tells of a field's changes.
+auto signalOf(ShownField field) -> void (AppState::*)() {
+    switch (field) {
+        using enum ShownField;
+    case recordingPath:
+        return &AppState::recordingPathChanged;
+    case metadataPath:
+        return &AppState::metadataPathChanged;
+    case metadata:
+        return &AppState::metadataChanged;
+    case clicks:
+        return &AppState::editableClickEventsChanged;
+    case segments:
+        return &AppState::segmentsChanged;
+    case selectedSegment:
+        return &AppState::selectedSegmentIDChanged;
+    case selectedClick:
+        return &AppState::selectedClickIDChanged;
+    case background:
+        return &AppState::backgroundSettingsChanged;
+    case canvas:
+        return &AppState::canvasAspectRatioChanged;
+    case cursorScale:
+        return &AppState::cursorScaleChanged;
+    case webcamPosition:
+        return &AppState::webcamPositionChanged;
+    case webcamSize:
+        return &AppState::webcamSizeChanged;
+    case name:
+        return &AppState::recordingNameChanged;
+    case projectPath:
+        return &AppState::projectPathChanged;
+    }
+    base::fatal("no such field");
+}
+
 } // namespace
-
-/// A field that follows from the document or belongs to it.
-struct AppState::Field {
-    void (AppState::*changed)();
-    bool (*differs)(const Shown& a, const Shown& b);
-
-    template <auto member>
-    static constexpr Field ofEdit(void (AppState::*changed)()) {
-        return {changed, [](const Shown& a, const Shown& b) {
-                    return a.content.edit.*member != b.content.edit.*member;
-                }};
-    }
-    template <auto member>
-    static constexpr Field ofLinks(void (AppState::*changed)()) {
-        return {changed,
-                [](const Shown& a, const Shown& b) { return a.links.*member != b.links.*member; }};
-    }
-    template <auto differ>
-    static constexpr Field ofRecording(void (AppState::*changed)()) {
-        return {changed, [](const Shown& a, const Shown& b) {
-                    const auto& from = a.content.recording;
-                    const auto& to = b.content.recording;
-                    return from && to ? differ(*from, *to) : from.has_value() != to.has_value();
-                }};
-    }
-};
-
-struct AppState::Fields {
-    static constexpr auto recordingPath =
-        Field::ofRecording<[](const auto& a, const auto& b) { return a.movie() != b.movie(); }>(
-            &AppState::recordingPathChanged);
-    static constexpr auto metadata = Field::ofRecording<[](const auto& a, const auto& b) {
-        return !a.isSameAs(b) && a.metadata() != b.metadata();
-    }>(&AppState::metadataChanged);
-    static constexpr Field name{
-        &AppState::recordingNameChanged,
-        [](const Shown& a, const Shown& b) { return a.content.name != b.content.name; }};
-    static constexpr auto clicks =
-        Field::ofEdit<&model::Edit::clickEvents>(&AppState::editableClickEventsChanged);
-    static constexpr auto segments =
-        Field::ofEdit<&model::Edit::segments>(&AppState::segmentsChanged);
-    static constexpr auto background =
-        Field::ofEdit<&model::Edit::background>(&AppState::backgroundSettingsChanged);
-    static constexpr auto canvas =
-        Field::ofEdit<&model::Edit::canvasAspectRatio>(&AppState::canvasAspectRatioChanged);
-    static constexpr auto cursorScale =
-        Field::ofEdit<&model::Edit::cursorScale>(&AppState::cursorScaleChanged);
-    static constexpr auto webcamPosition =
-        Field::ofEdit<&model::Edit::webcamPosition>(&AppState::webcamPositionChanged);
-    static constexpr auto webcamSize =
-        Field::ofEdit<&model::Edit::webcamSize>(&AppState::webcamSizeChanged);
-    static constexpr auto metadataPath =
-        Field::ofLinks<&Links::metadataPath>(&AppState::metadataPathChanged);
-    static constexpr auto projectPath =
-        Field::ofLinks<&Links::projectPath>(&AppState::projectPathChanged);
-    static constexpr auto selectedSegment =
-        Field::ofLinks<&Links::selectedSegmentID>(&AppState::selectedSegmentIDChanged);
-    static constexpr auto selectedClick =
-        Field::ofLinks<&Links::selectedClickID>(&AppState::selectedClickIDChanged);
-
-    static constexpr std::array inShowing{
-        recordingPath,   metadataPath,  metadata,   clicks,     segments,
-        selectedSegment, selectedClick, background, canvas,     cursorScale,
-        webcamPosition,  webcamSize,    name,       projectPath};
-    static constexpr std::array inReset{recordingPath,   metadataPath, metadata,       segments,
-                                        selectedSegment, clicks,       selectedClick,  cursorScale,
-                                        background,      canvas,       webcamPosition, webcamSize,
-                                        projectPath};
-};
 
 AppState::AppState(std::uint32_t mainDisplayID)
     : m_selectedDisplayID(mainDisplayID), m_document(files::defaultRecordingName()) {
     connect(&m_document, &EditDocument::changed, this, [this](const auto& before) {
         if (!m_rewriting)
-            tellWhatDiffers({before, m_links}, Fields::inShowing);
+            tellWhatDiffers({before, m_links}, orderOfShowing);
     });
 }
 
@@ -126,16 +92,16 @@ void AppState::setError(const std::string& message, model::VantroError::Kind kin
     setShowError(true);
 }
 
-void AppState::tellWhatDiffers(const Shown& before, std::span<const Field> order) {
-    const Shown now{m_document.content(), m_links};
-    for (const auto& field : order)
-        if (field.differs(before, now))
-            Q_EMIT(this->*field.changed)();
+void AppState::tellWhatDiffers(const ShownDocument& before, std::span<const ShownField> order) {
+    const ShownDocument now{m_document.content(), m_links};
+    for (const auto field : order)
+        if (differs(field, before, now))
+            Q_EMIT(this->*signalOf(field))();
 }
 
 template <typename Write>
-void AppState::rewrite(std::span<const Field> order, const Write& write) {
-    const Shown before{m_document.content(), m_links};
+void AppState::rewrite(std::span<const ShownField> order, const Write& write) {
+    const ShownDocument before{m_document.content(), m_links};
     {
         const QScopedValueRollback rewriting(m_rewriting, true);
         write();
@@ -144,7 +110,7 @@ void AppState::rewrite(std::span<const Field> order, const Write& write) {
 }
 
 void AppState::show(model::Project project, std::optional<std::filesystem::path> package) {
-    rewrite(Fields::inShowing, [&] {
+    rewrite(orderOfShowing, [&] {
         if (!package)
             m_links.metadataPath =
                 project.recording.movie().parent_path() / files::package::metadataFile;
@@ -160,7 +126,7 @@ void AppState::saved(const model::Project& written, const std::filesystem::path&
                      const std::filesystem::path& package) {
     if (recordingPath() != movie)
         return;
-    rewrite(Fields::inShowing, [&] {
+    rewrite(orderOfShowing, [&] {
         m_links.projectPath = package;
         m_document.saved(written);
     });
@@ -169,22 +135,20 @@ void AppState::saved(const model::Project& written, const std::filesystem::path&
 void AppState::reset() {
     setPhase(AppPhase::idle());
     setSelectedWindow({});
-    rewrite(Fields::inReset, [this] {
+    rewrite(orderOfReset, [this] {
         constexpr double cursorScale = 2.0; // a fresh edit's is larger
         m_links = {};
         model::Edit choices;
         choices.background = edit().background;
         choices.cursorScale = cursorScale;
-        m_document.close(m_look ? model::withLook(std::move(choices), *m_look)
-                                : std::move(choices));
+        m_document.close(std::move(choices));
     });
 }
 
 void AppState::setLook(const std::optional<model::Look>& look) {
-    if (std::exchange(m_look, look) == look || m_document.recording())
-        return;
-    rewrite(Fields::inReset,
-            [this] { m_document.close(model::withLook(edit(), m_look.value_or(model::Look{}))); });
+    const bool isTakenBack = std::exchange(m_look, look) && !look;
+    if (isTakenBack && !m_document.recording())
+        rewrite(orderOfReset, [this] { m_document.close(model::withLook(edit(), {})); });
 }
 
 std::optional<std::filesystem::path> AppState::recordingPath() const {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/state/AppPhase.h"
-#include "app/state/EditDocument.h"
+#include "app/state/ShownDocument.h"
 #include "capture/ShareableContent.h"
 #include "model/VantroError.h"
 
@@ -45,11 +45,13 @@ class AppState : public QObject {
     /// nothing where the editor shows another recording by now.
     void saved(const model::Project& written, const std::filesystem::path& movie,
                const std::filesystem::path& package);
-    /// Makes the state ready for a new recording. The capture choices, the recording's name and,
-    /// where new recordings have no look of their own, the background stay.
+    /// Makes the state ready for a new recording. The capture choices, the recording's name and the
+    /// background stay.
     void reset();
-    /// What new recordings look like from now on; what is in the editor stays as it is.
+    /// What new recordings look like from now on. Where that is taken back, the next one has the
+    /// usual look. What is in the editor stays as it is.
     void setLook(const std::optional<model::Look>& look);
+    const std::optional<model::Look>& look() const { return m_look; }
 
     /// The edit with its steps. The fields below change with it.
     EditDocument& document() { return m_document; }
@@ -167,26 +169,12 @@ class AppState : public QObject {
     void recorderChanged();
 
   private:
-    /// What belongs to the document in the editor but is no part of it.
-    struct Links {
-        std::optional<std::filesystem::path> metadataPath;
-        std::optional<std::filesystem::path> projectPath;
-        std::optional<model::Uuid> selectedSegmentID;
-        std::optional<model::Uuid> selectedClickID;
-    };
-    struct Shown {
-        EditDocument::Content content;
-        Links links;
-    };
-    struct Field;
-    struct Fields;
-
     const model::Edit& edit() const { return m_document.edit(); }
     template <typename Value>
     void editStep(const char* name, Value model::Edit::* field, Value value);
     template <typename Write>
-    void rewrite(std::span<const Field> order, const Write& write);
-    void tellWhatDiffers(const Shown& before, std::span<const Field> order);
+    void rewrite(std::span<const ShownField> order, const Write& write);
+    void tellWhatDiffers(const ShownDocument& before, std::span<const ShownField> order);
 
     AppPhase m_phase;
     model::Rect m_selectedRect;
@@ -202,7 +190,7 @@ class AppState : public QObject {
     std::string m_webcamDevice;
     EditDocument m_document;
     std::optional<model::Look> m_look; ///< of new recordings
-    Links m_links;
+    ShownDocument::Links m_links;
     bool m_rewriting = false; ///< signals wait until all is written
     QObject* m_mainWindow = nullptr;
     std::shared_ptr<flows::AreaOverlay> m_overlayWindow;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/bars/BarGestures.h"
+#include "editor/bars/BarKeys.h"
 #include "editor/bars/StripModel.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -15,6 +15,7 @@ class EditorActions : public QObject {
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(vantro::editor::bars::TimelineModel* timeline READ timeline CONSTANT)
     Q_PROPERTY(vantro::editor::bars::BarGestures* gestures READ gestures CONSTANT)
+    Q_PROPERTY(vantro::editor::bars::BarKeys* keys READ keys CONSTANT)
     Q_PROPERTY(vantro::editor::bars::StripModel* strip READ strip CONSTANT)
     Q_PROPERTY(vantro::editor::bars::ZoomSuggestions* suggestions READ suggestions CONSTANT)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
@@ -35,6 +36,7 @@ class EditorActions : public QObject {
     TimelineModel* timeline() { return &m_timeline; }
     StripModel* strip() { return &m_strip; }
     BarGestures* gestures() { return &m_gestures; }
+    BarKeys* keys() { return &m_keys; }
     ZoomSuggestions* suggestions() { return &m_suggestions; }
     bool canUndo() const { return m_state.document().canUndo(); }
     bool canRedo() const { return m_state.document().canRedo(); }
@@ -84,6 +86,7 @@ class EditorActions : public QObject {
     TimelineModel m_timeline{m_edits, m_suggestions};
     StripModel m_strip;
     BarGestures m_gestures{m_timeline, m_edits};
+    BarKeys m_keys{m_timeline, m_edits, m_gestures};
 };
 
 } // namespace vantro::editor::bars

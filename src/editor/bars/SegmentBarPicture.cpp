@@ -167,7 +167,7 @@ void SegmentBarPicture::select(const BarPart& part) {
 
 void SegmentBarPicture::setSeconds(const BarPart& part, double seconds) {
     if (const auto edge = edgeOf(part))
-        actions()->gestures()->moveEdgeTo(*edge, seconds);
+        actions()->keys()->moveEdgeTo(*edge, seconds);
     select(part);
 }
 

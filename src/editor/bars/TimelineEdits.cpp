@@ -36,6 +36,21 @@ void TimelineEdits::setSegments(timeline::Segments segments, app::EditDocument::
     m_state.document().apply(std::move(edit), std::move(step));
 }
 
+void TimelineEdits::moveZoom(const timeline::ZoomDrag& drag, timeline::ZoomPart part,
+                             double seconds, const std::string& key) {
+    switch (part) {
+    case timeline::ZoomPart::body:
+        return setZooms(timeline::moved(drag, seconds),
+                        {QT_TRANSLATE_NOOP("Edit", "Move Zoom"), key});
+    case timeline::ZoomPart::start:
+        return setZooms(timeline::withStartMoved(drag, seconds),
+                        {QT_TRANSLATE_NOOP("Edit", "Change Lead-In"), key});
+    case timeline::ZoomPart::end:
+        return setZooms(timeline::withEndMoved(drag, seconds),
+                        {QT_TRANSLATE_NOOP("Edit", "Change Lead-Out"), key});
+    }
+}
+
 void TimelineEdits::selectZoom(const model::Uuid& id) {
     m_state.setSelectedSegmentID({});
     m_state.setSelectedClickID(id);
@@ -63,6 +78,12 @@ void TimelineEdits::dropStaleSelection() {
     if (const auto& id = m_state.selectedSegmentID();
         id && std::ranges::find(segments(), *id, &model::TimelineSegment::id) == segments().end())
         m_state.setSelectedSegmentID({});
+}
+
+app::EditDocument::Step stepOf(timeline::SegmentEdge::Kind edge, const std::string& key) {
+    return {edge == timeline::SegmentEdge::Kind::cut ? QT_TRANSLATE_NOOP("Edit", "Move Cut")
+                                                     : QT_TRANSLATE_NOOP("Edit", "Trim"),
+            key};
 }
 
 std::string newGestureKey() {

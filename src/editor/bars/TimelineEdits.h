@@ -3,6 +3,7 @@
 #include "app/state/AppState.h"
 #include "editor/PlayerTimeObserver.h"
 #include "timeline/SegmentRules.h"
+#include "timeline/TimelineRows.h"
 #include "timeline/ZoomRules.h"
 
 #include <string>
@@ -29,6 +30,10 @@ class TimelineEdits {
     const timeline::Segments& segments() const { return m_state.segments(); }
     void setZooms(timeline::Zooms zooms, app::EditDocument::Step step);
     void setSegments(timeline::Segments segments, app::EditDocument::Step step);
+    /// Moves the zoom or one of its ends from where it was at the drag's beginning. Equal keys are
+    /// one step.
+    void moveZoom(const timeline::ZoomDrag& drag, timeline::ZoomPart part, double seconds,
+                  const std::string& key);
 
     // A zoom or a segment is selected, never both, so that Delete is never a surprise.
     void selectZoom(const model::Uuid& id);
@@ -42,6 +47,9 @@ class TimelineEdits {
     app::AppState& m_state;
     PlayerTimeObserver& m_transport;
 };
+
+/// In which an edge is moved.
+app::EditDocument::Step stepOf(timeline::SegmentEdge::Kind edge, const std::string& key);
 
 /// A key that joins the steps of one gesture in the document, and no others.
 std::string newGestureKey();

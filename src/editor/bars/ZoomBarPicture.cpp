@@ -188,7 +188,7 @@ void ZoomBarPicture::press(const BarPart& part) {
     if (proposals.find(part.id) != nullptr)
         part.kind == BarPart::Kind::remove ? proposals.dismiss(part.id) : proposals.accept(part.id);
     else if (part.kind == BarPart::Kind::remove)
-        actions()->gestures()->deleteZoom(part.id);
+        actions()->keys()->deleteZoom(part.id);
     else
         select(part);
 }
@@ -212,7 +212,7 @@ void ZoomBarPicture::setSeconds(const BarPart& part, double seconds) {
     const auto which = part.kind == BarPart::Kind::start ? Part::start
                        : part.kind == BarPart::Kind::end ? Part::end
                                                          : Part::body;
-    actions()->gestures()->moveZoomTo(part.id, which, seconds);
+    actions()->keys()->moveZoomTo(part.id, which, seconds);
     select(part);
 }
 

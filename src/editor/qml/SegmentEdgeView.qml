@@ -14,5 +14,5 @@ TimeHandle {
     x: startX - width / 2
     width: handleWidth
     corner: 2
-    onWanted: to => actions.gestures.setEdge(index, to)
+    onWanted: to => actions.keys.setEdge(index, to)
 }

@@ -20,11 +20,11 @@ Item {
             return
         const by = ({ [Qt.Key_Left]: -1, [Qt.Key_Up]: -1, [Qt.Key_Right]: 1, [Qt.Key_Down]: 1 })[event.key]
         if (by !== undefined)
-            actions.gestures.stepSegment(by)
+            actions.keys.stepSegment(by)
         else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
-            actions.gestures.selectSegment()
+            actions.keys.selectSegment()
         else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
-            actions.gestures.selectSegment()
+            actions.keys.selectSegment()
             actions.deleteSelected()
         } else
             return

@@ -19,11 +19,11 @@ Item {
         if ((event.modifiers & ~Qt.KeypadModifier) !== 0)
             return
         if (event.key === Qt.Key_Up || event.key === Qt.Key_Down)
-            actions.gestures.stepSuggestion(event.key === Qt.Key_Up ? -1 : 1)
+            actions.keys.stepSuggestion(event.key === Qt.Key_Up ? -1 : 1)
         else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
-            actions.gestures.acceptSuggestion()
+            actions.keys.acceptSuggestion()
         else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace || event.key === Qt.Key_Escape)
-            actions.gestures.dismissSuggestion()
+            actions.keys.dismissSuggestion()
         else
             return
         event.accepted = true

@@ -18,14 +18,14 @@ TimeHandle {
     visible: shown
     x: startX
     width: Math.max(extent, 2) // a thinner one would not be seen
-    onWanted: to => actions.gestures.setZoom(BarGestures.Body, to)
+    onWanted: to => actions.keys.setZoom(BarKeys.Body, to)
     onPressed: event => {
         if (event.key === Qt.Key_Up || event.key === Qt.Key_Down)
-            actions.gestures.stepZoom(event.key === Qt.Key_Up ? -1 : 1)
+            actions.keys.stepZoom(event.key === Qt.Key_Up ? -1 : 1)
         else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
-            actions.gestures.selectZoom()
+            actions.keys.selectZoom()
         else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
-            actions.gestures.selectZoom()
+            actions.keys.selectZoom()
             actions.deleteSelected()
         } else
             return
@@ -44,7 +44,7 @@ TimeHandle {
                 actions: block.actions
                 seconds: block.startSeconds
                 part: block.part + " start"
-                onWanted: to => block.actions.gestures.setZoom(BarGestures.Start, to)
+                onWanted: to => block.actions.keys.setZoom(BarKeys.Start, to)
             }
             ZoomHandle {
                 width: block.handleWidth
@@ -53,7 +53,7 @@ TimeHandle {
                 actions: block.actions
                 seconds: block.endSeconds
                 part: block.part + " end"
-                onWanted: to => block.actions.gestures.setZoom(BarGestures.End, to)
+                onWanted: to => block.actions.keys.setZoom(BarKeys.End, to)
             }
             SymbolButton {
                 readonly property string part: block.part + " delete"
@@ -66,7 +66,7 @@ TimeHandle {
                 symbolSize: 10
                 ink: Theme.timelineInk
                 help: qsTr("Delete zoom")
-                onClicked: block.actions.gestures.deleteZoom()
+                onClicked: block.actions.keys.deleteZoom()
             }
         }
     }

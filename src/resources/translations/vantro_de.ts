@@ -2581,6 +2581,9 @@ Soll sie ersetzt werden?</translation>
         <source>The recording cannot be written any more.</source>
         <translation>Die Aufnahme kann nicht mehr geschrieben werden.</translation>
     </message>
+</context>
+<context>
+    <name>vantro::app::flows::RecordingPreparation</name>
     <message>
         <source>recordings cannot go to %1. The settings take another folder.</source>
         <translation>Aufnahmen können nicht nach %1 geschrieben werden. In den Einstellungen lässt sich ein anderer Ordner wählen.</translation>

@@ -45,16 +45,16 @@ T.Popup {
     readonly property var byKind: ({
         alert: {
             title: qsTr("Error"),
-            text: app.alertText,
-            detail: app.alertSuggestion,
+            text: app.messages.alertText,
+            detail: app.messages.alertSuggestion,
             accept: qsTr("OK"),
-            accepted: app.dismissAlert
+            accepted: app.messages.dismissAlert
         },
         stopped: {
             title: qsTr("The recording was stopped"),
-            text: qsTr("%1 What was recorded until then is whole.").arg(app.stopNotice),
+            text: qsTr("%1 What was recorded until then is whole.").arg(app.messages.stopNotice),
             accept: qsTr("OK"),
-            accepted: app.dismissStopNotice
+            accepted: app.messages.dismissStopNotice
         },
         quit: {
             title: qsTr("A recording is running"),
@@ -65,55 +65,55 @@ T.Popup {
             rejected: app.keepRecording
         },
         unsaved: {
-            title: qsTr("Save changes to “%1”?").arg(app.projectName),
+            title: qsTr("Save changes to “%1”?").arg(app.messages.projectName),
             text: qsTr("The changes are lost if they are not saved. The recording itself stays."),
             accept: qsTr("Save"),
-            accepted: app.saveAndLeave,
+            accepted: app.messages.saveAndLeave,
             reject: qsTr("Discard"),
-            rejected: app.discardAndLeave,
+            rejected: app.messages.discardAndLeave,
             rejectIsFinal: true,
             dismiss: qsTr("Cancel"),
-            dismissed: app.stay
+            dismissed: app.messages.stay
         },
         readOnly: {
             title: qsTr("Opened to be looked at"),
-            text: qsTr("“%1” cannot be changed where it is: %2. It can be edited and exported; saving asks for another place.").arg(app.projectName).arg(app.readOnlyReason),
+            text: qsTr("“%1” cannot be changed where it is: %2. It can be edited and exported; saving asks for another place.").arg(app.messages.projectName).arg(app.messages.readOnlyReason),
             accept: qsTr("OK"),
-            accepted: app.dismissReadOnlyNotice
+            accepted: app.messages.dismissReadOnlyNotice
         },
         picture: {
             title: qsTr("The background picture is missing"),
-            text: qsTr("The film has the plain background instead (%1). Saving needs that picture, or another background.").arg(app.pictureReason),
+            text: qsTr("The film has the plain background instead (%1). Saving needs that picture, or another background.").arg(app.messages.pictureReason),
             accept: qsTr("OK"),
-            accepted: app.dismissPictureNotice
+            accepted: app.messages.dismissPictureNotice
         },
         delete: {
             title: qsTr("Delete recording?"),
-            text: qsTr("“%1” (%2) is not saved as a project. It cannot be brought back.").arg(app.deletedName).arg(app.deletedAbout),
+            text: qsTr("“%1” (%2) is not saved as a project. It cannot be brought back.").arg(app.messages.deletedName).arg(app.messages.deletedAbout),
             accept: qsTr("Keep"),
-            accepted: app.keepListed,
+            accepted: app.messages.keepListed,
             reject: qsTr("Delete"),
-            rejected: app.deleteListed,
+            rejected: app.messages.deleteListed,
             rejectIsFinal: true,
-            dismissed: app.keepListed
+            dismissed: app.messages.keepListed
         },
         restore: {
             title: qsTr("Restore unsaved changes?"),
-            text: qsTr("Vantro ended before the changes to “%1” were saved. Discard deletes these changes, but neither the recording nor the saved project.").arg(app.restoredName),
+            text: qsTr("Vantro ended before the changes to “%1” were saved. Discard deletes these changes, but neither the recording nor the saved project.").arg(app.messages.restoredName),
             accept: qsTr("Restore"),
-            accepted: app.restoreEdit,
+            accepted: app.messages.restoreEdit,
             reject: qsTr("Discard"),
-            rejected: app.discardEdit,
+            rejected: app.messages.discardEdit,
             rejectIsFinal: true,
-            dismissed: app.dismissEdit
+            dismissed: app.messages.dismissEdit
         },
         recovery: {
             title: qsTr("Recover recording?"),
-            text: qsTr("Vantro ended while this was recorded. It takes %1 on disk.").arg(app.recoverySize),
+            text: qsTr("Vantro ended while this was recorded. It takes %1 on disk.").arg(app.messages.recoverySize),
             accept: qsTr("Recover"),
-            accepted: app.recover,
+            accepted: app.messages.recover,
             reject: qsTr("Not Now"),
-            rejected: app.dismissRecovery
+            rejected: app.messages.dismissRecovery
         }
     })
 }

@@ -25,7 +25,7 @@ class RecordingFlowTest : public testing::Test {
     }
 
     void record() {
-        flow.beginCapture();
+        flow.preparation().begin();
         tasks.runAll();
     }
     test::ScriptedRecorder& recorder() { return *platform.next; }
@@ -87,7 +87,7 @@ TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThe
     for (const int countdown : {0, 3}) {
         hiddenAt.clear();
         recorder().hides = 0;
-        flow.setCountdown(countdown);
+        flow.preparation().setCountdown(countdown);
         state.setCaptureMode(model::CaptureMode::area);
         record();
         EXPECT_EQ(overlays.shown, content.picture);
@@ -124,11 +124,11 @@ TEST_F(ChosenOnDesktopTest, ShowsARestoredChoiceBeforeItIsRecorded) {
     content.isRestored = true;
     recorder().content = content;
     record();
-    EXPECT_TRUE(flow.isConfirming() && flow.chosenContent());
-    flow.chooseAnew();
+    EXPECT_TRUE(flow.preparation().isConfirming() && flow.preparation().chosenContent());
+    flow.preparation().chooseAnew();
     EXPECT_TRUE(platform.made.back().chooseAgain);
     tasks.runAll();
-    flow.confirmChosen();
+    flow.preparation().confirm();
     tasks.runAll();
     EXPECT_EQ(state.phase(), AppPhase::recording());
     recorder().recorderStatus.condition = capture::RecordingCondition::streamStopped;
@@ -141,13 +141,13 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     recorder().isSharingEnded = true;
     record();
     EXPECT_EQ(state.phase(), AppPhase::idle());
-    flow.setCountdown(3);
+    flow.preparation().setCountdown(3);
     record();
     timers.advance(1s);
     tasks.runAll();
-    EXPECT_FALSE(flow.isPreparing());
+    EXPECT_FALSE(flow.preparation().isUnderWay());
     recorder().isSharingEnded = false;
-    flow.setCountdown(0);
+    flow.preparation().setCountdown(0);
     recorder().stopFailure = model::VantroError(Kind::noRecordingData);
     recorder().recorderStatus.condition = capture::RecordingCondition::userStopped;
     record();
@@ -184,7 +184,7 @@ TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle
     recorder().startFailure = model::VantroError(Kind::assetWriterFailed, "disk full");
     record();
     expectIdle("Failed to write video: disk full");
-    flow.beginCapture();
+    flow.preparation().begin();
     tasks.runWork(); // the choice
     tasks.runMain();
     flow.stopRecording(); // before the start has failed
@@ -216,12 +216,12 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
 
 TEST_F(RecordingFlowTest, BeginsAsTheSettingsSayAndOpenedProjectsStayAsTheyAre) {
     const auto chosen = folder / "films";
-    flow.setFolder(chosen);
+    flow.preparation().setFolder(chosen);
     record();
     test::expectError(state, Kind::captureStartFailed, "films: No such file");
     EXPECT_TRUE(platform.made.empty()) << "nobody is asked what to record";
     std::filesystem::create_directory(chosen);
-    flow.setFrameRate(24);
+    flow.preparation().setFrameRate(24);
     const model::Look look{.background = {.type = model::BackgroundColor{1, 0, 0}, .padding = 0.2},
                            .canvasAspectRatio = model::CanvasAspectRatio::ratio1x1};
     state.setLook(look);
@@ -237,8 +237,14 @@ TEST_F(RecordingFlowTest, BeginsAsTheSettingsSayAndOpenedProjectsStayAsTheyAre) 
     state.setLook(model::Look{});
     state.setLook(look);
     EXPECT_EQ(model::lookOf(state.document().edit()), model::Look{});
-    state.reset();
-    EXPECT_EQ(model::lookOf(state.document().edit()), look);
+    for (const auto& settings : {std::optional(look), std::optional<model::Look>()}) {
+        state.reset();
+        state.setLook(settings);
+        record();
+        flow.stopRecording();
+        tasks.runAll();
+        EXPECT_EQ(model::lookOf(state.document().edit()), settings.value_or(model::Look{}));
+    }
 }
 
 /// What the user is told of a recording that goes on by itself.
@@ -295,8 +301,8 @@ TEST_F(RecordingFlowTest, InAPauseTheElapsedTimeStandsStill) {
 TEST_F(RecordingFlowTest, EveryPreparationIsGivenUpByTheUserAndWhenTheEditorOpens) {
     const auto beginWith = [this](model::CaptureMode mode, int countdown) {
         state.setCaptureMode(mode);
-        flow.setCountdown(countdown);
-        flow.beginCapture();
+        flow.preparation().setCountdown(countdown);
+        flow.preparation().begin();
     };
     const std::function<void()> preparations[]{
         [&] { beginWith(model::CaptureMode::window, 0); }, // the picker is shown
@@ -308,11 +314,11 @@ TEST_F(RecordingFlowTest, EveryPreparationIsGivenUpByTheUserAndWhenTheEditorOpen
     for (const auto& prepare : preparations)
         for (const bool opensEditor : {true, false}) {
             prepare();
-            opensEditor ? openEditor() : flow.cancelPreparation();
+            opensEditor ? openEditor() : flow.preparation().cancel();
             tasks.runAll();
             timers.advance(5s);
-            EXPECT_FALSE(flow.isWindowPickerShown());
-            EXPECT_EQ(flow.countdownRemaining(), 0);
+            EXPECT_FALSE(flow.preparation().isWindowPickerShown());
+            EXPECT_EQ(flow.preparation().countdownRemaining(), 0);
             EXPECT_EQ(timers.running(), 0U);
             EXPECT_EQ(state.phase(), opensEditor ? AppPhase::previewing() : AppPhase::idle());
             state.reset();

@@ -82,10 +82,10 @@ void doAnything(std::mt19937& random, EditorActions& actions) {
         gestures.doubleClick(bar, x(random));
         break;
     case 2:
-        gestures.setZoom(static_cast<BarGestures::ZoomPart>(random() % 3), anySecond());
+        actions.keys()->setZoom(static_cast<BarKeys::ZoomPart>(random() % 3), anySecond());
         break;
     case 3:
-        gestures.setEdge(static_cast<int>(random() % 3), anySecond());
+        actions.keys()->setEdge(static_cast<int>(random() % 3), anySecond());
         break;
     case 4:
         actions.keyPressed(Qt::Key_Delete, 0, {}, false);

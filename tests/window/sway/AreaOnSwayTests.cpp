@@ -149,7 +149,7 @@ TEST_P(AreaOnSway, IsRecordedToThePixelAsItWasDraggedOut) {
     own.resize(200, 100);
     own.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&own));
-    flow.beginCapture();
+    flow.preparation().begin();
     overlay::SelectionOverlay* overlay = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] { return (overlay = shownOverlay()) != nullptr; }));
     EXPECT_FALSE(own.isVisible());
