@@ -3,8 +3,10 @@
 #include "app/files/FinishRecording.h"
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
+#include "app/files/UnsavedRecordings.h"
 #include "app/flows/ErrorText.h"
 #include "base/Fatal.h"
+#include "base/Log.h"
 
 #include <cmath>
 #include <utility>
@@ -12,6 +14,19 @@
 namespace vantro::app::flows {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+/// It is called the same when it is listed as not saved.
+void keepName(const std::filesystem::path& movie, const std::string& name) {
+    try {
+        files::nameRecording(movie, name);
+    } catch (const std::exception& error) { // the recording matters more than its name
+        base::logInfo("{}: {}", movie.string(), error.what());
+    }
+}
+
+} // namespace
 
 RecordingFlow::RecordingFlow(AppState& state, RecordingServices services)
     : m_state(state)
@@ -159,12 +174,12 @@ void RecordingFlow::stopRecording() {
     setCourse(Course::stopping);
     m_secondTimer.reset();
     m_services.tasks.run([this, recorder = m_state.recorder(), outputURL = m_outputURL,
+                          name = m_state.recordingName(),
                           request = m_request]() -> TaskRunner::Continuation {
         try {
-            return
-                [this, request, recording = files::finishRecording(outputURL, recorder->stop())] {
-                    recordingFinished(request, recording);
-                };
+            const auto recording = files::finishRecording(outputURL, recorder->stop());
+            keepName(outputURL, name);
+            return [this, request, recording] { recordingFinished(request, recording); };
         } catch (const std::exception& failure) {
             const auto* error = dynamic_cast<const model::VantroError*>(&failure);
             if (error != nullptr && capture::wasTakenBack(*error, *recorder))
