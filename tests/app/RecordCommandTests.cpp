@@ -44,14 +44,13 @@ class RecordCommand : public ::testing::Test {
 };
 
 TEST_F(RecordCommand, IsFinishedWhenItsTerminalIsClosed) {
+    const auto display = "DISPLAY=" + server.display();
+    const auto place = "TMPDIR=" + folder.path().string();
     int terminal = -1;
     const auto process = ::forkpty(&terminal, nullptr, nullptr, nullptr);
     if (process == 0) {
-        ::setenv("DISPLAY", server.display().c_str(), 1);
-        ::setenv("TMPDIR", folder.path().c_str(), 1);
-        ::unsetenv("WAYLAND_DISPLAY");
-        ::unsetenv("XDG_SESSION_TYPE");
-        ::execl(VANTRO_PROGRAM, "vantro", "record", "--output", project.c_str(), nullptr);
+        ::execlp("env", "env", "-u", "WAYLAND_DISPLAY", "-u", "XDG_SESSION_TYPE", display.c_str(),
+                 place.c_str(), VANTRO_PROGRAM, "record", "--output", project.c_str(), nullptr);
         ::_exit(EXIT_FAILURE);
     }
     std::string said;
@@ -158,7 +157,7 @@ std::string onSmallDisk(const std::filesystem::path& folder, const std::string& 
 TEST_F(RecordCommand, StopsBeforeTheDiskIsFullWithAWholeFilm) {
     const auto disk = folder / "disk";
     std::filesystem::create_directory(disk);
-    if (std::system("unshare -rm true") != 0)
+    if (std::system("unshare -rm true") != 0) // NOLINT(concurrency-mt-unsafe)
         GTEST_SKIP() << "this user cannot mount a small disk";
     std::jthread drawing([&](const std::stop_token& stop) {
         std::uint32_t number = 0;

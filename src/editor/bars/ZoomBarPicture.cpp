@@ -65,8 +65,12 @@ void ZoomBarPicture::paintSuggestion(QPainter& painter, const timeline::ZoomRow&
     painter.setClipPath(outline, Qt::IntersectClip);
     painter.setPen(QPen(withOpacity(m_outline, row.isSelected ? 1 : 0.7), 1.5));
     const double phase = std::fmod(row.x - block.left(), hatchDistance);
-    for (double x = block.left() + phase - height(); x < block.right(); x += hatchDistance)
+    const double first = block.left() + phase - height();
+    const auto lines = static_cast<int>(std::ceil((block.right() - first) / hatchDistance));
+    for (int line = 0; line < lines; ++line) {
+        const double x = first + line * hatchDistance;
         painter.drawLine(QPointF(x, height()), QPointF(x + height(), 0));
+    }
     painter.restore();
     QPen pen(m_outline, row.isSelected ? 2.5 : 1.5, Qt::DashLine);
     painter.setPen(pen);
