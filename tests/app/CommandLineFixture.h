@@ -4,8 +4,6 @@
 #include "export/RecordingFixture.h"
 
 #include <cstdio>
-#include <stdexcept>
-#include <string>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,5 @@
 #include "app/CommandLineFixture.h"
 
-#include <fstream>
-
 #include <gmock/gmock.h>
 
 namespace vantro::app {

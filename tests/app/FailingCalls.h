@@ -3,9 +3,6 @@
 #include "app/CommandLineFixture.h"
 
 #include <cerrno>
-#include <fstream>
-#include <functional>
-#include <string>
 #include <system_error>
 
 #include <gmock/gmock.h>

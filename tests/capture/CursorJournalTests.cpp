@@ -2,7 +2,6 @@
 #include "support/Eventually.h"
 #include "support/TemporaryFolder.h"
 
-#include <fstream>
 #include <optional>
 
 #include <gtest/gtest.h>

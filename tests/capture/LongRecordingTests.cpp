@@ -5,7 +5,6 @@
 #include "support/Eventually.h"
 #include "support/TemporaryFolder.h"
 
-#include <fstream>
 #include <iostream>
 
 #include <gtest/gtest.h>

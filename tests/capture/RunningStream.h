@@ -6,8 +6,6 @@
 #include "capture/SampleCollector.h"
 #include "support/TestWindow.h"
 
-#include <algorithm>
-
 namespace vantro::test {
 
 /// Makes a window ours.

@@ -4,10 +4,7 @@
 #include "capture/RunningStream.h"
 #include "support/Pointer.h"
 #include "support/TemporaryFolder.h"
-#include "support/TestWindow.h"
 #include "support/XorgDesk.h"
-
-#include <memory>
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,6 @@
 #include "capture/RunningStream.h"
 #include "support/Program.h"
 
-#include <optional>
-
-#include <gtest/gtest.h>
-
 namespace vantro::capture {
 namespace {
 

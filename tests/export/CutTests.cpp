@@ -4,11 +4,8 @@
 #include "render/MovieSession.h"
 #include "render/RendererFactory.h"
 
-#include <algorithm>
 #include <cstring>
 #include <random>
-
-#include <gtest/gtest.h>
 
 namespace vantro::exporting {
 namespace {

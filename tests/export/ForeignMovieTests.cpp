@@ -1,18 +1,13 @@
 #include "export/VideoExporter.h"
-#include "media/FrameSource.h"
 #include "media/Sound.h"
 #include "media/TestMovies.h"
 #include "model/VantroError.h"
 #include "render/RendererFactory.h"
 
-#include <cmath>
-#include <fstream>
 #include <random>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::exporting {
 namespace {
 

@@ -3,7 +3,6 @@
 #include "model/VantroError.h"
 
 #include <cmath>
-#include <fstream>
 
 #include <gtest/gtest.h>
 

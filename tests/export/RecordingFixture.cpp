@@ -5,9 +5,6 @@
 #include "render/RendererFactory.h"
 #include "support/Ffmpeg.h"
 
-#include <algorithm>
-#include <cstdlib>
-
 namespace vantro::test {
 
 std::shared_ptr<const media::PixelBuffer> asBgra(std::shared_ptr<const media::PixelBuffer> pixels) {

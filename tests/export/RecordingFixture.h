@@ -5,9 +5,7 @@
 #include "render/MovieSession.h"
 #include "support/TemporaryFolder.h"
 
-#include <filesystem>
 #include <functional>
-#include <string>
 
 #include <nlohmann/json.hpp>
 

@@ -2,8 +2,6 @@
 #include "media/values/MediaError.h"
 #include "support/TemporaryFolder.h"
 
-#include <fstream>
-
 #include <gmock/gmock.h>
 
 namespace vantro::media {

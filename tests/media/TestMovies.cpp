@@ -1,11 +1,8 @@
 #include "TestMovies.h"
 
-#include <algorithm>
 #include <cmath>
-#include <fstream>
 
 #include <fmt/format.h>
-#include <gtest/gtest.h>
 
 namespace vantro::test {
 namespace {

@@ -5,13 +5,6 @@
 #include "support/TemporaryFolder.h"
 
 #include <array>
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <nlohmann/json.hpp>
-
 namespace vantro::test {
 
 using Rgb = std::array<int, 3>;

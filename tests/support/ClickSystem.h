@@ -6,9 +6,6 @@
 #include "support/TemporaryFolder.h"
 
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include <sdbus-c++/sdbus-c++.h>
 #include <sys/types.h>

@@ -2,18 +2,7 @@
 
 #include "support/KeysBackend.h"
 
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
 #include <utility>
-#include <vector>
-
-#include <sdbus-c++/sdbus-c++.h>
-
 namespace vantro::test {
 
 /// How a desktop and its user behave.

@@ -5,12 +5,9 @@
 
 #include <array>
 #include <atomic>
-#include <chrono>
 #include <deque>
 #include <stdexcept>
-#include <string>
 
-#include <pipewire/pipewire.h>
 #include <spa/param/video/format-utils.h>
 
 namespace vantro::test {

@@ -5,10 +5,7 @@
 
 #include <atomic>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include <sys/types.h>
 

@@ -4,11 +4,6 @@
 #include "support/PortalBackend.h"
 #include "support/TemporaryFolder.h"
 
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include <sys/types.h>
 
 namespace vantro::test {

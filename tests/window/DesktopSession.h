@@ -7,7 +7,6 @@
 #include <QProcess>
 #include <QRect>
 #include <QTemporaryDir>
-#include <filesystem>
 #include <memory>
 
 namespace vantro::test {

@@ -5,10 +5,6 @@
 
 #include <QPainter>
 #include <QTemporaryFile>
-#include <QTest>
-#include <cstdlib>
-#include <fstream>
-
 namespace vantro::window {
 namespace {
 

@@ -1,7 +1,6 @@
 #include "window/ScreenPictures.h"
 
 #include <QPainter>
-#include <algorithm>
 #include <cmath>
 
 namespace vantro::window {

@@ -3,7 +3,6 @@
 #include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::app::flows {
@@ -239,37 +238,6 @@ TEST_F(RecordingFlowTest, BeginsAsTheSettingsSayAndOpenedProjectsStayAsTheyAre) 
     EXPECT_EQ(model::lookOf(state.document().edit()), model::Look{});
     state.reset();
     EXPECT_EQ(model::lookOf(state.document().edit()), look);
-}
-
-/// What the user is told of a recording that goes on by itself.
-class UnattendedTest : public RecordingFlowTest {
-  protected:
-    UnattendedTest() {
-        QObject::connect(&flow, &RecordingFlow::endedByItself,
-                         [this](const QString& why) { told.push_back(why.toStdString()); });
-        QObject::connect(&flow, &RecordingFlow::nothingMoves, [this] { told.push_back("still"); });
-        record();
-    }
-    std::vector<std::string> told;
-};
-
-TEST_F(UnattendedTest, IsToldOnceThatNothingMovesAndAgainAfterSomethingHas) {
-    auto& status = recorder().recorderStatus;
-    timers.advance(599s);
-    EXPECT_THAT(told, ElementsAre());
-    timers.advance(3600s);
-    EXPECT_THAT(told, ElementsAre("still"));
-    for (auto* count : {&status.framesCaptured, &status.pointerMoves}) {
-        ++*count;
-        timers.advance(600s);
-        EXPECT_EQ(told.size(), 1U);
-        timers.advance(1s);
-        EXPECT_EQ(std::exchange(told, {"still"}).size(), 2U);
-    }
-    status.condition = capture::RecordingCondition::streamStopped;
-    status.streamError = "The window was closed.";
-    timers.advance(5s);
-    EXPECT_THAT(told, ElementsAre("still", "The window was closed."));
 }
 
 TEST_F(RecordingFlowTest, InAPauseTheElapsedTimeStandsStill) {

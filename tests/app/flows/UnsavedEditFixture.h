@@ -6,8 +6,6 @@
 #include "app/flows/JournalFlow.h"
 #include "app/flows/ProjectFlow.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <optional>
 
 namespace vantro::app::flows {

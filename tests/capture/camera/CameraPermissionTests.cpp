@@ -4,8 +4,6 @@
 #include "capture/camera/CameraPortal.h"
 #include "support/WaylandDesk.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 namespace vantro::capture::camera {

@@ -5,9 +5,7 @@
 #include "support/FakeCamera.h"
 
 #include <array>
-#include <cstdint>
 #include <cstring>
-#include <vector>
 
 #include <gmock/gmock.h>
 

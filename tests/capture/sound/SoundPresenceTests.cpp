@@ -2,8 +2,6 @@
 #include "capture/sound/SoundRecordingFixture.h"
 #include "capture/sound/SoundWatch.h"
 
-#include <cstdlib>
-
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>

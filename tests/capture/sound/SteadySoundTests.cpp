@@ -3,7 +3,6 @@
 #include "media/Sound.h"
 
 #include <limits>
-#include <numbers>
 
 #include <gmock/gmock.h>
 

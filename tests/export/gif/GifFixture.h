@@ -6,11 +6,8 @@
 
 #include <concepts>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <numeric>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -2,11 +2,8 @@
 
 #include "export/gif/GifFixture.h"
 
-#include <algorithm>
 #include <cstring>
 #include <random>
-#include <vector>
-
 namespace vantro::test {
 namespace {
 

@@ -3,7 +3,6 @@
 #include "media/strips/StripMaker.h"
 #include "support/Eventually.h"
 
-#include <functional>
 #include <map>
 #include <mutex>
 

@@ -3,12 +3,6 @@
 #include "media/strips/ThumbnailCache.h"
 #include "media/strips/Waveform.h"
 
-#include <filesystem>
-#include <fstream>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media::strips {
 namespace {
 

@@ -7,7 +7,6 @@
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
-#include "support/Eventually.h"
 #include "support/ScriptedScreen.h"
 #include "ui/Preferences.h"
 #include "window/overlay/DesktopOverlays.h"
@@ -19,7 +18,6 @@
 #include <QApplication>
 #include <QScreen>
 #include <QTest>
-#include <cstdlib>
 
 #include <gmock/gmock.h>
 

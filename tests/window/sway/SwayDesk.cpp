@@ -3,12 +3,6 @@
 #include "support/Eventually.h"
 #include "support/Program.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
-
 #include <unistd.h>
 
 namespace vantro::test {
@@ -18,11 +12,6 @@ constexpr const char* configuration = "xwayland disable\n"
                                       "default_border none\n"
                                       "output HEADLESS-1 mode 1280x720@60Hz position 0 0\n"
                                       "output HEADLESS-2 mode 1280x720@60Hz position 1280 0\n";
-
-bool succeeds(const std::string& command) {
-    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
-    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
-}
 
 /// Of sway's own, in a folder.
 std::string socketIn(const std::filesystem::path& folder) {

@@ -2,10 +2,6 @@
 
 #include "support/WaylandDesk.h"
 
-#include <string>
-
-#include <sys/types.h>
-
 namespace vantro::test {
 
 /// Headless sway with two outputs of 1280 × 720 pixels, HEADLESS-1 and HEADLESS-2 to the right of
