@@ -25,7 +25,8 @@ TEST_F(MainWindowTest, OpensSmallAndItsSwitchesAndModesAreThoseOfTheState) {
     EXPECT_EQ(state.captureMode(), model::CaptureMode::area) << "the last one stays";
 }
 
-TEST_F(MainWindowTest, ScreenModeOffersTheDisplaysWhereThereAreSeveral) {
+TEST_F(MainWindowTest,
+       ScreenModeOffersTheDisplaysWhereThereAreSeveralAndRecordsTheChosenOneElseTheMainOne) {
     showWindow();
     EXPECT_FALSE(shows("displays")) << "area mode has all of them";
     state.setCaptureMode(model::CaptureMode::screen);
@@ -35,12 +36,18 @@ TEST_F(MainWindowTest, ScreenModeOffersTheDisplaysWhereThereAreSeveral) {
     EXPECT_EQ(item("displays").property("currentIndex").toInt(), 0);
     item("displays").forceActiveFocus();
     key(Qt::Key_Down);
-    EXPECT_EQ(state.selectedDisplayID(), platform.attached[1].displayID);
+    record();
+    EXPECT_EQ(platform.made.back().displayID, platform.attached[1].displayID);
+    EXPECT_EQ(state.selectedRect(), platform.attached[1].frame);
+    state.reset();
+    settle();
     platform.attached.pop_back();
     displays.refresh();
     settle();
     EXPECT_FALSE(shows("displays"));
     EXPECT_EQ(displays.current(), 0) << "the other one is gone";
+    record();
+    EXPECT_EQ(platform.made.back().displayID, platform.attached[0].displayID);
 }
 
 TEST_F(MainWindowTest, WhatARecordingDoesWithoutIsSaidInALine) {

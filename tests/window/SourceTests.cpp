@@ -116,7 +116,13 @@ TEST_F(SourceTest, MetersShowWhatIsSwitchedOnWhileTheWindowIsSeenAndNoLonger) {
     platform.able.systemSound.whyNot = "There is no output.";
     guard.askAgain();
     EXPECT_THAT(metered, testing::ElementsAre("microphone b"));
+    state.setWebcamDevice("desk");
     record();
+    const auto& asked = platform.made.back().sources;
+    EXPECT_FALSE(asked.systemSound || asked.camera);
+    EXPECT_TRUE(asked.microphone);
+    EXPECT_EQ(asked.microphoneDevice, "b");
+    EXPECT_EQ(asked.cameraDevice, "desk");
     EXPECT_THAT(metered, testing::IsEmpty()) << "the recorder tells";
     platform.next->recorderStatus.sounds = {
         {.kind = SoundKind::microphone, .level = 0.1F, .isSilent = false}};

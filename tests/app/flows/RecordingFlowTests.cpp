@@ -46,23 +46,6 @@ class RecordingFlowTest : public testing::Test {
     std::vector<AppPhase::Kind> phases;
 };
 
-TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFreshFolder) {
-    std::vector<std::filesystem::path> movies;
-    for (const std::uint32_t chosen : {7U, 8U, 9U}) { // the last one is not attached
-        state.setSelectedDisplayID(chosen);
-        record();
-        EXPECT_EQ(state.phase(), AppPhase::recording());
-        EXPECT_EQ(platform.made.back().displayID, chosen == 8 ? 8U : 7U);
-        EXPECT_EQ(platform.made.back().sources.systemSound, state.systemAudioEnabled());
-        EXPECT_EQ(state.selectedRect(), platform.attached[chosen == 8 ? 1 : 0].frame);
-        EXPECT_EQ(recorder().movie.filename(), "recording.mov");
-        EXPECT_TRUE(std::filesystem::is_empty(recorder().movie.parent_path()));
-        movies.push_back(recorder().movie);
-        state.reset();
-    }
-    EXPECT_NE(movies[0], movies[1]) << "within a second";
-}
-
 /// A desktop that asks itself, and cannot leave our windows out.
 class ChosenOnDesktopTest : public RecordingFlowTest {
   protected:
@@ -154,20 +137,6 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     tasks.runAll();
     EXPECT_EQ(state.phase(), AppPhase::idle());
     EXPECT_FALSE(state.showError());
-}
-
-TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
-    state.setMicrophoneAudioEnabled(true);
-    state.setMicrophoneDevice("headset");
-    state.setWebcamEnabled(true);
-    state.setWebcamDevice("desk");
-    platform.able.systemSound.whyNot = "There is no output.";
-    record();
-    EXPECT_EQ(platform.made.back().sources.microphoneDevice, "headset");
-    EXPECT_EQ(platform.made.back().sources.cameraDevice, "desk");
-    EXPECT_FALSE(platform.made.back().sources.systemSound);
-    EXPECT_TRUE(platform.made.back().sources.microphone);
-    EXPECT_TRUE(platform.made.back().sources.camera);
 }
 
 TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle) {
