@@ -2,8 +2,6 @@
 #include "app/CommandLineFixture.h"
 #include "support/Ffmpeg.h"
 
-#include <fstream>
-
 #include <gmock/gmock.h>
 
 namespace vantro::app {

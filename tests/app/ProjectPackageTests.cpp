@@ -6,7 +6,6 @@
 #include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
-#include <functional>
 #include <regex>
 
 #include <gmock/gmock.h>

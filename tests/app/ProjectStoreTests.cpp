@@ -1,13 +1,11 @@
 // What keeps programs, and the user's own doings, from hurting a project that is open.
 #include "app/CommandLineFixture.h"
-#include "app/files/ProjectStores.h"
 #include "media/Asset.h"
 #include "model/Json.h"
 #include "model/VantroError.h"
 #include "support/FileSizeLimit.h"
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vantro::app {

@@ -5,14 +5,13 @@
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "media/Asset.h"
-#include "model/Json.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
+#include "support/Program.h"
 #include "support/SessionBus.h"
 #include "support/TestWindow.h"
 
 #include <QSettings>
-#include <cstdlib>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -157,7 +156,7 @@ std::string onSmallDisk(const std::filesystem::path& folder, const std::string& 
 TEST_F(RecordCommand, StopsBeforeTheDiskIsFullWithAWholeFilm) {
     const auto disk = folder / "disk";
     std::filesystem::create_directory(disk);
-    if (std::system("unshare -rm true") != 0) // NOLINT(concurrency-mt-unsafe)
+    if (!succeeds("unshare -rm true"))
         GTEST_SKIP() << "this user cannot mount a small disk";
     std::jthread drawing([&](const std::stop_token& stop) {
         std::uint32_t number = 0;

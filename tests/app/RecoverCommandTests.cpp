@@ -1,6 +1,5 @@
 // Recordings killed in the middle, and `vantro recover` run over what they leave.
 #include "app/CommandLineFixture.h"
-#include "base/HostClock.h"
 #include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "media/Sound.h"
@@ -32,19 +31,23 @@ class Recording {
     Recording(const XServer& server, const fs::path& folder, const std::string& rect,
               std::vector<std::string> sources = {"--system-audio"},
               const std::string& variable = "VANTRO_TEST=")
-        : m_folder(folder), m_program(server.display(), [&] {
-            sources.insert(sources.begin(),
-                           {"env", "TMPDIR=" + folder.string(), variable, VANTRO_PROGRAM, "record",
-                            "--output", folder / "never.vantro", "--mode", "area", "--rect", rect});
-            return sources;
-        }()) {}
+        : m_folder(folder) {
+        sources.insert(sources.begin(),
+                       {"env", "DISPLAY=" + server.display(), "TMPDIR=" + folder.string(), variable,
+                        VANTRO_PROGRAM, "record", "--output", folder / "never.vantro", "--mode",
+                        "area", "--rect", rect});
+        m_process = startProgram(std::move(sources));
+    }
+    ~Recording() { kill(); }
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
 
     /// Ends it as nothing else can; returns when it is gone.
     void kill() {
-        m_program.kill();
+        if (m_process > 0)
+            endProgram(std::exchange(m_process, -1), SIGKILL);
         killed = base::hostNow();
     }
-
     /// Where its files lie; empty before there are any.
     fs::path files() const {
         std::error_code none;
@@ -66,7 +69,7 @@ class Recording {
 
   private:
     fs::path m_folder;
-    Program m_program;
+    pid_t m_process = -1;
 };
 
 class Recovery : public ::testing::Test {

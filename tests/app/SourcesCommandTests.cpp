@@ -13,8 +13,6 @@
 #include <thread>
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
 namespace vantro::app {
 namespace {
 
@@ -29,17 +27,12 @@ struct Spot {
 
 /// When the spot turns white, seconds.
 std::vector<double> flashesAt(const std::vector<media::VideoFrame>& frames, Spot spot) {
-    std::vector<double> times;
-    bool wasWhite = false;
-    for (const auto& frame : frames) {
-        const int x = static_cast<int>(spot.x * frame.pixels->width());
-        const int y = static_cast<int>(spot.y * frame.pixels->height());
-        const bool isWhite = frame.pixels->row(0, y)[x] > 128;
-        if (isWhite && !wasWhite)
-            times.push_back(frame.presentationTime.seconds());
-        wasWhite = isWhite;
-    }
-    return times;
+    return timesOf(turning(frames, [spot](const media::PixelBuffer& picture) {
+        return picture.row(
+                   0, static_cast<int>(
+                          spot.y * picture.height()))[static_cast<int>(spot.x * picture.width())] >
+               128;
+    }));
 }
 
 class SourcesCommand : public testing::Test {

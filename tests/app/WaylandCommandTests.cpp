@@ -7,8 +7,6 @@
 #include "support/WaylandDesk.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
 namespace vantro::app {
 namespace {
 

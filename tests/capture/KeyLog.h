@@ -1,9 +1,8 @@
 #pragma once
 
+#include "base/Guarded.h"
 #include "capture/GlobalKeys.h"
 #include "support/Eventually.h"
-
-#include <mutex>
 
 namespace vantro::test {
 
@@ -13,22 +12,16 @@ class KeyLog {
     capture::GlobalKeys::Listener listener() {
         return {.pressed =
                     [this](auto action) {
-                        const std::lock_guard lock(m_mutex);
-                        m_pressed.push_back(action);
+                        m_told.with([&](Told& told) { told.first.push_back(action); });
                     },
                 .changed =
-                    [this](auto state) {
-                        const std::lock_guard lock(m_mutex);
-                        m_state = std::move(state);
-                    }};
+                    [this](auto state) { m_told.with([&](Told& told) { told.second = state; }); }};
     }
     std::vector<capture::GlobalAction> pressed() const {
-        const std::lock_guard lock(m_mutex);
-        return m_pressed;
+        return m_told.with([](const Told& told) { return told.first; });
     }
     capture::GlobalKeysState state() const {
-        const std::lock_guard lock(m_mutex);
-        return m_state;
+        return m_told.with([](const Told& told) { return told.second; });
     }
     bool becomes(capture::GlobalKeysState::Kind kind) const {
         return eventually([&] { return state().kind == kind; });
@@ -39,9 +32,8 @@ class KeyLog {
     }
 
   private:
-    mutable std::mutex m_mutex;
-    std::vector<capture::GlobalAction> m_pressed;
-    capture::GlobalKeysState m_state;
+    using Told = std::pair<std::vector<capture::GlobalAction>, capture::GlobalKeysState>;
+    base::Guarded<Told> m_told;
 };
 
 } // namespace vantro::test

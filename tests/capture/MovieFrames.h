@@ -25,4 +25,26 @@ inline std::vector<media::VideoFrame> framesOf(const std::filesystem::path& movi
     return frames;
 }
 
+/// Those of the pictures that turn to what is looked for, as `isIt` says of their pixels.
+template <typename IsIt>
+std::vector<media::VideoFrame> turning(const std::vector<media::VideoFrame>& frames, IsIt isIt) {
+    std::vector<media::VideoFrame> found;
+    bool was = false;
+    for (const auto& frame : frames) {
+        const bool is = isIt(*frame.pixels);
+        if (is && !was)
+            found.push_back(frame);
+        was = is;
+    }
+    return found;
+}
+
+/// When these pictures are shown, seconds.
+inline std::vector<double> timesOf(const std::vector<media::VideoFrame>& frames) {
+    std::vector<double> times;
+    for (const auto& frame : frames)
+        times.push_back(frame.presentationTime.seconds());
+    return times;
+}
+
 } // namespace vantro::test

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "base/Guarded.h"
 #include "capture/CapturePlatform.h"
 #include "support/Eventually.h"
 
-#include <mutex>
-#include <optional>
 #include <vector>
 
 namespace vantro::test {
@@ -21,35 +20,20 @@ class PointerLog final : public capture::PointerOutput {
     ~PointerLog() override { m_source->stop(); }
 
     void pointerAt(const capture::PointerSample& sample) override {
-        const std::lock_guard lock(m_mutex);
-        m_newest = sample;
+        m_told.with([&](Told& told) { told.newest = sample; });
     }
     void pressed(const capture::PointerPress& press) override {
-        const std::lock_guard lock(m_mutex);
-        m_presses.push_back(press);
+        m_told.with([&](Told& told) { told.presses.push_back(press); });
     }
     void pointerStopped(const std::string& error) override {
-        const std::lock_guard lock(m_mutex);
-        m_error = error;
+        m_told.with([&](Told& told) { told.error = error; });
     }
 
-    std::vector<capture::PointerPress> presses() {
-        const std::lock_guard lock(m_mutex);
-        return m_presses;
-    }
-    std::string error() {
-        const std::lock_guard lock(m_mutex);
-        return m_error;
-    }
-    model::Point place() {
-        const std::lock_guard lock(m_mutex);
-        return m_newest.place;
-    }
+    std::vector<capture::PointerPress> presses() { return told().presses; }
+    std::string error() { return told().error; }
+    model::Point place() { return told().newest.place; }
     /// When the pointer was last told of.
-    base::HostTime time() {
-        const std::lock_guard lock(m_mutex);
-        return m_newest.time;
-    }
+    base::HostTime time() { return told().newest.time; }
     bool awaitPlace(model::Point wanted) {
         return eventually([&] { return place() == wanted; });
     }
@@ -58,10 +42,16 @@ class PointerLog final : public capture::PointerOutput {
     }
 
   private:
-    std::mutex m_mutex;
-    capture::PointerSample m_newest;
-    std::vector<capture::PointerPress> m_presses;
-    std::string m_error;
+    struct Told {
+        capture::PointerSample newest;
+        std::vector<capture::PointerPress> presses;
+        std::string error;
+    };
+    Told told() {
+        return m_told.with([](const Told& told) { return told; });
+    }
+
+    base::Guarded<Told> m_told;
     std::unique_ptr<capture::PointerSource> m_source;
 };
 

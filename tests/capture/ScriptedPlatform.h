@@ -14,11 +14,7 @@ struct StreamScript {
     capture::PointerOutput* pointer = nullptr;     ///< while the pointer is watched
     capture::SoundOutput* sound = nullptr;         ///< while the microphone runs
     std::string startFailure;
-    /// Set for a desktop that asks the user itself what to record.
-    std::function<void(capture::TargetAnswer)> onQuestion;
-    bool isWithdrawn = false;                               ///< the question
-    std::optional<capture::SoundRefusal> microphoneRefusal; ///< when it is opened
-    std::string microphoneFailure;                          ///< at its start
+    std::string microphoneFailure; ///< at its start
 };
 
 /// A desktop with one display of 320 × 240 points that does what the test tells it to.
@@ -28,11 +24,7 @@ class ScriptedPlatform final : public capture::CapturePlatform {
 
     explicit ScriptedPlatform(std::shared_ptr<StreamScript> script) : m_script(std::move(script)) {}
 
-    capture::PlatformAbilities abilities() override {
-        capture::PlatformAbilities able;
-        able.listsContent.whyNot = m_script->onQuestion ? "the desktop asks" : "";
-        return able;
-    }
+    capture::PlatformAbilities abilities() override { return {}; }
     bool isConnected() override { return true; }
     std::expected<std::vector<capture::ShareableDisplay>, std::string> displays() override {
         return std::vector<capture::ShareableDisplay>{
@@ -40,13 +32,6 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     }
     std::expected<capture::ShareableContent, std::string> shareableContent(WindowIcons) override {
         return capture::ShareableContent{.displays = *displays(), .windows = {}};
-    }
-    std::unique_ptr<capture::TargetQuestion> findTarget(const capture::RecordingRequest& request,
-                                                        capture::TargetAnswer answer) override {
-        if (!m_script->onQuestion)
-            return CapturePlatform::findTarget(request, std::move(answer));
-        m_script->onQuestion(std::move(answer));
-        return std::make_unique<Question>(m_script);
     }
     std::expected<std::unique_ptr<capture::ScreenStream>, std::string>
     makeScreenStream(const capture::RecordingTarget&) override {
@@ -61,10 +46,6 @@ class ScriptedPlatform final : public capture::CapturePlatform {
     struct Scripted {
         explicit Scripted(std::shared_ptr<StreamScript> given) : script(std::move(given)) {}
         std::shared_ptr<StreamScript> script;
-    };
-    struct Question final : capture::TargetQuestion, Scripted {
-        using Scripted::Scripted;
-        ~Question() override { script->isWithdrawn = true; }
     };
     struct Stream final : capture::ScreenStream, Scripted {
         using Scripted::Scripted;
@@ -96,8 +77,6 @@ class ScriptedSound final : public capture::SoundDevices {
     open(capture::SoundKind kind, const std::string&) override {
         if (kind == capture::SoundKind::system)
             return std::unexpected(capture::SoundRefusal{.reason = "there are no loudspeakers"});
-        if (m_script->microphoneRefusal)
-            return std::unexpected(*m_script->microphoneRefusal);
         return std::make_unique<Microphone>(m_script);
     }
     std::unique_ptr<capture::SoundMeter> meter(capture::SoundKind, const std::string&) override {

@@ -4,7 +4,6 @@
 #include "capture/RunningStream.h"
 #include "support/Pointer.h"
 #include "support/TemporaryFolder.h"
-#include "support/TestWindow.h"
 #include "support/XorgDesk.h"
 
 #include <memory>

@@ -6,8 +6,6 @@
 
 #include <optional>
 
-#include <gtest/gtest.h>
-
 namespace vantro::capture {
 namespace {
 

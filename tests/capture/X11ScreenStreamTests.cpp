@@ -3,8 +3,6 @@
 
 #include <tuple>
 
-#include <gtest/gtest.h>
-
 namespace vantro::capture {
 namespace {
 

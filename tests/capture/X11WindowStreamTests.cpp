@@ -4,8 +4,6 @@
 
 #include <optional>
 
-#include <gtest/gtest.h>
-
 namespace vantro::capture {
 namespace {
 

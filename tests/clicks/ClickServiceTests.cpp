@@ -221,7 +221,12 @@ TEST_F(ClickService, IsSilentWhileTheCallersSessionIsNotInUse) {
     const Caller caller;
     const auto clickIn = [&](const ClickScript& script) {
         system->setScript(script);
-        return devices->click(Input::mouse, BTN_LEFT);
+        const auto time = devices->click(Input::mouse, BTN_LEFT);
+        if (!script.isActive || script.isLocked) {
+            system->setScript(script); // whoever reads it has done so
+            devices->forgetUnread(Input::mouse);
+        }
+        return time;
     };
     std::vector<std::uint64_t> told{clickIn({})};
     ASSERT_EQ(caller.take(1).size(), 1U);
@@ -262,23 +267,28 @@ TEST_F(ClickService, EndsWithItsCallersAndComesBack) {
 TEST_F(ClickService, DropsWhatNobodyTakesAndSaysSo) {
     const Caller caller;
     constexpr std::size_t room = 256;
-    for (std::size_t sent = 2; sent <= room + 2; sent += 2) {
-        // By turns: what one button does in no time is taken for a bad contact.
-        for (const int value : {1, 0})
-            for (const std::uint16_t button : {BTN_LEFT, BTN_RIGHT})
-                devices->send(Input::mouse, {{EV_KEY, button, value}});
-        const auto bytes = std::min(room, sent) * sizeof(PressRecord);
-        ASSERT_TRUE(eventually([&] { return caller.waiting() == bytes; }));
-    }
-    system->setScript({}); // what it has at hand is handled
-    const auto kept = caller.take(room);
+    std::vector<PressRecord> kept;
+    // Presses take a moment to arrive: the last ones may find room that was made behind them.
+    ASSERT_TRUE(eventually([&] {
+        constexpr auto full = room * sizeof(PressRecord);
+        for (int beyond = 0; beyond < 2;) {
+            const auto before = caller.waiting();
+            // By turns: what one button does in no time is taken for a bad contact.
+            for (const int value : {1, 0})
+                for (const std::uint16_t button : {BTN_LEFT, BTN_RIGHT})
+                    devices->send(Input::mouse, {{EV_KEY, button, value}});
+            beyond += before == full ? 1 : 0;
+            EXPECT_TRUE(eventually([&] { return caller.waiting() > before || before == full; }));
+        }
+        system->setScript({}); // what it has at hand is handled
+        const auto taken = caller.take(room);
+        kept = kept.empty() ? taken : kept;
+        devices->click(Input::mouse, BTN_LEFT);
+        const auto next = caller.take(1);
+        return next.size() == 1 && next[0].flags == PressRecord::lost && next[0].sequence > room;
+    }));
     ASSERT_EQ(kept.size(), room);
     EXPECT_EQ(kept.back().sequence, 255U);
-    devices->click(Input::mouse, BTN_LEFT);
-    const auto next = caller.take(1);
-    ASSERT_EQ(next.size(), 1U);
-    EXPECT_EQ(next[0].flags, PressRecord::lost);
-    EXPECT_GT(next[0].sequence, 256U);
 }
 
 } // namespace

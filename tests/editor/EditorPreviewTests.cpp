@@ -1,7 +1,6 @@
 #include "app/flows/QtMainLoop.h"
 #include "editor/EditorPreview.h"
 #include "export/RecordingFixture.h"
-#include "media/values/PixelBuffer.h"
 #include "render/RendererFactory.h"
 
 #include <QImage>
@@ -89,19 +88,6 @@ class EditorPreviewTest : public testing::Test {
     EditorPreview preview{tasks, openMovie, [](const auto&) { return nullptr; }};
 };
 
-/// Mean difference of all channels, of 255, to `whole` made smaller.
-double meanError(const media::PixelBuffer& shown, const media::PixelBuffer& whole) {
-    const auto expected =
-        QImage(whole.plane(0), whole.width(), whole.height(), whole.stride(0), QImage::Format_RGB32)
-            .scaled(shown.width(), shown.height(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    double sum = 0;
-    for (int y = 0; y < shown.height(); ++y)
-        for (int x = 0; x < shown.width() * 4; ++x)
-            if (x % 4 < 3)
-                sum += std::abs(shown.row(0, y)[x] - expected.constScanLine(y)[x]);
-    return sum / (3.0 * shown.width() * shown.height());
-}
-
 bool isEqual(const media::PixelBuffer& a, const media::PixelBuffer& b) {
     if (a.width() != b.width() || a.height() != b.height())
         return false;
@@ -178,26 +164,6 @@ TEST_F(EditorPreviewTest, WhileASliderMovesTheNewestEditIsTheOneThatIsSeen) {
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return isEqual(*preview.pictures()->draw()->pixels, *expected); }));
     EXPECT_EQ(preview.transport()->currentTime(), 2);
-}
-
-TEST_F(EditorPreviewTest, ASmallerAreaIsFilledWithTheSamePictureMadeSmaller) {
-    model::Edit edit;
-    edit.background.padding = 0.1;
-    edit.background.cornerRadius = 20;
-    preview.pictures()->setArea({200, 200});
-    preview.show(recording, edit);
-    ASSERT_TRUE(isReady());
-    preview.transport()->seek(0.25);
-    const auto shown = pictureAt({600, 600});
-    ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(QSize(shown->width(), shown->height()), QSize(200, 112));
-    const auto exported = openMovie(*recording, edit);
-    const auto whole = exported->still(1, exported->canvas(exported->videoSize()));
-    EXPECT_LE(meanError(*shown, *whole), 2);
-    preview.pictures()->setArea({1000, 1000});
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return preview.pictures()->draw()->pixels->width() == width;
-    })) << "no more than there are";
 }
 
 } // namespace

@@ -3,12 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 #include <cmath>
-
-#include <gmock/gmock.h>
 
 namespace vantro::editor {
 namespace {

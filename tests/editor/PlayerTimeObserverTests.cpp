@@ -1,7 +1,6 @@
 #include "editor/ObserverFixture.h"
 
 #include <QSignalSpy>
-#include <thread>
 
 namespace vantro::editor {
 namespace {

@@ -1,9 +1,6 @@
 #include "window/WindowFixture.h"
 
 #include <QAccessible>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 #include <cmath>
 
 namespace vantro::editor {

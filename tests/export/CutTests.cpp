@@ -8,8 +8,6 @@
 #include <cstring>
 #include <random>
 
-#include <gtest/gtest.h>
-
 namespace vantro::exporting {
 namespace {
 

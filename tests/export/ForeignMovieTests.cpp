@@ -1,5 +1,4 @@
 #include "export/VideoExporter.h"
-#include "media/FrameSource.h"
 #include "media/Sound.h"
 #include "media/TestMovies.h"
 #include "model/VantroError.h"
@@ -11,8 +10,6 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::exporting {
 namespace {
 

@@ -1,7 +1,7 @@
+#include "capture/MovieFrames.h"
 #include "export/GifExporter.h"
 #include "export/RecordingFixture.h"
 #include "export/VideoExporter.h"
-#include "media/FrameSource.h"
 #include "media/Sound.h"
 #include "support/Ffmpeg.h"
 
@@ -11,8 +11,6 @@
 #include <stop_token>
 
 #include <fmt/format.h>
-#include <gtest/gtest.h>
-
 namespace vantro::exporting {
 namespace {
 
@@ -33,22 +31,6 @@ void writeFlashesAndBeeps(const std::filesystem::path& movie, int seconds) {
                   std::to_string(seconds) + "\" -c:v copy -c:a pcm_s16le -ac 1 -ar 44100",
               movie);
     std::filesystem::remove(picture);
-}
-
-/// When the picture turns white.
-std::vector<double> flashTimes(const std::filesystem::path& movie) {
-    const auto asset = media::Asset::open(movie);
-    media::FrameSource source(asset, asset.tracks(media::MediaType::video).front().id);
-    std::vector<double> times;
-    bool wasWhite = false;
-    for (int frame = 0; media::MediaTime{frame, frameRate} < asset.duration(); ++frame) {
-        const auto picture = asBgra(source.frameAt({frame, frameRate})->pixels);
-        const bool isWhite = meanColor(*picture, 80, 45).green > 127;
-        if (isWhite && !wasWhite)
-            times.push_back(static_cast<double>(frame) / frameRate);
-        wasWhite = isWhite;
-    }
-    return times;
 }
 
 model::Project edited(const std::filesystem::path& movie,
@@ -78,7 +60,10 @@ TEST(SoundExport, BeepsWithTheFlashAtEverySegmentBoundary) {
                                  at(14, 15, 0.25), at(15, 17, 1), at(18, 20, 1)});
     exportTo(folder / "out.mp4", project);
 
-    const auto flashes = flashTimes(folder / "out.mp4");
+    const auto isWhite = [](const media::PixelBuffer& picture) {
+        return picture.row(0, 45)[80] > 127;
+    };
+    const auto flashes = timesOf(turning(framesOf(folder / "out.mp4"), isWhite));
     const auto beeps = beepTimes(soundOf(folder / "out.mp4"));
     const std::vector<double> boundaries{0, 2, 3, 5, 6, 7, 11, 13};
     const auto nearest = [](const std::vector<double>& times, double wanted) {

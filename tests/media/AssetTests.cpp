@@ -1,9 +1,5 @@
 #include "TestMovies.h"
 #include "media/Asset.h"
-#include "media/FrameSource.h"
-
-#include <gtest/gtest.h>
-
 namespace vantro::media {
 namespace {
 

@@ -2,14 +2,11 @@
 #include "TestMovies.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
-#include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
 #include <limits>
 #include <random>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace vantro::media {
 namespace {
@@ -178,31 +175,6 @@ TEST(AssetWriter, writesOtherColorSpacesAndRepeatedPicturesInTheRightColors) {
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_NEAR(written[channel], original[channel], 3);
     }
-}
-
-TEST(AssetWriter, placesLiveSoundByItsTimes) {
-    const test::TemporaryFolder folder;
-    AssetWriter writer(folder / "recording.mov", FileType::quickTimeMovie, settings(64, 36, true),
-                       {{.expectsRealTime = true}, {.expectsRealTime = true}});
-    writer.startWriting();
-    writer.startSession(MediaTime::fromSeconds(100, 48'000));
-    ASSERT_TRUE(writer.append({test::paintedNumber(1, 64, 36), {100, 1}, {1, 30}}));
-    // Begins before the session, overlaps by 50 ms, then leaves a gap of 550 ms.
-    for (const double start : {99.8, 100.15, 101.1})
-        ASSERT_TRUE(writer.appendAudio(0, test::tone(1000, start, start < 101 ? 0.4 : 0.2)));
-    // The other track is silent until half a second later.
-    ASSERT_TRUE(writer.appendAudio(1, test::tone(500, 100.5, 0.5)));
-    writer.finish(MediaTime{102, 1});
-
-    const auto sound = test::soundOf(folder / "recording.mov");
-    const auto beeps = test::beepTimes(sound);
-    ASSERT_EQ(beeps.size(), 2U);
-    EXPECT_NEAR(beeps[0], 0, 0.005);
-    EXPECT_NEAR(beeps[1], 1.1, 0.005);
-    EXPECT_LT(test::toneAmplitude(sound, 500, 0.2, 0.48), 0.02);
-    EXPECT_NEAR(test::toneAmplitude(sound, 1000, 0.05, 0.45), 0.5, 0.05);
-    EXPECT_NEAR(test::toneAmplitude(sound, 500, 0.6, 0.9), 0.5, 0.05);
-    EXPECT_LT(test::toneAmplitude(sound, 1000, 0.7, 1.0), 0.02);
 }
 
 TEST(AssetWriter, doesNotLoseAFilmsSoundInSilence) {

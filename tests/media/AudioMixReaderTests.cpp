@@ -1,10 +1,8 @@
-#include "Sound.h"
-#include "TestMovies.h"
-#include "media/values/MediaError.h"
+#include "media/Sound.h"
+#include "support/Ffmpeg.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <fstream>
-#include <numeric>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,3 @@
-#include "TestMovies.h"
 #include "media/color/ColorConversion.h"
 
 #include <algorithm>

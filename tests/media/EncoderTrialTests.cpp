@@ -9,8 +9,6 @@
 #include <utility>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media {
 namespace {
 

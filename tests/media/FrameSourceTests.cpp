@@ -1,16 +1,12 @@
 #include "TestMovies.h"
-#include "media/FrameSource.h"
 #include "media/values/MediaError.h"
 
-#include <algorithm>
 #include <random>
 #include <set>
 #include <stop_token>
 #include <thread>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media {
 namespace {
 
@@ -143,29 +139,6 @@ TEST(FrameSource, keepsAsMuchAsItIsToldTo) {
     source.setKeptBytes(0);
     EXPECT_LE(source.keptBytes(), 2 * pictureBytes + 1);
     EXPECT_EQ(numberShownAt(source, ticksOf(60)), 60);
-}
-
-TEST(FrameSource, tellsWhereATruncatedMovieBreaksOff) {
-    const test::TemporaryFolder folder;
-    for (const std::string name : {"cut.mp4", "cut.mkv"}) {
-        SCOPED_TRACE(name);
-        const auto movie = folder / name;
-        makeMovie(movie, "-bf 2 -g 15 -x264-params keyint=15 -movflags faststart");
-        std::filesystem::resize_file(movie, std::filesystem::file_size(movie) * 6 / 10);
-        FrameSource source(Asset::open(movie), 0);
-        constexpr int margin = 200; // ticks: some containers round to milliseconds
-        int number = 0;
-        try {
-            for (; number < frameCount; ++number)
-                ASSERT_EQ(numberShownAt(source, ticksOf(number) + margin), number);
-            FAIL() << "the break went unnoticed";
-        } catch (const MediaError& error) {
-            const std::string text = error.what();
-            const auto prefix = movie.string() + " breaks off at ";
-            ASSERT_THAT(text, testing::StartsWith(prefix));
-            EXPECT_NEAR(std::stod(text.substr(prefix.size())), number / 60.0, 0.1);
-        }
-    }
 }
 
 } // namespace

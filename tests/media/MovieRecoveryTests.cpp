@@ -2,13 +2,10 @@
 #include "base/Journal.h"
 #include "media/Asset.h"
 #include "media/AssetWriter.h"
-#include "media/FrameSource.h"
 #include "media/MovieRecovery.h"
 #include "support/Eventually.h"
 
 #include <fstream>
-
-#include <gtest/gtest.h>
 
 namespace vantro::media {
 namespace {
@@ -101,24 +98,6 @@ TEST_F(InterruptedRecording, KeepsWhatLiesBeforeTheDamage) {
     const auto duration = Asset::open(overwritten).duration();
     EXPECT_GT(duration, (MediaTime{5, 60}));
     EXPECT_LT(duration, (MediaTime{count, 60}));
-}
-
-TEST_F(InterruptedRecording, LosesNoPictureThatStandsStill) {
-    begin();
-    appendPictures(1);
-    awaitPackets(1); // without a second one to push it out
-    recoverMovie(leftBehind(), MediaTime{7, 1});
-    expectPictures(folder / "left behind.mov", 1);
-    EXPECT_EQ(Asset::open(folder / "left behind.mov").duration(), (MediaTime{7, 1}));
-
-    // What was written early is no obstacle to the true end, however near.
-    appendPictures(1);
-    awaitPackets(2);
-    writer->finish(MediaTime{1, 60} + MediaTime{1, 100});
-    EXPECT_EQ(Asset::open(movie).duration(), (MediaTime{1, 60} + MediaTime{1, 100}));
-    expectPictures(movie, 2);
-    EXPECT_EQ(writer->frameCount(), 2);
-    EXPECT_FALSE(fs::exists(movieJournalPath(movie)));
 }
 
 } // namespace

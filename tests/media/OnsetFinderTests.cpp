@@ -5,7 +5,6 @@
 #include <numbers>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::media {

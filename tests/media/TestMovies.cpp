@@ -5,7 +5,6 @@
 #include <fstream>
 
 #include <fmt/format.h>
-#include <gtest/gtest.h>
 
 namespace vantro::test {
 namespace {

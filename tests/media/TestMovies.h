@@ -8,10 +8,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
-
-#include <nlohmann/json.hpp>
-
 namespace vantro::test {
 
 using Rgb = std::array<int, 3>;

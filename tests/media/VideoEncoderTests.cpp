@@ -2,15 +2,12 @@
 #include "StandInEncoder.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
-#include "media/FrameSource.h"
 #include "media/av/MovieMuxer.h"
 #include "media/av/VideoEncoder.h"
 #include "media/color/ColorConversion.h"
 #include "media/values/MediaError.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media {
 namespace {
 

@@ -1,16 +1,36 @@
-#include "render/CursorThemeFile.h"
 #include "render/scene/CursorTextures.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstdlib>
+#include <memory>
 
 #include <gtest/gtest.h>
+// Behind all others, for its macros.
+#include <X11/Xcursor/Xcursor.h>
 
 namespace vantro::render {
 namespace {
 
 const std::uint8_t* pixel(const media::PixelBuffer& picture, double x, double y) {
     return picture.row(0, static_cast<int>(y)) + static_cast<std::ptrdiff_t>(x) * 4;
+}
+
+/// Writes a theme's cursor file with a bitmap for each nominal size, one and a half times as large
+/// as that, in one premultiplied color (blue 16 + size, green 32, red 64, alpha 128); the hot spot
+/// lies at a quarter and an eighth of the nominal size. False when it cannot.
+bool writeCursorFile(const std::filesystem::path& path, const std::vector<unsigned>& sizes) {
+    const std::unique_ptr<XcursorImages, decltype(&XcursorImagesDestroy)> images(
+        XcursorImagesCreate(static_cast<int>(sizes.size())), &XcursorImagesDestroy);
+    for (const unsigned size : sizes) {
+        const int side = static_cast<int>(size * 3 / 2);
+        XcursorImage* image = XcursorImageCreate(side, side);
+        image->size = size;
+        image->xhot = size / 4;
+        image->yhot = size / 8;
+        std::fill_n(image->pixels, image->width * image->height, 0x80402010U + size);
+        images->images[images->nimage++] = image;
+    }
+    return XcursorFilenameSaveImages(path.c_str(), images.get()) != 0;
 }
 
 /// A folder in which the only cursor theme is looked for.
@@ -24,7 +44,7 @@ struct ThemeFolder : test::TemporaryFolder {
 TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {
     const ThemeFolder themes;
     std::filesystem::create_directories(themes / "test/cursors");
-    ASSERT_TRUE(test::writeCursorFile(themes / "test/cursors/left_ptr", {24, 96, 48}));
+    ASSERT_TRUE(writeCursorFile(themes / "test/cursors/left_ptr", {24, 96, 48}));
     const CursorImage cursor = standardCursor(CursorStyle::theme);
     ASSERT_EQ(cursor.pixels->width(), 144);
     EXPECT_FLOAT_EQ(cursor.width, 36);

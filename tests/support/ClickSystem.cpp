@@ -1,6 +1,7 @@
 #include "support/ClickSystem.h"
 
 #include "support/Program.h"
+#include "support/SessionBus.h"
 
 #include <filesystem>
 #include <map>
@@ -18,14 +19,6 @@ constexpr auto sessionInterface = "org.freedesktop.login1.Session";
 constexpr auto managerInterface = "org.freedesktop.login1.Manager";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr auto umockdev = "libumockdev-preload.so.0";
-
-constexpr auto busConfiguration =
-    "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-    "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-    "<busconfig><type>session</type><listen>unix:path={0}/bus</listen><auth>EXTERNAL</auth>"
-    "<servicedir>{0}/services</servicedir><policy context=\"default\">"
-    "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-    "<allow own=\"*\"/></policy></busconfig>\n";
 
 Properties propertiesOf(const ClickScript& script) {
     const sdbus::Struct<std::string, sdbus::ObjectPath> seat("seat0", "/");
@@ -48,7 +41,10 @@ ClickSystem::ClickSystem(const ClickScript& script) : m_state(State{.script = sc
                        fmt::format("[D-BUS Service]\nName={}\nExec=/usr/bin/env LD_PRELOAD={}:{} "
                                    "ASAN_OPTIONS=verify_asan_link_order=0 {} 1\n",
                                    name, UDEV_LIBRARY, umockdev, CLICKD_PROGRAM));
-    const auto file = m_folder.write("bus.conf", fmt::format(busConfiguration, path)).string();
+    const auto file =
+        m_folder
+            .write("bus.conf", busConfiguration("unix:path=" + path + "/bus", path + "/services"))
+            .string();
     m_environment.set("DBUS_SYSTEM_BUS_ADDRESS", fmt::format("unix:path={}/bus", path));
     std::string address;
     m_bus = startAndRead({"dbus-daemon", "--nofork", "--config-file=" + file,

@@ -99,18 +99,6 @@ bool makesFile(int flags) {
     return (flags & O_CREAT) != 0;
 }
 
-int openAs(const char* name, const char* path, int flags, mode_t mode) {
-    if (makesFile(flags) && answerFor("open", path, true) == Answer::fail)
-        return -1;
-    return real<int (*)(const char*, int, ...)>(name)(path, flags, mode);
-}
-
-int makeTemporary(const char* name, char* pattern, int flags) {
-    if (answerFor("mkostemp", pattern, true) == Answer::fail)
-        return -1;
-    return real<int (*)(char*, int)>(name)(pattern, flags);
-}
-
 size_t allowed(Answer answer, size_t count) {
     return answer == Answer::takePart ? std::max<size_t>(count / 2, 1) : count;
 }
@@ -129,24 +117,20 @@ int open(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const auto mode = modeFrom(flags, arguments);
     va_end(arguments);
-    return openAs("open", path, flags, mode);
+    if (makesFile(flags) && answerFor("open", path, true) == Answer::fail)
+        return -1;
+    return real<int (*)(const char*, int, ...)>("open")(path, flags, mode);
 }
 
-int open64(const char* path, int flags, ...) {
-    std::va_list arguments;
-    va_start(arguments, flags);
-    const auto mode = modeFrom(flags, arguments);
-    va_end(arguments);
-    return openAs("open64", path, flags, mode);
-}
+int open64(const char* path, int flags, ...) __attribute__((alias("open")));
 
 int mkostemp(char* pattern, int flags) {
-    return makeTemporary("mkostemp", pattern, flags);
+    if (answerFor("mkostemp", pattern, true) == Answer::fail)
+        return -1;
+    return real<int (*)(char*, int)>("mkostemp")(pattern, flags);
 }
 
-int mkostemp64(char* pattern, int flags) {
-    return makeTemporary("mkostemp64", pattern, flags);
-}
+int mkostemp64(char* pattern, int flags) __attribute__((alias("mkostemp")));
 
 int mkdir(const char* path, mode_t mode) {
     if (answerFor("mkdir", path, true) == Answer::fail)

@@ -10,7 +10,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include <pipewire/pipewire.h>
 #include <spa/param/video/format-utils.h>
 
 namespace vantro::test {

@@ -2,179 +2,106 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <stdexcept>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavutil/imgutils.h>
+#include <libswscale/swscale.h>
 }
 
 namespace vantro::test {
 namespace {
 
-constexpr int cell = 8;
-constexpr int bits = 16;
+using Bytes = std::vector<std::uint8_t>;
+using Frame = std::unique_ptr<AVFrame, void (*)(AVFrame*)>;
 
-enum Color { black, white, strong, colorCount };
-
-struct Rgb {
-    int r;
-    int g;
-    int b;
-};
-constexpr std::array<Rgb, colorCount> rgbOf{
-    {{16, 16, 16}, {235, 235, 235}, {FakeCamera::red, FakeCamera::green, FakeCamera::blue}}};
-
-using Yuv = std::array<std::uint8_t, 3>;
-
-/// BT.601, of limited range or full, by colors.
-std::array<Yuv, colorCount> yuvOf(bool isFull) {
-    std::array<Yuv, colorCount> all{};
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        const auto [r, g, b] = rgbOf.at(i);
-        const double y = 0.299 * r + 0.587 * g + 0.114 * b;
-        const double u = 0.5 * (b - y) / (1 - 0.114);
-        const double v = 0.5 * (r - y) / (1 - 0.299);
-        const auto byte = [](double value) {
-            return static_cast<std::uint8_t>(std::lround(value));
-        };
-        all.at(i) = isFull ? Yuv{byte(y), byte(128 + u), byte(128 + v)}
-                           : Yuv{byte(16 + y * 219 / 255), byte(128 + u * 224 / 255),
-                                 byte(128 + v * 224 / 255)};
-    }
-    return all;
+Frame makeFrame(AVPixelFormat format, int width, int height) {
+    Frame frame(av_frame_alloc(), [](AVFrame* each) { av_frame_free(&each); });
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), 0) < 0)
+        throw std::bad_alloc();
+    return frame;
 }
 
-/// The colors of all pixels.
-std::vector<std::uint8_t> colorsOf(const FakeCamera::Format& format, std::uint32_t counter,
-                                   bool isWhite) {
-    std::vector<std::uint8_t> colors;
-    colors.reserve(static_cast<std::size_t>(format.width) *
-                   static_cast<std::size_t>(format.height));
-    for (int x = 0; x < format.width; ++x)
-        colors.push_back(x < bits * cell && ((counter >> (x / cell)) & 1) != 0 ? white : black);
-    auto below = std::vector<std::uint8_t>(static_cast<std::size_t>(format.width), strong);
-    std::fill_n(below.begin(), format.width / 2, isWhite ? white : black);
-    const auto top = colors;
-    for (int y = 1; y < format.height; ++y)
-        colors.insert(colors.end(), y < cell ? top.begin() : below.begin(),
-                      y < cell ? top.end() : below.end());
-    return colors;
+Frame painted(const FakeCamera::Format& format, std::uint32_t counter, bool isWhite) {
+    constexpr int cell = 8;
+    constexpr int bits = 16;
+    constexpr std::array<std::uint8_t, 3> black{16, 16, 16};
+    constexpr std::array<std::uint8_t, 3> white{235, 235, 235};
+    constexpr std::array<std::uint8_t, 3> strong{FakeCamera::red, FakeCamera::green,
+                                                 FakeCamera::blue};
+    auto frame = makeFrame(AV_PIX_FMT_RGB24, format.width, format.height);
+    for (int y = 0; y < format.height; ++y)
+        for (int x = 0; x < format.width; ++x) {
+            const bool isOne = x < bits * cell && ((counter >> (x / cell)) & 1) != 0;
+            const auto& left = isWhite ? white : black;
+            const auto& color = y < cell               ? (isOne ? white : black)
+                                : x < format.width / 2 ? left
+                                                       : strong;
+            std::ranges::copy(color, frame->data[0] + std::ptrdiff_t{y} * frame->linesize[0] +
+                                         std::ptrdiff_t{3} * x);
+        }
+    return frame;
 }
 
-/// Planes of 4:2:0 behind each other.
-std::vector<std::uint8_t> planar(const FakeCamera::Format& format, std::uint32_t counter,
-                                 bool isWhite, bool isFull) {
-    const auto colors = colorsOf(format, counter, isWhite);
-    const auto yuv = yuvOf(isFull);
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(colors.size() * 2);
-    for (const auto color : colors)
-        bytes.push_back(yuv[color][0]);
-    for (const std::size_t plane : {1, 2})
-        for (int y = 0; y < format.height; y += 2)
-            for (int x = 0; x < format.width; x += 2)
-                bytes.push_back(yuv[colors[static_cast<std::size_t>(y) *
-                                               static_cast<std::size_t>(format.width) +
-                                           static_cast<std::size_t>(x)]][plane]);
-    return bytes;
+AVPixelFormat pixelFormat(FakeCamera::Layout layout) {
+    constexpr std::array formats{AV_PIX_FMT_YUYV422, AV_PIX_FMT_UYVY422, AV_PIX_FMT_NV12,
+                                 AV_PIX_FMT_YUV420P, AV_PIX_FMT_RGB24,   AV_PIX_FMT_BGR0,
+                                 AV_PIX_FMT_GRAY8,   AV_PIX_FMT_YUVJ420P};
+    return formats.at(static_cast<std::size_t>(layout));
 }
 
-std::vector<std::uint8_t> jpeg(const FakeCamera::Format& format, std::uint32_t counter,
-                               bool isWhite) {
+Bytes jpeg(AVFrame& frame) {
     using Codec = std::unique_ptr<AVCodecContext, void (*)(AVCodecContext*)>;
-    using Frame = std::unique_ptr<AVFrame, void (*)(AVFrame*)>;
     using Packet = std::unique_ptr<AVPacket, void (*)(AVPacket*)>;
     const auto* encoder = avcodec_find_encoder(AV_CODEC_ID_MJPEG);
     const Codec codec(avcodec_alloc_context3(encoder),
                       [](AVCodecContext* each) { avcodec_free_context(&each); });
-    const Frame frame(av_frame_alloc(), [](AVFrame* each) { av_frame_free(&each); });
     const Packet packet(av_packet_alloc(), [](AVPacket* each) { av_packet_free(&each); });
     codec->pix_fmt = AV_PIX_FMT_YUVJ420P;
-    codec->width = frame->width = format.width;
-    codec->height = frame->height = format.height;
-    codec->time_base = {1, format.rate};
+    codec->width = frame.width;
+    codec->height = frame.height;
+    codec->time_base = {1, 30};
     codec->flags |= AV_CODEC_FLAG_QSCALE;
-    codec->global_quality = 3 * FF_QP2LAMBDA;
-    frame->format = codec->pix_fmt;
-    frame->quality = codec->global_quality;
-    auto pixels = planar(format, counter, isWhite, true);
-    const int halfWidth = (format.width + 1) / 2;
-    const int halfHeight = (format.height + 1) / 2;
-    frame->data[0] = pixels.data();
-    frame->data[1] = frame->data[0] + static_cast<std::ptrdiff_t>(format.width) * format.height;
-    frame->data[2] = frame->data[1] + static_cast<std::ptrdiff_t>(halfWidth) * halfHeight;
-    frame->linesize[0] = format.width;
-    frame->linesize[1] = frame->linesize[2] = halfWidth;
+    codec->global_quality = frame.quality = 3 * FF_QP2LAMBDA;
     if (avcodec_open2(codec.get(), encoder, nullptr) < 0 ||
-        avcodec_send_frame(codec.get(), frame.get()) < 0 ||
+        avcodec_send_frame(codec.get(), &frame) < 0 ||
         avcodec_receive_packet(codec.get(), packet.get()) < 0)
         throw std::runtime_error("no JPEG encoder");
     return {packet->data, packet->data + packet->size};
-}
-
-std::vector<std::uint8_t> interleaved(std::vector<std::uint8_t> planes, std::size_t luma) {
-    const std::vector<std::uint8_t> chroma(planes.begin() + static_cast<std::ptrdiff_t>(luma),
-                                           planes.end());
-    for (std::size_t i = 0; i < chroma.size(); ++i)
-        planes.at(luma + i) = chroma.at(i / 2 + i % 2 * chroma.size() / 2);
-    return planes;
-}
-
-std::vector<std::uint8_t> packed(const FakeCamera::Format& format, std::uint32_t counter,
-                                 bool isWhite) {
-    using Layout = FakeCamera::Layout;
-    const auto yuv = yuvOf(format.layout == Layout::gray);
-    // By color, and for even and odd columns.
-    std::array<std::array<std::vector<std::uint8_t>, 2>, colorCount> pixels;
-    for (std::size_t color = 0; color < pixels.size(); ++color) {
-        const auto [r, g, b] = std::array{static_cast<std::uint8_t>(rgbOf.at(color).r),
-                                          static_cast<std::uint8_t>(rgbOf.at(color).g),
-                                          static_cast<std::uint8_t>(rgbOf.at(color).b)};
-        const auto [luma, u, v] = yuv.at(color);
-        for (const std::size_t odd : {0, 1}) {
-            const auto chroma = odd == 0 ? u : v;
-            auto& pixel = pixels.at(color).at(odd);
-            if (format.layout == Layout::yuyv)
-                pixel = {luma, chroma};
-            else if (format.layout == Layout::uyvy)
-                pixel = {chroma, luma};
-            else if (format.layout == Layout::rgb)
-                pixel = {r, g, b};
-            else if (format.layout == Layout::bgrx)
-                pixel = {b, g, r, 0};
-            else
-                pixel = {luma};
-        }
-    }
-    const auto colors = colorsOf(format, counter, isWhite);
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(colors.size() * 4);
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        const auto& pixel = pixels[colors[i]][i % static_cast<std::size_t>(format.width) % 2];
-        bytes.insert(bytes.end(), pixel.begin(), pixel.end());
-    }
-    return bytes;
 }
 
 } // namespace
 
 std::vector<std::uint8_t> fakePicture(const FakeCamera::Format& format, std::uint32_t counter,
                                       bool isWhite) {
-    const auto luma =
-        static_cast<std::size_t>(format.width) * static_cast<std::size_t>(format.height);
-    switch (format.layout) {
-    case FakeCamera::Layout::mjpeg:
-        return jpeg(format, counter, isWhite);
-    case FakeCamera::Layout::i420:
-        return planar(format, counter, isWhite, false);
-    case FakeCamera::Layout::nv12:
-        return interleaved(planar(format, counter, isWhite, false), luma);
-    default:
-        return packed(format, counter, isWhite);
-    }
+    const auto wanted = pixelFormat(format.layout);
+    const auto [width, height] = std::pair(format.width, format.height);
+    const auto picture = painted(format, counter, isWhite);
+    const auto frame = makeFrame(wanted, width, height);
+    const std::unique_ptr<SwsContext, void (*)(SwsContext*)> scaler(
+        sws_getContext(width, height, AV_PIX_FMT_RGB24, width, height, wanted,
+                       SWS_POINT | SWS_ACCURATE_RND, nullptr, nullptr, nullptr),
+        sws_freeContext);
+    sws_scale(scaler.get(), picture->data, picture->linesize, 0, height, frame->data,
+              frame->linesize);
+    if (format.layout == FakeCamera::Layout::mjpeg)
+        return jpeg(*frame);
+    const bool isPacked = wanted == AV_PIX_FMT_YUYV422 || wanted == AV_PIX_FMT_UYVY422;
+    Bytes bytes;
+    for (int plane = 0; plane < av_pix_fmt_count_planes(wanted); ++plane)
+        for (int y = 0; y < (plane == 0 ? height : (height + 1) / 2); ++y) {
+            const auto* row = frame->data[plane] + std::ptrdiff_t{y} * frame->linesize[plane];
+            bytes.insert(bytes.end(), row,
+                         row +
+                             (isPacked ? 2 * width : av_image_get_linesize(wanted, width, plane)));
+        }
+    return bytes;
 }
 
 } // namespace vantro::test

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <stdexcept>
@@ -13,6 +12,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <linux/input.h>
+#include <termios.h>
 #include <umockdev.h>
 #include <unistd.h>
 
@@ -163,6 +163,11 @@ std::uint64_t InputDevices::click(Input device, std::uint16_t code) {
     const auto time = send(device, {{EV_KEY, code, 1}});
     send(device, {{EV_KEY, code, 0}});
     return time;
+}
+
+void InputDevices::forgetUnread(Input device) {
+    ::tcflush(umockdev_testbed_get_dev_fd(m_testbed->bed, m_testbed->node(device).c_str()),
+              TCOFLUSH);
 }
 
 } // namespace vantro::test

@@ -35,6 +35,8 @@ class InputDevices {
     std::uint64_t send(Input device, const std::vector<InputEvent>& events);
     /// A key or button goes down and up.
     std::uint64_t click(Input device, std::uint16_t code);
+    /// What nobody has read is gone, as the kernel keeps nothing for a device that is closed.
+    void forgetUnread(Input device);
 
   private:
     struct Testbed;

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 #include <vector>
-
 namespace vantro::test {
 
 /// Moves and clicks the pointer of a display as a user would (XTEST). The server has carried a call

@@ -3,7 +3,6 @@
 #include "support/KeysBackend.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -11,9 +10,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <sdbus-c++/sdbus-c++.h>
-
 namespace vantro::test {
 
 /// How a desktop and its user behave.

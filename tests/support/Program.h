@@ -5,9 +5,6 @@
 #include <csignal>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
-
 namespace vantro::test {
 
 /// Starts a program of the search path, which says nothing; one file may be given to it as
@@ -20,24 +17,8 @@ pid_t startAndRead(std::vector<std::string> arguments, std::string& line);
 /// Sends it the signal, and waits until it is gone.
 void endProgram(pid_t process, int signal = SIGTERM);
 
-/// A program that runs on a display until it is ended. Says nothing.
-class Program {
-  public:
-    /// Throws std::runtime_error when it cannot be started.
-    Program(const std::string& display, std::vector<std::string> arguments);
-    /// Ends it, and waits until it is gone.
-    ~Program() { end(SIGTERM); }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    /// Ends it as nothing else can; returns when it is gone.
-    void kill() { end(SIGKILL); }
-
-  private:
-    void end(int signal);
-
-    pid_t m_process;
-};
+/// Whether a command of the shell does; what it says is not heard.
+bool succeeds(const std::string& command);
 
 /// A real compositing manager, which blends the windows of a display, puts shadows around them and
 /// lets them fade when they go, from when it is constructed until it is destroyed.

@@ -5,7 +5,6 @@
 #include <functional>
 #include <future>
 #include <mutex>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>

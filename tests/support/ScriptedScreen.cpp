@@ -8,9 +8,7 @@
 #include <chrono>
 #include <deque>
 #include <stdexcept>
-#include <string>
 
-#include <pipewire/pipewire.h>
 #include <spa/param/video/format-utils.h>
 
 namespace vantro::test {

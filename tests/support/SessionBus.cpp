@@ -2,23 +2,26 @@
 
 #include "support/Program.h"
 
+#include <fmt/format.h>
+
 namespace vantro::test {
-namespace {
 
-constexpr auto configuration =
-    "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-    "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
-    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-    "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
-
-} // namespace
+std::string busConfiguration(const std::string& address, const std::string& services) {
+    return fmt::format(
+        "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+        "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+        "<busconfig><type>session</type><listen>{}</listen><auth>EXTERNAL</auth>{}"
+        "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+        "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n",
+        address, services.empty() ? "" : "<servicedir>" + services + "</servicedir>");
+}
 
 SessionBus::SessionBus() {
-    const auto file = m_folder.write("bus.conf", configuration);
-    m_process = startAndRead({"dbus-daemon", "--config-file=" + file.string(), "--nofork",
-                              "--nosyslog", "--print-address=" + std::to_string(givenFile)},
-                             m_address);
+    const auto file = m_folder.write("bus.conf", busConfiguration("unix:tmpdir=/tmp"));
+    m_process =
+        startAndRead({"dbus-daemon", "--nofork", "--nosyslog", "--config-file=" + file.string(),
+                      "--print-address=" + std::to_string(givenFile)},
+                     m_address);
 }
 
 SessionBus::~SessionBus() {

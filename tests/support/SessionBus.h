@@ -8,6 +8,10 @@
 
 namespace vantro::test {
 
+/// For a message bus that starts nothing behind a test's back but the services of a folder, where
+/// one is given.
+std::string busConfiguration(const std::string& address, const std::string& services = {});
+
 /// A session bus of the test's own, from when it is constructed until it is destroyed. It starts no
 /// service of the machine's.
 class SessionBus {

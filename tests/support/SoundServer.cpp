@@ -9,8 +9,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <numbers>
 #include <stdexcept>
 
@@ -18,7 +16,6 @@
 #include <pulse/simple.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 
 namespace vantro::test {
 namespace {
@@ -29,12 +26,7 @@ constexpr std::size_t pieceLength = 64; // divides a cycle of PipeWire's graph
 constexpr double cycle = 1024.0 / recordedRate;
 constexpr double cycleGap = 0.003;
 // Samples that a busy server loses put off what follows.
-constexpr std::size_t nearby = 10UL * recordedRate;
-
-bool succeeds(const std::string& command) {
-    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
-    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
-}
+constexpr std::size_t nearby = 2UL * recordedRate;
 
 double secondsNow() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())

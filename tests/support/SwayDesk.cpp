@@ -3,7 +3,6 @@
 #include "support/Eventually.h"
 #include "support/Program.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 
@@ -19,11 +18,6 @@ constexpr const char* outputs = "for_window [app_id=wlroots] floating enable\n"
                                 "output HEADLESS-1 mode 1280x720@60Hz position 0 0\n"
                                 "output HEADLESS-2 mode 1280x720@60Hz position 1280 0\n";
 constexpr uid_t somebody = 1000;
-
-bool succeeds(const std::string& command) {
-    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
-    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
-}
 
 } // namespace
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "media/color/ColorConversion.h"
 #include "support/XServer.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
-
 namespace vantro::test {
 
 /// A plain window that no window manager touches, for a test to draw in. 0xRRGGBB colors. What is

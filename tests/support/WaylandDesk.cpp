@@ -2,37 +2,22 @@
 
 #include "support/Eventually.h"
 #include "support/Program.h"
+#include "support/SessionBus.h"
 
 #include <algorithm>
 #include <array>
-#include <csignal>
-#include <cstdlib>
 #include <stdexcept>
-
 namespace vantro::test {
 namespace {
 
 constexpr const char* portalProgram = "/usr/libexec/xdg-desktop-portal";
 constexpr const char* permissionStore = "/usr/libexec/xdg-permission-store";
 
-bool succeeds(const std::string& command) {
-    const auto quietly = "{ " + command + "; } >/dev/null 2>&1";
-    return std::system(quietly.c_str()) == 0; // NOLINT(concurrency-mt-unsafe)
-}
-
 bool isOnBus(const std::string& name) {
     return succeeds("dbus-send --session --print-reply --dest=org.freedesktop.DBus / "
                     "org.freedesktop.DBus.NameHasOwner string:" +
                     name + " | grep -q 'boolean true'");
 }
-
-// No folders of services: nothing is started behind a test's back.
-constexpr const char* busConfiguration =
-    "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-    "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
-    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-    "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
 
 } // namespace
 
@@ -48,7 +33,7 @@ WaylandDesk::WaylandDesk() {
     for (const auto* name : {"runtime", "config", "state", "cache", "data", "home"})
         std::filesystem::create_directories(m_folder / name);
     std::filesystem::permissions(m_folder / "runtime", std::filesystem::perms::owner_all);
-    m_folder.write("bus.conf", busConfiguration);
+    m_folder.write("bus.conf", busConfiguration(bus));
     const std::array<std::pair<const char*, std::string>, 15> wanted{{
         {"XDG_RUNTIME_DIR", path + "/runtime"},
         {"XDG_CONFIG_HOME", path + "/config"},
@@ -68,8 +53,8 @@ WaylandDesk::WaylandDesk() {
     }};
     for (const auto& [name, value] : wanted)
         m_environment.set(name, value);
-    m_programs.push_back(launch(
-        {"dbus-daemon", "--config-file=" + path + "/bus.conf", "--address=" + bus, "--nofork"}));
+    m_programs.push_back(
+        launch({"dbus-daemon", "--config-file=" + path + "/bus.conf", "--nofork"}));
     if (!eventually([] { return isOnBus("org.freedesktop.DBus"); }))
         throw std::runtime_error("no private bus");
     startPipeWire();

@@ -1,13 +1,8 @@
-#include "support/XServer.h"
-
 #include "support/Program.h"
 #include "support/XConnection.h"
 #include "support/XorgDesk.h"
 
-#include <csignal>
-
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace vantro::test {
 namespace {
@@ -34,6 +29,7 @@ std::vector<std::string> arguments(const XServer::Options& options) {
 } // namespace
 
 XServer::XServer(const Options& options) {
+    std::signal(SIGPIPE, SIG_IGN); // as the program does: libxcb writes to servers that have gone
     std::string number;
     m_process = startAndRead(arguments(options), number);
     m_display = ":" + number;

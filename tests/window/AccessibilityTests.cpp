@@ -2,28 +2,12 @@
 #include "window/WindowFixture.h"
 
 #include <QAccessible>
-#include <QQuickItem>
-#include <QTest>
 #include <map>
-
 namespace vantro::window {
 namespace {
 
 /// What everybody can use: told to screen readers and legible.
 class AccessibilityTest : public test::WindowFixture {};
-
-TEST_F(AccessibilityTest, ControlsTellWhatTheyAreAndWhatTheyShow) {
-    showWindow();
-    const auto told = [this](const char* name) {
-        return QAccessible::queryAccessibleInterface(&item(name));
-    };
-    EXPECT_EQ(told("captureModes")->role(), QAccessible::Grouping);
-    EXPECT_EQ(told("captureModes")->text(QAccessible::Name), "Capture mode");
-    EXPECT_EQ(told("record")->role(), QAccessible::Button);
-    EXPECT_EQ(told("record")->text(QAccessible::Name), "Record (Ctrl+R)");
-    EXPECT_EQ(told("systemAudio")->role(), QAccessible::CheckBox);
-    EXPECT_TRUE(told("systemAudio")->state().checked);
-}
 
 TEST_F(AccessibilityTest, TheKeyboardIsToldTheSameHelpAsThePointer) {
     showWindow();

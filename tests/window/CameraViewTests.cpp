@@ -2,10 +2,6 @@
 #include "media/color/ColorConversion.h"
 #include "window/WindowFixture.h"
 
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
-
 namespace vantro::window {
 namespace {
 
@@ -70,13 +66,7 @@ class CameraViewTest : public test::WindowFixture {
         settle();
     }
     /// The color shown at that part of the picture's width.
-    Rgb shown(double part) {
-        auto& picture = item("cameraPicture");
-        const auto place = picture.mapToScene({picture.width() * part, picture.height() / 2});
-        const auto shot = window().grabWindow();
-        const auto color = shot.pixelColor((place * shot.devicePixelRatio()).toPoint());
-        return {color.red(), color.green(), color.blue()};
-    }
+    Rgb shown(double part) { return test::rgbOf(colorAt(item("cameraPicture"), part)); }
 
     Cameras script;
     base::HostTime time = base::hostNow();
@@ -94,7 +84,6 @@ TEST_F(CameraViewTest, ShowsWhatTheCameraSeesAsTheFilmWillAndOnlyWhileItIsSwitch
     see(green, blue);
     EXPECT_LT(test::distance(shown(0.25), green), 12);
     EXPECT_GT(window().height(), 200) << "the window makes room for it";
-    keepPicture(QStringLiteral("camera"));
     cameras.setDevices({{QStringLiteral("a"), QStringLiteral("Built-in"), true},
                         {QStringLiteral("b"), QStringLiteral("On the desk")}});
     cameras.choose(2);

@@ -1,10 +1,7 @@
-#include "window/PrivateBus.h"
-#include "window/ScriptedNotifications.h"
+#include "window/ScriptedDesktop.h"
 #include "window/WindowFixture.h"
 #include "window/platform/DesktopNews.h"
 #include "window/platform/Notifications.h"
-
-#include <QTest>
 
 namespace vantro::window {
 namespace {
@@ -13,16 +10,17 @@ using namespace std::chrono_literals;
 
 class DesktopNewsTest : public test::WindowFixture {
   protected:
-    ~DesktopNewsTest() override {
-        for (const auto* name : {"desktop", "program"})
-            QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
+    /// Whether something has been told by now.
+    bool isTold() {
+        desktop.settle();
+        return desktop.calls.contains(QStringLiteral("Notify"));
     }
     /// "TITLE: TEXT [BUTTON]" of the next one.
     std::string next() {
-        if (!QTest::qWaitFor([&] { return !service.shown.member().isEmpty(); }))
+        if (!desktop.isCalled("Notify"))
             return {};
-        const auto asked = std::exchange(service.shown, {});
-        desktop.send(asked.createReply(7U));
+        desktop.answer("Notify", {7U});
+        const auto asked = desktop.calls.take(QStringLiteral("Notify"));
         const auto arguments = asked.arguments();
         const auto button = arguments.at(5).toStringList().value(1);
         return (arguments.at(3).toString() + QStringLiteral(": ") + arguments.at(4).toString() +
@@ -35,11 +33,11 @@ class DesktopNewsTest : public test::WindowFixture {
         runTasks();
     }
 
-    test::PrivateBus bus;
-    QDBusConnection desktop = bus.connect(QStringLiteral("desktop"));
-    test::ScriptedNotifications service;
+    void serve() { desktop.serve("org.freedesktop.Notifications"); }
+
+    test::ScriptedDesktop desktop;
     bool isLookedAt = false;
-    Notifications notifications{bus.connect(QStringLiteral("program"))};
+    Notifications notifications{desktop.program()};
     DesktopNews news{flows,
                      notifications,
                      {.isLookedAt = [this] { return isLookedAt; },
@@ -49,14 +47,15 @@ class DesktopNewsTest : public test::WindowFixture {
 TEST_F(DesktopNewsTest, TellOfAnExportThatNobodyWaitsForAndShowTheFilm) {
     showEditor();
     exportFilm(); // no service yet: nothing, and no complaint
+    desktop.settle();
     isLookedAt = true;
-    service.serve(desktop);
+    serve();
     exportFilm();
     isLookedAt = false;
     exportFilm();
     EXPECT_EQ(next(), "The film is ready: holiday.mp4 [Show in Folder]");
     EXPECT_TRUE(QTest::qWaitFor([&] { // until the answer has arrived
-        test::ScriptedNotifications::press(desktop, 7, QStringLiteral("button"));
+        desktop.press(7, "button");
         return !shownInFolder.isEmpty();
     }));
     EXPECT_EQ(shownInFolder, "/films/holiday.mp4");
@@ -65,19 +64,28 @@ TEST_F(DesktopNewsTest, TellOfAnExportThatNobodyWaitsForAndShowTheFilm) {
     EXPECT_EQ(next(), "The export has failed: a &lt; b");
 }
 
-TEST_F(DesktopNewsTest, TellWhyARecordingHasEnded) {
-    service.serve(desktop);
+TEST_F(DesktopNewsTest, TellOnceThatNothingMovesAndAgainAfterSomethingHasAndWhyItEnded) {
+    serve();
     showWindow();
     record();
-    timers.advance(600s);
-    EXPECT_EQ(next(), "Still recording: Nothing has moved for ten minutes.");
+    timers.advance(599s);
+    EXPECT_FALSE(isTold());
+    for (auto* count : {&platform.next->recorderStatus.framesCaptured,
+                        &platform.next->recorderStatus.pointerMoves}) {
+        timers.advance(1s);
+        EXPECT_EQ(next(), "Still recording: Nothing has moved for ten minutes.");
+        timers.advance(3600s);
+        ++*count;
+        timers.advance(600s);
+        EXPECT_FALSE(isTold());
+    }
     platform.next->recorderStatus.condition = capture::RecordingCondition::userStopped;
     timers.advance(1s);
     EXPECT_EQ(next(), "The recording has ended: The desktop has ended the sharing.");
 }
 
 TEST_F(DesktopNewsTest, SayThatTheDiskFillsAsTheWindowDoesWhichThenTellsWhyItStopped) {
-    service.serve(desktop);
+    serve();
     showWindow();
     record();
     disk = app::files::DiskUse{.written = 0, .free = 2100, .reserve = 100};
@@ -89,14 +97,12 @@ TEST_F(DesktopNewsTest, SayThatTheDiskFillsAsTheWindowDoesWhichThenTellsWhyItSto
     timers.advance(1s);
     EXPECT_TRUE(next().starts_with("The disk is nearly full: "));
     EXPECT_TRUE(app.recordingNote().startsWith(QStringLiteral("The disk is full in 03:")));
-    keepPicture(QStringLiteral("disk-nearly-full"));
     disk->free = 100;
     timers.advance(1s);
     EXPECT_EQ(next(), "The recording has ended: The disk is nearly full.");
     runTasks();
     settle();
     EXPECT_EQ(guard.message(), "stopped");
-    keepPicture(QStringLiteral("disk-stopped"));
     key(Qt::Key_Return);
     EXPECT_EQ(guard.message(), "");
 }

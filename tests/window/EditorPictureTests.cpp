@@ -5,7 +5,6 @@
 #include "window/ScreenPictures.h"
 
 #include <QPainter>
-#include <QTest>
 #include <cstring>
 
 namespace vantro::window {

@@ -1,4 +1,3 @@
-#include "ui/Preferences.h"
 #include "window/WindowFixture.h"
 #include "window/settings/KeysModel.h"
 

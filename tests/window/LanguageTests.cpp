@@ -1,6 +1,5 @@
 #include "app/files/ProjectStores.h"
 #include "editor/sidebar/SidebarFixture.h"
-#include "support/TemporaryFolder.h"
 #include "ui/Language.h"
 #include "ui/Sentences.h"
 

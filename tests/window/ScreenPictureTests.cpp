@@ -6,10 +6,8 @@
 
 #include <QPainter>
 #include <QTemporaryFile>
-#include <QTest>
 #include <cstdlib>
 #include <fstream>
-
 namespace vantro::window {
 namespace {
 

@@ -5,8 +5,6 @@
 
 #include <QGuiApplication>
 #include <QImage>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QTranslator>
 #include <optional>
 

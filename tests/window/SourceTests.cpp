@@ -5,13 +5,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QMenu>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QSignalSpy>
-#include <QTest>
-
-#include <gmock/gmock.h>
-
 namespace vantro::window {
 namespace {
 
@@ -89,7 +83,6 @@ TEST_F(SourceTest, AChosenMicrophoneThatIsGoneIsSaidAndTakenAgainWhenItReturns) 
     click("microphone");
     EXPECT_EQ(note(), "Headset is not connected; the default microphone is used.");
     EXPECT_GT(window().height(), 120) << "the window makes room for it";
-    keepPicture(QStringLiteral("missing-device"));
     microphones.setDevices({builtIn, headset});
     settle();
     EXPECT_EQ(state.microphoneDevice(), "b");
@@ -123,7 +116,13 @@ TEST_F(SourceTest, MetersShowWhatIsSwitchedOnWhileTheWindowIsSeenAndNoLonger) {
     platform.able.systemSound.whyNot = "There is no output.";
     guard.askAgain();
     EXPECT_THAT(metered, testing::ElementsAre("microphone b"));
+    state.setWebcamDevice("desk");
     record();
+    const auto& asked = platform.made.back().sources;
+    EXPECT_FALSE(asked.systemSound || asked.camera);
+    EXPECT_TRUE(asked.microphone);
+    EXPECT_EQ(asked.microphoneDevice, "b");
+    EXPECT_EQ(asked.cameraDevice, "desk");
     EXPECT_THAT(metered, testing::IsEmpty()) << "the recorder tells";
     platform.next->recorderStatus.sounds = {
         {.kind = SoundKind::microphone, .level = 0.1F, .isSilent = false}};

@@ -3,17 +3,9 @@
 #include "window/WindowFixture.h"
 
 #include <QAccessible>
-#include <QDropEvent>
-#include <QMimeData>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 #include <algorithm>
 #include <deque>
 #include <iterator>
-
-#include <gmock/gmock.h>
-
 namespace vantro::window {
 namespace {
 
@@ -79,27 +71,11 @@ class StartScreenTest : public test::WindowFixture {
         click(button);
         runTasks();
     }
-    /// What a file manager does. Whether the files were taken.
     bool drop(const std::vector<fs::path>& dropped) {
-        QMimeData data;
-        QList<QUrl> urls;
-        for (const auto& file : dropped)
-            urls.append(QUrl::fromLocalFile(QString::fromStdString(file.string())));
-        data.setUrls(urls);
-        const QPoint place(window().width() / 2, window().height() / 2);
-        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&window(), &enter);
-        settle();
-        EXPECT_EQ(shows("dropFrame"), enter.isAccepted());
-        if (!enter.isAccepted()) {
-            QDragLeaveEvent leave;
-            QCoreApplication::sendEvent(&window(), &leave);
-            return false;
-        }
-        QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&window(), &event);
-        runTasks();
-        return event.isAccepted();
+        const QPoint middle(window().width() / 2, window().height() / 2);
+        const bool isTaken = WindowFixture::drop(middle, dropped);
+        EXPECT_EQ(isFrameShown, isTaken);
+        return isTaken;
     }
 
     test::TemporaryFolder home;
@@ -112,11 +88,8 @@ TEST_F(StartScreenTest, ListsRecordingsThatNobodySavedAndAClickOpensOne) {
               "00:02, " +
                   QLocale().formattedDataSize(static_cast<qint64>(app::files::recordingSize(movie)),
                                               1, QLocale::DataSizeSIFormat));
-    auto& picture = part("Tour", QStringLiteral("recordingPicture"));
-    const auto middle = picture.mapToScene({picture.width() / 2, picture.height() / 2});
-    const auto pixel = window().grabWindow().pixelColor(middle.toPoint());
-    EXPECT_LT(test::distance({pixel.red(), pixel.green(), pixel.blue()}, test::colorOfSecond(1)),
-              8);
+    const auto pixel = colorAt(part("Tour", QStringLiteral("recordingPicture")));
+    EXPECT_LT(test::distance(test::rgbOf(pixel), test::colorOfSecond(1)), 8);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&row("Tour"))->role(), QAccessible::ListItem);
     clickAt(row("Tour"));
     EXPECT_EQ(state.recordingPath(), movie);
@@ -214,18 +187,6 @@ TEST_F(StartScreenTest, ClosingAsksAboutChangesAndDoesWhatIsAnswered) {
         EXPECT_EQ(quits, expected);
         EXPECT_EQ(app::files::readProjectFile(package).edit.cursorScale, saved);
     }
-}
-
-TEST_F(StartScreenTest, AProjectThatIsOpenElsewhereSaysSo) {
-    const auto package = saved("Demo");
-    const auto elsewhere = app::files::storeOf(package).access(package);
-    show();
-    clickAt(row("Demo"));
-    EXPECT_THAT(item("readOnlyCard").property("text").toString().toStdString(),
-                testing::HasSubstr("open in another Vantro"));
-    answer("acceptButton");
-    EXPECT_FALSE(shows("readOnlyCard"));
-    EXPECT_EQ(state.projectPath(), package);
 }
 
 } // namespace

@@ -3,13 +3,11 @@
 #include "render/RendererFactory.h"
 
 #include <QDir>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 #include <algorithm>
-
 namespace vantro::test {
 namespace {
 
@@ -138,15 +136,36 @@ void WindowFixture::showEditor(const model::Edit& edit, const model::RecordingMe
     runTasks();
 }
 
+Rgb rgbOf(const QColor& color) {
+    return {color.red(), color.green(), color.blue()};
+}
+
+QColor WindowFixture::colorAt(QQuickItem& shown, double x, double y) {
+    const auto place = shown.mapToScene({shown.width() * x, shown.height() * y});
+    const auto shot = window().grabWindow();
+    return shot.pixelColor((place * shot.devicePixelRatio()).toPoint());
+}
+
 bool WindowFixture::stageBecomes(Rgb color) {
-    auto& stage = item("stage");
-    const auto middle = stage.mapToScene({stage.width() / 2, stage.height() / 2});
-    return QTest::qWaitFor([&] {
-        const auto shot = window().grabWindow();
-        const double ratio = static_cast<double>(shot.width()) / window().width();
-        const auto shown = shot.pixelColor((middle * ratio).toPoint());
-        return distance({shown.red(), shown.green(), shown.blue()}, color) < 8;
-    });
+    return QTest::qWaitFor([&] { return distance(rgbOf(colorAt(item("stage"))), color) < 8; });
+}
+
+bool WindowFixture::drop(QPoint place, const std::vector<std::filesystem::path>& dropped) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const auto& file : dropped)
+        urls.append(QUrl::fromLocalFile(QString::fromStdString(file.string())));
+    data.setUrls(urls);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window(), &enter);
+    settle();
+    isFrameShown = shows("dropFrame");
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(&window(),
+                                enter.isAccepted() ? static_cast<QEvent*>(&event) : &leave);
+    runTasks();
+    return enter.isAccepted();
 }
 
 void WindowFixture::keepPicture(const QString& name) {

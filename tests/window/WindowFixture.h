@@ -24,19 +24,21 @@
 #include "window/start/RecentProjectsModel.h"
 #include "window/start/UnsavedRecordingsModel.h"
 
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QTemporaryDir>
+#include <QTest>
 #include <map>
 
 #include <gtest/gtest.h>
-
-class QQuickItem;
-class QQuickWindow;
 
 namespace vantro::test {
 
 /// Writes NAME.png into the folder for people to look at: VANTRO_PICTURES where that is set, else
 /// one in the build's.
 void keepPicture(const QImage& picture, const QString& name);
+
+Rgb rgbOf(const QColor& color);
 
 /// Window, models and flows of the program over surroundings that do what a test tells them to.
 class WindowFixture : public testing::Test {
@@ -55,6 +57,11 @@ class WindowFixture : public testing::Test {
     QString text(const char* name);
     /// Presses and releases the left button in the middle of an item.
     void click(const char* name);
+    /// The color that is shown at a place of an item, in parts of its width and height.
+    QColor colorAt(QQuickItem& shown, double x = 0.5, double y = 0.5);
+    /// Drops files on the window, as a file manager does. Whether they were taken.
+    bool drop(QPoint place, const std::vector<std::filesystem::path>& dropped);
+    bool isFrameShown = false; ///< while something was held over the window
     /// A color of the theme that is shown now.
     QColor themeColor(const char* name);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

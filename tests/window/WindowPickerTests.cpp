@@ -1,9 +1,4 @@
-#include "capture/RecordingTarget.h"
 #include "window/WindowFixture.h"
-
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 
 namespace vantro::window {
 namespace {
@@ -96,9 +91,7 @@ TEST_F(WindowPickerTest, ARowShowsTheWindowsOwnIcon) {
     openPicker();
     runTasks();
     window().grabWindow(); // lays the rows out
-    const auto& shown = item("windowIcon");
-    const auto middle = shown.mapToScene(shown.boundingRect().center()).toPoint();
-    EXPECT_EQ(window().grabWindow().pixelColor(middle).rgb(), 0xff10c020);
+    EXPECT_EQ(colorAt(item("windowIcon")).rgb(), 0xff10c020);
 }
 
 } // namespace

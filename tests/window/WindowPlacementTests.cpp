@@ -1,9 +1,6 @@
 #include "window/WindowFixture.h"
 #include "window/platform/WindowPlacement.h"
 
-#include <QQuickWindow>
-#include <QTest>
-
 namespace vantro::window {
 namespace {
 

@@ -1,7 +1,5 @@
-#include "app/flows/ScriptedServices.h"
 #include "app/state/AppState.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::app::flows {
@@ -10,27 +8,6 @@ namespace {
 model::Project projectAt(const std::filesystem::path& movie) {
     return {"demo", model::Recording(movie, model::RecordingMetadata{}), {}};
 }
-
-/// Notes the signals of the fields that an edit has, by name.
-class SignalLog {
-  public:
-    explicit SignalLog(AppState& state) {
-        const std::pair<void (AppState::*)(), const char*> signals[]{
-            {&AppState::segmentsChanged, "segments"},
-            {&AppState::editableClickEventsChanged, "clicks"},
-            {&AppState::cursorScaleChanged, "cursorScale"},
-            {&AppState::canvasAspectRatioChanged, "canvas"},
-            {&AppState::backgroundSettingsChanged, "background"},
-            {&AppState::webcamPositionChanged, "webcamPosition"},
-            {&AppState::webcamSizeChanged, "webcamSize"}};
-        for (const auto& [changed, name] : signals)
-            QObject::connect(&state, changed, [this, name] { m_names.emplace_back(name); });
-    }
-    std::vector<std::string> take() { return std::exchange(m_names, {}); }
-
-  private:
-    std::vector<std::string> m_names;
-};
 
 /// Every field of the edit at another value than a fresh one has.
 model::Edit otherEdit() {
@@ -61,24 +38,6 @@ TEST(AppState, KeepsTheBackgroundAndNothingElseOfAnEditThatIsLeft) {
     EXPECT_EQ(state.document().edit(), expected);
     EXPECT_EQ(state.segments().size(), 1U);
     EXPECT_FALSE(state.document().canUndo() || state.projectPath());
-}
-
-TEST(AppState, TellsOfTheFieldsThatAnUndoBringsBack) {
-    AppState state(1);
-    state.show(projectAt("/r/recording.mov"));
-    const auto before = state.document().edit();
-    const auto other = otherEdit();
-    state.document().apply(other, {"Change Everything"});
-    EXPECT_EQ(state.document().undoName(), "Change Everything");
-    SignalLog log(state);
-    state.document().undo();
-    EXPECT_EQ(state.document().edit(), before);
-    const std::vector<std::string> all{"clicks",      "segments",       "background", "canvas",
-                                       "cursorScale", "webcamPosition", "webcamSize"};
-    EXPECT_EQ(log.take(), all);
-    state.document().redo();
-    EXPECT_EQ(state.document().edit(), other);
-    EXPECT_EQ(log.take(), all);
 }
 
 /// A document with a recording whose changes are counted.

@@ -3,9 +3,6 @@
 
 #include <memory>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::app::flows {
 namespace {
 
@@ -27,19 +24,6 @@ class ExportFlowTest : public test::EditedState {
         panels.answer(folder / "out.mp4");
     }
 };
-
-TEST_F(ExportFlowTest, AFailureIsShownAndTheEditorIsBack) {
-    script = [](const auto& progress, const auto&) {
-        progress(0.5);
-        throw model::VantroError(Kind::exportFailed, "No video track found");
-    };
-    startExport();
-    tasks.runAll();
-    test::expectError(state, Kind::exportFailed, "No video track found");
-    EXPECT_EQ(state.error()->description(), "Export failed: No video track found");
-    EXPECT_EQ(state.phase(), AppPhase::previewing());
-    EXPECT_FALSE(flow->isRunning());
-}
 
 TEST_F(ExportFlowTest, WhatIsCancelledOrLeftBehindReportsNothingMore) {
     for (const bool reset : {false, true}) {

@@ -3,7 +3,6 @@
 #include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vantro::app::flows {
@@ -46,23 +45,6 @@ class RecordingFlowTest : public testing::Test {
     RecordingFlow flow{state, {platform, overlays, timers, tasks}};
     std::vector<AppPhase::Kind> phases;
 };
-
-TEST_F(RecordingFlowTest, ScreenModeRecordsTheChosenDisplayElseTheMainOneIntoAFreshFolder) {
-    std::vector<std::filesystem::path> movies;
-    for (const std::uint32_t chosen : {7U, 8U, 9U}) { // the last one is not attached
-        state.setSelectedDisplayID(chosen);
-        record();
-        EXPECT_EQ(state.phase(), AppPhase::recording());
-        EXPECT_EQ(platform.made.back().displayID, chosen == 8 ? 8U : 7U);
-        EXPECT_EQ(platform.made.back().sources.systemSound, state.systemAudioEnabled());
-        EXPECT_EQ(state.selectedRect(), platform.attached[chosen == 8 ? 1 : 0].frame);
-        EXPECT_EQ(recorder().movie.filename(), "recording.mov");
-        EXPECT_TRUE(std::filesystem::is_empty(recorder().movie.parent_path()));
-        movies.push_back(recorder().movie);
-        state.reset();
-    }
-    EXPECT_NE(movies[0], movies[1]) << "within a second";
-}
 
 /// A desktop that asks itself, and cannot leave our windows out.
 class ChosenOnDesktopTest : public RecordingFlowTest {
@@ -157,20 +139,6 @@ TEST_F(ChosenOnDesktopTest, IsIdleWithoutAWordWhenSharingEndsBeforeTheFirstPictu
     EXPECT_FALSE(state.showError());
 }
 
-TEST_F(RecordingFlowTest, AsksOnlyForSourcesThatThereAre) {
-    state.setMicrophoneAudioEnabled(true);
-    state.setMicrophoneDevice("headset");
-    state.setWebcamEnabled(true);
-    state.setWebcamDevice("desk");
-    platform.able.systemSound.whyNot = "There is no output.";
-    record();
-    EXPECT_EQ(platform.made.back().sources.microphoneDevice, "headset");
-    EXPECT_EQ(platform.made.back().sources.cameraDevice, "desk");
-    EXPECT_FALSE(platform.made.back().sources.systemSound);
-    EXPECT_TRUE(platform.made.back().sources.microphone);
-    EXPECT_TRUE(platform.made.back().sources.camera);
-}
-
 TEST_F(RecordingFlowTest, AFailedChoiceOrStartIsShownAndLeavesTheApplicationIdle) {
     const auto expectIdle = [this](const char* message) {
         test::expectError(state, Kind::captureStartFailed, message);
@@ -245,37 +213,6 @@ TEST_F(RecordingFlowTest, BeginsAsTheSettingsSayAndOpenedProjectsStayAsTheyAre) 
         tasks.runAll();
         EXPECT_EQ(model::lookOf(state.document().edit()), settings.value_or(model::Look{}));
     }
-}
-
-/// What the user is told of a recording that goes on by itself.
-class UnattendedTest : public RecordingFlowTest {
-  protected:
-    UnattendedTest() {
-        QObject::connect(&flow, &RecordingFlow::endedByItself,
-                         [this](const QString& why) { told.push_back(why.toStdString()); });
-        QObject::connect(&flow, &RecordingFlow::nothingMoves, [this] { told.push_back("still"); });
-        record();
-    }
-    std::vector<std::string> told;
-};
-
-TEST_F(UnattendedTest, IsToldOnceThatNothingMovesAndAgainAfterSomethingHas) {
-    auto& status = recorder().recorderStatus;
-    timers.advance(599s);
-    EXPECT_THAT(told, ElementsAre());
-    timers.advance(3600s);
-    EXPECT_THAT(told, ElementsAre("still"));
-    for (auto* count : {&status.framesCaptured, &status.pointerMoves}) {
-        ++*count;
-        timers.advance(600s);
-        EXPECT_EQ(told.size(), 1U);
-        timers.advance(1s);
-        EXPECT_EQ(std::exchange(told, {"still"}).size(), 2U);
-    }
-    status.condition = capture::RecordingCondition::streamStopped;
-    status.streamError = "The window was closed.";
-    timers.advance(5s);
-    EXPECT_THAT(told, ElementsAre("still", "The window was closed."));
 }
 
 TEST_F(RecordingFlowTest, InAPauseTheElapsedTimeStandsStill) {

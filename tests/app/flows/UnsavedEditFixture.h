@@ -7,7 +7,6 @@
 #include "app/flows/ProjectFlow.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <optional>
 
 namespace vantro::app::flows {

@@ -28,22 +28,6 @@ std::vector<media::VideoFrame> wholeWebcam(const Recording& recording) {
     return framesOf(webcamOf(recording));
 }
 
-TEST_F(CameraPresence, WithoutACameraTheScreenIsRecorded) {
-    const auto missing = [](const SourceSwitches& sources) {
-        Recording recording(sources);
-        EXPECT_TRUE(isRecorded(recording));
-        recording.stop();
-        EXPECT_FALSE(recording.metadata.hasWebcam);
-        EXPECT_FALSE(std::filesystem::exists(webcamOf(recording)));
-        EXPECT_GT(recording.metadata.endTime, 0.05);
-        return missingIn(recording);
-    };
-    EXPECT_THAT(missing(cameraOnly()), ElementsAre("Camera: there is no camera"));
-    const FakeCamera camera(settingsOf(FakeCamera::Layout::yuyv));
-    EXPECT_THAT(missing(cameraOnly("the other one")),
-                ElementsAre("Camera: there is no the other one"));
-}
-
 TEST_F(CameraPresence, IsKnownAsCamerasAndTheirServerComeAndGo) {
     std::atomic<int> changes = 0;
     const CameraWatch watch([&] { ++changes; });

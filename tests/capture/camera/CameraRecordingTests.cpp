@@ -3,8 +3,6 @@
 #include "capture/camera/CameraFixture.h"
 #include "media/TestMovies.h"
 
-#include <cmath>
-
 namespace vantro::capture::camera {
 namespace {
 
@@ -61,19 +59,6 @@ TEST_F(CameraRecording, HasEachPictureAtItsTimeInAMovieAsLongAsTheScreens) {
     EXPECT_EQ(pauses, 1);
 }
 
-/// The pictures that turn white.
-template <typename IsWhite>
-std::vector<media::VideoFrame> flashes(const std::filesystem::path& movie, IsWhite isWhite) {
-    std::vector<media::VideoFrame> found;
-    bool wasWhite = false;
-    for (const auto& frame : framesOf(movie))
-        if (isWhite(*frame.pixels) && !std::exchange(wasWhite, true))
-            found.push_back(frame);
-        else
-            wasWhite = isWhite(*frame.pixels);
-    return found;
-}
-
 TEST_F(CameraRecording, FlashesWithTheScreen) {
     using Stamps = FakeCamera::Stamps;
     for (const auto stamps : {Stamps::host, Stamps::its, Stamps::none}) {
@@ -93,9 +78,9 @@ TEST_F(CameraRecording, FlashesWithTheScreen) {
             ASSERT_TRUE(recording.goesOnFor(217ms));
         }
         recording.stop();
-        const auto onScreen =
-            flashes(recording.movie, [](const auto& p) { return p.row(0, 60)[80] > 128; });
-        const auto inCamera = flashes(webcamOf(recording), isWhite);
+        const auto onScreen = turning(framesOf(recording.movie),
+                                      [](const auto& p) { return p.row(0, 60)[80] > 128; });
+        const auto inCamera = turning(framesOf(webcamOf(recording)), isWhite);
         ASSERT_EQ(onScreen.size(), 4U);
         ASSERT_EQ(inCamera.size(), 4U);
         // Against when the camera saw it, which is up to a picture later.
@@ -108,25 +93,6 @@ TEST_F(CameraRecording, FlashesWithTheScreen) {
             EXPECT_NEAR(recorded, seen, cameraFrame) << "stamps: " << static_cast<int>(stamps);
         }
     }
-}
-
-TEST_F(CameraRecording, TakesTheNearestFormatOfWhatIsOffered) {
-    using Layout = FakeCamera::Layout;
-    auto settings = small();
-    settings.formats = {{Layout::yuyv, 1280, 720, 5},
-                        {Layout::mjpeg, 1280, 720, 30},
-                        {Layout::yuyv, 641, 479, 10},
-                        {Layout::mjpeg, 641, 479, 30}};
-    const FakeCamera camera(settings);
-    Recording recording(cameraOnly());
-    ASSERT_TRUE(hasPictures(recording, 5));
-    recording.stop();
-    EXPECT_EQ(camera.format().layout, Layout::mjpeg);
-    EXPECT_EQ(camera.format().rate, 30);
-    const auto streams = probe(webcamOf(recording), "streams", "v");
-    EXPECT_EQ(streams.at(0).at("codec_name"), "h264");
-    EXPECT_EQ(streams.at(0).at("width"), 640);
-    EXPECT_EQ(streams.at(0).at("height"), 478);
 }
 
 TEST_F(CameraRecording, TheNamedCameraIsTakenAndElseTheUsualOne) {

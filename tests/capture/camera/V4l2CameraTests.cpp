@@ -6,7 +6,6 @@
 #include "support/Eventually.h"
 #include "support/SoundServer.h"
 
-#include <mutex>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -61,37 +60,6 @@ TEST(V4l2Camera, SendsSteadyPicturesOfTheNearestFormat) {
                   100);
     }
     EXPECT_EQ(cameras->open("no such").error().reason, "there is no no such");
-}
-
-TEST(V4l2Camera, EveryLayoutThatItOffersCanBeRead) {
-    const auto cameras = systemCameras();
-    if (cameras.empty())
-        GTEST_SKIP() << "there is no camera";
-    std::vector<media::RawLayout> seen;
-    const auto all = (*V4l2Device::open(cameras.front().name))->formats();
-    for (const auto& format : all) {
-        if (std::ranges::find(seen, format.layout) != seen.end())
-            continue;
-        seen.push_back(format.layout);
-        auto device = V4l2Device::open(cameras.front().name);
-        ASSERT_TRUE(device);
-        const auto wanted = chooseFormat(std::span(&format, 1));
-        if (!wanted.has_value())
-            FAIL() << "no format";
-        const auto started = (*device)->start(*wanted);
-        ASSERT_TRUE(started) << static_cast<int>(format.layout) << ": error " << started.error();
-        media::CameraPictures pictures;
-        bool isConverted = false;
-        EXPECT_TRUE(eventually([&] {
-            (*device)->next(50ms, [&](const V4l2Device::Picture& picture) {
-                const auto converted = pictures.convert(picture.raw);
-                EXPECT_TRUE(converted) << static_cast<int>(format.layout) << converted.error();
-                isConverted = true;
-            });
-            return isConverted;
-        })) << static_cast<int>(format.layout);
-    }
-    EXPECT_GE(seen.size(), 5U);
 }
 
 } // namespace

@@ -56,15 +56,12 @@ TEST_P(PausedRecording, HasNothingOfThePausesAndStaysInStep) {
             EXPECT_LT(path[i].timestamp - path[i - 1].timestamp, 1e-5);
             resumed.push_back(path[i].timestamp);
         }
-    std::vector<double> turnedBlue;
-    bool wasBlue = false;
-    for (const auto& each : framesOf(recording.movie)) {
+    const auto frames = framesOf(recording.movie);
+    for (const auto& each : frames)
         EXPECT_FALSE(hasColor(*each.pixels, 80, 60, colors::red, 40));
-        const bool isBlue = hasColor(*each.pixels, 80, 60, colors::blue, 40);
-        if (isBlue && !wasBlue)
-            turnedBlue.push_back(each.presentationTime.seconds());
-        wasBlue = isBlue;
-    }
+    const auto turnedBlue = timesOf(turning(frames, [](const media::PixelBuffer& picture) {
+        return hasColor(picture, 80, 60, colors::blue, 40);
+    }));
     ASSERT_EQ(resumed.size(), clicks.size());
     ASSERT_EQ(turnedBlue.size(), clicks.size());
     for (std::size_t i = 0; i < resumed.size(); ++i)

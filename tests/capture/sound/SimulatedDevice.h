@@ -57,11 +57,9 @@ class Device {
     /// When something is heard after silence, seconds of the host's clock.
     std::vector<double> beginnings;
     bool isContinuous = true;
-    double beginsAt = -1; ///< the output
-    double endsAt = -1;   ///< so far
-    /// Interleaved stereo, as far as it is kept.
+    double endsAt = -1; ///< the output, so far
+    /// Interleaved stereo.
     std::vector<float> output;
-    bool keepsOutput = true;
 
   private:
     static constexpr double piece = 0.04;
@@ -79,8 +77,8 @@ class Device {
     }
 
     void listen(double from, std::span<const float> stereo) {
-        if (beginsAt < 0)
-            beginsAt = endsAt = from;
+        if (endsAt < 0)
+            endsAt = from;
         isContinuous = isContinuous && std::abs(from - endsAt) < 1e-6;
         endsAt = from + static_cast<double>(stereo.size()) / 2 / sampleRate;
         for (std::size_t i = 0; i < stereo.size(); i += 2) {
@@ -90,8 +88,7 @@ class Device {
             if (now - std::exchange(m_heardAt, now) > 0.03)
                 beginnings.push_back(now);
         }
-        if (keepsOutput)
-            output.insert(output.end(), stereo.begin(), stereo.end());
+        output.insert(output.end(), stereo.begin(), stereo.end());
     }
 
     const double m_rate;
@@ -126,7 +123,6 @@ inline std::map<int, double> lateness(const Device& device) {
 /// a minute.
 inline void expectStepFor(int minutes, double ppm) {
     Device device(ppm, clicks);
-    device.keepsOutput = false;
     for (int minute = 0; minute < minutes; ++minute) {
         device.runUpTo(60 * minute + 30);
         device.stallUpTo(60 * minute + 30.8);

@@ -7,20 +7,7 @@
 namespace vantro::capture::sound {
 namespace {
 
-class SoundFault : public SoundRecording {
-  protected:
-    /// How loud the tone is in each fifth of a second.
-    static std::vector<double> loudness(const std::vector<float>& sound, double frequency) {
-        std::vector<double> levels;
-        for (double from = 0; from + 0.2 < secondsOf(sound); from += 0.2)
-            levels.push_back(toneAmplitude(sound, frequency, from, from + 0.2));
-        return levels;
-    }
-    static bool isHeard(const Recording& recording) {
-        const auto sounds = recording.session->statistics().sounds;
-        return !sounds.empty() && sounds.front().level > 0.4F;
-    }
-};
+class SoundFault : public SoundRecording {};
 
 INSTANTIATE_TEST_SUITE_P(, SoundFault, testing::Values(Kind::pipewire, Kind::pulseaudio),
                          serverName);
@@ -29,7 +16,7 @@ TEST_P(SoundFault, WhateverIsDoneToItsStreamTheMicrophoneIsRecordedAndNothingEls
     const TonePlayer speakers("box", 440);
     const TonePlayer voice("mic_feed", 1000);
     Recording recording(microphoneOnly);
-    ASSERT_TRUE(eventually([&] { return isHeard(recording); }));
+    ASSERT_TRUE(recording.isHeard(SoundKind::microphone));
     ASSERT_TRUE(recording.goesOnFor(300ms));
     // Both servers heed its wish to stay where it is.
     EXPECT_THROW(server->control("move-source-output $(pactl list short source-outputs | "
@@ -47,20 +34,20 @@ TEST_P(SoundFault, WhateverIsDoneToItsStreamTheMicrophoneIsRecordedAndNothingEls
     EXPECT_NEAR(secondsOf(sound), recording.metadata.endTime, 0.05);
     EXPECT_THAT(loudness(sound, 440), testing::Each(testing::Lt(0.01)));
     const auto own = loudness(sound, 1000);
-    EXPECT_GT(own.at(1), 0.4);
-    EXPECT_GT(own.at(own.size() - 2), 0.4);
+    EXPECT_GT(own.at(2), 0.4);
+    EXPECT_GT(own.at(own.size() - 3), 0.4);
     EXPECT_THAT(lost(), testing::IsEmpty());
 }
 
 TEST_P(SoundFault, StaysInTuneAndInTimeWhenTheDeviceChangesItsRate) {
     Recording recording(systemOnly);
     std::optional<TonePlayer> player(std::in_place, "box", 1000);
-    ASSERT_TRUE(eventually([&] { return isHeard(recording); }));
+    ASSERT_TRUE(recording.isHeard(SoundKind::system));
     player.reset(); // PulseAudio would move it along, and two tones may cancel each other
     server->addOutput("tv", 44'100);
     player.emplace("tv", 1000);
     ASSERT_TRUE(recording.goesOnFor(1500ms));
-    ASSERT_TRUE(eventually([&] { return isHeard(recording); }));
+    ASSERT_TRUE(recording.isHeard(SoundKind::system));
     ASSERT_TRUE(recording.goesOnFor(1200ms));
     recording.stop();
     const auto sound = recording.sound(0);

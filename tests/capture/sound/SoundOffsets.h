@@ -8,19 +8,6 @@
 
 namespace vantro::capture::sound {
 
-/// When the window turns white in the movie, seconds.
-inline std::vector<double> flashTimes(const std::filesystem::path& movie) {
-    std::vector<double> times;
-    bool wasWhite = false;
-    for (const auto& frame : framesOf(movie)) {
-        const bool isWhite = frame.pixels->row(0, 60)[80] > 128;
-        if (isWhite && !wasWhite)
-            times.push_back(frame.presentationTime.seconds());
-        wasWhite = isWhite;
-    }
-    return times;
-}
-
 /// Has the recording's window flash and the output beep, so often and so many seconds apart, with
 /// whatever is done after each beep, and stops it. How much later each beep comes after its flash
 /// in the movie than it was heard; seconds.
@@ -50,7 +37,9 @@ inline std::vector<double> soundOffsets(
     for (const double beep : beepTimes(monitor.sound()))
         heard.push_back(monitor.timeOf(static_cast<std::size_t>(beep * media::mixing::sampleRate)));
     const auto recorded = beepTimes(recording.sound(0));
-    const auto flashes = flashTimes(recording.movie);
+    const auto flashes = timesOf(turning(framesOf(recording.movie), [](const auto& picture) {
+        return picture.row(0, 60)[80] > 128;
+    }));
     if (flashes.size() != flashed.size())
         throw std::runtime_error("flashes are missing");
     // A server that is held up tears a beep apart: its beginning counts.

@@ -8,7 +8,6 @@
 #include "media/Sound.h"
 #include "support/Eventually.h"
 #include "support/SoundServer.h"
-#include "support/TemporaryFolder.h"
 #include "support/TestWindow.h"
 
 #include <gmock/gmock.h>
@@ -40,6 +39,14 @@ struct Recording {
         const auto end = base::hostNow() + time;
         return eventually([&] { return base::hostNow() > end; });
     }
+    /// Waits until the source is loud, as a tone of a test is.
+    bool isHeard(SoundKind kind) const {
+        return eventually([&] {
+            return std::ranges::any_of(session->statistics().sounds, [&](const auto& sound) {
+                return sound.kind == kind && sound.level > 0.4F;
+            });
+        });
+    }
     /// The sound of a track of the finished movie; interleaved stereo.
     std::vector<float> sound(std::size_t track) const {
         const auto asset = media::Asset::open(movie);
@@ -58,6 +65,14 @@ struct Recording {
     base::HostTime began;
     base::HostTime ended;
 };
+
+/// How loud the tone is in each tenth of a second of a sound.
+inline std::vector<double> loudness(const std::vector<float>& sound, double frequency) {
+    std::vector<double> levels;
+    for (double from = 0; from + 0.1 < secondsOf(sound); from += 0.1)
+        levels.push_back(toneAmplitude(sound, frequency, from, from + 0.1));
+    return levels;
+}
 
 inline const SourceSwitches systemOnly{
     .systemSound = true, .microphone = false, .camera = false, .microphoneDevice = {}};

@@ -2,9 +2,6 @@
 
 #include "window/WindowFixture.h"
 
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 #include <cmath>
 
 namespace vantro::editor::bars {

@@ -3,10 +3,6 @@
 #include "window/Contrast.h"
 #include "window/WindowFixture.h"
 
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
-
 namespace vantro::editor::bars {
 namespace {
 

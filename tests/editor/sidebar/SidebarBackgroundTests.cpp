@@ -2,9 +2,6 @@
 #include "media/PictureFile.h"
 #include "model/BackgroundCatalog.h"
 
-#include <QDragEnterEvent>
-#include <QMimeData>
-
 namespace vantro::editor::sidebar {
 namespace {
 
@@ -52,11 +49,6 @@ class SidebarPictureTest : public SidebarTest {
         EXPECT_TRUE(image.save(path));
         return path.toStdString();
     }
-    QColor shownAt(const char* name) {
-        auto& tile = item(name);
-        const auto middle = tile.mapToScene({tile.width() / 2, tile.height() / 2}).toPoint();
-        return window().grabWindow().pixelColor(middle);
-    }
 };
 
 TEST_F(SidebarPictureTest, TheProgramsPicturesAreShownSmallAndChosen) {
@@ -67,7 +59,7 @@ TEST_F(SidebarPictureTest, TheProgramsPicturesAreShownSmallAndChosen) {
     const auto small = media::readPicture(*catalog[25].thumbnail);
     const auto* middle = small->row(0, small->height() / 2) + small->width() / 2 * 4;
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        const auto shown = shownAt("picture25");
+        const auto shown = colorAt(item("picture25"));
         return std::abs(shown.red() - middle[2]) < 40 && std::abs(shown.blue() - middle[0]) < 40;
     }));
     click("picture25");
@@ -88,22 +80,14 @@ TEST_F(SidebarPictureTest, OnesOwnPictureIsChosenOrDroppedUnlessItIsNone) {
     ASSERT_NE(picture(), nullptr);
     EXPECT_EQ(picture()->path, own);
     reveal("ownPicture");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shownAt("ownPicture") == QColor(Qt::magenta); }));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return colorAt(item("ownPicture")) == QColor(Qt::magenta); }));
 
     const auto broken = files.filePath(QStringLiteral("broken.png"));
     QFile(broken).open(QIODevice::WriteOnly);
     const auto drop = [this](const QString& path) {
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(path)});
-        const auto at = item("sidebar").mapToScene({50, 50});
-        QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&window(), &enter);
-        QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-        QDragLeaveEvent leave;
-        QCoreApplication::sendEvent(&window(),
-                                    enter.isAccepted() ? static_cast<QEvent*>(&event) : &leave);
-        runTasks();
-        return enter.isAccepted();
+        return WindowFixture::drop(item("sidebar").mapToScene({50, 50}).toPoint(),
+                                   {path.toStdString()});
     };
     EXPECT_TRUE(drop(broken));
     EXPECT_EQ(picture()->path, own) << "as it was";

@@ -2,10 +2,6 @@
 
 #include "window/WindowFixture.h"
 
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
-
 namespace vantro::editor::sidebar {
 
 inline const auto firstZoom = model::Uuid::random();

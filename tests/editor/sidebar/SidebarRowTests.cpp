@@ -2,8 +2,6 @@
 
 #include <QAccessible>
 
-#include <gmock/gmock.h>
-
 namespace vantro::editor::sidebar {
 namespace {
 

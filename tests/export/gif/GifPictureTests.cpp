@@ -6,7 +6,6 @@
 #include <cstring>
 #include <random>
 #include <vector>
-
 namespace vantro::test {
 namespace {
 

@@ -2,8 +2,6 @@
 
 #include "media/player/PlayerRig.h"
 
-#include <gtest/gtest.h>
-
 namespace vantro::media::player {
 
 using test::PlayerRig;

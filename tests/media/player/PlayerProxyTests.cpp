@@ -1,9 +1,6 @@
 #include "media/player/PlayerRig.h"
 #include "media/proxy/ProxyRig.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media::player {
 namespace {
 
@@ -24,7 +21,7 @@ class PlayerProxyTest : public testing::Test {
     static void SetUpTestSuite() {
         s_folder = std::make_unique<test::TemporaryFolder>();
         test::makePlayedMovie(movie(), count, 1000,
-                              "-vf scale=1920:1080:flags=neighbor -preset ultrafast");
+                              "-vf scale=1280:720:flags=neighbor -preset ultrafast");
         s_proxy = test::ProxyRig(movie(), *s_folder / "cache").whole();
     }
     static void TearDownTestSuite() {
@@ -67,21 +64,13 @@ TEST_F(PlayerProxyTest, AnExactSeekShowsTheProxysPictureUntilTheMoviesIsFound) {
     begin(far);
     EXPECT_EQ(next(), (Shown{far, true}));
     EXPECT_EQ(rig.lastPicture().time, timeOf(far));
-    EXPECT_EQ(rig.lastPicture().pixels->width(), 1920);
+    EXPECT_EQ(rig.lastPicture().pixels->width(), 1280);
     EXPECT_FALSE(finished);
     rig.player().refresh();
     EXPECT_EQ(next(), (Shown{far, true})) << "an edit is seen at once";
     EXPECT_EQ(next(), (Shown{far, false}));
     EXPECT_TRUE(rig.waitUntil([this] { return finished.has_value(); }) && *finished);
     EXPECT_EQ(rig.player().currentTime(), timeOf(far));
-}
-
-TEST_F(PlayerProxyTest, WhereTheMoviesPictureIsFoundSoonNoOtherIsSeen) {
-    for (int number = 1; number < 30; ++number) {
-        ASSERT_TRUE(rig.seek(timeOf(number)));
-        ASSERT_EQ(rig.nextPicture(), number);
-        ASSERT_FALSE(rig.lastPicture().isPreliminary);
-    }
 }
 
 TEST_F(PlayerProxyTest, ScrubbingIsAnsweredByTheProxyAndTheMoviesPictureFollowsARest) {

@@ -8,8 +8,6 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media::proxy {
 namespace {
 

@@ -1,13 +1,12 @@
 #include "base/HostClock.h"
 #include "media/Sound.h"
-#include "media/TestMovies.h"
 #include "media/pulse/PulseSound.h"
 #include "support/Eventually.h"
+#include "support/Ffmpeg.h"
 #include "support/SoundServer.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <memory>
 
 #include <fmt/format.h>

@@ -6,9 +6,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace vantro::media::strips {
 namespace {
 

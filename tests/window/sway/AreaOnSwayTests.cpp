@@ -7,7 +7,6 @@
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
-#include "support/Eventually.h"
 #include "support/ScriptedScreen.h"
 #include "support/SwayDesk.h"
 #include "ui/Preferences.h"
