@@ -5,6 +5,7 @@
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
 #include "media/Asset.h"
+#include "model/Json.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/Program.h"
