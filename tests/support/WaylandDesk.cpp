@@ -97,7 +97,12 @@ void WaylandDesk::startPortal(const PortalScript& script) {
 
 void WaylandDesk::startPortal(const std::string& name, std::vector<std::string> program) {
     m_portal.push_back(launch(std::move(program)));
-    if (!eventually([&] { return isOnBus(name); }))
+    // Some have their name before they can answer.
+    const auto question = "dbus-send --session --print-reply --dest=" + name +
+                          " /org/freedesktop/portal/desktop org.freedesktop.DBus.Properties.Get "
+                          "string:org.freedesktop.impl.portal.ScreenCast "
+                          "string:AvailableSourceTypes";
+    if (!eventually([&] { return succeeds(question); }))
         throw std::runtime_error("the desktop's part of the portal does not start");
     startFrontEnd(name, "org.freedesktop.impl.portal.ScreenCast;");
 }
