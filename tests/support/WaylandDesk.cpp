@@ -97,8 +97,9 @@ void WaylandDesk::startPortal(const PortalScript& script) {
 
 void WaylandDesk::startPortal(const std::string& name, std::vector<std::string> program) {
     m_portal.push_back(launch(std::move(program)));
-    // Some have their name before they can answer.
-    const auto question = "dbus-send --session --print-reply --dest=" + name +
+    // Some have their name before they can answer, and one that is asked then answers only when it
+    // is asked again.
+    const auto question = "dbus-send --session --print-reply --reply-timeout=300 --dest=" + name +
                           " /org/freedesktop/portal/desktop org.freedesktop.DBus.Properties.Get "
                           "string:org.freedesktop.impl.portal.ScreenCast "
                           "string:AvailableSourceTypes";
