@@ -46,8 +46,13 @@ sdbus::Variant choiceOf(const std::string& number) {
 } // namespace
 
 bool KWinDesk::isInstalled() {
+    // Qt's parts for Wayland: KDE's portal has the older Qt.
+    const std::filesystem::path libraries = "/usr/lib/x86_64-linux-gnu";
+    const char* const plugin = "plugins/platforms/libqwayland-generic.so";
     return WaylandDesk::isInstalled() && std::filesystem::exists(program) &&
-           std::filesystem::exists(portalPart);
+           std::filesystem::exists(portalPart) &&
+           std::filesystem::exists(libraries / "qt5" / plugin) &&
+           std::filesystem::exists(libraries / "qt6" / plugin);
 }
 
 KWinDesk::KWinDesk(WaylandDesk& session) : m_session(session) {

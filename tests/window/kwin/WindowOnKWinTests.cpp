@@ -43,7 +43,8 @@ bool has(const media::VideoFrame& frame, int x, int y, std::uint32_t color) {
 
 TEST(WindowOnKWin, IsRecordedWhilePaintedAnewAndMadeSmaller) {
     if (!KWinDesk::isInstalled())
-        GTEST_SKIP() << "KWin or xdg-desktop-portal-kde is not installed";
+        GTEST_SKIP()
+            << "kwin-wayland, xdg-desktop-portal-kde, qtwayland5 or qt6-wayland is not installed";
     const TemporaryFolder folder;
     const auto movie = folder / "recording.mov";
     PaintedWindow window;
