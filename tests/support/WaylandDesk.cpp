@@ -82,7 +82,13 @@ void WaylandDesk::startPortal(const PortalScript& script) {
 
 void WaylandDesk::startPortal(const std::string& name, std::vector<std::string> program) {
     m_portal.push_back(launch(std::move(program)));
-    if (!eventually([&] { return isOnBus(name); }))
+    // Some have their name before they can answer, and one that is asked then answers only when it
+    // is asked again.
+    const auto question = "dbus-send --session --print-reply --reply-timeout=300 --dest=" + name +
+                          " /org/freedesktop/portal/desktop org.freedesktop.DBus.Properties.Get "
+                          "string:org.freedesktop.impl.portal.ScreenCast "
+                          "string:AvailableSourceTypes";
+    if (!eventually([&] { return succeeds(question); }))
         throw std::runtime_error("the desktop's part of the portal does not start");
     startFrontEnd(name, "org.freedesktop.impl.portal.ScreenCast;");
 }

@@ -172,7 +172,7 @@ TEST_F(PortalRecording, OfAWindowStaysInPlaceWhileItsMenusStickOut) {
         ASSERT_TRUE(awaitFrameAfter([&] { screen->resize(size.first, size.second, frame); }));
     end();
     const auto made = frames();
-    ASSERT_EQ(made.size(), 5);
+    ASSERT_GE(made.size(), 5) << "the last is held until the stop, by one more";
     EXPECT_TRUE(has(made[1], 20, 50, green)) << "the menu";
     EXPECT_TRUE(has(made[1], 130, 200, white)) << "the window";
     EXPECT_TRUE(has(made[2], 300, 230, green));
