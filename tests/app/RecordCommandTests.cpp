@@ -41,11 +41,10 @@ TEST_F(RecordCommand, IsFinishedWhenItsTerminalIsClosed) {
     int terminal = -1;
     const auto process = ::forkpty(&terminal, nullptr, nullptr, nullptr);
     if (process == 0) {
-        ::setenv("DISPLAY", server.display().c_str(), 1);
-        ::setenv("TMPDIR", folder.path().c_str(), 1);
-        ::unsetenv("WAYLAND_DISPLAY");
-        ::unsetenv("XDG_SESSION_TYPE");
-        ::execl(VANTRO_PROGRAM, "vantro", "record", "--output", project.c_str(), nullptr);
+        const auto display = "DISPLAY=" + server.display();
+        const auto work = "TMPDIR=" + folder.path().string();
+        ::execlp("env", "env", "-u", "WAYLAND_DISPLAY", "-u", "XDG_SESSION_TYPE", display.c_str(),
+                 work.c_str(), VANTRO_PROGRAM, "record", "--output", project.c_str(), nullptr);
         ::_exit(EXIT_FAILURE);
     }
     std::string said;
