@@ -1,4 +1,5 @@
 #include "base/Journal.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,8 @@ TEST(Journal, WritesNothingBehindATornLineAndTellsWhatCannotBeOpened) {
     EXPECT_FALSE(full.append("lost as well"));
     EXPECT_THROW(JournalWriter("/no such folder/journal"), std::filesystem::filesystem_error);
     EXPECT_THROW(readJournal("/no such folder/journal"), std::filesystem::filesystem_error);
+    test::TemporaryFolder folder;
+    EXPECT_EQ(readJournal(folder.write("torn", "whole\nhal")), std::vector<std::string>{"whole"});
 }
 
 } // namespace

@@ -145,6 +145,33 @@ TEST(X11Pointer, IsNotAskedForWhileItRestsAndFoundWhereAHandOrAProgramPutsItThen
     EXPECT_TRUE(log.awaitPlace({50, 60}));
 }
 
+TEST(X11Pointer, TellsOfMotionOnlyWhileThatIsWatched) {
+    const test::XServer server;
+    const auto connection = x11::X11Connection::open(server.display()).value();
+    x11::X11Presses presses(connection, [](std::int64_t) { return false; });
+    test::Pointer hand(server);
+    const auto hasMotion = [&](int x) {
+        const auto answered = [&] { // what comes before an answer has come by then
+            return connection.await(xcb_get_input_focus_reply,
+                                    xcb_get_input_focus(connection.get())) != nullptr;
+        };
+        EXPECT_TRUE(answered());
+        hand.moveTo(x, 10);
+        EXPECT_TRUE(answered());
+        bool has = false;
+        while (const auto event = presses.nextEvent()) {
+            has = true;
+            EXPECT_FALSE(presses.handle(*event));
+        }
+        return has;
+    };
+    EXPECT_FALSE(hasMotion(20));
+    presses.watchMotion(true);
+    EXPECT_TRUE(hasMotion(30));
+    presses.watchMotion(false);
+    EXPECT_FALSE(hasMotion(40));
+}
+
 TEST(X11Pointer, TakesATouchForALeftClick) {
     const test::XServer server;
     const auto connection = x11::X11Connection::open(server.display()).value();

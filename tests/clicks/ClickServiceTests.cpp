@@ -76,6 +76,7 @@ class Caller {
 
 std::vector<Button> buttonsOf(const std::vector<PressRecord>& records) {
     std::vector<Button> buttons;
+    buttons.reserve(records.size());
     for (const auto& each : records)
         buttons.push_back(each.button);
     return buttons;

@@ -166,5 +166,18 @@ TEST_F(EditorPreviewTest, WhileASliderMovesTheNewestEditIsTheOneThatIsSeen) {
     EXPECT_EQ(preview.transport()->currentTime(), 2);
 }
 
+TEST_F(EditorPreviewTest, ASmallerAreaIsFilledAndALargerOneShowsNoMorePixelsThanThereAre) {
+    preview.pictures()->setArea({200, 200});
+    preview.show(recording);
+    ASSERT_TRUE(isReady());
+    preview.transport()->seek(0.25);
+    const auto shown = pictureAt({600, 600});
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(QSize(shown->width(), shown->height()), QSize(200, 112));
+    preview.pictures()->setArea({1000, 1000});
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return preview.pictures()->draw()->pixels->width() == width; }));
+}
+
 } // namespace
 } // namespace vantro::editor

@@ -1,4 +1,5 @@
 #include "render/scene/CursorTextures.h"
+#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -36,9 +37,10 @@ bool writeCursorFile(const std::filesystem::path& path, const std::vector<unsign
 /// A folder in which the only cursor theme is looked for.
 struct ThemeFolder : test::TemporaryFolder {
     ThemeFolder() {
-        ::setenv("XCURSOR_PATH", path().c_str(), 1);
-        ::setenv("XCURSOR_THEME", "test", 1);
+        variables.set("XCURSOR_PATH", path());
+        variables.set("XCURSOR_THEME", "test");
     }
+    test::Environment variables;
 };
 
 TEST(ThemeCursor, IsTheThemesLargestArrowInUnitsOfItsNominalSize) {

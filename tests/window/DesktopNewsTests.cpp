@@ -62,6 +62,8 @@ TEST_F(DesktopNewsTest, TellOfAnExportThatNobodyWaitsForAndShowTheFilm) {
     exportScript = [](const auto&) { throw std::runtime_error("a < b"); };
     exportFilm();
     EXPECT_EQ(next(), "The export has failed: a &lt; b");
+    test::expectError(state, model::VantroError::Kind::exportFailed, "a < b");
+    EXPECT_EQ(state.phase(), app::AppPhase::previewing());
 }
 
 TEST_F(DesktopNewsTest, TellOnceThatNothingMovesAndAgainAfterSomethingHasAndWhyItEnded) {

@@ -76,7 +76,8 @@ TEST_P(ScreenPictureTest, RecordingScreens) {
 }
 
 TEST_P(ScreenPictureTest, StartWithRecordingsAndProjects) {
-    ::setenv("TMPDIR", files.path().toStdString().c_str(), 1);
+    test::Environment variables;
+    variables.set("TMPDIR", files.path().toStdString());
     const std::filesystem::path folder = files.path().toStdString();
     for (const auto* name :
          {"Tour", "A long name that tells all that is shown in this recording"}) {
@@ -110,7 +111,6 @@ TEST_P(ScreenPictureTest, StartWithRecordingsAndProjects) {
     state.setCursorScale(1);
     window().close();
     keep("unsaved");
-    ::unsetenv("TMPDIR");
 }
 
 TEST_P(ScreenPictureTest, PickerAndAlert) {

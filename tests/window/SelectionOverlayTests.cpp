@@ -148,6 +148,14 @@ TEST(ChosenContent, IsAWholeScreenUnlessItHasNoPlaceOrIsSmallerThanEveryScreen) 
     EXPECT_FALSE(isWhole(screen / 2, screen / 2)) << "of the same form";
 }
 
+TEST(PixelsPerUnit, AreTheDesktopsScaleThoughTheWindowIsRoundedToUnits) {
+    EXPECT_EQ(pixelsPerUnit(1280, 853), 1.5);
+    EXPECT_EQ(pixelsPerUnit(1280, 854), 1.5);
+    EXPECT_EQ(pixelsPerUnit(1920, 1536), 1.25);
+    EXPECT_EQ(pixelsPerUnit(1920, 1096), 1920 / 1096.0)
+        << "GNOME makes scales that need no rounding";
+}
+
 /// Where it is not known which screen a picture shows, the window has another form.
 TEST_F(SelectionOverlayTest, FindsThePixelsOfAPictureThatIsFittedIntoIt) {
     show({.pixelsPerUnit = 0, .pixelsPerPoint = 2});

@@ -15,8 +15,7 @@ using Kind = model::VantroError::Kind;
 /// A start screen over recordings that nobody saved and projects that were used before.
 class StartScreenTest : public test::WindowFixture {
   protected:
-    StartScreenTest() { ::setenv("TMPDIR", home.path().c_str(), 1); }
-    ~StartScreenTest() override { ::unsetenv("TMPDIR"); }
+    StartScreenTest() { variables.set("TMPDIR", home.path()); }
 
     fs::path recorded(const std::string& name) {
         const auto movie = app::files::makeRecordingDirectory() / "recording.mov";
@@ -79,6 +78,7 @@ class StartScreenTest : public test::WindowFixture {
     }
 
     test::TemporaryFolder home;
+    test::Environment variables;
 };
 
 TEST_F(StartScreenTest, ListsRecordingsThatNobodySavedAndAClickOpensOne) {

@@ -11,6 +11,7 @@
 #include "editor/EditorModel.h"
 #include "editor/bars/EditorActions.h"
 #include "export/RecordingFixture.h"
+#include "support/Environment.h"
 #include "ui/ActionGuard.h"
 #include "ui/Preferences.h"
 #include "ui/platform/Appearance.h"

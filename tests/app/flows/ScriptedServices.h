@@ -205,8 +205,10 @@ class ScriptedPanels : public app::flows::FilePanels {
     }
     void answer(std::optional<std::filesystem::path> path) {
         kind.reset();
-        const auto chosen = [](auto file) { return app::flows::ChosenFile{std::move(file)}; };
-        std::exchange(m_answer, {})(std::move(path).transform(chosen));
+        std::optional<app::flows::ChosenFile> chosen;
+        if (path)
+            chosen.emplace(std::move(*path));
+        std::exchange(m_answer, {})(std::move(chosen));
     }
 
   private:

@@ -5,6 +5,7 @@
 #include "app/flows/EditedState.h"
 #include "app/flows/JournalFlow.h"
 #include "app/flows/ProjectFlow.h"
+#include "support/Environment.h"
 
 #include <cstdlib>
 #include <optional>
@@ -18,9 +19,9 @@ using Kind = model::VantroError::Kind;
 /// A run of the program over files that a run before it may have left.
 class UnsavedEdit : public test::EditedState {
   protected:
-    UnsavedEdit() { ::setenv("TMPDIR", folder.path().c_str(), 1); }
-    ~UnsavedEdit() override { ::unsetenv("TMPDIR"); }
+    UnsavedEdit() { variables.set("TMPDIR", folder.path()); }
 
+    test::Environment variables;
     const fs::path directory = folder / "edits";
     const fs::path package = folder / "demo.vantro";
     RecordingSources sources{.recover =

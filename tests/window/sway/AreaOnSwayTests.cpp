@@ -7,6 +7,7 @@
 #include "capture/MovieFrames.h"
 #include "capture/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
+#include "support/Environment.h"
 #include "support/ScriptedScreen.h"
 #include "support/SwayDesk.h"
 #include "ui/Preferences.h"
@@ -49,7 +50,7 @@ class AreaOnSway : public QObject,
     void SetUp() override {
         if (desk == nullptr)
             GTEST_SKIP() << "sway, its tools or Qt's part for Wayland are not installed";
-        ::setenv("TMPDIR", folder.path().c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+        variables.set("TMPDIR", folder.path());
         const auto& [name, scale, turn, area] = GetParam();
         ASSERT_TRUE(SwayDesk::tell(QStringLiteral("output %1 scale %2 transform %3")
                                        .arg(output)
@@ -64,7 +65,6 @@ class AreaOnSway : public QObject,
         }));
     }
     void TearDown() override {
-        ::unsetenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe)
         state.setOverlayWindow({});
         if (desk != nullptr)
             desk->session().endPortal();
@@ -129,6 +129,7 @@ class AreaOnSway : public QObject,
     }
 
     TemporaryFolder folder;
+    Environment variables;
     bool isPointerInside = false;
     QSize pixels; ///< of the output, upright
     std::unique_ptr<ScriptedScreen> screen;
