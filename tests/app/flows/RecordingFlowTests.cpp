@@ -210,7 +210,7 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
     std::filesystem::remove_all(recorder().movie.parent_path()); // no room for the metadata
     flow.stopRecording();
     tasks.runAll();
-    EXPECT_THAT(state.error()->message(), testing::HasSubstr("metadata.json"));
+    test::expectError(state, Kind::assetWriterFailed, "metadata.json");
     EXPECT_THAT(phases, ElementsAre(recording, idle, recording, idle));
     EXPECT_THAT(recoverable, ElementsAre(movie, recorder().movie.string()));
     EXPECT_FALSE(state.metadata());
