@@ -71,15 +71,17 @@ TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThe
         recorder().hides = 0;
         flow.preparation().setCountdown(countdown);
         state.setCaptureMode(model::CaptureMode::area);
+        state.setSelectedRect({1, 2, 30, 40});
         record();
         EXPECT_EQ(overlays.shown, content.picture);
+        EXPECT_EQ(platform.made.back().area, model::Rect{}) << "not one of another recording";
         overlays.callbacks.onSelection(0, {10, 20, 100, 50});
         tasks.runAll();
         EXPECT_EQ(recorder().area, (model::Rect{10, 20, 100, 50}));
         EXPECT_EQ(flow.areWindowsHidden(), countdown == 0);
         timers.advance(3s);
         tasks.runAll();
-        EXPECT_TRUE(flow.areWindowsHidden());
+        EXPECT_TRUE(flow.areWindowsHidden() && !flow.preparation().chosenContent());
         flow.stopRecording();
         tasks.runAll();
         EXPECT_EQ(hiddenAt, countdown == 0
@@ -176,7 +178,7 @@ TEST_F(RecordingFlowTest, AFailedStopIsShownAndLeavesTheRecordingForRecovery) {
     std::filesystem::remove_all(recorder().movie.parent_path()); // no room for the metadata
     flow.stopRecording();
     tasks.runAll();
-    EXPECT_THAT(state.error()->message(), testing::HasSubstr("metadata.json"));
+    test::expectError(state, Kind::assetWriterFailed, "metadata.json");
     EXPECT_THAT(phases, ElementsAre(recording, idle, recording, idle));
     EXPECT_THAT(recoverable, ElementsAre(movie, recorder().movie.string()));
     EXPECT_FALSE(state.metadata());
