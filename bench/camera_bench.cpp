@@ -3,8 +3,8 @@
 // encode them at the same speed and rate. Shares of one core. The camera is a node of a private
 // PipeWire server and lives in this process, in threads that are not counted.
 // usage: camera_bench [SECONDS [ROUNDS]]
-#include "capture/RecordingSession.h"
 #include "capture/camera/DesktopCameras.h"
+#include "capture/session/RecordingSession.h"
 #include "capture/x11/X11CapturePlatform.h"
 #include "support/FakeCamera.h"
 #include "support/SoundServer.h"

@@ -4,7 +4,7 @@
 // that takes the events' own times.
 // usage: click_bench [CLICKS]
 
-#include "capture/CursorTracker.h"
+#include "capture/session/CursorTracker.h"
 #include "capture/x11/X11CapturePlatform.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // Color conversion of 1080p pictures, ours beside swscale: CPU time of one core for a picture. And
 // the search for hardware encoders beside the opening of the software one.
 
-#include "media/av/HardwareEncoder.h"
-#include "media/av/SoftwareEncoder.h"
+#include "media/av/encode/HardwareEncoder.h"
+#include "media/av/encode/SoftwareEncoder.h"
 #include "media/color/ColorConversion.h"
 
 #include <algorithm>

@@ -2,10 +2,10 @@
 
 #include "capture/camera/DesktopCameras.h"
 #include "capture/sound/PulseSoundDevices.h"
-#include "capture/wayland/PortalGlobalKeys.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
+#include "capture/wayland/portal/PortalGlobalKeys.h"
 #include "capture/x11/X11CapturePlatform.h"
-#include "capture/x11/X11GlobalKeys.h"
+#include "capture/x11/input/X11GlobalKeys.h"
 #include "model/VantroError.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "media/Asset.h"
 
-#include "media/av/TrackDescription.h"
+#include "media/av/decode/TrackDescription.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #include "media/CameraPictures.h"
 
-#include "media/av/CameraConverter.h"
+#include "media/av/pictures/CameraConverter.h"
 #include "media/values/MediaError.h"
 
 namespace vantro::media {

@@ -1,7 +1,7 @@
 #include "media/FrameSource.h"
 
-#include "media/av/FrameConversion.h"
-#include "media/av/VideoDecoder.h"
+#include "media/av/decode/VideoDecoder.h"
+#include "media/av/pictures/FrameConversion.h"
 
 #include <algorithm>
 #include <deque>

@@ -2,8 +2,8 @@
 
 #include "base/Journal.h"
 #include "media/av/Libraries.h"
-#include "media/av/MovieJournal.h"
-#include "media/av/MovieRepair.h"
+#include "media/av/movie/MovieJournal.h"
+#include "media/av/movie/MovieRepair.h"
 
 #include <system_error>
 

@@ -4,7 +4,7 @@
 #include "archive/ArchivePath.h"
 #include "base/OutputFile.h"
 #include "media/av/Libraries.h"
-#include "media/av/PictureCodec.h"
+#include "media/av/pictures/PictureCodec.h"
 #include "media/color/ColorConversion.h"
 #include "media/values/MediaError.h"
 

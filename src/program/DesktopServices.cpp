@@ -1,7 +1,7 @@
 #include "program/DesktopServices.h"
 
 #include "app/Desktop.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/RecordingSession.h"
 #include "export/GifExporter.h"
 #include "export/VideoExporter.h"
 #include "media/pulse/PulseSound.h"

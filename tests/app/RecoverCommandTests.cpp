@@ -1,7 +1,7 @@
 // Recordings killed in the middle, and `vantro recover` run over what they leave.
 #include "app/CommandLineFixture.h"
-#include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
+#include "capture/session/CursorJournal.h"
 #include "media/Sound.h"
 #include "support/Eventually.h"
 #include "support/FakeCamera.h"

@@ -1,4 +1,4 @@
-#include "capture/CursorJournal.h"
+#include "capture/session/CursorJournal.h"
 #include "support/Eventually.h"
 #include "support/TemporaryFolder.h"
 

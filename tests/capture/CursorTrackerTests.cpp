@@ -1,4 +1,4 @@
-#include "capture/CursorTracker.h"
+#include "capture/session/CursorTracker.h"
 
 #include <cmath>
 #include <condition_variable>

@@ -1,6 +1,6 @@
 // Two hours of recording in a few seconds.
-#include "capture/RecordingSession.h"
 #include "capture/ScriptedPlatform.h"
+#include "capture/session/RecordingSession.h"
 #include "media/Asset.h"
 #include "support/Eventually.h"
 #include "support/TemporaryFolder.h"

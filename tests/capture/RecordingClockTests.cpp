@@ -1,4 +1,4 @@
-#include "capture/RecordingClock.h"
+#include "capture/session/RecordingClock.h"
 
 #include <gtest/gtest.h>
 

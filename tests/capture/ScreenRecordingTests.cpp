@@ -1,9 +1,9 @@
 // Whole recordings of a real X screen, looked at in the finished movie.
 #include "capture/Colors.h"
-#include "capture/CursorJournal.h"
 #include "capture/MovieFrames.h"
 #include "capture/OwnProcess.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/CursorJournal.h"
+#include "capture/session/RecordingSession.h"
 #include "support/Eventually.h"
 #include "support/Pointer.h"
 #include "support/TemporaryFolder.h"

@@ -1,5 +1,5 @@
 #include "capture/KeyLog.h"
-#include "capture/x11/X11GlobalKeys.h"
+#include "capture/x11/input/X11GlobalKeys.h"
 #include "support/TestWindow.h"
 
 #include <cstdlib>

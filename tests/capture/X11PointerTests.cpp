@@ -2,7 +2,7 @@
 #include "capture/CaptureClock.h"
 #include "capture/PointerLog.h"
 #include "capture/RunningStream.h"
-#include "capture/x11/X11Presses.h"
+#include "capture/x11/input/X11Presses.h"
 #include "support/Pointer.h"
 #include "support/XConnection.h"
 

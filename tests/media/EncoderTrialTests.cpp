@@ -2,9 +2,9 @@
 #include "StandInEncoder.h"
 #include "TestMovies.h"
 #include "media/AssetWriter.h"
-#include "media/av/EncoderSelection.h"
-#include "media/av/EncoderTrial.h"
-#include "media/av/SoftwareEncoder.h"
+#include "media/av/encode/EncoderSelection.h"
+#include "media/av/encode/EncoderTrial.h"
+#include "media/av/encode/SoftwareEncoder.h"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
-#include "media/av/EncoderSetup.h"
-#include "media/av/LiveRate.h"
+#include "media/av/encode/EncoderSetup.h"
+#include "media/av/encode/LiveRate.h"
 
 #include <array>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "media/av/CodecSession.h"
-#include "media/av/EncoderSetup.h"
+#include "media/av/encode/CodecSession.h"
+#include "media/av/encode/EncoderSetup.h"
 
 #include <functional>
 

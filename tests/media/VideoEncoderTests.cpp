@@ -2,8 +2,8 @@
 #include "StandInEncoder.h"
 #include "TestMovies.h"
 #include "media/Asset.h"
-#include "media/av/MovieMuxer.h"
-#include "media/av/VideoEncoder.h"
+#include "media/av/encode/VideoEncoder.h"
+#include "media/av/movie/MovieMuxer.h"
 #include "media/color/ColorConversion.h"
 #include "media/values/MediaError.h"
 

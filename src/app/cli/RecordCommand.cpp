@@ -11,7 +11,7 @@
 #include "app/files/ProjectStores.h"
 #include "app/files/RecordingFolder.h"
 #include "base/HostClock.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/RecordingSession.h"
 #include "model/VantroError.h"
 
 #include <algorithm>

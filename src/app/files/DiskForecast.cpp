@@ -1,8 +1,8 @@
 #include "app/files/DiskForecast.h"
 
 #include "app/files/RecordingFolder.h"
-#include "capture/CursorJournal.h"
-#include "capture/WebcamTrack.h"
+#include "capture/session/CursorJournal.h"
+#include "capture/session/WebcamTrack.h"
 #include "media/MovieRecovery.h"
 
 #include <system_error>

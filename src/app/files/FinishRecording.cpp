@@ -2,7 +2,7 @@
 
 #include "app/files/ProjectPackage.h"
 #include "base/OutputFile.h"
-#include "capture/CursorJournal.h"
+#include "capture/session/CursorJournal.h"
 #include "model/Json.h"
 #include "model/VantroError.h"
 

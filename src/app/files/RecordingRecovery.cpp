@@ -4,7 +4,7 @@
 #include "app/files/ProjectPackage.h"
 #include "app/files/RecordingFolder.h"
 #include "base/Log.h"
-#include "capture/CursorJournal.h"
+#include "capture/session/CursorJournal.h"
 #include "media/Asset.h"
 #include "media/MovieRecovery.h"
 #include "media/values/MediaError.h"

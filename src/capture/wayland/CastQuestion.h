@@ -1,8 +1,8 @@
 #pragma once
 
 #include "capture/TargetQuestion.h"
-#include "capture/wayland/Cast.h"
-#include "capture/wayland/RestoreTokens.h"
+#include "capture/wayland/cast/Cast.h"
+#include "capture/wayland/portal/RestoreTokens.h"
 
 #include <functional>
 #include <memory>

@@ -2,9 +2,9 @@
 
 #include "base/Guarded.h"
 #include "capture/wayland/CastQuestion.h"
-#include "capture/wayland/ClickAccess.h"
-#include "capture/wayland/PlacedPresses.h"
-#include "capture/wayland/PortalWatch.h"
+#include "capture/wayland/clicks/ClickAccess.h"
+#include "capture/wayland/clicks/PlacedPresses.h"
+#include "capture/wayland/portal/PortalWatch.h"
 
 #include <utility>
 

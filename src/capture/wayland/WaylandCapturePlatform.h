@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/CapturePlatform.h"
-#include "capture/wayland/RestoreTokens.h"
+#include "capture/wayland/portal/RestoreTokens.h"
 
 #include <expected>
 #include <memory>

@@ -1,10 +1,10 @@
 #include "capture/x11/X11CapturePlatform.h"
 
 #include "capture/FrameLoopStream.h"
-#include "capture/x11/X11Content.h"
-#include "capture/x11/X11PointerSource.h"
-#include "capture/x11/X11ScreenSource.h"
-#include "capture/x11/X11WindowSource.h"
+#include "capture/x11/input/X11PointerSource.h"
+#include "capture/x11/pictures/X11ScreenSource.h"
+#include "capture/x11/pictures/X11WindowSource.h"
+#include "capture/x11/windows/X11Content.h"
 
 #include <xcb/composite.h>
 #include <xcb/xinput.h>

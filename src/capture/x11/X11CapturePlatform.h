@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/CapturePlatform.h"
-#include "capture/x11/X11OwnProcess.h"
+#include "capture/x11/windows/X11OwnProcess.h"
 
 #include <expected>
 #include <memory>

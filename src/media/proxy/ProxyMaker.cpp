@@ -4,7 +4,7 @@
 #include "base/SerialQueue.h"
 #include "base/ThreadPriority.h"
 #include "media/Asset.h"
-#include "media/av/PictureGroups.h"
+#include "media/av/decode/PictureGroups.h"
 #include "media/proxy/ProxyPiece.h"
 #include "media/values/MediaError.h"
 

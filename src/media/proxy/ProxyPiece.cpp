@@ -1,9 +1,9 @@
 #include "media/proxy/ProxyPiece.h"
 
 #include "base/OutputFile.h"
-#include "media/av/MovieMuxer.h"
-#include "media/av/PictureScaler.h"
-#include "media/av/ProxyEncoder.h"
+#include "media/av/encode/ProxyEncoder.h"
+#include "media/av/movie/MovieMuxer.h"
+#include "media/av/pictures/PictureScaler.h"
 #include "media/values/MediaError.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "base/SerialQueue.h"
 #include "media/FrameSource.h"
-#include "media/av/PictureScaler.h"
+#include "media/av/pictures/PictureScaler.h"
 #include "media/proxy/ProxyMovie.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "media/av/AudioDecoder.h"
 #include "media/av/NoiseFilter.h"
+#include "media/av/decode/AudioDecoder.h"
 
 #include <cstdint>
 #include <optional>

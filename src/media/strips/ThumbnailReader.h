@@ -1,7 +1,7 @@
 #pragma once
 
 #include "media/FrameSource.h"
-#include "media/av/PictureScaler.h"
+#include "media/av/pictures/PictureScaler.h"
 #include "media/strips/Strip.h"
 
 #include <functional>

@@ -2,8 +2,8 @@
 
 #include "base/BoundedQueue.h"
 #include "base/Guarded.h"
-#include "media/av/AudioEncoder.h"
-#include "media/av/MovieMuxer.h"
+#include "media/av/encode/AudioEncoder.h"
+#include "media/av/movie/MovieMuxer.h"
 #include "media/values/AudioBuffer.h"
 #include "media/values/WriterSettings.h"
 #include "media/writing/TrackPace.h"

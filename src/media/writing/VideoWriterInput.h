@@ -2,8 +2,8 @@
 
 #include "base/BoundedQueue.h"
 #include "base/Guarded.h"
-#include "media/av/MovieMuxer.h"
-#include "media/av/VideoEncoder.h"
+#include "media/av/encode/VideoEncoder.h"
+#include "media/av/movie/MovieMuxer.h"
 #include "media/values/VideoFrame.h"
 #include "media/values/WriterSettings.h"
 #include "media/writing/TrackPace.h"

@@ -2,8 +2,8 @@
 
 #include "capture/Colors.h"
 #include "capture/OwnProcess.h"
-#include "capture/RecordingSession.h"
 #include "capture/camera/DesktopCameras.h"
+#include "capture/session/RecordingSession.h"
 #include "capture/sound/PulseSoundDevices.h"
 #include "media/Sound.h"
 #include "support/Eventually.h"

@@ -1,4 +1,4 @@
-#include "capture/wayland/CastReceiver.h"
+#include "capture/wayland/cast/CastReceiver.h"
 
 #include <cstring>
 #include <vector>

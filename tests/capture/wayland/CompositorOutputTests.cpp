@@ -1,4 +1,4 @@
-#include "capture/wayland/CursorSession.h"
+#include "capture/wayland/compositor/CursorSession.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The pointer from the compositor itself, where the portal can only hide it or have it in the
 // picture. Portal, PipeWire and protocol are the genuine ones, the compositor is scripted.
-#include "capture/CursorJournal.h"
+#include "capture/session/CursorJournal.h"
 #include "capture/wayland/PortalFixture.h"
 #include "support/ScriptedCompositor.h"
 

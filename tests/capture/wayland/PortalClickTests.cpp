@@ -1,8 +1,8 @@
 // Clicks from the genuine service, over devices that umockdev makes, in recordings through the
 // genuine portal.
 #include "capture/OwnPresses.h"
-#include "capture/wayland/ClickAccess.h"
 #include "capture/wayland/PortalFixture.h"
+#include "capture/wayland/clicks/ClickAccess.h"
 #include "support/ClickSystem.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
 #include "support/Eventually.h"
 #include "support/ScriptedScreen.h"

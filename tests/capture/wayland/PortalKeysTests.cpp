@@ -1,7 +1,7 @@
 // Keys through the genuine portal.
 #include "capture/KeyLog.h"
 #include "capture/wayland/PortalFixture.h"
-#include "capture/wayland/PortalGlobalKeys.h"
+#include "capture/wayland/portal/PortalGlobalKeys.h"
 
 namespace vantro::capture::wayland {
 namespace {

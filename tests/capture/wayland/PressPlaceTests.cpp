@@ -1,6 +1,6 @@
 // What is known of the pointer and its devices, worked out.
-#include "capture/wayland/DesktopPointers.h"
-#include "capture/wayland/PointerTrail.h"
+#include "capture/wayland/clicks/DesktopPointers.h"
+#include "capture/wayland/clicks/PointerTrail.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "capture/wayland/RestoreTokens.h"
+#include "capture/wayland/portal/RestoreTokens.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // answers a dialog: the choice is one that the portal remembers.
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
 #include "support/TemporaryFolder.h"
 #include "window/kwin/KWinDesk.h"

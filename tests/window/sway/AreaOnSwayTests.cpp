@@ -5,7 +5,7 @@
 #include "app/flows/RecordingFlow.h"
 #include "capture/Colors.h"
 #include "capture/MovieFrames.h"
-#include "capture/RecordingSession.h"
+#include "capture/session/RecordingSession.h"
 #include "capture/wayland/WaylandCapturePlatform.h"
 #include "support/Environment.h"
 #include "support/ScriptedScreen.h"
