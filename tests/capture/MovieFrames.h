@@ -42,6 +42,7 @@ std::vector<media::VideoFrame> turning(const std::vector<media::VideoFrame>& fra
 /// When these pictures are shown, seconds.
 inline std::vector<double> timesOf(const std::vector<media::VideoFrame>& frames) {
     std::vector<double> times;
+    times.reserve(frames.size());
     for (const auto& frame : frames)
         times.push_back(frame.presentationTime.seconds());
     return times;

@@ -14,7 +14,10 @@ class PointerLog final : public capture::PointerOutput {
     /// While the target of `request` is recorded.
     explicit PointerLog(std::unique_ptr<capture::CapturePlatform> platform,
                         const capture::RecordingRequest& request = {})
-        : m_source(platform->makePointerSource(awaitTarget(*platform, request).value()).value()) {
+        : m_source(platform
+                       ->makePointerSource(
+                           awaitTarget(*platform, request).value_or(capture::RecordingTarget()))
+                       .value()) {
         m_source->start(*this);
     }
     ~PointerLog() override { m_source->stop(); }

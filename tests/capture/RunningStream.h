@@ -41,7 +41,10 @@ struct RunningStream {
     /// The whole main display unless told otherwise.
     explicit RunningStream(const XServer& server, const capture::RecordingRequest& request = {})
         : platform(connectTo(server))
-        , stream(platform->makeScreenStream(awaitTarget(*platform, request).value()).value()) {
+        , stream(platform
+                     ->makeScreenStream(
+                         awaitTarget(*platform, request).value_or(capture::RecordingTarget()))
+                     .value()) {
         stream->startCapture(collector);
     }
 

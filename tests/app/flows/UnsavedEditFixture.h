@@ -35,7 +35,8 @@ class UnsavedEdit : public test::EditedState {
                              }};
     test::ManualTimers timers;
     ProjectFlow projects{state, panels, tasks, sources};
-    std::optional<JournalFlow> journals{std::in_place, state, projects, timers, tasks, directory};
+    std::unique_ptr<JournalFlow> journals =
+        std::make_unique<JournalFlow>(state, projects, timers, tasks, directory);
 
     void save() {
         projects.saveProject();
@@ -54,7 +55,7 @@ class UnsavedEdit : public test::EditedState {
         journals.reset();
         tasks.runAll();
         state.reset();
-        journals.emplace(state, projects, timers, tasks, directory);
+        journals = std::make_unique<JournalFlow>(state, projects, timers, tasks, directory);
         journals->find();
         tasks.runAll();
     }

@@ -7,7 +7,7 @@ namespace {
 TEST_F(UnsavedEdit, IsAskedAboutWhereverItWouldBeLost) {
     save();
     const auto other = folder / "other.vantro";
-    files::saveProject(other, *state.document().project(), false);
+    files::saveProject(other, files::readProjectFile(package), false);
     struct Way {
         const char* name;
         std::function<void()> leave;
