@@ -1,13 +1,8 @@
 #include "ui/Preferences.h"
 
-#include "archive/ArchivePath.h"
-#include "base/Log.h"
-#include "base/OutputFile.h"
-#include "model/Json.h"
+#include "ui/KeptLook.h"
 
-#include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
 #include <algorithm>
 
@@ -67,24 +62,6 @@ template <std::size_t count>
 int offered(const std::array<int, count>& choices, const QVariant& value) {
     const auto* found = std::ranges::find(choices, value.toInt());
     return found != choices.end() ? *found : choices.front();
-}
-
-/// A copy whose name tells its content, so that no other takes its place while a recording shows
-/// it. `picture` may lie in an archive.
-fs::path copyInto(const fs::path& folder, const fs::path& picture) {
-    constexpr std::uint64_t largest = 256'000'000; // bytes, as for every picture
-    if (picture.parent_path() == folder)
-        return picture;
-    const auto bytes = archive::readAll(archive::locate(picture), largest);
-    const auto hash =
-        QCryptographicHash::hash(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())),
-                                 QCryptographicHash::Sha1);
-    constexpr qsizetype enough = 8; // characters
-    auto copy = folder / (picture.stem().string() + "-" + hash.toHex().left(enough).toStdString() +
-                          picture.extension().string());
-    fs::create_directories(folder);
-    base::writeWholeFile(copy, bytes);
-    return copy;
 }
 
 QString standardFile() {
@@ -160,31 +137,13 @@ fs::path Preferences::pictureFolder() const {
 std::optional<model::Look> Preferences::look() const {
     if (!m_settings.contains(lookKey))
         return {};
-    try {
-        auto look =
-            model::decodeLook(m_settings.value(lookKey).toString().toStdString(), pictureFolder());
-        const auto* picture = std::get_if<model::BackgroundImageSource>(&look.background.type);
-        if (picture != nullptr && !QFile::exists(QString::fromStdString(picture->path.string())))
-            look.background.type = model::BackgroundColor{};
-        return look;
-    } catch (const model::DecodingError& error) {
-        base::logWarning("The look of new recordings is left out: {}", error.what());
-        return {};
-    }
+    return lookFrom(m_settings.value(lookKey).toString(), pictureFolder());
 }
 
 void Preferences::setLook(std::optional<model::Look> look) {
-    auto* picture =
-        look ? std::get_if<model::BackgroundImageSource>(&look->background.type) : nullptr;
-    if (picture != nullptr && !picture->isBuiltIn)
-        try {
-            picture->path = copyInto(pictureFolder(), picture->path);
-        } catch (const std::exception& error) {
-            base::logWarning("The background of new recordings is the usual one: {}", error.what());
-            look->background.type = model::BackgroundColor{};
-        }
-    setRecordingDefault(lookKey,
-                        look ? QString::fromStdString(model::encodeLook(*look)) : QString(), !look);
+    const bool isUsual = !look;
+    setRecordingDefault(lookKey, isUsual ? QString() : keptLook(*std::move(look), pictureFolder()),
+                        isUsual);
 }
 
 QString Preferences::language() const {

@@ -1,3 +1,4 @@
+#include "app/files/UnsavedRecordings.h"
 #include "app/flows/RecordingFlow.h"
 #include "app/flows/ScriptedServices.h"
 #include "support/Environment.h"
@@ -87,6 +88,7 @@ TEST_F(ChosenOnDesktopTest, SelectsTheAreaOnAPictureWithoutOurWindowsAndHidesThe
         EXPECT_EQ(hiddenAt, countdown == 0
                                 ? Changes({{true, 0}, {false, 2}})
                                 : Changes({{true, 0}, {false, 1}, {true, 1}, {false, 2}}));
+        EXPECT_EQ(files::recordingName(recorder().movie), state.recordingName());
         state.reset();
     }
 }
