@@ -12,6 +12,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sdbus-c++/sdbus-c++.h>
 
 namespace vantro::capture::camera {
@@ -80,7 +81,7 @@ class Question {
     std::string requestPath() const {
         auto sender = m_connection->getUniqueName().substr(1);
         std::ranges::replace(sender, '.', '_');
-        return std::string(portalPath) + "/request/" + sender + "/" + requestToken;
+        return fmt::format("{}/request/{}/{}", portalPath, sender, requestToken);
     }
 
     std::promise<std::uint32_t> m_answer;
