@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -45,7 +46,16 @@ bool isLit(const Pixel& pixel) {
     return std::ranges::max(pixel) > dark;
 }
 
-/// The middle of the line, where there is no background.
+std::size_t medianGap(const std::vector<std::size_t>& places) {
+    std::vector<std::size_t> gaps;
+    for (std::size_t i = 1; i < places.size(); ++i)
+        gaps.push_back(places[i] - places[i - 1]);
+    std::ranges::nth_element(gaps, gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2));
+    return gaps[gaps.size() / 2];
+}
+
+/// The middle of the line, where there is no background. What an encoder leaves between two stripes
+/// may look like one more.
 Stripes readLine(const std::vector<Pixel>& line) {
     const auto first = line.size() / 5;
     const auto last = line.size() - first;
@@ -55,8 +65,16 @@ Stripes readLine(const std::vector<Pixel>& line) {
             rises.push_back(x);
     if (rises.size() < 3)
         return {};
-    const double period =
-        static_cast<double>(rises.back() - rises.front()) / static_cast<double>(rises.size() - 1);
+    const auto gap = medianGap(rises);
+    const auto isOne = [&](std::size_t left, std::size_t right) {
+        return right - left > gap * 3 / 4 && right - left < gap * 5 / 4;
+    };
+    while (rises.size() > 2 && !isOne(rises[0], rises[1]))
+        rises.erase(rises.begin());
+    while (rises.size() > 2 && !isOne(rises[rises.size() - 2], rises.back()))
+        rises.pop_back();
+    const auto span = static_cast<double>(rises.back() - rises.front());
+    const double period = span / std::round(span / static_cast<double>(gap));
     return {tickOf(line[rises[rises.size() / 2] + static_cast<std::size_t>(period / 4)]), period};
 }
 
